@@ -1,0 +1,31 @@
+# The one place for language level, warnings and platform definitions. Every target of ours links
+# wattleaf_flags.
+option(WATTLEAF_SANITIZE "AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
+
+add_library(wattleaf_flags INTERFACE)
+target_compile_features(wattleaf_flags INTERFACE cxx_std_20)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+find_package(Threads REQUIRED)
+
+if(MSVC)
+  target_compile_options(wattleaf_flags INTERFACE /W4 /permissive- /utf-8 /EHsc)
+else()
+  target_compile_options(wattleaf_flags INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
+endif()
+
+if(WIN32)
+  target_compile_definitions(wattleaf_flags INTERFACE
+    UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0A00)
+endif()
+if(MINGW)
+  # One file to ship: libstdc++, libgcc and winpthread are linked in.
+  target_link_options(wattleaf_flags INTERFACE -static)
+endif()
+if(WATTLEAF_SANITIZE)
+  target_compile_options(wattleaf_flags INTERFACE
+    -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(wattleaf_flags INTERFACE -fsanitize=address,undefined)
+endif()

@@ -1,0 +1,69 @@
+#include "collection/wattleaf_helper.h"
+
+#include <array>
+#include <system_error>
+
+namespace Zq::Gantry::Server::Services::Wattleaf {
+
+namespace {
+
+/// Directory of the process's executable, without trailing separator; empty if it has none.
+std::wstring HostDirectory() {
+  std::array<wchar_t, 260> path{};
+  GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
+  path.back() = L'\0';
+  const std::wstring full = path.data();
+  const auto separator = full.find_last_of(L"\\/");
+  return separator == std::wstring::npos ? std::wstring() : full.substr(0, separator);
+}
+
+bool TryDetach(std::thread& thread) {
+  try {
+    thread.detach();
+    return true;
+  } catch (const std::system_error&) {
+    return false;
+  }
+}
+
+/// Waits for the thread and deletes its object. A thread that cannot be joined is detached; one
+/// that cannot be detached either is given up, since deleting a joinable thread ends the process.
+void EndThread(std::unique_ptr<std::thread> thread) {
+  try {
+    thread->join();
+  } catch (const std::system_error&) {
+    if (!TryDetach(*thread) && thread->joinable()) static_cast<void>(thread.release());
+  }
+}
+
+/// For calls into the closed library while the object goes down: there is nobody left to tell.
+template <typename Call>
+void DropExceptions(Call call) {
+  try {
+    call();
+  } catch (...) {
+  }
+}
+
+}  // namespace
+
+WattleafHelper& WattleafHelper::Instance() {
+  static WattleafHelper instance;
+  return instance;
+}
+
+WattleafHelper::WattleafHelper() : hostDirectory(HostDirectory()) {}
+
+WattleafHelper::~WattleafHelper() {
+  running = false;
+  if (worker != nullptr) EndThread(std::move(worker));
+  DropExceptions([this] { StopCollection(); });
+  DropExceptions([this] { delete collector.release(); });
+  collectorModule.reset();
+}
+
+bool WattleafHelper::IsDataChanged() { return dataChanged; }
+
+bool WattleafHelper::IsDataAvailable() { return dataAvailable; }
+
+}  // namespace Zq::Gantry::Server::Services::Wattleaf

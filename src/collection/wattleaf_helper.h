@@ -1,0 +1,111 @@
+#pragma once
+
+#include <windows.h>
+
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+
+#include "catalogue/uwp_app_record.h"
+#include "collection/data_collector.h"
+#include "export.h"
+#include "ledger/date_time.h"
+#include "ledger/json_document.h"
+#include "platform/win32/owners.h"
+
+namespace Zq::Gantry::Server::Services::Wattleaf {
+
+/// The one object that holds the system's state. Its operations take the lock, log, call the rules
+/// of the other folders and hand over; nothing outside service/ and collection/ knows it.
+///
+/// The flags and PlatformSupportState are plain fields, read and written without a lock: single
+/// words with one meaning each, and a late view does no harm.
+class WATTLEAF_API WattleafHelper {
+ public:
+  /// The one object, made on first use; concurrent first calls make one. Destroyed at the library's
+  /// static clean-up.
+  static WattleafHelper& Instance();
+
+  WattleafHelper(const WattleafHelper&) = delete;
+  WattleafHelper& operator=(const WattleafHelper&) = delete;
+  ~WattleafHelper();
+
+  /// Decides, checks and loads the collector, once per process. True means that collection runs.
+  bool StartCollection();
+  /// Asks a loaded collector to stop; it stays loaded.
+  void StopCollection();
+  /// Starts the worker thread. A second call gives the first thread up; it goes on without owner.
+  void StartProcessing();
+
+  /// 1 supported, 0 not supported, -1 firmware update required; probes once.
+  int IsPlatformSupported();
+  bool IsDataChanged();
+  bool IsDataAvailable();
+
+  /// Watt-hours per day, over today and the six days before it.
+  float GetDailyAveragePowerConsumption();
+  float GetTreeSavedCount();
+
+  /// The last twelve hours, seven days and six months as JSON. On a failure, which is logged,
+  /// `result` stays as it was.
+  void GetDailyPowerConsumption(std::wstring& result);
+  void GetWeeklyPowerConsumption(std::wstring& result);
+  void GetMonthlyPowerConsumption(std::wstring& result);
+
+  /// The applications with the largest share as JSON; `request` names the icon directory and days.
+  void GetTop20PowerApps(std::wstring& request, std::wstring& result);
+  void GetErrorsAndWarnings(std::wstring& result);
+
+ protected:
+  WattleafHelper();
+
+  static void MyNativeCallback(const char** items, int count);
+
+  /// The device path behind a drive such as "C:"; empty if there is none.
+  std::string GetDevicePath(std::string drive);
+
+  /// The worker's body.
+  void ProcessingCallback();
+
+  /// One day's samples; the caller owns the document, which is null for a copy that does not parse.
+  /// The caller holds dataMutex.
+  GenericDocument* GetJsonFromDate(const DateTime& day);
+
+  /// The daily pass; holds dataMutex for its whole run.
+  void CalculateDailyPowerConsumption();
+  /// Watt-hours of one day. The caller holds dataMutex.
+  float CalculateDailyPowerConsumption(const DateTime& day);
+  /// Watt-hours by hour of the day, for hours that booked something. The caller holds dataMutex.
+  std::map<int, float> GetPowerConsumption(const DateTime& day);
+
+  void ConvertPowerLogXmltoJson();
+  void OnGetTop20PowerApps();
+  void OnGetErrorAndWarnings();
+
+  void LoadInstalledWin32Apps();
+  void LoadInstalledUWPApps();
+  void ParseManifest(const std::wstring& manifestPath, std::wstring& displayName,
+                     std::wstring& logo);
+
+  std::unique_ptr<DataCollector> collector;
+  Platform::UniqueModule collectorModule;
+  int PlatformSupportState = -2;
+  bool dataAvailable = false;
+  std::map<DateTime, float> dailyLedger;
+  std::map<std::wstring, std::wstring> win32Apps;
+  std::map<std::string, UwpAppRecord> uwpApps;
+  // Kept on purpose: nothing ever clears it, so every query answers true.
+  bool dataChanged = true;
+  bool collectionStarted = false;
+  std::wstring errorsAndWarningsJson;
+  const wchar_t* collectionPath = L"C:\\ProgramData\\ZQ\\TelemetryDataCollector\\PCMCollector";
+  std::wstring hostDirectory;
+  const wchar_t* collectorFileName = L"TelemetryZQXWrapper.dll";
+  std::unique_ptr<std::thread> worker;
+  bool running = false;
+  std::mutex dataMutex;
+};
+
+}  // namespace Zq::Gantry::Server::Services::Wattleaf

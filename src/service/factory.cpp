@@ -1,0 +1,7 @@
+#include "export.h"
+#include "service/wattleaf_service.h"
+
+/// The exported factory; the host owns the object and destroys it through its virtual destructor.
+extern "C" WATTLEAF_API Zq::Gantry::Server::Services::ZQService* ZQCreateService() {
+  return new Zq::Gantry::Server::Services::Wattleaf::WattleafService();
+}

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <windows.h>
+
+#include <stdexcept>
+
+namespace TestSupport {
+
+/// Replaces one imported function in a module's import table, for calls from that module only, and
+/// restores it at the end. For code that is linked into the test program, the module is the
+/// program.
+class ImportPatch {
+ public:
+  /// Throws std::runtime_error where `module` does not import `name`.
+  template <typename Function>
+  ImportPatch(HMODULE module, const char* name, Function* replacement)
+      : ImportPatch(module, name, reinterpret_cast<void*>(replacement), 0) {}
+
+  /// The same for the test program itself.
+  template <typename Function>
+  ImportPatch(const char* name, Function* replacement)
+      : ImportPatch(GetModuleHandleW(nullptr), name, replacement) {}
+
+  ImportPatch(const ImportPatch&) = delete;
+  ImportPatch& operator=(const ImportPatch&) = delete;
+  ~ImportPatch();
+
+  /// The function that stood there before.
+  template <typename Function>
+  Function* Original() const {
+    return reinterpret_cast<Function*>(original_);
+  }
+
+ private:
+  ImportPatch(HMODULE module, const char* name, void* replacement, int);
+
+  void** slot_ = nullptr;
+  void* original_ = nullptr;
+};
+
+/// The place in `module`'s import table that holds the address of `name`; null if it is not
+/// imported.
+void** FindImportSlot(HMODULE module, const char* name);
+
+}  // namespace TestSupport

@@ -1,0 +1,81 @@
+#include "support/temp_folder.h"
+
+#include <windows.h>
+
+#include <array>
+#include <cstdio>
+
+#include <gtest/gtest.h>
+
+namespace TestSupport {
+
+namespace {
+
+void RemoveTree(const std::wstring& folder) {
+  WIN32_FIND_DATAW entry{};
+  const HANDLE search = FindFirstFileW((folder + L"\\*").c_str(), &entry);
+  if (search != INVALID_HANDLE_VALUE) {
+    do {
+      const std::wstring name = entry.cFileName;
+      if (name == L"." || name == L"..") continue;
+      const std::wstring path = folder + L"\\" + name;
+      const bool isFolder = (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+      const bool isLink = (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+      if (isFolder && !isLink) {
+        RemoveTree(path);
+      } else if (isFolder) {
+        RemoveDirectoryW(path.c_str());
+      } else {
+        SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+        DeleteFileW(path.c_str());
+      }
+    } while (FindNextFileW(search, &entry));
+    FindClose(search);
+  }
+  RemoveDirectoryW(folder.c_str());
+}
+
+}  // namespace
+
+TempFolder::TempFolder() {
+  std::array<wchar_t, MAX_PATH + 1> base{};
+  GetTempPathW(static_cast<DWORD>(base.size()), base.data());
+  static int count = 0;
+  path_ = std::wstring(base.data()) + L"wattleaf-" + std::to_wstring(GetCurrentProcessId()) + L"-" +
+          std::to_wstring(count++);
+  RemoveTree(path_);
+  if (!CreateDirectoryW(path_.c_str(), nullptr)) ADD_FAILURE() << "no temporary folder";
+}
+
+TempFolder::~TempFolder() { RemoveTree(path_); }
+
+std::string ReadWholeFile(const std::wstring& path) {
+  std::string bytes;
+  std::FILE* file = _wfopen(path.c_str(), L"rb");
+  if (file == nullptr) {
+    ADD_FAILURE() << "cannot read a file of the test";
+    return bytes;
+  }
+  std::array<char, 65536> buffer{};
+  while (const std::size_t count = std::fread(buffer.data(), 1, buffer.size(), file)) {
+    bytes.append(buffer.data(), count);
+  }
+  std::fclose(file);
+  return bytes;
+}
+
+void WriteWholeFile(const std::wstring& path, const std::string& bytes) {
+  std::FILE* file = _wfopen(path.c_str(), L"wb");
+  if (file == nullptr) {
+    ADD_FAILURE() << "cannot write a file of the test";
+    return;
+  }
+  std::fwrite(bytes.data(), 1, bytes.size(), file);
+  std::fclose(file);
+}
+
+bool FileExists(const std::wstring& path) {
+  return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
+}  // namespace TestSupport

@@ -2,9 +2,23 @@
 
 #include <rapidjson/document.h>
 
+#include <cstddef>
+#include <string>
+
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
 /// RapidJSON's document over UTF-8 with a memory-pool allocator.
 using GenericDocument = rapidjson::GenericDocument<rapidjson::UTF8<char>>;
+
+/// A larger file counts as unreadable, and so does deeper nesting: files of the data folder may
+/// have been put there by anybody.
+inline constexpr std::size_t kLargestDataFileBytes = 32U * 1024 * 1024;
+inline constexpr int kDeepestJsonNesting = 64;
+
+/// A new heap document owned by the caller; null for a file that cannot be opened or parsed.
+GenericDocument* LoadJsonDocument(const std::wstring& path);
+
+/// Writes in place, without white space. False where the file cannot be opened for writing.
+bool SaveJsonDocument(const std::wstring& path, const GenericDocument& document);
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -1,10 +1,10 @@
-#include "support/import_patch.h"
+#include "import_patch.h"
 
 #include <cstdint>
 #include <cstring>
 #include <string>
 
-namespace TestSupport {
+namespace Standin {
 
 namespace {
 
@@ -58,4 +58,4 @@ ImportPatch::ImportPatch(HMODULE module, const char* name, void* replacement, in
 
 ImportPatch::~ImportPatch() { WriteSlot(slot_, original_); }
 
-}  // namespace TestSupport
+}  // namespace Standin

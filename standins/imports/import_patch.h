@@ -4,7 +4,7 @@
 
 #include <stdexcept>
 
-namespace TestSupport {
+namespace Standin {
 
 /// Replaces one imported function in a module's import table, for calls from that module only, and
 /// restores it at the end. For code that is linked into the test program, the module is the
@@ -16,7 +16,7 @@ class ImportPatch {
   ImportPatch(HMODULE module, const char* name, Function* replacement)
       : ImportPatch(module, name, reinterpret_cast<void*>(replacement), 0) {}
 
-  /// The same for the test program itself.
+  /// The same for the running program itself.
   template <typename Function>
   ImportPatch(const char* name, Function* replacement)
       : ImportPatch(GetModuleHandleW(nullptr), name, replacement) {}
@@ -42,4 +42,4 @@ class ImportPatch {
 /// imported.
 void** FindImportSlot(HMODULE module, const char* name);
 
-}  // namespace TestSupport
+}  // namespace Standin

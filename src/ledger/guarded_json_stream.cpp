@@ -1,0 +1,44 @@
+#include "ledger/guarded_json_stream.h"
+
+namespace Zq::Gantry::Server::Services::Wattleaf {
+
+namespace {
+
+constexpr int kMostExponentDigits = 9;
+
+}  // namespace
+
+void GuardedJsonStream::Follow(Ch c) {
+  if (inString_) {
+    FollowString(c);
+  } else if (c == '"') {
+    inString_ = true;
+    inExponent_ = false;
+  } else {
+    FollowNumber(c);
+  }
+  if (stream_.Tell() > limitBytes_) refused_ = true;
+}
+
+void GuardedJsonStream::FollowString(Ch c) {
+  if (escaped_) {
+    escaped_ = false;
+  } else if (c == '\\') {
+    escaped_ = true;
+  } else if (c == '"') {
+    inString_ = false;
+  }
+}
+
+void GuardedJsonStream::FollowNumber(Ch c) {
+  if (c == 'e' || c == 'E') {
+    inExponent_ = true;
+    exponentDigits_ = 0;
+  } else if (inExponent_ && c >= '0' && c <= '9') {
+    if (++exponentDigits_ > kMostExponentDigits) refused_ = true;
+  } else if (c != '+' && c != '-') {
+    inExponent_ = false;
+  }
+}
+
+}  // namespace Zq::Gantry::Server::Services::Wattleaf

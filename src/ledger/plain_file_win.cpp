@@ -1,0 +1,44 @@
+#include "ledger/plain_file.h"
+
+#include <windows.h>
+
+#include <filesystem>
+#include <vector>
+
+#include "ledger/link_check.h"
+
+namespace Zq::Gantry::Server::Services::Wattleaf {
+
+bool IsPlainFile(const std::wstring& path) {
+  const DWORD attributes = GetFileAttributesW(path.c_str());
+  if (attributes == INVALID_FILE_ATTRIBUTES) return false;
+  if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) return false;
+  if (std::filesystem::is_symlink(std::filesystem::symlink_status(path))) return false;
+  return !IsLink(path, attributes);
+}
+
+// A loop, since a client's text reaches it: as many levels as the text has separators.
+bool CreateDirectoryTree(const std::wstring& path) {
+  std::vector<std::wstring::size_type> missing;
+  std::wstring parent = path;
+  DWORD attributes = GetFileAttributesW(parent.c_str());
+  while (attributes == INVALID_FILE_ATTRIBUTES) {
+    missing.push_back(parent.size());
+    const auto separator = parent.find_last_of(L"\\/");
+    if (separator == std::wstring::npos) break;
+    parent.resize(separator);
+    attributes = GetFileAttributesW(parent.c_str());
+  }
+  if (attributes != INVALID_FILE_ATTRIBUTES &&
+      (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT)) == 0) {
+    return false;
+  }
+  // Kept on purpose: a separator at the end of a new path makes the folder and answers false, for
+  // it is then made twice (test CreateDirectoryTree.AnswersFalseForANewPathWithASeparatorAtItsEnd).
+  for (auto length = missing.rbegin(); length != missing.rend(); ++length) {
+    if (!CreateDirectoryW(path.substr(0, *length).c_str(), nullptr)) return false;
+  }
+  return true;
+}
+
+}  // namespace Zq::Gantry::Server::Services::Wattleaf

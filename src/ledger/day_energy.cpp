@@ -1,0 +1,52 @@
+#include "ledger/day_energy.h"
+
+#include "ledger/calendar.h"
+#include "ledger/energy_arithmetic.h"
+#include "ledger/sample_element.h"
+
+namespace Zq::Gantry::Server::Services::Wattleaf {
+
+namespace {
+
+float LinkToDayBeforeWh(const DateTime& day, const rapidjson::Value& first, const DayReader& read) {
+  const auto previous = read(ShiftKeepingHour(day, -kSecondsPerDay));
+  if (!HasSamples(previous.get())) return 0.0F;
+  const rapidjson::Value& before = (*previous)[previous->Size() - 1];
+  return EnergyBetweenWh(before, first, SamplePowerWatts(before));
+}
+
+// Kept on purpose: the power is that of the later sample, while every other interval takes the
+// earlier one's (test DayEnergy.LinkToTheDayAfterTakesThePowerOfTheLaterSample).
+float LinkToDayAfterWh(const DateTime& day, const rapidjson::Value& last, const DayReader& read) {
+  const auto next = read(ShiftKeepingHour(day, kSecondsPerDay));
+  if (!HasSamples(next.get())) return 0.0F;
+  const rapidjson::Value& after = *next->Begin();
+  return EnergyBetweenWh(last, after, SamplePowerWatts(after));
+}
+
+}  // namespace
+
+// Kept on purpose: one branch for each sample, so nobody books the interval from the first sample
+// to the second, and a single sample gets its link backwards only (tests
+// DayEnergy.SkipsTheFirstInterval and DayEnergy.SingleSampleGetsOnlyItsLinkBackwards).
+float DayEnergyWh(const DateTime& day, const DayReader& read) {
+  const auto samples = read(day);
+  if (!HasSamples(samples.get())) return 0.0F;
+
+  const rapidjson::SizeType count = samples->Size();
+  float sumWh = 0.0F;
+  for (rapidjson::SizeType i = 0; i < count; ++i) {
+    const rapidjson::Value& sample = (*samples)[i];
+    if (!IsCountedSample(sample)) continue;
+    if (i == 0) {
+      sumWh += LinkToDayBeforeWh(day, sample, read);
+    } else if (i + 1 < count) {
+      sumWh += EnergyBetweenWh(sample, (*samples)[i + 1], SamplePowerWatts(sample));
+    } else {
+      sumWh += LinkToDayAfterWh(day, sample, read);
+    }
+  }
+  return FiniteOrZero(sumWh / kEnergyDivisor);
+}
+
+}  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <bit>
+#include <cstdint>
+#include <limits>
+
+// All energy is watt-hours in 32-bit float, in the order of steps that the figures have always been
+// made in: another order gives other last digits.
+namespace Zq::Gantry::Server::Services::Wattleaf {
+
+/// Samples further apart than this are a gap, whose time is not booked.
+inline constexpr std::int64_t kLargestIntervalSeconds = 600;
+inline constexpr float kSecondsPerHour = 3600.0F;
+/// Every sum of samples is divided by this once, at its end.
+inline constexpr float kEnergyDivisor = 0.88F;
+
+static_assert(std::numeric_limits<float>::is_iec559);
+static_assert(std::bit_cast<std::uint32_t>(kEnergyDivisor) == 0x3F6147AE);
+
+/// `value`, or 0.0 for an infinity or no number: one of those in a sum would never leave it, and
+/// the JSON writer stops in the middle of its text at one.
+float FiniteOrZero(float value);
+
+/// Narrows a number of a document; 0.0 for one that no 32-bit float can hold.
+float NarrowToFloat(double value);
+
+/// What `seconds` at `watts` add to a sum; 0.0 unless there are 1 to 600 seconds.
+float IntervalEnergyWh(std::int64_t seconds, float watts);
+
+}  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <rapidjson/document.h>
+
+namespace Zq::Gantry::Server::Services::Wattleaf {
+
+/// The first member of that name; null where `value` is no object or has none.
+const rapidjson::Value* TryMember(const rapidjson::Value& value, const char* name);
+
+/// The same for a member that is a string, and for one that is a number; of another type counts as
+/// missing.
+const rapidjson::Value* TryStringMember(const rapidjson::Value& value, const char* name);
+const rapidjson::Value* TryNumberMember(const rapidjson::Value& value, const char* name);
+
+}  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -1,0 +1,100 @@
+#include "ledger/power_ledger.h"
+
+#include <string>
+
+#include "ledger/date_text.h"
+#include "ledger/energy_arithmetic.h"
+#include "ledger/json_member.h"
+#include "ledger/local_calendar.h"
+
+namespace Zq::Gantry::Server::Services::Wattleaf {
+
+namespace {
+
+constexpr char kDayKey[] = "Key";
+constexpr char kEnergyKey[] = "Value";
+
+class Walk {
+ public:
+  Walk(const DateTime& today, PowerLedger& ledger, const LedgerDays& days)
+      : today_(today),
+        dayBefore_(ShiftKeepingHour(today, -kSecondsPerDay)),
+        dayAfter_(ShiftKeepingHour(today, kSecondsPerDay)),
+        ledger_(ledger),
+        days_(days) {}
+
+  void Visit(const DateTime& day) {
+    const auto [entry, isNew] = ledger_.try_emplace(day, 0.0F);
+    // Kept on purpose: a value other than 0.0 is final, and the samples of its day stay (test
+    // UpdateLedger.BookedDayIsNotWorkedOutAndKeepsItsSamples).
+    if (!isNew && !IsSameDay(day, today_) && entry->second != 0.0F) return;
+
+    entry->second = FiniteOrZero(days_.energyWh(day));
+    if (entry->second != 0.0F && !IsTodayOrNeighbour(day)) days_.removeSamples(day);
+  }
+
+ private:
+  static bool IsSameDay(const DateTime& left, const DateTime& right) {
+    return InstantOf(left) == InstantOf(right);
+  }
+
+  bool IsTodayOrNeighbour(const DateTime& day) const {
+    return IsSameDay(day, today_) || IsSameDay(day, dayBefore_) || IsSameDay(day, dayAfter_);
+  }
+
+  const DateTime today_;
+  const DateTime dayBefore_;
+  const DateTime dayAfter_;
+  PowerLedger& ledger_;
+  const LedgerDays& days_;
+};
+
+void LoadElement(const rapidjson::Value& element, const DateTime& oldest, PowerLedger& ledger) {
+  const rapidjson::Value* key = TryStringMember(element, kDayKey);
+  const rapidjson::Value* value = TryNumberMember(element, kEnergyKey);
+  if (key == nullptr || value == nullptr) return;
+
+  // A text that is no date comes out before 1970, which is before `oldest` too.
+  DateTime day;
+  ParseDateTime(day, key->GetString(), kDateFormat);
+  if (oldest < day) ledger[day] = NarrowToFloat(value->GetDouble());
+}
+
+}  // namespace
+
+DateTime OldestDay(const DateTime& today) { return ShiftKeepingHour(today, -kRetentionSeconds); }
+
+void LoadLedger(const GenericDocument& document, const DateTime& oldest, PowerLedger& ledger) {
+  if (!document.IsArray()) return;
+  for (const rapidjson::Value& element : document.GetArray()) LoadElement(element, oldest, ledger);
+}
+
+void UpdateLedger(const DateTime& today, PowerLedger& ledger, const LedgerDays& days) {
+  Walk walk(today, ledger, days);
+  const std::int64_t end = InstantOf(OldestDay(today));
+  DateTime day = today;
+  for (int count = 0; count < kMostLedgerDays; ++count) {
+    // Days before 1970 all have the instant -1, and so may the oldest: a clock that was never set
+    // would walk among them for ever.
+    const std::int64_t instant = InstantOf(day);
+    if (instant < 0 || instant < end) return;
+    walk.Visit(day);
+    day = ShiftKeepingHour(day, -kSecondsPerDay);
+  }
+}
+
+GenericDocument LedgerDocument(const PowerLedger& ledger) {
+  GenericDocument document(rapidjson::kArrayType);
+  auto& allocator = document.GetAllocator();
+  for (const auto& [day, energyWh] : ledger) {
+    const std::string date = FormatDateTime(day, kDateFormat);
+    rapidjson::Value key(date.c_str(), static_cast<rapidjson::SizeType>(date.size()), allocator);
+    rapidjson::Value element(rapidjson::kObjectType);
+    element.AddMember(rapidjson::StringRef(kDayKey), key, allocator);
+    element.AddMember(rapidjson::StringRef(kEnergyKey), static_cast<double>(energyWh), allocator);
+    document.PushBack(element, allocator);
+  }
+  return document;
+}
+
+}  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+
+#include "ledger/calendar.h"
+#include "ledger/date_time.h"
+#include "ledger/json_document.h"
+
+// The ledger of daily energy: which days are worked out, and its form on disk, an array of objects
+// {"Key":"2024-03-01","Value":12.5} in ascending order of date.
+namespace Zq::Gantry::Server::Services::Wattleaf {
+
+/// Watt-hours by day. A key stands at 00:00:00 local time; 0.0 means that nothing is booked yet,
+/// any other value is final.
+using PowerLedger = std::map<DateTime, float>;
+
+inline constexpr wchar_t kLedgerFileName[] = L"PowerConsumption.json";
+/// How far back the ledger reaches: 210 days.
+inline constexpr std::int64_t kRetentionSeconds = 18'144'000;
+static_assert(kRetentionSeconds == 210 * kSecondsPerDay);
+/// Today and 210 days back.
+inline constexpr int kMostLedgerDays = 211;
+
+/// The last day that the walk reaches; one that comes from the file must be later.
+DateTime OldestDay(const DateTime& today);
+
+/// Enters what the file holds about days after `oldest`. Elements without a string "Key" or a
+/// number "Value" are stepped over, as is a root that is no array.
+void LoadLedger(const GenericDocument& document, const DateTime& oldest, PowerLedger& ledger);
+
+/// What the walk needs from outside.
+struct LedgerDays {
+  /// Watt-hours of one day.
+  std::function<float(const DateTime& day)> energyWh;
+  /// Deletes a day's encrypted samples; a failure is nobody's concern.
+  std::function<void(const DateTime& day)> removeSamples;
+};
+
+/// Walks from `today` back to the oldest day, works out today and every day that is missing or
+/// stands at 0.0, and removes the samples of those that turn out non-zero and are no neighbours of
+/// today. At most kMostLedgerDays days, whatever the clock says.
+void UpdateLedger(const DateTime& today, PowerLedger& ledger, const LedgerDays& days);
+
+/// The document for the file.
+GenericDocument LedgerDocument(const PowerLedger& ledger);
+
+}  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -1,0 +1,52 @@
+#include "ledger/sample_element.h"
+
+#include <array>
+#include <string_view>
+
+#include "ledger/date_text.h"
+#include "ledger/energy_arithmetic.h"
+#include "ledger/json_member.h"
+#include "ledger/local_calendar.h"
+
+namespace Zq::Gantry::Server::Services::Wattleaf {
+
+namespace {
+
+constexpr char kTypeKey[] = "TelemetryType";
+constexpr char kTimeKey[] = "SampleTime";
+constexpr char kPowerKey[] = "Power";
+constexpr std::array<std::string_view, 2> kCountedTypes{"PCM_CHARGER", "PCM_SENSOR"};
+
+}  // namespace
+
+bool HasSamples(const GenericDocument* samples) {
+  return samples != nullptr && samples->IsArray() && !samples->Empty();
+}
+
+bool IsCountedSample(const rapidjson::Value& element) {
+  const rapidjson::Value* member = TryStringMember(element, kTypeKey);
+  if (member == nullptr) return false;
+  const std::string_view type(member->GetString(), member->GetStringLength());
+  return type == kCountedTypes[0] || type == kCountedTypes[1];
+}
+
+float SamplePowerWatts(const rapidjson::Value& element) {
+  const rapidjson::Value* member = TryNumberMember(element, kPowerKey);
+  return member != nullptr ? NarrowToFloat(member->GetDouble()) : 0.0F;
+}
+
+std::optional<DateTime> TrySampleTime(const rapidjson::Value& element) {
+  const rapidjson::Value* member = TryStringMember(element, kTimeKey);
+  if (member == nullptr) return std::nullopt;
+  DateTime time;
+  return ParseDateTime(time, member->GetString(), kSampleTimeFormat);
+}
+
+float EnergyBetweenWh(const rapidjson::Value& from, const rapidjson::Value& to, float watts) {
+  const auto start = TrySampleTime(from);
+  const auto end = TrySampleTime(to);
+  if (!start || !end) return 0.0F;
+  return IntervalEnergyWh(InstantOf(*end) - InstantOf(*start), watts);
+}
+
+}  // namespace Zq::Gantry::Server::Services::Wattleaf

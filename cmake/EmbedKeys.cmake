@@ -1,1 +1,52 @@
+# The trusted public keys of keys/, checked and written into a header of the build folder. A build
+# with WATTLEAF_KEYS=development puts the development key into the place of the service key.
+include(KeyLists)
+include(Signing)
 
+set(WATTLEAF_KEY_FOLDER "${CMAKE_SOURCE_DIR}/keys" CACHE PATH "The folder of the key lists")
+set(WATTLEAF_GENERATED "${CMAKE_BINARY_DIR}/generated")
+foreach(list public_key_pool single_key_list second_key_list service_key)
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${WATTLEAF_KEY_FOLDER}/${list}.txt")
+endforeach()
+wattleaf_read_all_key_lists("${WATTLEAF_KEY_FOLDER}")
+
+if(WATTLEAF_KEYS STREQUAL "development")
+  if(NOT WATTLEAF_CAN_SIGN OR NOT WIN32)
+    message(FATAL_ERROR "WATTLEAF_KEYS=development needs a build for Windows on a Unix machine with openssl and osslsigncode.")
+  endif()
+  wattleaf_read_key_list(SERVICE FILE "${WATTLEAF_DEVELOPMENT_KEY}/public_key.txt" COUNT 1)
+  wattleaf_check_key_repetition(POOL SINGLE SECOND SERVICE)
+elseif(NOT WATTLEAF_KEYS STREQUAL "supplied")
+  message(FATAL_ERROR "WATTLEAF_KEYS is \"${WATTLEAF_KEYS}\": supplied or development.")
+endif()
+
+# One constant array of texts, in the order of the list.
+function(wattleaf_key_array out name prefix)
+  list(LENGTH ${prefix}_TEXTS count)
+  set(rows "")
+  foreach(text IN LISTS ${prefix}_TEXTS)
+    string(APPEND rows "    \"${text}\",\n")
+  endforeach()
+  set(${out} "inline constexpr std::array<std::string_view, ${count}> ${name} = {\n${rows}};\n" PARENT_SCOPE)
+endfunction()
+
+wattleaf_key_array(pool_array kPublicKeyPoolTexts POOL)
+wattleaf_key_array(single_array kSingleKeyListTexts SINGLE)
+wattleaf_key_array(second_array kSecondKeyListTexts SECOND)
+wattleaf_key_array(service_array kServiceKeyTexts SERVICE)
+file(CONFIGURE OUTPUT "${WATTLEAF_GENERATED}/embedded_keys.h" @ONLY CONTENT [[
+#pragma once
+
+// Written by the build from the key lists; do not edit.
+
+#include <array>
+#include <string_view>
+
+namespace Zq::Gantry::Security {
+
+@service_array@
+@pool_array@
+@single_array@
+@second_array@
+}  // namespace Zq::Gantry::Security
+]])

@@ -1,7 +1,24 @@
+#include <atomic>
+
 #include "collection/wattleaf_helper.h"
+#include "platform/wmi/platform_probes.h"
+#include "platform/wmi/support_decision.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
-int WattleafHelper::IsPlatformSupported() { return PlatformSupportState; }
+namespace WMI = Zq::Gantry::Server::Shared::WMI;
+
+int WattleafHelper::IsPlatformSupported() {
+  const std::atomic_ref<int> state(PlatformSupportState);
+  const int known = state.load();
+  if (known != WMI::kPlatformUndecided) return known;
+
+  const int decided =
+      WMI::DecidePlatformSupport(WMI::ReadBiosPlatformFlag, WMI::FindCarbonSupportOemString);
+  // The probes take long enough for the collector, or another thread, to settle the state: what
+  // was stored first stands.
+  int stored = WMI::kPlatformUndecided;
+  return state.compare_exchange_strong(stored, decided) ? decided : stored;
+}
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

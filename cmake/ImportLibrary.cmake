@@ -1,0 +1,16 @@
+# wattleaf_import_library(<target> <def>): for functions that the toolchain's import libraries lack and
+# that must stand in the import table all the same. With the SDK of Visual Studio there is nothing to add.
+function(wattleaf_import_library target def)
+  add_library(${target} INTERFACE)
+  if(NOT MINGW)
+    return()
+  endif()
+  set(library "${CMAKE_BINARY_DIR}/lib/lib${target}.a")
+  file(MAKE_DIRECTORY "${CMAKE_BINARY_DIR}/lib")
+  add_custom_command(OUTPUT "${library}"
+    COMMAND "${CMAKE_DLLTOOL}" -k -d "${CMAKE_CURRENT_SOURCE_DIR}/${def}" -l "${library}"
+    DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/${def}" VERBATIM)
+  add_custom_target(${target}_file DEPENDS "${library}")
+  add_dependencies(${target} ${target}_file)
+  target_link_libraries(${target} INTERFACE "${library}")
+endfunction()

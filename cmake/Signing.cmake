@@ -1,0 +1,68 @@
+# The development key: made once in the build folder, which it never leaves, to sign what the build
+# itself plays (the collector stand-in, files for tests). Only a build with development keys trusts it.
+set(WATTLEAF_DEVELOPMENT_KEY "${CMAKE_BINARY_DIR}/development-key")
+find_program(WATTLEAF_OPENSSL openssl)
+find_program(WATTLEAF_OSSLSIGNCODE osslsigncode)
+set(WATTLEAF_CAN_SIGN OFF)
+if(WATTLEAF_OPENSSL AND WATTLEAF_OSSLSIGNCODE AND CMAKE_HOST_UNIX)
+  set(WATTLEAF_CAN_SIGN ON)
+endif()
+
+# wattleaf_make_signing_key(<folder> <subject> [EXPIRED]): a fresh authority and a code-signing
+# certificate below it, unless they are there already. Leaves leaf.key, chain.pem and public_key.txt.
+function(wattleaf_make_signing_key folder subject)
+  if(EXISTS "${folder}/public_key.txt")
+    return()
+  endif()
+  execute_process(COMMAND "${CMAKE_SOURCE_DIR}/tools/make-signing-key" "${folder}" "${subject}" ${ARGN}
+    RESULT_VARIABLE status ERROR_VARIABLE errors)
+  if(NOT status EQUAL 0)
+    message(FATAL_ERROR "No signing key could be made in ${folder}:\n${errors}")
+  endif()
+endfunction()
+
+if(WATTLEAF_CAN_SIGN AND WIN32)
+  wattleaf_make_signing_key("${WATTLEAF_DEVELOPMENT_KEY}" "/C=DE/O=Wattleaf/CN=Wattleaf development build")
+endif()
+
+# wattleaf_sign(TARGET target OUTPUT file [INPUT file] [KEY folder] [NEST])
+# Signs the file of a program or library target, or INPUT, which the target then only stands for, into
+# OUTPUT. KEY is a folder of wattleaf_make_signing_key, by default the development key's. NEST adds a
+# second signature to the first. Everything is built with `all`, through the target <target>_signed.
+# Without the signing tools OUTPUT is an unsigned copy.
+function(wattleaf_sign)
+  cmake_parse_arguments(PARSE_ARGV 0 arg "NEST" "TARGET;OUTPUT;INPUT;KEY" "")
+  if(NOT arg_INPUT)
+    set(arg_INPUT "$<TARGET_FILE:${arg_TARGET}>")
+  endif()
+  if(NOT arg_KEY)
+    set(arg_KEY "${WATTLEAF_DEVELOPMENT_KEY}")
+  endif()
+  set(nest)
+  if(arg_NEST)
+    set(nest -nest)
+  endif()
+  get_filename_component(folder "${arg_OUTPUT}" DIRECTORY)
+  file(MAKE_DIRECTORY "${folder}")
+
+  set(sign "${WATTLEAF_OSSLSIGNCODE}" sign -h sha256 ${nest}
+    -certs "${arg_KEY}/chain.pem" -key "${arg_KEY}/leaf.key" -in "${arg_INPUT}" -out "${arg_OUTPUT}")
+  set(depends ${arg_TARGET} "${arg_INPUT}" "${arg_KEY}/chain.pem")
+  if(NOT WATTLEAF_CAN_SIGN)
+    message(WARNING "${arg_OUTPUT} stays unsigned: signing needs openssl and osslsigncode on a Unix machine.")
+    set(sign "${CMAKE_COMMAND}" -E copy "${arg_INPUT}" "${arg_OUTPUT}")
+    set(depends ${arg_TARGET} "${arg_INPUT}")
+  endif()
+  # The tool refuses to write over a file.
+  add_custom_command(OUTPUT "${arg_OUTPUT}"
+    COMMAND "${CMAKE_COMMAND}" -E rm -f "${arg_OUTPUT}"
+    COMMAND ${sign}
+    DEPENDS ${depends}
+    COMMENT "Signing ${arg_OUTPUT}" VERBATIM)
+  if(NOT TARGET ${arg_TARGET}_signed)
+    add_custom_target(${arg_TARGET}_signed ALL)
+  endif()
+  get_filename_component(name "${arg_OUTPUT}" NAME)
+  add_custom_target(${arg_TARGET}_signed_${name} DEPENDS "${arg_OUTPUT}")
+  add_dependencies(${arg_TARGET}_signed ${arg_TARGET}_signed_${name})
+endfunction()

@@ -1,0 +1,126 @@
+#include <windows.h>
+
+#include <wincrypt.h>
+#include <wintrust.h>
+
+#include <softpub.h>
+
+#include <cstdint>
+#include <iterator>
+#include <utility>
+
+#include "logging/trace_logger.h"
+#include "security/trust/catalog_member.h"
+#include "security/trust/verify_result.h"
+#include "security/trust/wintrust_layout.h"
+#include "security/trust/zq_authenticode_helper.h"
+
+namespace Zq::Gantry::Security {
+
+using Logging::LogManager;
+
+namespace {
+
+// No honest file carries nearly as many; a count beyond it is cut so that a made-up one ends.
+constexpr std::uint64_t kMaxSignaturesOfASource = 64;
+
+LONG CallWinVerifyTrust(VerificationData& data, DWORD stateAction) {
+  GUID action = WINTRUST_ACTION_GENERIC_VERIFY_V2;
+  data.dwStateAction = stateAction;
+  return WinVerifyTrust(/*hwnd=*/nullptr, &action, &data);
+}
+
+// Closes the state of a verification, whatever its verdict was.
+class ScopedTrustState {
+ public:
+  explicit ScopedTrustState(VerificationData& data) : data_(data) {}
+  ScopedTrustState(const ScopedTrustState&) = delete;
+  ScopedTrustState& operator=(const ScopedTrustState&) = delete;
+  ~ScopedTrustState() {
+    CallWinVerifyTrust(data_, WTD_STATEACTION_CLOSE);
+    data_.hWVTStateData = nullptr;
+  }
+
+ private:
+  VerificationData& data_;
+};
+
+void VerifyOne(VerificationData& data, SignatureList& signatures) {
+  const auto result = static_cast<std::uint32_t>(CallWinVerifyTrust(data, WTD_STATEACTION_VERIFY));
+  const ScopedTrustState state(data);
+  if (!IsListedResult(result)) return;
+
+  SignerDescriptor signer = ZQAuthenticodeHelper::GetSignerDescriptor(data.hWVTStateData);
+  signer.verifyResult = result;
+  signatures.push_back(std::move(signer));
+}
+
+// The primary signature and all nested ones, each verified by itself.
+SignatureList VerifyEach(VerificationData data) {
+  SignatureSettings settings{};
+  settings.cbStruct = sizeof(settings);
+  settings.dwFlags = kVerifySpecific | kGetSecondarySignatureCount;
+  data.pSignatureSettings = &settings;
+
+  SignatureList signatures;
+  for (std::uint64_t index = 0; index < kMaxSignaturesOfASource; ++index) {
+    settings.dwIndex = static_cast<DWORD>(index);
+    VerifyOne(data, signatures);
+    if (index + 1 > settings.cSecondarySigs) break;
+  }
+  return signatures;
+}
+
+SignatureList VerifyByCatalog(const wchar_t* path) {
+  VerificationData data{};
+  if (ZQAuthenticodeHelper::GetSecurityCatalogInfo(path, data) != 1) return {};
+  const UniqueCatalogInfo catalog(data.pCatalog);
+  return VerifyEach(data);
+}
+
+SignatureList VerifyEmbedded(const wchar_t* path) {
+  WINTRUST_FILE_INFO file{};
+  file.cbStruct = sizeof(file);
+  file.pcwszFilePath = path;
+
+  VerificationData data{};
+  data.cbStruct = sizeof(data);
+  data.dwUIChoice = WTD_UI_NONE;
+  data.fdwRevocationChecks = WTD_REVOKE_NONE;
+  data.dwUnionChoice = WTD_CHOICE_FILE;
+  data.pFile = &file;
+  return VerifyEach(data);
+}
+
+const char* YesOrNo(bool value) { return value ? "yes" : "no"; }
+
+}  // namespace
+
+bool ZQAuthenticodeHelper::IsFileTrusted(const wchar_t* path, const KeyList* keys) {
+  if (path == nullptr || keys == nullptr) return false;
+
+  const SignatureList signatures = GetAllSignatures(path);
+  if (signatures.empty() || keys->empty()) return false;
+
+  const bool byWindows = IsTrustedByWindows(signatures);
+  const bool byMeridian = IsTrustedByMeridian(signatures, keys);
+  LogManager::GetLogger()->LogInfo(
+      L"Security - IsFileTrusted - trusted by windows = %S, trusted by Meridian = %S",
+      YesOrNo(byWindows), YesOrNo(byMeridian));
+  return byWindows && byMeridian;
+}
+
+SignatureList ZQAuthenticodeHelper::GetAllSignatures(const wchar_t* path) {
+  SignatureList signatures = GetSignatures(path, true);
+  SignatureList embedded = GetSignatures(path, false);
+  signatures.insert(signatures.end(), std::make_move_iterator(embedded.begin()),
+                    std::make_move_iterator(embedded.end()));
+  return signatures;
+}
+
+SignatureList ZQAuthenticodeHelper::GetSignatures(const wchar_t* path, bool useCatalog) {
+  if (path == nullptr) return {};
+  return useCatalog ? VerifyByCatalog(path) : VerifyEmbedded(path);
+}
+
+}  // namespace Zq::Gantry::Security

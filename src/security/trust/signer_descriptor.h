@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace Zq::Gantry::Security {
+
+/// One signature of a file, or one row of a subject table.
+struct SignerDescriptor {
+  SignerDescriptor() = default;
+  /// A table row. Mind that the order differs from that of the fields; `publicKey` stays empty.
+  SignerDescriptor(std::wstring rowCommonName, std::wstring rowOrganizationalUnit,
+                   std::wstring rowLocality, std::wstring rowOrganization, std::wstring rowState,
+                   std::wstring rowCountry, std::wstring rowIssuer);
+
+  /// DER RSAPublicKey of the signer's certificate: lower-case hexadecimal byte pairs, separated by
+  /// single blanks. Empty where the signer could not be read, and in table rows.
+  std::string publicKey;
+  /// What WinVerifyTrust returned for this signature; without meaning in table rows.
+  std::uint32_t verifyResult = 0;
+  std::wstring commonName;          ///< subject key "CN"
+  std::wstring organizationalUnit;  ///< subject key "OU"
+  std::wstring organization;        ///< subject key "O"
+  std::wstring locality;            ///< subject key "L"
+  std::wstring state;               ///< subject key "S"
+  std::wstring country;             ///< subject key "C"
+  /// The issuer's common name in table rows; always empty for a signature.
+  std::wstring issuer;
+};
+
+/// The signatures of one file, in the order in which they were verified.
+using SignatureList = std::vector<SignerDescriptor>;
+
+/// Public keys in the text form of SignerDescriptor::publicKey.
+using KeyList = std::vector<std::string>;
+
+}  // namespace Zq::Gantry::Security

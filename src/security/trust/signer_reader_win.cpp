@@ -1,0 +1,85 @@
+#include <windows.h>
+
+#include <wincrypt.h>
+#include <wintrust.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <limits>
+
+#include "logging/trace_logger.h"
+#include "platform/win32/owners.h"
+#include "security/trust/zq_authenticode_helper.h"
+
+namespace Zq::Gantry::Security {
+
+using Logging::LogManager;
+using Platform::UniqueHeapBlock;
+
+namespace {
+
+constexpr const char* kBlanks = " \f\n\r\t\v";
+
+// Each relative name on a line of its own as key, "=" and value, without quotes.
+constexpr DWORD kNameFormat =
+    CERT_X500_NAME_STR | CERT_NAME_STR_NO_QUOTING_FLAG | CERT_NAME_STR_CRLF_FLAG;
+static_assert(kNameFormat == 0x18000003);
+
+// The leaf certificate of the first signer; null where any of it is missing. Belongs to the state.
+const CERT_INFO* FindSignerCertificate(HANDLE stateData) {
+  if (stateData == nullptr) return nullptr;
+  CRYPT_PROVIDER_DATA* provider = WTHelperProvDataFromStateData(stateData);
+  if (provider == nullptr) return nullptr;
+  CRYPT_PROVIDER_SGNR* signer = WTHelperGetProvSignerFromChain(
+      provider, /*idxSigner=*/0, /*fCounterSigner=*/FALSE, /*idxCounterSigner=*/0);
+  if (signer == nullptr) return nullptr;
+  const CRYPT_PROVIDER_CERT* certificate = WTHelperGetProvCertFromChain(signer, /*idxCert=*/0);
+  if (certificate == nullptr || certificate->pCert == nullptr) return nullptr;
+  return certificate->pCert->pCertInfo;
+}
+
+}  // namespace
+
+SignerDescriptor ZQAuthenticodeHelper::GetSignerDescriptor(void* stateData) {
+  SignerDescriptor record;
+  const CERT_INFO* certificate = FindSignerCertificate(stateData);
+  if (certificate == nullptr) return record;
+
+  const CRYPT_BIT_BLOB& key = certificate->SubjectPublicKeyInfo.PublicKey;
+  record.publicKey = TrimText(BytesToHexText(key.pbData, key.cbData), kBlanks);
+
+  const std::wstring subject = GetNameText(certificate->Subject);
+  // Kept on purpose: the issuer is read, with the log line of a failure, and goes no further.
+  (void)GetNameText(certificate->Issuer);
+  LogManager::GetLogger()->LogInfo(L"Subject = %s", subject.c_str());
+  ParseSubject(subject, record);
+  return record;
+}
+
+std::wstring ZQAuthenticodeHelper::GetNameText(const _CRYPTOAPI_BLOB& nameBlob) {
+  // The call is told two characters for each byte of the name; the block holds those and a
+  // terminator of ours.
+  const std::uint64_t wantedChars = std::uint64_t{nameBlob.cbData} * 2;
+  const auto toldChars =
+      static_cast<DWORD>(std::min<std::uint64_t>(wantedChars, std::numeric_limits<DWORD>::max()));
+  const std::size_t blockBytes = (std::size_t{toldChars} + 1) * sizeof(wchar_t);
+
+  const UniqueHeapBlock block(std::malloc(blockBytes));
+  if (!block) {
+    LogManager::GetLogger()->LogError(L"NULL pointer returned by Malloc() to pszString.");
+    return {};
+  }
+  auto* text = static_cast<wchar_t*>(block.get());
+  text[0] = L'\0';
+  text[toldChars] = L'\0';
+
+  auto* name = const_cast<CERT_NAME_BLOB*>(&nameBlob);  // only read
+  if (CertNameToStrW(X509_ASN_ENCODING, name, kNameFormat, text, toldChars) == 0) {
+    LogManager::GetLogger()->LogError(L"Error while retrieving Subject field.");
+    return {};
+  }
+  return text;
+}
+
+}  // namespace Zq::Gantry::Security

@@ -1,0 +1,86 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include "security/trust/file_hash.h"
+#include "security/trust/signer_descriptor.h"
+
+struct _CRYPTOAPI_BLOB;  // CERT_NAME_BLOB of wincrypt.h
+
+namespace Zq::Gantry::Security {
+
+struct VerificationData;  // WINTRUST_DATA with its signature settings: wintrust_layout.h
+
+/// Who signed a file, and whether the file lies in a protected place. Stateless: every operation
+/// may be called on any thread. Nothing is cached, each call looks anew.
+class ZQAuthenticodeHelper {
+ public:
+  ZQAuthenticodeHelper() = delete;
+
+  /// Whether the system accepts a signature of the file and a signature's public key stands in
+  /// `keys`; the two need not be the same signature. False for a null path or list. Logs one line
+  /// with both verdicts where there was something to judge.
+  static bool IsFileTrusted(const wchar_t* path, const KeyList* keys);
+
+  /// Whether the file's place cannot be written by an ordinary user: below a protected root, or
+  /// below a WindowsApps folder at a drive's root that TrustedInstaller and SYSTEM control. May
+  /// take more than a second for the latter. Logs each reason against.
+  static bool IsPathAllowed(const wchar_t* path);
+
+  /// Whether the access list of a file or folder gives full control to TrustedInstaller and to
+  /// SYSTEM. Nothing is thrown; an exception inside is logged and counts as no.
+  static bool CheckForFullConrolByTrustedInstallAndSystem(const wchar_t* path);
+
+  /// Catalog signatures first, then embedded ones.
+  static SignatureList GetAllSignatures(const wchar_t* path);
+
+  /// The signatures of one source that the system accepts, or accepts but for an expired
+  /// certificate or an unknown root. Empty for a null path. Throws std::out_of_range for a signer
+  /// whose key has no bytes.
+  static SignatureList GetSignatures(const wchar_t* path, bool useCatalog);
+
+  /// The signer of the verification in progress; an empty record where it cannot be reached.
+  /// `stateData` is the open state handle of WinVerifyTrust; it stays the caller's.
+  static SignerDescriptor GetSignerDescriptor(void* stateData);
+
+  /// Finds the catalog that lists `file`. 1: `data` is ready for WinVerifyTrust, and the caller
+  /// owns data.pCatalog with all that hangs on it (UniqueCatalogInfo takes it over); `file` must
+  /// outlive it. 0: `data` is unchanged and nothing is left to release.
+  static std::int32_t GetSecurityCatalogInfo(const wchar_t* file, VerificationData& data);
+
+  /// The SHA-256 hash of `file` as catalogs use it. A null administrator context is replaced by
+  /// one of the operation's own. After a failure the text is empty; nothing is logged.
+  static FileHash CalculateFileHash(const wchar_t* file, void* catalogAdministrator);
+
+  /// Whether a signature verified, be it with an expired certificate. An unknown root does not.
+  static bool IsTrustedByWindows(SignatureList signatures);
+
+  /// Whether the public key of any signature, whatever its verdict, stands in `keys`.
+  static bool IsTrustedByMeridian(SignatureList signatures, const KeyList* keys);
+
+  /// Whether the lists have a common name in common. Case-sensitive; no other field takes part.
+  static bool SubjectsMatch(SignatureList first, SignatureList second);
+
+  /// Whether the lists have a public key in common.
+  static bool PublicKeysMatch(SignatureList first, SignatureList second);
+
+  /// Reads a subject of one "key=value" for each line, lines separated by CR LF.
+  static void ParseSubject(const std::wstring& subject, SignerDescriptor& record);
+
+  /// Reads one such line. A repeated key replaces the earlier value; unknown keys are ignored.
+  static void ParseSubjectField(const std::wstring& line, SignerDescriptor& record);
+
+  /// An X.500 name as text in the form of ParseSubject. Empty, with a logged error, on failure.
+  static std::wstring GetNameText(const _CRYPTOAPI_BLOB& nameBlob);
+
+  /// Each byte as two lower-case hexadecimal digits and one blank; empty for null.
+  static std::string BytesToHexText(const std::uint8_t* bytes, std::size_t count);
+
+  /// `text` without leading and trailing characters of the given set. Throws std::out_of_range
+  /// where nothing remains.
+  static std::string TrimText(const std::string& text, const char* characters);
+};
+
+}  // namespace Zq::Gantry::Security

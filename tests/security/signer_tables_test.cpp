@@ -1,0 +1,62 @@
+#include "security/trust/signer_tables.h"
+
+#include <gtest/gtest.h>
+
+using namespace Zq::Gantry::Security;
+
+namespace {
+
+// The fields of a row in the order of the record.
+using Row = std::vector<std::wstring>;
+
+Row FieldsOf(const SignerDescriptor& row) {
+  return {row.commonName,   row.organizationalUnit,
+          row.organization, row.locality,
+          row.state,        row.country,
+          row.issuer};
+}
+
+constexpr const wchar_t* kAuthority = L"DigiCert SHA2 Assured ID Code Signing CA";
+
+}  // namespace
+
+TEST(SignerTables, ARowTakesItsTextsInAnotherOrderThanItsFields) {
+  const SignerDescriptor row(L"cn", L"ou", L"l", L"o", L"s", L"c", L"i");
+  EXPECT_EQ(FieldsOf(row), (Row{L"cn", L"ou", L"o", L"l", L"s", L"c", L"i"}));
+  EXPECT_EQ(row.publicKey, "");
+}
+
+TEST(SignerTables, ZqHasTwoRowsThatDifferInTheUnit) {
+  ASSERT_EQ(ZqSignerRows.size(), 2u);
+  EXPECT_EQ(FieldsOf(ZqSignerRows[0]), (Row{L"ZQ Inc.", L"ZQ Assurance", L"ZQ Inc.", L"Elmhurst",
+                                            L"California", L"US", kAuthority}));
+  EXPECT_EQ(FieldsOf(ZqSignerRows[1]),
+            (Row{L"ZQ Inc.", L"", L"ZQ Inc.", L"Elmhurst", L"California", L"US", kAuthority}));
+}
+
+TEST(SignerTables, DropboxHasOneRow) {
+  ASSERT_EQ(DropboxSignerRows.size(), 1u);
+  EXPECT_EQ(FieldsOf(DropboxSignerRows[0]),
+            (Row{L"Dropbox, Inc", L"", L"Dropbox, Inc", L"San Francisco", L"California", L"US",
+                 kAuthority}));
+}
+
+TEST(SignerTables, MicrosoftHasABlankBeforeItsOrganizationAndNoIssuer) {
+  ASSERT_EQ(MicrosoftSignerRows.size(), 1u);
+  EXPECT_EQ(FieldsOf(MicrosoftSignerRows[0]),
+            (Row{L"Microsoft Corporation", L"", L" Microsoft Corporation", L"Redmond",
+                 L"Washington", L"US", L""}));
+}
+
+TEST(SignerTables, BitdefenderHasNoState) {
+  ASSERT_EQ(BitdefenderSignerRows.size(), 1u);
+  EXPECT_EQ(FieldsOf(BitdefenderSignerRows[0]), (Row{L"Bitdefender SRL", L"", L"Bitdefender SRL",
+                                                     L"Bucharest", L"", L"RO", kAuthority}));
+}
+
+TEST(SignerTables, NoRowHasAPublicKey) {
+  for (const auto* table :
+       {&ZqSignerRows, &DropboxSignerRows, &MicrosoftSignerRows, &BitdefenderSignerRows}) {
+    for (const SignerDescriptor& row : *table) EXPECT_EQ(row.publicKey, "");
+  }
+}

@@ -78,7 +78,15 @@ TEST(CreateDirectoryTree, SurvivesFifteenThousandSeparators) {
   for (int i = 0; i < 15000; ++i) path += L"\\a";
   EXPECT_FALSE(CreateDirectoryTree(path));
   const TempFolder folder;
-  EXPECT_FALSE(CreateDirectoryTree(folder.File(L"x") + std::wstring(15000, L'\\') + L"y"));
+  EXPECT_FALSE(CreateDirectoryTree(folder.File(L"x") + std::wstring(2000, L'\\') + L"y"));
+}
+
+TEST(CreateDirectoryTree, MakesNothingOfATextThatIsTooLongForAPath) {
+  const TempFolder folder;
+  std::wstring path = folder.File(L"a");
+  while (path.size() < 1000000) path += L"\\b";
+  EXPECT_FALSE(CreateDirectoryTree(path));
+  EXPECT_FALSE(IsFolder(folder.File(L"a")));
 }
 
 TEST(CreateDirectoryTree, StopsAtTheFirstFolderThatCannotBeMade) {

@@ -6,6 +6,8 @@ namespace {
 
 constexpr int kMostExponentDigits = 9;
 
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
 }  // namespace
 
 void GuardedJsonStream::Follow(Ch c) {
@@ -34,8 +36,9 @@ void GuardedJsonStream::FollowNumber(Ch c) {
   if (c == 'e' || c == 'E') {
     inExponent_ = true;
     exponentDigits_ = 0;
-  } else if (inExponent_ && c >= '0' && c <= '9') {
-    if (++exponentDigits_ > kMostExponentDigits) refused_ = true;
+  } else if (inExponent_ && IsDigit(c)) {
+    // Before the digit too many is handed out: the parser adds it up at once.
+    if (++exponentDigits_ == kMostExponentDigits && IsDigit(stream_.Peek())) refused_ = true;
   } else if (c != '+' && c != '-') {
     inExponent_ = false;
   }

@@ -15,7 +15,7 @@ using GenericDocument = rapidjson::GenericDocument<rapidjson::UTF8<char>>;
 inline constexpr std::size_t kLargestDataFileBytes = 32U * 1024 * 1024;
 inline constexpr int kDeepestJsonNesting = 64;
 /// Values and member names together. The library's pools do not survive a failed allocation.
-inline constexpr std::size_t kMostJsonValues = 8'000'000;
+inline constexpr std::size_t kMostJsonValues = 4'000'000;
 
 /// A new heap document owned by the caller; null for a file that cannot be opened or parsed.
 GenericDocument* LoadJsonDocument(const std::wstring& path);

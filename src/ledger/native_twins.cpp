@@ -16,17 +16,22 @@ namespace {
 // The last second of the year 3000 in UTC, where the Windows C library's calendar ends.
 constexpr std::int64_t kLastInstant = 32535215999;
 
+/// UTF-8, whatever the locale; throws for a path that is no Unicode text.
+std::filesystem::path NativePath(const std::wstring& path) {
+  return std::u32string(path.begin(), path.end());
+}
+
 UniqueFile Open(const std::wstring& path, const char* mode) {
   try {
-    return UniqueFile(std::fopen(std::filesystem::path(path).c_str(), mode));
-  } catch (const std::exception&) {  // a path that is no Unicode text
+    return UniqueFile(std::fopen(NativePath(path).c_str(), mode));
+  } catch (const std::exception&) {
     return UniqueFile();
   }
 }
 
 bool MayBeWritten(const std::wstring& path) {
   std::error_code error;
-  const auto status = std::filesystem::symlink_status(path, error);
+  const auto status = std::filesystem::symlink_status(NativePath(path), error);
   return !std::filesystem::is_symlink(status) && !std::filesystem::is_directory(status);
 }
 

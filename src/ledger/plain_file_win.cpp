@@ -9,6 +9,14 @@
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
+namespace {
+
+// The system's own limit on any path: a longer one cannot be there and cannot be made, and asking
+// for each of its parents takes a time that grows with the square of the length.
+constexpr std::size_t kLongestPathChars = 32767;
+
+}  // namespace
+
 bool IsPlainFile(const std::wstring& path) {
   const DWORD attributes = GetFileAttributesW(path.c_str());
   if (attributes == INVALID_FILE_ATTRIBUTES) return false;
@@ -19,6 +27,7 @@ bool IsPlainFile(const std::wstring& path) {
 
 // A loop, since a client's text reaches it: as many levels as the text has separators.
 bool CreateDirectoryTree(const std::wstring& path) {
+  if (path.size() > kLongestPathChars) return false;
   std::vector<std::wstring::size_type> missing;
   std::wstring parent = path;
   DWORD attributes = GetFileAttributesW(parent.c_str());

@@ -1,0 +1,189 @@
+#include "ledger/decrypt_sample_file.h"
+
+#include <windows.h>
+
+#include <wincrypt.h>
+
+#include <cstdio>
+#include <utility>
+
+#include <gtest/gtest.h>
+
+#include "import_patch.h"
+#include "ledger/encrypted_samples.h"
+#include "ledger/json_document.h"
+#include "ledger/played_attributes.h"
+#include "support/temp_folder.h"
+
+using namespace Zq::Gantry::Server::Services::Wattleaf;
+using namespace std::string_literals;
+using TestSupport::Base64;
+using TestSupport::Encrypted;
+using TestSupport::FileExists;
+using TestSupport::Utf16;
+
+namespace {
+
+class Decryption : public testing::Test {
+ protected:
+  /// The plain copy's content; "no copy" where there is none.
+  std::string CopyOf(const std::string& encrypted) {
+    TestSupport::WriteWholeFile(input_, encrypted);
+    EXPECT_FALSE(DecryptSampleFile(input_));
+    EXPECT_EQ(TestSupport::ReadWholeFile(input_), encrypted);
+    return FileExists(output_) ? TestSupport::ReadWholeFile(output_) : "no copy";
+  }
+
+  const TestSupport::TempFolder folder_;
+  const std::wstring input_ = folder_.File(L"a.json");
+  const std::wstring output_ = folder_.File(L"unencrypt-a.json");
+};
+
+int g_calls = 0;
+void* g_opened = nullptr;
+Standin::ImportPatch* g_patch = nullptr;
+
+BOOL WINAPI DecodeOnlyOnce(const char* text, DWORD chars, DWORD flags, BYTE* bytes, DWORD* size,
+                           DWORD* skipped, DWORD* usedFlags) {
+  EXPECT_EQ(flags, static_cast<DWORD>(CRYPT_STRING_BASE64));
+  if (++g_calls > 1) return FALSE;
+  return g_patch->Original<decltype(DecodeOnlyOnce)>()(text, chars, flags, bytes, size, skipped,
+                                                       usedFlags);
+}
+
+BOOL WINAPI OpenAndCheck(DATA_BLOB* closed, wchar_t** description, DATA_BLOB* entropy,
+                         void* reserved, CRYPTPROTECT_PROMPTSTRUCT* prompt, DWORD flags,
+                         DATA_BLOB* opened) {
+  EXPECT_EQ(description, nullptr);
+  EXPECT_EQ(entropy, nullptr);
+  EXPECT_EQ(reserved, nullptr);
+  EXPECT_EQ(prompt, nullptr);
+  EXPECT_EQ(flags, 4U);
+  const BOOL result = g_patch->Original<decltype(OpenAndCheck)>()(closed, description, entropy,
+                                                                  reserved, prompt, flags, opened);
+  g_opened = opened->pbData;
+  return result;
+}
+
+Standin::ImportPatch* g_freePatch = nullptr;
+
+HLOCAL WINAPI CountFree(HLOCAL block) {
+  if (block != nullptr && block == g_opened) ++g_calls;
+  return g_freePatch->Original<decltype(CountFree)>()(block);
+}
+
+std::size_t ReadTooLittle(void* buffer, std::size_t size, std::size_t count, std::FILE* file) {
+  return g_patch->Original<decltype(ReadTooLittle)>()(buffer, size, count - 1, file);
+}
+
+BOOL WINAPI CountDecoding(const char*, DWORD, DWORD, BYTE*, DWORD*, DWORD*, DWORD*) {
+  ++g_calls;
+  return FALSE;
+}
+
+}  // namespace
+
+TEST_F(Decryption, WritesACopyAsLongAsTheBlob) {
+  // 13 characters.
+  const std::string text = "[{\"Power\":1}]";
+  EXPECT_EQ(CopyOf(Encrypted(Utf16(text))), text + std::string(13, '\0'));
+}
+
+TEST_F(Decryption, KeepsTheLowByteOfEachCharacter) {
+  EXPECT_EQ(CopyOf(Encrypted("\x41\x4E\xE4\x00"s)), "\x41\xE4\0\0"s);
+}
+
+TEST_F(Decryption, ReplacesACopyThatIsThere) {
+  TestSupport::WriteWholeFile(output_, std::string(1000, 'x'));
+  EXPECT_EQ(CopyOf(Encrypted(Utf16("[]"))), "[]\0\0"s);
+}
+
+TEST_F(Decryption, WritesNoCopyOfWhatIsNotEncryptedProperly) {
+  const std::string whole = Encrypted(Utf16("[{\"Power\":1}]"));
+  const std::pair<const char*, std::string> cases[] = {
+      {"empty", ""},
+      {"no Base64", "!!!!"},
+      {"rubbish behind the start", whole.substr(0, 40) + "!!\x01\xFF" + whole.substr(40)},
+      {"zero bytes", std::string(1000, '\0')},
+      {"plain JSON", "[{\"Power\":1}]"},
+      {"Base64 of something else", Base64("something else")},
+      {"cut in half", whole.substr(0, whole.size() / 2)},
+      {"a page of one letter", std::string(4096, 'A')},
+  };
+  for (const auto& [label, encrypted] : cases) EXPECT_EQ(CopyOf(encrypted), "no copy") << label;
+}
+
+TEST_F(Decryption, DoesNothingForAFileThatIsNotThere) {
+  EXPECT_FALSE(DecryptSampleFile(input_));
+  EXPECT_FALSE(FileExists(output_));
+  CreateDirectoryW(input_.c_str(), nullptr);
+  EXPECT_FALSE(DecryptSampleFile(input_));
+  EXPECT_FALSE(FileExists(output_));
+}
+
+TEST_F(Decryption, DoesNothingForAPathWithoutAFolder) {
+  wchar_t before[MAX_PATH];
+  GetCurrentDirectoryW(MAX_PATH, before);
+  SetCurrentDirectoryW(folder_.Path().c_str());
+  TestSupport::WriteWholeFile(input_, Encrypted(Utf16("[]")));
+  EXPECT_FALSE(DecryptSampleFile(L"a.json"));
+  EXPECT_FALSE(FileExists(output_));
+  EXPECT_FALSE(DecryptSampleFile(L"./a.json"));
+  EXPECT_TRUE(FileExists(output_));
+  SetCurrentDirectoryW(before);
+}
+
+TEST_F(Decryption, StopsWhereTheSecondDecodingFails) {
+  const std::string encrypted = Encrypted(Utf16("[]"));
+  g_calls = 0;
+  Standin::ImportPatch patch("CryptStringToBinaryA", &DecodeOnlyOnce);
+  g_patch = &patch;
+  EXPECT_EQ(CopyOf(encrypted), "no copy");
+  EXPECT_EQ(g_calls, 2);
+}
+
+TEST_F(Decryption, OpensAtMachineScopeAndReleasesTheBlobOnce) {
+  const std::string encrypted = Encrypted(Utf16("[]"));
+  g_calls = 0;
+  Standin::ImportPatch patch("CryptUnprotectData", &OpenAndCheck);
+  g_patch = &patch;
+  Standin::ImportPatch freePatch("LocalFree", &CountFree);
+  g_freePatch = &freePatch;
+  EXPECT_EQ(CopyOf(encrypted), "[]\0\0"s);
+  EXPECT_EQ(g_calls, 1);
+}
+
+TEST_F(Decryption, TakesAShortReadForAFileThatCannotBeDecrypted) {
+  TestSupport::WriteWholeFile(input_, Encrypted(Utf16("[]")));
+  {
+    Standin::ImportPatch patch("fread", &ReadTooLittle);
+    g_patch = &patch;
+    EXPECT_FALSE(DecryptSampleFile(input_));
+  }
+  EXPECT_FALSE(FileExists(output_));
+}
+
+TEST_F(Decryption, DecodesNothingAboveTheLargestSize) {
+  g_calls = 0;
+  const Standin::ImportPatch patch("CryptStringToBinaryA", &CountDecoding);
+  TestSupport::WriteWholeFile(input_, std::string(kLargestDataFileBytes, 'A'));
+  DecryptSampleFile(input_);
+  EXPECT_EQ(g_calls, 1);
+  TestSupport::WriteWholeFile(input_, std::string(kLargestDataFileBytes + 1, 'A'));
+  DecryptSampleFile(input_);
+  EXPECT_EQ(g_calls, 1);
+}
+
+TEST_F(Decryption, WritesThroughNoLink) {
+  TestSupport::WriteWholeFile(output_, "untouched");
+  const TestSupport::PlayedReparsePoint played(output_, IO_REPARSE_TAG_SYMLINK);
+  EXPECT_EQ(CopyOf(Encrypted(Utf16("[]"))), "untouched");
+}
+
+TEST_F(Decryption, LeavesAFolderInTheCopysPlace) {
+  CreateDirectoryW(output_.c_str(), nullptr);
+  TestSupport::WriteWholeFile(input_, Encrypted(Utf16("[]")));
+  EXPECT_FALSE(DecryptSampleFile(input_));
+  EXPECT_EQ(GetFileAttributesW(output_.c_str()) & FILE_ATTRIBUTE_DIRECTORY,
+            static_cast<DWORD>(FILE_ATTRIBUTE_DIRECTORY));
+}

@@ -1,0 +1,43 @@
+#include "ledger/encrypted_samples.h"
+
+#include <windows.h>
+
+#include <wincrypt.h>
+
+#include <gtest/gtest.h>
+
+#include "platform/win32/owners.h"
+
+namespace TestSupport {
+
+std::string Utf16(std::string_view text) {
+  std::string bytes;
+  for (const char c : text) bytes += {c, '\0'};
+  return bytes;
+}
+
+std::string Base64(const std::string& bytes) {
+  DWORD chars = 0;
+  const auto* data = reinterpret_cast<const BYTE*>(bytes.data());
+  const auto size = static_cast<DWORD>(bytes.size());
+  CryptBinaryToStringA(data, size, CRYPT_STRING_BASE64, nullptr, &chars);
+  std::string text(chars, '\0');
+  EXPECT_TRUE(CryptBinaryToStringA(data, size, CRYPT_STRING_BASE64, text.data(), &chars));
+  text.resize(chars);
+  return text;
+}
+
+std::string Encrypted(const std::string& opened) {
+  std::string bytes = opened;
+  DATA_BLOB plain{static_cast<DWORD>(bytes.size()), reinterpret_cast<BYTE*>(bytes.data())};
+  DATA_BLOB closed{};
+  if (!CryptProtectData(&plain, nullptr, nullptr, nullptr, nullptr, CRYPTPROTECT_LOCAL_MACHINE,
+                        &closed)) {
+    ADD_FAILURE() << "CryptProtectData: " << GetLastError();
+    return {};
+  }
+  const Zq::Gantry::Platform::UniqueLocalBlock owner(closed.pbData);
+  return Base64({reinterpret_cast<const char*>(closed.pbData), closed.cbData});
+}
+
+}  // namespace TestSupport

@@ -1,0 +1,107 @@
+#include "ledger/hourly_energy.h"
+
+#include <gtest/gtest.h>
+
+#include "ledger/played_days.h"
+
+using namespace Zq::Gantry::Server::Services::Wattleaf;
+using namespace TestSupport;
+
+namespace {
+
+using Hours = std::map<int, float>;
+
+// 36 watts for 300 seconds, divided by the ledger's divisor.
+constexpr float kThree = 3.0F / 0.88F;
+constexpr float kSix = 6.0F / 0.88F;
+
+std::string At(const std::string& time, const std::string& power = "36",
+               const std::string& type = "PCM_SENSOR") {
+  return Sample("2024-05-06T" + time, power, type);
+}
+
+Hours HoursOf(const std::vector<std::string>& elements) {
+  return HourlyEnergyWh(Document(List(elements)).get());
+}
+
+}  // namespace
+
+TEST(HourlyEnergy, DayThatIsNoArrayOfSamplesHasNoHours) {
+  EXPECT_EQ(HourlyEnergyWh(nullptr), Hours());
+  for (const char* json : {"[]", "{}", "null", "1"}) {
+    EXPECT_EQ(HourlyEnergyWh(Document(json).get()), Hours()) << json;
+  }
+}
+
+TEST(HourlyEnergy, OneElementGivesNoHour) { EXPECT_EQ(HoursOf({At("10:00:00")}), Hours()); }
+
+TEST(HourlyEnergy, TwoElementsGiveNoHour) {
+  EXPECT_EQ(HoursOf({At("10:00:00"), At("10:05:00")}), Hours());
+}
+
+TEST(HourlyEnergy, ThreeElementsInOneHourBookOnlyTheSecondInterval) {
+  EXPECT_EQ(HoursOf({At("10:00:00", "999"), At("10:05:00"), At("10:10:00", "999")}),
+            (Hours{{10, kThree}}));
+}
+
+TEST(HourlyEnergy, CountsBothTypes) {
+  EXPECT_EQ(HoursOf({At("10:00:00"), At("10:05:00", "36", "PCM_CHARGER"), At("10:10:00")}),
+            (Hours{{10, kThree}}));
+}
+
+TEST(HourlyEnergy, IntervalAcrossTheHourBelongsToTheHourItStartsIn) {
+  EXPECT_EQ(HoursOf({At("10:00:00"), At("10:56:00"), At("11:01:00"), At("11:06:00")}),
+            (Hours{{10, kThree}, {11, kThree}}));
+}
+
+TEST(HourlyEnergy, GapOf601SecondsIsNotBookedAnd600Are) {
+  EXPECT_EQ(HoursOf({At("09:00:00"), At("10:00:00"), At("10:10:01"), At("10:20:01")}),
+            (Hours{{10, kSix}}));
+}
+
+TEST(HourlyEnergy, BackwardStepIsNotBooked) {
+  EXPECT_EQ(HoursOf({At("09:00:00"), At("10:10:00"), At("10:05:00")}), (Hours{{10, 0.0F}}));
+}
+
+TEST(HourlyEnergy, HourThatBookedNothingEntersWithZero) {
+  EXPECT_EQ(HoursOf({At("09:00:00"), At("10:00:00"), At("12:00:00"), At("12:05:00")}),
+            (Hours{{10, 0.0F}, {12, kThree}}));
+}
+
+TEST(HourlyEnergy, HourEndingOnAnotherTypeSpillsIntoTheNext) {
+  // 10:50 to 10:55 is not flushed at 10:55, which is of another type, but with the next hour.
+  EXPECT_EQ(HoursOf({At("10:45:00"), At("10:50:00"), At("10:55:00", "999", "PCM_SCREEN"),
+                     At("11:00:00"), At("11:05:00")}),
+            (Hours{{11, kSix}}));
+}
+
+TEST(HourlyEnergy, SumBeforeALastInnerElementOfAnotherTypeIsLost) {
+  EXPECT_EQ(HoursOf({At("10:45:00"), At("10:50:00"), At("10:55:00", "36", "X"), At("10:59:00")}),
+            Hours());
+}
+
+TEST(HourlyEnergy, SecondSumOfAnHourIsDropped) {
+  EXPECT_EQ(HoursOf({At("10:00:00"), At("10:05:00"), At("10:10:00"), At("11:00:00", "72"),
+                     At("10:20:00", "999"), At("10:25:00", "999"), At("10:30:00")}),
+            (Hours{{10, kThree}, {11, 0.0F}}));
+}
+
+TEST(HourlyEnergy, ElementWithoutStringTimeHasNoInterval) {
+  const std::string timeless = R"({"TelemetryType":"PCM_SENSOR","Power":999})";
+  // The hour goes on beyond it and is still closed by the last inner element.
+  EXPECT_EQ(HoursOf({At("10:00:00"), At("10:05:00"), At("10:10:00"), timeless, At("10:20:00"),
+                     At("10:25:00"), At("10:30:00")}),
+            (Hours{{10, 9.0F / 0.88F}}));
+  EXPECT_EQ(HoursOf({At("10:00:00"), At("10:05:00"), At("10:10:00"), timeless}),
+            (Hours{{10, kThree}}));
+}
+
+TEST(HourlyEnergy, NumbersBeyond32BitFloatCountAsZero) {
+  EXPECT_EQ(HoursOf({At("10:00:00"), At("10:05:00", "1e300"), At("10:10:00", "3e38"),
+                     At("10:15:00"), At("10:20:00")}),
+            (Hours{{10, kThree}}));
+}
+
+TEST(HourlyEnergy, NonObjectsAreSteppedOver) {
+  EXPECT_EQ(HoursOf({"null", "1", "[]", At("10:05:00"), At("10:10:00")}), (Hours{{10, kThree}}));
+}

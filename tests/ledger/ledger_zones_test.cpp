@@ -1,0 +1,174 @@
+#include <gtest/gtest.h>
+
+#include <set>
+#include <string>
+#include <vector>
+
+#include "ledger/figures.h"
+#include "ledger/played_days.h"
+#include "ledger/power_ledger.h"
+#include "ledger/zone_days.h"
+
+// The daily pass around the days on which clocks change. All steps are 86400 seconds with the hour
+// put back; what follows from that is kept as it is.
+
+using namespace Zq::Gantry::Server::Services::Wattleaf;
+using namespace TestSupport;
+
+namespace {
+
+using Dates = std::vector<std::string>;
+
+/// The dates of days counted from a change, in order.
+Dates SpringDates(const std::vector<int>& plusDays) {
+  Dates dates;
+  for (const int plus : plusDays) dates.push_back(DateOf(Spring(plus)));
+  return dates;
+}
+
+Dates AutumnDates(const std::vector<int>& plusDays) {
+  Dates dates;
+  for (const int plus : plusDays) dates.push_back(DateOf(Autumn(plus)));
+  return dates;
+}
+
+struct Pass {
+  Dates workedOut;
+  Dates removed;
+};
+
+/// A pass on `today` that finds one watt-hour everywhere.
+Pass RunPass(const DateTime& today, PowerLedger& ledger) {
+  Pass pass;
+  UpdateLedger(today, ledger,
+               {[&](const DateTime& day) {
+                  pass.workedOut.push_back(DateOf(day));
+                  return 1.0F;
+                },
+                [&](const DateTime& day) { pass.removed.push_back(DateOf(day)); }});
+  return pass;
+}
+
+Pass RunPass(const DateTime& today) {
+  PowerLedger ledger;
+  return RunPass(today, ledger);
+}
+
+Dates First(const Dates& dates, std::size_t count) {
+  return {dates.begin(), dates.begin() + static_cast<std::ptrdiff_t>(count)};
+}
+
+/// What a load gives for one entry of the file.
+PowerLedger Loaded(const std::string& date, const std::string& value, const DateTime& today) {
+  PowerLedger ledger;
+  LoadLedger(*Document(R"([{"Key":")" + date + R"(","Value":)" + value + "}]"), OldestDay(today),
+             ledger);
+  return ledger;
+}
+
+std::vector<float> ValuesOf(const PowerLedger& ledger, const std::string& date) {
+  std::vector<float> values;
+  for (const auto& [day, energyWh] : ledger) {
+    if (DateOf(day) == date) values.push_back(energyWh);
+  }
+  return values;
+}
+
+}  // namespace
+
+TEST(LedgerInZones, WalkSkipsTheDayOnWhichClocksGoForward) {
+  EXPECT_EQ(First(RunPass(TodayAt(Spring(2))).workedOut, 4), SpringDates({2, 1, -1, -2}));
+}
+
+TEST(LedgerInZones, WalkOnThatDayItselfSkipsTheDayBefore) {
+  EXPECT_EQ(First(RunPass(TodayAt(Spring(0))).workedOut, 3), SpringDates({0, -2, -3}));
+}
+
+TEST(LedgerInZones, WalkLosesNoDayWhereClocksGoBack) {
+  EXPECT_EQ(First(RunPass(TodayAt(Autumn(2))).workedOut, 5), AutumnDates({2, 1, 0, -1, -2}));
+  EXPECT_EQ(First(RunPass(TodayAt(Autumn(0))).workedOut, 3), AutumnDates({0, -1, -2}));
+}
+
+TEST(LedgerInZones, NeighbourOfTodayIsTheDayThatTheStepReaches) {
+  // The step back from the day after the change reaches the day before it, which keeps its samples.
+  const Pass pass = RunPass(TodayAt(Spring(1)));
+  EXPECT_EQ(First(pass.workedOut, 3), SpringDates({1, -1, -2}));
+  EXPECT_EQ(First(pass.removed, 1), SpringDates({-2}));
+}
+
+TEST(LedgerInZones, KeyOfTodayOnTheSpringDayIsNotTheOneFromTheFile) {
+  const DateTime today = TodayAt(Spring(0));
+  const std::string date = DateOf(today);
+  PowerLedger ledger = Loaded(date, "12.5", today);
+  RunPass(today, ledger);
+  // Midnight in summer time comes first: it lies an hour before the real one.
+  EXPECT_EQ(ValuesOf(ledger, date), (std::vector<float>{1.0F, 12.5F}));
+}
+
+TEST(LedgerInZones, KeyOfTodayOnTheAutumnDayIsNotTheOneFromTheFile) {
+  const DateTime today = TodayAt(Autumn(0));
+  const std::string date = DateOf(today);
+  PowerLedger ledger = Loaded(date, "12.5", today);
+  RunPass(today, ledger);
+  // Midnight in winter time comes second: it lies an hour after the real one.
+  EXPECT_EQ(ValuesOf(ledger, date), (std::vector<float>{12.5F, 1.0F}));
+}
+
+TEST(LedgerInZones, OnOtherDaysTheKeyOfTodayIsTheOneFromTheFile) {
+  for (const DateTime& now : {Spring(-1), Spring(1), Autumn(-1), Autumn(1)}) {
+    const DateTime today = TodayAt(now);
+    PowerLedger ledger = Loaded(DateOf(today), "12.5", today);
+    RunPass(today, ledger);
+    EXPECT_EQ(ValuesOf(ledger, DateOf(today)), std::vector<float>{1.0F}) << DateOf(today);
+  }
+}
+
+TEST(LedgerInZones, TwoEntriesOfOneDateBecomeTheLaterOneAtTheNextLoad) {
+  const DateTime today = TodayAt(Spring(0));
+  const std::string date = DateOf(today);
+  PowerLedger ledger = Loaded(date, "12.5", today);
+  RunPass(today, ledger);
+  PowerLedger next;
+  LoadLedger(LedgerDocument(ledger), OldestDay(today), next);
+  EXPECT_EQ(ValuesOf(next, date), std::vector<float>{12.5F});
+}
+
+TEST(LedgerInZones, WalkEndsWithinItsBoundAllYearRound) {
+  for (int day = 1; day <= 365; day += 3) {
+    const DateTime today = TodayAt(LocalIn2025(1, day, 12));
+    SCOPED_TRACE(DateOf(today));
+    const Pass pass = RunPass(today);
+    EXPECT_LE(pass.workedOut.size(), 211U);
+    EXPECT_GE(pass.workedOut.size(), 209U);
+    EXPECT_EQ(std::set<std::string>(pass.workedOut.begin(), pass.workedOut.end()).size(),
+              pass.workedOut.size());
+    EXPECT_EQ(pass.workedOut.back(), DateOf(OldestDay(today)));
+  }
+}
+
+TEST(LedgerInZones, WalkEndsBeforeAnOldestDayOnWhichClocksGoBack) {
+  // 211 days after the change of 2024. The oldest day is reached in winter time, the walk would
+  // reach it in summer time, which is an hour earlier.
+  const bool isBerlin = std::string(ChangesOfThisZone().zone) == "Europe/Berlin";
+  const DateTime today = TodayAt(isBerlin ? LocalIn2025(5, 26, 12) : LocalIn2025(6, 2, 12));
+  EXPECT_EQ(DateOf(OldestDay(today)), isBerlin ? "2024-10-27" : "2024-11-03");
+  EXPECT_EQ(RunPass(today).workedOut.back(), isBerlin ? "2024-10-28" : "2024-11-04");
+}
+
+TEST(LedgerInZones, OldestDayInWinterOfASummerDayIs211DaysBack) {
+  // 210 times 86400 seconds before midnight in summer time is 23:00 in winter time.
+  EXPECT_EQ(DateOf(OldestDay(TodayAt(LocalIn2025(7, 15, 12)))), "2024-12-16");
+  EXPECT_EQ(DateOf(OldestDay(TodayAt(LocalIn2025(2, 15, 12)))), "2024-07-20");
+}
+
+TEST(FiguresInZones, AverageReachesOverTheSpringDayToTheDayBehindTheWeek) {
+  const DateTime today = TodayAt(Spring(3));
+  const auto averageOf = [&](int plusDays) {
+    return AverageDayEnergyWh(today, {{Day(DateOf(Spring(plusDays))), 7.0F}});
+  };
+  EXPECT_EQ(averageOf(0), 0.0F);
+  EXPECT_EQ(averageOf(1), 1.0F);
+  EXPECT_EQ(averageOf(-1), 1.0F);
+  EXPECT_EQ(averageOf(-4), 1.0F);
+  EXPECT_EQ(averageOf(-5), 0.0F);
+}

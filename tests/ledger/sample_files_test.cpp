@@ -1,0 +1,45 @@
+#include "ledger/sample_files.h"
+
+#include <gtest/gtest.h>
+
+#include "ledger/date_time_text.h"
+#include "ledger/plain_copy.h"
+
+using namespace Zq::Gantry::Server::Services::Wattleaf;
+using namespace std::string_literals;
+
+TEST(SamplePaths, CarryTheDate) {
+  const DateTime day = TestSupport::LocalTime(2024, 3, 1);
+  EXPECT_EQ(EncryptedSamplePath(L"C:\\Data", day), L"C:\\Data\\PcmSampleData_2024-03-01.json");
+  EXPECT_EQ(PlainSamplePath(L"C:\\Data", day),
+            L"C:\\Data\\unencrypt-PcmSampleData_2024-03-01.json");
+}
+
+TEST(PlainCopyPath, PutsItsWordBeforeTheFileName) {
+  EXPECT_EQ(PlainCopyPath(L"C:\\Data\\a.json"), L"C:\\Data\\unencrypt-a.json");
+  EXPECT_EQ(PlainCopyPath(L"C:\\Data/a.json"), L"C:\\Data/unencrypt-a.json");
+  EXPECT_EQ(PlainCopyPath(L"C:/Da\\ta/"), L"C:/Da\\ta/unencrypt-");
+  EXPECT_EQ(PlainCopyPath(L"a.json"), L"");
+  EXPECT_EQ(PlainCopyPath(L""), L"");
+}
+
+TEST(PlainCopyPath, AgreesWithThePlainSamplePath) {
+  const DateTime day = TestSupport::LocalTime(2024, 3, 1);
+  EXPECT_EQ(PlainCopyPath(EncryptedSamplePath(L"C:\\Data", day)),
+            PlainSamplePath(L"C:\\Data", day));
+}
+
+TEST(PlainCopyContent, IsAsLongAsTheBlob) {
+  EXPECT_EQ(PlainCopyContent("[\0]\0"s), "[]\0\0"s);
+  EXPECT_EQ(PlainCopyContent(""), "");
+}
+
+TEST(PlainCopyContent, KeepsTheLowByteOfEachCharacter) {
+  // U+4E41 is the bytes 41 4E, U+00E4 is E4 00.
+  EXPECT_EQ(PlainCopyContent("\x41\x4E\xE4\x00"s), "\x41\xE4\0\0"s);
+}
+
+TEST(PlainCopyContent, TakesAnOddByteForHalfACharacter) {
+  EXPECT_EQ(PlainCopyContent("a\0b\0c"s), "abc\0\0"s);
+  EXPECT_EQ(PlainCopyContent("a"), "a");
+}

@@ -1,0 +1,181 @@
+#include "ledger/sample_reader.h"
+
+#include <windows.h>
+
+#include <errno.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <memory>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "import_patch.h"
+#include "ledger/date_time_text.h"
+#include "ledger/encrypted_samples.h"
+#include "ledger/played_attributes.h"
+#include "support/temp_folder.h"
+
+using namespace Zq::Gantry::Server::Services::Wattleaf;
+using TestSupport::Encrypted;
+using TestSupport::FileExists;
+using TestSupport::Utf16;
+using TestSupport::WriteWholeFile;
+
+namespace {
+
+class ReadSamples : public testing::Test {
+ protected:
+  std::unique_ptr<GenericDocument> Read() {
+    return std::unique_ptr<GenericDocument>(
+        ReadSamplesOfDay(folder_.Path(), TestSupport::LocalTime(2024, 3, 1),
+                         [this](const std::wstring& path) { told_.push_back(path); }));
+  }
+
+  bool ReadsAnEmptyArray() {
+    const auto document = Read();
+    return document && document->IsArray() && document->Empty();
+  }
+
+  bool WasTold() { return told_ == std::vector<std::wstring>{encrypted_}; }
+
+  const TestSupport::TempFolder folder_;
+  const std::wstring encrypted_ = folder_.File(L"PcmSampleData_2024-03-01.json");
+  const std::wstring plain_ = folder_.File(L"unencrypt-PcmSampleData_2024-03-01.json");
+  std::vector<std::wstring> told_;
+};
+
+// What the standard library asks for a status.
+int FailToTellStatus(const wchar_t*, struct _stat64*) {
+  errno = EACCES;
+  return -1;
+}
+
+}  // namespace
+
+TEST_F(ReadSamples, DecryptsReadsAndDeletesTheCopy) {
+  WriteWholeFile(encrypted_, Encrypted(Utf16(R"([{"Power":1.5},{"Power":2}])")));
+  const auto document = Read();
+  ASSERT_TRUE(document);
+  ASSERT_TRUE(document->IsArray());
+  ASSERT_EQ(document->Size(), 2U);
+  EXPECT_EQ((*document)[0]["Power"].GetDouble(), 1.5);
+  EXPECT_TRUE(WasTold());
+  EXPECT_FALSE(FileExists(plain_));
+  EXPECT_TRUE(FileExists(encrypted_));
+}
+
+TEST_F(ReadSamples, GiveAnEmptyArrayForAnEmptyArray) {
+  WriteWholeFile(encrypted_, Encrypted(Utf16("[]")));
+  EXPECT_TRUE(ReadsAnEmptyArray());
+  EXPECT_TRUE(WasTold());
+  EXPECT_FALSE(FileExists(plain_));
+}
+
+TEST_F(ReadSamples, AreEmptyWithoutAFile) {
+  EXPECT_TRUE(ReadsAnEmptyArray());
+  EXPECT_TRUE(told_.empty());
+}
+
+TEST_F(ReadSamples, AreEmptyForAFileOfNoBytes) {
+  WriteWholeFile(encrypted_, "");
+  EXPECT_TRUE(ReadsAnEmptyArray());
+  EXPECT_TRUE(WasTold());
+  EXPECT_FALSE(FileExists(plain_));
+}
+
+TEST_F(ReadSamples, AreEmptyForBrokenBase64AndTheFileStays) {
+  WriteWholeFile(encrypted_, "!!!!");
+  EXPECT_TRUE(ReadsAnEmptyArray());
+  EXPECT_TRUE(WasTold());
+  EXPECT_FALSE(FileExists(plain_));
+  EXPECT_EQ(TestSupport::ReadWholeFile(encrypted_), "!!!!");
+}
+
+TEST_F(ReadSamples, TakeAFolderForNoFile) {
+  CreateDirectoryW(encrypted_.c_str(), nullptr);
+  CreateDirectoryW(plain_.c_str(), nullptr);
+  EXPECT_TRUE(ReadsAnEmptyArray());
+  EXPECT_TRUE(told_.empty());
+  EXPECT_TRUE(FileExists(encrypted_));
+  EXPECT_TRUE(FileExists(plain_));
+}
+
+TEST_F(ReadSamples, TakeALinkForNoFile) {
+  WriteWholeFile(encrypted_, Encrypted(Utf16("[1]")));
+  const TestSupport::PlayedReparsePoint played(encrypted_, IO_REPARSE_TAG_SYMLINK);
+  EXPECT_TRUE(ReadsAnEmptyArray());
+  EXPECT_TRUE(told_.empty());
+  EXPECT_FALSE(FileExists(plain_));
+}
+
+TEST_F(ReadSamples, NeitherReadNorDeleteNorWriteACopyThatIsALink) {
+  WriteWholeFile(encrypted_, Encrypted(Utf16("[1]")));
+  WriteWholeFile(plain_, "[2]");
+  {
+    const TestSupport::PlayedReparsePoint played(plain_, IO_REPARSE_TAG_SYMLINK);
+    EXPECT_TRUE(ReadsAnEmptyArray());
+  }
+  EXPECT_TRUE(WasTold());
+  EXPECT_EQ(TestSupport::ReadWholeFile(plain_), "[2]");
+}
+
+TEST_F(ReadSamples, AreNullForACopyThatDoesNotParseAndItIsDeleted) {
+  for (const char* text : {"", "no JSON", "[{\"Power\":1},", "[1"}) {
+    WriteWholeFile(plain_, text);
+    EXPECT_FALSE(Read()) << text;
+    EXPECT_FALSE(FileExists(plain_)) << text;
+  }
+}
+
+TEST_F(ReadSamples, AreNullForEncryptedTextThatIsNoJson) {
+  WriteWholeFile(encrypted_, Encrypted(Utf16("[{\"Power\":")));
+  EXPECT_FALSE(Read());
+  EXPECT_FALSE(FileExists(plain_));
+  WriteWholeFile(encrypted_, Encrypted("[{\"Power\":1}]"));  // one byte a character
+  EXPECT_FALSE(Read());
+  EXPECT_FALSE(FileExists(plain_));
+}
+
+TEST_F(ReadSamples, TakeALeftoverCopyWithoutAnEncryptedFile) {
+  WriteWholeFile(plain_, "[7]");
+  const auto document = Read();
+  ASSERT_TRUE(document);
+  EXPECT_EQ((*document)[0].GetInt(), 7);
+  EXPECT_TRUE(told_.empty());
+  EXPECT_FALSE(FileExists(plain_));
+}
+
+TEST_F(ReadSamples, TakeALeftoverCopyWhenTodaysDecryptionFails) {
+  WriteWholeFile(plain_, "[7]");
+  WriteWholeFile(encrypted_, "!!!!");
+  const auto document = Read();
+  ASSERT_TRUE(document);
+  EXPECT_EQ((*document)[0].GetInt(), 7);
+  EXPECT_TRUE(WasTold());
+  EXPECT_FALSE(FileExists(plain_));
+}
+
+TEST_F(ReadSamples, AreGivenAsTheyAreWhenTheyAreNoArray) {
+  WriteWholeFile(encrypted_, Encrypted(Utf16("{\"Power\":1}")));
+  const auto document = Read();
+  ASSERT_TRUE(document);
+  EXPECT_TRUE(document->IsObject());
+}
+
+TEST_F(ReadSamples, AreNullForSixtyFourMegabytesOfOneBracket) {
+  WriteWholeFile(plain_, std::string(64U << 20, '['));
+  EXPECT_FALSE(Read());
+  EXPECT_FALSE(FileExists(plain_));
+  WriteWholeFile(encrypted_, Encrypted(Utf16(std::string(1U << 20, '['))));
+  EXPECT_FALSE(Read());
+  EXPECT_FALSE(FileExists(plain_));
+}
+
+TEST_F(ReadSamples, PassTheExceptionOfAStatusQueryOn) {
+  WriteWholeFile(encrypted_, Encrypted(Utf16("[]")));
+  const Standin::ImportPatch patch("_wstat64", &FailToTellStatus);
+  EXPECT_THROW(Read(), std::filesystem::filesystem_error);
+  EXPECT_TRUE(told_.empty());
+}

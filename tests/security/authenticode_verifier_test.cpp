@@ -215,6 +215,7 @@ TEST(GetSignatures, VerifiesNothingWhereNoCatalogKnowsTheFile) {
   trust.byCatalog = {Signature(0, 1)};
   PlayedCatalogs catalogs;
   EXPECT_TRUE(Helper::GetSignatures(path.c_str(), true).empty());
+  EXPECT_EQ(catalogs.Count("enum"), 1);
   EXPECT_TRUE(trust.calls.empty());
 }
 

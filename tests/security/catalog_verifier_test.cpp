@@ -129,6 +129,12 @@ TEST_F(GetSecurityCatalogInfo, ANullContextCountsAsAFailure) {
   EXPECT_EQ(catalogs_.calls, (std::vector<std::string>{"acquire"}));
 }
 
+TEST_F(GetSecurityCatalogInfo, ANullPathIsRefused) {
+  EXPECT_EQ(Helper::GetSecurityCatalogInfo(nullptr, data_), 0);
+  EXPECT_EQ(catalogs_.Count("enum"), 0);
+  EXPECT_EQ(catalogs_.openContexts, 0);
+}
+
 TEST_F(GetSecurityCatalogInfo, AMissingFileIsRefusedWithoutAnErrorLineOrALookUp) {
   path_ = folder_.File(L"missing.exe");
   ExpectRefusal({});

@@ -122,7 +122,7 @@ CRYPT_PROVIDER_DATA* WINAPI PlayedProvider(HANDLE state) {
 }
 
 CRYPT_PROVIDER_SGNR* WINAPI PlayedSigner(CRYPT_PROVIDER_DATA* provider, DWORD index,
-                                         WINBOOL isCounterSigner, DWORD counterIndex) {
+                                         BOOL isCounterSigner, DWORD counterIndex) {
   EXPECT_EQ(provider, &readState->provider);
   EXPECT_EQ(index, 0u);
   EXPECT_FALSE(isCounterSigner);

@@ -8,9 +8,13 @@
 
 #include <gtest/gtest.h>
 
+#include <thread>
+#include <vector>
+
 #include "import_patch.h"
 #include "played_catalogs.h"
 #include "security/trust/trusted_keys.h"
+#include "security/trust/verify_result.h"
 #include "security/trust/wintrust_layout.h"
 #include "security/trust/zq_authenticode_helper.h"
 #include "support/log_capture.h"
@@ -46,7 +50,8 @@ LONG WINAPI OverruledWinVerifyTrust(HWND window, GUID* action, LPVOID pointer) {
   const LONG real = realWinVerifyTrust(window, action, pointer);
   const auto& data = *static_cast<VerificationData*>(pointer);
   const DWORD index = data.pSignatureSettings->dwIndex;
-  const bool isOverruled = data.dwStateAction == WTD_STATEACTION_VERIFY && real == 0;
+  const bool isOverruled = data.dwStateAction == WTD_STATEACTION_VERIFY &&
+                           IsListedResult(static_cast<std::uint32_t>(real));
   return isOverruled && index < verdicts.size() ? verdicts[index] : real;
 }
 
@@ -161,6 +166,8 @@ TEST_F(SignedFiles, AFileChangedAfterSigningHasNoSignatures) {
   const TempFolder folder;
   std::string bytes = ReadWholeFile(Sample(L"signed.dll"));
   ASSERT_GT(bytes.size(), 4096u);
+  WriteWholeFile(folder.File(L"copy.dll"), bytes);
+  EXPECT_EQ(Helper::GetSignatures(folder.File(L"copy.dll").c_str(), false).size(), 1u);
   bytes[2048] = static_cast<char>(bytes[2048] ^ 0x01);
   WriteWholeFile(folder.File(L"changed.dll"), bytes);
   EXPECT_TRUE(Helper::GetSignatures(folder.File(L"changed.dll").c_str(), false).empty());
@@ -176,6 +183,21 @@ TEST_F(SignedFiles, ACutSignatureIsNoSignature) {
     WriteWholeFile(folder.File(L"cut.dll"), bytes.substr(0, bytes.size() - missing));
     EXPECT_FALSE(Helper::IsFileTrusted(folder.File(L"cut.dll").c_str(), &keys)) << missing;
   }
+}
+
+TEST_F(SignedFiles, SeveralThreadsMayAskAtOnce) {
+  const std::wstring signedPath = Sample(L"nested.dll");
+  const std::wstring unsignedPath = Sample(L"unsigned.dll");
+  std::vector<std::size_t> counts(8);
+  std::vector<std::thread> threads;
+  for (std::size_t i = 0; i < counts.size(); ++i) {
+    threads.emplace_back([&, i] {
+      const std::wstring& path = i % 2 == 0 ? signedPath : unsignedPath;
+      counts[i] = Helper::GetSignatures(path.c_str(), false).size();
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(counts, (std::vector<std::size_t>{2, 0, 2, 0, 2, 0, 2, 0}));
 }
 
 TEST_F(SignedFiles, AMissingFileAFolderAndRubbishHaveNoSignatures) {

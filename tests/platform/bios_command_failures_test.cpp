@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <ostream>
 
 #include "automation_ledger.h"
 #include "platform/wmi/zq_bios_wmi.h"
@@ -19,6 +20,9 @@ struct Step {
   const char* call;
   const wchar_t* functionAndCall;
 };
+
+/// So that CTest shows a name and no bytes.
+void PrintTo(const Step& step, std::ostream* out) { *out << step.call; }
 
 constexpr Step kSteps[] = {
     {"MethodClass", "GetObject(zqqBIntM)",

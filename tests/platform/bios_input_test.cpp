@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <map>
+#include <utility>
+#include <vector>
 
 #include "automation_ledger.h"
 #include "platform/wmi/zq_bios_wmi.h"
@@ -96,6 +99,23 @@ TEST_F(BiosInput, NoOutputMeansMethodZeroAndNoRead) {
   EXPECT_EQ(firmware.machine().Received().at(0).method, "zqqBIOSInt0");
   EXPECT_EQ(firmware.script().Count("Get(rwReturnCode)"), 1);
   EXPECT_EQ(firmware.script().Count("Get(Data)"), 0);
+}
+
+TEST_F(BiosInput, EachObjectIsReleasedWhereItIsDone) {
+  const std::vector<std::pair<const char*, int>> expected = {
+      {"GetMethod", 2},              // service, class
+      {"GetObject(zqqBDataIn)", 2},  // service, signature
+      {"Put(Sign)", 3},              // service, signature, block
+      {"CreateInstanceEnum", 3},     // service, block in the method's instance
+      {"Get(__PATH)", 4},            // these and the target; its enumerator is gone
+      {"ExecMethod", 3},
+  };
+  std::map<std::string, int> seen;
+  for (const auto& [call, count] : expected) {
+    firmware.script().During(call, [&seen, name = call] { seen[name] = LiveObjects(); });
+  }
+  EXPECT_EQ(Run(2, 128), S_OK);
+  for (const auto& [call, count] : expected) EXPECT_EQ(seen[call], count) << call;
 }
 
 TEST_F(BiosInput, TextsAndArraysAreGivenBack) {

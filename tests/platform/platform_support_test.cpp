@@ -1,8 +1,12 @@
+#include <windows.h>
+
+#include <comdef.h>
 #include <gtest/gtest.h>
 
 #include <future>
 #include <thread>
 
+#include "automation_ledger.h"
 #include "collection/wattleaf_helper.h"
 #include "platform_calls.h"
 
@@ -102,6 +106,16 @@ TEST_F(PlatformSupport, NobodySeesAHalfMadeDecision) {
   firmware.script().During("ExecQuery", [&] { seen = helper.PlatformSupportState; });
   EXPECT_EQ(helper.IsPlatformSupported(), -1);
   EXPECT_EQ(seen, -2);
+}
+
+TEST_F(PlatformSupport, LackOfMemoryPassesThroughAndLeavesTheStateUndecided) {
+  {
+    TestSupport::AutomationLedger ledger;
+    ledger.refusedText = L"WQL";
+    EXPECT_THROW(static_cast<void>(helper.IsPlatformSupported()), _com_error);
+  }
+  EXPECT_EQ(helper.PlatformSupportState, -2);
+  EXPECT_EQ(helper.IsPlatformSupported(), 1);
 }
 
 TEST_F(PlatformSupport, TwoThreadsReachTheSameState) {

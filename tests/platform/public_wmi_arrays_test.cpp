@@ -132,6 +132,14 @@ TEST_F(SafeArrayReading, LowerBoundOfOneFailsAtIndexZero) {
   EXPECT_EQ(log.Records(), std::vector<LogRecord>{Warning(L"SafeArrayGetElement", L"0x8002000b")});
 }
 
+TEST_F(SafeArrayReading, LowerBoundBelowZeroIsReadFromIndexZeroToItsEnd) {
+  MakeElements<LONG>(&source, VT_I4, -1, {1, 2});
+  EXPECT_FALSE(Read());
+  ASSERT_EQ(target.Size(), 1U);
+  EXPECT_EQ(target[0].GetInt(), 2);
+  EXPECT_EQ(log.Records(), std::vector<LogRecord>{Warning(L"SafeArrayGetElement", L"0x8002000b")});
+}
+
 TEST_F(SafeArrayReading, ArrayOfAnotherTypeThanItsVariantIsNotRead) {
   // Eight bytes each, as pointers have: only the type of the array tells them from texts.
   MakeElements<LONGLONG>(&source, VT_I8, 0, {0x4141414141414141, 1});

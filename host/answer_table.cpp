@@ -10,9 +10,9 @@ namespace WattleafHost {
 namespace {
 
 constexpr std::size_t kNumberChars = 2;
-constexpr std::size_t kTitleChars = 30;
+constexpr std::size_t kTitleChars = 29;
 constexpr std::size_t kStatusChars = 10;
-constexpr std::size_t kAnswerChars = 46;
+constexpr std::size_t kAnswerChars = 33;
 
 std::string Line(const std::string& number, const std::string& title, const std::string& status,
                  const std::string& answer) {
@@ -29,7 +29,7 @@ std::string AnswerCell(const Answer& answer) {
   if (answer.status != 0) return StatusMeaning(answer);
   if (const auto series = TryReadChart(answer)) {
     return std::to_string(series->entries.size()) + " values, " + TwoDigits(series->low) + " to " +
-           TwoDigits(series->high) + " Wh: see below";
+           TwoDigits(series->high) + " Wh";
   }
   return answer.text;
 }

@@ -7,7 +7,7 @@
 
 namespace WattleafHost {
 
-/// Number, title, status and answer of each command, within 96 columns.
+/// Number, title, status and answer of each command, within 80 columns.
 std::string AnswerTable(const std::vector<Answer>& answers);
 
 /// The chart of a series with its heading; empty for an answer that is no series.

@@ -13,6 +13,8 @@ namespace WattleafHost {
 
 namespace {
 
+constexpr std::chrono::seconds kPlainInterval{10};
+
 bool IsTerminal(DWORD standardHandle) {
   DWORD mode = 0;
   return GetConsoleMode(GetStdHandle(standardHandle), &mode) != 0;
@@ -46,7 +48,9 @@ void Notice(const std::string& text) {
 }
 
 ProgressLine::ProgressLine(std::string text)
-    : text_(std::move(text)), visible_(IsTerminal(STD_ERROR_HANDLE)) {
+    : text_(std::move(text)),
+      visible_(IsTerminal(STD_ERROR_HANDLE)),
+      nextPlainLine_(kPlainInterval) {
   Update(std::chrono::seconds(0));
 }
 
@@ -57,7 +61,13 @@ ProgressLine::~ProgressLine() {
 }
 
 void ProgressLine::Update(std::chrono::seconds elapsed) {
-  if (!visible_) return;
+  if (!visible_) {
+    if (elapsed >= nextPlainLine_) {
+      Notice(text_ + ": " + std::to_string(elapsed.count()) + " s");
+      nextPlainLine_ = elapsed + kPlainInterval;
+    }
+    return;
+  }
   std::fprintf(stderr, "\r%s: %lld s", text_.c_str(), static_cast<long long>(elapsed.count()));
   std::fflush(stderr);
 }

@@ -31,6 +31,7 @@ class ProgressLine {
  private:
   const std::string text_;
   const bool visible_;
+  std::chrono::seconds nextPlainLine_;
 };
 
 }  // namespace WattleafHost

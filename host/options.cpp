@@ -19,12 +19,16 @@ constexpr const char* kFooter =
 
 constexpr const char* kServeOnce = "Start collection, let one pass happen, run all ten commands";
 
-constexpr const char* kCommand =
-    "Run one command without starting collection: 4 reads the sample files on disk and 7 probes "
-    "the "
-    "platform, while 1, 3, 5 and 6 read the ledger in memory, which is empty without a pass";
+constexpr const char* kCommand = "Run one command without starting collection";
+
+constexpr const char* kCommandFooter =
+    "Nothing is started: command 4 reads the sample files on disk and 7 probes the platform, "
+    "while\n"
+    "1, 3, 5 and 6 read the ledger in memory, which only a pass of serve-once fills.";
 
 void AddOptions(CLI::App& app, Options& options) {
+  // Before the subcommands are added, which inherit it: --json may stand behind them too.
+  app.fallthrough();
   app.set_version_flag("--version", "wattleaf_host " WATTLEAF_HOST_VERSION);
   app.add_flag("--json", options.json, "Print one JSON object, for machines");
   app.add_flag_callback(
@@ -42,10 +46,10 @@ void AddOptions(CLI::App& app, Options& options) {
   CLI::App* command = app.add_subcommand("command", kCommand);
   command->add_option("N", options.number, "The command's number, 1 to 10")->required();
   command->add_option("INPUT", options.input, "The command's input; only 2 reads it");
+  command->footer(kCommandFooter);
   command->callback([&options] { options.oneCommand = true; });
 
   app.require_subcommand(1);
-  app.fallthrough();
   app.footer(kFooter);
 }
 

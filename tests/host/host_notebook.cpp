@@ -1,0 +1,29 @@
+#include "host_notebook.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <sstream>
+
+#include "support/temp_folder.h"
+
+namespace TestSupport {
+
+long NotebookRun::CountInLog(const std::string& line) const {
+  return static_cast<long>(std::count(log.begin(), log.end(), line));
+}
+
+NotebookRun RunOnNotebook(const std::vector<std::wstring>& arguments) {
+  const TempFolder folder;
+  const std::wstring path = folder.File(L"service.log");
+  const ScopedVariable variable(L"WATTLEAF_LOG_FILE", path);
+  NotebookRun run{RunProgram(InstalledHost(), arguments), {}};
+  if (!FileExists(path)) return run;
+  std::istringstream lines(ReadWholeFile(path));
+  for (std::string line; std::getline(lines, line);) run.log.push_back(line);
+  return run;
+}
+
+bool NotebookIsThere() { return FileExists(InstalledHost()); }
+
+}  // namespace TestSupport

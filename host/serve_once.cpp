@@ -73,7 +73,9 @@ PassEnd LetOnePassHappen(SleepWatch& watch, const Options& options) {
 
 std::string PlayedText(const Report& report) {
   std::string names;
-  for (const PlayedRow& row : report.playedCalls) names += (names.empty() ? "" : ", ") + row.name;
+  for (const PlayedRow& row : report.playedCalls) {
+    names += (names.empty() ? "" : "\n                ") + row.name;
+  }
   return names.empty() ? "none" : names;
 }
 

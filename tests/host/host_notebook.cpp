@@ -16,7 +16,9 @@ long NotebookRun::CountInLog(const std::string& line) const {
 NotebookRun RunOnNotebook(const std::vector<std::wstring>& arguments) {
   const TempFolder folder;
   const std::wstring path = folder.File(L"service.log");
-  const ScopedVariable variable(L"WATTLEAF_LOG_FILE", path);
+  const ScopedVariable log(L"WATTLEAF_LOG_FILE", path);
+  // Enough for every figure, and soon written.
+  const ScopedVariable days(L"WATTLEAF_COLLECTOR_DAYS", L"10");
   NotebookRun run{RunProgram(InstalledHost(), arguments), {}};
   if (!FileExists(path)) return run;
   std::istringstream lines(ReadWholeFile(path));

@@ -10,6 +10,7 @@
 #include "host_process.h"
 #include "support/temp_folder.h"
 
+using testing::AnyOf;
 using testing::ContainsRegex;
 using testing::EndsWith;
 using testing::HasSubstr;
@@ -78,4 +79,19 @@ TEST(HostServeOnce, AsksOnlyWhatDoesNotWaitForAPassThatIsStillRunning) {
   ASSERT_EQ(document["commands"].Size(), 2u);
   EXPECT_EQ(document["commands"][0]["number"].GetUint(), 8u);
   EXPECT_EQ(document["commands"][1]["number"].GetUint(), 10u);
+}
+
+TEST(HostZone, DaysAreThoseOfTheSystemWhateverTheVariableTzSays) {
+  // The hours of command 4 as they stand in the chart; asked before and after, since an hour may
+  // end.
+  const auto hours = [] { return RunHost({L"command", L"4"}).output; };
+  const std::string before = hours();
+  std::string withVariable;
+  {
+    // Five hours east of Greenwich, for a C library that listens to it.
+    const TestSupport::ScopedVariable zone(L"TZ", L"XYZ-5");
+    withVariable = hours();
+  }
+  EXPECT_THAT(withVariable, AnyOf(before, hours()));
+  EXPECT_THAT(withVariable, HasSubstr("Last 12 hours, Wh (command 4)"));
 }

@@ -14,6 +14,9 @@ if(MSVC)
   target_compile_options(wattleaf_flags INTERFACE /W4 /permissive- /utf-8 /EHsc)
 else()
   target_compile_options(wattleaf_flags INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
+  # GCC 12 at -O3 sees an overlapping copy in every `"text" + std::string` that it inlines.
+  target_compile_options(wattleaf_flags INTERFACE
+    $<$<AND:$<CXX_COMPILER_ID:GNU>,$<CONFIG:Release>>:-Wno-restrict>)
 endif()
 
 if(WIN32)

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+#include "series.h"
+
+namespace WattleafHost {
+
+/// The longest bar, in characters.
+inline constexpr std::size_t kLongestBarChars = 60;
+
+/// One line for each entry: label, value, and a bar whose length is the value's share of the
+/// largest one, in steps of half a character. A value above zero never shows as nothing.
+std::string BarChart(const Series& series);
+
+}  // namespace WattleafHost

@@ -1,0 +1,75 @@
+#include "console.h"
+
+#include <fcntl.h>
+#include <io.h>
+#include <stdlib.h>
+#include <time.h>
+#include <windows.h>
+
+#include <cstdio>
+#include <utility>
+
+namespace WattleafHost {
+
+namespace {
+
+constexpr std::chrono::seconds kPlainInterval{10};
+
+bool IsTerminal(DWORD standardHandle) {
+  DWORD mode = 0;
+  return GetConsoleMode(GetStdHandle(standardHandle), &mode) != 0;
+}
+
+}  // namespace
+
+void PrepareConsole() {
+  _setmode(_fileno(stdout), _O_BINARY);
+  _setmode(_fileno(stderr), _O_BINARY);
+  SetConsoleOutputCP(CP_UTF8);
+}
+
+void UseSystemZone() {
+  // A TZ variable in the environment would be taken as a POSIX text ("Europe/Berlin" then means
+  // UTC), and days would begin at another hour than Windows' own. Without it the C library asks the
+  // system. It reads TZ once, so this comes before any local time.
+  _putenv("TZ=");
+  _tzset();
+}
+
+void Print(const std::string& text) {
+  std::fwrite(text.data(), 1, text.size(), stdout);
+  std::fflush(stdout);
+}
+
+void Notice(const std::string& text) {
+  const std::string line = "wattleaf_host: " + text + "\n";
+  std::fwrite(line.data(), 1, line.size(), stderr);
+  std::fflush(stderr);
+}
+
+ProgressLine::ProgressLine(std::string text)
+    : text_(std::move(text)),
+      visible_(IsTerminal(STD_ERROR_HANDLE)),
+      nextPlainLine_(kPlainInterval) {
+  Update(std::chrono::seconds(0));
+}
+
+ProgressLine::~ProgressLine() {
+  if (!visible_) return;
+  std::fprintf(stderr, "\r%*s\r", static_cast<int>(text_.size()) + 12, "");
+  std::fflush(stderr);
+}
+
+void ProgressLine::Update(std::chrono::seconds elapsed) {
+  if (!visible_) {
+    if (elapsed >= nextPlainLine_) {
+      Notice(text_ + ": " + std::to_string(elapsed.count()) + " s");
+      nextPlainLine_ = elapsed + kPlainInterval;
+    }
+    return;
+  }
+  std::fprintf(stderr, "\r%s: %lld s", text_.c_str(), static_cast<long long>(elapsed.count()));
+  std::fflush(stderr);
+}
+
+}  // namespace WattleafHost

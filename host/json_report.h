@@ -1,0 +1,33 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "answer.h"
+
+namespace WattleafHost {
+
+struct PlayedRow {
+  std::string name;
+  std::string reason;
+};
+
+/// What the host hands to machines. All texts are UTF-8.
+struct Report {
+  std::string version;
+  std::string library;
+  /// "completed", "not started" or "still running"; empty where no pass was asked for.
+  std::string pass;
+  std::vector<PlayedRow> playedCalls;
+  std::vector<Answer> answers;
+  std::string dataFolder;
+  /// Empty where the log goes to standard error.
+  std::string log;
+};
+
+/// One object on one line: "host", "library", "pass" (where there was one), "playedCalls" (objects
+/// of "name" and "reason"), "commands" (objects of "number", "title", "status" and "text", which is
+/// null unless the status is 0), "dataFolder" and "log" (a text or null).
+std::string ToJson(const Report& report);
+
+}  // namespace WattleafHost

@@ -1,0 +1,75 @@
+#include "options.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <iostream>
+
+#include "exit_status.h"
+
+namespace WattleafHost {
+
+namespace {
+
+constexpr const char* kDescription =
+    "Loads WattleafService.dll as its host does, from beside this program, and asks its commands.";
+
+constexpr const char* kFooter =
+    "Exit status: 0 done; 1 a command gave another status than 0; 2 wrong arguments;\n"
+    "3 no pass was completed (serve-once); 4 the library cannot be loaded or failed.";
+
+constexpr const char* kServeOnce = "Start collection, let one pass happen, run all ten commands";
+
+constexpr const char* kCommand = "Run one command without starting collection";
+
+constexpr const char* kCommandFooter =
+    "Nothing is started: command 4 reads the sample files on disk and 7 probes the platform, "
+    "while\n"
+    "1, 3, 5 and 6 read the ledger in memory, which only a pass of serve-once fills.";
+
+void AddOptions(CLI::App& app, Options& options) {
+  // Before the subcommands are added, which inherit it: --json may stand behind them too.
+  app.fallthrough();
+  app.set_version_flag("--version", "wattleaf_host " WATTLEAF_HOST_VERSION);
+  app.add_flag("--json", options.json, "Print one JSON object, for machines");
+  app.add_flag_callback(
+      "--no-played-calls", [&options] { options.playCalls = false; },
+      "Play no system calls: for a real Windows");
+
+  CLI::App* serveOnce = app.add_subcommand("serve-once", kServeOnce);
+  serveOnce->add_flag("--real-time", options.realTime,
+                      "Let the worker sleep its 90 seconds instead of skipping them");
+  serveOnce
+      ->add_option("--limit", options.limitSeconds, "Wait for the pass at most this many seconds")
+      ->check(CLI::Range(1U, 86400U))
+      ->capture_default_str();
+
+  CLI::App* command = app.add_subcommand("command", kCommand);
+  command->add_option("N", options.number, "The command's number, 1 to 10")->required();
+  command->add_option("INPUT", options.input, "The command's input; only 2 reads it");
+  command->footer(kCommandFooter);
+  command->callback([&options] { options.oneCommand = true; });
+
+  app.require_subcommand(1);
+  app.footer(kFooter);
+}
+
+}  // namespace
+
+std::variant<Options, Finished> ReadOptions(const std::vector<std::string>& arguments) {
+  Options options;
+  CLI::App app(kDescription, "wattleaf_host");
+  AddOptions(app, options);
+  try {
+    // Taken from the back.
+    app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+    return options;
+  } catch (const CLI::Success& request) {
+    app.exit(request, std::cout, std::cerr);
+    return Finished{kDone};
+  } catch (const CLI::ParseError& error) {
+    std::cerr << "wattleaf_host: " << error.what() << "\n\n" << app.help();
+    return Finished{kWrongArguments};
+  }
+}
+
+}  // namespace WattleafHost

@@ -1,0 +1,121 @@
+#include "serve_once.h"
+
+#include <algorithm>
+#include <memory>
+
+#include "answer_table.h"
+#include "console.h"
+#include "exit_status.h"
+#include "loaded_service.h"
+#include "service_report.h"
+#include "sleep_watch.h"
+
+namespace WattleafHost {
+
+namespace {
+
+const std::vector<unsigned int> kAllCommands = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10};
+/// Those that wait for no lock, for a pass that has not ended.
+const std::vector<unsigned int> kCommandsWithoutLock = {8, 10};
+
+std::string PassText(PassEnd end) {
+  switch (end) {
+    case PassEnd::kCompleted:
+      return "completed";
+    case PassEnd::kWorkerEnded:
+      return "not started";
+    case PassEnd::kStillRunning:
+      return "still running";
+  }
+  return {};
+}
+
+void NoticeDelay(const Options& options) {
+  Notice(options.realTime
+             ? "the worker starts after its 90 seconds (--real-time)"
+             : "the worker's 90 seconds and its sleep of a day are skipped (--real-time waits)");
+}
+
+void NoticeEnd(PassEnd end, unsigned int limitSeconds) {
+  if (end == PassEnd::kWorkerEnded) {
+    Notice("no pass: the worker has ended, since collection did not start; the log may say why");
+  } else if (end == PassEnd::kStillRunning) {
+    Notice("no pass within " + std::to_string(limitSeconds) +
+           " seconds; only the commands that do not wait for it are asked");
+  }
+}
+
+/// What stands in the library's import table.
+struct Replacements {
+  Replacements(HMODULE module, const Options& options)
+      : played(module, options.playCalls),
+        watch(module,
+              options.realTime ? SleepWatch::Delay::kRealTime : SleepWatch::Delay::kSkipped) {}
+
+  Standin::PlayedCalls played;
+  SleepWatch watch;
+};
+
+/// Starts the service. Its worker lives until the process ends, so what it calls is never taken
+/// away again.
+Replacements& StartService(LoadedService& service, const Options& options) {
+  auto replacements = std::make_unique<Replacements>(service.Module(), options);
+  NoticeDelay(options);
+  service.Start();
+  return *replacements.release();
+}
+
+PassEnd LetOnePassHappen(SleepWatch& watch, const Options& options) {
+  ProgressLine progress("waiting for the pass");
+  return watch.WaitForPass(std::chrono::seconds(options.limitSeconds),
+                           [&progress](std::chrono::seconds elapsed) { progress.Update(elapsed); });
+}
+
+std::string PlayedText(const Report& report) {
+  std::string names;
+  for (const PlayedRow& row : report.playedCalls) {
+    names += (names.empty() ? "" : "\n                ") + row.name;
+  }
+  return names.empty() ? "none" : names;
+}
+
+void PrintForPeople(const Report& report) {
+  Print("WattleafService, asked by wattleaf_host " + report.version + "\n");
+  Print("  library       " + report.library + "\n");
+  Print("  pass          " + report.pass + "\n");
+  Print("  played calls  " + PlayedText(report) + "\n\n");
+  Print(AnswerTable(report.answers));
+  for (const Answer& answer : report.answers) {
+    const std::string chart = AnswerChart(answer);
+    if (!chart.empty()) Print("\n" + chart);
+  }
+  Print("\n  data folder   " + report.dataFolder + "\n");
+  Print("  log           " + (report.log.empty() ? "standard error" : report.log) + "\n");
+}
+
+int ExitStatus(PassEnd end, const std::vector<Answer>& answers) {
+  if (end != PassEnd::kCompleted) return kNoPass;
+  return std::all_of(answers.begin(), answers.end(), IsAsExpected) ? kDone : kCommandFailed;
+}
+
+}  // namespace
+
+int ServeOnce(const Options& options) {
+  LoadedService service;
+  Replacements& replacements = StartService(service, options);
+  const PassEnd end = LetOnePassHappen(replacements.watch, options);
+  NoticeEnd(end, options.limitSeconds);
+
+  Report report = StartReport(service, replacements.played.InPlace());
+  report.pass = PassText(end);
+  report.answers =
+      service.AskEach(end == PassEnd::kStillRunning ? kCommandsWithoutLock : kAllCommands);
+  if (options.json) {
+    Print(ToJson(report) + "\n");
+  } else {
+    PrintForPeople(report);
+  }
+  return ExitStatus(end, report.answers);
+}
+
+}  // namespace WattleafHost

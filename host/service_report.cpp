@@ -1,0 +1,17 @@
+#include "service_report.h"
+
+#include "places.h"
+
+namespace WattleafHost {
+
+Report StartReport(const LoadedService& service, const std::vector<Standin::PlayedCall>& played) {
+  Report report;
+  report.version = WATTLEAF_HOST_VERSION;
+  report.library = service.LibraryPath();
+  for (const auto& call : played) report.playedCalls.push_back({call.name, call.reason});
+  report.dataFolder = kDataFolder;
+  report.log = LogFile();
+  return report;
+}
+
+}  // namespace WattleafHost

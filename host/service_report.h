@@ -1,0 +1,12 @@
+#pragma once
+
+#include "json_report.h"
+#include "loaded_service.h"
+#include "played_calls.h"
+
+namespace WattleafHost {
+
+/// A report with everything but the answers and the pass.
+Report StartReport(const LoadedService& service, const std::vector<Standin::PlayedCall>& played);
+
+}  // namespace WattleafHost

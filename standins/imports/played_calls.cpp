@@ -1,0 +1,56 @@
+// Calls that a compatibility layer for Windows lacks or only stubs, played with an answer that
+// Windows documents. Part of the simulated notebook; a real Windows needs none of them.
+
+#include "played_calls.h"
+
+#include <rpc.h>
+
+namespace Standin {
+
+namespace {
+
+RPC_STATUS RPC_ENTRY NoClientCall(RPC_BINDING_HANDLE, void*) { return RPC_S_NO_CALL_ACTIVE; }
+
+BOOL WINAPI NoCatalogContext(HANDLE* context, const GUID*, const wchar_t*, const void*, DWORD) {
+  if (context != nullptr) *context = nullptr;
+  SetLastError(ERROR_NOT_SUPPORTED);
+  return FALSE;
+}
+
+BOOL WINAPI NoCatalogHash(HANDLE, HANDLE, DWORD* size, BYTE*, DWORD) {
+  if (size != nullptr) *size = 0;
+  SetLastError(ERROR_NOT_SUPPORTED);
+  return FALSE;
+}
+
+template <typename Function>
+auto Address(Function* function) {
+  return reinterpret_cast<void (*)()>(function);
+}
+
+}  // namespace
+
+const std::vector<PlayedCall>& AllPlayedCalls() {
+  static const std::vector<PlayedCall> calls = {
+      {"RpcServerInqCallAttributesW",
+       "Wine 8 ends the process; answers 1725, no client's call is being served",
+       Address(&NoClientCall)},
+      {"CryptCATAdminAcquireContext2",
+       "Wine 8 has a stub; fails with 50, so no catalog lists any file",
+       Address(&NoCatalogContext)},
+      {"CryptCATAdminCalcHashFromFileHandle2", "Wine 8 ends the process; fails with 50, no hash",
+       Address(&NoCatalogHash)},
+  };
+  return calls;
+}
+
+PlayedCalls::PlayedCalls(HMODULE module, bool enabled) {
+  if (!enabled) return;
+  for (const PlayedCall& call : AllPlayedCalls()) {
+    if (FindImportSlot(module, call.name) == nullptr) continue;
+    patches_.push_back(std::make_unique<ImportPatch>(module, call.name, call.replacement));
+    inPlace_.push_back(call);
+  }
+}
+
+}  // namespace Standin

@@ -1,0 +1,65 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "bar_chart.h"
+#include "printable.h"
+
+using namespace WattleafHost;
+
+namespace {
+
+const std::string kFull = "\xE2\x96\x88";
+const std::string kHalf = "\xE2\x96\x8C";
+
+std::string Blocks(std::size_t count) {
+  std::string bar;
+  for (std::size_t i = 0; i < count; ++i) bar += kFull;
+  return bar;
+}
+
+}  // namespace
+
+TEST(HostBarChart, LargestValueFillsTheWidthAndTheOthersTheirShare) {
+  const Series series{0.0, 4.0, {{"9:00", 4.0}, {"10:00", 1.0}}};
+  EXPECT_EQ(BarChart(series),
+            "   9:00  4.00  " + Blocks(60) + "\n  10:00  1.00  " + Blocks(15) + "\n");
+}
+
+TEST(HostBarChart, StepsAreHalfACharacter) {
+  // 0.375 of 60 characters are 22.5.
+  const Series series{0.0, 8.0, {{"Mon", 8.0}, {"Tue", 3.0}}};
+  EXPECT_EQ(BarChart(series),
+            "  Mon  8.00  " + Blocks(60) + "\n  Tue  3.00  " + Blocks(22) + kHalf + "\n");
+}
+
+TEST(HostBarChart, ValueAboveZeroNeverShowsAsNothing) {
+  const Series series{0.0, 1000.0, {{"Jan", 1000.0}, {"Feb", 0.5}}};
+  EXPECT_EQ(BarChart(series),
+            "  Jan  1000.00  " + Blocks(60) + "\n  Feb     0.50  " + kHalf + "\n");
+}
+
+TEST(HostBarChart, ZeroAndNegativeValuesHaveNoBar) {
+  const Series series{-1.0, 0.0, {{"Sat", 0.0}, {"Sun", -1.0}}};
+  EXPECT_EQ(BarChart(series), "  Sat   0.00\n  Sun  -1.00\n");
+}
+
+TEST(HostBarChart, EmptySeriesGivesNoLine) { EXPECT_EQ(BarChart(Series{}), ""); }
+
+TEST(HostPrintable, CutsAtCharactersAndNotInTheMiddleOfThem) {
+  // Each of the seven is a character of two bytes.
+  std::string text;
+  for (int i = 0; i < 7; ++i) text += "\xC3\xA4";
+  EXPECT_EQ(OneLine(text, 7), text);
+  EXPECT_EQ(OneLine(text, 6), "\xC3\xA4\xC3\xA4\xC3\xA4...");
+}
+
+TEST(HostPrintable, ControlCharactersNeverReachTheTerminal) {
+  EXPECT_EQ(OneLine("a\x1B[2Jb\r\n\x7F", 20), "a?[2Jb???");
+}
+
+TEST(HostPrintable, PaddingCountsCharacters) {
+  EXPECT_EQ(PadRight("\xC3\xA4", 3), "\xC3\xA4  ");
+  EXPECT_EQ(PadLeft("\xC3\xA4", 3), "  \xC3\xA4");
+  EXPECT_EQ(PadLeft("abcd", 3), "abcd");
+}

@@ -1,0 +1,116 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <rapidjson/document.h>
+
+#include <string>
+
+#include "host_process.h"
+
+using testing::HasSubstr;
+using TestSupport::HostRun;
+using TestSupport::RunHost;
+
+namespace {
+
+rapidjson::Document Parse(const HostRun& run) {
+  rapidjson::Document document;
+  document.Parse(run.output.c_str());
+  EXPECT_FALSE(document.HasParseError()) << run.output;
+  return document;
+}
+
+}  // namespace
+
+TEST(HostArguments, WrongOnesGiveAUsageTextAndStatus2) {
+  const std::vector<std::vector<std::wstring>> wrong = {
+      {},
+      {L"serve"},
+      {L"command"},
+      {L"command", L"eight"},
+      {L"command", L"-1"},
+      {L"command", L"8", L"input", L"more"},
+      {L"serve-once", L"more"},
+      {L"serve-once", L"--unknown"},
+      {L"serve-once", L"--limit", L"0"},
+      {L"serve-once", L"command", L"8"},
+      {L"command", L"8", L"--real-time"},
+  };
+  for (const auto& arguments : wrong) {
+    const HostRun run = RunHost(arguments);
+    const std::string label = testing::PrintToString(arguments);
+    EXPECT_EQ(run.exitStatus, 2u) << label;
+    EXPECT_THAT(run.errors, HasSubstr("Usage: wattleaf_host")) << label;
+    EXPECT_EQ(run.output, "") << label;
+  }
+}
+
+TEST(HostArguments, HelpGoesToStandardOutput) {
+  const HostRun run = RunHost({L"--help"});
+  EXPECT_EQ(run.exitStatus, 0u);
+  EXPECT_THAT(run.output, HasSubstr("Usage: wattleaf_host"));
+  EXPECT_THAT(run.output, HasSubstr("serve-once"));
+  EXPECT_EQ(run.errors, "");
+}
+
+TEST(HostArguments, VersionIsOneLine) {
+  const HostRun run = RunHost({L"--version"});
+  EXPECT_EQ(run.exitStatus, 0u);
+  EXPECT_EQ(run.output, "wattleaf_host " WATTLEAF_HOST_VERSION "\n");
+}
+
+TEST(HostCommand, PrintsTheTextAlone) {
+  const HostRun run = RunHost({L"command", L"8"});
+  EXPECT_EQ(run.exitStatus, 0u);
+  EXPECT_EQ(run.output, "true\n");
+}
+
+TEST(HostCommand, StartsNoCollection) {
+  const HostRun run = RunHost({L"command", L"10"});
+  EXPECT_EQ(run.exitStatus, 0u);
+  EXPECT_EQ(run.output, "false\n");
+}
+
+TEST(HostCommand, AnotherStatusIsPrintedInHexAndGives1) {
+  const HostRun run = RunHost({L"command", L"99"});
+  EXPECT_EQ(run.exitStatus, 1u);
+  EXPECT_EQ(run.output, "");
+  EXPECT_EQ(run.errors, "wattleaf_host: command 99: status 0x20000001, unknown command\n");
+}
+
+TEST(HostCommand, SaysThatTheLedgerIsEmptyWithoutAPass) {
+  const HostRun run = RunHost({L"command", L"1"});
+  EXPECT_EQ(run.exitStatus, 0u);
+  EXPECT_EQ(run.output, "0.000000\n");
+  EXPECT_THAT(run.errors, HasSubstr("the ledger in memory is empty without a pass"));
+}
+
+TEST(HostJson, IsOneObjectWithTheCommand) {
+  const HostRun run = RunHost({L"command", L"8", L"--json"});
+  EXPECT_EQ(run.exitStatus, 0u);
+  EXPECT_EQ(run.errors, "");
+  const auto document = Parse(run);
+  ASSERT_TRUE(document.IsObject());
+  const auto& commands = document["commands"];
+  ASSERT_EQ(commands.Size(), 1u);
+  EXPECT_EQ(commands[0]["number"].GetUint(), 8u);
+  EXPECT_EQ(commands[0]["status"].GetInt(), 0);
+  EXPECT_STREQ(commands[0]["text"].GetString(), "true");
+}
+
+TEST(HostJson, KeepsTheExitStatusOfTheResult) {
+  const HostRun run = RunHost({L"--json", L"command", L"99"});
+  EXPECT_EQ(run.exitStatus, 1u);
+  const auto document = Parse(run);
+  EXPECT_EQ(document["commands"][0]["status"].GetInt(), 0x20000001);
+  EXPECT_TRUE(document["commands"][0]["text"].IsNull());
+}
+
+TEST(HostJson, NamesThePlayedCallsUnlessTheyAreTurnedOff) {
+  const auto off = Parse(RunHost({L"command", L"8", L"--json", L"--no-played-calls"}));
+  EXPECT_EQ(off["playedCalls"].Size(), 0u);
+  const auto on = Parse(RunHost({L"command", L"8", L"--json"}));
+  for (const auto& call : on["playedCalls"].GetArray()) {
+    EXPECT_GT(call["name"].GetStringLength(), 0u);
+    EXPECT_GT(call["reason"].GetStringLength(), 0u);
+  }
+}

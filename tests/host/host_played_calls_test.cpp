@@ -1,0 +1,87 @@
+#include <windows.h>
+
+#include <rpc.h>
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <string>
+
+#include "played_calls.h"
+
+using Standin::AllPlayedCalls;
+using Standin::PlayedCalls;
+
+namespace {
+
+HMODULE ThisProgram() { return GetModuleHandleW(nullptr); }
+
+/// Big enough for any version of the attributes.
+RPC_STATUS AskCallAttributes() {
+  alignas(8) std::array<unsigned char, 256> attributes{};
+  attributes[0] = 3;
+  return RpcServerInqCallAttributesW(/*binding=*/nullptr, attributes.data());
+}
+
+}  // namespace
+
+TEST(PlayedCalls, CallAttributesSayThatNoCallIsServed) {
+  const PlayedCalls played(ThisProgram(), true);
+  EXPECT_EQ(AskCallAttributes(), 1725);
+}
+
+TEST(PlayedCalls, OnlyImportedCallsArePlayed) {
+  // This program imports one call of the list.
+  const PlayedCalls played(ThisProgram(), true);
+  ASSERT_EQ(played.InPlace().size(), 1u);
+  EXPECT_STREQ(played.InPlace()[0].name, "RpcServerInqCallAttributesW");
+}
+
+TEST(PlayedCalls, ImportsAreRestoredAtTheEnd) {
+  void** slot = Standin::FindImportSlot(ThisProgram(), "RpcServerInqCallAttributesW");
+  ASSERT_NE(slot, nullptr);
+  void* const before = *slot;
+  {
+    const PlayedCalls played(ThisProgram(), true);
+    EXPECT_NE(*slot, before);
+  }
+  EXPECT_EQ(*slot, before);
+}
+
+TEST(PlayedCalls, NothingIsPlayedWhenTurnedOff) {
+  void** slot = Standin::FindImportSlot(ThisProgram(), "RpcServerInqCallAttributesW");
+  ASSERT_NE(slot, nullptr);
+  void* const before = *slot;
+  const PlayedCalls played(ThisProgram(), false);
+  EXPECT_TRUE(played.InPlace().empty());
+  EXPECT_EQ(*slot, before);
+}
+
+TEST(PlayedCalls, CatalogCallsFailWithAnErrorAndTouchOnlyTheirResults) {
+  using Acquire = BOOL(WINAPI*)(HANDLE*, const GUID*, const wchar_t*, const void*, DWORD);
+  using Hash = BOOL(WINAPI*)(HANDLE, HANDLE, DWORD*, BYTE*, DWORD);
+  for (const auto& call : AllPlayedCalls()) {
+    const std::string name = call.name;
+    SetLastError(0);
+    if (name == "CryptCATAdminAcquireContext2") {
+      HANDLE context = &context;
+      EXPECT_FALSE(
+          reinterpret_cast<Acquire>(call.replacement)(&context, nullptr, L"SHA256", nullptr, 0));
+      EXPECT_EQ(context, nullptr);
+      EXPECT_EQ(GetLastError(), 50u);
+    } else if (name == "CryptCATAdminCalcHashFromFileHandle2") {
+      DWORD size = 7;
+      EXPECT_FALSE(reinterpret_cast<Hash>(call.replacement)(nullptr, nullptr, &size, nullptr, 0));
+      EXPECT_EQ(size, 0u);
+      EXPECT_EQ(GetLastError(), 50u);
+    }
+  }
+}
+
+TEST(PlayedCalls, EachHasANameOfItsOwnAndAReason) {
+  ASSERT_EQ(AllPlayedCalls().size(), 3u);
+  EXPECT_STREQ(AllPlayedCalls()[0].name, "RpcServerInqCallAttributesW");
+  EXPECT_STREQ(AllPlayedCalls()[1].name, "CryptCATAdminAcquireContext2");
+  EXPECT_STREQ(AllPlayedCalls()[2].name, "CryptCATAdminCalcHashFromFileHandle2");
+  for (const auto& call : AllPlayedCalls()) EXPECT_STRNE(call.reason, "");
+}

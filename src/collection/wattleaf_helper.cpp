@@ -36,15 +36,6 @@ void EndThread(std::unique_ptr<std::thread> thread) {
   }
 }
 
-/// For calls into the closed library while the object goes down: there is nobody left to tell.
-template <typename Call>
-void DropExceptions(Call call) {
-  try {
-    call();
-  } catch (...) {
-  }
-}
-
 }  // namespace
 
 WattleafHelper& WattleafHelper::Instance() {
@@ -57,9 +48,12 @@ WattleafHelper::WattleafHelper() : hostDirectory(HostDirectory()) {}
 WattleafHelper::~WattleafHelper() {
   running = false;
   if (worker != nullptr) EndThread(std::move(worker));
-  DropExceptions([this] { StopCollection(); });
-  DropExceptions([this] { delete collector.release(); });
-  collectorModule.reset();
+  try {
+    StopCollection();
+  } catch (...) {
+    // The closed library's failure ends with the process: there is nobody left to tell.
+  }
+  UnloadCollector();
 }
 
 bool WattleafHelper::IsDataChanged() { return dataChanged; }

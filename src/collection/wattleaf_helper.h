@@ -9,11 +9,13 @@
 #include <thread>
 
 #include "catalogue/uwp_app_record.h"
+#include "collection/collector_status.h"
 #include "collection/data_collector.h"
 #include "export.h"
 #include "ledger/date_time.h"
 #include "ledger/json_document.h"
 #include "platform/win32/owners.h"
+#include "platform/wmi/support_decision.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
@@ -89,9 +91,18 @@ class WATTLEAF_API WattleafHelper {
   void ParseManifest(const std::wstring& manifestPath, std::wstring& displayName,
                      std::wstring& logo);
 
+  /// Checks and loads the library into collectorModule; logs a failure.
+  bool LoadCollector();
+  /// Makes the collector and tells it to start; logs the outcome. Lets the library's exceptions
+  /// out.
+  CollectorVerdict StartCollector();
+  void TakeVerdict(CollectorVerdict verdict);
+  /// Destroys the collector and frees its library.
+  void UnloadCollector();
+
   std::unique_ptr<DataCollector> collector;
   Platform::UniqueModule collectorModule;
-  int PlatformSupportState = -2;
+  int PlatformSupportState = Shared::WMI::kPlatformUndecided;
   bool dataAvailable = false;
   std::map<DateTime, float> dailyLedger;
   std::map<std::wstring, std::wstring> win32Apps;

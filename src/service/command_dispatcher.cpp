@@ -1,9 +1,9 @@
-#include <cstdlib>
 #include <string>
 
 #include "collection/wattleaf_helper.h"
 #include "service/command_table.h"
 #include "service/number_text.h"
+#include "service/result_block.h"
 #include "service/wattleaf_service.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
@@ -50,19 +50,6 @@ std::wstring RunCommand(Command command, std::wstring& request) {
       return BoolText(helper.IsDataAvailable());
   }
   return result;
-}
-
-/// Copies `result` into a block of the C heap, which FreeResult takes back. False where there is
-/// nothing to hand over, nowhere to put it or no memory for it; `output` is then untouched.
-bool HandOver(const std::wstring& result, wchar_t** output) {
-  const std::size_t chars = result.size() + 1;
-  if (output == nullptr || result.empty() || chars > kLargestResultChars) return false;
-  auto* block = static_cast<wchar_t*>(std::malloc(chars * sizeof(wchar_t)));
-  if (block == nullptr) return false;
-  result.copy(block, result.size());
-  block[result.size()] = L'\0';
-  *output = block;
-  return true;
 }
 
 }  // namespace

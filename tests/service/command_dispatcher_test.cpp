@@ -1,13 +1,20 @@
+#include "service/command_table.h"
+
+#include <windows.h>
+
 #include <gtest/gtest.h>
 
 #include <memory>
 #include <string>
 
-#include "service/command_table.h"
+#include "collection/open_helper.h"
+#include "import_patch.h"
+#include "ledger/calendar.h"
 #include "service/wattleaf_service.h"
 
-using namespace Zq::Gantry::Server::Services;
+using namespace TestSupport;
 using namespace Zq::Gantry::Server::Services::Wattleaf;
+using Standin::ImportPatch;
 
 namespace {
 
@@ -26,6 +33,18 @@ Answer Ask(unsigned int command) {
   return answer;
 }
 
+/// A field of the one helper, which each test program has to itself.
+template <typename Field>
+Field& Of(Field WattleafHelper::* field) {
+  return WattleafHelper::Instance().*field;
+}
+
+/// A callback that counts its calls and its lives.
+struct Callback {
+  std::shared_ptr<int> calls;
+  void operator()(wchar_t*) const { ++*calls; }
+};
+
 }  // namespace
 
 TEST(CommandDispatcher, Command8AnswersTrueRightAfterCreation) {
@@ -40,7 +59,97 @@ TEST(CommandDispatcher, Command10AnswersFalseBeforeCollectionHasStarted) {
   EXPECT_EQ(answer.text, L"false");
 }
 
+TEST(CommandDispatcher, Command10FollowsItsFlag) {
+  Of(&OpenHelper::dataAvailable) = true;
+  EXPECT_EQ(Ask(10).text, L"true");
+}
+
+TEST(CommandDispatcher, Command8FollowsItsFlagAndDoesNotClearIt) {
+  EXPECT_EQ(Ask(8).text, L"true");
+  EXPECT_EQ(Ask(8).text, L"true");
+  Of(&OpenHelper::dataChanged) = false;
+  EXPECT_EQ(Ask(8).text, L"false");
+}
+
+TEST(CommandDispatcher, Command7AnswersEachStateInDigits) {
+  for (const int state : {1, 0, -1}) {
+    Of(&OpenHelper::PlatformSupportState) = state;
+    EXPECT_EQ(Ask(7).status, 0);
+    EXPECT_EQ(Ask(7).text, std::to_wstring(state));
+  }
+}
+
 TEST(CommandDispatcher, NumbersOutsideOneToTenAreUnknown) {
   EXPECT_EQ(Ask(0).status, 0x20000001);
   EXPECT_EQ(Ask(11).status, 0x20000001);
+  EXPECT_EQ(Ask(0xFFFFFFFF).status, 0x20000001);
+}
+
+TEST(CommandDispatcher, ANullInputIsNoResultAndLeavesTheOutput) {
+  WattleafService service;
+  wchar_t marker = L'm';
+  wchar_t* output = &marker;
+  auto calls = std::make_shared<int>(0);
+  EXPECT_EQ(service.ExecuteCommand(nullptr, 8, nullptr, &output, Callback{calls}, nullptr),
+            0x20000002);
+  EXPECT_EQ(output, &marker);
+  EXPECT_EQ(*calls, 0);
+  EXPECT_EQ(calls.use_count(), 1) << "the callback is destroyed";
+}
+
+TEST(CommandDispatcher, ANullInputComesBeforeAnUnknownNumber) {
+  WattleafService service;
+  wchar_t* output = nullptr;
+  EXPECT_EQ(service.ExecuteCommand(nullptr, 99, nullptr, &output, {}, nullptr), 0x20000002);
+}
+
+TEST(CommandDispatcher, TheCallbackIsDestroyedAndNeverCalled) {
+  WattleafService service;
+  std::wstring input;
+  wchar_t* output = nullptr;
+  auto calls = std::make_shared<int>(0);
+  EXPECT_EQ(service.ExecuteCommand(nullptr, 8, input.data(), &output, Callback{calls}, nullptr), 0);
+  service.FreeResult(output);
+  EXPECT_EQ(*calls, 0);
+  EXPECT_EQ(calls.use_count(), 1);
+}
+
+TEST(CommandDispatcher, ANullOutputIsNoResult) {
+  WattleafService service;
+  std::wstring input;
+  EXPECT_EQ(service.ExecuteCommand(nullptr, 8, input.data(), nullptr, {}, nullptr), 0x20000002);
+}
+
+TEST(CommandDispatcher, Command1AnswersZeroForAnEmptyLedger) {
+  EXPECT_EQ(Ask(1).text, L"0.000000");
+  EXPECT_EQ(Ask(3).text, L"0.000000");
+}
+
+TEST(CommandDispatcher, Command3MultipliesAndDividesInTheGivenOrder) {
+  // One entry of 7000 Wh makes an average of 1000; 1000 * 365 * 3 / 1000 / 300 = 3.65.
+  Of(&OpenHelper::dailyLedger)[*GetCurrentDate()] = 7000.0F;
+  EXPECT_EQ(Ask(1).text, L"1000.000000");
+  EXPECT_EQ(Ask(3).text, L"3.650000");
+}
+
+namespace {
+
+void* __cdecl NoMemory(std::size_t) { return nullptr; }
+
+}  // namespace
+
+TEST(CommandDispatcher, AFailedAllocationIsNoResultAndLeavesTheOutput) {
+  ASSERT_EQ(Ask(8).status, 0) << "makes the helper, which allocates";
+  WattleafService service;
+  std::wstring input;
+  wchar_t marker = L'm';
+  wchar_t* output = &marker;
+  int status = 0;
+  {
+    // A short result stays inside the string object, so that only the hand-over allocates.
+    const ImportPatch patch("malloc", &NoMemory);
+    status = service.ExecuteCommand(nullptr, 8, input.data(), &output, {}, nullptr);
+  }
+  EXPECT_EQ(status, 0x20000002);
+  EXPECT_EQ(output, &marker);
 }

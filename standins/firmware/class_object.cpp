@@ -1,0 +1,113 @@
+#include "class_object.h"
+
+#include <cstdint>
+#include <memory>
+
+namespace Standin::Firmware {
+
+namespace {
+
+std::string DescribeArray(const SAFEARRAY* array) {
+  if (array == nullptr) return " null";
+  const auto* bytes = static_cast<const std::uint8_t*>(array->pvData);
+  static constexpr char kDigits[] = "0123456789ABCDEF";
+  std::string text = " ";
+  for (ULONG i = 0; i < array->rgsabound[0].cElements; ++i) {
+    text += kDigits[bytes[i] / 16];
+    text += kDigits[bytes[i] % 16];
+  }
+  return text;
+}
+
+/// The type's number, then hexadecimal bytes, "null" or a decimal number.
+std::string Describe(const VARIANT& value) {
+  std::string text = std::to_string(value.vt);
+  if (value.vt == (VT_ARRAY | VT_UI1)) text += DescribeArray(value.parray);
+  if (value.vt == VT_I4) text += " " + std::to_string(value.lVal);
+  return text;
+}
+
+/// `target` is empty. A null array, which VariantCopy refuses, is copied as one.
+void CopyVariant(VARIANT* target, const VARIANT& source) {
+  if ((source.vt & VT_ARRAY) != 0 && source.parray == nullptr) {
+    *target = source;
+  } else {
+    VariantCopy(target, const_cast<VARIANT*>(&source));
+  }
+}
+
+}  // namespace
+
+STDMETHODIMP ClassObject::QueryInterface(REFIID iid, void** object) {
+  *object = nullptr;
+  const bool named = iid == IID_IWbemClassObject;
+  if (named && !queryCall_.empty()) {
+    if (const auto result = TheScript().Enter(queryCall_)) return *result;
+  }
+  if (!named && iid != IID_IUnknown) return E_NOINTERFACE;
+  *object = static_cast<IWbemClassObject*>(this);
+  AddRef();
+  return S_OK;
+}
+
+STDMETHODIMP ClassObject::Get(LPCWSTR name, LONG, VARIANT* value, CIMTYPE*, LONG*) {
+  const std::string call = "Get(" + Narrow(name) + ")";
+  if (const auto result = TheScript().Enter(call)) return *result;
+  VariantMaker make = TheScript().FindAnswer(call);
+  if (!make) {
+    const auto property = properties_.find(name);
+    if (property == properties_.end()) return static_cast<HRESULT>(WBEM_E_NOT_FOUND);
+    make = property->second;
+  }
+  // As the real one does: what the variant held before is written over.
+  VariantInit(value);
+  make(value);
+  return S_OK;
+}
+
+STDMETHODIMP ClassObject::Put(LPCWSTR name, LONG, VARIANT* value, CIMTYPE) {
+  if (const auto result = TheScript().Enter("Put(" + Narrow(name) + ")", Describe(*value))) {
+    return *result;
+  }
+  Keep(name, *value);
+  return S_OK;
+}
+
+void ClassObject::Keep(const std::wstring& name, const VARIANT& value) {
+  const std::shared_ptr<VARIANT> copy(new VARIANT, [](VARIANT* kept) {
+    VariantClear(kept);
+    delete kept;
+  });
+  VariantInit(copy.get());
+  CopyVariant(copy.get(), value);
+  properties_[name] = [copy](VARIANT* target) { CopyVariant(target, *copy); };
+}
+
+STDMETHODIMP ClassObject::SpawnInstance(LONG, IWbemClassObject** instance) {
+  *instance = nullptr;
+  if (const auto result = TheScript().Enter("SpawnInstance(" + Narrow(className_.c_str()) + ")")) {
+    return *result;
+  }
+  *instance = new ClassObject(className_);
+  return S_OK;
+}
+
+STDMETHODIMP ClassObject::GetMethod(LPCWSTR name, LONG, IWbemClassObject** input,
+                                    IWbemClassObject** output) {
+  *input = nullptr;
+  if (output != nullptr) *output = nullptr;
+  if (const auto result = TheScript().Enter("GetMethod", Narrow(name))) return *result;
+  if (className_ != L"zqqBIntM") return static_cast<HRESULT>(WBEM_E_NOT_FOUND);
+  *input = new ClassObject(L"__PARAMETERS");
+  return S_OK;
+}
+
+VARIANT ClassObject::Find(const std::wstring& name) const {
+  VARIANT value;
+  VariantInit(&value);
+  const auto property = properties_.find(name);
+  if (property != properties_.end()) property->second(&value);
+  return value;
+}
+
+}  // namespace Standin::Firmware

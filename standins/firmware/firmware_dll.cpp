@@ -1,0 +1,55 @@
+// Stand-in for the firmware's WMI classes and for the one class of WMI that the library reads. It
+// plays a supported notebook: what is written to firmware item 0x010A is read back, item 0x010B has
+// its flag set, and the third OEM string carries the marker.
+//
+// The environment variable WATTLEAF_FIRMWARE makes it deviate; comma-separated words:
+//   flag-clear              the platform flag is not set
+//   drops-write, reads-six  item 0x010A does not keep the value; it always reads as 6
+//   no-marker, marker-lower-case, marker-goes-on    the third OEM string; the last one goes on with
+//                           a digit
+//   oem-missing, oem-null, oem-empty, oem-text, oem-number, oem-truth, oem-numbers    the property
+//                           is absent, or of another type
+//   no-computer-system, two-computer-systems, invalid-class, invalid-query    the enumeration
+//   no-locator, no-firmware-namespace, no-system-namespace, no-blanket        the connection
+//   no-class, no-input-class, no-method, no-instance, slow-instance, no-call  the command's steps
+//   outdata-null, return-code-null, data-null, data-short, data-long, data-numbers,
+//   data-two-dimensional, data-from-one, data-from-minus-one                  the answer's shape
+//   fail:CALL=HEX, fail:CALL#N=HEX    the call, or its N-th occurrence, gives this HRESULT and no
+//                           object; script.h has the names of the calls
+// A word that means nothing is named on standard error.
+
+#include <windows.h>
+
+#include <wbemidl.h>
+
+#include <cstdio>
+#include <cstdlib>
+
+#include "live_object.h"
+#include "locator.h"
+#include "script.h"
+
+namespace {
+
+/// Once for the process.
+void ReadEnvironment() {
+  static const bool done = [] {
+    const char* words = std::getenv("WATTLEAF_FIRMWARE");
+    for (const auto& word : Standin::Firmware::TheScript().Reset(words != nullptr ? words : "")) {
+      std::fprintf(stderr, "firmware stand-in: unknown word %s\n", word.c_str());
+    }
+    return true;
+  }();
+  static_cast<void>(done);
+}
+
+}  // namespace
+
+STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** object) {
+  *object = nullptr;
+  if (clsid != CLSID_WbemLocator) return CLASS_E_CLASSNOTAVAILABLE;
+  ReadEnvironment();
+  return Standin::Firmware::LocatorFactory().QueryInterface(iid, object);
+}
+
+STDAPI DllCanUnloadNow() { return Standin::Firmware::LiveObjects() == 0 ? S_OK : S_FALSE; }

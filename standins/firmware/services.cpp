@@ -1,0 +1,155 @@
+#include "services.h"
+
+#include <cstdlib>
+#include <string>
+
+#include "class_object.h"
+#include "enumerator.h"
+#include "machine.h"
+#include "variants.h"
+
+namespace Standin::Firmware {
+
+namespace {
+
+constexpr wchar_t kInstancePath[] =
+    L"\\\\NOTEBOOK\\root\\wmi:ZqqBIntM.InstanceName=\"ACPI\\\\PNP0C14\\\\ZQ_0\"";
+constexpr wchar_t kMethodPrefix[] = L"zqqBIOSInt";
+
+std::string Flags(LONG flags) { return " " + std::to_string(flags); }
+
+LONG NumberOf(const ClassObject& block, const wchar_t* member) {
+  const VARIANT value = block.Find(member);
+  return value.vt == VT_I4 ? value.lVal : 0;
+}
+
+std::vector<std::uint8_t> BytesOf(const ClassObject& block, const wchar_t* member, bool& isNull) {
+  VARIANT value = block.Find(member);
+  isNull = value.vt == (VT_ARRAY | VT_UI1) && value.parray == nullptr;
+  std::vector<std::uint8_t> bytes;
+  if (value.vt == (VT_ARRAY | VT_UI1) && !isNull) {
+    const auto* data = static_cast<const std::uint8_t*>(value.parray->pvData);
+    bytes.assign(data, data + value.parray->rgsabound[0].cElements);
+  }
+  VariantClear(&value);
+  return bytes;
+}
+
+ReceivedCommand ReadCommand(const wchar_t* method, const ClassObject& block) {
+  ReceivedCommand command;
+  command.method = Narrow(method);
+  bool nullSign = false;
+  for (const std::uint8_t byte : BytesOf(block, L"Sign", nullSign)) {
+    command.sign += static_cast<char>(byte);
+  }
+  command.command = NumberOf(block, L"Command");
+  command.commandType = NumberOf(block, L"CommandType");
+  command.size = NumberOf(block, L"Size");
+  command.data = BytesOf(block, L"zqqBData", command.nullData);
+  return command;
+}
+
+/// The embedded input block; null if the call carries none of ours.
+ClassObject* InputBlock(IWbemClassObject* input) {
+  const auto* instance = dynamic_cast<const ClassObject*>(input);
+  if (instance == nullptr) return nullptr;
+  VARIANT value = instance->Find(L"InData");
+  auto* block = value.vt == VT_UNKNOWN ? dynamic_cast<ClassObject*>(value.punkVal) : nullptr;
+  VariantClear(&value);  // The instance keeps its own reference.
+  return block;
+}
+
+IWbemClassObject* MakeResult(const std::vector<std::uint8_t>& bytes) {
+  Zq::Gantry::Platform::UniqueInterface<ClassObject> block(new ClassObject(L"zqqBDataOut"));
+  block.get()->SetProperty(L"rwReturnCode", [](VARIANT* value) { MakeNumber(value, 0); });
+  block.get()->SetProperty(L"Data", [bytes](VARIANT* value) { MakeAnswerData(value, bytes); });
+  block.get()->NameQuery("QueryInterface(OutData)");
+
+  VARIANT embedded;
+  VariantInit(&embedded);
+  embedded.vt = VT_UNKNOWN;
+  embedded.punkVal = block.get();
+  auto* result = new ClassObject(L"__PARAMETERS");
+  result->Keep(L"OutData", embedded);
+  return result;
+}
+
+}  // namespace
+
+STDMETHODIMP Services::QueryInterface(REFIID iid, void** object) {
+  *object = nullptr;
+  if (iid == IID_IUnknown || iid == IID_IWbemServices) *object = static_cast<IWbemServices*>(this);
+  if (iid == IID_IClientSecurity) *object = static_cast<IClientSecurity*>(this);
+  if (*object == nullptr) return E_NOINTERFACE;
+  AddRef();
+  return S_OK;
+}
+
+STDMETHODIMP Services::GetObject(const BSTR path, LONG flags, IWbemContext*,
+                                 IWbemClassObject** object, IWbemCallResult**) {
+  *object = nullptr;
+  const std::wstring name = path;
+  if (const auto result =
+          TheScript().Enter("GetObject(" + Narrow(path) + ")", std::to_string(flags))) {
+    return *result;
+  }
+  if (name != L"zqqBIntM" && name != L"zqqBDataIn") return static_cast<HRESULT>(WBEM_E_NOT_FOUND);
+  *object = new ClassObject(name);
+  return S_OK;
+}
+
+STDMETHODIMP Services::CreateInstanceEnum(const BSTR filter, LONG flags, IWbemContext*,
+                                          IEnumWbemClassObject** objects) {
+  *objects = nullptr;
+  if (const auto result = TheScript().Enter("CreateInstanceEnum", Narrow(filter) + Flags(flags))) {
+    return *result;
+  }
+  auto* instance = new ClassObject(filter);
+  instance->SetProperty(L"__PATH", [](VARIANT* value) { MakeText(value, kInstancePath); });
+  auto* enumerator = new Enumerator(Narrow(filter));
+  enumerator->Add(instance);
+  *objects = enumerator;
+  return S_OK;
+}
+
+STDMETHODIMP Services::ExecQuery(const BSTR language, const BSTR query, LONG flags, IWbemContext*,
+                                 IEnumWbemClassObject** objects) {
+  *objects = nullptr;
+  const std::string detail = Narrow(language) + "|" + Narrow(query) + "|" + std::to_string(flags);
+  if (const auto result = TheScript().Enter("ExecQuery", detail)) return *result;
+  auto* enumerator = new Enumerator("Win32_ComputerSystem");
+  for (int i = TheScript().Has("two-computer-systems") ? 0 : 1; i < 2; ++i) {
+    auto* system = new ClassObject(L"Win32_ComputerSystem");
+    system->SetProperty(L"OEMStringArray", MakeOemStrings);
+    enumerator->Add(system);
+  }
+  *objects = enumerator;
+  return S_OK;
+}
+
+STDMETHODIMP Services::ExecMethod(const BSTR path, const BSTR method, LONG flags, IWbemContext*,
+                                  IWbemClassObject* input, IWbemClassObject** output,
+                                  IWbemCallResult**) {
+  *output = nullptr;
+  const std::string detail = Narrow(path) + "|" + Narrow(method) + Flags(flags);
+  if (const auto result = TheScript().Enter("ExecMethod", detail)) return *result;
+  const ClassObject* block = InputBlock(input);
+  if (path == nullptr || std::wstring(path) != kInstancePath || block == nullptr) {
+    return static_cast<HRESULT>(WBEM_E_INVALID_PARAMETER);
+  }
+  const long bytes = std::wcstol(method + std::size(kMethodPrefix) - 1, nullptr, 10);
+  *output =
+      MakeResult(TheMachine().Run(ReadCommand(method, *block), static_cast<std::size_t>(bytes)));
+  return S_OK;
+}
+
+STDMETHODIMP Services::SetBlanket(IUnknown*, DWORD authentication, DWORD authorisation, OLECHAR*,
+                                  DWORD level, DWORD impersonation, void*, DWORD capabilities) {
+  std::string detail;
+  for (const DWORD number : {authentication, authorisation, level, impersonation, capabilities}) {
+    detail += (detail.empty() ? "" : ",") + std::to_string(number);
+  }
+  return TheScript().Enter("SetBlanket", detail).value_or(S_OK);
+}
+
+}  // namespace Standin::Firmware

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <windows.h>
+
+#include <oleauto.h>
+
+#include <functional>
+#include <set>
+#include <string>
+
+#include "import_patch.h"
+
+namespace TestSupport {
+
+/// Follows every text and safe array that the test program gets from Automation and gives back, and
+/// makes single calls fail. One at a time.
+class AutomationLedger {
+ public:
+  AutomationLedger();
+  AutomationLedger(const AutomationLedger&) = delete;
+  AutomationLedger& operator=(const AutomationLedger&) = delete;
+  ~AutomationLedger();
+
+  /// Blocks that were not given back yet.
+  std::size_t Outstanding() const { return blocks_.size(); }
+
+  /// SysAllocString gives null for this text.
+  std::wstring refusedText;
+  /// Which call of SafeArrayCreateVector, counted from 1, gives null.
+  int refusedVector = 0;
+  /// What the calls answer in place of working, where it is not S_OK.
+  HRESULT accessResult = S_OK;
+  HRESULT unaccessResult = S_OK;
+  HRESULT putElementResult = S_OK;
+  HRESULT getElementResult = S_OK;
+  /// The only index that getElementResult is about.
+  LONG refusedIndex = 0;
+
+  int accessCalls = 0;
+  int unaccessCalls = 0;
+  int getElementCalls = 0;
+
+ private:
+  static BSTR WINAPI AllocText(const OLECHAR* text);
+  static BSTR WINAPI AllocTextLen(const OLECHAR* text, UINT length);
+  static void WINAPI FreeText(BSTR text);
+  static SAFEARRAY* WINAPI CreateVector(VARTYPE type, LONG lowerBound, ULONG count);
+  static SAFEARRAY* WINAPI CreateArray(VARTYPE type, UINT dimensions, SAFEARRAYBOUND* bounds);
+  static HRESULT WINAPI DestroyArray(SAFEARRAY* array);
+  static HRESULT WINAPI ClearVariant(VARIANTARG* value);
+  static HRESULT WINAPI Access(SAFEARRAY* array, void** data);
+  static HRESULT WINAPI Unaccess(SAFEARRAY* array);
+  static HRESULT WINAPI PutElement(SAFEARRAY* array, LONG* index, void* element);
+  static HRESULT WINAPI GetElement(SAFEARRAY* array, LONG* index, void* element);
+
+  template <typename Block>
+  Block* Add(Block* block);
+  void ForgetArray(SAFEARRAY* array);
+
+  std::set<void*> blocks_;
+  int vectors_ = 0;
+  Standin::ImportPatch allocText_;
+  Standin::ImportPatch allocTextLen_;
+  Standin::ImportPatch freeText_;
+  Standin::ImportPatch createVector_;
+  Standin::ImportPatch createArray_;
+  Standin::ImportPatch destroyArray_;
+  Standin::ImportPatch clearVariant_;
+  Standin::ImportPatch access_;
+  Standin::ImportPatch unaccess_;
+  Standin::ImportPatch putElement_;
+  Standin::ImportPatch getElement_;
+};
+
+}  // namespace TestSupport

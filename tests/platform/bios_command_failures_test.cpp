@@ -1,0 +1,189 @@
+#include <gtest/gtest.h>
+
+#include <array>
+
+#include "automation_ledger.h"
+#include "platform/wmi/zq_bios_wmi.h"
+#include "platform_calls.h"
+
+using namespace Zq::Gantry::Server::Shared::WMI;
+using namespace Standin::Firmware;
+using TestSupport::AutomationLedger;
+using TestSupport::LogRecord;
+using TestSupport::Result;
+
+namespace {
+
+struct Step {
+  const char* label;
+  const char* call;
+  const wchar_t* functionAndCall;
+};
+
+constexpr Step kSteps[] = {
+    {"MethodClass", "GetObject(zqqBIntM)",
+     L"ExecuteCommand - failed on function IWbemServices->GetObject(InputDataBlock)"},
+    {"Method", "GetMethod",
+     L"ExecuteCommand - failed on function IWbemClassObject->GetMethod(BiosWmiMethod)"},
+    {"InputClass", "GetObject(zqqBDataIn)",
+     L"SetupInputDataBlock - failed on function IWbemServices->GetObject(InputDataBlock)"},
+    {"InputInstance", "SpawnInstance(zqqBDataIn)",
+     L"SetupInputDataBlock - failed on function "
+     L"IWbemClassObject->SpawnInstance(InputDataBlockInstance)"},
+    {"Sign", "Put(Sign)",
+     L"SetupInputDataBlock - failed on function InputDataBlockInstance->Put(Sign)"},
+    {"Command", "Put(Command)",
+     L"SetupInputDataBlock - failed on function InputDataBlockInstance->Put(Command)"},
+    {"CommandType", "Put(CommandType)",
+     L"SetupInputDataBlock - failed on function InputDataBlockInstance->Put(CommandType)"},
+    {"Size", "Put(Size)",
+     L"SetupInputDataBlock - failed on function InputDataBlockInstance->Put(Size)"},
+    {"InputData", "Put(zqqBData)",
+     L"SetupInputDataBlock - failed on function InputDataBlockInstance->Put(inputData)"},
+    {"MethodInstance", "SpawnInstance(__PARAMETERS)",
+     L"SetupInputDataBlock - failed on function "
+     L"IWbemClassObject->SpawnInstance(BiosMethodInstance)"},
+    {"EmbeddedBlock", "Put(InData)",
+     L"SetupInputDataBlock - failed on function BiosMethodInstance->Put(InputDataBlockClass)"},
+    {"Instances", "CreateInstanceEnum",
+     L"GetBiosMethodObjectPath - failed on function "
+     L"IWbemServices->CreateInstanceEnum(BiosWmiMethod)"},
+    {"NextInstance", "Next(ZqqBIntM)",
+     L"GetBiosMethodObjectPath - failed on function IEnumWbemClassObject->Next()"},
+    {"Path", "Get(__PATH)",
+     L"GetBiosMethodObjectPath - failed on function IWbemClassObject->Get(path)"},
+    {"MethodCall", "ExecMethod",
+     L"ExecuteCommand - failed on function IWbemServices->ExecMethod(BIOS method)"},
+    {"OutputBlock", "Get(OutData)",
+     L"GetOutputData - failed on function OutputDataBlockInstance->Get(OutputDataBlock)"},
+    {"OutputObject", "QueryInterface(OutData)",
+     L"GetOutputData - failed on function OutputDataBlock->QueryInterface(OutputDataObject)"},
+    {"ReturnCode", "Get(rwReturnCode)",
+     L"GetOutputData - failed on function OutputDataObject->Get(ReturnCode)"},
+    {"OutputData", "Get(Data)",
+     L"GetOutputData - failed on function OutputDataObject->Get(outputData)"},
+};
+
+LogRecord Warning(const std::wstring& functionAndCall, const std::wstring& result) {
+  return TestSupport::Warning(L"class Zq::Gantry::Server::Shared::WMI::ZQBiosWmi." +
+                                  functionAndCall + L" with HRESULT " + result,
+                              L"WattleafService");
+}
+
+class BiosCommand : public TestSupport::WmiTest {
+ protected:
+  HRESULT Run() {
+    const std::array<std::uint8_t, 2> item{0x0A, 0x01};
+    output.fill(0xEE);
+    return bios.ExecuteCommand(1, 2, item.data(), 128, output.data(), &returnCode);
+  }
+  void TearDown() override {
+    bios.CloseBiosConnection();
+    WmiTest::TearDown();
+    for (const std::uint8_t byte : output) EXPECT_EQ(byte, 0xEE);
+  }
+
+  ZQBiosWmi bios;
+  std::array<std::uint8_t, 128> output{};
+  std::uint32_t returnCode = 0;
+};
+
+class BiosCommandStep : public BiosCommand, public testing::WithParamInterface<Step> {};
+class BiosCommandNull : public BiosCommand, public testing::WithParamInterface<Step> {};
+
+std::string Label(const testing::TestParamInfo<Step>& info) { return info.param.label; }
+
+/// The steps that hand an object out, in the order of kSteps.
+std::vector<Step> StepsWithObject() {
+  std::vector<Step> steps;
+  for (const Step& step : kSteps) {
+    const std::string call = step.call;
+    const bool handsOut =
+        call.rfind("Put", 0) != 0 && call.rfind("Get(", 0) != 0 && call != "Next(ZqqBIntM)";
+    if (handsOut) steps.push_back(step);
+  }
+  return steps;
+}
+
+}  // namespace
+
+TEST_P(BiosCommandStep, FailureEndsTheCommandWithItsResultAndOneWarning) {
+  AutomationLedger ledger;
+  firmware.script().Fail(GetParam().call, Result(0x80041001));
+  EXPECT_EQ(Run(), Result(0x80041001));
+  EXPECT_EQ(log.Records(),
+            std::vector<LogRecord>{Warning(GetParam().functionAndCall, L"0x80041001")});
+  EXPECT_EQ(firmware.script().Trace().back().rfind(GetParam().call, 0), 0U)
+      << "nothing is called after the step that failed";
+  EXPECT_EQ(LiveObjects(), 1) << "only the service is kept";
+  EXPECT_EQ(ledger.Outstanding(), 0U);
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, BiosCommandStep, testing::ValuesIn(kSteps), Label);
+
+TEST_P(BiosCommandNull, SuccessWithoutAnObjectIsAFailureOfTheStep) {
+  AutomationLedger ledger;
+  firmware.script().Fail(GetParam().call, S_OK);
+  EXPECT_EQ(Run(), E_FAIL);
+  EXPECT_EQ(log.Records(),
+            std::vector<LogRecord>{Warning(GetParam().functionAndCall, L"0x80004005")});
+  EXPECT_EQ(LiveObjects(), 1);
+  EXPECT_EQ(ledger.Outstanding(), 0U);
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, BiosCommandNull, testing::ValuesIn(StepsWithObject()), Label);
+
+TEST_F(BiosCommand, OutDataThatHoldsNoObjectIsAFailureOfTheStep) {
+  Play("outdata-null");
+  EXPECT_EQ(Run(), E_FAIL);
+  firmware.script().Reset("");
+  firmware.script().Answer("Get(OutData)", [](VARIANT* value) {
+    value->vt = VT_UNKNOWN;
+    value->punkVal = nullptr;
+  });
+  EXPECT_EQ(Run(), E_FAIL);
+  const LogRecord warning =
+      Warning(L"GetOutputData - failed on function OutputDataBlockInstance->Get(OutputDataBlock)",
+              L"0x80004005");
+  EXPECT_EQ(log.Records(), (std::vector<LogRecord>{warning, warning}));
+}
+
+TEST_F(BiosCommand, OutDataOfAnotherTypeIsNotTakenForAnObject) {
+  firmware.script().Answer("Get(OutData)", [](VARIANT* value) {
+    value->vt = VT_I8;
+    value->llVal = 0x4141414141414141;
+  });
+  EXPECT_EQ(Run(), E_FAIL);
+  EXPECT_EQ(log.Records().size(), 1U);
+}
+
+TEST_F(BiosCommand, NoInstanceIsLoggedAndTheCommandGoesOnWithAnEmptyPath) {
+  Play("no-instance");
+  EXPECT_EQ(Run(), Result(0x80041008));
+  const std::vector<LogRecord> warnings = {
+      Warning(L"GetBiosMethodObjectPath - failed on function IEnumWbemClassObject->Next()", L"0x1"),
+      Warning(L"ExecuteCommand - failed on function IWbemServices->ExecMethod(BIOS method)",
+              L"0x80041008"),
+  };
+  EXPECT_EQ(log.Records(), warnings);
+  EXPECT_EQ(firmware.script().Count("Get(__PATH)"), 0);
+  EXPECT_EQ(firmware.script().Trace().back(), "ExecMethod |zqqBIOSInt128 0");
+}
+
+TEST_F(BiosCommand, InstanceThatIsNotThereInTimeIsLoggedAndTheCommandGoesOn) {
+  Play("slow-instance");
+  EXPECT_EQ(Run(), Result(0x80041008));
+  ASSERT_EQ(log.Records().size(), 2U);
+  EXPECT_EQ(log.Records()[0],
+            Warning(L"GetBiosMethodObjectPath - failed on function IEnumWbemClassObject->Next()",
+                    L"0x40004"));
+}
+
+TEST_F(BiosCommand, PathThatIsNoTextIsEmpty) {
+  firmware.script().Answer("Get(__PATH)", [](VARIANT* value) {
+    value->vt = VT_I8;
+    value->llVal = 0x4141414141414141;
+  });
+  EXPECT_EQ(Run(), Result(0x80041008));
+  EXPECT_EQ(log.Records().size(), 1U);
+}

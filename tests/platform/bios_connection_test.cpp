@@ -1,0 +1,159 @@
+#include <gtest/gtest.h>
+
+#include <array>
+
+#include "platform/wmi/zq_bios_wmi.h"
+#include "platform_calls.h"
+
+using namespace Zq::Gantry::Server::Shared::WMI;
+using namespace Standin::Firmware;
+using TestSupport::LogRecord;
+using TestSupport::PlayedCom;
+using TestSupport::Result;
+
+namespace {
+
+LogRecord Warning(const std::wstring& call, const std::wstring& result) {
+  return TestSupport::Warning(
+      L"class Zq::Gantry::Server::Shared::WMI::ZQBiosWmi.GetReady - failed on function " + call +
+          L" with HRESULT " + result,
+      L"WattleafService");
+}
+
+const std::wstring kServerCall = L"IWbemLocator->ConnectServer(WmiNamespace)";
+
+class BiosConnection : public TestSupport::WmiTest {
+ protected:
+  HRESULT Run() {
+    const std::array<std::uint8_t, 2> item{0x0A, 0x01};
+    return bios.ExecuteCommand(1, 2, item.data(), 0, nullptr, &returnCode);
+  }
+  void ExpectWarnings(const std::vector<LogRecord>& warnings) {
+    EXPECT_EQ(log.Records(), warnings);
+  }
+
+  PlayedCom com;
+  std::uint32_t returnCode = 0;
+  ZQBiosWmi bios;
+};
+
+HRESULT WINAPI RefuseBlanket(IUnknown*, DWORD, DWORD, OLECHAR*, DWORD, DWORD,
+                             RPC_AUTH_IDENTITY_HANDLE, DWORD) {
+  return Result(0x80070005);
+}
+
+}  // namespace
+
+TEST_F(BiosConnection, IsMadeOnceAndClosedOnce) {
+  EXPECT_EQ(bios.GetReady(), 1);
+  EXPECT_EQ(bios.GetReady(), 1);
+  EXPECT_EQ(com.models, std::vector<DWORD>{0});
+  EXPECT_EQ(com.securityCalls, std::vector<std::string>{"null -1 null null 0 3 null 0 null"});
+  EXPECT_EQ(com.uninitialized, 0);
+  EXPECT_EQ(LiveObjects(), 1);
+
+  bios.CloseBiosConnection();
+  bios.CloseBiosConnection();
+  EXPECT_EQ(com.uninitialized, 1);
+  EXPECT_EQ(LiveObjects(), 0);
+  ExpectWarnings({});
+}
+
+TEST_F(BiosConnection, EndsWithItsObject) {
+  {
+    ZQBiosWmi other;
+    EXPECT_EQ(other.GetReady(), 1);
+  }
+  EXPECT_EQ(com.initialized, 1);
+  EXPECT_EQ(com.uninitialized, 1);
+  EXPECT_EQ(LiveObjects(), 0);
+}
+
+TEST_F(BiosConnection, IsSharedByCommandsWhichFetchTheirClassesAnew) {
+  EXPECT_EQ(Run(), S_OK);
+  EXPECT_EQ(Run(), S_OK);
+  EXPECT_EQ(com.initialized, 1);
+  for (const char* once : {"CreateInstance", "SetBlanket"}) {
+    EXPECT_EQ(firmware.script().Count(once), 1) << once;
+  }
+  for (const char* twice : {"GetObject(zqqBIntM)", "GetMethod", "Get(__PATH)"}) {
+    EXPECT_EQ(firmware.script().Count(twice), 2) << twice;
+  }
+  bios.CloseBiosConnection();
+}
+
+TEST_F(BiosConnection, CanBeMadeAgainAfterItWasClosed) {
+  EXPECT_EQ(bios.GetReady(), 1);
+  bios.CloseBiosConnection();
+  EXPECT_EQ(bios.GetReady(), 1);
+  bios.CloseBiosConnection();
+  EXPECT_EQ(com.initialized, 2);
+  EXPECT_EQ(com.uninitialized, 2);
+}
+
+TEST_F(BiosConnection, WithoutLocatorTheThreadStaysAMember) {
+  Play("no-locator");
+  EXPECT_EQ(bios.GetReady(), 0);
+  ExpectWarnings({Warning(L"CoCreateInstance", L"0x80040154")});
+  bios.CloseBiosConnection();
+  EXPECT_EQ(com.initialized, 1);
+  EXPECT_EQ(com.uninitialized, 0);
+}
+
+TEST_F(BiosConnection, WithoutServerTheThreadLeaves) {
+  Play("no-firmware-namespace");
+  EXPECT_EQ(bios.GetReady(), 0);
+  ExpectWarnings({Warning(kServerCall, L"0x8004100e")});
+  EXPECT_EQ(com.uninitialized, 1);
+  bios.CloseBiosConnection();
+  EXPECT_EQ(com.uninitialized, 1);
+}
+
+TEST_F(BiosConnection, ServerThatIsNullCountsAsNone) {
+  Play("fail:ConnectServer(\\\\.\\root\\wmi)=0");
+  EXPECT_EQ(bios.GetReady(), 0);
+  ExpectWarnings({Warning(kServerCall, L"0x80004005")});
+  EXPECT_EQ(com.uninitialized, 1);
+}
+
+TEST_F(BiosConnection, BlanketThatIsRefusedReleasesTheServiceAndLeaves) {
+  const Standin::ImportPatch blanket("CoSetProxyBlanket", &RefuseBlanket);
+  EXPECT_EQ(bios.GetReady(), 0);
+  ExpectWarnings({Warning(L"CoSetProxyBlanket", L"0x80070005")});
+  EXPECT_EQ(com.uninitialized, 1);
+  EXPECT_EQ(LiveObjects(), 0);
+}
+
+TEST_F(BiosConnection, CommandFailsWithoutItAndTheNextOneTriesAgain) {
+  Play("fail:ConnectServer(\\\\.\\root\\wmi)#1=80041001");
+  EXPECT_EQ(Run(), E_FAIL);
+  ExpectWarnings({Warning(kServerCall, L"0x80041001")});
+  EXPECT_EQ(firmware.script().Count("GetObject(zqqBIntM)"), 0);
+
+  EXPECT_EQ(Run(), S_OK);
+  EXPECT_EQ(com.initialized, 2);
+  bios.CloseBiosConnection();
+  EXPECT_EQ(com.uninitialized, 2);
+}
+
+TEST_F(BiosConnection, ComThatCannotBeJoinedIsLoggedAndLeftAllTheSame) {
+  com.initializeResult = RPC_E_CHANGED_MODE;
+  EXPECT_EQ(bios.GetReady(), 1);
+  ExpectWarnings({Warning(L"CoInitializeEx", L"0x80010106")});
+  bios.CloseBiosConnection();
+  EXPECT_EQ(com.uninitialized, 1);
+}
+
+TEST_F(BiosConnection, SecurityThatIsSetAlreadyIsNoWord) {
+  com.securityResult = RPC_E_TOO_LATE;
+  EXPECT_EQ(bios.GetReady(), 1);
+  ExpectWarnings({});
+  bios.CloseBiosConnection();
+}
+
+TEST_F(BiosConnection, SecurityThatFailsIsLoggedAndTheConnectionIsMade) {
+  com.securityResult = Result(0x80070005);
+  EXPECT_EQ(bios.GetReady(), 1);
+  ExpectWarnings({Warning(L"CoInitializeSecurity", L"0x80070005")});
+  bios.CloseBiosConnection();
+}

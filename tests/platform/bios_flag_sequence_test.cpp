@@ -1,0 +1,104 @@
+#include "platform/wmi/bios_flag_sequence.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+using namespace Zq::Gantry::Server::Shared::WMI;
+
+namespace {
+
+struct Sent {
+  int command;
+  std::vector<std::uint8_t> input;
+  std::size_t outputBytes;
+};
+
+/// Answers each command in turn; `first` is the first byte of the answer, -1 writes nothing.
+struct Answer {
+  bool success = true;
+  int first = -1;
+};
+
+class PlayedBios {
+ public:
+  explicit PlayedBios(std::vector<Answer> answers) : answers_(std::move(answers)) {}
+
+  bool ReadFlag() {
+    return ReadPlatformFlag([this](const BiosCommand& command) {
+      const Answer answer = answers_.at(sent.size());
+      sent.push_back(
+          {command.command, {command.input.begin(), command.input.end()}, command.output.size()});
+      if (answer.first >= 0) command.output[0] = static_cast<std::uint8_t>(answer.first);
+      return answer.success;
+    });
+  }
+
+  std::vector<Sent> sent;
+
+ private:
+  std::vector<Answer> answers_;
+};
+
+}  // namespace
+
+TEST(ReadPlatformFlag, SendsWriteReadBackAndFlagInThisOrder) {
+  PlayedBios bios({{}, {true, 7}, {true, 1}});
+  EXPECT_TRUE(bios.ReadFlag());
+  ASSERT_EQ(bios.sent.size(), 3U);
+
+  std::vector<std::uint8_t> written(130, 0);
+  written[0] = 0x0A;
+  written[1] = 0x01;
+  written[2] = 0x07;
+  EXPECT_EQ(bios.sent[0].command, 2);
+  EXPECT_EQ(bios.sent[0].input, written);
+  EXPECT_EQ(bios.sent[0].outputBytes, 0U);
+  EXPECT_EQ(bios.sent[1].command, 1);
+  EXPECT_EQ(bios.sent[1].input, (std::vector<std::uint8_t>{0x0A, 0x01}));
+  EXPECT_EQ(bios.sent[1].outputBytes, 128U);
+  EXPECT_EQ(bios.sent[2].command, 1);
+  EXPECT_EQ(bios.sent[2].input, (std::vector<std::uint8_t>{0x0B, 0x01}));
+  EXPECT_EQ(bios.sent[2].outputBytes, 128U);
+}
+
+TEST(ReadPlatformFlag, FailedWriteEndsIt) {
+  PlayedBios bios({Answer{false}});
+  EXPECT_FALSE(bios.ReadFlag());
+  EXPECT_EQ(bios.sent.size(), 1U);
+}
+
+TEST(ReadPlatformFlag, ReadBackOfSixEndsItBeforeTheFlag) {
+  PlayedBios bios({{}, {true, 6}});
+  EXPECT_FALSE(bios.ReadFlag());
+  EXPECT_EQ(bios.sent.size(), 2U);
+}
+
+TEST(ReadPlatformFlag, FailedReadBackCountsEvenIfItLeftASeven) {
+  PlayedBios bios({{}, {false, 7}});
+  EXPECT_FALSE(bios.ReadFlag());
+  EXPECT_EQ(bios.sent.size(), 2U);
+}
+
+TEST(ReadPlatformFlag, ReadBackThatWritesNothingIsZero) {
+  PlayedBios bios({{}, {true}});
+  EXPECT_FALSE(bios.ReadFlag());
+  EXPECT_EQ(bios.sent.size(), 2U);
+}
+
+TEST(ReadPlatformFlag, OnlyTheLowestBitOfTheFlagCounts) {
+  for (const int first : {1, 3, 0x81, 0xFF}) {
+    EXPECT_TRUE(PlayedBios({{}, {true, 7}, {true, first}}).ReadFlag()) << first;
+  }
+  for (const int first : {0, 2, 0x80, 0xFE}) {
+    EXPECT_FALSE(PlayedBios({{}, {true, 7}, {true, first}}).ReadFlag()) << first;
+  }
+}
+
+TEST(ReadPlatformFlag, FailedFlagReadIsFalse) {
+  EXPECT_FALSE(PlayedBios({{}, {true, 7}, {false, 1}}).ReadFlag());
+}
+
+TEST(ReadPlatformFlag, FlagAnswerThatWritesNothingKeepsTheReadBack) {
+  EXPECT_TRUE(PlayedBios({{}, {true, 7}, {true}}).ReadFlag());
+}

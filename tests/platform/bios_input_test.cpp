@@ -1,0 +1,134 @@
+#include <gtest/gtest.h>
+
+#include <array>
+
+#include "automation_ledger.h"
+#include "platform/wmi/zq_bios_wmi.h"
+#include "platform_calls.h"
+
+using namespace Zq::Gantry::Server::Shared::WMI;
+using namespace Standin::Firmware;
+using TestSupport::AutomationLedger;
+using TestSupport::LogRecord;
+using TestSupport::Result;
+
+namespace {
+
+constexpr std::array<std::uint8_t, 2> kItem{0x0A, 0x01};
+
+class BiosInput : public TestSupport::WmiTest {
+ protected:
+  HRESULT Run(std::uint32_t inputSize, std::uint32_t outputSize) {
+    return bios.ExecuteCommand(1, inputSize, kItem.data(), outputSize, output.data(), &returnCode);
+  }
+  void TearDown() override {
+    bios.CloseBiosConnection();
+    WmiTest::TearDown();
+  }
+
+  ZQBiosWmi bios;
+  std::array<std::uint8_t, 128> output{};
+  std::uint32_t returnCode = 0xEEEEEEEE;
+};
+
+LogRecord CreateWarning(const std::wstring& call, const std::wstring& result) {
+  return TestSupport::Warning(
+      L"class Zq::Gantry::Server::Shared::WMI::ZQBiosWmi.CreateSafeArray - failed on function " +
+          call + L" with HRESULT " + result,
+      L"WattleafService");
+}
+
+}  // namespace
+
+TEST_F(BiosInput, CommandMakesExactlyTheseCalls) {
+  EXPECT_EQ(Run(2, 128), S_OK);
+  const std::vector<std::string> calls = {
+      "CreateInstance",
+      "ConnectServer(\\\\.\\root\\wmi)",
+      "SetBlanket 10,0,3,3,0",
+      "GetObject(zqqBIntM) 0",
+      "GetMethod zqqBIOSInt128",
+      "GetObject(zqqBDataIn) 0",
+      "SpawnInstance(zqqBDataIn)",
+      "Put(Sign) 8209 53454355",
+      "Put(Command) 3 1",
+      "Put(CommandType) 3 69",
+      "Put(Size) 3 2",
+      "Put(zqqBData) 8209 0A01",
+      "SpawnInstance(__PARAMETERS)",
+      "Put(InData) 13",
+      "CreateInstanceEnum ZqqBIntM 48",
+      "Next(ZqqBIntM) 2000 1",
+      "Get(__PATH)",
+      "ExecMethod \\\\NOTEBOOK\\root\\wmi:ZqqBIntM.InstanceName=\"ACPI\\\\PNP0C14\\\\ZQ_0\"|"
+      "zqqBIOSInt128 0",
+      "Get(OutData)",
+      "QueryInterface(OutData)",
+      "Get(rwReturnCode)",
+      "Get(Data)",
+  };
+  EXPECT_EQ(firmware.script().Trace(), calls);
+  EXPECT_TRUE(log.Records().empty());
+}
+
+TEST_F(BiosInput, FirmwareReceivesTheCommandAsGiven) {
+  EXPECT_EQ(Run(2, 128), S_OK);
+  const auto received = firmware.machine().Received();
+  ASSERT_EQ(received.size(), 1U);
+  EXPECT_EQ(received[0].sign, "SECU");
+  EXPECT_EQ(received[0].command, 1);
+  EXPECT_EQ(received[0].commandType, 0x45);
+  EXPECT_EQ(received[0].size, 2);
+  EXPECT_EQ(received[0].data, (std::vector<std::uint8_t>{0x0A, 0x01}));
+  EXPECT_EQ(returnCode, 0U);
+}
+
+TEST_F(BiosInput, SizeZeroPutsANullArray) {
+  EXPECT_EQ(Run(0, 128), S_OK);
+  const auto received = firmware.machine().Received();
+  ASSERT_EQ(received.size(), 1U);
+  EXPECT_EQ(received[0].size, 0);
+  EXPECT_TRUE(received[0].nullData);
+}
+
+TEST_F(BiosInput, NoOutputMeansMethodZeroAndNoRead) {
+  EXPECT_EQ(Run(2, 0), S_OK);
+  EXPECT_EQ(firmware.machine().Received().at(0).method, "zqqBIOSInt0");
+  EXPECT_EQ(firmware.script().Count("Get(rwReturnCode)"), 1);
+  EXPECT_EQ(firmware.script().Count("Get(Data)"), 0);
+}
+
+TEST_F(BiosInput, TextsAndArraysAreGivenBack) {
+  AutomationLedger ledger;
+  EXPECT_EQ(Run(2, 128), S_OK);
+  EXPECT_EQ(ledger.Outstanding(), 0U);
+}
+
+TEST_F(BiosInput, ArrayThatCannotBeMadeEndsTheCommandWithOneWarning) {
+  for (const int vector : {1, 2}) {
+    AutomationLedger ledger;
+    ledger.refusedVector = vector;
+    log.Clear();
+    EXPECT_EQ(Run(2, 128), E_FAIL) << vector;
+    EXPECT_EQ(log.Records(),
+              std::vector<LogRecord>{CreateWarning(L"SafeArrayCreateVector()", L"0x80004005")});
+    EXPECT_EQ(ledger.Outstanding(), 0U);
+  }
+}
+
+TEST_F(BiosInput, ByteThatCannotBePutEndsTheCommandWithOneWarning) {
+  AutomationLedger ledger;
+  ledger.putElementResult = Result(0x8007000E);
+  EXPECT_EQ(Run(2, 128), Result(0x8007000E));
+  EXPECT_EQ(log.Records(),
+            std::vector<LogRecord>{CreateWarning(L"SafeArrayPutElement()", L"0x8007000e")});
+  EXPECT_EQ(ledger.Outstanding(), 0U);
+}
+
+TEST_F(BiosInput, ArrayOfNoBytesStandsEmpty) {
+  SAFEARRAY* array = nullptr;
+  EXPECT_EQ(bios.CreateSafeArray(&array, nullptr, 0), S_OK);
+  ASSERT_NE(array, nullptr);
+  EXPECT_EQ(array->rgsabound[0].cElements, 0U);
+  SafeArrayDestroy(array);
+}

@@ -1,0 +1,140 @@
+#include <gtest/gtest.h>
+
+#include <future>
+#include <thread>
+
+#include "collection/wattleaf_helper.h"
+#include "platform_calls.h"
+
+using Zq::Gantry::Server::Services::Wattleaf::WattleafHelper;
+using namespace Standin::Firmware;
+
+namespace {
+
+class Helper : public WattleafHelper {
+ public:
+  using WattleafHelper::PlatformSupportState;
+};
+
+class PlatformSupport : public TestSupport::WmiTest {
+ protected:
+  int Decide(const std::string& words) {
+    Play(words);
+    Helper fresh;
+    const int state = fresh.IsPlatformSupported();
+    EXPECT_EQ(fresh.PlatformSupportState, state);
+    return state;
+  }
+
+  Helper helper;
+};
+
+}  // namespace
+
+TEST_F(PlatformSupport, IsUndecidedAtFirst) { EXPECT_EQ(helper.PlatformSupportState, -2); }
+
+TEST_F(PlatformSupport, FlagAndMarkerAreSupported) {
+  EXPECT_EQ(Decide(""), 1);
+  EXPECT_TRUE(log.Records().empty());
+}
+
+TEST_F(PlatformSupport, MarkerMayGoOn) { EXPECT_EQ(Decide("marker-goes-on"), 1); }
+
+TEST_F(PlatformSupport, ClearFlagIsNotSupportedAndTheTextsAreNotRead) {
+  EXPECT_EQ(Decide("flag-clear"), 0);
+  EXPECT_EQ(firmware.script().Count("ConnectServer(ROOT\\CIMV2)"), 0);
+}
+
+TEST_F(PlatformSupport, MissingMarkerNeedsFirmware) {
+  EXPECT_EQ(Decide("no-marker"), -1);
+  EXPECT_EQ(Decide("marker-lower-case"), -1);
+  EXPECT_TRUE(log.Records().empty());
+}
+
+TEST_F(PlatformSupport, FailingQueryNeedsFirmware) {
+  EXPECT_EQ(Decide("no-system-namespace"), -1);
+  EXPECT_EQ(log.Records().size(), 1U);
+}
+
+TEST_F(PlatformSupport, ReadBackOfSixIsNotSupportedAndTheFlagIsNotRead) {
+  EXPECT_EQ(Decide("reads-six"), 0);
+  EXPECT_EQ(firmware.machine().Received().size(), 2U);
+}
+
+TEST_F(PlatformSupport, FirmwareOutOfReachIsNotSupported) {
+  EXPECT_EQ(Decide("no-firmware-namespace"), 0);
+  EXPECT_EQ(Decide("no-class"), 0);
+  EXPECT_EQ(Decide("drops-write"), 0);
+}
+
+TEST_F(PlatformSupport, SecondQuestionMakesNoCall) {
+  for (const char* words : {"flag-clear", "no-marker", ""}) {
+    Play(words);
+    Helper fresh;
+    const int first = fresh.IsPlatformSupported();
+    const auto calls = firmware.script().Trace();
+    EXPECT_EQ(fresh.IsPlatformSupported(), first) << words;
+    EXPECT_EQ(firmware.script().Trace(), calls) << words;
+  }
+}
+
+TEST_F(PlatformSupport, StateThatTheCollectorSetIsNotProbed) {
+  for (const int verdict : {1, 0, -1}) {
+    helper.PlatformSupportState = verdict;
+    EXPECT_EQ(helper.IsPlatformSupported(), verdict);
+  }
+  EXPECT_TRUE(firmware.script().Trace().empty());
+}
+
+TEST_F(PlatformSupport, SlowProbeDoesNotOverwriteTheCollectorsVerdict) {
+  for (const int verdict : {0, -1}) {
+    Play("");
+    Helper fresh;
+    firmware.script().During("ExecQuery", [&] { fresh.PlatformSupportState = verdict; });
+    EXPECT_EQ(fresh.IsPlatformSupported(), verdict);
+    EXPECT_EQ(fresh.PlatformSupportState, verdict);
+  }
+}
+
+TEST_F(PlatformSupport, NobodySeesAHalfMadeDecision) {
+  Play("no-marker");
+  int seen = 99;
+  firmware.script().During("ExecQuery", [&] { seen = helper.PlatformSupportState; });
+  EXPECT_EQ(helper.IsPlatformSupported(), -1);
+  EXPECT_EQ(seen, -2);
+}
+
+TEST_F(PlatformSupport, TwoThreadsReachTheSameState) {
+  std::promise<void> start;
+  const std::shared_future<void> started = start.get_future().share();
+  int states[2] = {99, 99};
+  std::thread threads[2];
+  for (int i = 0; i < 2; ++i) {
+    threads[i] = std::thread([this, i, started, &states] {
+      started.wait();
+      states[i] = helper.IsPlatformSupported();
+    });
+  }
+  start.set_value();
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(states[0], 1);
+  EXPECT_EQ(states[1], 1);
+  EXPECT_EQ(helper.PlatformSupportState, 1);
+  EXPECT_TRUE(log.Records().empty());
+}
+
+TEST_F(PlatformSupport, ProbesBesideEachOtherBothRun) {
+  // The second thread asks while the first one is in its first probe.
+  std::thread second;
+  int other = 99;
+  bool begun = false;
+  firmware.script().During("GetObject(zqqBIntM)", [&] {
+    if (begun) return;
+    begun = true;
+    second = std::thread([&] { other = helper.IsPlatformSupported(); });
+    second.join();
+  });
+  EXPECT_EQ(helper.IsPlatformSupported(), 1);
+  EXPECT_EQ(other, 1);
+  EXPECT_EQ(firmware.script().Count("ConnectServer(\\\\.\\root\\wmi)"), 2);
+}

@@ -1,0 +1,159 @@
+#include <gtest/gtest.h>
+
+#include "platform/wmi/public_wmi.h"
+#include "platform_calls.h"
+#include "variants.h"
+
+using namespace Zq::Gantry::Server::Shared::WMI;
+using namespace Standin::Firmware;
+using TestSupport::LogRecord;
+using TestSupport::PlayedCom;
+using TestSupport::Result;
+
+namespace {
+
+LogRecord Warning(const std::wstring& functionAndCall, const std::wstring& result) {
+  return TestSupport::Warning(L"class Zq::Gantry::Server::Shared::WMI::PublicWmi." +
+                              functionAndCall + L" with HRESULT " + result);
+}
+
+class PublicWmiFailures : public TestSupport::WmiTest {
+ protected:
+  PublicWmiFailures() { document.SetObject(); }
+
+  /// One failing call: status, the one warning, nothing stored, and COM left again.
+  void ExpectFailure(std::uint32_t status, const LogRecord& warning) {
+    PlayedCom com;
+    EXPECT_EQ(PublicWmi().GetPropertyValue(document), status);
+    EXPECT_EQ(log.Records(), std::vector<LogRecord>{warning});
+    EXPECT_FALSE(document.HasMember(L"result"));
+    EXPECT_EQ(com.initialized, 1);
+    EXPECT_EQ(com.uninitialized, 1);
+  }
+
+  WideDocument document;
+};
+
+const std::wstring kLocatorCall = L"ConnectToWmi - failed on function CoCreateInstance";
+const std::wstring kServerCall =
+    L"ConnectToWmi - failed on function IWbemLocator->ConnectServer(WmiNamespace)";
+const std::wstring kNextCall = L"GetPropertyValue - failed on function IEnumWbemClassObject->Next";
+const std::wstring kGetCall = L"GetPropertyValue - failed on function IWbemClassObject->Get";
+
+HRESULT WINAPI CreateNothing(REFCLSID, LPUNKNOWN, DWORD, REFIID, LPVOID* object) {
+  *object = nullptr;
+  return S_OK;
+}
+
+HRESULT WINAPI RefuseBlanket(IUnknown*, DWORD, DWORD, OLECHAR*, DWORD, DWORD,
+                             RPC_AUTH_IDENTITY_HANDLE, DWORD) {
+  return Result(0x80070005);
+}
+
+}  // namespace
+
+TEST_F(PublicWmiFailures, NoLocator) {
+  Play("no-locator");
+  ExpectFailure(0x20000002, Warning(kLocatorCall, L"0x80040154"));
+  EXPECT_EQ(firmware.script().Count("CreateInstance"), 1) << "there is no second attempt";
+}
+
+TEST_F(PublicWmiFailures, LocatorThatIsNull) {
+  const Standin::ImportPatch create("CoCreateInstance", &CreateNothing);
+  ExpectFailure(0x20000002, Warning(kLocatorCall, L"0x80004005"));
+}
+
+TEST_F(PublicWmiFailures, NoSuchNamespace) {
+  Play("no-system-namespace");
+  ExpectFailure(0x20000012, Warning(kServerCall, L"0x8004100e"));
+}
+
+TEST_F(PublicWmiFailures, ServerThatRefuses) {
+  Play("fail:ConnectServer(ROOT\\CIMV2)=80070005");
+  ExpectFailure(0x20000002, Warning(kServerCall, L"0x80070005"));
+}
+
+TEST_F(PublicWmiFailures, ServerThatIsNull) {
+  Play("fail:ConnectServer(ROOT\\CIMV2)=0");
+  ExpectFailure(0x20000002, Warning(kServerCall, L"0x80004005"));
+}
+
+TEST_F(PublicWmiFailures, BlanketThatIsRefused) {
+  const Standin::ImportPatch blanket("CoSetProxyBlanket", &RefuseBlanket);
+  ExpectFailure(0x20000002,
+                Warning(L"ConnectToWmi - failed on function CoSetProxyBlanket", L"0x80070005"));
+  EXPECT_EQ(firmware.script().Count("ExecQuery"), 0);
+}
+
+TEST_F(PublicWmiFailures, QueryThatFailsLeavesTheStatus) {
+  for (const char* code : {"80041017", "80041010", "0"}) {
+    Play(std::string("fail:ExecQuery=") + code);
+    log.Clear();
+    const std::wstring text = *code == '0' ? L"0x80004005" : L"0x" + std::wstring(code, code + 8);
+    ExpectFailure(0x20000002,
+                  Warning(L"EnumClassObject - failed on function IWbemServices->ExecQuery", text));
+  }
+}
+
+TEST_F(PublicWmiFailures, InvalidClassIsToldByNext) {
+  Play("invalid-class");
+  ExpectFailure(0x2000000F, Warning(kNextCall, L"0x80041010"));
+}
+
+TEST_F(PublicWmiFailures, InvalidQueryIsToldByNext) {
+  Play("invalid-query");
+  ExpectFailure(0x20000010, Warning(kNextCall, L"0x80041017"));
+}
+
+TEST_F(PublicWmiFailures, OtherFailuresOfNextLeaveTheStatus) {
+  Play("fail:Next(Win32_ComputerSystem)=80041001");
+  ExpectFailure(0x20000002, Warning(kNextCall, L"0x80041001"));
+}
+
+TEST_F(PublicWmiFailures, NextAfterAStoredValueKeepsItsStatusWithoutAMember) {
+  Play("fail:Next(Win32_ComputerSystem)#2=80041001");
+  ExpectFailure(0, Warning(kNextCall, L"0x80041001"));
+}
+
+TEST_F(PublicWmiFailures, MissingPropertyHasItsOwnStatus) {
+  Play("oem-missing");
+  ExpectFailure(0x2000000D, Warning(kGetCall, L"0x80041002"));
+}
+
+TEST_F(PublicWmiFailures, OtherFailuresOfGetLeaveTheStatus) {
+  Play("fail:Get(OEMStringArray)=80041001");
+  ExpectFailure(0x20000002, Warning(kGetCall, L"0x80041001"));
+}
+
+TEST_F(PublicWmiFailures, GetAfterAStoredValueKeepsItsStatusWithoutAMember) {
+  Play("two-computer-systems,fail:Get(OEMStringArray)#2=80041001");
+  ExpectFailure(0, Warning(kGetCall, L"0x80041001"));
+}
+
+TEST_F(PublicWmiFailures, ComThatCannotBeJoinedIsLoggedAndLeftAllTheSame) {
+  PlayedCom com;
+  com.initializeResult = RPC_E_CHANGED_MODE;
+  EXPECT_EQ(PublicWmi().GetPropertyValue(document), 0U);
+  EXPECT_EQ(log.Records(),
+            std::vector<LogRecord>{
+                Warning(L"GetPropertyValue - failed on function CoInitializeEx", L"0x80010106")});
+  EXPECT_TRUE(document.HasMember(L"result"));
+  EXPECT_EQ(com.uninitialized, 1);
+}
+
+TEST_F(PublicWmiFailures, SecurityThatIsSetAlreadyIsNoWord) {
+  PlayedCom com;
+  com.securityResult = RPC_E_TOO_LATE;
+  EXPECT_EQ(PublicWmi().GetPropertyValue(document), 0U);
+  EXPECT_TRUE(log.Records().empty());
+}
+
+TEST_F(PublicWmiFailures, SecurityThatFailsIsLoggedAndTheReadGoesOn) {
+  PlayedCom com;
+  com.securityResult = Result(0x80070005);
+  EXPECT_EQ(PublicWmi().GetPropertyValue(document), 0U);
+  EXPECT_EQ(log.Records(),
+            std::vector<LogRecord>{
+                Warning(L"ConnectToWmi - failed on function CoInitializeSecurity", L"0x80070005")});
+  EXPECT_TRUE(document.HasMember(L"result"));
+}

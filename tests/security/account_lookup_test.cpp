@@ -1,0 +1,123 @@
+#include <windows.h>
+
+#include <gmock/gmock.h>
+
+#include "security/played_access_lists.h"
+#include "security/trust/zq_authenticode_helper.h"
+#include "support/log_capture.h"
+
+// What the look-up of an entry's account is told and what becomes of its failures: oddities of the
+// ownership test that are kept, since they decide which access lists pass.
+namespace Zq::Gantry::Security {
+namespace {
+
+using testing::ElementsAre;
+using testing::Pair;
+using TestSupport::AccessList;
+using TestSupport::EveryoneId;
+using TestSupport::PlayedAccessLists;
+using TestSupport::SystemId;
+using TestSupport::TrustedInstallerId;
+
+constexpr DWORD kFullControl = 0x10000000;
+
+class AccountLookup : public testing::Test {
+ protected:
+  bool Check(AccessList& list) {
+    played_.list = list.Get();
+    return ZQAuthenticodeHelper::CheckForFullConrolByTrustedInstallAndSystem(L"D:\\WindowsApps");
+  }
+
+  /// Characters that each look-up was told that name and domain may take.
+  std::vector<std::pair<DWORD, DWORD>> ToldSizes() const {
+    std::vector<std::pair<DWORD, DWORD>> sizes;
+    for (const auto& lookup : played_.lookups) {
+      sizes.emplace_back(lookup.nameChars, lookup.domainChars);
+    }
+    return sizes;
+  }
+
+  PlayedAccessLists played_;
+};
+
+TEST_F(AccountLookup, AsksTheLocalMachine) {
+  AccessList list;
+  Check(list.Allow(SystemId(), kFullControl));
+  ASSERT_EQ(played_.lookups.size(), 1U);
+  EXPECT_TRUE(played_.lookups[0].onLocalMachine);
+}
+
+TEST_F(AccountLookup, TheFirstIsToldThatItsBuffersHoldNothing) {
+  AccessList list;
+  EXPECT_FALSE(
+      Check(list.Allow(TrustedInstallerId(), kFullControl).Allow(SystemId(), kFullControl)));
+  // TrustedInstaller asks for 16 + 1 and "NT SERVICE" for 10 + 1; that is too little for
+  // "NT AUTHORITY", which takes 12 + 1.
+  EXPECT_THAT(ToldSizes(), ElementsAre(Pair(0U, 0U), Pair(17U, 11U)));
+}
+
+TEST_F(AccountLookup, EachIsToldTheSizesThatTheOneBeforeLeft) {
+  AccessList list;
+  EXPECT_TRUE(Check(list.Allow(TrustedInstallerId(), kFullControl)
+                        .Allow(TrustedInstallerId(), kFullControl)
+                        .Allow(SystemId(), kFullControl)
+                        .Allow(SystemId(), kFullControl)));
+  // A success leaves the lengths without terminator.
+  EXPECT_THAT(ToldSizes(),
+              ElementsAre(Pair(0U, 0U), Pair(17U, 11U), Pair(16U, 10U), Pair(7U, 13U)));
+}
+
+TEST_F(AccountLookup, SizesStartAnewForEachCall) {
+  AccessList list;
+  list.Allow(SystemId(), kFullControl).Allow(SystemId(), kFullControl);
+  Check(list);
+  Check(list);
+  EXPECT_THAT(ToldSizes(), ElementsAre(Pair(0U, 0U), Pair(7U, 13U), Pair(0U, 0U), Pair(7U, 13U)));
+}
+
+TEST_F(AccountLookup, TakesPlaceForEntriesWithoutFullControlToo) {
+  AccessList list;
+  EXPECT_TRUE(Check(list.Allow(TrustedInstallerId(), 0)
+                        .Allow(TrustedInstallerId(), kFullControl)
+                        .Allow(SystemId(), 0)
+                        .Allow(SystemId(), kFullControl)));
+  EXPECT_EQ(played_.lookups.size(), 4U);
+}
+
+TEST_F(AccountLookup, AFailedOneLeavesTheAccountOfTheEntryBefore) {
+  AccessList list;
+  // Everyone is unknown here: with full control, it passes for SYSTEM, whose entry has none.
+  played_.accounts.pop_back();
+  EXPECT_TRUE(Check(list.Allow(TrustedInstallerId(), kFullControl)
+                        .Allow(TrustedInstallerId(), kFullControl)
+                        .Allow(SystemId(), 0)
+                        .Allow(SystemId(), 0)
+                        .Allow(EveryoneId(), kFullControl)));
+}
+
+TEST_F(AccountLookup, StartsFromEmptyNames) {
+  // No look-up ever writes a name.
+  played_.accounts.clear();
+  AccessList list;
+  EXPECT_FALSE(
+      Check(list.Allow(TrustedInstallerId(), kFullControl).Allow(SystemId(), kFullControl)));
+}
+
+TEST_F(AccountLookup, IsNeverToldMoreThanItsBuffersHold) {
+  played_.neededChars = 0xFFFFFFFF;
+  AccessList list;
+  EXPECT_FALSE(Check(list.Allow(EveryoneId(), kFullControl)
+                         .Allow(EveryoneId(), kFullControl)
+                         .Allow(EveryoneId(), kFullControl)));
+  EXPECT_THAT(ToldSizes(), ElementsAre(Pair(0U, 0U), Pair(1024U, 1024U), Pair(1024U, 1024U)));
+}
+
+TEST_F(AccountLookup, ALongNameIsWholeAndNoOtherAccounts) {
+  played_.accounts.back().name = std::wstring(1000, L'n');
+  AccessList list;
+  EXPECT_FALSE(Check(list.Allow(EveryoneId(), kFullControl).Allow(EveryoneId(), kFullControl)));
+  EXPECT_THAT(ToldSizes(), ElementsAre(Pair(0U, 0U), Pair(1001U, 1U)));
+}
+
+}  // namespace
+}  // namespace Zq::Gantry::Security

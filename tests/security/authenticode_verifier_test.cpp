@@ -1,0 +1,242 @@
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+#include "played_catalogs.h"
+#include "played_trust.h"
+#include "security/trust/zq_authenticode_helper.h"
+#include "support/temp_folder.h"
+
+using namespace TestSupport;
+using namespace Zq::Gantry::Security;
+using Helper = ZQAuthenticodeHelper;
+
+namespace {
+
+constexpr LONG kExpired = static_cast<LONG>(0x800B0101);
+constexpr LONG kUnknownRoot = static_cast<LONG>(0x800B0109);
+constexpr LONG kBadDigest = static_cast<LONG>(0x80096010);
+
+const wchar_t* const kPath = L"C:\\folder\\file.dll";
+
+PlayedSignature Signature(LONG verdict, std::uint8_t lastKeyByte) {
+  PlayedSignature signature;
+  signature.verdict = verdict;
+  signature.key = {0x30, lastKeyByte};
+  return signature;
+}
+
+std::vector<DWORD> IndexesOf(const std::vector<TrustCall>& calls) {
+  std::vector<DWORD> indexes;
+  for (const TrustCall& call : calls) indexes.push_back(call.index);
+  return indexes;
+}
+
+std::vector<std::string> KeysOf(const SignatureList& signatures) {
+  std::vector<std::string> keys;
+  for (const SignerDescriptor& signature : signatures) keys.push_back(signature.publicKey);
+  return keys;
+}
+
+}  // namespace
+
+TEST(GetSignatures, ANullPathHasNoSignaturesAndAsksNothing) {
+  PlayedTrust trust;
+  PlayedCatalogs catalogs;
+  EXPECT_TRUE(Helper::GetSignatures(nullptr, false).empty());
+  EXPECT_TRUE(Helper::GetSignatures(nullptr, true).empty());
+  EXPECT_TRUE(trust.calls.empty());
+  EXPECT_TRUE(catalogs.calls.empty());
+}
+
+TEST(GetSignatures, AsksForAnEmbeddedSignatureAsWindowsDocumentsIt) {
+  PlayedTrust trust;
+  trust.embedded = {Signature(0, 1)};
+  (void)Helper::GetSignatures(kPath, false);
+
+  ASSERT_EQ(trust.calls.size(), 2u);
+  const TrustCall& call = trust.calls[0];
+  EXPECT_FALSE(call.hasWindow);
+  const GUID genericVerify2 = {
+      0x00AAC56B, 0xCD44, 0x11D0, {0x8C, 0xC2, 0x00, 0xC0, 0x4F, 0xC2, 0x95, 0xEE}};
+  EXPECT_TRUE(IsEqualGUID(call.action, genericVerify2));
+  EXPECT_EQ(call.dataSize, 88u);
+  EXPECT_EQ(call.ui, 2u);
+  EXPECT_EQ(call.revocation, 0u);
+  EXPECT_EQ(call.choice, 1u);
+  EXPECT_EQ(call.stateAction, 1u);
+  EXPECT_FALSE(call.hasState);
+  EXPECT_EQ(call.fileInfoSize, 32u);
+  EXPECT_EQ(call.path, kPath);
+  EXPECT_FALSE(call.hasFileHandle);
+  EXPECT_FALSE(call.hasKnownSubject);
+}
+
+TEST(GetSignatures, HangsSignatureSettingsOnEachVerification) {
+  PlayedTrust trust;
+  trust.embedded = {Signature(0, 1), Signature(0, 2)};
+  (void)Helper::GetSignatures(kPath, false);
+  for (const TrustCall& call : trust.calls) {
+    EXPECT_EQ(call.settingsSize, 32u);
+    EXPECT_EQ(call.flags, 3u);
+  }
+}
+
+TEST(GetSignatures, VisitsThePrimaryAndAllNestedSignatures) {
+  PlayedTrust trust;
+  trust.embedded = {Signature(0, 1), Signature(0, 2), Signature(0, 3)};
+  const SignatureList signatures = Helper::GetSignatures(kPath, false);
+  EXPECT_EQ(IndexesOf(trust.VerifyCalls()), (std::vector<DWORD>{0, 1, 2}));
+  EXPECT_EQ(KeysOf(signatures), (std::vector<std::string>{"30 01", "30 02", "30 03"}));
+}
+
+TEST(GetSignatures, ClosesEachStateBeforeTheNextVerification) {
+  PlayedTrust trust;
+  trust.embedded = {Signature(0, 1), Signature(kBadDigest, 2), Signature(0, 3)};
+  (void)Helper::GetSignatures(kPath, false);
+
+  ASSERT_EQ(trust.calls.size(), 6u);
+  for (std::size_t i = 0; i < 6; i += 2) {
+    EXPECT_EQ(trust.calls[i].stateAction, 1u);
+    EXPECT_FALSE(trust.calls[i].hasState) << "the handle is cleared after the close";
+    EXPECT_EQ(trust.calls[i + 1].stateAction, 2u);
+    EXPECT_TRUE(trust.calls[i + 1].hasState);
+  }
+  EXPECT_EQ(trust.openStates, 0);
+}
+
+TEST(GetSignatures, ClosesTheStateWhenReadingTheSignerThrows) {
+  PlayedTrust trust;
+  trust.embedded = {Signature(0, 1)};
+  trust.embedded[0].key.clear();
+  EXPECT_THROW((void)Helper::GetSignatures(kPath, false), std::out_of_range);
+  EXPECT_EQ(trust.CloseCalls().size(), 1u);
+  EXPECT_EQ(trust.openStates, 0);
+}
+
+TEST(GetSignatures, ListsTheThreeVerdictsWithTheirValues) {
+  PlayedTrust trust;
+  trust.embedded = {Signature(0, 1), Signature(kExpired, 2), Signature(kUnknownRoot, 3)};
+  const SignatureList signatures = Helper::GetSignatures(kPath, false);
+  ASSERT_EQ(signatures.size(), 3u);
+  EXPECT_EQ(signatures[0].verifyResult, 0u);
+  EXPECT_EQ(signatures[1].verifyResult, 0x800B0101u);
+  EXPECT_EQ(signatures[2].verifyResult, 0x800B0109u);
+}
+
+TEST(GetSignatures, AnotherVerdictAddsNothingAndDoesNotEndTheLoop) {
+  PlayedTrust trust;
+  trust.embedded = {Signature(kBadDigest, 1), Signature(1, 2), Signature(0, 3)};
+  EXPECT_EQ(KeysOf(Helper::GetSignatures(kPath, false)), (std::vector<std::string>{"30 03"}));
+  EXPECT_EQ(trust.VerifyCalls().size(), 3u);
+}
+
+TEST(GetSignatures, StopsByTheCountThatTheLastVerificationLeft) {
+  PlayedTrust trust;
+  trust.embedded = {Signature(0, 1)};
+  trust.secondaryCounts = std::vector<DWORD>{5, 5, 2};
+  (void)Helper::GetSignatures(kPath, false);
+  EXPECT_EQ(IndexesOf(trust.VerifyCalls()), (std::vector<DWORD>{0, 1, 2}));
+}
+
+TEST(GetSignatures, KeepsTheCountWhereALaterVerificationWritesNone) {
+  PlayedTrust trust;
+  trust.embedded = {Signature(0, 1)};
+  trust.secondaryCounts = std::vector<DWORD>{2};
+  (void)Helper::GetSignatures(kPath, false);
+  EXPECT_EQ(IndexesOf(trust.VerifyCalls()), (std::vector<DWORD>{0, 1, 2}));
+}
+
+TEST(GetSignatures, EndsAtSixtyFourForAMadeUpCount) {
+  PlayedTrust trust;
+  trust.embedded = {Signature(0, 1)};
+  trust.secondaryCounts = std::vector<DWORD>{0xFFFFFFFF};
+  EXPECT_EQ(Helper::GetSignatures(kPath, false).size(), 64u);
+  EXPECT_EQ(trust.VerifyCalls().size(), 64u);
+  EXPECT_EQ(trust.CloseCalls().size(), 64u);
+  EXPECT_EQ(trust.openStates, 0);
+}
+
+TEST(GetSignatures, AsksOnceForAFileWithoutSignature) {
+  PlayedTrust trust;
+  EXPECT_TRUE(Helper::GetSignatures(kPath, false).empty());
+  EXPECT_EQ(IndexesOf(trust.VerifyCalls()), (std::vector<DWORD>{0}));
+  EXPECT_EQ(trust.CloseCalls().size(), 1u);
+}
+
+TEST(GetSignatures, VerifiesThroughACatalogInTheSameLoop) {
+  const TempFolder folder;
+  const std::wstring path = folder.File(L"listed.exe");
+  WriteWholeFile(path, "content");
+  PlayedTrust trust;
+  trust.byCatalog = {Signature(0, 1), Signature(kUnknownRoot, 2)};
+  PlayedCatalogs catalogs;
+  catalogs.catalogs = {L"C:\\catalogs\\first.cat", L"C:\\catalogs\\second.cat"};
+
+  const SignatureList signatures = Helper::GetSignatures(path.c_str(), true);
+
+  EXPECT_EQ(KeysOf(signatures), (std::vector<std::string>{"30 01", "30 02"}));
+  ASSERT_EQ(trust.calls.size(), 4u);
+  for (const TrustCall& call : trust.calls) {
+    EXPECT_EQ(call.dataSize, 88u);
+    EXPECT_EQ(call.choice, 2u);
+    EXPECT_EQ(call.settingsSize, 32u);
+    EXPECT_EQ(call.flags, 3u);
+    EXPECT_EQ(call.catalogPath, L"C:\\catalogs\\first.cat");
+    EXPECT_EQ(call.memberPath, path);
+  }
+}
+
+TEST(GetSignatures, ReleasesTheCatalogContextAfterTheLastVerification) {
+  const TempFolder folder;
+  const std::wstring path = folder.File(L"listed.exe");
+  WriteWholeFile(path, "content");
+  PlayedTrust trust;
+  trust.byCatalog = {Signature(0, 1)};
+  PlayedCatalogs catalogs;
+  catalogs.catalogs = {L"C:\\catalogs\\first.cat"};
+
+  (void)Helper::GetSignatures(path.c_str(), true);
+  EXPECT_EQ(catalogs.calls.back(), "release context");
+  EXPECT_EQ(catalogs.openContexts, 0);
+  EXPECT_EQ(catalogs.openCatalogs, 0);
+
+  trust.byCatalog[0].key.clear();
+  EXPECT_THROW((void)Helper::GetSignatures(path.c_str(), true), std::out_of_range);
+  EXPECT_EQ(catalogs.openContexts, 0);
+  EXPECT_EQ(trust.openStates, 0);
+}
+
+TEST(GetSignatures, VerifiesNothingWhereNoCatalogKnowsTheFile) {
+  const TempFolder folder;
+  const std::wstring path = folder.File(L"plain.exe");
+  WriteWholeFile(path, "content");
+  PlayedTrust trust;
+  trust.byCatalog = {Signature(0, 1)};
+  PlayedCatalogs catalogs;
+  EXPECT_TRUE(Helper::GetSignatures(path.c_str(), true).empty());
+  EXPECT_EQ(catalogs.Count("enum"), 1);
+  EXPECT_TRUE(trust.calls.empty());
+}
+
+TEST(GetAllSignatures, ListsCatalogSignaturesBeforeEmbeddedOnes) {
+  const TempFolder folder;
+  const std::wstring path = folder.File(L"listed.exe");
+  WriteWholeFile(path, "content");
+  PlayedTrust trust;
+  trust.byCatalog = {Signature(0, 1), Signature(0, 2)};
+  trust.embedded = {Signature(0, 3), Signature(0, 4)};
+  PlayedCatalogs catalogs;
+  catalogs.catalogs = {L"C:\\catalogs\\first.cat"};
+  EXPECT_EQ(KeysOf(Helper::GetAllSignatures(path.c_str())),
+            (std::vector<std::string>{"30 01", "30 02", "30 03", "30 04"}));
+}
+
+TEST(GetAllSignatures, CallsForTheSameFileMayRunOneAfterTheOtherWithoutMemory) {
+  PlayedTrust trust;
+  PlayedCatalogs catalogs;
+  trust.embedded = {Signature(0, 1)};
+  EXPECT_EQ(Helper::GetAllSignatures(kPath).size(), 1u);
+  trust.embedded.clear();
+  EXPECT_TRUE(Helper::GetAllSignatures(kPath).empty());
+}

@@ -1,0 +1,84 @@
+#include "platform/win32/catalog_owners.h"
+
+#include <gtest/gtest.h>
+
+#include <utility>
+
+#include "played_catalogs.h"
+
+using namespace TestSupport;
+using namespace Zq::Gantry::Platform;
+
+namespace {
+
+UniqueCatalogAdmin NewContext() {
+  UniqueCatalogAdmin admin;
+  CryptCATAdminAcquireContext2(admin.out(), nullptr, L"SHA256", nullptr, 0);
+  return admin;
+}
+
+UniqueCatalog NewCatalog(const UniqueCatalogAdmin& admin) {
+  BYTE hash[32] = {};
+  return UniqueCatalog(
+      {admin.get(), CryptCATAdminEnumCatalogFromHash(admin.get(), hash, sizeof(hash), 0, nullptr)});
+}
+
+class CatalogOwners : public testing::Test {
+ protected:
+  CatalogOwners() { catalogs_.catalogs = {L"C:\\catalogs\\first.cat"}; }
+  PlayedCatalogs catalogs_;
+};
+
+}  // namespace
+
+TEST_F(CatalogOwners, AContextIsReleasedOnceAlsoAfterAMove) {
+  {
+    UniqueCatalogAdmin first = NewContext();
+    EXPECT_TRUE(static_cast<bool>(first));
+    const UniqueCatalogAdmin second = std::move(first);
+    EXPECT_EQ(catalogs_.Count("release context"), 0);
+  }
+  EXPECT_EQ(catalogs_.Count("release context"), 1);
+}
+
+TEST_F(CatalogOwners, AContextIsReleasedByResetAndNotAfterRelease) {
+  UniqueCatalogAdmin admin = NewContext();
+  admin.reset();
+  EXPECT_EQ(catalogs_.Count("release context"), 1);
+  admin = NewContext();
+  const HCATADMIN given = admin.release();
+  EXPECT_NE(given, nullptr);
+  admin.reset();
+  EXPECT_EQ(catalogs_.Count("release context"), 1);
+}
+
+TEST_F(CatalogOwners, ACatalogIsReleasedOnceAndBeforeItsContext) {
+  {
+    const UniqueCatalogAdmin admin = NewContext();
+    UniqueCatalog first = NewCatalog(admin);
+    EXPECT_TRUE(static_cast<bool>(first));
+    const UniqueCatalog second = std::move(first);
+    EXPECT_FALSE(static_cast<bool>(first));
+  }
+  EXPECT_EQ(catalogs_.calls,
+            (std::vector<std::string>{"acquire", "enum", "release catalog", "release context"}));
+}
+
+TEST_F(CatalogOwners, NoCatalogIsNothingToRelease) {
+  catalogs_.catalogs.clear();
+  const UniqueCatalogAdmin admin = NewContext();
+  {
+    const UniqueCatalog catalog = NewCatalog(admin);
+    EXPECT_FALSE(static_cast<bool>(catalog));
+  }
+  EXPECT_EQ(catalogs_.Count("release catalog"), 0);
+}
+
+TEST_F(CatalogOwners, AReleaseKeepsTheLastError) {
+  UniqueCatalogAdmin admin = NewContext();
+  UniqueCatalog catalog = NewCatalog(admin);
+  SetLastError(77);
+  catalog.reset();
+  admin.reset();
+  EXPECT_EQ(GetLastError(), 77u);
+}

@@ -1,0 +1,218 @@
+#include <windows.h>
+
+#include <algorithm>
+#include <cstring>
+
+#include <gmock/gmock.h>
+
+#include "security/played_path_calls.h"
+#include "security/trust/util_helper.h"
+#include "support/log_capture.h"
+
+// The expansion on a thread that serves a client: whose process, whose token, whose variables.
+namespace Zq::Gantry::Server::Services {
+namespace {
+
+using Standin::ImportPatch;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+using TestSupport::ExpansionFailure;
+using TestSupport::Info;
+using TestSupport::LogCapture;
+using TestSupport::PlayedRpcQuery;
+using TestSupport::Warning;
+
+constexpr wchar_t kComponent[] = L"WattleafService";
+constexpr DWORD kClient = 4321;
+
+HANDLE ProcessHandle() { return reinterpret_cast<HANDLE>(0x1111); }
+HANDLE TokenHandle() { return reinterpret_cast<HANDLE>(0x2222); }
+
+/// What the played calls answer, and what they were asked.
+struct Calls {
+  HANDLE process = ProcessHandle();
+  HANDLE token = TokenHandle();
+  BOOL tokenResult = TRUE;
+  BOOL expandResult = TRUE;
+  std::wstring expansion = L"C:\\Client\\a.exe";
+
+  std::vector<DWORD> opened;  // access, inherit, process id
+  std::vector<HANDLE> tokenOf;
+  DWORD tokenAccess = 0;
+  std::vector<HANDLE> expandedFor;
+  std::vector<std::wstring> expandedTexts;
+  DWORD expandChars = 0;  // of the first time
+  std::vector<HANDLE> closed;
+};
+
+Calls* calls = nullptr;
+
+HANDLE WINAPI PlayOpenProcess(DWORD access, BOOL inherit, DWORD process) {
+  calls->opened.insert(calls->opened.end(), {access, static_cast<DWORD>(inherit), process});
+  SetLastError(87);
+  return calls->process;
+}
+
+BOOL WINAPI PlayOpenProcessToken(HANDLE process, DWORD access, HANDLE* token) {
+  calls->tokenOf.push_back(process);
+  calls->tokenAccess = access;
+  if (calls->token != nullptr) *token = calls->token;
+  SetLastError(6);
+  return calls->tokenResult;
+}
+
+/// As the system does it: cuts what does not fit, and reports a success.
+BOOL WINAPI PlayExpandForUser(HANDLE token, LPCWSTR text, LPWSTR result, DWORD chars) {
+  if (calls->expandedFor.empty()) calls->expandChars = chars;
+  calls->expandedFor.push_back(token);
+  calls->expandedTexts.push_back(text);
+  SetLastError(203);
+  if (!calls->expandResult) return FALSE;
+  const std::size_t copied = std::min<std::size_t>(calls->expansion.size(), chars - 1);
+  calls->expansion.copy(result, copied);
+  result[copied] = L'\0';
+  return TRUE;
+}
+
+BOOL WINAPI PlayCloseHandle(HANDLE handle) {
+  calls->closed.push_back(handle);
+  SetLastError(1);  // must not show in a line about an earlier failure
+  return TRUE;
+}
+
+class ClientPath : public testing::Test {
+ protected:
+  ClientPath() { calls = &played_; }
+  ~ClientPath() override { calls = nullptr; }
+
+  std::wstring Expand() { return UtilHelper::GetFullExpandedPath(L"%PLACE%\\a.exe", kComponent); }
+
+  Calls played_;
+  LogCapture log_;
+  PlayedRpcQuery rpc_ = PlayedRpcQuery::ServingClient(kClient);
+
+ private:
+  ImportPatch openProcess_{"OpenProcess", &PlayOpenProcess};
+  ImportPatch openToken_{"OpenProcessToken", &PlayOpenProcessToken};
+  ImportPatch expand_{"ExpandEnvironmentStringsForUserW", &PlayExpandForUser};
+  ImportPatch close_{"CloseHandle", &PlayCloseHandle};
+};
+
+TEST_F(ClientPath, AsksOnceWithVersionThreeForTheProcessIdOnly) {
+  Expand();
+  ASSERT_EQ(rpc_.Questions().size(), 1U);
+  const PlayedRpcQuery::Question& question = rpc_.Questions().front();
+  EXPECT_EQ(question.binding, nullptr);
+  unsigned int version = 0;
+  unsigned int flags = 0;
+  std::memcpy(&version, question.attributes.data(), 4);
+  std::memcpy(&flags, question.attributes.data() + 4, 4);
+  EXPECT_EQ(version, 3U);
+  EXPECT_EQ(flags, 16U);
+  for (std::size_t i = 8; i < 120; ++i) EXPECT_EQ(question.attributes[i], 0) << i;
+}
+
+TEST_F(ClientPath, ExpandsWithTheVariablesOfTheClient) {
+  EXPECT_EQ(Expand(), L"C:\\Client\\a.exe");
+  EXPECT_THAT(played_.opened, ElementsAre(0x1FFFFFU, 0U, kClient));
+  EXPECT_THAT(played_.tokenOf, ElementsAre(ProcessHandle()));
+  EXPECT_EQ(played_.tokenAccess, 0xF01FFU);
+  EXPECT_THAT(played_.expandedFor, ElementsAre(TokenHandle()));
+  EXPECT_THAT(played_.expandedTexts, ElementsAre(L"%PLACE%\\a.exe"));
+  EXPECT_EQ(played_.expandChars, 260U);
+}
+
+TEST_F(ClientPath, WritesNoLineAboutAnExpansionThatWorked) {
+  Expand();
+  EXPECT_THAT(log_.Records(),
+              ElementsAre(Info(L"GetFullPathName: [C:\\Client\\a.exe]", kComponent)));
+}
+
+TEST_F(ClientPath, DoesNotAskForTheVariablesOfTheProcess) {
+  static int asked = 0;
+  const ImportPatch own(
+      "ExpandEnvironmentStringsW", +[](LPCWSTR, LPWSTR, DWORD) -> DWORD { return asked++, 0; });
+  Expand();
+  EXPECT_EQ(asked, 0);
+}
+
+TEST_F(ClientPath, ClosesTokenAndProcess) {
+  Expand();
+  EXPECT_THAT(played_.closed, ElementsAre(TokenHandle(), ProcessHandle()));
+}
+
+TEST_F(ClientPath, IsEmptyWhereTheProcessCannotBeOpened) {
+  for (const HANDLE handle : {HANDLE{nullptr}, INVALID_HANDLE_VALUE}) {
+    played_.process = handle;
+    log_.Clear();
+    EXPECT_EQ(Expand(), L"");
+    ASSERT_EQ(log_.Records().size(), 2U);
+    EXPECT_EQ(log_.Records()[0],
+              Warning(ExpansionFailure(L"process_handle is NULL or INVALID_HANDLE_VALUE", 87),
+                      kComponent));
+    EXPECT_EQ(log_.Records()[1].level, Standin::LogLevel::kWarning);
+  }
+  EXPECT_THAT(played_.tokenOf, IsEmpty());
+  EXPECT_THAT(played_.closed, IsEmpty());
+}
+
+TEST_F(ClientPath, IsEmptyWhereTheTokenCannotBeOpened) {
+  played_.tokenResult = FALSE;
+  for (const HANDLE handle : {HANDLE{nullptr}, INVALID_HANDLE_VALUE}) {
+    played_.token = handle;
+    played_.closed.clear();
+    log_.Clear();
+    EXPECT_EQ(Expand(), L"");
+    // Only the full path of nothing is reported.
+    ASSERT_EQ(log_.Records().size(), 1U);
+    EXPECT_THAT(log_.Records()[0].text, testing::HasSubstr(L"function GetFullPathName with"));
+    EXPECT_THAT(played_.closed, ElementsAre(ProcessHandle()));
+  }
+  EXPECT_THAT(played_.expandedFor, IsEmpty());
+}
+
+TEST_F(ClientPath, UsesATokenThatCameWithAFailure) {
+  played_.tokenResult = FALSE;
+  EXPECT_EQ(Expand(), L"C:\\Client\\a.exe");
+  EXPECT_THAT(played_.closed, ElementsAre(TokenHandle(), ProcessHandle()));
+}
+
+TEST_F(ClientPath, IsEmptyWhereTheExpansionFails) {
+  played_.expandResult = FALSE;
+  EXPECT_EQ(Expand(), L"");
+  ASSERT_EQ(log_.Records().size(), 2U);
+  EXPECT_EQ(log_.Records()[0],
+            Warning(ExpansionFailure(L"ExpandEnvironmentStringsForUser", 203), kComponent));
+  EXPECT_THAT(log_.Records()[1].text, testing::HasSubstr(L"function GetFullPathName with"));
+  EXPECT_THAT(played_.closed, ElementsAre(TokenHandle(), ProcessHandle()));
+}
+
+TEST_F(ClientPath, NeverUsesTheBeginningOfAnExpansionThatWasCut) {
+  played_.expansion = L"C:\\Windows\\" + std::wstring(249, L'w');  // 260 characters
+  EXPECT_EQ(Expand(), L"");
+  ASSERT_EQ(log_.Records().size(), 2U);
+  EXPECT_EQ(log_.Records()[0],
+            Warning(ExpansionFailure(L"ExpandEnvironmentStringsForUser", 203), kComponent));
+}
+
+TEST_F(ClientPath, TakesTheLongestExpansionThatFits) {
+  played_.expansion = L"C:\\Windows\\" + std::wstring(248, L'w');  // 259 characters
+  EXPECT_EQ(Expand(), played_.expansion);
+}
+
+TEST(ClientPathForReal, ExpandsForThisProcessAsItsOwnClient) {
+  const PlayedRpcQuery rpc = PlayedRpcQuery::ServingClient(GetCurrentProcessId());
+  wchar_t windows[MAX_PATH] = {};
+  GetWindowsDirectoryW(windows, MAX_PATH);
+  const std::wstring expected = std::wstring(windows) + L"\\a.exe";
+  const LogCapture log;
+  // Every user has this variable; the case of its value is the machine's choice.
+  const std::wstring path = UtilHelper::GetFullExpandedPath(L"%SystemRoot%\\x\\..\\a.exe", L"");
+  EXPECT_TRUE(UtilHelper::BeginsWith(path, expected) && path.size() == expected.size());
+  EXPECT_EQ(log.Records().size(), 1U);
+}
+
+}  // namespace
+}  // namespace Zq::Gantry::Server::Services

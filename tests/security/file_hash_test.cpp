@@ -1,0 +1,175 @@
+#include <windows.h>
+
+#include <wincrypt.h>
+#include <wintrust.h>
+
+#include <mscat.h>
+
+#include <gtest/gtest.h>
+
+#include <type_traits>
+
+#include "import_patch.h"
+#include "played_catalogs.h"
+#include "security/trust/zq_authenticode_helper.h"
+#include "support/log_capture.h"
+#include "support/temp_folder.h"
+
+using namespace TestSupport;
+using namespace Zq::Gantry::Security;
+using Helper = ZQAuthenticodeHelper;
+
+namespace {
+
+// What CreateFileW was asked for, and how many of its handles are open.
+struct OpenCall {
+  std::wstring path;
+  DWORD access = 0;
+  DWORD share = 0;
+  bool hasSecurity = false;
+  DWORD disposition = 0;
+  DWORD attributes = 0;
+  bool hasTemplate = false;
+};
+
+OpenCall opened;
+HANDLE openedHandle = nullptr;
+int closedCount = 0;
+decltype(&CreateFileW) realCreateFile = nullptr;
+decltype(&CloseHandle) realCloseHandle = nullptr;
+
+HANDLE WINAPI SeenCreateFile(LPCWSTR path, DWORD access, DWORD share,
+                             LPSECURITY_ATTRIBUTES security, DWORD disposition, DWORD attributes,
+                             HANDLE templateFile) {
+  opened = {
+      path, access, share, security != nullptr, disposition, attributes, templateFile != nullptr};
+  openedHandle =
+      realCreateFile(path, access, share, security, disposition, attributes, templateFile);
+  return openedHandle;
+}
+
+BOOL WINAPI SeenCloseHandle(HANDLE handle) {
+  if (handle == openedHandle) ++closedCount;
+  return realCloseHandle(handle);
+}
+
+class CalculateFileHash : public testing::Test {
+ protected:
+  CalculateFileHash() {
+    WriteWholeFile(path_, "content");
+    realCreateFile = create_.Original<std::remove_pointer_t<decltype(&CreateFileW)>>();
+    realCloseHandle = close_.Original<std::remove_pointer_t<decltype(&CloseHandle)>>();
+    closedCount = 0;
+    openedHandle = nullptr;
+  }
+
+  FileHash HashWithOwnContext() { return Helper::CalculateFileHash(path_.c_str(), nullptr); }
+
+  TempFolder folder_;
+  std::wstring path_ = folder_.File(L"hashed.bin");
+  PlayedCatalogs catalogs_;
+  LogCapture log_;
+  Standin::ImportPatch create_{"CreateFileW", &SeenCreateFile};
+  Standin::ImportPatch close_{"CloseHandle", &SeenCloseHandle};
+};
+
+}  // namespace
+
+TEST_F(CalculateFileHash, WritesTheBytesInUpperCaseHexadecimal) {
+  catalogs_.hash = {0x00, 0x09, 0xAB, 0xff};
+  const FileHash hash = HashWithOwnContext();
+  EXPECT_EQ(hash.bytes, (std::vector<std::uint8_t>{0x00, 0x09, 0xAB, 0xff}));
+  EXPECT_EQ(hash.hexText, L"0009ABFF");
+  EXPECT_TRUE(log_.Records().empty());
+}
+
+TEST_F(CalculateFileHash, OpensForReadingWithFullSharingAndCloses) {
+  (void)HashWithOwnContext();
+  EXPECT_EQ(opened.path, path_);
+  EXPECT_EQ(opened.access, 0x80000000u);
+  EXPECT_EQ(opened.share, 7u);
+  EXPECT_FALSE(opened.hasSecurity);
+  EXPECT_EQ(opened.disposition, 3u);
+  EXPECT_EQ(opened.attributes, 0u);
+  EXPECT_FALSE(opened.hasTemplate);
+  EXPECT_EQ(closedCount, 1);
+}
+
+TEST_F(CalculateFileHash, ReleasesItsOwnContextAfterASuccess) {
+  (void)HashWithOwnContext();
+  EXPECT_EQ(catalogs_.calls,
+            (std::vector<std::string>{"acquire", "hash size", "hash", "release context"}));
+}
+
+TEST_F(CalculateFileHash, KeepsItsOwnContextAfterAFailure) {
+  catalogs_.failHash = true;
+  (void)HashWithOwnContext();
+  EXPECT_EQ(catalogs_.Count("release context"), 0);
+  EXPECT_EQ(catalogs_.openContexts, 1);
+  EXPECT_EQ(closedCount, 1) << "the file is closed all the same";
+}
+
+TEST_F(CalculateFileHash, NeitherAcquiresNorReleasesWithAGivenContext) {
+  // A played context is the address that the first acquisition gives.
+  HCATADMIN given = nullptr;
+  ASSERT_TRUE(CryptCATAdminAcquireContext2(&given, nullptr, L"SHA256", nullptr, 0));
+  catalogs_.calls.clear();
+  EXPECT_EQ(Helper::CalculateFileHash(path_.c_str(), given).hexText.size(), 64u);
+  EXPECT_EQ(catalogs_.calls, (std::vector<std::string>{"hash size", "hash"}));
+}
+
+TEST_F(CalculateFileHash, AFailedContextOpensNothingAndWritesNoLine) {
+  catalogs_.failAcquire = true;
+  opened = {};
+  const FileHash hash = HashWithOwnContext();
+  EXPECT_TRUE(hash.bytes.empty());
+  EXPECT_TRUE(hash.hexText.empty());
+  EXPECT_EQ(opened.path, L"");
+  EXPECT_TRUE(log_.Records().empty());
+}
+
+TEST_F(CalculateFileHash, AMissingFileGivesAnEmptyTextWithoutALine) {
+  path_ = folder_.File(L"missing.bin");
+  const FileHash hash = HashWithOwnContext();
+  EXPECT_TRUE(hash.bytes.empty());
+  EXPECT_TRUE(hash.hexText.empty());
+  EXPECT_EQ(catalogs_.Count("hash size"), 0);
+  EXPECT_TRUE(log_.Records().empty());
+}
+
+TEST_F(CalculateFileHash, AHandleThatIsNoDiskFileCountsAsNotOpened) {
+  HANDLE readEnd = nullptr;
+  HANDLE writeEnd = nullptr;
+  const std::wstring name = L"\\\\.\\pipe\\trust-test-" + std::to_wstring(GetCurrentProcessId());
+  writeEnd =
+      CreateNamedPipeW(name.c_str(), PIPE_ACCESS_OUTBOUND, PIPE_TYPE_BYTE, 1, 0, 0, 0, nullptr);
+  ASSERT_NE(writeEnd, INVALID_HANDLE_VALUE);
+  path_ = name;
+  const FileHash hash = HashWithOwnContext();
+  readEnd = openedHandle;
+  EXPECT_NE(readEnd, INVALID_HANDLE_VALUE) << "the pipe itself can be opened";
+  EXPECT_TRUE(hash.hexText.empty());
+  EXPECT_EQ(catalogs_.Count("hash size"), 0);
+  EXPECT_EQ(closedCount, 1);
+  CloseHandle(writeEnd);
+}
+
+TEST_F(CalculateFileHash, ASizeOfZeroIsAFailureWhateverTheCallReturned) {
+  catalogs_.hashSizeZero = true;
+  EXPECT_TRUE(HashWithOwnContext().hexText.empty());
+  EXPECT_EQ(catalogs_.Count("hash"), 0);
+  EXPECT_EQ(closedCount, 1);
+}
+
+TEST_F(CalculateFileHash, ASizeCountsAlsoWhereTheSizeCallSaysFalse) {
+  catalogs_.failHashSizeCall = true;
+  EXPECT_EQ(HashWithOwnContext().hexText.size(), 64u);
+}
+
+TEST_F(CalculateFileHash, AFailedHashLeavesZeroBytesAndAnEmptyText) {
+  catalogs_.failHash = true;
+  const FileHash hash = HashWithOwnContext();
+  EXPECT_EQ(hash.bytes, std::vector<std::uint8_t>(32, 0));
+  EXPECT_TRUE(hash.hexText.empty());
+  EXPECT_TRUE(log_.Records().empty());
+}

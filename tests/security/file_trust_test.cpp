@@ -1,0 +1,173 @@
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "played_catalogs.h"
+#include "played_trust.h"
+#include "security/trust/zq_authenticode_helper.h"
+#include "support/log_capture.h"
+#include "support/temp_folder.h"
+
+using namespace TestSupport;
+using namespace Zq::Gantry::Security;
+using Helper = ZQAuthenticodeHelper;
+
+namespace {
+
+constexpr LONG kExpired = static_cast<LONG>(0x800B0101);
+constexpr LONG kUnknownRoot = static_cast<LONG>(0x800B0109);
+constexpr std::uint8_t kListed = 0x0a;
+constexpr std::uint8_t kUnlisted = 0x0b;
+
+PlayedSignature Signature(LONG verdict, std::uint8_t lastKeyByte) {
+  PlayedSignature signature;
+  signature.verdict = verdict;
+  signature.key = {0x30, lastKeyByte};
+  return signature;
+}
+
+LogRecord Verdict(const std::wstring& byWindows, const std::wstring& byMeridian) {
+  return Info(L"Security - IsFileTrusted - trusted by windows = " + byWindows +
+              L", trusted by Meridian = " + byMeridian);
+}
+
+class IsFileTrusted : public testing::Test {
+ protected:
+  IsFileTrusted() { WriteWholeFile(path_, "content"); }
+
+  bool Ask(const KeyList& keys) { return Helper::IsFileTrusted(path_.c_str(), &keys); }
+
+  // The lines that the two sources write for a file that no catalog lists, then a line for each
+  // embedded signature, then `last`.
+  std::vector<LogRecord> Lines(int signers, std::vector<LogRecord> last) const {
+    std::vector<LogRecord> lines = {Info(L"Security - GetSecurityCatalogInfo - File = " + path_),
+                                    Error(L"Security - GetSecurityCatalogInfo - Failed during "
+                                          L"CryptCATAdminEnumCatalogFromHash. Error Code = 1168")};
+    for (int i = 0; i < signers; ++i) lines.push_back(Info(L"Subject = CN=Signer"));
+    lines.insert(lines.end(), last.begin(), last.end());
+    return lines;
+  }
+
+  TempFolder folder_;
+  std::wstring path_ = folder_.File(L"judged.dll");
+  PlayedTrust trust_;
+  PlayedCatalogs catalogs_;
+  LogCapture log_;
+  const KeyList keys_ = {"30 0c", "30 0a"};
+};
+
+}  // namespace
+
+TEST_F(IsFileTrusted, AListedKeyWithAnUntrustedRootIsRefused) {
+  trust_.embedded = {Signature(kUnknownRoot, kListed)};
+  EXPECT_FALSE(Ask(keys_));
+  EXPECT_EQ(log_.Records(), Lines(1, {Verdict(L"no", L"yes")}));
+}
+
+TEST_F(IsFileTrusted, AValidSignatureWithAnUnlistedKeyIsRefused) {
+  trust_.embedded = {Signature(0, kUnlisted)};
+  EXPECT_FALSE(Ask(keys_));
+  EXPECT_EQ(log_.Records(), Lines(1, {Verdict(L"yes", L"no")}));
+}
+
+TEST_F(IsFileTrusted, AValidSignatureWithAListedKeyIsTrusted) {
+  trust_.embedded = {Signature(0, kListed)};
+  EXPECT_TRUE(Ask(keys_));
+  EXPECT_EQ(log_.Records(), Lines(1, {Verdict(L"yes", L"yes")}));
+}
+
+TEST_F(IsFileTrusted, AnExpiredCertificateWithAListedKeyIsTrusted) {
+  trust_.embedded = {Signature(kExpired, kListed)};
+  EXPECT_TRUE(Ask(keys_));
+  EXPECT_EQ(log_.Records(), Lines(1, {Verdict(L"yes", L"yes")}));
+}
+
+TEST_F(IsFileTrusted, TheTwoTestsNeedNotBeMetByTheSameSignature) {
+  trust_.embedded = {Signature(0, kUnlisted), Signature(kUnknownRoot, kListed)};
+  EXPECT_TRUE(Ask(keys_));
+  EXPECT_EQ(log_.Records(), Lines(2, {Verdict(L"yes", L"yes")}));
+}
+
+TEST_F(IsFileTrusted, AnUnlistedUntrustedSignatureIsRefusedTwice) {
+  trust_.embedded = {Signature(kUnknownRoot, kUnlisted)};
+  EXPECT_FALSE(Ask(keys_));
+  EXPECT_EQ(log_.Records(), Lines(1, {Verdict(L"no", L"no")}));
+}
+
+TEST_F(IsFileTrusted, AFileWithoutSignatureIsRefusedWithoutAVerdictLine) {
+  EXPECT_FALSE(Ask(keys_));
+  EXPECT_EQ(log_.Records(), Lines(0, {}));
+}
+
+TEST_F(IsFileTrusted, AnEmptyKeyListIsRefusedAfterTheVerification) {
+  trust_.embedded = {Signature(0, kListed)};
+  EXPECT_FALSE(Ask({}));
+  EXPECT_EQ(trust_.VerifyCalls().size(), 1u);
+  EXPECT_EQ(log_.Records(), Lines(1, {}));
+}
+
+TEST_F(IsFileTrusted, ANullPathOrListIsRefusedWithoutALineOrACall) {
+  trust_.embedded = {Signature(0, kListed)};
+  EXPECT_FALSE(Helper::IsFileTrusted(nullptr, &keys_));
+  EXPECT_FALSE(Helper::IsFileTrusted(path_.c_str(), nullptr));
+  EXPECT_FALSE(Helper::IsFileTrusted(nullptr, nullptr));
+  EXPECT_TRUE(log_.Records().empty());
+  EXPECT_TRUE(trust_.calls.empty());
+  EXPECT_TRUE(catalogs_.calls.empty());
+}
+
+TEST_F(IsFileTrusted, ACatalogMayVouchForWindowsAndAnEmbeddedSignatureForTheKey) {
+  catalogs_.catalogs = {L"C:\\catalogs\\first.cat"};
+  trust_.byCatalog = {Signature(0, kUnlisted)};
+  trust_.embedded = {Signature(kUnknownRoot, kListed)};
+  EXPECT_TRUE(Ask(keys_));
+  EXPECT_EQ(log_.Records().back(), Verdict(L"yes", L"yes"));
+}
+
+TEST_F(IsFileTrusted, NoFailingCallTurnsANoIntoAYes) {
+  struct Failure {
+    const char* label;
+    std::function<void(PlayedTrust&, PlayedCatalogs&)> apply;
+  };
+  const Failure failures[] = {
+      {"acquire", [](PlayedTrust&, PlayedCatalogs& c) { c.failAcquire = true; }},
+      {"acquire gives null", [](PlayedTrust&, PlayedCatalogs& c) { c.acquireNull = true; }},
+      {"hash size", [](PlayedTrust&, PlayedCatalogs& c) { c.hashSizeZero = true; }},
+      {"hash", [](PlayedTrust&, PlayedCatalogs& c) { c.failHash = true; }},
+      {"enumerate", [](PlayedTrust&, PlayedCatalogs& c) { c.catalogs.clear(); }},
+      {"catalog info", [](PlayedTrust&, PlayedCatalogs& c) { c.failInfo = true; }},
+      {"state", [](PlayedTrust& t, PlayedCatalogs&) { t.leaveStateNull = true; }},
+      {"provider data", [](PlayedTrust& t, PlayedCatalogs&) { t.hideProvider = true; }},
+      {"signer", [](PlayedTrust& t, PlayedCatalogs&) { t.hideSigner = true; }},
+      {"certificate", [](PlayedTrust& t, PlayedCatalogs&) { t.hideCertificate = true; }},
+      {"context", [](PlayedTrust& t, PlayedCatalogs&) { t.hideCertificateContext = true; }},
+  };
+  const std::vector<std::vector<PlayedSignature>> refused = {
+      {},
+      {Signature(kUnknownRoot, kListed)},
+      {Signature(0, kUnlisted)},
+      {Signature(kExpired, kUnlisted)},
+      {Signature(static_cast<LONG>(0x80096010), kListed)},
+  };
+  for (const Failure& failure : failures) {
+    for (std::size_t i = 0; i < refused.size(); ++i) {
+      PlayedTrust trust;
+      trust.embedded = refused[i];
+      trust.byCatalog = refused[i];
+      PlayedCatalogs catalogs;
+      catalogs.catalogs = {L"C:\\catalogs\\first.cat"};
+      failure.apply(trust, catalogs);
+      EXPECT_FALSE(Ask(keys_)) << failure.label << ", case " << i;
+      EXPECT_EQ(trust.openStates, 0) << failure.label;
+      EXPECT_EQ(catalogs.openContexts, 0) << failure.label;
+      EXPECT_EQ(catalogs.openCatalogs, 0) << failure.label;
+    }
+  }
+}
+
+TEST_F(IsFileTrusted, ASignerThatCannotBeReadLosesItsKey) {
+  trust_.embedded = {Signature(0, kListed)};
+  trust_.hideProvider = true;
+  EXPECT_FALSE(Ask(keys_));
+  EXPECT_EQ(log_.Records(), Lines(0, {Verdict(L"yes", L"no")}));
+}

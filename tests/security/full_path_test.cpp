@@ -1,0 +1,201 @@
+#include <windows.h>
+
+#include <gmock/gmock.h>
+
+#include "security/played_path_calls.h"
+#include "security/trust/util_helper.h"
+#include "support/log_capture.h"
+
+namespace Zq::Gantry::Server::Services {
+namespace {
+
+using Standin::ImportPatch;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using TestSupport::ExpansionFailure;
+using TestSupport::Info;
+using TestSupport::LogCapture;
+using TestSupport::PlayedRpcQuery;
+using TestSupport::ScopedVariable;
+using TestSupport::Warning;
+
+constexpr wchar_t kComponent[] = L"WattleafService";
+
+/// An absolute path of exactly `length` characters.
+std::wstring PathOfLength(std::size_t length) {
+  std::wstring path = L"C:\\";
+  while (path.size() < length) path += path.size() % 50 == 49 ? L'\\' : L'a';
+  path.back() = L'b';
+  return path;
+}
+
+TEST(FullPath, ExpandsTheProcessesVariablesAndNormalises) {
+  const PlayedRpcQuery rpc;
+  const ScopedVariable place(L"WATTLEAF_PLACE", L"C:\\Some");
+  const LogCapture log;
+  EXPECT_EQ(UtilHelper::GetFullExpandedPath(L"%WATTLEAF_PLACE%\\a\\..\\b.dll", kComponent),
+            L"C:\\Some\\b.dll");
+  EXPECT_THAT(log.Records(),
+              ElementsAre(Info(L"ExpandEnvironmentStrings: [%WATTLEAF_PLACE%\\a\\..\\b.dll] "
+                               L"[C:\\Some\\a\\..\\b.dll]",
+                               kComponent),
+                          Info(L"GetFullPathName: [C:\\Some\\b.dll]", kComponent)));
+}
+
+TEST(FullPath, IsEmptyForANullPathWithoutAnySystemCall) {
+  static int calls = 0;
+  const PlayedRpcQuery rpc;
+  const ImportPatch expand(
+      "ExpandEnvironmentStringsW", +[](LPCWSTR, LPWSTR, DWORD) -> DWORD { return calls++, 0; });
+  const ImportPatch full(
+      "GetFullPathNameW", +[](LPCWSTR, DWORD, LPWSTR, LPWSTR*) -> DWORD { return calls++, 0; });
+  const LogCapture log;
+  EXPECT_EQ(UtilHelper::GetFullExpandedPath(nullptr, kComponent), L"");
+  EXPECT_THAT(log.Records(),
+              ElementsAre(Warning(L"class Zq::Gantry::Server::Services::UtilHelper.NullChecker - "
+                                  L"filePath cannot be null",
+                                  kComponent)));
+  EXPECT_EQ(calls, 0);
+  EXPECT_THAT(rpc.Questions(), IsEmpty());
+}
+
+TEST(FullPath, GoesOnWithAnEmptyTextWhereTheExpansionFails) {
+  static std::wstring input;
+  input = L"not asked";
+  const PlayedRpcQuery rpc;
+  const ImportPatch expand(
+      "ExpandEnvironmentStringsW", +[](LPCWSTR, LPWSTR, DWORD) -> DWORD {
+        SetLastError(8);
+        return 0;
+      });
+  const ImportPatch full(
+      "GetFullPathNameW", +[](LPCWSTR path, DWORD, LPWSTR, LPWSTR*) -> DWORD {
+        input = path;
+        SetLastError(123);
+        return 0;
+      });
+  const LogCapture log;
+  EXPECT_EQ(UtilHelper::GetFullExpandedPath(L"C:\\a", kComponent), L"");
+  EXPECT_EQ(input, L"");
+  EXPECT_THAT(log.Records(),
+              ElementsAre(Warning(ExpansionFailure(L"ExpandEnvironmentStrings", 8), kComponent),
+                          Warning(ExpansionFailure(L"GetFullPathName", 123), kComponent)));
+}
+
+TEST(FullPath, IsEmptyWhereTheFullPathFails) {
+  const PlayedRpcQuery rpc;
+  const ImportPatch full(
+      "GetFullPathNameW", +[](LPCWSTR, DWORD, LPWSTR, LPWSTR*) -> DWORD {
+        SetLastError(5);
+        return 0;
+      });
+  const LogCapture log;
+  EXPECT_EQ(UtilHelper::GetFullExpandedPath(L"C:\\a", L""), L"");
+  EXPECT_THAT(log.Records(), ElementsAre(Info(L"ExpandEnvironmentStrings: [C:\\a] [C:\\a]"),
+                                         Warning(ExpansionFailure(L"GetFullPathName", 5))));
+}
+
+TEST(FullPath, TellsBothCallsACapacityOf260Characters) {
+  static DWORD expandChars = 0;
+  static DWORD fullChars = 0;
+  const PlayedRpcQuery rpc;
+  const ImportPatch expand(
+      "ExpandEnvironmentStringsW", +[](LPCWSTR, LPWSTR text, DWORD chars) -> DWORD {
+        expandChars = chars;
+        return text[0] = L'x', 2;
+      });
+  const ImportPatch full(
+      "GetFullPathNameW", +[](LPCWSTR, DWORD chars, LPWSTR text, LPWSTR*) -> DWORD {
+        fullChars = chars;
+        return text[0] = L'y', 1;
+      });
+  const LogCapture log;
+  EXPECT_EQ(UtilHelper::GetFullExpandedPath(L"C:\\a", L""), L"y");
+  EXPECT_EQ(expandChars, 260U);
+  EXPECT_EQ(fullChars, 260U);
+}
+
+TEST(FullPath, TakesTheLongestPathThatFits) {
+  const PlayedRpcQuery rpc;
+  const std::wstring path = PathOfLength(259);
+  const LogCapture log;
+  EXPECT_EQ(UtilHelper::GetFullExpandedPath(path.c_str(), L""), path);
+}
+
+TEST(FullPath, IsEmptyWhereTheExpansionDoesNotFit) {
+  const PlayedRpcQuery rpc;
+  const std::wstring value = PathOfLength(260);
+  const ScopedVariable place(L"WATTLEAF_PLACE", value.c_str());
+  const LogCapture log;
+  EXPECT_EQ(UtilHelper::GetFullExpandedPath(L"%WATTLEAF_PLACE%", L""), L"");
+  EXPECT_EQ(UtilHelper::GetFullExpandedPath(value.c_str(), L""), L"");
+  ASSERT_EQ(log.Records().size(), 4U);  // each time: no expansion, and no full path of nothing
+  for (const TestSupport::LogRecord& record : log.Records()) {
+    EXPECT_EQ(record.level, Standin::LogLevel::kWarning);
+  }
+}
+
+TEST(FullPath, NeverUsesTheBeginningOfAnExpansionThatWasCut) {
+  static std::wstring input;
+  input = L"not asked";
+  const PlayedRpcQuery rpc;
+  // What the system does: a cut text, and the length that would have been needed as a success.
+  const ImportPatch expand(
+      "ExpandEnvironmentStringsW", +[](LPCWSTR, LPWSTR text, DWORD chars) -> DWORD {
+        std::wstring(chars, L'w').copy(text, chars);
+        SetLastError(0);
+        return chars + 1;
+      });
+  const ImportPatch full(
+      "GetFullPathNameW", +[](LPCWSTR path, DWORD, LPWSTR, LPWSTR*) -> DWORD {
+        input = path;
+        SetLastError(123);
+        return 0;
+      });
+  const LogCapture log;
+  EXPECT_EQ(UtilHelper::GetFullExpandedPath(L"%windir%\\a", L""), L"");
+  EXPECT_EQ(input, L"");
+  EXPECT_THAT(log.Records(), ElementsAre(Warning(ExpansionFailure(L"ExpandEnvironmentStrings", 0)),
+                                         Warning(ExpansionFailure(L"GetFullPathName", 123))));
+}
+
+TEST(FullPath, IsEmptyWhereOnlyTheFullPathDoesNotFit) {
+  const PlayedRpcQuery rpc;
+  // Relative, so the current folder comes in front.
+  const std::wstring name(259, L'n');
+  const LogCapture log;
+  EXPECT_EQ(UtilHelper::GetFullExpandedPath(name.c_str(), L""), L"");
+  const auto records = log.Records();
+  ASSERT_EQ(records.size(), 2U);
+  EXPECT_EQ(records[0], Info(L"ExpandEnvironmentStrings: [" + name + L"] [" + name + L"]"));
+  EXPECT_EQ(records[1].level, Standin::LogLevel::kWarning);
+}
+
+TEST(FullPath, AFullPathOf260CharactersDoesNotFit) {
+  static DWORD result = 0;
+  const PlayedRpcQuery rpc;
+  const ImportPatch full(
+      "GetFullPathNameW", +[](LPCWSTR, DWORD, LPWSTR text, LPWSTR*) -> DWORD {
+        text[0] = L'x';
+        SetLastError(0);
+        return result;
+      });
+  const LogCapture log;
+  result = 260;
+  EXPECT_EQ(UtilHelper::GetFullExpandedPath(L"C:\\a", L""), L"");
+  EXPECT_EQ(log.Records().back(), Warning(ExpansionFailure(L"GetFullPathName", 0)));
+  result = 259;
+  EXPECT_EQ(UtilHelper::GetFullExpandedPath(L"C:\\a", L""), L"x");
+}
+
+TEST(FullPath, AnyStatusButZeroMeansThatNobodyIsServed) {
+  const ScopedVariable place(L"WATTLEAF_PLACE", L"C:\\Own");
+  for (const RPC_STATUS status : {RPC_STATUS{5}, RPC_STATUS{1702}, RPC_STATUS{1725}}) {
+    const PlayedRpcQuery rpc(status);
+    const LogCapture log;
+    EXPECT_EQ(UtilHelper::GetFullExpandedPath(L"%WATTLEAF_PLACE%\\a", L""), L"C:\\Own\\a");
+  }
+}
+
+}  // namespace
+}  // namespace Zq::Gantry::Server::Services

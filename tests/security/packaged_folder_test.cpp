@@ -1,0 +1,140 @@
+#include <windows.h>
+
+#include <algorithm>
+
+#include <gmock/gmock.h>
+
+#include "security/played_access_lists.h"
+#include "security/played_path_calls.h"
+#include "security/trust/zq_authenticode_helper.h"
+#include "support/log_capture.h"
+
+// Files of packaged applications: allowed where their folder belongs to the system.
+namespace Zq::Gantry::Security {
+namespace {
+
+using Standin::ImportPatch;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using TestSupport::AccessList;
+using TestSupport::Error;
+using TestSupport::LogRecord;
+using TestSupport::SystemId;
+using TestSupport::TrustedInstallerId;
+
+constexpr wchar_t kFile[] = L"D:\\WindowsApps\\Some.App_1.0\\bin\\a.exe";
+constexpr DWORD kFullControl = 0x10000000;
+
+std::vector<DWORD> waits;
+
+void WINAPI CountWait(DWORD milliseconds) { waits.push_back(milliseconds); }
+
+LogRecord Attempt(int attempt, int error) {
+  return Error(L"Security - GetNamedSecurityInfo - Failed " + std::to_wstring(attempt) +
+               L" of 5 times. Error Code = " + std::to_wstring(error));
+}
+
+class PackagedFolder : public testing::Test {
+ protected:
+  PackagedFolder() {
+    waits.clear();
+    played_.ignoreSizes = true;
+    good_.Allow(TrustedInstallerId(), kFullControl).Allow(SystemId(), kFullControl);
+    played_.list = good_.Get();
+  }
+
+  /// The errors behind the three of the roots.
+  std::vector<LogRecord> OwnershipErrors() const {
+    std::vector<LogRecord> errors;
+    for (const LogRecord& record : log_.Records()) {
+      if (record.level != Standin::LogLevel::kInfo) errors.push_back(record);
+    }
+    if (errors.size() < 3) {
+      ADD_FAILURE() << "the roots were not asked";
+      return {};
+    }
+    return {errors.begin() + 3, errors.end()};
+  }
+
+  const TestSupport::FixedRoots roots_;
+  const TestSupport::PlayedRpcQuery rpc_;
+  const ImportPatch sleep_{"Sleep", &CountWait};
+  TestSupport::PlayedAccessLists played_;
+  AccessList good_;
+  TestSupport::LogCapture log_;
+};
+
+TEST_F(PackagedFolder, IsItselfAskedForItsAccessListOnce) {
+  EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(kFile));
+  ASSERT_EQ(played_.questions.size(), 1U);
+  EXPECT_EQ(played_.questions[0].path, L"D:\\WindowsApps");
+  EXPECT_THAT(OwnershipErrors(), IsEmpty());
+  EXPECT_THAT(waits, IsEmpty());
+}
+
+TEST_F(PackagedFolder, MayLieOnAnyDrive) {
+  EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"z:\\WindowsApps\\a.exe"));
+  EXPECT_EQ(played_.questions[0].path, L"z:\\WindowsApps");
+}
+
+TEST_F(PackagedFolder, IsTriedFiveTimesWithFourWaitsWhereItDoesNotExist) {
+  played_.failures = 100;
+  played_.lastError = 2;
+  EXPECT_FALSE(ZQAuthenticodeHelper::IsPathAllowed(kFile));
+  EXPECT_EQ(played_.questions.size(), 5U);
+  EXPECT_THAT(waits, ElementsAre(250U, 250U, 250U, 250U));
+  EXPECT_THAT(OwnershipErrors(), ElementsAre(Attempt(1, 2), Attempt(2, 2), Attempt(3, 2),
+                                             Attempt(4, 2), Attempt(5, 2)));
+}
+
+TEST_F(PackagedFolder, TriesFiveTimesWhereTheListLacksAnEntry) {
+  AccessList lacking;
+  played_.list = lacking.Allow(SystemId(), kFullControl).Get();
+  EXPECT_FALSE(ZQAuthenticodeHelper::IsPathAllowed(kFile));
+  EXPECT_EQ(played_.questions.size(), 5U);
+  EXPECT_EQ(waits.size(), 4U);
+  EXPECT_THAT(OwnershipErrors(), ElementsAre(Attempt(1, 0), Attempt(2, 0), Attempt(3, 0),
+                                             Attempt(4, 0), Attempt(5, 0)));
+}
+
+TEST_F(PackagedFolder, IsAllowedAtTheFirstYes) {
+  played_.failures = 2;
+  played_.lastError = 32;
+  EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(kFile));
+  EXPECT_EQ(played_.questions.size(), 3U);
+  EXPECT_THAT(waits, ElementsAre(250U, 250U));
+  EXPECT_THAT(OwnershipErrors(), ElementsAre(Attempt(1, 32), Attempt(2, 32)));
+}
+
+TEST_F(PackagedFolder, IsAllowedByTheLastAttempt) {
+  played_.failures = 4;
+  EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(kFile));
+  EXPECT_EQ(OwnershipErrors().size(), 4U);
+}
+
+TEST_F(PackagedFolder, IsTheOneOfTheExpandedPath) {
+  const TestSupport::ScopedVariable place(L"WATTLEAF_PLACE", L"E:\\x\\..\\WindowsApps");
+  EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"%WATTLEAF_PLACE%\\Some\\a.exe"));
+  EXPECT_EQ(played_.questions[0].path, L"E:\\WindowsApps");
+}
+
+TEST(PackagedFolderForReal, IsRefusedAfterOneSecondWhereItDoesNotExist) {
+  waits.clear();
+  const TestSupport::FixedRoots roots;
+  const TestSupport::PlayedRpcQuery rpc;
+  const ImportPatch sleep("Sleep", &CountWait);
+  const TestSupport::LogCapture log;
+  EXPECT_FALSE(ZQAuthenticodeHelper::IsPathAllowed(L"Q:\\WindowsApps\\Some\\a.exe"));
+  DWORD waited = 0;
+  for (const DWORD wait : waits) waited += wait;
+  EXPECT_EQ(waited, 1000U);
+  const auto lines = log.Records();
+  EXPECT_EQ(std::count_if(lines.begin(), lines.end(),
+                          [](const LogRecord& record) {
+                            return record.text.find(L" of 5 times. ") != std::wstring::npos;
+                          }),
+            5);
+}
+
+}  // namespace
+}  // namespace Zq::Gantry::Security

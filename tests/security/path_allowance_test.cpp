@@ -1,0 +1,174 @@
+#include <windows.h>
+
+#include <aclapi.h>
+
+#include <gmock/gmock.h>
+
+#include "security/played_path_calls.h"
+#include "security/trust/zq_authenticode_helper.h"
+#include "support/log_capture.h"
+
+namespace Zq::Gantry::Security {
+namespace {
+
+using Standin::ImportPatch;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using TestSupport::Error;
+using TestSupport::Info;
+using TestSupport::LogCapture;
+using TestSupport::LogRecord;
+using TestSupport::ScopedVariable;
+
+constexpr wchar_t kWindows[] = L"C:\\Windows\\";
+constexpr wchar_t kPrograms86[] = L"C:\\Program Files (x86)\\";
+constexpr wchar_t kPrograms[] = L"C:\\Program Files\\";
+
+LogRecord NotBelow(const std::wstring& path, const std::wstring& root) {
+  return Error(
+      L"Zq::Gantry::Security::ZQAuthenticodeHelper::IsPathAllowed - BeginsWith() failed [" + path +
+      L"] [" + root + L"]");
+}
+
+LogRecord NoPackagedFolder(const std::wstring& path) {
+  return Error(
+      L"Zq::Gantry::Security::ZQAuthenticodeHelper::IsPathAllowed - Didn't find substring "
+      L"[:\\WindowsApps\\] in [" +
+      path + L"]");
+}
+
+int ownershipChecks = 0;
+
+DWORD WINAPI CountOwnershipCheck(LPWSTR, SE_OBJECT_TYPE, SECURITY_INFORMATION, PSID*, PSID*, PACL*,
+                                 PACL*, PSECURITY_DESCRIPTOR*) {
+  ++ownershipChecks;
+  return ERROR_FILE_NOT_FOUND;
+}
+
+class PathAllowance : public testing::Test {
+ protected:
+  PathAllowance() { ownershipChecks = 0; }
+
+  std::vector<LogRecord> WarningsAndErrors() const {
+    std::vector<LogRecord> errors;
+    for (const LogRecord& record : log_.Records()) {
+      if (record.level != Standin::LogLevel::kInfo) errors.push_back(record);
+    }
+    return errors;
+  }
+
+  void ExpectRefusedEverywhere(const std::wstring& path, const std::wstring& expanded) {
+    log_.Clear();
+    EXPECT_FALSE(ZQAuthenticodeHelper::IsPathAllowed(path.c_str()));
+    EXPECT_THAT(WarningsAndErrors(),
+                ElementsAre(NotBelow(expanded, kWindows), NotBelow(expanded, kPrograms86),
+                            NotBelow(expanded, kPrograms), NoPackagedFolder(expanded)));
+    EXPECT_EQ(ownershipChecks, 0);
+  }
+
+  const TestSupport::FixedRoots roots_;
+  const TestSupport::PlayedRpcQuery rpc_;
+  LogCapture log_;
+
+ private:
+  const ImportPatch security_{"GetNamedSecurityInfoW", &CountOwnershipCheck};
+};
+
+TEST_F(PathAllowance, AllowsAPathUnderARootInAnyCase) {
+  for (const wchar_t* path :
+       {L"C:\\Windows\\a.dll", L"c:\\wINDOWS\\System32\\a.dll", L"C:\\PROGRAM FILES (X86)\\a.dll",
+        L"c:\\program files\\x\\a.dll", L"%windir%\\a.dll", L"%ProgramFiles%\\x\\a.dll"}) {
+    EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(path));
+  }
+  EXPECT_EQ(ownershipChecks, 0);
+}
+
+TEST_F(PathAllowance, LooksNoFurtherThanTheFirstRootThatMatches) {
+  EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"C:\\Windows\\a.dll"));
+  EXPECT_THAT(
+      log_.Records(),
+      ElementsAre(Info(L"ExpandEnvironmentStrings: [C:\\Windows\\a.dll] [C:\\Windows\\a.dll]"),
+                  Info(L"GetFullPathName: [C:\\Windows\\a.dll]"),
+                  Info(L"ExpandEnvironmentStrings: [%windir%\\] [C:\\Windows\\]"),
+                  Info(L"GetFullPathName: [C:\\Windows\\]")));
+}
+
+TEST_F(PathAllowance, WritesOneErrorForEachRootBeforeTheOneThatMatches) {
+  EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"C:\\Program Files\\a.dll"));
+  EXPECT_THAT(WarningsAndErrors(), ElementsAre(NotBelow(L"C:\\Program Files\\a.dll", kWindows),
+                                               NotBelow(L"C:\\Program Files\\a.dll", kPrograms86)));
+}
+
+TEST_F(PathAllowance, RefusesASiblingThatExtendsARootsName) {
+  ExpectRefusedEverywhere(L"C:\\Windows2\\a.dll", L"C:\\Windows2\\a.dll");
+  ExpectRefusedEverywhere(L"C:\\Program Files 2\\a.dll", L"C:\\Program Files 2\\a.dll");
+  ExpectRefusedEverywhere(L"C:\\Windows", L"C:\\Windows");
+}
+
+TEST_F(PathAllowance, RefusesAPathThatLeavesARootAgain) {
+  ExpectRefusedEverywhere(L"%windir%\\..\\Users\\a.dll", L"C:\\Users\\a.dll");
+}
+
+TEST_F(PathAllowance, RefusesPackagedApplicationsInLowerCase) {
+  ExpectRefusedEverywhere(L"D:\\windowsapps\\x\\a.exe", L"D:\\windowsapps\\x\\a.exe");
+}
+
+TEST_F(PathAllowance, RefusesAPackagedFolderThatIsNotAtADrivesRoot) {
+  ExpectRefusedEverywhere(L"D:\\Deep\\WindowsApps\\x\\a.exe", L"D:\\Deep\\WindowsApps\\x\\a.exe");
+}
+
+TEST_F(PathAllowance, RefusesAPathThatCannotBeExpanded) {
+  const std::wstring path = L"C:\\Windows\\" + std::wstring(300, L'a');
+  EXPECT_FALSE(ZQAuthenticodeHelper::IsPathAllowed(path.c_str()));
+  const std::vector<LogRecord> records = WarningsAndErrors();
+  ASSERT_EQ(records.size(), 6U);  // behind the two warnings of the expansion
+  EXPECT_EQ(records[2], NotBelow(L"", kWindows));
+  EXPECT_EQ(records[3], NotBelow(L"", kPrograms86));
+  EXPECT_EQ(records[4], NotBelow(L"", kPrograms));
+  EXPECT_EQ(records[5], NoPackagedFolder(L""));
+}
+
+TEST_F(PathAllowance, RefusesANullPath) {
+  EXPECT_FALSE(ZQAuthenticodeHelper::IsPathAllowed(nullptr));
+  EXPECT_THAT(WarningsAndErrors(),
+              ElementsAre(TestSupport::Warning(
+                              L"class Zq::Gantry::Server::Services::UtilHelper.NullChecker - "
+                              L"filePath cannot be null"),
+                          NotBelow(L"", kWindows), NotBelow(L"", kPrograms86),
+                          NotBelow(L"", kPrograms), NoPackagedFolder(L"")));
+}
+
+TEST_F(PathAllowance, AllowsEveryPathWhereARootCannotBeExpanded) {
+  static decltype(&ExpandEnvironmentStringsW) real = nullptr;
+  const ImportPatch expand(
+      "ExpandEnvironmentStringsW", +[](LPCWSTR text, LPWSTR result, DWORD chars) -> DWORD {
+        return text == std::wstring(L"%PROGRAMFILES%\\") ? 0 : real(text, result, chars);
+      });
+  real = expand.Original<std::remove_pointer_t<decltype(real)>>();
+  EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"D:\\Users\\anybody\\a.dll"));
+  EXPECT_EQ(ownershipChecks, 0);
+}
+
+TEST_F(PathAllowance, AllowsEveryPathWhereARootHasNoFullPath) {
+  static decltype(&GetFullPathNameW) real = nullptr;
+  const ImportPatch full(
+      "GetFullPathNameW", +[](LPCWSTR text, DWORD chars, LPWSTR result, LPWSTR* name) -> DWORD {
+        return text == std::wstring(kWindows) ? 0 : real(text, chars, result, name);
+      });
+  real = full.Original<std::remove_pointer_t<decltype(real)>>();
+  EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"D:\\Users\\anybody\\a.dll"));
+}
+
+TEST_F(PathAllowance, ExpandsTheRootsAnewForEachQuestion) {
+  EXPECT_FALSE(ZQAuthenticodeHelper::IsPathAllowed(L"E:\\System\\a.dll"));
+  const ScopedVariable moved(L"windir", L"E:\\System");
+  EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"E:\\System\\a.dll"));
+}
+
+TEST_F(PathAllowance, AsksForEachExpansionWhetherAClientIsServed) {
+  EXPECT_FALSE(ZQAuthenticodeHelper::IsPathAllowed(L"E:\\a.dll"));
+  EXPECT_EQ(rpc_.Questions().size(), 4U);  // the path and three roots
+}
+
+}  // namespace
+}  // namespace Zq::Gantry::Security

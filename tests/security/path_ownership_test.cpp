@@ -1,0 +1,226 @@
+#include <windows.h>
+
+#include <stdexcept>
+
+#include <gmock/gmock.h>
+
+#include "security/played_access_lists.h"
+#include "security/trust/zq_authenticode_helper.h"
+#include "support/log_capture.h"
+#include "support/temp_folder.h"
+
+namespace Zq::Gantry::Security {
+namespace {
+
+using Standin::ImportPatch;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+using TestSupport::AccessList;
+using TestSupport::EveryoneId;
+using TestSupport::LogCapture;
+using TestSupport::PlayedAccessLists;
+using TestSupport::SystemId;
+using TestSupport::TrustedInstallerId;
+
+constexpr DWORD kFullControl = 0x10000000;
+constexpr DWORD kEveryRightSpelledOut = 0x001F01FF;
+
+/// Here each look-up gives its account; what the told sizes do to it has tests of its own.
+class PathOwnership : public testing::Test {
+ protected:
+  PathOwnership() { played_.ignoreSizes = true; }
+
+  bool Check(AccessList& list) {
+    played_.list = list.Get();
+    return ZQAuthenticodeHelper::CheckForFullConrolByTrustedInstallAndSystem(L"D:\\WindowsApps");
+  }
+
+  PlayedAccessLists played_;
+  LogCapture log_;
+};
+
+TEST_F(PathOwnership, AcceptsFullControlOfBothAccountsInEitherOrder) {
+  AccessList list;
+  EXPECT_TRUE(
+      Check(list.Allow(TrustedInstallerId(), kFullControl).Allow(SystemId(), kFullControl)));
+  AccessList reversed;
+  EXPECT_TRUE(
+      Check(reversed.Allow(SystemId(), kFullControl).Allow(TrustedInstallerId(), kFullControl)));
+  EXPECT_THAT(log_.Records(), IsEmpty());
+}
+
+TEST_F(PathOwnership, AcceptsAMaskThatHoldsMoreThanTheBit) {
+  AccessList list;
+  EXPECT_TRUE(Check(list.Allow(TrustedInstallerId(), kFullControl | kEveryRightSpelledOut)
+                        .Allow(SystemId(), 0xF0000000)));
+}
+
+TEST_F(PathOwnership, AsksForOwnerGroupAndAccessListOfTheFile) {
+  AccessList list;
+  Check(list);
+  ASSERT_EQ(played_.questions.size(), 1U);
+  EXPECT_EQ(played_.questions[0].path, L"D:\\WindowsApps");
+  EXPECT_EQ(played_.questions[0].type, 1);
+  EXPECT_EQ(played_.questions[0].information, 7U);
+  EXPECT_FALSE(played_.questions[0].wantsAuditList);
+}
+
+TEST_F(PathOwnership, RefusesWhereAnAccountIsMissing) {
+  AccessList empty;
+  EXPECT_FALSE(Check(empty));
+  AccessList systemOnly;
+  EXPECT_FALSE(Check(systemOnly.Allow(SystemId(), kFullControl).Allow(SystemId(), kFullControl)));
+  AccessList installerOnly;
+  EXPECT_FALSE(Check(installerOnly.Allow(TrustedInstallerId(), kFullControl)));
+  AccessList others;
+  EXPECT_FALSE(Check(others.Allow(EveryoneId(), kFullControl)));
+  EXPECT_THAT(log_.Records(), IsEmpty());
+}
+
+TEST_F(PathOwnership, RefusesAnEntryOfAnotherTypeForEitherAccount) {
+  for (const BYTE type : std::initializer_list<BYTE>{1, 2, 5, 9, 255}) {
+    AccessList installer;
+    EXPECT_FALSE(Check(
+        installer.Add(type, TrustedInstallerId(), kFullControl).Allow(SystemId(), kFullControl)));
+    AccessList system;
+    EXPECT_FALSE(Check(
+        system.Allow(TrustedInstallerId(), kFullControl).Add(type, SystemId(), kFullControl)));
+  }
+  EXPECT_EQ(played_.lookups.size(), 10U);  // no account of another type is looked up
+}
+
+TEST_F(PathOwnership, ADenyingEntryBesideBothChangesNothing) {
+  AccessList list;
+  EXPECT_TRUE(Check(list.Deny(SystemId(), kFullControl)
+                        .Allow(TrustedInstallerId(), kFullControl)
+                        .Allow(SystemId(), kFullControl)));
+}
+
+TEST_F(PathOwnership, RefusesASystemEntryThatSpellsOutAllRights) {
+  AccessList list;
+  EXPECT_FALSE(Check(
+      list.Allow(TrustedInstallerId(), kFullControl).Allow(SystemId(), kEveryRightSpelledOut)));
+  AccessList installer;
+  EXPECT_FALSE(
+      Check(installer.Allow(TrustedInstallerId(), ~kFullControl).Allow(SystemId(), kFullControl)));
+}
+
+TEST_F(PathOwnership, ComparesNamesAndDomainsExactly) {
+  using Account = PlayedAccessLists::Account;
+  const std::vector<Account> rows{
+      {SystemId(), L"NT AUTHORITY", L"System"},
+      {SystemId(), L"nt authority", L"SYSTEM"},
+      {SystemId(), L"NT AUTHORITY", L"SYSTEM2"},
+      {SystemId(), L"NT AUTHORITY ", L"SYSTEM"},
+      {SystemId(), L"", L"SYSTEM"},
+      {SystemId(), L"NT SERVICE", L"SYSTEM"},
+      {SystemId(), L"NT AUTHORITY", L"SYSTE"},
+      {SystemId(), L"NT AUTHORIT", L"SYSTEM"},
+      {SystemId(), L"SYSTEM", L"NT AUTHORITY"},
+  };
+  for (const Account& row : rows) {
+    played_.accounts[1] = row;
+    AccessList list;
+    EXPECT_FALSE(
+        Check(list.Allow(TrustedInstallerId(), kFullControl).Allow(SystemId(), kFullControl)));
+  }
+  played_.accounts[1] = {SystemId(), L"NT AUTHORITY", L"SYSTEM"};
+  played_.accounts[0] = {TrustedInstallerId(), L"NT AUTHORITY", L"TrustedInstaller"};
+  AccessList list;
+  EXPECT_FALSE(
+      Check(list.Allow(TrustedInstallerId(), kFullControl).Allow(SystemId(), kFullControl)));
+}
+
+TEST_F(PathOwnership, RefusesAFailureAndAMissingAccessList) {
+  AccessList good;
+  good.Allow(TrustedInstallerId(), kFullControl).Allow(SystemId(), kFullControl);
+  played_.result = ERROR_ACCESS_DENIED;
+  EXPECT_FALSE(Check(good));
+
+  played_.result = ERROR_SUCCESS;
+  played_.list = nullptr;
+  EXPECT_FALSE(
+      ZQAuthenticodeHelper::CheckForFullConrolByTrustedInstallAndSystem(L"D:\\WindowsApps"));
+  EXPECT_THAT(played_.lookups, IsEmpty());
+  EXPECT_THAT(log_.Records(), IsEmpty());
+}
+
+TEST_F(PathOwnership, GoesOnBehindAnEntryThatCannotBeFetched) {
+  static decltype(&GetAce) real = nullptr;
+  const ImportPatch getAce(
+      "GetAce", +[](PACL list, DWORD index, LPVOID* entry) -> BOOL {
+        return index == 1 ? FALSE : real(list, index, entry);
+      });
+  real = getAce.Original<std::remove_pointer_t<decltype(real)>>();
+  AccessList list;
+  EXPECT_TRUE(Check(list.Allow(TrustedInstallerId(), kFullControl)
+                        .Allow(EveryoneId(), kFullControl)
+                        .Allow(SystemId(), kFullControl)));
+  EXPECT_EQ(played_.lookups.size(), 2U);
+  AccessList lacking;
+  EXPECT_FALSE(
+      Check(lacking.Allow(TrustedInstallerId(), kFullControl).Allow(SystemId(), kFullControl)));
+}
+
+TEST_F(PathOwnership, WalksTheWholeListThoughBothAreFound) {
+  AccessList list;
+  EXPECT_TRUE(Check(list.Allow(TrustedInstallerId(), kFullControl)
+                        .Allow(SystemId(), kFullControl)
+                        .Allow(EveryoneId(), kFullControl)
+                        .Allow(EveryoneId(), 0)));
+  EXPECT_EQ(played_.lookups.size(), 4U);
+}
+
+TEST_F(PathOwnership, LogsAnExceptionAndKeepsWhatWasFound) {
+  const ImportPatch getAce(
+      "GetAce", +[](PACL list, DWORD index, LPVOID* entry) -> BOOL {
+        if (index == 2) throw std::runtime_error("in the middle");
+        auto* bytes = reinterpret_cast<BYTE*>(list + 1);
+        for (; index > 0; --index) bytes += reinterpret_cast<ACE_HEADER*>(bytes)->AceSize;
+        *entry = bytes;
+        return TRUE;
+      });
+  const auto line =
+      TestSupport::Error(L"Exception in CheckForFullConrolByTrustedInstallAndSystem().");
+  AccessList late;
+  EXPECT_FALSE(Check(late.Allow(TrustedInstallerId(), kFullControl)
+                         .Allow(EveryoneId(), kFullControl)
+                         .Allow(SystemId(), kFullControl)));
+  EXPECT_THAT(log_.Records(), ElementsAre(line));
+
+  AccessList early;
+  EXPECT_TRUE(Check(early.Allow(TrustedInstallerId(), kFullControl)
+                        .Allow(SystemId(), kFullControl)
+                        .Allow(EveryoneId(), kFullControl)));
+  EXPECT_THAT(log_.Records(), ElementsAre(line, line));
+}
+
+TEST_F(PathOwnership, KeepsTheDescriptor) {
+  static std::vector<HLOCAL> freed;
+  const ImportPatch free(
+      "LocalFree", +[](HLOCAL block) -> HLOCAL {
+        freed.push_back(block);
+        return nullptr;
+      });
+  AccessList list;
+  EXPECT_TRUE(
+      Check(list.Allow(TrustedInstallerId(), kFullControl).Allow(SystemId(), kFullControl)));
+  ASSERT_EQ(played_.descriptors.size(), 1U);
+  EXPECT_THAT(freed, Not(Contains(played_.descriptors[0])));
+}
+
+TEST(PathOwnershipForReal, RefusesAnOrdinaryFolderAndAMissingOne) {
+  const TestSupport::TempFolder folder;
+  const LogCapture log;
+  EXPECT_FALSE(
+      ZQAuthenticodeHelper::CheckForFullConrolByTrustedInstallAndSystem(folder.Path().c_str()));
+  EXPECT_FALSE(ZQAuthenticodeHelper::CheckForFullConrolByTrustedInstallAndSystem(
+      folder.File(L"missing").c_str()));
+  EXPECT_FALSE(ZQAuthenticodeHelper::CheckForFullConrolByTrustedInstallAndSystem(nullptr));
+  EXPECT_THAT(log.Records(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace Zq::Gantry::Security

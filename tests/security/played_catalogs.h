@@ -1,0 +1,52 @@
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace TestSupport {
+
+/// Plays the security catalogs for as long as it lives. One at a time. Without changes: contexts
+/// are given, the hash is the 32 bytes 0x00, 0x07, 0x0e, ..., and no catalog lists it.
+class PlayedCatalogs {
+ public:
+  PlayedCatalogs();
+  PlayedCatalogs(const PlayedCatalogs&) = delete;
+  PlayedCatalogs& operator=(const PlayedCatalogs&) = delete;
+  ~PlayedCatalogs();
+
+  /// The catalogs that list the hash, by their paths.
+  std::vector<std::wstring> catalogs;
+  std::vector<std::uint8_t> hash;
+
+  /// Failures; the last error that goes with each is its `...Error`.
+  bool failAcquire = false;
+  DWORD acquireError = 120;
+  bool acquireNull = false;
+  bool hashSizeZero = false;
+  bool failHashSizeCall = false;  ///< false, although the size is told
+  bool failHash = false;
+  DWORD enumError = 1168;
+  bool failInfo = false;
+  bool fillWholePath = false;  ///< a path of 260 characters without terminator
+
+  /// What was seen, in order: "acquire", "hash size", "hash", "enum", "info", "release catalog",
+  /// "release context".
+  std::vector<std::string> calls;
+  /// What is held; both must be 0 in the end.
+  int openContexts = 0;
+  int openCatalogs = 0;
+  /// What the enumeration was asked for.
+  std::vector<std::uint8_t> askedHash;
+
+  int Count(const std::string& call) const;
+
+ private:
+  struct Patches;
+  std::unique_ptr<Patches> patches_;
+};
+
+}  // namespace TestSupport

@@ -1,0 +1,51 @@
+#include "security/played_path_calls.h"
+
+#include <cstdint>
+#include <cstring>
+
+namespace TestSupport {
+
+namespace {
+
+PlayedRpcQuery* current = nullptr;
+
+constexpr std::size_t kAttributesBytes = 120;
+constexpr std::size_t kClientPidOffset = 64;
+
+}  // namespace
+
+PlayedRpcQuery::PlayedRpcQuery(RPC_STATUS status) : PlayedRpcQuery(status, 0) {}
+
+PlayedRpcQuery::PlayedRpcQuery(RPC_STATUS status, DWORD client)
+    : status_(status), client_(client), patch_("RpcServerInqCallAttributesW", &Answer) {
+  current = this;
+}
+
+PlayedRpcQuery::~PlayedRpcQuery() { current = nullptr; }
+
+RPC_STATUS RPC_ENTRY PlayedRpcQuery::Answer(RPC_BINDING_HANDLE binding, void* attributes) {
+  auto* bytes = static_cast<unsigned char*>(attributes);
+  current->questions_.push_back({binding, {bytes, bytes + kAttributesBytes}});
+  if (current->status_ != RPC_S_OK) return current->status_;
+  const std::uint64_t client = current->client_;
+  std::memcpy(bytes + kClientPidOffset, &client, sizeof(client));
+  return RPC_S_OK;
+}
+
+ScopedVariable::ScopedVariable(std::wstring name, const wchar_t* value) : name_(std::move(name)) {
+  std::wstring old(32768, L'\0');
+  const DWORD length = GetEnvironmentVariableW(name_.c_str(), old.data(), 32768);
+  if (length > 0) before_ = old.substr(0, length);
+  SetEnvironmentVariableW(name_.c_str(), value);
+}
+
+ScopedVariable::~ScopedVariable() {
+  SetEnvironmentVariableW(name_.c_str(), before_ ? before_->c_str() : nullptr);
+}
+
+std::wstring ExpansionFailure(const std::wstring& function, int error) {
+  return L"class Zq::Gantry::Server::Services::UtilHelper.GetFullExpandedPath failed on function " +
+         function + L" with result " + std::to_wstring(error);
+}
+
+}  // namespace TestSupport

@@ -1,0 +1,211 @@
+// Files that the build has signed, judged by the system's own WinVerifyTrust. Catalogs are played,
+// and so are verdicts that the system cannot be brought to for want of roots and time.
+
+#include <windows.h>
+
+#include <wincrypt.h>
+#include <wintrust.h>
+
+#include <gtest/gtest.h>
+
+#include <thread>
+#include <vector>
+
+#include "import_patch.h"
+#include "played_catalogs.h"
+#include "security/trust/trusted_keys.h"
+#include "security/trust/verify_result.h"
+#include "security/trust/wintrust_layout.h"
+#include "security/trust/zq_authenticode_helper.h"
+#include "support/log_capture.h"
+#include "support/temp_folder.h"
+
+using namespace TestSupport;
+using namespace Zq::Gantry::Security;
+using Helper = ZQAuthenticodeHelper;
+
+namespace {
+
+constexpr std::uint32_t kExpired = 0x800B0101;
+constexpr std::uint32_t kUnknownRoot = 0x800B0109;
+
+std::wstring Sample(const std::wstring& name) {
+  wchar_t program[MAX_PATH] = {};
+  GetModuleFileNameW(nullptr, program, MAX_PATH);
+  const std::wstring path = program;
+  return path.substr(0, path.find_last_of(L'\\')) + L"\\trust-samples\\" + name;
+}
+
+std::string KeyOf(const std::wstring& signer) {
+  const std::string line = ReadWholeFile(Sample(signer + L".key.txt"));
+  return line.substr(0, line.find('\n'));
+}
+
+// Gives each verification the verdict of `verdicts` at its index instead of the system's, which
+// still makes the state.
+std::vector<LONG> verdicts;
+decltype(&WinVerifyTrust) realWinVerifyTrust = nullptr;
+
+LONG WINAPI OverruledWinVerifyTrust(HWND window, GUID* action, LPVOID pointer) {
+  const LONG real = realWinVerifyTrust(window, action, pointer);
+  const auto& data = *static_cast<VerificationData*>(pointer);
+  const DWORD index = data.pSignatureSettings->dwIndex;
+  const bool isOverruled = data.dwStateAction == WTD_STATEACTION_VERIFY &&
+                           IsListedResult(static_cast<std::uint32_t>(real));
+  return isOverruled && index < verdicts.size() ? verdicts[index] : real;
+}
+
+class SignedFiles : public testing::Test {
+ protected:
+  bool IsTrusted(const std::wstring& sample, const KeyList& keys) {
+    return Helper::IsFileTrusted(Sample(sample).c_str(), &keys);
+  }
+
+  PlayedCatalogs catalogs_;
+  LogCapture log_;
+};
+
+class OverruledFiles : public SignedFiles {
+ protected:
+  OverruledFiles() {
+    realWinVerifyTrust = patch_.Original<std::remove_pointer_t<decltype(&WinVerifyTrust)>>();
+    verdicts.clear();
+  }
+
+  Standin::ImportPatch patch_{"WinVerifyTrust", &OverruledWinVerifyTrust};
+};
+
+}  // namespace
+
+TEST_F(OverruledFiles, TheSignersKeyAndSubjectAreReadFromTheFile) {
+  verdicts = {0};
+  const SignatureList signatures = Helper::GetSignatures(Sample(L"other.dll").c_str(), false);
+  ASSERT_EQ(signatures.size(), 1u);
+  EXPECT_EQ(signatures[0].publicKey, KeyOf(L"other"));
+  EXPECT_EQ(signatures[0].publicKey.size(), 809u);
+  EXPECT_EQ(signatures[0].commonName, L"TrustTests");
+  EXPECT_EQ(signatures[0].organizationalUnit, L"Two");
+  EXPECT_EQ(signatures[0].organization, L"TrustTests");
+  EXPECT_EQ(signatures[0].locality, L"Elmhurst");
+  EXPECT_EQ(signatures[0].state, L"California");
+  EXPECT_EQ(signatures[0].country, L"US");
+  EXPECT_EQ(signatures[0].issuer, L"");
+}
+
+TEST_F(OverruledFiles, ASignatureOfAListedKeyPassesWhereTheSystemKnowsTheRoot) {
+  verdicts = {0};
+  EXPECT_TRUE(IsTrusted(L"signed.dll", {KeyOf(L"signed")}));
+}
+
+TEST_F(OverruledFiles, TheSameFileIsRefusedWhereTheSystemDoesNotKnowTheRoot) {
+  verdicts = {static_cast<LONG>(kUnknownRoot)};
+  EXPECT_FALSE(IsTrusted(L"signed.dll", {KeyOf(L"signed")}));
+  EXPECT_EQ(log_.Records().back(),
+            Info(L"Security - IsFileTrusted - trusted by windows = no, trusted by Meridian = yes"));
+}
+
+TEST_F(OverruledFiles, AnExpiredSignerWithAListedKeyPasses) {
+  verdicts = {static_cast<LONG>(kExpired)};
+  EXPECT_TRUE(IsTrusted(L"expired.dll", {KeyOf(L"expired")}));
+  EXPECT_FALSE(IsTrusted(L"expired.dll", {KeyOf(L"signed")}));
+}
+
+TEST_F(OverruledFiles, ASecondSignatureIsVisitedWithItsOwnVerdict) {
+  verdicts = {0, static_cast<LONG>(kUnknownRoot)};
+  const SignatureList signatures = Helper::GetSignatures(Sample(L"nested.dll").c_str(), false);
+  ASSERT_EQ(signatures.size(), 2u);
+  EXPECT_EQ(signatures[0].verifyResult, 0u);
+  EXPECT_EQ(signatures[1].verifyResult, kUnknownRoot);
+  EXPECT_EQ(signatures[0].publicKey, KeyOf(L"signed"));
+}
+
+TEST_F(OverruledFiles, TheSuppliedKeysDoNotTrustTheDevelopmentKey) {
+  verdicts = {0};
+  // Every list but the one place that a development build changes.
+  KeyList supplied(ServiceTrustedKeys.begin() + 1, ServiceTrustedKeys.end());
+  EXPECT_FALSE(IsTrusted(L"signed.dll", supplied));
+  EXPECT_FALSE(IsTrusted(L"signed.dll", ExtendedTrustedKeys));
+  EXPECT_FALSE(IsTrusted(L"signed.dll", PublicKeyPool));
+  EXPECT_EQ(log_.Records().back(),
+            Info(L"Security - IsFileTrusted - trusted by windows = yes, trusted by Meridian = no"));
+}
+
+TEST_F(OverruledFiles, ASuppliedServiceKeyDoesNotTrustTheDevelopmentKey) {
+  verdicts = {0};
+  KeyList supplied = {WATTLEAF_SUPPLIED_SERVICE_KEY};
+  supplied.insert(supplied.end(), ServiceTrustedKeys.begin() + 1, ServiceTrustedKeys.end());
+  ASSERT_EQ(supplied.size(), 46u);
+  EXPECT_FALSE(IsTrusted(L"signed.dll", supplied));
+}
+
+TEST_F(OverruledFiles, TheBuildsOwnListTrustsTheDevelopmentKeyInADevelopmentBuildOnly) {
+  verdicts = {0};
+  const bool isDevelopment = std::string(WATTLEAF_KEYS_OF_THIS_BUILD) == "development";
+  EXPECT_EQ(ServiceTrustedKeys.at(0) == KeyOf(L"signed"), isDevelopment);
+  EXPECT_EQ(ServiceTrustedKeys.at(0) == WATTLEAF_SUPPLIED_SERVICE_KEY, !isDevelopment);
+  EXPECT_EQ(IsTrusted(L"signed.dll", ServiceTrustedKeys), isDevelopment);
+}
+
+TEST_F(OverruledFiles, AFileOfTheSameSignerHasTheSameKey) {
+  verdicts = {0};
+  const SignatureList first = Helper::GetSignatures(Sample(L"signed.dll").c_str(), false);
+  const SignatureList second = Helper::GetSignatures(Sample(L"nested.dll").c_str(), false);
+  const SignatureList other = Helper::GetSignatures(Sample(L"other.dll").c_str(), false);
+  EXPECT_TRUE(Helper::PublicKeysMatch(first, second));
+  EXPECT_FALSE(Helper::PublicKeysMatch(first, other));
+  EXPECT_TRUE(Helper::SubjectsMatch(first, second));
+  EXPECT_FALSE(Helper::SubjectsMatch(first, other));
+}
+
+TEST_F(SignedFiles, AnUnsignedFileHasNoSignatures) {
+  EXPECT_TRUE(Helper::GetSignatures(Sample(L"unsigned.dll").c_str(), false).empty());
+  EXPECT_FALSE(IsTrusted(L"unsigned.dll", {KeyOf(L"signed")}));
+}
+
+TEST_F(SignedFiles, AFileChangedAfterSigningHasNoSignatures) {
+  const TempFolder folder;
+  std::string bytes = ReadWholeFile(Sample(L"signed.dll"));
+  ASSERT_GT(bytes.size(), 4096u);
+  WriteWholeFile(folder.File(L"copy.dll"), bytes);
+  EXPECT_EQ(Helper::GetSignatures(folder.File(L"copy.dll").c_str(), false).size(), 1u);
+  bytes[2048] = static_cast<char>(bytes[2048] ^ 0x01);
+  WriteWholeFile(folder.File(L"changed.dll"), bytes);
+  EXPECT_TRUE(Helper::GetSignatures(folder.File(L"changed.dll").c_str(), false).empty());
+  const KeyList keys = {KeyOf(L"signed")};
+  EXPECT_FALSE(Helper::IsFileTrusted(folder.File(L"changed.dll").c_str(), &keys));
+}
+
+TEST_F(SignedFiles, ACutSignatureIsNoSignature) {
+  const TempFolder folder;
+  const std::string bytes = ReadWholeFile(Sample(L"signed.dll"));
+  const KeyList keys = {KeyOf(L"signed")};
+  for (const std::size_t missing : {std::size_t{8}, std::size_t{700}}) {
+    WriteWholeFile(folder.File(L"cut.dll"), bytes.substr(0, bytes.size() - missing));
+    EXPECT_FALSE(Helper::IsFileTrusted(folder.File(L"cut.dll").c_str(), &keys)) << missing;
+  }
+}
+
+TEST_F(SignedFiles, SeveralThreadsMayAskAtOnce) {
+  const std::wstring signedPath = Sample(L"nested.dll");
+  const std::wstring unsignedPath = Sample(L"unsigned.dll");
+  std::vector<std::size_t> counts(8);
+  std::vector<std::thread> threads;
+  for (std::size_t i = 0; i < counts.size(); ++i) {
+    threads.emplace_back([&, i] {
+      const std::wstring& path = i % 2 == 0 ? signedPath : unsignedPath;
+      counts[i] = Helper::GetSignatures(path.c_str(), false).size();
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(counts, (std::vector<std::size_t>{2, 0, 2, 0, 2, 0, 2, 0}));
+}
+
+TEST_F(SignedFiles, AMissingFileAFolderAndRubbishHaveNoSignatures) {
+  const TempFolder folder;
+  WriteWholeFile(folder.File(L"rubbish.dll"), "MZ no program");
+  WriteWholeFile(folder.File(L"empty.dll"), "");
+  for (const std::wstring& path : {folder.File(L"missing.dll"), folder.Path(),
+                                   folder.File(L"rubbish.dll"), folder.File(L"empty.dll")}) {
+    EXPECT_TRUE(Helper::GetSignatures(path.c_str(), false).empty());
+  }
+}

@@ -1,0 +1,230 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <stdexcept>
+
+#include "played_trust.h"
+#include "security/trust/zq_authenticode_helper.h"
+#include "support/log_capture.h"
+
+using namespace TestSupport;
+using namespace Zq::Gantry::Security;
+using Helper = ZQAuthenticodeHelper;
+
+namespace {
+
+SignatureList Read(PlayedTrust& trust, const PlayedSignature& signature) {
+  trust.embedded = {signature};
+  return Helper::GetSignatures(L"C:\\file.dll", false);
+}
+
+bool IsEmptyRecord(const SignerDescriptor& record) {
+  return record.publicKey.empty() && record.commonName.empty() && record.organization.empty() &&
+         record.country.empty() && record.issuer.empty();
+}
+
+CERT_NAME_BLOB BlobOf(std::vector<std::uint8_t>& bytes) {
+  return {static_cast<DWORD>(bytes.size()), bytes.data()};
+}
+
+// What the played name conversion was told, and what it answers.
+DWORD toldChars = 0;
+DWORD toldFormat = 0;
+DWORD toldEncoding = 0;
+
+DWORD WINAPI FailingNameToStr(DWORD, PCERT_NAME_BLOB, DWORD, LPWSTR, DWORD) { return 0; }
+
+DWORD WINAPI GreedyNameToStr(DWORD encoding, PCERT_NAME_BLOB, DWORD format, LPWSTR text,
+                             DWORD capacity) {
+  toldEncoding = encoding;
+  toldFormat = format;
+  toldChars = capacity;
+  for (DWORD i = 0; i < capacity; ++i) text[i] = L'x';
+  return capacity;
+}
+
+// A block size that nothing else in a test asks for: names of 70,001 bytes, two characters told
+// for each, and a terminator.
+constexpr DWORD kRareNameBytes = 70001;
+constexpr std::size_t kRareBlockBytes = (2 * kRareNameBytes + 1) * sizeof(wchar_t);
+
+void* rareBlock = nullptr;
+bool refuseRareBlock = false;
+int rareBlockFrees = 0;
+void* (*realMalloc)(std::size_t) = nullptr;
+void (*realFree)(void*) = nullptr;
+
+void* PlayedMalloc(std::size_t size) {
+  if (size != kRareBlockBytes) return realMalloc(size);
+  if (refuseRareBlock) return nullptr;
+  rareBlock = realMalloc(size);
+  return rareBlock;
+}
+
+void PlayedFree(void* block) {
+  if (block != nullptr && block == rareBlock) ++rareBlockFrees;
+  realFree(block);
+}
+
+struct PlayedHeap {
+  PlayedHeap() {
+    realMalloc = malloc_.Original<void*(std::size_t)>();
+    realFree = free_.Original<void(void*)>();
+    rareBlock = nullptr;
+    refuseRareBlock = false;
+    rareBlockFrees = 0;
+  }
+
+ private:
+  Standin::ImportPatch malloc_{"malloc", &PlayedMalloc};
+  Standin::ImportPatch free_{"free", &PlayedFree};
+};
+
+}  // namespace
+
+TEST(GetSignerDescriptor, ReadsKeyAndSubjectOfTheLeaf) {
+  PlayedTrust trust;
+  PlayedSignature signature;
+  signature.key = {0x30, 0x82, 0x01, 0x0a, 0xff};
+  signature.subject = L"C=US, S=California, L=Elmhurst, O=Firm, OU=One, OU=Two, CN=Name";
+  const SignatureList signatures = Read(trust, signature);
+
+  ASSERT_EQ(signatures.size(), 1u);
+  EXPECT_EQ(signatures[0].publicKey, "30 82 01 0a ff");
+  EXPECT_EQ(signatures[0].commonName, L"Name");
+  EXPECT_EQ(signatures[0].organizationalUnit, L"Two");
+  EXPECT_EQ(signatures[0].organization, L"Firm");
+  EXPECT_EQ(signatures[0].locality, L"Elmhurst");
+  EXPECT_EQ(signatures[0].state, L"California");
+  EXPECT_EQ(signatures[0].country, L"US");
+}
+
+TEST(GetSignerDescriptor, LogsTheSubjectOnceAndNothingElse) {
+  PlayedTrust trust;
+  const LogCapture log;
+  PlayedSignature signature;
+  signature.subject = L"O=Firm, CN=Name";
+  (void)Read(trust, signature);
+  EXPECT_EQ(log.Records(), (std::vector<LogRecord>{Info(L"Subject = O=Firm\r\nCN=Name")}));
+}
+
+TEST(GetSignerDescriptor, TheIssuerIsReadAndDropped) {
+  PlayedTrust trust;
+  PlayedSignature signature;
+  signature.issuer = L"CN=Somebody else, O=Authority";
+  const SignatureList signatures = Read(trust, signature);
+  EXPECT_EQ(signatures[0].issuer, L"");
+  EXPECT_EQ(signatures[0].organization, L"");
+}
+
+TEST(GetSignerDescriptor, NamesThatCannotBeReadCostALineEachAndLeaveTheKey) {
+  PlayedTrust trust;
+  const Standin::ImportPatch failing("CertNameToStrW", &FailingNameToStr);
+  const LogCapture log;
+  const SignatureList signatures = Read(trust, {});
+  EXPECT_EQ(log.Records(), (std::vector<LogRecord>{Error(L"Error while retrieving Subject field."),
+                                                   Error(L"Error while retrieving Subject field."),
+                                                   Info(L"Subject = ")}));
+  ASSERT_EQ(signatures.size(), 1u);
+  EXPECT_EQ(signatures[0].publicKey, "30 0a");
+  EXPECT_EQ(signatures[0].commonName, L"");
+}
+
+TEST(GetSignerDescriptor, ANullStateGivesAnEmptyRecordWithoutALine) {
+  const PlayedTrust trust;
+  const LogCapture log;
+  EXPECT_TRUE(IsEmptyRecord(Helper::GetSignerDescriptor(nullptr)));
+  EXPECT_TRUE(log.Records().empty());
+}
+
+TEST(GetSignerDescriptor, EachMissingStepGivesAnEmptyRecordThatIsListedWithItsVerdict) {
+  struct Row {
+    const char* label;
+    bool PlayedTrust::*failure;
+  };
+  const Row rows[] = {
+      {"no state", &PlayedTrust::leaveStateNull},
+      {"no provider data", &PlayedTrust::hideProvider},
+      {"no signer", &PlayedTrust::hideSigner},
+      {"no certificate", &PlayedTrust::hideCertificate},
+      {"no certificate context", &PlayedTrust::hideCertificateContext},
+  };
+  for (const Row& row : rows) {
+    PlayedTrust trust;
+    trust.*row.failure = true;
+    const LogCapture log;
+    PlayedSignature signature;
+    signature.verdict = static_cast<LONG>(0x800B0109);
+    const SignatureList signatures = Read(trust, signature);
+    ASSERT_EQ(signatures.size(), 1u) << row.label;
+    EXPECT_TRUE(IsEmptyRecord(signatures[0])) << row.label;
+    EXPECT_EQ(signatures[0].verifyResult, 0x800B0109u) << row.label;
+    EXPECT_TRUE(log.Records().empty()) << row.label;
+    EXPECT_EQ(trust.openStates, 0) << row.label;
+  }
+}
+
+TEST(GetSignerDescriptor, AKeyWithoutBytesRaisesOutOfRange) {
+  PlayedTrust trust;
+  PlayedSignature signature;
+  signature.key.clear();
+  EXPECT_THROW((void)Read(trust, signature), std::out_of_range);
+}
+
+TEST(GetNameText, PutsEachRelativeNameOnALineOfItsOwn) {
+  std::vector<std::uint8_t> name = EncodeName(L"C=US, O=Firm, CN=Name");
+  EXPECT_EQ(Helper::GetNameText(BlobOf(name)), L"C=US\r\nO=Firm\r\nCN=Name");
+}
+
+TEST(GetNameText, AsksForNamesWithoutQuotesOneALine) {
+  const Standin::ImportPatch greedy("CertNameToStrW", &GreedyNameToStr);
+  std::vector<std::uint8_t> name(1, 0x30);
+  (void)Helper::GetNameText(BlobOf(name));
+  EXPECT_EQ(toldFormat, 0x18000003u);
+  EXPECT_EQ(toldEncoding, 1u);
+}
+
+TEST(GetNameText, HasRoomForTwoCharactersForEachByteAndMore) {
+  const Standin::ImportPatch greedy("CertNameToStrW", &GreedyNameToStr);
+  std::vector<std::uint8_t> name(100, 0x30);
+  EXPECT_EQ(Helper::GetNameText(BlobOf(name)), std::wstring(200, L'x'));
+  EXPECT_EQ(toldChars, 200u);
+}
+
+TEST(GetNameText, IsEmptyForANameWithoutBytes) {
+  std::vector<std::uint8_t> name;
+  EXPECT_EQ(Helper::GetNameText(BlobOf(name)), L"");
+}
+
+TEST(GetNameText, AFailedConversionIsLoggedAndGivesItsBlockBack) {
+  const Standin::ImportPatch failing("CertNameToStrW", &FailingNameToStr);
+  const LogCapture log;
+  std::vector<std::uint8_t> name(kRareNameBytes, 0x30);
+  std::wstring text = L"not asked";
+  {
+    const PlayedHeap heap;
+    text = Helper::GetNameText(BlobOf(name));
+  }
+  EXPECT_EQ(text, L"");
+  EXPECT_NE(rareBlock, nullptr);
+  EXPECT_EQ(rareBlockFrees, 1);
+  EXPECT_EQ(log.Records(),
+            (std::vector<LogRecord>{Error(L"Error while retrieving Subject field.")}));
+}
+
+TEST(GetNameText, ARefusedBlockIsLoggedAndNothingIsConverted) {
+  const Standin::ImportPatch greedy("CertNameToStrW", &GreedyNameToStr);
+  toldChars = 0;
+  const LogCapture log;
+  std::vector<std::uint8_t> name(kRareNameBytes, 0x30);
+  std::wstring text = L"not asked";
+  {
+    const PlayedHeap heap;
+    refuseRareBlock = true;
+    text = Helper::GetNameText(BlobOf(name));
+  }
+  EXPECT_EQ(text, L"");
+  EXPECT_EQ(toldChars, 0u);
+  EXPECT_EQ(log.Records(),
+            (std::vector<LogRecord>{Error(L"NULL pointer returned by Malloc() to pszString.")}));
+}

@@ -1,0 +1,154 @@
+#include <gtest/gtest.h>
+
+#include "collection/ledger_fixture.h"
+#include "ledger/played_attributes.h"
+#include "ledger/played_days.h"
+
+// The daily pass beside files that cannot be read, written or trusted.
+
+using namespace TestSupport;
+
+namespace {
+
+constexpr char kToday[] = "2024-05-08";
+constexpr wchar_t kSaveFailed[] = L"Error in CalculateDailyPowerConsumption() : Save Json failed";
+
+class LedgerFiles : public LedgerFixture {
+ protected:
+  void Run() { helper.CalculateDailyPowerConsumption(); }
+
+  std::vector<LogRecord> Errors() const {
+    std::vector<LogRecord> errors;
+    for (const LogRecord& record : log.Records()) {
+      if (record.level != Standin::LogLevel::kInfo) errors.push_back(record);
+    }
+    return errors;
+  }
+};
+
+}  // namespace
+
+TEST_F(LedgerFiles, FailedSaveIsLoggedOncePerPassAndTheLedgerStands) {
+  CreateDirectoryW(LedgerPath().c_str(), nullptr);
+  WriteOneInterval(kToday);
+  helper.dataChanged = false;
+  Run();
+  EXPECT_EQ(Errors(), std::vector<LogRecord>{Error(kSaveFailed)});
+  EXPECT_TRUE(helper.dataChanged);
+  EXPECT_EQ(Booked(kToday), kThreeWh);
+
+  Run();
+  EXPECT_EQ(Errors(), (std::vector<LogRecord>{Error(kSaveFailed), Error(kSaveFailed)}));
+  RemoveDirectoryW(LedgerPath().c_str());
+  Run();
+  EXPECT_EQ(Errors().size(), 2U);
+  EXPECT_NE(LedgerText().find(R"({"Key":"2024-05-08","Value":3.409090995788574})"),
+            std::string::npos);
+}
+
+TEST_F(LedgerFiles, MissingDataFolderFailsTheSave) {
+  const std::wstring missing = folder.File(L"missing");
+  TestHelper other(missing.c_str());
+  other.CalculateDailyPowerConsumption();
+  EXPECT_EQ(Errors(), std::vector<LogRecord>{Error(kSaveFailed)});
+  EXPECT_FALSE(FileExists(missing));
+}
+
+TEST_F(LedgerFiles, LedgerThatIsALinkIsNeitherReadNorWrittenThrough) {
+  const std::string content = R"([{"Key":"2024-05-01","Value":12.5}])";
+  WriteWholeFile(LedgerPath(), content);
+  {
+    const PlayedReparsePoint link(LedgerPath(), IO_REPARSE_TAG_SYMLINK);
+    Run();
+  }
+  EXPECT_EQ(Booked("2024-05-01"), 0.0F);
+  EXPECT_EQ(Errors(), std::vector<LogRecord>{Error(kSaveFailed)});
+  EXPECT_EQ(LedgerText(), content);
+}
+
+TEST_F(LedgerFiles, LedgerThatDoesNotParseOrIsNoArrayIsOverwritten) {
+  for (const char* content :
+       {"", "[{\"Key\":\"2024-05-01\",\"Value\":12.5}", "{\"Key\":\"2024-05-01\",\"Value\":12.5}",
+        "null", "\xFF\xFE[", "[1,2"}) {
+    SCOPED_TRACE(content);
+    WriteWholeFile(LedgerPath(), content);
+    TestHelper other(folder.Path().c_str());
+    other.CalculateDailyPowerConsumption();
+    EXPECT_EQ(other.dailyLedger.size(), 211U);
+    EXPECT_EQ(LedgerText().substr(0, 34), R"([{"Key":"2023-10-11","Value":0.0},)");
+  }
+  EXPECT_TRUE(Errors().empty());
+}
+
+TEST_F(LedgerFiles, NumberBeyond32BitFloatInTheLedgerDoesNotCutTheNextSave) {
+  WriteWholeFile(LedgerPath(),
+                 R"([{"Key":"2024-05-01","Value":1e300},{"Key":"2024-05-02","Value":12.5}])");
+  Run();
+  const std::string text = LedgerText();
+  EXPECT_NE(text.find(R"({"Key":"2024-05-01","Value":0.0},{"Key":"2024-05-02","Value":12.5},)"),
+            std::string::npos);
+  EXPECT_TRUE(text.ends_with(R"(,{"Key":"2024-05-08","Value":0.0}])"));
+}
+
+TEST_F(LedgerFiles, StatusFailureOfTheLedgerCountsAsNoPlainFile) {
+  WriteWholeFile(LedgerPath(), R"([{"Key":"2024-05-01","Value":12.5}])");
+  const PlayedStatusFailure failure(LedgerPath());
+  Run();
+  EXPECT_EQ(Booked("2024-05-01"), 0.0F);
+  EXPECT_EQ(helper.dailyLedger.size(), 211U);
+}
+
+TEST_F(LedgerFiles, StatusFailureOfOneDayLeavesThatDayAtZeroAndTheOthersBooked) {
+  WriteOneInterval(kToday);
+  WriteOneInterval("2024-05-03");
+  WriteOneInterval("2024-05-01");
+  {
+    const PlayedStatusFailure failure(SamplePath("2024-05-03"));
+    Run();
+  }
+  EXPECT_EQ(Booked(kToday), kThreeWh);
+  EXPECT_EQ(Booked("2024-05-03"), 0.0F);
+  EXPECT_EQ(Booked("2024-05-01"), kThreeWh);
+  EXPECT_TRUE(FileExists(SamplePath("2024-05-03")));
+  EXPECT_FALSE(FileExists(SamplePath("2024-05-01")));
+  EXPECT_TRUE(Errors().empty());
+
+  Run();
+  EXPECT_EQ(Booked("2024-05-03"), kThreeWh);
+}
+
+TEST_F(LedgerFiles, SamplesThatAreALinkOrAFolderAreNoSamples) {
+  WriteOneInterval("2024-05-03");
+  CreateDirectoryW(SamplePath("2024-05-02").c_str(), nullptr);
+  const PlayedReparsePoint link(SamplePath("2024-05-03"), IO_REPARSE_TAG_SYMLINK);
+  Run();
+  EXPECT_EQ(Booked("2024-05-03"), 0.0F);
+  EXPECT_EQ(Booked("2024-05-02"), 0.0F);
+  EXPECT_EQ(log.Records(), std::vector<LogRecord>{Info(L"Date:2024-05-08")});
+}
+
+TEST_F(LedgerFiles, LinkInThePlaceOfSamplesIsNotDeletedWhenALeftoverCopyIsBooked) {
+  WriteOneInterval("2024-05-03");
+  WriteWholeFile(folder.File(L"unencrypt-PcmSampleData_2024-05-03.json"),
+                 List({Sample("2024-05-03T09:00:00"), Sample("2024-05-03T10:00:00"),
+                       Sample("2024-05-03T10:05:00")}));
+  {
+    const PlayedReparsePoint link(SamplePath("2024-05-03"), IO_REPARSE_TAG_SYMLINK);
+    Run();
+  }
+  EXPECT_EQ(Booked("2024-05-03"), kThreeWh);
+  EXPECT_TRUE(FileExists(SamplePath("2024-05-03")));
+}
+
+TEST_F(LedgerFiles, SamplesOfAnyContentDoNotEndThePass) {
+  for (const char* json :
+       {"", "[", "{}", "null", "[null,1,\"x\",[],{}]", "[[[[[[[[[[[[[[", "[{\"Power\":1e308}]",
+        R"([{"TelemetryType":"PCM_SENSOR"},{"TelemetryType":"PCM_SENSOR"}])"}) {
+    SCOPED_TRACE(json);
+    WriteEncrypted("2024-05-03", json);
+    Run();
+    EXPECT_EQ(Booked("2024-05-03"), 0.0F);
+    EXPECT_TRUE(FileExists(SamplePath("2024-05-03")));
+  }
+  EXPECT_TRUE(Errors().empty());
+}

@@ -1,0 +1,107 @@
+#include "collection/ledger_fixture.h"
+
+#include <errno.h>
+#include <sys/stat.h>
+
+#include <chrono>
+#include <cstdio>
+#include <stdexcept>
+
+#include "ledger/encrypted_samples.h"
+#include "ledger/played_days.h"
+
+namespace TestSupport {
+
+using namespace Zq::Gantry::Server::Services::Wattleaf;
+
+namespace {
+
+__time64_t g_now = 0;
+bool g_isBroken = false;
+
+__time64_t PlayedTime(__time64_t* now) {
+  if (g_isBroken) throw std::runtime_error("the clock of the test is broken");
+  if (now != nullptr) *now = g_now;
+  return g_now;
+}
+
+std::wstring g_failingPath;
+int (*g_realStatus)(const wchar_t*, struct _stat64*) = nullptr;
+
+int FailingStatus(const wchar_t* path, struct _stat64* status) {
+  if (g_failingPath != path) return g_realStatus(path, status);
+  errno = EACCES;
+  return -1;
+}
+
+std::wstring Wide(const std::string& ascii) { return {ascii.begin(), ascii.end()}; }
+
+}  // namespace
+
+PlayedClock::PlayedClock() : patch_("_time64", &PlayedTime) {}
+
+void PlayedClock::Set(const std::string& localTime) {
+  struct tm fields {};
+  const int count =
+      std::sscanf(localTime.c_str(), "%d-%d-%d %d:%d:%d", &fields.tm_year, &fields.tm_mon,
+                  &fields.tm_mday, &fields.tm_hour, &fields.tm_min, &fields.tm_sec);
+  if (count != 6) throw std::invalid_argument(localTime);
+  fields.tm_year -= 1900;
+  fields.tm_mon -= 1;
+  fields.tm_isdst = -1;
+  g_now = _mktime64(&fields);
+  g_isBroken = false;
+}
+
+void PlayedClock::Break() { g_isBroken = true; }
+
+PlayedStatusFailure::PlayedStatusFailure(const std::wstring& path)
+    : patch_("_wstat64", &FailingStatus) {
+  g_failingPath = path;
+  g_realStatus = patch_.Original<int(const wchar_t*, struct _stat64*)>();
+}
+
+LedgerFixture::LedgerFixture() { PlayedClock::Set("2024-05-08 14:30:00"); }
+
+std::wstring LedgerFixture::SamplePath(const std::string& date) const {
+  return folder.File(L"PcmSampleData_" + Wide(date) + L".json");
+}
+
+std::wstring LedgerFixture::LedgerPath() const { return folder.File(L"PowerConsumption.json"); }
+
+void LedgerFixture::WriteSamples(const std::string& date,
+                                 const std::vector<std::string>& times) const {
+  std::vector<std::string> elements;
+  for (const std::string& time : times) elements.push_back(Sample(date + "T" + time));
+  WriteEncrypted(date, List(elements));
+}
+
+void LedgerFixture::WriteEncrypted(const std::string& date, const std::string& json) const {
+  WriteWholeFile(SamplePath(date), Encrypted(Utf16(json)));
+}
+
+void LedgerFixture::WriteOneInterval(const std::string& date) const {
+  WriteSamples(date, {"09:00:00", "10:00:00", "10:05:00"});
+}
+
+float LedgerFixture::Booked(const std::string& date) const {
+  const auto entry = helper.dailyLedger.find(Day(date));
+  return entry != helper.dailyLedger.end() ? entry->second : -1.0F;
+}
+
+std::string DateBefore(const std::string& date, int days) {
+  int year = 0;
+  unsigned month = 0;
+  unsigned day = 0;
+  std::sscanf(date.c_str(), "%d-%u-%u", &year, &month, &day);
+  const std::chrono::year_month_day result =
+      std::chrono::sys_days(std::chrono::year(year) / std::chrono::month(month) /
+                            std::chrono::day(day)) -
+      std::chrono::days(days);
+  char text[32];
+  std::snprintf(text, sizeof(text), "%04d-%02u-%02u", static_cast<int>(result.year()),
+                static_cast<unsigned>(result.month()), static_cast<unsigned>(result.day()));
+  return text;
+}
+
+}  // namespace TestSupport

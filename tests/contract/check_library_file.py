@@ -1,0 +1,75 @@
+#!/usr/bin/env python3
+"""Reads the import and export tables of the shipped library.
+
+At run time it may need Windows' own libraries and the host's Logging.dll, nothing else, and it must
+offer the factory under its plain name.
+"""
+
+import argparse
+import re
+import subprocess
+import sys
+
+# Upper case: Windows does not care for the case of these names.
+WINDOWS_LIBRARIES = {
+    "ADVAPI32.DLL",
+    "CRYPT32.DLL",
+    "GDIPLUS.DLL",
+    "KERNEL32.DLL",
+    "MSVCRT.DLL",
+    "OLE32.DLL",
+    "OLEAUT32.DLL",
+    "RPCRT4.DLL",
+    "SHELL32.DLL",
+    "USER32.DLL",
+    "USERENV.DLL",
+    "VERSION.DLL",
+    "WINTRUST.DLL",
+    # Windows Runtime: activation and strings.
+    "API-MS-WIN-CORE-WINRT-L1-1-0.DLL",
+    "API-MS-WIN-CORE-WINRT-STRING-L1-1-0.DLL",
+}
+HOST_LIBRARY = "LOGGING.DLL"
+FACTORY = "ZQCreateService"
+# Beside the factory, only members of this system's own classes are exported.
+OWN_MEMBER = re.compile(r"_Z(T[VIS])?NK?2Zq6Gantry")
+
+
+def read_tables(objdump, library):
+    run = subprocess.run([objdump, "-p", library], capture_output=True, text=True, check=True)
+    imports = set(re.findall(r"^\s*DLL Name: (\S+)", run.stdout, re.MULTILINE))
+    _, _, names = run.stdout.partition("[Ordinal/Name Pointer] Table")
+    exports = set(re.findall(r"^\s*\[\s*\d+\] (\S+)$", names, re.MULTILINE))
+    return imports, exports
+
+
+def find_faults(imports, exports):
+    allowed = WINDOWS_LIBRARIES | {HOST_LIBRARY}
+    for name in sorted(imports):
+        if name.upper() not in allowed:
+            yield f"needs {name}, which is neither Windows' own nor Logging.dll"
+    if HOST_LIBRARY not in {name.upper() for name in imports}:
+        yield "does not import Logging.dll (or the import table was not understood)"
+    if FACTORY not in exports:
+        yield f"does not export {FACTORY} undecorated"
+    for name in sorted(exports - {FACTORY}):
+        if not OWN_MEMBER.match(name):
+            yield f"exports {name}, which is none of this system's operations"
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+    parser.add_argument("--objdump", required=True)
+    parser.add_argument("library")
+    arguments = parser.parse_args()
+    imports, exports = read_tables(arguments.objdump, arguments.library)
+    faults = list(find_faults(imports, exports))
+    for fault in faults:
+        print(f"{arguments.library}: {fault}")
+    if faults:
+        sys.exit(1)
+    print("imports:", ", ".join(sorted(imports, key=str.upper)))
+
+
+if __name__ == "__main__":
+    main()

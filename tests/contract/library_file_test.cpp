@@ -1,0 +1,120 @@
+#include <windows.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include "contract/raw_table.h"
+#include "support/log_capture.h"
+
+// The shipped file as a host meets it: loaded from disk, the factory found by name, the service
+// called by slot. No header of the library is used.
+namespace {
+
+using testing::ElementsAre;
+using TestSupport::CallSlot;
+using TestSupport::DestroyThroughSlot;
+using TestSupport::Info;
+using TestSupport::kDestructorSlots;
+
+constexpr std::size_t kStartSession = kDestructorSlots;
+constexpr std::size_t kEndSession = kDestructorSlots + 1;
+constexpr std::size_t kExecuteCommand = kDestructorSlots + 2;
+constexpr std::size_t kFreeResult = kDestructorSlots + 3;
+constexpr std::size_t kQueryReady = kDestructorSlots + 7;
+
+std::wstring LibraryPath() {
+  wchar_t program[MAX_PATH] = {};
+  GetModuleFileNameW(nullptr, program, MAX_PATH);
+  const std::wstring path = program;
+  return path.substr(0, path.find_last_of(L'\\') + 1) + L"WattleafService.dll";
+}
+
+void* MakeService() {
+  const HMODULE library = LoadLibraryW(LibraryPath().c_str());
+  if (library == nullptr) return nullptr;
+  const FARPROC factory = GetProcAddress(library, "ZQCreateService");
+  if (factory == nullptr) return nullptr;
+  return reinterpret_cast<void* (*)()>(reinterpret_cast<void*>(factory))();
+}
+
+int Execute(void* service, unsigned int command, const wchar_t* input, wchar_t** output) {
+  std::wstring text = input;
+  return CallSlot<int, void*, unsigned int, wchar_t*, wchar_t**, std::function<void(wchar_t*)>,
+                  void*>(service, kExecuteCommand, nullptr, command, text.data(), output, nullptr,
+                         nullptr);
+}
+
+std::vector<char> VersionResource() {
+  DWORD unused = 0;
+  const DWORD bytes = GetFileVersionInfoSizeW(LibraryPath().c_str(), &unused);
+  std::vector<char> resource(bytes);
+  if (bytes != 0 && !GetFileVersionInfoW(LibraryPath().c_str(), 0, bytes, resource.data())) {
+    resource.clear();
+  }
+  return resource;
+}
+
+std::wstring VersionText(const std::vector<char>& resource, const std::wstring& name) {
+  wchar_t* text = nullptr;
+  UINT chars = 0;
+  const std::wstring path = L"\\StringFileInfo\\040904B0\\" + name;
+  if (!VerQueryValueW(resource.data(), path.c_str(), reinterpret_cast<void**>(&text), &chars)) {
+    return L"(missing)";
+  }
+  return text;
+}
+
+TEST(LibraryFile, AnswersThroughTheFactoryAndTheTableAlone) {
+  const TestSupport::LogCapture log;
+  void* service = MakeService();
+  ASSERT_NE(service, nullptr);
+  wchar_t name[] = L"host";
+  void* session = nullptr;
+  EXPECT_EQ((CallSlot<int, wchar_t*, void**>(service, kStartSession, name, &session)), 0);
+  EXPECT_NE(session, nullptr);
+  EXPECT_EQ((CallSlot<int, void**>(service, kEndSession, &session)), 0);
+  EXPECT_TRUE(CallSlot<bool>(service, kQueryReady));
+  DestroyThroughSlot(service, 0);
+  EXPECT_THAT(log.Records(), ElementsAre(Info(L"WattleafService::StartSession"),
+                                         Info(L"WattleafService::EndSession")));
+}
+
+TEST(LibraryFile, HandsOutAndTakesBackTheTextOfACommand) {
+  const TestSupport::LogCapture log;
+  void* service = MakeService();
+  ASSERT_NE(service, nullptr);
+  wchar_t* output = nullptr;
+  EXPECT_EQ(Execute(service, 10, L"", &output), 0);
+  ASSERT_NE(output, nullptr);
+  EXPECT_STREQ(output, L"false");
+  CallSlot<void, void*>(service, kFreeResult, output);
+  EXPECT_EQ(Execute(service, 11, L"", &output), 0x20000001);
+  DestroyThroughSlot(service, 0);
+}
+
+TEST(LibraryFile, CarriesAVersionResource) {
+  const std::vector<char> resource = VersionResource();
+  ASSERT_FALSE(resource.empty());
+  EXPECT_EQ(VersionText(resource, L"FileVersion"), WATTLEAF_EXPECTED_VERSION);
+  EXPECT_EQ(VersionText(resource, L"ProductVersion"), WATTLEAF_EXPECTED_VERSION);
+  EXPECT_EQ(VersionText(resource, L"OriginalFilename"), L"WattleafService.dll");
+  EXPECT_EQ(VersionText(resource, L"ProductName"), L"WattleafService");
+}
+
+TEST(LibraryFile, HasTheSameVersionInNumbers) {
+  const std::vector<char> resource = VersionResource();
+  ASSERT_FALSE(resource.empty());
+  VS_FIXEDFILEINFO* fixed = nullptr;
+  UINT bytes = 0;
+  ASSERT_TRUE(VerQueryValueW(resource.data(), L"\\", reinterpret_cast<void**>(&fixed), &bytes));
+  const std::wstring numbers = std::to_wstring(HIWORD(fixed->dwFileVersionMS)) + L"." +
+                               std::to_wstring(LOWORD(fixed->dwFileVersionMS)) + L"." +
+                               std::to_wstring(HIWORD(fixed->dwFileVersionLS));
+  EXPECT_EQ(numbers, WATTLEAF_EXPECTED_VERSION);
+  EXPECT_EQ(fixed->dwFileType, static_cast<DWORD>(VFT_DLL));
+}
+
+}  // namespace

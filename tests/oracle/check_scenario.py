@@ -8,7 +8,6 @@ EMULATOR is the command that runs a Windows program in the notebook's prefix.
 """
 
 import argparse
-import datetime
 import json
 import os
 import shutil
@@ -16,16 +15,16 @@ import subprocess
 import sys
 import time
 from pathlib import Path
-from zoneinfo import ZoneInfo
 
 from commands import answers
 from ledger import DataFolder, Ledger, run_pass
 from local_calendar import LocalCalendar
+from samples_seen import SamplesSeen
 from scenarios import scenarios_of
 
 HOME = "Program Files/Wattleaf"
 DATA_FOLDER = "ProgramData/ZQ/TelemetryDataCollector/PCMCollector"
-SECONDS_FOR_ONE_SCENARIO = 300
+SECONDS_FOR_ONE_PROCESS = 300
 
 
 class Difference(Exception):
@@ -45,32 +44,35 @@ class Notebook:
         shutil.copy(options.program, self._drive / HOME)
         self._program = f"C:\\{HOME}\\{options.program.name}".replace("/", "\\")
 
-    def run(self, scenario):
-        """Runs one scenario in an empty data folder; the folder of what it wrote."""
+    def begin(self, scenario):
+        """Empties the data folder; the new folder for what the scenario's processes write."""
         output = self._work / f"seed{scenario.seed}"
         shutil.rmtree(output, ignore_errors=True)
         output.mkdir(parents=True)
         shutil.rmtree(self._drive / DATA_FOLDER, ignore_errors=True)
-        passes = [",".join(map(str, [one.now, *one.queries])) for one in scenario.passes]
+        return output
+
+    def run(self, scenario, process, output):
+        """Runs one process of a scenario, which writes into the existing folder `output`."""
+        passes = [",".join(map(str, [one.now, *one.queries])) for one in process.passes]
         command = [*self._emulator, self._program, windows_path(output), *passes]
         run = subprocess.run(
-            command, env=self._environment(scenario, output), stdin=subprocess.DEVNULL,
-            capture_output=True, text=True, errors="replace", timeout=SECONDS_FOR_ONE_SCENARIO,
+            command, env=self._environment(scenario, process, output), stdin=subprocess.DEVNULL,
+            capture_output=True, text=True, errors="replace", timeout=SECONDS_FOR_ONE_PROCESS,
         )  # fmt: skip
         if run.returncode != 0:
             raise Difference(f"status {run.returncode}: {run.stderr}\n{log_end(output)}")
-        return output
 
-    def _environment(self, scenario, output):
+    def _environment(self, scenario, process, output):
         return {
             **os.environ,
             "TZ": self._zone,
             "WATTLEAF_LOG_FILE": windows_path(output / "service.log"),
             "WATTLEAF_COLLECTOR_STATUS": "1",
             "WATTLEAF_COLLECTOR_SEED": str(scenario.seed),
-            "WATTLEAF_COLLECTOR_DAYS": str(scenario.days),
+            "WATTLEAF_COLLECTOR_DAYS": str(process.days),
             "WATTLEAF_COLLECTOR_PERIOD": str(scenario.period),
-            "WATTLEAF_COLLECTOR_NOW": str(scenario.passes[0].now),
+            "WATTLEAF_COLLECTOR_NOW": str(process.passes[0].now),
             "WATTLEAF_COLLECTOR_TRUTH": windows_path(output / "truth.json"),
         }
 
@@ -107,23 +109,40 @@ def names_in(folder):
     return "".join(name + "\n" for name in sorted(names))
 
 
-def compare(zone, scenario, output):
+def check(zone, scenario, notebook, samples_seen):
     """Raises Difference at the first one; returns how many texts agree."""
-    calendar, folder, ledger = LocalCalendar(zone), DataFolder(), Ledger()
+    calendar, folder = LocalCalendar(zone), DataFolder()
+    output = notebook.begin(scenario)
     texts = 0
-    for number, one in enumerate(scenario.passes, start=1):
+    for number, process in enumerate(scenario.processes, start=1):
+        place = output / f"process{number}"
+        place.mkdir()
+        notebook.run(scenario, process, place)
+        texts += compare(calendar, folder, process, place, samples_seen)
+    expect_something(folder)
+    return texts
+
+
+def compare(calendar, folder, process, output, samples_seen):
+    """The passes of one process, which begins with an empty ledger in memory."""
+    ledger = Ledger()
+    texts = 0
+    for number, one in enumerate(process.passes, start=1):
         start = f"pass{number}-"
-        folder.show_truth(json.loads((output / f"{start}truth.json").read_text()))
+        truth = json.loads((output / f"{start}truth.json").read_text())
+        samples_seen.add(truth)
+        folder.show_truth(truth)
         run_pass(calendar, folder, ledger, one.now)
-        expect(f"pass {number}: ledger", folder.ledger_text, written(output, start + "ledger.json"))
-        expect(f"pass {number}: folder", names_in(folder), written(output, start + "names.txt"))
+        expect(f"{output.name}, pass {number}: ledger", folder.ledger_text,
+               written(output, start + "ledger.json"))  # fmt: skip
+        expect(f"{output.name}, pass {number}: names in the folder", names_in(folder),
+               written(output, start + "names.txt"))  # fmt: skip
         texts += 2
         for now in [one.now, *one.queries]:
             for command, text in answers(calendar, folder, ledger, now).items():
-                found = written(output, f"{start}at{now}-command{command}.txt")
-                expect(f"pass {number}, command {command} at {local(zone, now)}", text, found)
+                what = f"{output.name}, pass {number}, command {command} at {calendar.local(now)}"
+                expect(what, text, written(output, f"{start}at{now}-command{command}.txt"))
                 texts += 1
-    expect_something(folder)
     return texts
 
 
@@ -132,11 +151,6 @@ def expect_something(folder):
     booked = [row for row in json.loads(folder.ledger_text) if row["Value"] > 0]
     if len(booked) < 5:
         raise Difference(f"only {len(booked)} days have energy: the samples were not read")
-
-
-def local(zone, instant):
-    moment = datetime.datetime.fromtimestamp(instant, ZoneInfo(zone))
-    return f"{moment:%Y-%m-%d %H:%M:%S} ({instant})"
 
 
 def options_of_the_command_line():
@@ -153,11 +167,12 @@ def main():
     options = options_of_the_command_line()
     notebook = Notebook(options)
     scenarios = [s for s in scenarios_of(options.zone) if options.seed in (None, s.seed)]
+    samples_seen = SamplesSeen(options.zone)
     failures = 0
     for scenario in scenarios:
         begin = time.monotonic()
         try:
-            texts = compare(options.zone, scenario, notebook.run(scenario))
+            texts = check(options.zone, scenario, notebook, samples_seen)
             outcome = f"{texts} texts agree"
         except Difference as difference:
             failures += 1
@@ -166,6 +181,8 @@ def main():
         print(f"seed {scenario.seed}, {scenario.title}: {outcome} ({seconds:.1f} s)", flush=True)
     if failures or not scenarios:
         sys.exit(f"{failures} of {len(scenarios)} scenarios differ")
+    if options.seed is None and samples_seen.missing():
+        sys.exit("the collector never wrote " + ", ".join(samples_seen.missing()))
 
 
 if __name__ == "__main__":

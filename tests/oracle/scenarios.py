@@ -5,6 +5,8 @@ from dataclasses import dataclass, field
 from zoneinfo import ZoneInfo
 
 ALL_DAYS = 211
+USUAL_DAYS = 25
+PERIOD_SECONDS = 300
 ZONES = ("UTC", "Europe/Berlin", "America/New_York")
 
 # Titles, and the local date of the first pass.
@@ -47,12 +49,19 @@ class Pass:
 
 
 @dataclass
+class Process:
+    """One life of the service. The collector writes `days` days when it starts."""
+
+    days: int
+    passes: list
+
+
+@dataclass
 class Scenario:
     seed: int
     title: str
-    days: int
     period: int
-    passes: list
+    processes: list
 
 
 def instant(zone, date, clock, fold=0):
@@ -80,14 +89,25 @@ def _passes(zone, first, moment, count):
     return passes
 
 
+def _processes(zone, date, moment, days):
+    """Three days; where all days are asked for, the service starts anew for the third.
+
+    A collector that starts anew appends to today and yesterday and leaves older days alone.
+    """
+    passes = _passes(zone, date, moment, 3)
+    if days < ALL_DAYS:
+        return [Process(days, passes)]
+    return [Process(days, passes[:2]), Process(2, passes[2:])]
+
+
 def scenarios_of(zone):
     base = 100 * (ZONES.index(zone) + 1)
-    rows = [(title, date, 25, 300) for title, date in CHANGES[zone] + EVERYWHERE]
-    rows.append(("all the days that a ledger holds", "2026-04-20", ALL_DAYS, 300))
+    rows = [(title, date, USUAL_DAYS) for title, date in CHANGES[zone] + EVERYWHERE]
+    rows.append(("all the days that a ledger holds", "2026-04-20", ALL_DAYS))
     scenarios = []
-    for i, (title, date, days, period) in enumerate(rows):
+    for i, (title, date, days) in enumerate(rows):
         moment = MOMENTS[i % len(MOMENTS)]
-        passes = _passes(zone, date, moment, 2 if days == ALL_DAYS else 3)
-        full_title = f"{title}, from {date} {moment}"
-        scenarios.append(Scenario(base + i, full_title, days, period, passes))
+        processes = _processes(zone, date, moment, days)
+        title = f"{title}, from {date} {moment}"
+        scenarios.append(Scenario(base + i, title, PERIOD_SECONDS, processes))
     return scenarios

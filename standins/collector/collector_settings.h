@@ -1,0 +1,24 @@
+#pragma once
+
+// Stand-in: what the environment tells the collector.
+
+#include <cstdint>
+#include <string>
+
+#include "notebook_model.h"
+
+namespace Standin {
+
+inline constexpr int kMostDays = 211;
+
+struct CollectorSettings {
+  std::string status;      // WATTLEAF_COLLECTOR_STATUS; see collector_standin.cpp
+  int days;                // WATTLEAF_COLLECTOR_DAYS, today included; at most kMostDays
+  ModelSettings model;     // WATTLEAF_COLLECTOR_SEED, WATTLEAF_COLLECTOR_PERIOD
+  std::int64_t now;        // WATTLEAF_COLLECTOR_NOW in seconds since 1970; the clock where unset
+  std::wstring truthPath;  // WATTLEAF_COLLECTOR_TRUTH; beside the data folder where unset
+};
+
+CollectorSettings ReadCollectorSettings();
+
+}  // namespace Standin

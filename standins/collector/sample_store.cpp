@@ -1,0 +1,137 @@
+// Stand-in: the days that the collector has written.
+
+#include "sample_store.h"
+
+#include <windows.h>
+
+#include <dpapi.h>
+#include <wincrypt.h>
+
+#include <cstdio>
+#include <stdexcept>
+
+namespace Standin {
+
+namespace {
+
+constexpr wchar_t kSamplePathStart[] =
+    L"C:\\ProgramData\\ZQ\\TelemetryDataCollector\\PCMCollector\\PcmSampleData_";
+
+void WriteFileWhole(const std::wstring& path, const std::string& bytes) {
+  std::FILE* file = _wfopen(path.c_str(), L"wb");
+  if (file == nullptr) throw std::runtime_error("the collector cannot write a file");
+  const std::size_t written = std::fwrite(bytes.data(), 1, bytes.size(), file);
+  if (std::fclose(file) != 0 || written != bytes.size()) {
+    throw std::runtime_error("the collector cannot fill a file");
+  }
+}
+
+/// UTF-16LE. Each character of `text` is one of Latin-1.
+std::string Widen(const std::string& text) {
+  std::string wide;
+  wide.reserve(text.size() * 2);
+  for (const char c : text) {
+    wide += c;
+    wide += '\0';
+  }
+  return wide;
+}
+
+std::string Protect(std::string plain) {
+  DATA_BLOB in{static_cast<DWORD>(plain.size()), reinterpret_cast<BYTE*>(plain.data())};
+  DATA_BLOB out{};
+  if (!CryptProtectData(&in, L"", nullptr, nullptr, nullptr, CRYPTPROTECT_LOCAL_MACHINE, &out)) {
+    throw std::runtime_error("the collector cannot protect its samples");
+  }
+  std::string protectedBytes(reinterpret_cast<const char*>(out.pbData), out.cbData);
+  LocalFree(out.pbData);
+  return protectedBytes;
+}
+
+std::string ToBase64(const std::string& bytes) {
+  const auto* data = reinterpret_cast<const BYTE*>(bytes.data());
+  const auto size = static_cast<DWORD>(bytes.size());
+  DWORD chars = 0;
+  CryptBinaryToStringA(data, size, CRYPT_STRING_BASE64, nullptr, &chars);
+  std::string text(chars, '\0');
+  if (!CryptBinaryToStringA(data, size, CRYPT_STRING_BASE64, text.data(), &chars)) {
+    throw std::runtime_error("the collector cannot encode its samples");
+  }
+  text.resize(chars);
+  return text;
+}
+
+std::string Member(const char* name, const std::string& value) {
+  return std::string("\"") + name + "\":" + value;
+}
+
+std::string Quoted(const std::string& text) { return "\"" + text + "\""; }
+
+/// As the file has it: the power as a number, and a member that nobody reads.
+std::string FileText(const std::vector<WrittenSample>& samples) {
+  std::string text = "[";
+  for (const WrittenSample& sample : samples) {
+    if (text.size() > 1) text += ',';
+    text += '{' + Member("TelemetryType", Quoted(sample.type)) + ',' +
+            Member("SampleTime", Quoted(sample.time));
+    if (!sample.power.empty()) text += ',' + Member("Power", sample.power);
+    text += ',' + Member("Unit", Quoted(sample.type == "PCM_TEMPERATURE" ? "\xB0\x43" : "W")) + '}';
+  }
+  return text + "]";
+}
+
+/// As the truth has it: the power as the text of the number.
+std::string TruthText(const std::vector<WrittenSample>& samples) {
+  std::string text = "[";
+  for (const WrittenSample& sample : samples) {
+    if (text.size() > 1) text += ",\n";
+    text += '{' + Member("TelemetryType", Quoted(sample.type)) + ',' +
+            Member("SampleTime", Quoted(sample.time)) + ',' +
+            Member("Power", sample.power.empty() ? "null" : Quoted(sample.power)) + '}';
+  }
+  return text + "]";
+}
+
+}  // namespace
+
+void SampleStore::WriteFirstDays() {
+  current_ = DayOf(settings_.now);
+  for (int back = settings_.days - 1; back >= 0; --back) {
+    WriteDay(DayAfter(current_, -back), settings_.now);
+  }
+  WriteTruth();
+}
+
+void SampleStore::Advance(std::int64_t now) {
+  const CalendarDay today = DayOf(now);
+  for (CalendarDay day = current_; day.number <= today.number; day = DayAfter(day, 1)) {
+    WriteDay(day, now);
+  }
+  current_ = today;
+  WriteTruth();
+}
+
+void SampleStore::WriteDay(const CalendarDay& day, std::int64_t now) {
+  std::vector<WrittenSample> samples;
+  for (const ModelSample& sample : MakeDay(settings_.model, {day.number, day.end - day.begin})) {
+    const std::int64_t instant = day.begin + sample.offsetSeconds;
+    if (instant > now) break;
+    samples.push_back({sample.type, LocalTimeText(instant), sample.power});
+  }
+  if (samples.empty()) return;
+
+  const std::wstring date(day.date.begin(), day.date.end());
+  WriteFileWhole(kSamplePathStart + date + L".json", ToBase64(Protect(Widen(FileText(samples)))));
+  days_[day.date] = std::move(samples);
+}
+
+void SampleStore::WriteTruth() const {
+  std::string text = "{\"days\":[";
+  for (const auto& [date, samples] : days_) {
+    if (text.back() != '[') text += ",\n";
+    text += '{' + Member("date", Quoted(date)) + ',' + Member("samples", TruthText(samples)) + '}';
+  }
+  WriteFileWhole(settings_.truthPath, text + "]}\n");
+}
+
+}  // namespace Standin

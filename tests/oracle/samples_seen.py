@@ -1,0 +1,87 @@
+"""Which of the cases that matter the collector's samples have shown.
+
+A comparison proves something only where its samples hold the cases that the rules are about.
+"""
+
+import datetime
+from zoneinfo import ZoneInfo
+
+LONGEST_INTERVAL_SECONDS = 600
+
+
+class SamplesSeen:
+    def __init__(self, zone):
+        self._zone = ZoneInfo(zone)
+        self._seen = dict.fromkeys(
+            ["a day with one sample", "a day off", "samples across midnight", "other types",
+             "PCM_CHARGER", "PCM_SENSOR", "whole power", "real power", "no power",
+             "an interval of 600 seconds", "an interval of 601 seconds", "a sleep of an hour",
+             "two samples at one moment"],
+            False,
+        )  # fmt: skip
+        if zone != "UTC":
+            self._seen["the repeated hour"] = self._seen["the skipped hour left out"] = False
+
+    def missing(self):
+        return [case for case, seen in self._seen.items() if not seen]
+
+    def add(self, truth):
+        days = [(entry["date"], entry["samples"]) for entry in truth["days"]]
+        for date, samples in days:
+            self._add_day(date, samples)
+        for (date, samples), (next_date, next_samples) in zip(days, days[1:]):
+            if following(date) != next_date:
+                self._see("a day off")
+            elif seconds_between(samples[-1], next_samples[0]) <= LONGEST_INTERVAL_SECONDS:
+                self._see("samples across midnight")
+
+    def _see(self, case, condition=True):
+        if condition:
+            self._seen[case] = True
+
+    def _add_day(self, date, samples):
+        self._see("a day with one sample", len(samples) == 1)
+        for sample in samples:
+            self._add_sample(sample)
+        for first, last in zip(samples, samples[1:]):
+            seconds = seconds_between(first, last)
+            self._see("an interval of 600 seconds", seconds == 600)
+            self._see("an interval of 601 seconds", seconds == 601)
+            self._see("a sleep of an hour", seconds >= 3600)
+            self._see("two samples at one moment", seconds == 0)
+            if "the repeated hour" in self._seen:
+                self._see("the repeated hour", seconds < 0)
+        self._add_forward_change(date, samples)
+
+    def _add_sample(self, sample):
+        kind, power = sample["TelemetryType"], sample["Power"]
+        self._see(kind if kind in self._seen else "other types")
+        self._see("no power", power is None)
+        self._see("real power" if "." in (power or "") else "whole power", power is not None)
+
+    def _add_forward_change(self, date, samples):
+        """Awake through the change, with no sample in the hour that was not."""
+        midnight = datetime.datetime.fromisoformat(date)
+        hours = [
+            hour for hour in range(24)
+            if not self._exists(midnight + datetime.timedelta(hours=hour))
+        ]  # fmt: skip
+        if not hours:
+            return
+        times = {int(sample["SampleTime"][11:13]) for sample in samples}
+        around = {hours[0] - 1, hours[0] + 1} <= times
+        self._see("the skipped hour left out", around and hours[0] not in times)
+
+    def _exists(self, wall):
+        there = wall.replace(tzinfo=self._zone).astimezone(datetime.timezone.utc)
+        return there.astimezone(self._zone).replace(tzinfo=None) == wall
+
+
+def following(date):
+    return str(datetime.date.fromisoformat(date) + datetime.timedelta(days=1))
+
+
+def seconds_between(first, last):
+    """As the wall clock shows it."""
+    times = [datetime.datetime.fromisoformat(sample["SampleTime"]) for sample in (first, last)]
+    return (times[1] - times[0]).total_seconds()

@@ -57,8 +57,9 @@ std::wstring Print(const wchar_t* format, va_list arguments) {
 
 void WriteLine(Standin::LogLevel level, const std::wstring& component, const std::wstring& text) {
   static constexpr const char* kLevels[] = {"info", "warning", "error"};
-  std::string line =
-      "[" + std::string(kLevels[static_cast<int>(level)]) + "] [" + ToUtf8(component) + "] ";
+  std::string line = "[";
+  line.append(kLevels[static_cast<int>(level)]).append("] [");
+  line.append(ToUtf8(component)).append("] ");
   for (const char c : ToUtf8(text)) {
     if (c == '\n') {
       line += "\\n";

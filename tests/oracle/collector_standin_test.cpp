@@ -1,0 +1,184 @@
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <dpapi.h>
+#include <wincrypt.h>
+
+#include <filesystem>
+#include <memory>
+#include <set>
+#include <stdexcept>
+#include <string>
+
+#include "collection/data_collector.h"
+#include "ledger/plain_file.h"
+#include "platform/win32/owners.h"
+#include "support/temp_folder.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using TestSupport::ReadWholeFile;
+using TestSupport::TempFolder;
+using Zq::Gantry::Platform::UniqueModule;
+using Zq::Gantry::Server::Services::Wattleaf::CreateDirectoryTree;
+using Zq::Gantry::Server::Services::Wattleaf::DataCollector;
+
+constexpr wchar_t kDataFolder[] = L"C:\\ProgramData\\ZQ\\TelemetryDataCollector\\PCMCollector";
+constexpr long long kFridayNoon = 1'778'846'400;  // 2026-05-15 12:00:00 UTC
+constexpr long long kDaySeconds = 86400;
+
+int callbackCalls = 0;
+int callbackItems = 0;
+
+void CountItems(const char**, int count) {
+  ++callbackCalls;
+  callbackItems += count;
+}
+
+/// The stand-in in a data folder that holds nothing of the collector, before and after.
+class CollectorStandin : public testing::Test {
+ protected:
+  CollectorStandin() {
+    CreateDirectoryTree(kDataFolder);
+    RemoveSamples();
+    Tell(L"STATUS", L"1");
+    Tell(L"DAYS", L"6");
+    Tell(L"SEED", L"3");
+    Tell(L"PERIOD", L"300");
+    Tell(L"NOW", std::to_wstring(kFridayNoon));
+    Tell(L"TRUTH", TruthPath());
+    callbackCalls = 0;
+    callbackItems = 0;
+  }
+  ~CollectorStandin() override { RemoveSamples(); }
+
+  static void Tell(const std::wstring& name, const std::wstring& value) {
+    SetEnvironmentVariableW((L"WATTLEAF_COLLECTOR_" + name).c_str(), value.c_str());
+  }
+  std::wstring TruthPath() const { return folder_.File(L"truth.json"); }
+
+  template <typename Function>
+  Function* Find(const char* name) const {
+    return reinterpret_cast<Function*>(
+        reinterpret_cast<void (*)()>(GetProcAddress(module_.get(), name)));
+  }
+  std::unique_ptr<DataCollector> Create() const {
+    return std::unique_ptr<DataCollector>(Find<DataCollector*()>("CreateZQXExportClass")());
+  }
+  void Advance(long long now) const { Find<void(long long)>("AdvanceCollector")(now); }
+
+  static std::wstring SamplePath(const std::wstring& date) {
+    return std::wstring(kDataFolder) + L"\\PcmSampleData_" + date + L".json";
+  }
+  static std::set<std::wstring> SampleFiles() {
+    std::set<std::wstring> names;
+    for (const auto& entry : fs::directory_iterator(kDataFolder)) {
+      const std::wstring name = entry.path().filename().wstring();
+      if (name.starts_with(L"PcmSampleData_")) names.insert(name);
+    }
+    return names;
+  }
+
+ private:
+  static void RemoveSamples() {
+    for (const std::wstring& name : SampleFiles()) fs::remove(fs::path(kDataFolder) / name);
+  }
+
+  TempFolder folder_;
+  UniqueModule module_{LoadLibraryW(L"TelemetryZQXWrapper.dll")};
+};
+
+/// What stands in a file below Base64 and data protection.
+std::string OpenSampleFile(const std::wstring& path) {
+  const std::string text = ReadWholeFile(path);
+  const auto chars = static_cast<DWORD>(text.size());
+  DWORD size = 0;
+  CryptStringToBinaryA(text.data(), chars, CRYPT_STRING_BASE64, nullptr, &size, nullptr, nullptr);
+  std::string blob(size, '\0');
+  auto* bytes = reinterpret_cast<BYTE*>(blob.data());
+  CryptStringToBinaryA(text.data(), chars, CRYPT_STRING_BASE64, bytes, &size, nullptr, nullptr);
+
+  DATA_BLOB in{size, bytes};
+  DATA_BLOB out{};
+  if (!CryptUnprotectData(&in, nullptr, nullptr, nullptr, nullptr, CRYPTPROTECT_LOCAL_MACHINE,
+                          &out)) {
+    return {};
+  }
+  std::string opened(reinterpret_cast<const char*>(out.pbData), out.cbData);
+  LocalFree(out.pbData);
+  return opened;
+}
+
+TEST_F(CollectorStandin, GivesTheStatusThatItIsTold) {
+  for (const int status : {-1, 0, 7}) {
+    Tell(L"STATUS", std::to_wstring(status));
+    EXPECT_EQ(Create()->StartCollecting({0}).at(0), status);
+  }
+  EXPECT_TRUE(SampleFiles().empty());
+}
+
+TEST_F(CollectorStandin, CanLeaveTheStatusOut) {
+  Tell(L"STATUS", L"missing");
+  EXPECT_TRUE(Create()->StartCollecting({0}).empty());
+}
+
+TEST_F(CollectorStandin, CanRefuseToLoad) {
+  EXPECT_TRUE(Create()->OnLoad());
+  Tell(L"STATUS", L"onload-false");
+  EXPECT_FALSE(Create()->OnLoad());
+}
+
+TEST_F(CollectorStandin, CanThrow) {
+  Tell(L"STATUS", L"throw-standard");
+  EXPECT_THROW(Create()->StartCollecting({0}), std::runtime_error);
+  Tell(L"STATUS", L"throw-other");
+  EXPECT_THROW(Create()->StartCollecting({0}), int);
+}
+
+TEST_F(CollectorStandin, WritesDaysCallsBackOnceAndLeavesTheTruthBeside) {
+  const auto collector = Create();
+  collector->SetDataCallback(&CountItems);
+  EXPECT_EQ(collector->StartCollecting({0}).at(0), 1);
+
+  EXPECT_EQ(callbackCalls, 1);
+  EXPECT_EQ(callbackItems, 1);
+  EXPECT_GE(SampleFiles().size(), 3U);
+  EXPECT_LE(SampleFiles().size(), 6U);
+  EXPECT_EQ(*SampleFiles().rbegin(), L"PcmSampleData_2026-05-15.json");
+  EXPECT_TRUE(ReadWholeFile(TruthPath()).starts_with("{\"days\":[{\"date\":\"2026-05-1"));
+}
+
+TEST_F(CollectorStandin, WritesTextOfTwoBytesACharacterInsideTheProtection) {
+  Create()->StartCollecting({0});
+  const std::string opened = OpenSampleFile(SamplePath(L"2026-05-15"));
+  ASSERT_EQ(opened.size() % 2, 0U);
+  std::string text;
+  for (std::size_t i = 0; i < opened.size(); i += 2) {
+    EXPECT_EQ(opened[i + 1], '\0');
+    text += opened[i];
+  }
+  EXPECT_TRUE(text.starts_with("[{\"TelemetryType\":\"P")) << text.substr(0, 40);
+  EXPECT_TRUE(text.ends_with("}]"));
+  // Friday noon is now: nothing later is there yet.
+  EXPECT_NE(text.find("T11:"), std::string::npos);
+  EXPECT_EQ(text.find("T12:3"), std::string::npos);
+}
+
+TEST_F(CollectorStandin, AdvancingCompletesYesterdayAndLeavesDeletedFilesAlone) {
+  Create()->StartCollecting({0});
+  const std::string half = ReadWholeFile(SamplePath(L"2026-05-15"));
+  const std::wstring deleted = L"PcmSampleData_2026-05-13.json";
+  ASSERT_TRUE(SampleFiles().contains(deleted));
+  fs::remove(fs::path(kDataFolder) / deleted);
+
+  Advance(kFridayNoon + 3 * kDaySeconds);
+
+  EXPECT_FALSE(SampleFiles().contains(deleted));
+  EXPECT_GT(ReadWholeFile(SamplePath(L"2026-05-15")).size(), half.size());
+  EXPECT_TRUE(SampleFiles().contains(L"PcmSampleData_2026-05-18.json"));
+  EXPECT_NE(ReadWholeFile(TruthPath()).find("\"date\":\"2026-05-18\""), std::string::npos);
+}
+
+}  // namespace

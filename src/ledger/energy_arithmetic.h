@@ -9,7 +9,7 @@
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
 /// Samples further apart than this are a gap, whose time is not booked.
-inline constexpr std::int64_t kLargestIntervalSeconds = 600;
+inline constexpr std::int32_t kLargestIntervalSeconds = 600;
 inline constexpr float kSecondsPerHour = 3600.0F;
 /// Every sum of samples is divided by this once, at its end.
 inline constexpr float kEnergyDivisor = 0.88F;
@@ -24,7 +24,7 @@ float FiniteOrZero(float value);
 /// Narrows a number of a document; 0.0 for one that no 32-bit float can hold.
 float NarrowToFloat(double value);
 
-/// What `seconds` at `watts` add to a sum; 0.0 unless there are 1 to 600 seconds.
+/// What `seconds` at `watts` add to a sum; 0.0 unless their low 32 bits are 1 to 600 seconds.
 float IntervalEnergyWh(std::int64_t seconds, float watts);
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

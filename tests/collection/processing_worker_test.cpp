@@ -105,6 +105,7 @@ TEST_F(ProcessingWorker, BeforeTheFirstPassTheLedgerIsEmptyAndOnlyDataChangedIsS
   EXPECT_TRUE(helper->IsDataChanged());
   EXPECT_EQ(helper->GetDailyAveragePowerConsumption(), 0.0F);
   release.set_value();
+  helper.reset();
 }
 
 namespace {

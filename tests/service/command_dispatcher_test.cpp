@@ -35,7 +35,7 @@ Answer Ask(unsigned int command) {
 
 /// A field of the one helper, which each test program has to itself.
 template <typename Field>
-Field& Of(Field WattleafHelper::* field) {
+Field& Of(Field WattleafHelper::*field) {
   return WattleafHelper::Instance().*field;
 }
 

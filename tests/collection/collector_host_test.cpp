@@ -416,6 +416,7 @@ TEST_F(CollectorHost, TheHelpersEndDropsAnExceptionOfTheCollector) {
 
 TEST_F(CollectorHost, TheCallbackWritesDataChangedOnlyForAPositiveCount) {
   StartTrusted();
+  ASSERT_NE(played.script.callback, nullptr);
   bool& changed = OpenHelper::Instance().*(&OpenHelper::dataChanged);
   ASSERT_TRUE(changed);
   changed = false;

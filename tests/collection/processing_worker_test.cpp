@@ -30,7 +30,10 @@ std::vector<int> priorities;
 void WINAPI PlayedSleep(DWORD milliseconds) {
   if (milliseconds == 0) return;  // the thread library gives way
   sleeps.push_back(milliseconds);
-  if (milliseconds == 86400000 && duringTheDay) duringTheDay();
+  if (milliseconds == 86400000) {
+    if (duringTheDay) duringTheDay();
+    return;
+  }
   if (untilReleased != nullptr) untilReleased->get_future().wait();
 }
 
@@ -141,6 +144,24 @@ TEST_F(ProcessingWorker, TheHelpersEndWaitsForTheRunningSleep) {
   release.set_value();
   end.wait();
   EXPECT_THAT(sleeps, ElementsAre(90000U));
+}
+
+TEST_F(ProcessingWorker, TheHelpersEndTellsTheWorkerToRunNoPass) {
+  LetTheCollectorStart();
+  std::promise<void> release;
+  untilReleased = &release;
+  // Only a worker that was not told comes here; it would go on for ever.
+  bool slept = false;
+  duringTheDay = [&slept, raw = helper.get()] {
+    slept = true;
+    raw->running = false;
+  };
+  helper->StartProcessing();
+  auto end = std::async(std::launch::async, [this] { helper.reset(); });
+  EXPECT_EQ(end.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
+  release.set_value();
+  end.wait();
+  EXPECT_FALSE(slept);
 }
 
 TEST_F(ProcessingWorker, ASecondStartGivesTheFirstThreadUpWithoutEndingTheProcess) {

@@ -134,6 +134,19 @@ TYPED_TEST_SUITE(Owners, AllPolicies);
 
 }  // namespace
 
+TEST(OwnerPolicies, FilesAndSearchesAreEmptyAtTheInvalidHandleAndAllElseAtNull) {
+  EXPECT_EQ(FileHandlePolicy::Empty(), INVALID_HANDLE_VALUE);
+  EXPECT_EQ(FindHandlePolicy::Empty(), INVALID_HANDLE_VALUE);
+  EXPECT_EQ(HandlePolicy::Empty(), nullptr);
+  EXPECT_EQ(ModulePolicy::Empty(), nullptr);
+  EXPECT_EQ(LocalBlockPolicy::Empty(), nullptr);
+  EXPECT_EQ(HeapBlockPolicy::Empty(), nullptr);
+  EXPECT_EQ(BstrPolicy::Empty(), nullptr);
+  EXPECT_EQ(SafeArrayPolicy::Empty(), nullptr);
+  EXPECT_EQ(CatalogAdminPolicy::Empty(), nullptr);
+  EXPECT_EQ(CatalogPolicy::Empty().catalog, nullptr);
+}
+
 TYPED_TEST(Owners, ReleaseOnceAtTheEnd) {
   {
     const typename TestFixture::Owner owner(Value<TypeParam>(0));

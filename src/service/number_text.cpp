@@ -1,16 +1,26 @@
 #include "service/number_text.h"
 
-#include <cstdio>
+#include <charconv>
+#include <limits>
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
+namespace {
+
+constexpr int kDecimalPlaces = 6;
+// A sign, the digits of the largest float, the point and its decimal places.
+constexpr std::size_t kMostChars =
+    1 + std::numeric_limits<float>::max_exponent10 + 1 + 1 + kDecimalPlaces;
+
+}  // namespace
+
+// The same digits as "%f", which takes the point from the locale that a host may have set.
 std::wstring FloatToWideString(float value) {
-  const double widened = static_cast<double>(value);
-  const int length = std::snprintf(nullptr, 0, "%f", widened);
-  if (length <= 0) return {};
-  std::string text(static_cast<std::size_t>(length), '\0');
-  std::snprintf(text.data(), text.size() + 1, "%f", widened);
-  return {text.begin(), text.end()};
+  std::string text(kMostChars, '\0');
+  const auto end = std::to_chars(text.data(), text.data() + text.size(), static_cast<double>(value),
+                                 std::chars_format::fixed, kDecimalPlaces)
+                       .ptr;
+  return {text.data(), end};
 }
 
 std::wstring IntToWideString(int value) { return std::to_wstring(value); }

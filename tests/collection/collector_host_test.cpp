@@ -25,7 +25,8 @@ using Standin::ImportPatch;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::Not;
+using Zq::Gantry::Server::Services::Wattleaf::WattleafHelper;
+using Zq::Gantry::Server::Services::Wattleaf::WattleafService;
 
 namespace {
 
@@ -183,6 +184,20 @@ TEST_F(CollectorHost, TheDataFolderIsMadeWithAllAboveIt) {
   EXPECT_TRUE(FileExists(dataFolder));
 }
 
+TEST_F(CollectorHost, ADataFolderThatCannotBeMadeIsNoHindrance) {
+  WriteWholeFile(data.File(L"a"), "a file in its way");
+  EXPECT_TRUE(StartTrusted());
+  EXPECT_FALSE(FileExists(dataFolder));
+}
+
+TEST_F(CollectorHost, TheCopyInTheHostsDirectoryIsChecked) {
+  const ProtectedFolder folder(L"unsigned.dll");
+  helper->hostDirectory = folder.Path();
+  helper->StartCollection();
+  EXPECT_THAT(log.Records(), Contains(Info(L"Security - GetSecurityCatalogInfo - File = " +
+                                           folder.Path() + L"\\TelemetryZQXWrapper.dll")));
+}
+
 TEST_F(CollectorHost, ALibraryThatFailsTheSignatureCheckIsNotLoaded) {
   const ProtectedFolder folder(L"unsigned.dll");
   helper->hostDirectory = folder.Path();
@@ -279,6 +294,28 @@ TEST_F(CollectorHost, StatusMinusOneOverridesTheProbesAndKeepsTheLibrary) {
   EXPECT_NE(helper->collector, nullptr);
   EXPECT_EQ(played.freed, 0);
   EXPECT_FALSE(helper->dataAvailable);
+}
+
+TEST_F(CollectorHost, CommandSevenTellsTheCollectorsVerdict) {
+  // The service asks the one helper.
+  auto& one = WattleafHelper::Instance();
+  const ProtectedFolder folder(L"signed.dll");
+  one.*(&OpenHelper::PlatformSupportState) = 1;
+  one.*(&OpenHelper::collectionStarted) = false;
+  one.*(&OpenHelper::hostDirectory) = folder.Path();
+  one.*(&OpenHelper::collectionPath) = dataFolder.c_str();
+  played.script.status = {{0, -1}};
+  EXPECT_FALSE(one.StartCollection());
+
+  WattleafService service;
+  wchar_t input[] = L"";
+  wchar_t* output = nullptr;
+  EXPECT_EQ(service.ExecuteCommand(nullptr, 7, input, &output, {}, nullptr), 0);
+  EXPECT_STREQ(output, L"-1");
+  service.FreeResult(output);
+  // The played library is gone before the one helper ends.
+  (one.*(&OpenHelper::collector)).reset();
+  (one.*(&OpenHelper::collectorModule)).reset();
 }
 
 TEST_F(CollectorHost, StatusZeroOverridesTheProbesAndKeepsTheLibrary) {
@@ -379,6 +416,7 @@ TEST_F(CollectorHost, TheHelpersEndDropsAnExceptionOfTheCollector) {
 
 TEST_F(CollectorHost, TheCallbackWritesDataChangedOnlyForAPositiveCount) {
   StartTrusted();
+  ASSERT_NE(played.script.callback, nullptr);
   bool& changed = OpenHelper::Instance().*(&OpenHelper::dataChanged);
   ASSERT_TRUE(changed);
   changed = false;

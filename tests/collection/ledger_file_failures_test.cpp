@@ -117,6 +117,28 @@ TEST_F(LedgerFiles, StatusFailureOfOneDayLeavesThatDayAtZeroAndTheOthersBooked) 
   EXPECT_EQ(Booked("2024-05-03"), kThreeWh);
 }
 
+TEST_F(LedgerFiles, StatusFailureOfANeighbourLeavesTheDayAtZeroToo) {
+  WriteOneInterval("2024-05-03");
+  WriteOneInterval("2024-05-02");
+  WriteOneInterval("2024-05-01");
+  {
+    // The first sample of the 3rd asks for the 2nd, the last one of the 1st too.
+    const PlayedStatusFailure failure(SamplePath("2024-05-02"));
+    Run();
+  }
+  for (const char* date : {"2024-05-03", "2024-05-02", "2024-05-01"}) {
+    EXPECT_EQ(Booked(date), 0.0F) << date;
+    EXPECT_TRUE(FileExists(SamplePath(date))) << date;
+  }
+  EXPECT_EQ(helper.dailyLedger.size(), 211U);
+  EXPECT_TRUE(Errors().empty());
+
+  Run();
+  for (const char* date : {"2024-05-03", "2024-05-02", "2024-05-01"}) {
+    EXPECT_EQ(Booked(date), kThreeWh) << date;
+  }
+}
+
 TEST_F(LedgerFiles, SamplesThatAreALinkOrAFolderAreNoSamples) {
   WriteOneInterval("2024-05-03");
   CreateDirectoryW(SamplePath("2024-05-02").c_str(), nullptr);

@@ -24,6 +24,7 @@ class TestHelper : public Zq::Gantry::Server::Services::Wattleaf::WattleafHelper
   explicit TestHelper(const wchar_t* folder) { collectionPath = folder; }
 
   using WattleafHelper::CalculateDailyPowerConsumption;
+  using WattleafHelper::collectionPath;
   using WattleafHelper::dailyLedger;
   using WattleafHelper::dataChanged;
   using WattleafHelper::dataMutex;

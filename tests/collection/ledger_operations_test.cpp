@@ -233,4 +233,5 @@ TEST_F(LedgerOperations, TreesComeFromTheAverage) {
 TEST_F(LedgerOperations, DevicePathOfADriveBeginsWithTheDeviceFolder) {
   EXPECT_EQ(helper.GetDevicePath("C:").substr(0, 8), "\\Device\\");
   EXPECT_EQ(helper.GetDevicePath("no drive"), "");
+  EXPECT_TRUE(log.Records().empty()) << "a failed look-up is no word";
 }

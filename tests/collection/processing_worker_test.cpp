@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
 #include <future>
 #include <memory>
 #include <system_error>
@@ -11,8 +12,8 @@
 
 #include "collection/open_helper.h"
 #include "import_patch.h"
-#include "service/wattleaf_service.h"
 #include "support/log_capture.h"
+#include "support/temp_folder.h"
 
 using namespace TestSupport;
 using Standin::ImportPatch;
@@ -23,11 +24,16 @@ namespace {
 
 std::vector<DWORD> sleeps;
 std::promise<void>* untilReleased = nullptr;
+std::function<void()> duringTheDay;
 std::vector<int> priorities;
 
 void WINAPI PlayedSleep(DWORD milliseconds) {
   if (milliseconds == 0) return;  // the thread library gives way
   sleeps.push_back(milliseconds);
+  if (milliseconds == 86400000) {
+    if (duringTheDay) duringTheDay();
+    return;
+  }
   if (untilReleased != nullptr) untilReleased->get_future().wait();
 }
 
@@ -43,10 +49,20 @@ class ProcessingWorker : public testing::Test {
   ProcessingWorker() {
     sleeps.clear();
     untilReleased = nullptr;
+    duringTheDay = nullptr;
     priorities.clear();
     // Without support the collector does not start, and the worker ends after its delay.
     helper->PlatformSupportState = 0;
   }
+
+  /// A collector that has been started before, which is a success; no files.
+  void LetTheCollectorStart() {
+    helper->PlatformSupportState = 1;
+    helper->collectionStarted = true;
+    helper->collectionPath = folder.Path().c_str();
+  }
+
+  const TempFolder folder;
   LogCapture log;
   ImportPatch patchedSleep{"Sleep", &PlayedSleep};
   std::unique_ptr<OpenHelper> helper = std::make_unique<OpenHelper>();
@@ -75,6 +91,50 @@ TEST_F(ProcessingWorker, EndsAfterTheDelayWhereTheCollectorDoesNotStart) {
   EXPECT_NE(helper->worker, nullptr) << "the thread object stays";
 }
 
+TEST_F(ProcessingWorker, APassUpdatesTheLedgerAndRaisesTheFlagAndThenADayIsSlept) {
+  LetTheCollectorStart();
+  helper->running = true;
+  duringTheDay = [this] {
+    EXPECT_EQ(helper->dailyLedger.size(), 211U);
+    EXPECT_TRUE(FileExists(folder.File(L"PowerConsumption.json")));
+    EXPECT_TRUE(helper->IsDataAvailable());
+    helper->running = false;
+  };
+  helper->ProcessingCallback();
+  EXPECT_THAT(sleeps, ElementsAre(90000U, 86400000U));
+}
+
+TEST_F(ProcessingWorker, GoesOnWithAPassEachDayForAsLongAsItIsRunning) {
+  LetTheCollectorStart();
+  helper->running = true;
+  duringTheDay = [this] { helper->running = sleeps.size() < 4; };
+  helper->ProcessingCallback();
+  EXPECT_THAT(sleeps, ElementsAre(90000U, 86400000U, 86400000U, 86400000U));
+  const std::vector<LogRecord> records = log.Records();
+  EXPECT_EQ(std::count_if(records.begin(), records.end(),
+                          [](const LogRecord& line) { return line.text.starts_with(L"Date:"); }),
+            3);
+}
+
+TEST_F(ProcessingWorker, APassThatCouldNotSaveRaisesTheFlagToo) {
+  LetTheCollectorStart();
+  const std::wstring missing = folder.File(L"missing");
+  helper->collectionPath = missing.c_str();
+  helper->running = true;
+  duringTheDay = [this] { helper->running = false; };
+  helper->ProcessingCallback();
+  EXPECT_TRUE(helper->IsDataAvailable());
+}
+
+TEST_F(ProcessingWorker, EndsWithoutAPassWhereItIsNoLongerRunningAfterTheDelay) {
+  LetTheCollectorStart();
+  helper->running = false;
+  helper->ProcessingCallback();
+  EXPECT_THAT(sleeps, ElementsAre(90000U));
+  EXPECT_FALSE(helper->IsDataAvailable());
+  EXPECT_THAT(log.Records(), IsEmpty());
+}
+
 TEST_F(ProcessingWorker, TheHelpersEndWaitsForTheRunningSleep) {
   std::promise<void> release;
   untilReleased = &release;
@@ -84,6 +144,24 @@ TEST_F(ProcessingWorker, TheHelpersEndWaitsForTheRunningSleep) {
   release.set_value();
   end.wait();
   EXPECT_THAT(sleeps, ElementsAre(90000U));
+}
+
+TEST_F(ProcessingWorker, TheHelpersEndTellsTheWorkerToRunNoPass) {
+  LetTheCollectorStart();
+  std::promise<void> release;
+  untilReleased = &release;
+  // Only a worker that was not told comes here; it would go on for ever.
+  bool slept = false;
+  duringTheDay = [&slept, raw = helper.get()] {
+    slept = true;
+    raw->running = false;
+  };
+  helper->StartProcessing();
+  auto end = std::async(std::launch::async, [this] { helper.reset(); });
+  EXPECT_EQ(end.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
+  release.set_value();
+  end.wait();
+  EXPECT_FALSE(slept);
 }
 
 TEST_F(ProcessingWorker, ASecondStartGivesTheFirstThreadUpWithoutEndingTheProcess) {

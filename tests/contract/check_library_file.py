@@ -34,6 +34,24 @@ FACTORY = "ZQCreateService"
 # Beside the factory, only members of this system's own classes are exported.
 OWN_MEMBER = re.compile(r"_Z(T[VIS])?NK?2Zq6Gantry")
 
+# The operations of WattleafHelper that others may call.
+HELPER_OPERATIONS = (
+    "Instance",
+    "StartCollection",
+    "StopCollection",
+    "StartProcessing",
+    "IsPlatformSupported",
+    "IsDataChanged",
+    "IsDataAvailable",
+    "GetDailyAveragePowerConsumption",
+    "GetTreeSavedCount",
+    "GetDailyPowerConsumption",
+    "GetWeeklyPowerConsumption",
+    "GetMonthlyPowerConsumption",
+    "GetTop20PowerApps",
+    "GetErrorsAndWarnings",
+)
+
 
 def read_tables(objdump, library):
     run = subprocess.run([objdump, "-p", library], capture_output=True, text=True, check=True)
@@ -52,6 +70,10 @@ def find_faults(imports, exports):
         yield "does not import Logging.dll (or the import table was not understood)"
     if FACTORY not in exports:
         yield f"does not export {FACTORY} undecorated"
+    for operation in HELPER_OPERATIONS:
+        mangled = f"14WattleafHelper{len(operation)}{operation}E"
+        if not any(mangled in name for name in exports):
+            yield f"does not export WattleafHelper::{operation}"
     for name in sorted(exports - {FACTORY}):
         if not OWN_MEMBER.match(name):
             yield f"exports {name}, which is none of this system's operations"

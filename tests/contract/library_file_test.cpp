@@ -23,6 +23,7 @@ constexpr std::size_t kStartSession = kDestructorSlots;
 constexpr std::size_t kEndSession = kDestructorSlots + 1;
 constexpr std::size_t kExecuteCommand = kDestructorSlots + 2;
 constexpr std::size_t kFreeResult = kDestructorSlots + 3;
+constexpr std::size_t kStartupTask = kDestructorSlots + 4;
 constexpr std::size_t kQueryReady = kDestructorSlots + 7;
 
 std::wstring LibraryPath() {
@@ -93,6 +94,23 @@ TEST(LibraryFile, HandsOutAndTakesBackTheTextOfACommand) {
   CallSlot<void, void*>(service, kFreeResult, output);
   EXPECT_EQ(Execute(service, 11, L"", &output), 0x20000001);
   DestroyThroughSlot(service, 0);
+}
+
+TEST(LibraryFile, StaysLoadedWhileItsWorkerSleepsThoughTheHostFreesIt) {
+  void* service = MakeService();
+  ASSERT_NE(service, nullptr);
+  CallSlot<void>(service, kStartupTask);
+  DestroyThroughSlot(service, 0);
+  EXPECT_TRUE(FreeLibrary(GetModuleHandleW(L"WattleafService.dll")));
+  EXPECT_NE(GetModuleHandleW(L"WattleafService.dll"), nullptr);
+}
+
+TEST(LibraryFile, IsUnloadedWhereNoWorkerWasStarted) {
+  void* service = MakeService();
+  ASSERT_NE(service, nullptr);
+  DestroyThroughSlot(service, 0);
+  EXPECT_TRUE(FreeLibrary(GetModuleHandleW(L"WattleafService.dll")));
+  EXPECT_EQ(GetModuleHandleW(L"WattleafService.dll"), nullptr);
 }
 
 TEST(LibraryFile, CarriesAVersionResource) {

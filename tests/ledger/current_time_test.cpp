@@ -8,6 +8,7 @@
 
 #include "import_patch.h"
 #include "ledger/calendar.h"
+#include "ledger/date_text.h"
 #include "ledger/date_time_text.h"
 #include "ledger/local_calendar.h"
 
@@ -89,4 +90,27 @@ TEST_F(CurrentTime, HasNoFieldsForAClockOutsideTheCalendar) {
   EXPECT_EQ(GetCurrentDateTime()->tm_hour, -1);
   EXPECT_EQ(GetCurrentDate()->tm_year, -1);
   EXPECT_EQ(GetCurrentDate()->tm_hour, 0);
+}
+
+namespace {
+
+int g_instants = 0;
+
+__time64_t CountInstant(struct tm*) {
+  ++g_instants;
+  return 0;
+}
+
+}  // namespace
+
+TEST(ParseDateTime, AsksForNoInstantWithoutAText) {
+  const Standin::ImportPatch patch("_mktime64", &CountInstant);
+  g_instants = 0;
+  DateTime time;
+  ParseDateTime(time, nullptr, kDateFormat);
+  ParseDateTime(time, "2024-03-01", nullptr);
+  ParseWideDateTime(time, nullptr);
+  EXPECT_EQ(g_instants, 0);
+  ParseDateTime(time, "2024-03-01", kDateFormat);
+  EXPECT_EQ(g_instants, 1);
 }

@@ -5,8 +5,10 @@
 #include <errno.h>
 #include <sys/stat.h>
 
+#include <cstdio>
 #include <filesystem>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -50,6 +52,19 @@ class ReadSamples : public testing::Test {
 int FailToTellStatus(const wchar_t*, struct _stat64*) {
   errno = EACCES;
   return -1;
+}
+
+int DeleteNothing(const wchar_t*) {
+  errno = EACCES;
+  return -1;
+}
+
+errno_t (*g_open)(std::FILE**, const wchar_t*, const wchar_t*) = nullptr;
+
+errno_t OpenForReadingOnly(std::FILE** file, const wchar_t* path, const wchar_t* mode) {
+  if (mode == std::wstring(L"rb")) return g_open(file, path, mode);
+  *file = nullptr;
+  return EACCES;
 }
 
 }  // namespace
@@ -155,6 +170,35 @@ TEST_F(ReadSamples, TakeALeftoverCopyWhenTodaysDecryptionFails) {
   EXPECT_EQ((*document)[0].GetInt(), 7);
   EXPECT_TRUE(WasTold());
   EXPECT_FALSE(FileExists(plain_));
+}
+
+TEST_F(ReadSamples, TakeAReadOnlyCopyWhichCanNeitherBeWrittenNorDeleted) {
+  WriteWholeFile(plain_, "[7]");
+  WriteWholeFile(encrypted_, Encrypted(Utf16("[1]")));
+  {
+    // Played, since some systems let an administrator write and delete it all the same.
+    const Standin::ImportPatch deletion("_wunlink", &DeleteNothing);
+    const Standin::ImportPatch opening("_wfopen_s", &OpenForReadingOnly);
+    g_open = opening.Original<decltype(OpenForReadingOnly)>();
+    const auto document = Read();
+    ASSERT_TRUE(document);
+    EXPECT_EQ((*document)[0].GetInt(), 7);
+  }
+  EXPECT_TRUE(FileExists(plain_));
+  const auto next = Read();
+  ASSERT_TRUE(next);
+  EXPECT_EQ((*next)[0].GetInt(), 1);
+  EXPECT_FALSE(FileExists(plain_));
+}
+
+TEST_F(ReadSamples, AreAnnouncedBeforeTheyAreDecrypted) {
+  WriteWholeFile(encrypted_, Encrypted(Utf16("[1]")));
+  bool wasThere = true;
+  const std::unique_ptr<GenericDocument> document(
+      ReadSamplesOfDay(folder_.Path(), TestSupport::LocalTime(2024, 3, 1),
+                       [&](const std::wstring&) { wasThere = FileExists(plain_); }));
+  EXPECT_FALSE(wasThere);
+  EXPECT_TRUE(document);
 }
 
 TEST_F(ReadSamples, AreGivenAsTheyAreWhenTheyAreNoArray) {

@@ -4,13 +4,17 @@
 #include <gtest/gtest.h>
 
 #include <future>
+#include <string>
 #include <thread>
+#include <vector>
 
 #include "automation_ledger.h"
 #include "collection/wattleaf_helper.h"
 #include "platform_calls.h"
+#include "service/wattleaf_service.h"
 
 using Zq::Gantry::Server::Services::Wattleaf::WattleafHelper;
+using Zq::Gantry::Server::Services::Wattleaf::WattleafService;
 using namespace Standin::Firmware;
 
 namespace {
@@ -151,4 +155,21 @@ TEST_F(PlatformSupport, ProbesBesideEachOtherBothRun) {
   EXPECT_EQ(helper.IsPlatformSupported(), 1);
   EXPECT_EQ(other, 1);
   EXPECT_EQ(firmware.script().Count("ConnectServer(\\\\.\\root\\wmi)"), 2);
+}
+
+TEST_F(PlatformSupport, Command7AnswersZeroForAClearFlagAndProbesOnce) {
+  Play("flag-clear");
+  WattleafHelper::Instance().*(&Helper::PlatformSupportState) = -2;
+  WattleafService service;
+  std::vector<std::string> firstCalls;
+  for (int i = 0; i < 2; ++i) {
+    wchar_t input[] = L"";
+    wchar_t* output = nullptr;
+    EXPECT_EQ(service.ExecuteCommand(nullptr, 7, input, &output, {}, nullptr), 0);
+    EXPECT_STREQ(output, L"0");
+    service.FreeResult(output);
+    if (i == 0) firstCalls = firmware.script().Trace();
+  }
+  EXPECT_FALSE(firstCalls.empty());
+  EXPECT_EQ(firmware.script().Trace(), firstCalls);
 }

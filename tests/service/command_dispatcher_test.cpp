@@ -2,19 +2,27 @@
 
 #include <windows.h>
 
+#include <time.h>
+
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <stdexcept>
 #include <string>
 
 #include "collection/open_helper.h"
 #include "import_patch.h"
 #include "ledger/calendar.h"
 #include "service/wattleaf_service.h"
+#include "support/log_capture.h"
+#include "support/temp_folder.h"
 
 using namespace TestSupport;
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 using Standin::ImportPatch;
+using testing::ElementsAre;
+using testing::IsEmpty;
 
 namespace {
 
@@ -38,6 +46,8 @@ template <typename Field>
 Field& Of(Field WattleafHelper::*field) {
   return WattleafHelper::Instance().*field;
 }
+
+[[noreturn]] __time64_t BrokenClock(__time64_t*) { throw std::runtime_error("no time"); }
 
 /// A callback that counts its calls and its lives.
 struct Callback {
@@ -152,4 +162,50 @@ TEST(CommandDispatcher, AFailedAllocationIsNoResultAndLeavesTheOutput) {
   }
   EXPECT_EQ(status, 0x20000002);
   EXPECT_EQ(output, &marker);
+}
+
+TEST(CommandDispatcher, CommandsFourToSixHandOverTheirOwnSeries) {
+  const TempFolder folder;
+  Of(&OpenHelper::collectionPath) = folder.Path().c_str();
+  EXPECT_NE(Ask(4).text.find(L"[{\"Time\":"), std::wstring::npos);
+  EXPECT_NE(Ask(5).text.find(L"[{\"Day\":"), std::wstring::npos);
+  EXPECT_NE(Ask(6).text.find(L"[{\"Month\":"), std::wstring::npos);
+  for (const unsigned int command : {4U, 5U, 6U}) EXPECT_EQ(Ask(command).status, 0) << command;
+}
+
+TEST(CommandDispatcher, AnOperationThatCatchesItsOwnExceptionIsNoResultAndLeavesTheOutput) {
+  const LogCapture log;
+  const ImportPatch patch("_time64", &BrokenClock);
+  WattleafService service;
+  std::wstring input;
+  for (const unsigned int command : {4U, 5U, 6U}) {
+    wchar_t marker = L'm';
+    wchar_t* output = &marker;
+    EXPECT_EQ(service.ExecuteCommand(nullptr, command, input.data(), &output, {}, nullptr),
+              0x20000002);
+    EXPECT_EQ(output, &marker);
+  }
+  EXPECT_THAT(log.Records(), ElementsAre(Error(L"Exception in GetDailyPowerConsumption"),
+                                         Error(L"Exception in GetWeeklyPowerConsumption"),
+                                         Error(L"Exception in GetMonthlyPowerConsumption")));
+}
+
+TEST(CommandDispatcher, SessionAndConfigurationAreNotLookedAt) {
+  WattleafService service;
+  std::wstring input;
+  wchar_t* output = nullptr;
+  void* const nowhere = reinterpret_cast<void*>(1);
+  EXPECT_EQ(
+      service.ExecuteCommand(nowhere, 10, input.data(), &output, {},
+                             static_cast<Zq::Gantry::Security::RequestConfiguration*>(nowhere)),
+      0);
+  EXPECT_STREQ(output, L"false");
+  service.FreeResult(output);
+}
+
+TEST(CommandDispatcher, LogsNothing) {
+  const LogCapture log;
+  Of(&OpenHelper::PlatformSupportState) = 1;
+  for (const unsigned int command : {0U, 1U, 3U, 7U, 8U, 10U, 11U}) Ask(command);
+  EXPECT_THAT(log.Records(), IsEmpty());
 }

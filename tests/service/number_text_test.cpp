@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <clocale>
 #include <limits>
+#include <string>
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 
@@ -22,6 +24,33 @@ TEST(FloatToWideString, HasNoFixedBuffer) {
   // The largest float is 2^128 - 2^104, 39 digits before the point.
   EXPECT_EQ(FloatToWideString(std::numeric_limits<float>::max()),
             L"340282346638528859811704183484516925440.000000");
+}
+
+TEST(FloatToWideString, TakesTheLowestNumberAndThoseThatAreNone) {
+  EXPECT_EQ(FloatToWideString(std::numeric_limits<float>::lowest()),
+            L"-340282346638528859811704183484516925440.000000");
+  EXPECT_EQ(FloatToWideString(std::numeric_limits<float>::infinity()), L"inf");
+  EXPECT_EQ(FloatToWideString(-std::numeric_limits<float>::infinity()), L"-inf");
+  EXPECT_EQ(FloatToWideString(std::numeric_limits<float>::quiet_NaN()), L"nan");
+}
+
+TEST(FloatToWideString, RoundsTheExactValue) {
+  // 2^-20 lies nearest to a millionth. 2^-7 and 3 * 2^-7 end in an exact half behind the sixth
+  // digit, which goes to the even one.
+  EXPECT_EQ(FloatToWideString(0.00000095367431640625F), L"0.000001");
+  EXPECT_EQ(FloatToWideString(0.0078125F), L"0.007812");
+  EXPECT_EQ(FloatToWideString(0.0234375F), L"0.023438");
+}
+
+TEST(FloatToWideString, HasAPointWhateverTheHostsLocale) {
+  const std::string before = std::setlocale(LC_NUMERIC, nullptr);
+  const char* comma = nullptr;
+  for (const char* name : {"German_Germany.1252", "de-DE", "de_DE.UTF-8"}) {
+    if (comma == nullptr) comma = std::setlocale(LC_NUMERIC, name);
+  }
+  if (comma == nullptr) GTEST_SKIP() << "no locale with a comma here";
+  EXPECT_EQ(FloatToWideString(3.65F), L"3.650000");
+  std::setlocale(LC_NUMERIC, before.c_str());
 }
 
 TEST(IntToWideString, PrintsPlainDigitsAndASign) {

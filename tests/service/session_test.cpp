@@ -1,14 +1,25 @@
+#include <windows.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdlib>
+#include <new>
 #include <string>
+#include <thread>
+#include <vector>
 
+#include "collection/open_helper.h"
+#include "import_patch.h"
 #include "service/wattleaf_service.h"
 #include "support/log_capture.h"
 
 using namespace TestSupport;
+using Standin::ImportPatch;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using Zq::Gantry::Server::Services::Wattleaf::WattleafHelper;
 using Zq::Gantry::Server::Services::Wattleaf::WattleafService;
 
 namespace {
@@ -23,6 +34,54 @@ std::wstring NameKeptFor(std::wstring name) {
   const std::wstring kept = NameOf(handle);
   service.EndSession(&handle);
   return kept;
+}
+
+/// The blocks that go back to the C heap while it lives. One at a time.
+class FreedBlocks {
+ public:
+  FreedBlocks() {
+    current_ = this;
+    // Room for all of them: the list must not ask the heap for more while it writes one down.
+    blocks_.reserve(1000);
+  }
+  FreedBlocks(const FreedBlocks&) = delete;
+  FreedBlocks& operator=(const FreedBlocks&) = delete;
+
+  std::ptrdiff_t Count(const void* block) const {
+    return std::count(blocks_.begin(), blocks_.end(), block);
+  }
+
+ private:
+  static void __cdecl Free(void* block) {
+    if (current_->blocks_.size() < current_->blocks_.capacity()) {
+      current_->blocks_.push_back(block);
+    }
+    current_->patch_.Original<void __cdecl(void*)>()(block);
+  }
+
+  static inline FreedBlocks* current_ = nullptr;
+  std::vector<const void*> blocks_;
+  const ImportPatch patch_{"free", &Free};
+};
+
+// The name's block of 64 characters and its end; no other allocation has this size.
+constexpr std::size_t kNameBytes = 65 * sizeof(wchar_t);
+void*(__cdecl* realMalloc)(std::size_t) = nullptr;
+void* recordBlock = nullptr;
+
+void* __cdecl NoMemoryForTheName(std::size_t bytes) {
+  if (bytes == kNameBytes) return nullptr;
+  void* block = realMalloc(bytes);
+  if (bytes == sizeof(wchar_t*)) recordBlock = block;
+  return block;
+}
+
+void WINAPI NoSleep(DWORD) {}
+
+/// A field of the one helper, which each test program has to itself.
+template <typename Field>
+Field& Of(Field WattleafHelper::*field) {
+  return WattleafHelper::Instance().*field;
 }
 
 }  // namespace
@@ -74,6 +133,36 @@ TEST(Session, EndLeavesTheDeadHandleInTheHostsVariable) {
   EXPECT_EQ(handle, before);
 }
 
+TEST(Session, EndGivesTheRecordAndItsNameBack) {
+  WattleafService service;
+  std::wstring name = L"client";
+  void* handle = nullptr;
+  service.StartSession(name.data(), &handle);
+  const void* copy = *static_cast<wchar_t**>(handle);
+  const FreedBlocks freed;
+  service.EndSession(&handle);
+  EXPECT_EQ(freed.Count(copy), 1);
+  EXPECT_EQ(freed.Count(handle), 1);
+}
+
+TEST(Session, ANameThatCannotBeAllocatedIsRaisedAndTheHalfMadeRecordIsFreed) {
+  const LogCapture log;
+  WattleafService service;
+  std::wstring name(64, L'n');
+  void* const before = &service;
+  void* handle = before;
+  const FreedBlocks freed;
+  {
+    const ImportPatch patch("malloc", &NoMemoryForTheName);
+    realMalloc = patch.Original<void*(std::size_t)>();
+    EXPECT_THROW(service.StartSession(name.data(), &handle), std::bad_alloc);
+  }
+  EXPECT_EQ(handle, before);
+  ASSERT_NE(recordBlock, nullptr);
+  EXPECT_GE(freed.Count(recordBlock), 1);
+  EXPECT_THAT(log.Records(), IsEmpty());
+}
+
 TEST(Session, AnEmptyNameIsKeptAsAnEmptyText) { EXPECT_EQ(NameKeptFor(L""), L""); }
 
 TEST(Session, ANameOf64CharactersIsCopiedWhole) {
@@ -117,6 +206,30 @@ TEST(SessionChange, OtherEventsLogNothing) {
   }
 }
 
+TEST(SessionChange, ALockLeavesCollectionRunning) {
+  Of(&OpenHelper::running) = true;
+  Of(&OpenHelper::dataAvailable) = true;
+  Of(&OpenHelper::PlatformSupportState) = 1;
+  WattleafService().session_change_task(7, nullptr);
+  EXPECT_TRUE(Of(&OpenHelper::running));
+  EXPECT_TRUE(Of(&OpenHelper::dataAvailable));
+  EXPECT_EQ(Of(&OpenHelper::PlatformSupportState), 1);
+}
+
+TEST(StartupTask, StartsTheWorkerOfTheOneHelperWhichOutlivesTheService) {
+  const ImportPatch patch("Sleep", &NoSleep);
+  // Without support the worker ends after its delay.
+  Of(&OpenHelper::PlatformSupportState) = 0;
+  {
+    WattleafService service;
+    EXPECT_EQ(Of(&OpenHelper::worker), nullptr);
+    service.startup_task();
+  }
+  EXPECT_TRUE(Of(&OpenHelper::running));
+  ASSERT_NE(Of(&OpenHelper::worker), nullptr);
+  Of(&OpenHelper::worker)->join();
+}
+
 TEST(EmptyTasks, PowerEventsAndControlCodesDoNothing) {
   const LogCapture log;
   WattleafService service;
@@ -131,3 +244,11 @@ TEST(EmptyTasks, PowerEventsAndControlCodesDoNothing) {
 TEST(EmptyTasks, TheServiceIsAlwaysReady) { EXPECT_TRUE(WattleafService().query_ready()); }
 
 TEST(FreeResult, TakesANullPointer) { WattleafService().FreeResult(nullptr); }
+
+TEST(FreeResult, GivesTheBlockBackToTheCHeapOnce) {
+  void* block = std::malloc(16);
+  ASSERT_NE(block, nullptr);
+  const FreedBlocks freed;
+  WattleafService().FreeResult(block);
+  EXPECT_EQ(freed.Count(block), 1);
+}

@@ -4,7 +4,7 @@
 
 #include <oleauto.h>
 
-#include "platform/win32/unique_resource.h"
+#include "platform/win32/owners.h"
 
 // The owners of COM and Automation resources.
 namespace Zq::Gantry::Platform {
@@ -14,7 +14,10 @@ template <typename Interface>
 struct InterfacePolicy {
   using Type = Interface*;
   static Type Empty() { return nullptr; }
-  static void Release(Type object) { object->Release(); }
+  static void Release(Type object) {
+    const LastErrorKeeper keeper;
+    object->Release();
+  }
 };
 template <typename Interface>
 using UniqueInterface = UniqueResource<InterfacePolicy<Interface>>;
@@ -22,7 +25,10 @@ using UniqueInterface = UniqueResource<InterfacePolicy<Interface>>;
 struct BstrPolicy {
   using Type = BSTR;
   static Type Empty() { return nullptr; }
-  static void Release(Type text) { SysFreeString(text); }
+  static void Release(Type text) {
+    const LastErrorKeeper keeper;
+    SysFreeString(text);
+  }
 };
 using UniqueBstr = UniqueResource<BstrPolicy>;
 
@@ -32,7 +38,10 @@ UniqueBstr MakeBstr(const wchar_t* text);
 struct SafeArrayPolicy {
   using Type = SAFEARRAY*;
   static Type Empty() { return nullptr; }
-  static void Release(Type array) { SafeArrayDestroy(array); }
+  static void Release(Type array) {
+    const LastErrorKeeper keeper;
+    SafeArrayDestroy(array);
+  }
 };
 using UniqueSafeArray = UniqueResource<SafeArrayPolicy>;
 

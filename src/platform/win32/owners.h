@@ -79,7 +79,10 @@ using UniqueLocalBlock = UniqueResource<LocalBlockPolicy>;
 struct HeapBlockPolicy {
   using Type = void*;
   static Type Empty() { return nullptr; }
-  static void Release(Type block) { std::free(block); }
+  static void Release(Type block) {
+    const LastErrorKeeper keeper;
+    std::free(block);
+  }
 };
 using UniqueHeapBlock = UniqueResource<HeapBlockPolicy>;
 

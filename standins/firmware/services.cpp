@@ -118,6 +118,7 @@ STDMETHODIMP Services::ExecQuery(const BSTR language, const BSTR query, LONG fla
   const std::string detail = Narrow(language) + "|" + Narrow(query) + "|" + std::to_string(flags);
   if (const auto result = TheScript().Enter("ExecQuery", detail)) return *result;
   auto* enumerator = new Enumerator("Win32_ComputerSystem");
+  if (TheScript().Has("null-computer-system")) enumerator->Add(nullptr);
   for (int i = TheScript().Has("two-computer-systems") ? 0 : 1; i < 2; ++i) {
     auto* system = new ClassObject(L"Win32_ComputerSystem");
     system->SetProperty(L"OEMStringArray", MakeOemStrings);

@@ -83,6 +83,7 @@ constexpr const char* kMachineWords[] = {
     "marker-lower-case",
     "marker-goes-on",
     "two-computer-systems",
+    "null-computer-system",
 };
 
 /// "fail:Call=80041001" or, for one occurrence, "fail:Call#2=80041001".

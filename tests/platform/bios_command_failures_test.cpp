@@ -183,6 +183,16 @@ TEST_F(BiosCommand, InstanceThatIsNotThereInTimeIsLoggedAndTheCommandGoesOn) {
                     L"0x40004"));
 }
 
+TEST_F(BiosCommand, InstanceThatIsNullInSpiteOfASuccessIsLoggedAndTheCommandGoesOn) {
+  firmware.script().Fail("Next(ZqqBIntM)", S_OK);
+  EXPECT_EQ(Run(), Result(0x80041008));
+  ASSERT_EQ(log.Records().size(), 2U);
+  EXPECT_EQ(log.Records()[0],
+            Warning(L"GetBiosMethodObjectPath - failed on function IEnumWbemClassObject->Next()",
+                    L"0x0"));
+  EXPECT_EQ(firmware.script().Trace().back(), "ExecMethod |zqqBIOSInt128 0");
+}
+
 TEST_F(BiosCommand, PathThatIsNoTextIsEmpty) {
   firmware.script().Answer("Get(__PATH)", [](VARIANT* value) {
     value->vt = VT_I8;

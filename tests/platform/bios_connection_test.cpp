@@ -54,7 +54,7 @@ TEST_F(BiosConnection, IsMadeOnceAndClosedOnce) {
 
   bios.CloseBiosConnection();
   bios.CloseBiosConnection();
-  EXPECT_EQ(com.uninitialized, 1);
+  EXPECT_EQ(com.liveWhenLeft, std::vector<int>{0}) << "left once, behind the last release";
   EXPECT_EQ(LiveObjects(), 0);
   ExpectWarnings({});
 }
@@ -120,7 +120,7 @@ TEST_F(BiosConnection, BlanketThatIsRefusedReleasesTheServiceAndLeaves) {
   const Standin::ImportPatch blanket("CoSetProxyBlanket", &RefuseBlanket);
   EXPECT_EQ(bios.GetReady(), 0);
   ExpectWarnings({Warning(L"CoSetProxyBlanket", L"0x80070005")});
-  EXPECT_EQ(com.uninitialized, 1);
+  EXPECT_EQ(com.liveWhenLeft, std::vector<int>{0}) << "left once, behind the last release";
   EXPECT_EQ(LiveObjects(), 0);
 }
 

@@ -25,7 +25,10 @@ HRESULT WINAPI PlayedCom::Initialize(void*, DWORD model) {
   return current->initializeResult;
 }
 
-void WINAPI PlayedCom::Uninitialize() { ++current->uninitialized; }
+void WINAPI PlayedCom::Uninitialize() {
+  ++current->uninitialized;
+  current->liveWhenLeft.push_back(Standin::Firmware::LiveObjects());
+}
 
 HRESULT WINAPI PlayedCom::InitializeSecurity(PSECURITY_DESCRIPTOR descriptor, LONG services,
                                              SOLE_AUTHENTICATION_SERVICE* list, void* reserved1,

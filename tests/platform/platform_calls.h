@@ -30,6 +30,8 @@ class PlayedCom {
   HRESULT securityResult = S_OK;
   int initialized = 0;
   int uninitialized = 0;
+  /// Objects of WMI at each leaving: a proxy must not be released behind it.
+  std::vector<int> liveWhenLeft;
   std::vector<DWORD> models;
   /// "descriptor services list reserved level impersonation list capabilities reserved".
   std::vector<std::string> securityCalls;

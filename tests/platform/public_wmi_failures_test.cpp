@@ -28,7 +28,7 @@ class PublicWmiFailures : public TestSupport::WmiTest {
     EXPECT_EQ(log.Records(), std::vector<LogRecord>{warning});
     EXPECT_FALSE(document.HasMember(L"result"));
     EXPECT_EQ(com.initialized, 1);
-    EXPECT_EQ(com.uninitialized, 1);
+    EXPECT_EQ(com.liveWhenLeft, std::vector<int>{0}) << "left once, behind the last release";
   }
 
   WideDocument document;
@@ -108,6 +108,12 @@ TEST_F(PublicWmiFailures, InvalidQueryIsToldByNext) {
 TEST_F(PublicWmiFailures, OtherFailuresOfNextLeaveTheStatus) {
   Play("fail:Next(Win32_ComputerSystem)=80041001");
   ExpectFailure(0x20000002, Warning(kNextCall, L"0x80041001"));
+}
+
+TEST_F(PublicWmiFailures, ObjectThatIsNullInSpiteOfItsCountIsAFailureOfNext) {
+  Play("null-computer-system");
+  ExpectFailure(0x20000002, Warning(kNextCall, L"0x80004005"));
+  EXPECT_EQ(firmware.script().Count("Get(OEMStringArray)"), 0);
 }
 
 TEST_F(PublicWmiFailures, NextAfterAStoredValueKeepsItsStatusWithoutAMember) {

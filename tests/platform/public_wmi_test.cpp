@@ -173,6 +173,6 @@ TEST_F(PublicWmiTest, JoinsAndLeavesTheMultithreadedApartmentOnce) {
   PlayedCom com;
   EXPECT_EQ(Read(), 0U);
   EXPECT_EQ(com.models, std::vector<DWORD>{0});
-  EXPECT_EQ(com.uninitialized, 1);
+  EXPECT_EQ(com.liveWhenLeft, std::vector<int>{0}) << "left once, behind the last release";
   EXPECT_EQ(com.securityCalls, std::vector<std::string>{"null -1 null null 0 3 null 0 null"});
 }

@@ -122,6 +122,13 @@ TEST_F(GetSecurityCatalogInfo, AFailedContextIsLoggedWithTheSystemsError) {
   EXPECT_EQ(catalogs_.calls, (std::vector<std::string>{"acquire"}));
 }
 
+TEST_F(GetSecurityCatalogInfo, AFailedContextThatLeftAHandleIsNotReleased) {
+  catalogs_.failAcquire = true;
+  catalogs_.leaveHandleOnFailure = true;
+  EXPECT_EQ(Ask(), 0);
+  EXPECT_EQ(catalogs_.calls, (std::vector<std::string>{"acquire"}));
+}
+
 TEST_F(GetSecurityCatalogInfo, ANullContextCountsAsAFailure) {
   catalogs_.acquireNull = true;
   SetLastError(6);

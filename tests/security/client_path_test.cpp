@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <cwchar>
 
 #include <gmock/gmock.h>
 
@@ -36,6 +37,8 @@ struct Calls {
   HANDLE token = TokenHandle();
   BOOL tokenResult = TRUE;
   BOOL expandResult = TRUE;
+  BOOL widerExpandResult = TRUE;  // of any further time
+  const wchar_t* leftover = L"";  // what a failing expansion leaves behind
   std::wstring expansion = L"C:\\Client\\a.exe";
 
   std::vector<DWORD> opened;  // access, inherit, process id
@@ -65,11 +68,15 @@ BOOL WINAPI PlayOpenProcessToken(HANDLE process, DWORD access, HANDLE* token) {
 
 /// As the system does it: cuts what does not fit, and reports a success.
 BOOL WINAPI PlayExpandForUser(HANDLE token, LPCWSTR text, LPWSTR result, DWORD chars) {
-  if (calls->expandedFor.empty()) calls->expandChars = chars;
+  const bool isFirst = calls->expandedFor.empty();
+  if (isFirst) calls->expandChars = chars;
   calls->expandedFor.push_back(token);
   calls->expandedTexts.push_back(text);
   SetLastError(203);
-  if (!calls->expandResult) return FALSE;
+  if (!(isFirst ? calls->expandResult : calls->widerExpandResult)) {
+    wcscpy_s(result, chars, calls->leftover);
+    return FALSE;
+  }
   const std::size_t copied = std::min<std::size_t>(calls->expansion.size(), chars - 1);
   calls->expansion.copy(result, copied);
   result[copied] = L'\0';
@@ -195,6 +202,27 @@ TEST_F(ClientPath, NeverUsesTheBeginningOfAnExpansionThatWasCut) {
   ASSERT_EQ(log_.Records().size(), 2U);
   EXPECT_EQ(log_.Records()[0],
             Warning(ExpansionFailure(L"ExpandEnvironmentStringsForUser", 203), kComponent));
+}
+
+TEST_F(ClientPath, NeverUsesWhatAFailedExpansionLeft) {
+  played_.expandResult = FALSE;
+  played_.leftover = L"C:\\Windows\\a.exe";
+  EXPECT_EQ(Expand(), L"");
+  ASSERT_EQ(log_.Records().size(), 2U);
+  EXPECT_THAT(log_.Records()[1].text, testing::HasSubstr(L"function GetFullPathName with"));
+}
+
+TEST_F(ClientPath, TakesAnExpansionForCutThatCannotBeHeldAgainstAWiderOne) {
+  played_.expansion = L"C:\\Windows\\" + std::wstring(248, L'w');  // 259 characters
+  played_.widerExpandResult = FALSE;
+  EXPECT_EQ(Expand(), L"");
+  EXPECT_EQ(log_.Records().size(), 2U);
+}
+
+TEST_F(ClientPath, AsksASecondTimeOnlyForATextThatFillsTheBuffer) {
+  played_.expansion = L"C:\\Windows\\" + std::wstring(247, L'w');  // 258 characters
+  EXPECT_EQ(Expand(), played_.expansion);
+  EXPECT_EQ(played_.expandedFor.size(), 1U);
 }
 
 TEST_F(ClientPath, TakesTheLongestExpansionThatFits) {

@@ -137,6 +137,21 @@ TEST_F(CalculateFileHash, AMissingFileGivesAnEmptyTextWithoutALine) {
   EXPECT_TRUE(log_.Records().empty());
 }
 
+TEST_F(CalculateFileHash, AnyLengthThatTheSystemTellsIsTaken) {
+  catalogs_.hash.assign(100, 0xAB);
+  const FileHash hash = HashWithOwnContext();
+  EXPECT_EQ(hash.bytes, catalogs_.hash);
+  EXPECT_EQ(hash.hexText.size(), 200u);
+}
+
+TEST_F(CalculateFileHash, ADeviceCountsAsNotOpened) {
+  path_ = L"\\\\.\\NUL";
+  EXPECT_TRUE(HashWithOwnContext().hexText.empty());
+  EXPECT_NE(openedHandle, INVALID_HANDLE_VALUE) << "the device itself can be opened";
+  EXPECT_EQ(catalogs_.Count("hash size"), 0);
+  EXPECT_EQ(closedCount, 1);
+}
+
 TEST_F(CalculateFileHash, AHandleThatIsNoDiskFileCountsAsNotOpened) {
   HANDLE readEnd = nullptr;
   HANDLE writeEnd = nullptr;

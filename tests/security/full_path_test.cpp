@@ -1,5 +1,7 @@
 #include <windows.h>
 
+#include <cwchar>
+
 #include <gmock/gmock.h>
 
 #include "security/played_path_calls.h"
@@ -80,6 +82,18 @@ TEST(FullPath, GoesOnWithAnEmptyTextWhereTheExpansionFails) {
   EXPECT_THAT(log.Records(),
               ElementsAre(Warning(ExpansionFailure(L"ExpandEnvironmentStrings", 8), kComponent),
                           Warning(ExpansionFailure(L"GetFullPathName", 123), kComponent)));
+}
+
+TEST(FullPath, NeverUsesWhatAFailedExpansionLeft) {
+  const PlayedRpcQuery rpc;
+  const ImportPatch expand(
+      "ExpandEnvironmentStringsW", +[](LPCWSTR, LPWSTR text, DWORD chars) -> DWORD {
+        wcscpy_s(text, chars, L"C:\\Windows\\a.dll");
+        return 0;
+      });
+  const LogCapture log;
+  EXPECT_EQ(UtilHelper::GetFullExpandedPath(L"%windir%\\a.dll", L""), L"");
+  EXPECT_EQ(log.Records().size(), 2U);
 }
 
 TEST(FullPath, IsEmptyWhereTheFullPathFails) {

@@ -30,6 +30,7 @@ BOOL WINAPI PlayedAcquire(HCATADMIN* admin, const GUID* subsystem, PCWSTR algori
   EXPECT_EQ(policy, nullptr);
   EXPECT_EQ(flags, 0u);
   if (current->failAcquire) {
+    if (current->leaveHandleOnFailure) *admin = TheContext();
     SetLastError(current->acquireError);
     return FALSE;
   }

@@ -26,6 +26,7 @@ class PlayedCatalogs {
   bool failAcquire = false;
   DWORD acquireError = 120;
   bool acquireNull = false;
+  bool leaveHandleOnFailure = false;  ///< the failing call writes a handle all the same
   bool hashSizeZero = false;
   bool failHashSizeCall = false;  ///< false, although the size is told
   bool failHash = false;

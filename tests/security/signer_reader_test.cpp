@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <cstring>
 #include <stdexcept>
 
 #include "played_trust.h"
@@ -34,6 +35,10 @@ DWORD toldEncoding = 0;
 
 DWORD WINAPI FailingNameToStr(DWORD, PCERT_NAME_BLOB, DWORD, LPWSTR, DWORD) { return 0; }
 
+DWORD WINAPI IdleNameToStr(DWORD, PCERT_NAME_BLOB, DWORD, LPWSTR, DWORD capacity) {
+  return capacity;
+}
+
 DWORD WINAPI GreedyNameToStr(DWORD encoding, PCERT_NAME_BLOB, DWORD format, LPWSTR text,
                              DWORD capacity) {
   toldEncoding = encoding;
@@ -58,6 +63,8 @@ void* PlayedMalloc(std::size_t size) {
   if (size != kRareBlockBytes) return realMalloc(size);
   if (refuseRareBlock) return nullptr;
   rareBlock = realMalloc(size);
+  // Nothing that the code did not write passes for an end of text.
+  if (rareBlock != nullptr) std::memset(rareBlock, 0x41, size);
   return rareBlock;
 }
 
@@ -189,6 +196,30 @@ TEST(GetNameText, HasRoomForTwoCharactersForEachByteAndMore) {
   std::vector<std::uint8_t> name(100, 0x30);
   EXPECT_EQ(Helper::GetNameText(BlobOf(name)), std::wstring(200, L'x'));
   EXPECT_EQ(toldChars, 200u);
+}
+
+TEST(GetNameText, ATextThatFillsItsBlockStillHasAnEnd) {
+  const Standin::ImportPatch greedy("CertNameToStrW", &GreedyNameToStr);
+  std::vector<std::uint8_t> name(kRareNameBytes, 0x30);
+  std::wstring text;
+  {
+    const PlayedHeap heap;
+    text = Helper::GetNameText(BlobOf(name));
+  }
+  ASSERT_NE(rareBlock, nullptr);
+  EXPECT_EQ(text.size(), 2u * kRareNameBytes);
+}
+
+TEST(GetNameText, ATextThatNobodyWroteIsEmpty) {
+  const Standin::ImportPatch idle("CertNameToStrW", &IdleNameToStr);
+  std::vector<std::uint8_t> name(kRareNameBytes, 0x30);
+  std::wstring text = L"not asked";
+  {
+    const PlayedHeap heap;
+    text = Helper::GetNameText(BlobOf(name));
+  }
+  ASSERT_NE(rareBlock, nullptr);
+  EXPECT_EQ(text.size(), 0u);
 }
 
 TEST(GetNameText, IsEmptyForANameWithoutBytes) {

@@ -1,6 +1,7 @@
 #include "platform/wmi/zq_bios_wmi.h"
 
 #include <string>
+#include <utility>
 
 #include "platform/win32/com_membership.h"
 #include "platform/wmi/bios_wmi_names.h"

@@ -39,7 +39,8 @@ class ZQBiosWmi {
                                             IWbemClassObject* methodSignature,
                                             IWbemClassObject** instance);
 
-  /// The object that gets the calls. A success other than S_OK leaves `path` empty: there is none.
+  /// The object that gets the calls. Where there is none, or none in time, that is logged and no
+  /// failure, and `path` stays empty.
   [[nodiscard]] HRESULT GetBiosMethodObjectPath(VARIANT* path);
 
   [[nodiscard]] HRESULT GetOutputData(IWbemClassObject* methodResult, std::uint32_t outputSize,

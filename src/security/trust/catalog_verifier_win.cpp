@@ -28,7 +28,7 @@ bool AcquireContext(UniqueCatalogAdmin& admin) {
     return static_cast<bool>(admin);
   }
   // A failed call has acquired nothing, whatever it left behind.
-  (void)admin.release();
+  static_cast<void>(admin.release());
   return false;
 }
 
@@ -79,7 +79,7 @@ bool FindCatalog(CatalogMember& member, FileHash& hash) {
     LogManager::GetLogger()->LogError(
         L"Security - GetSecurityCatalogInfo - Failed during CryptCATAdminEnumCatalogFromHash. "
         L"Error Code = %d",
-        error);
+        static_cast<int>(error));
     return false;
   }
 
@@ -118,7 +118,7 @@ std::int32_t ZQAuthenticodeHelper::GetSecurityCatalogInfo(const wchar_t* file,
     LogManager::GetLogger()->LogError(
         L"Security - GetSecurityCatalogInfo - Failed during CryptCATAdminAcquireContext2. "
         L"Error Code = %d",
-        error);
+        static_cast<int>(error));
     return 0;
   }
 
@@ -128,7 +128,7 @@ std::int32_t ZQAuthenticodeHelper::GetSecurityCatalogInfo(const wchar_t* file,
 
   member->memberTag = std::move(hash.hexText);
   PointAtMember(data, file, *member);
-  (void)member.release();  // handed over in data.pCatalog
+  static_cast<void>(member.release());  // handed over in data.pCatalog
   return 1;
 }
 
@@ -143,7 +143,7 @@ FileHash ZQAuthenticodeHelper::CalculateFileHash(const wchar_t* file, void* cata
   if (!HashInto(hash.bytes, file, catalogAdministrator)) {
     // Kept on purpose: on this way out a context of our own is not released (test
     // CalculateFileHash.KeepsItsOwnContextAfterAFailure).
-    (void)own.release();
+    static_cast<void>(own.release());
     return hash;
   }
   hash.hexText = ToUpperHexText(hash.bytes);

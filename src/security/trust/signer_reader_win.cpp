@@ -51,7 +51,7 @@ SignerDescriptor ZQAuthenticodeHelper::GetSignerDescriptor(void* stateData) {
 
   const std::wstring subject = GetNameText(certificate->Subject);
   // Kept on purpose: the issuer is read, with the log line of a failure, and goes no further.
-  (void)GetNameText(certificate->Issuer);
+  static_cast<void>(GetNameText(certificate->Issuer));
   LogManager::GetLogger()->LogInfo(L"Subject = %s", subject.c_str());
   ParseSubject(subject, record);
   return record;

@@ -1,5 +1,6 @@
 #include <windows.h>
 
+#include <atomic>
 #include <exception>
 #include <map>
 #include <string>
@@ -110,7 +111,10 @@ CollectorVerdict WattleafHelper::StartCollector() {
 
 void WattleafHelper::TakeVerdict(CollectorVerdict verdict) {
   if (verdict == CollectorVerdict::kStarted) dataAvailable = true;
-  if (const auto state = SupportStateOf(verdict)) PlatformSupportState = *state;
+  // Whole and at once, beside a probe that may store its own answer on another thread.
+  if (const auto state = SupportStateOf(verdict)) {
+    std::atomic_ref<int>(PlatformSupportState).store(*state);
+  }
 }
 
 void WattleafHelper::UnloadCollector() {

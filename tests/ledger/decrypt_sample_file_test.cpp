@@ -126,7 +126,12 @@ TEST_F(Decryption, DoesNothingForAPathWithoutAFolder) {
   GetCurrentDirectoryW(MAX_PATH, before);
   SetCurrentDirectoryW(folder_.Path().c_str());
   TestSupport::WriteWholeFile(input_, Encrypted(Utf16("[]")));
-  EXPECT_FALSE(DecryptSampleFile(L"a.json"));
+  {
+    g_calls = 0;
+    const Standin::ImportPatch patch("CryptStringToBinaryA", &CountDecoding);
+    EXPECT_FALSE(DecryptSampleFile(L"a.json"));
+    EXPECT_EQ(g_calls, 0) << "it is not even read";
+  }
   EXPECT_FALSE(FileExists(output_));
   EXPECT_FALSE(DecryptSampleFile(L"./a.json"));
   EXPECT_TRUE(FileExists(output_));

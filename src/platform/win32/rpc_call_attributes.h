@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <rpc.h>
+#include <rpcasync.h>
 
 #include <cstddef>
 

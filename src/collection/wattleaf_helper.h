@@ -8,7 +8,8 @@
 #include <string>
 #include <thread>
 
-#include "catalogue/uwp_app_record.h"
+#include "catalogue/installed_apps.h"
+#include "catalogue/published.h"
 #include "collection/collector_status.h"
 #include "collection/data_collector.h"
 #include "export.h"
@@ -105,8 +106,8 @@ class WATTLEAF_API WattleafHelper {
   int PlatformSupportState = Shared::WMI::kPlatformUndecided;
   bool dataAvailable = false;
   std::map<DateTime, float> dailyLedger;
-  std::map<std::wstring, std::wstring> win32Apps;
-  std::map<std::string, UwpAppRecord> uwpApps;
+  Published<DesktopApps> win32Apps;
+  Published<PackagedApps> uwpApps;
   // Kept on purpose: nothing ever clears it, so every query answers true.
   bool dataChanged = true;
   bool collectionStarted = false;
@@ -117,6 +118,9 @@ class WATTLEAF_API WattleafHelper {
   std::unique_ptr<std::thread> worker;
   bool running = false;
   std::mutex dataMutex;
+  /// Held while the 30-day store is open, and for nothing else: a reader must not make the
+  /// conversion's save fail after the report is gone.
+  std::mutex storeMutex;
 };
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -12,10 +12,10 @@ using GenericDocument = rapidjson::GenericDocument<rapidjson::UTF8<char>>;
 
 /// A larger file counts as unreadable, and so does deeper nesting: files of the data folder may
 /// have been put there by anybody.
-inline constexpr std::size_t kLargestDataFileBytes = 32U * 1024 * 1024;
+inline constexpr std::size_t kLargestDataFileBytes = 64U * 1024 * 1024;
 inline constexpr int kDeepestJsonNesting = 64;
 /// Values and member names together. The library's pools do not survive a failed allocation.
-inline constexpr std::size_t kMostJsonValues = 4'000'000;
+inline constexpr std::size_t kMostJsonValues = 8'000'000;
 
 /// A new heap document owned by the caller; null for a file that cannot be opened or parsed.
 GenericDocument* LoadJsonDocument(const std::wstring& path);

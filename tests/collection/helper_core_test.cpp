@@ -47,8 +47,8 @@ TEST(HelperCore, AFreshHelperHasTheDefaultsOfItsFields) {
   EXPECT_EQ(helper.PlatformSupportState, -2);
   EXPECT_FALSE(helper.dataAvailable);
   EXPECT_THAT(helper.dailyLedger, IsEmpty());
-  EXPECT_THAT(helper.win32Apps, IsEmpty());
-  EXPECT_THAT(helper.uwpApps, IsEmpty());
+  EXPECT_THAT(*helper.win32Apps.Current(), IsEmpty());
+  EXPECT_THAT(*helper.uwpApps.Current(), IsEmpty());
   EXPECT_TRUE(helper.dataChanged);
   EXPECT_FALSE(helper.collectionStarted);
   EXPECT_EQ(helper.errorsAndWarningsJson, L"");

@@ -53,18 +53,18 @@ TEST(HostileJson, IsUnreadableWhenItIsOneBracketOnly) {
   EXPECT_FALSE(LoadText(std::string(64U << 20, '[')));
 }
 
-TEST(HostileJson, MayBeThirtyTwoMebibytesLong) {
-  const std::size_t limit = 32U * 1024 * 1024;
+TEST(HostileJson, MayBeSixtyFourMebibytesLong) {
+  const std::size_t limit = 64U * 1024 * 1024;
   EXPECT_TRUE(LoadText("[]" + std::string(limit - 2, ' ')));
   EXPECT_FALSE(LoadText("[]" + std::string(limit - 1, ' ')));
 }
 
 TEST(HostileJson, MayHoldFourMillionValues) {
   // The array itself is one of them.
-  const auto most = LoadText(ArrayOfZeros(3'999'999));
+  const auto most = LoadText(ArrayOfZeros(7'999'999));
   ASSERT_TRUE(most);
-  EXPECT_EQ(most->Size(), 3'999'999U);
-  EXPECT_FALSE(LoadText(ArrayOfZeros(4'000'000)));
+  EXPECT_EQ(most->Size(), 7'999'999U);
+  EXPECT_FALSE(LoadText(ArrayOfZeros(8'000'000)));
 }
 
 TEST(HostileJson, EndsAtAnExponentThatOverflowsInTheParser) {

@@ -31,6 +31,7 @@ class PlayedVersion {
 
   DWORD size = 64;
   BOOL read = TRUE;
+  int sizes = 0;
   int reads = 0;
   std::vector<std::string> asked;
 
@@ -40,7 +41,10 @@ class PlayedVersion {
     UINT length = 0;
   };
 
-  static DWORD WINAPI Size(const char*, DWORD*) { return current_->size; }
+  static DWORD WINAPI Size(const char*, DWORD*) {
+    ++current_->sizes;
+    return current_->size;
+  }
   static BOOL WINAPI Read(const char*, DWORD, DWORD bytes, void* block) {
     ++current_->reads;
     EXPECT_EQ(bytes, current_->size);
@@ -163,4 +167,16 @@ TEST(GetFileDescriptionOf, AResourceThatCannotBeReadIsNotAsked) {
   EXPECT_EQ(GetFileDescription("x"), "");
   EXPECT_EQ(version.reads, 1);
   EXPECT_TRUE(version.asked.empty());
+}
+
+TEST(GetFileDescriptionOf, APathLongerThanTheSystemKnowsIsNotLookedAt) {
+  PlayedVersion version;
+  version.Add(kList, kEnglishEntry);
+  version.Add(kEnglish, std::string("Meadow\0", 7));
+  EXPECT_EQ(GetFileDescription(std::string(32'766, 'p')), "Meadow");
+  EXPECT_EQ(version.sizes, 1);
+  for (const std::size_t bytes : {32'767, 1'000'000}) {
+    EXPECT_EQ(GetFileDescription(std::string(bytes, 'p')), "") << bytes;
+  }
+  EXPECT_EQ(version.sizes, 1);
 }

@@ -7,7 +7,6 @@
 #include "catalogue/sample_program.h"
 #include "support/temp_folder.h"
 
-using TestSupport::FileExists;
 using TestSupport::GdiplusCalls;
 using TestSupport::SampleIcon;
 using TestSupport::TempFolder;
@@ -16,6 +15,10 @@ using Zq::Gantry::Server::Services::Wattleaf::SaveIconAsPng;
 // Each call fails in turn; whatever was made before is released.
 namespace {
 
+// The list takes its texts as places that could be written to.
+wchar_t jpegType[] = L"image/jpeg";
+wchar_t pngType[] = L"image/png";
+
 class SaveIconAsPngFailures : public testing::Test {
  protected:
   bool Save() { return SaveIconAsPng(icon_.get(), folder_.File(L"a.png")); }
@@ -23,7 +26,6 @@ class SaveIconAsPngFailures : public testing::Test {
   void ExpectAllReleased() {
     EXPECT_EQ(calls_.stopped, calls_.started);
     EXPECT_EQ(calls_.disposed, calls_.bitmaps);
-    EXPECT_FALSE(FileExists(folder_.File(L"a.png")));
   }
 
   void ExpectSavedWithoutCodec() {
@@ -92,7 +94,7 @@ TEST_F(SaveIconAsPngFailures, OfAnEmptyCodecListAreTheSaves) {
 TEST_F(SaveIconAsPngFailures, OfACodecListWithoutPngAreTheSaves) {
   calls_.onEncoders = [this](UINT count, UINT bytes, Gdiplus::ImageCodecInfo* encoders) {
     const auto status = calls_.RealEncoders(count, bytes, encoders);
-    for (UINT i = 0; i < count; ++i) encoders[i].MimeType = L"image/jpeg";
+    for (UINT i = 0; i < count; ++i) encoders[i].MimeType = jpegType;
     encoders[0].MimeType = nullptr;
     return status;
   };
@@ -123,10 +125,17 @@ TEST_F(SaveIconAsPngFailures, OfAPathThatCannotBeCreatedAreTold) {
   ExpectAllReleased();
 }
 
+TEST_F(SaveIconAsPngFailures, OfAPathLongerThanTheSystemKnowsAreTold) {
+  const std::wstring folder(100'000, L'p');
+  EXPECT_FALSE(SaveIconAsPng(icon_.get(), L"C:\\" + folder + L"\\a.png"));
+  EXPECT_EQ(calls_.saves, 1);
+  ExpectAllReleased();
+}
+
 TEST_F(SaveIconAsPngFailures, DoNotKeepTheFirstOfTwoPngCodecsFromBeingTaken) {
   calls_.onEncoders = [this](UINT count, UINT bytes, Gdiplus::ImageCodecInfo* encoders) {
     const auto status = calls_.RealEncoders(count, bytes, encoders);
-    encoders[0].MimeType = L"image/png";
+    encoders[0].MimeType = pngType;
     encoders[0].Clsid = CLSID{1, 2, 3, {}};
     return status;
   };

@@ -9,6 +9,8 @@ class OpenHelper : public Zq::Gantry::Server::Services::Wattleaf::WattleafHelper
  public:
   using WattleafHelper::CalculateDailyPowerConsumption;
   using WattleafHelper::MyNativeCallback;
+  using WattleafHelper::OnGetErrorAndWarnings;
+  using WattleafHelper::OnGetTop20PowerApps;
   using WattleafHelper::ProcessingCallback;
 
   using WattleafHelper::collectionPath;

@@ -8,6 +8,7 @@ namespace TestSupport {
 class OpenHelper : public Zq::Gantry::Server::Services::Wattleaf::WattleafHelper {
  public:
   using WattleafHelper::CalculateDailyPowerConsumption;
+  using WattleafHelper::LoadInstalledWin32Apps;
   using WattleafHelper::MyNativeCallback;
   using WattleafHelper::OnGetErrorAndWarnings;
   using WattleafHelper::OnGetTop20PowerApps;

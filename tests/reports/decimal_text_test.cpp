@@ -21,9 +21,7 @@ TEST(DecimalNumber, ReadsDigitsWithOrWithoutASign) {
   EXPECT_EQ(DecimalNumber(L"000000000000000000000000012"), 12);
 }
 
-TEST(DecimalNumber, StepsOverLeadingWhiteSpace) {
-  EXPECT_EQ(DecimalNumber(L" \t\n\v\f\r-5"), -5);
-}
+TEST(DecimalNumber, StepsOverLeadingWhiteSpace) { EXPECT_EQ(DecimalNumber(L" \t\n\v\f\r-5"), -5); }
 
 TEST(DecimalNumber, EndsAtTheFirstCharacterThatIsNoDigit) {
   EXPECT_EQ(DecimalNumber(L"12.9"), 12);
@@ -33,7 +31,8 @@ TEST(DecimalNumber, EndsAtTheFirstCharacterThatIsNoDigit) {
 }
 
 TEST(DecimalNumber, IsZeroWithoutDigits) {
-  for (const wchar_t* text : {L"", L"   ", L"+", L"-", L"--1", L"+-1", L"- 1", L"abc", L"/", L":"}) {
+  for (const wchar_t* text :
+       {L"", L"   ", L"+", L"-", L"--1", L"+-1", L"- 1", L"abc", L"/", L":"}) {
     EXPECT_EQ(DecimalNumber(text), 0);
   }
 }
@@ -50,7 +49,9 @@ TEST(DecimalNumber, StopsAtTheEndsOf32Bits) {
 }
 
 TEST(DecimalNumber, KnowsAsciiOnly) {
-  EXPECT_EQ(DecimalNumber(L"\x0663"), 0);    // a digit of another script
-  EXPECT_EQ(DecimalNumber(L"\xFF13"), 0);    // a digit of full width
-  EXPECT_EQ(DecimalNumber(L"\x00A0" L"3"), 0);  // a blank that does not break
+  EXPECT_EQ(DecimalNumber(L"\x0663"), 0);  // a digit of another script
+  EXPECT_EQ(DecimalNumber(L"\xFF13"), 0);  // a digit of full width
+  EXPECT_EQ(DecimalNumber(L"\x00A0"
+                          L"3"),
+            0);  // a blank that does not break
 }

@@ -85,8 +85,11 @@ TEST_F(DisplayNamesOfExecutables, AreNeverThoseOfAPackage) {
 
 TEST_F(DisplayNamesOfExecutables, GetTheBytesOfThePathAsTheyStand) {
   DisplayNames names(kPrefix, packages, Describe(""));
-  names.Resolve("\\Device\\HarddiskVolume3\\Stra\xC3\x9F" "e\\\xE9\x9B\xBB.exe");
-  EXPECT_EQ(asked, std::vector<std::string>{"C:\\Stra\xC3\x9F" "e\\\xE9\x9B\xBB.exe"});
+  names.Resolve(
+      "\\Device\\HarddiskVolume3\\Stra\xC3\x9F"
+      "e\\\xE9\x9B\xBB.exe");
+  EXPECT_EQ(asked, std::vector<std::string>{"C:\\Stra\xC3\x9F"
+                                            "e\\\xE9\x9B\xBB.exe"});
 }
 
 TEST_F(DisplayNamesOfPackages, AreThoseOfThePackageWhoseKeyBeginsTheIdentity) {

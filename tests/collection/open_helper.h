@@ -24,6 +24,7 @@ class OpenHelper : public Zq::Gantry::Server::Services::Wattleaf::WattleafHelper
   using WattleafHelper::hostDirectory;
   using WattleafHelper::PlatformSupportState;
   using WattleafHelper::running;
+  using WattleafHelper::storeMutex;
   using WattleafHelper::uwpApps;
   using WattleafHelper::win32Apps;
   using WattleafHelper::worker;

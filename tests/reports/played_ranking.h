@@ -53,9 +53,9 @@ inline Zq::Gantry::Server::Services::Wattleaf::ReportingPeriod OneDay() {
 /// What the makers of icons were asked, and what they answer.
 struct NotedIcons {
   /// "path|directory|display name|device prefix" and "from|to".
-  std::vector<std::string> exports;
-  std::vector<std::string> copies;
-  std::string exported;
+  std::vector<std::string> exports{};
+  std::vector<std::string> copies{};
+  std::string exported{};
   bool isCopied = true;
 
   Zq::Gantry::Server::Services::Wattleaf::IconProduction Production(

@@ -8,6 +8,7 @@ namespace TestSupport {
 class OpenHelper : public Zq::Gantry::Server::Services::Wattleaf::WattleafHelper {
  public:
   using WattleafHelper::CalculateDailyPowerConsumption;
+  using WattleafHelper::GetDevicePath;
   using WattleafHelper::MyNativeCallback;
   using WattleafHelper::ProcessingCallback;
 

@@ -153,11 +153,47 @@ TEST_F(RankingOperation, HasNoIconsBeforeTheCataloguesAreFilled) {
 }
 
 TEST_F(RankingOperation, RanksExecutablesOfTheDesktopCatalogue) {
-  // Another drive's, which has no icon.
+  // A device that is no drive of this machine's: it has no icon.
   helper.win32Apps.Replace({{L"Desktop", L""}});
   WriteStore({StoreRow("\\Device\\Nowhere\\a.exe", "Desktop", "3"),
               StoreRow("\\Device\\Nowhere\\b.exe", "Unknown", "1")});
   EXPECT_EQ(Ask(folder.Path() + L"?7"), LR"([{"Name":"Desktop","Icon":"","Value":75.0}])");
+}
+
+namespace {
+
+std::string g_program;
+
+/// A white icon, whatever the program.
+HICON WINAPI PlayedIcon(HINSTANCE, char* path, WORD*, WORD*) {
+  g_program = path;
+  constexpr int kSide = 16;
+  const std::vector<BYTE> opaque(kSide * kSide / 8, 0x00);
+  const std::vector<BYTE> white(kSide * kSide / 8, 0xFF);
+  return CreateIcon(nullptr, kSide, kSide, /*planes=*/1, /*bits=*/1, opaque.data(), white.data());
+}
+
+}  // namespace
+
+TEST_F(RankingOperation, ExportsTheIconOfAnExecutableOfTheSystemDrive) {
+  const ImportPatch patch("ExtractAssociatedIconExA", &PlayedIcon);
+  helper.win32Apps.Replace({{L"Desktop", L""}});
+  WriteStore({StoreRow(helper.GetDevicePath("C:") + "\\Tools\\a.exe", "Desktop", "3")});
+  const std::wstring icons = folder.File(L"icons");
+  EXPECT_EQ(Ask(icons + L"?7"), LR"([{"Name":"Desktop","Icon":")" + InJson(icons) +
+                                    LR"(\\Desktop.png","Value":100.0}])");
+  EXPECT_EQ(g_program, "C:\\Tools\\a.exe");
+  EXPECT_THAT(ReadWholeFile(icons + L"\\Desktop.png"), StartsWith("\x89PNG"));
+}
+
+TEST_F(RankingOperation, AnswersTheTextOfAnIconThatMayNotBeWritten) {
+  const ImportPatch patch("ExtractAssociatedIconExA", &PlayedIcon);
+  helper.win32Apps.Replace({{L"..\\witness", L""}});
+  WriteStore({StoreRow("\\Device\\Any", "..\\witness", "1")});
+  const std::wstring icons = folder.File(L"icons");
+  EXPECT_EQ(Ask(icons + L"?7"), LR"([{"Name":"..\\witness","Icon":")" + InJson(icons) +
+                                    LR"(\\..\\witness.png","Value":100.0}])");
+  EXPECT_FALSE(FileExists(folder.File(L"witness.png")));
 }
 
 TEST_F(RankingOperation, WritesOutsideTheFolderForNoName) {

@@ -204,9 +204,11 @@ TEST(CommandDispatcher, SessionAndConfigurationAreNotLookedAt) {
 }
 
 TEST(CommandDispatcher, LogsNothing) {
+  const TempFolder folder;
   const LogCapture log;
+  Of(&OpenHelper::collectionPath) = folder.Path().c_str();
   Of(&OpenHelper::PlatformSupportState) = 1;
-  for (const unsigned int command : {0U, 1U, 3U, 7U, 8U, 10U, 11U}) Ask(command);
+  for (const unsigned int command : {0U, 1U, 2U, 3U, 7U, 8U, 9U, 10U, 11U}) Ask(command);
   EXPECT_THAT(log.Records(), IsEmpty());
 }
 
@@ -254,4 +256,13 @@ TEST(CommandDispatcher, ANullInputReachesNoRanking) {
   wchar_t* output = nullptr;
   EXPECT_EQ(service.ExecuteCommand(nullptr, 2, nullptr, &output, {}, nullptr), 0x20000002);
   EXPECT_EQ(output, nullptr);
+}
+
+TEST(CommandDispatcher, Command9AnswersAnEmptyListWhateverTheInput) {
+  std::wstring input = L"C:\\Icons?7";
+  WattleafService service;
+  wchar_t* output = nullptr;
+  EXPECT_EQ(service.ExecuteCommand(nullptr, 9, input.data(), &output, {}, nullptr), 0);
+  EXPECT_STREQ(output, L"[]");
+  service.FreeResult(output);
 }

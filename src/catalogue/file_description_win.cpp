@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <cstddef>
 #include <cstdio>
 #include <cstring>
 #include <string_view>
@@ -18,9 +19,13 @@ struct Translation {
 };
 static_assert(sizeof(Translation) == 4);
 
+/// The longest path that the system knows, its end included. Wine 8 does not survive a longer one.
+constexpr std::size_t kMaxPathBytes = 32'767;
+
 using VersionBlock = std::vector<BYTE>;
 
 VersionBlock ReadVersionBlock(const std::string& path) {
+  if (path.size() >= kMaxPathBytes) return VersionBlock();
   DWORD ignored = 0;
   const DWORD bytes = GetFileVersionInfoSizeA(path.c_str(), &ignored);
   VersionBlock block(bytes);

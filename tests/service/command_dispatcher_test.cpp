@@ -135,6 +135,12 @@ TEST(CommandDispatcher, Command1AnswersZeroForAnEmptyLedger) {
   EXPECT_EQ(Ask(3).text, L"0.000000");
 }
 
+TEST(CommandDispatcher, Command9AnswersTheEmptyListAsASuccess) {
+  const Answer answer = Ask(9);
+  EXPECT_EQ(answer.status, 0);
+  EXPECT_EQ(answer.text, L"[]");
+}
+
 TEST(CommandDispatcher, Command3MultipliesAndDividesInTheGivenOrder) {
   // One entry of 7000 Wh makes an average of 1000; 1000 * 365 * 3 / 1000 / 300 = 3.65.
   Of(&OpenHelper::dailyLedger)[*GetCurrentDate()] = 7000.0F;

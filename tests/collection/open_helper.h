@@ -9,7 +9,11 @@ class OpenHelper : public Zq::Gantry::Server::Services::Wattleaf::WattleafHelper
  public:
   using WattleafHelper::CalculateDailyPowerConsumption;
   using WattleafHelper::LoadInstalledWin32Apps;
+  using WattleafHelper::ConvertPowerLogXmltoJson;
+  using WattleafHelper::GetDevicePath;
   using WattleafHelper::MyNativeCallback;
+  using WattleafHelper::OnGetErrorAndWarnings;
+  using WattleafHelper::OnGetTop20PowerApps;
   using WattleafHelper::ProcessingCallback;
 
   using WattleafHelper::collectionPath;
@@ -25,6 +29,7 @@ class OpenHelper : public Zq::Gantry::Server::Services::Wattleaf::WattleafHelper
   using WattleafHelper::hostDirectory;
   using WattleafHelper::PlatformSupportState;
   using WattleafHelper::running;
+  using WattleafHelper::storeMutex;
   using WattleafHelper::uwpApps;
   using WattleafHelper::win32Apps;
   using WattleafHelper::worker;

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "collection/open_helper.h"
+#include "collection/played_tool.h"
 #include "import_patch.h"
 #include "support/log_capture.h"
 #include "support/temp_folder.h"
@@ -64,6 +65,7 @@ class ProcessingWorker : public testing::Test {
 
   const TempFolder folder;
   LogCapture log;
+  const PlayedTool tool;
   ImportPatch patchedSleep{"Sleep", &PlayedSleep};
   std::unique_ptr<OpenHelper> helper = std::make_unique<OpenHelper>();
 };

@@ -55,8 +55,8 @@ void AddSubkeys(HKEY root, DesktopApps& apps) {
     if (status == ERROR_SUCCESS) {
       failures = 0;
       const Platform::UniqueRegKey subkey = OpenKey(root, name);
-      // Kept on purpose: tried again with the length as it was left, the name's own, for which the
-      // system then finds no room (test DesktopApps.TriesASubkeyAgainUntilItOpens).
+      // Kept on purpose: tried again with the length as it was left, in which the system then finds
+      // no room for the name (test DesktopAppsCalls.ASubkeyIsTriedAgainUntilItOpens).
       if (!subkey) continue;
       AddProgram(subkey.get(), apps);
     } else {

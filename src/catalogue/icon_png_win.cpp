@@ -56,8 +56,8 @@ bool SaveIconAsPng(HICON icon, const std::wstring& path) {
   const Platform::UniqueGdiplusImage image = MakeImage(icon);
   if (!image) return false;
 
-  // Kept on purpose: where the PNG codec is missing the save is called all the same, and fails
-  // (test SaveIconAsPng.AsksForTheSaveEvenWithoutACodec).
+  // Kept on purpose: without a PNG codec the save is asked for all the same, and fails (test
+  // SaveIconAsPngFailures.OfACodecListWithoutPngAreTheSaves).
   const CLSID codec = EncoderList().ClassOf(kPngType);
   return GdipSaveImageToFile(image.get(), path.c_str(), &codec, /*parameters=*/nullptr) ==
          Gdiplus::Ok;

@@ -27,7 +27,8 @@ foreach(line IN LISTS lines)
 endforeach()
 
 add_custom_command(OUTPUT ${made}
-  COMMAND Python3::Interpreter "${folder}/program_resources.py" "${folder}/desktop_apps.txt" "${resources}"
+  COMMAND Python3::Interpreter -B
+    "${folder}/program_resources.py" "${folder}/desktop_apps.txt" "${resources}"
   DEPENDS "${folder}/desktop_apps.txt" "${folder}/icon_file.py" "${folder}/program_resources.py"
   COMMENT "Resources of the simulated notebook's programs")
 add_custom_target(notebook_resources DEPENDS ${made})

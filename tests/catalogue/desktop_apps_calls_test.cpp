@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <string>
 
 #include "catalogue/desktop_apps.h"
@@ -13,10 +12,6 @@ using namespace Zq::Gantry::Server::Services::Wattleaf;
 
 // What the reading asks of the registry, and what it does where the registry fails.
 namespace {
-
-constexpr wchar_t kFirstRoot[] = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall";
-constexpr wchar_t kSecondRoot[] =
-    L"SOFTWARE\\WOW6432Node\\Microsoft\\Windows\\CurrentVersion\\Uninstall";
 
 class DesktopAppsCalls : public testing::Test {
  protected:
@@ -34,11 +29,6 @@ class DesktopAppsCalls : public testing::Test {
 
   const ScratchKey key_;
 };
-
-bool HasOpened(const RegistryCalls& calls, const wchar_t* path) {
-  return std::any_of(calls.opened.begin(), calls.opened.end(),
-                     [path](const RegistryCalls::Opened& one) { return one.path == path; });
-}
 
 }  // namespace
 
@@ -147,74 +137,4 @@ TEST_F(DesktopAppsCalls, OnlyFailuresInARowCount) {
   };
   EXPECT_EQ(Read(), (DesktopApps{{L"Birch", L""}}));
   EXPECT_EQ(calls.enumerated.size(), 20'000u);
-}
-
-TEST(InstalledPrograms, ComeFromTheTwoRootsInTheirOrder) {
-  RegistryCalls calls;
-  calls.onOpen = [](const std::wstring&) { return ERROR_FILE_NOT_FOUND; };
-  DesktopApps apps;
-  AddInstalledPrograms(apps);
-  ASSERT_EQ(calls.opened.size(), 2u);
-  EXPECT_EQ(calls.opened[0].parent, HKEY_LOCAL_MACHINE);
-  EXPECT_EQ(calls.opened[0].path, kFirstRoot);
-  EXPECT_EQ(calls.opened[1].parent, HKEY_LOCAL_MACHINE);
-  EXPECT_EQ(calls.opened[1].path, kSecondRoot);
-  EXPECT_EQ(calls.opened[0].access, 131097u);
-  EXPECT_TRUE(apps.empty());
-  EXPECT_TRUE(calls.enumerated.empty());
-}
-
-// The machine's own roots, with one key of the test's own in each.
-namespace {
-
-std::wstring OwnKey(const wchar_t* root) {
-  return std::wstring(root) + L"\\WattleafTest" + std::to_wstring(GetCurrentProcessId());
-}
-
-/// The key itself is the program.
-void Set(const ScratchKey& key, const wchar_t* value, const std::wstring& text) {
-  RegSetKeyValueW(key.Hive(), key.Path(), value, REG_SZ, text.c_str(),
-                  static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
-}
-
-}  // namespace
-
-TEST(InstalledPrograms, OfTheSecondRootBeatThoseOfTheFirst) {
-  const ScratchKey first(HKEY_LOCAL_MACHINE, OwnKey(kFirstRoot));
-  const ScratchKey second(HKEY_LOCAL_MACHINE, OwnKey(kSecondRoot));
-  Set(first, L"DisplayName", L"Wattleaf test program");
-  Set(first, L"DisplayIcon", L"first.ico");
-  Set(second, L"DisplayName", L"Wattleaf test program");
-  Set(second, L"DisplayIcon", L"second.ico");
-  DesktopApps apps;
-  AddInstalledPrograms(apps);
-  EXPECT_EQ(apps[L"Wattleaf test program"], L"second.ico");
-}
-
-TEST(InstalledPrograms, OfTheFirstRootStandAloneWhereTheSecondIsMissing) {
-  const ScratchKey first(HKEY_LOCAL_MACHINE, OwnKey(kFirstRoot));
-  Set(first, L"DisplayName", L"Alone");
-  RegistryCalls calls;
-  calls.onOpen = [](const std::wstring& path) -> std::optional<LSTATUS> {
-    if (path == kSecondRoot) return ERROR_FILE_NOT_FOUND;
-    return std::nullopt;
-  };
-  DesktopApps apps;
-  AddInstalledPrograms(apps);
-  EXPECT_EQ(apps.count(L"Alone"), 1u);
-  EXPECT_TRUE(HasOpened(calls, kSecondRoot));
-  EXPECT_EQ(calls.openKeys, 0);
-}
-
-TEST(InstalledPrograms, OfTheSecondRootAreReadWhereTheFirstIsMissing) {
-  const ScratchKey second(HKEY_LOCAL_MACHINE, OwnKey(kSecondRoot));
-  Set(second, L"DisplayName", L"Alone");
-  RegistryCalls calls;
-  calls.onOpen = [](const std::wstring& path) -> std::optional<LSTATUS> {
-    if (path == kFirstRoot) return ERROR_FILE_NOT_FOUND;
-    return std::nullopt;
-  };
-  DesktopApps apps;
-  AddInstalledPrograms(apps);
-  EXPECT_EQ(apps.count(L"Alone"), 1u);
 }

@@ -108,7 +108,13 @@ TEST_F(SaveIconAsPngFailures, OfACountBeyondTheListsLengthAreTheSaves) {
     *bytes = 7;
     return Gdiplus::Ok;
   };
+  bool asked = false;
+  calls_.onEncoders = [&asked](UINT, UINT, Gdiplus::ImageCodecInfo*) {
+    asked = true;
+    return Gdiplus::Ok;
+  };
   EXPECT_FALSE(Save());
+  EXPECT_FALSE(asked) << "there is no room for such a list";
   ExpectSavedWithoutCodec();
 }
 

@@ -6,8 +6,8 @@
 
 #include <algorithm>
 
-// The published header uses the macros of old for the smaller and the greater of two, and older
-// tool chains' wants these names in its own namespace.
+// The published header counts on the macros min and max, which the build turns off; so it gets the
+// functions of these names, and the interfaces that the lean <windows.h> leaves out.
 namespace Gdiplus {
 using std::max;
 using std::min;

@@ -24,7 +24,7 @@ class GdiplusSession {
   explicit operator bool() const { return started_; }
 
  private:
-  // Not every system gives a token other than zero, so it tells nothing of the start.
+  // No value of it means "not started", so it cannot be an owner's empty value.
   ULONG_PTR token_ = 0;
   bool started_ = false;
 };

@@ -59,7 +59,7 @@ std::wstring FindLogoVariant(const std::wstring& installedPath, const std::wstri
 std::wstring FindManifestLogo(const std::wstring& installedPath,
                               const ManifestReader& readManifest) {
   // Kept on purpose: a name that can be opened with nothing after the separator is the logo, though
-  // a directory cannot (test PackageLogo.TakesADirectoryNameThatCanBeOpened).
+  // a directory cannot (test OddPackageLogo.TakesADirectoryNameThatCanBeOpened).
   std::wstring directoryName = installedPath + L"\\";
   if (CanBeOpened(directoryName)) return directoryName;
 

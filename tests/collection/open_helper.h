@@ -8,7 +8,9 @@ namespace TestSupport {
 class OpenHelper : public Zq::Gantry::Server::Services::Wattleaf::WattleafHelper {
  public:
   using WattleafHelper::CalculateDailyPowerConsumption;
+  using WattleafHelper::LoadInstalledUWPApps;
   using WattleafHelper::MyNativeCallback;
+  using WattleafHelper::ParseManifest;
   using WattleafHelper::ProcessingCallback;
 
   using WattleafHelper::collectionPath;

@@ -13,9 +13,8 @@ using Zq::Gantry::Server::Services::Wattleaf::Command;
 using Zq::Gantry::Server::Services::Wattleaf::kNoResult;
 using Zq::Gantry::Server::Services::Wattleaf::kUnknownCommand;
 
-bool MayBeEmpty(unsigned int number) {
-  return number == static_cast<unsigned int>(Command::kTopApplications) ||
-         number == static_cast<unsigned int>(Command::kErrorsAndWarnings);
+bool NeedsReport(unsigned int number) {
+  return number == static_cast<unsigned int>(Command::kTopApplications);
 }
 
 }  // namespace
@@ -30,11 +29,9 @@ std::string StatusText(int status) {
 std::string StatusMeaning(const Answer& answer) {
   if (answer.status == kUnknownCommand) return "unknown command";
   if (answer.status != kNoResult) return "unknown status";
-  return MayBeEmpty(answer.number) ? "no answer yet" : "no result";
+  return NeedsReport(answer.number) ? "no report yet" : "no result";
 }
 
-bool IsAsExpected(const Answer& answer) {
-  return answer.status == 0 || (answer.status == kNoResult && MayBeEmpty(answer.number));
-}
+bool IsAsExpected(const Answer& answer) { return answer.status == 0; }
 
 }  // namespace WattleafHost

@@ -14,8 +14,8 @@ struct Answer {
 /// "0" or the status in hex, as "0x20000001".
 std::string StatusText(int status);
 
-/// What a status other than 0 means, in words for people. Commands 2 and 9 have no answer until
-/// their reports exist, and that is no failure.
+/// What a status other than 0 means, in words for people. Command 2 has no answer before the first
+/// report of the energy tool.
 std::string StatusMeaning(const Answer& answer);
 
 /// False for an answer that a working service would not give.

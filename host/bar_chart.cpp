@@ -32,10 +32,10 @@ double LargestValue(const Series& series) {
   return largest;
 }
 
-std::string Bar(double value, double largest) {
+std::string Bar(double value, double largest, std::size_t longestChars) {
   if (value <= 0.0) return {};
   const double share = value / largest;
-  const double halves = std::round(share * 2.0 * static_cast<double>(kLongestBarChars));
+  const double halves = std::round(share * 2.0 * static_cast<double>(longestChars));
   const auto count = std::max<std::size_t>(1, static_cast<std::size_t>(halves));
   std::string bar;
   for (std::size_t i = 0; i < count / 2; ++i) bar += kFullBlock;
@@ -45,14 +45,14 @@ std::string Bar(double value, double largest) {
 
 }  // namespace
 
-std::string BarChart(const Series& series) {
+std::string BarChart(const Series& series, std::size_t longestBarChars) {
   const Widths widths = Measure(series);
   const double largest = LargestValue(series);
   std::string chart;
   for (const SeriesEntry& entry : series.entries) {
     chart += "  " + PadLeft(OneLine(entry.label, widths.label), widths.label);
     chart += "  " + PadLeft(TwoDigits(entry.value), widths.value);
-    const std::string bar = Bar(entry.value, largest);
+    const std::string bar = Bar(entry.value, largest, longestBarChars);
     chart += bar.empty() ? "\n" : "  " + bar + "\n";
   }
   return chart;

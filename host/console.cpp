@@ -20,6 +20,12 @@ bool IsTerminal(DWORD standardHandle) {
   return GetConsoleMode(GetStdHandle(standardHandle), &mode) != 0;
 }
 
+/// Standard output as this program was given it.
+std::FILE*& OwnOutput() {
+  static std::FILE* file = stdout;
+  return file;
+}
+
 }  // namespace
 
 void PrepareConsole() {
@@ -36,9 +42,17 @@ void UseSystemZone() {
   _tzset();
 }
 
-void Print(const std::string& text) {
-  std::fwrite(text.data(), 1, text.size(), stdout);
+void KeepOutputToOurselves() {
   std::fflush(stdout);
+  const int kept = _dup(_fileno(stdout));
+  if (kept < 0) return;
+  OwnOutput() = _fdopen(kept, "wb");
+  _dup2(_fileno(stderr), _fileno(stdout));
+}
+
+void Print(const std::string& text) {
+  std::fwrite(text.data(), 1, text.size(), OwnOutput());
+  std::fflush(OwnOutput());
 }
 
 void Notice(const std::string& text) {

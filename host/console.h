@@ -11,6 +11,10 @@ void PrepareConsole();
 /// Makes the C library, which the service shares, use Windows' own time zone.
 void UseSystemZone();
 
+/// From now on standard output is this program's alone: what the service and the tools that it
+/// starts write there goes to standard error.
+void KeepOutputToOurselves();
+
 /// UTF-8 to standard output, as it stands.
 void Print(const std::string& text);
 

@@ -63,6 +63,9 @@ std::string ToJson(const Report& report) {
   for (const Answer& answer : report.answers) WriteAnswer(writer, answer);
   writer.EndArray();
   WriteMember(writer, "dataFolder", report.dataFolder);
+  WriteMember(writer, "iconFolder", report.iconFolder);
+  writer.Key("days");
+  writer.Uint(report.days);
   writer.Key("log");
   if (report.log.empty()) {
     writer.Null();

@@ -21,13 +21,16 @@ struct Report {
   std::vector<PlayedRow> playedCalls;
   std::vector<Answer> answers;
   std::string dataFolder;
+  /// What command 2 is asked with.
+  std::string iconFolder;
+  unsigned int days = 0;
   /// Empty where the log goes to standard error.
   std::string log;
 };
 
 /// One object on one line: "host", "library", "pass" (where there was one), "playedCalls" (objects
 /// of "name" and "reason"), "commands" (objects of "number", "title", "status" and "text", which is
-/// null unless the status is 0), "dataFolder" and "log" (a text or null).
+/// null unless the status is 0), "dataFolder", "iconFolder", "days" and "log" (a text or null).
 std::string ToJson(const Report& report);
 
 }  // namespace WattleafHost

@@ -3,6 +3,7 @@
 #include <stdexcept>
 
 #include "places.h"
+#include "service/command_table.h"
 #include "wide_text.h"
 
 namespace WattleafHost {
@@ -46,6 +47,13 @@ struct FreeResult {
 };
 using UniqueResult = std::unique_ptr<wchar_t, FreeResult>;
 
+/// The result of command 2 is decoded by the service, those of the others are widened bytes.
+std::string TextOf(unsigned int number, const wchar_t* result) {
+  using Zq::Gantry::Server::Services::Wattleaf::Command;
+  const bool decoded = number == static_cast<unsigned int>(Command::kTopApplications);
+  return decoded ? ToUtf8(result) : ResultToUtf8(result);
+}
+
 }  // namespace
 
 LoadedService::LoadedService() : module_(LoadBesideProgram()), service_(CreateService(Module())) {}
@@ -59,14 +67,8 @@ Answer LoadedService::Ask(unsigned int number, const std::string& input) {
   answer.status = service_->ExecuteCommand(/*session=*/nullptr, number, request.data(), &output,
                                            /*callback=*/{}, /*configuration=*/nullptr);
   const UniqueResult result(output, FreeResult{service_.get()});
-  if (answer.status == 0 && result) answer.text = ResultToUtf8(result.get());
+  if (answer.status == 0 && result) answer.text = TextOf(number, result.get());
   return answer;
-}
-
-std::vector<Answer> LoadedService::AskEach(const std::vector<unsigned int>& numbers) {
-  std::vector<Answer> answers;
-  for (const unsigned int number : numbers) answers.push_back(Ask(number));
-  return answers;
 }
 
 }  // namespace WattleafHost

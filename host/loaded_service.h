@@ -4,7 +4,6 @@
 
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "answer.h"
 #include "platform/win32/owners.h"
@@ -26,9 +25,7 @@ class LoadedService {
   /// Starts the background work.
   void Start() { service_->startup_task(); }
 
-  Answer Ask(unsigned int number, const std::string& input = {});
-  /// Each number in turn, with an empty input.
-  std::vector<Answer> AskEach(const std::vector<unsigned int>& numbers);
+  Answer Ask(unsigned int number, const std::string& input);
 
  private:
   // The order matters: the object goes before its code does.

@@ -31,5 +31,6 @@ int main() {
   if (const auto* finished = std::get_if<WattleafHost::Finished>(&request)) {
     return finished->exitStatus;
   }
+  WattleafHost::KeepOutputToOurselves();
   return Run(std::get<WattleafHost::Options>(request));
 }

@@ -24,7 +24,13 @@ constexpr const char* kCommand = "Run one command without starting collection";
 constexpr const char* kCommandFooter =
     "Nothing is started: command 4 reads the sample files on disk and 7 probes the platform, "
     "while\n"
-    "1, 3, 5 and 6 read the ledger in memory, which only a pass of serve-once fills.";
+    "1, 3, 5 and 6 read the ledger in memory, which only a pass of serve-once fills. 2 reads the\n"
+    "store of application energy, but without a pass it knows no desktop program and no logo.";
+
+/// Command 2 takes everything from the first "?" on for the days.
+std::string CheckIconFolder(const std::string& folder) {
+  return folder.find('?') == std::string::npos ? "" : "a folder has no '?' in its name";
+}
 
 void AddOptions(CLI::App& app, Options& options) {
   // Before the subcommands are added, which inherit it: --json may stand behind them too.
@@ -34,6 +40,12 @@ void AddOptions(CLI::App& app, Options& options) {
   app.add_flag_callback(
       "--no-played-calls", [&options] { options.playCalls = false; },
       "Play no system calls: for a real Windows");
+  app.add_option("--icons", options.iconFolder, "Where command 2 puts icons; made if missing")
+      ->check(CheckIconFolder)
+      ->capture_default_str();
+  app.add_option("--days", options.days, "How many days command 2 looks back")
+      ->check(CLI::Range(0U, 36500U))
+      ->capture_default_str();
 
   CLI::App* serveOnce = app.add_subcommand("serve-once", kServeOnce);
   serveOnce->add_flag("--real-time", options.realTime,
@@ -45,7 +57,7 @@ void AddOptions(CLI::App& app, Options& options) {
 
   CLI::App* command = app.add_subcommand("command", kCommand);
   command->add_option("N", options.number, "The command's number, 1 to 10")->required();
-  command->add_option("INPUT", options.input, "The command's input; only 2 reads it");
+  command->add_option("INPUT", options.input, "The command's input; only 2 reads it (FOLDER?DAYS)");
   command->footer(kCommandFooter);
   command->callback([&options] { options.oneCommand = true; });
 

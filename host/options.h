@@ -1,10 +1,14 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
 
 namespace WattleafHost {
+
+/// Where icons go unless another folder is chosen: everybody may look into it. UTF-8.
+inline constexpr const char* kUsualIconFolder = "C:\\Users\\Public\\WattleafIcons";
 
 /// What the user asked for.
 struct Options {
@@ -18,7 +22,11 @@ struct Options {
   /// serve-once where false, command where true.
   bool oneCommand = false;
   unsigned int number = 0;
-  std::string input;
+  /// command: nothing where none was given.
+  std::optional<std::string> input;
+  /// What command 2 is asked with, unless an input was given.
+  std::string iconFolder = kUsualIconFolder;
+  unsigned int days = 30;
 };
 
 /// The program ends with this status; help, version or usage has been printed.

@@ -27,4 +27,9 @@ std::string LogFile() {
   return path == nullptr ? std::string() : ToUtf8(path);
 }
 
+bool IsFile(const std::string& path) {
+  const DWORD attributes = GetFileAttributesW(ToWide(path).c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+}
+
 }  // namespace WattleafHost

@@ -20,4 +20,7 @@ inline constexpr const char* kDataFolder =
 /// standard error.
 std::string LogFile();
 
+/// Whether a file is there, which is no folder.
+bool IsFile(const std::string& path);
+
 }  // namespace WattleafHost

@@ -4,9 +4,11 @@
 #include <memory>
 
 #include "answer_table.h"
+#include "command_input.h"
 #include "console.h"
 #include "exit_status.h"
 #include "loaded_service.h"
+#include "places.h"
 #include "service_report.h"
 #include "sleep_watch.h"
 
@@ -79,17 +81,32 @@ std::string PlayedText(const Report& report) {
   return names.empty() ? "none" : names;
 }
 
+std::vector<Answer> AskEach(LoadedService& service, const std::vector<unsigned int>& numbers,
+                            const Options& options) {
+  std::vector<Answer> answers;
+  for (const unsigned int number : numbers) {
+    answers.push_back(service.Ask(number, InputOf(number, options)));
+  }
+  return answers;
+}
+
+void PrintDetails(const Report& report) {
+  const std::string days = std::to_string(report.days);
+  for (const Answer& answer : report.answers) {
+    const std::string details = AnswerChart(answer) + AnswerRanking(answer, days, &IsFile);
+    if (!details.empty()) Print("\n" + details);
+  }
+}
+
 void PrintForPeople(const Report& report) {
   Print("WattleafService, asked by wattleaf_host " + report.version + "\n");
   Print("  library       " + report.library + "\n");
   Print("  pass          " + report.pass + "\n");
   Print("  played calls  " + PlayedText(report) + "\n\n");
   Print(AnswerTable(report.answers));
-  for (const Answer& answer : report.answers) {
-    const std::string chart = AnswerChart(answer);
-    if (!chart.empty()) Print("\n" + chart);
-  }
+  PrintDetails(report);
   Print("\n  data folder   " + report.dataFolder + "\n");
+  Print("  icons         " + report.iconFolder + "\n");
   Print("  log           " + (report.log.empty() ? "standard error" : report.log) + "\n");
 }
 
@@ -106,10 +123,10 @@ int ServeOnce(const Options& options) {
   const PassEnd end = LetOnePassHappen(replacements.watch, options);
   NoticeEnd(end, options.limitSeconds);
 
-  Report report = StartReport(service, replacements.played.InPlace());
+  Report report = StartReport(service, replacements.played.InPlace(), options);
   report.pass = PassText(end);
-  report.answers =
-      service.AskEach(end == PassEnd::kStillRunning ? kCommandsWithoutLock : kAllCommands);
+  report.answers = AskEach(
+      service, end == PassEnd::kStillRunning ? kCommandsWithoutLock : kAllCommands, options);
   if (options.json) {
     Print(ToJson(report) + "\n");
   } else {

@@ -4,12 +4,15 @@
 
 namespace WattleafHost {
 
-Report StartReport(const LoadedService& service, const std::vector<Standin::PlayedCall>& played) {
+Report StartReport(const LoadedService& service, const std::vector<Standin::PlayedCall>& played,
+                   const Options& options) {
   Report report;
   report.version = WATTLEAF_HOST_VERSION;
   report.library = service.LibraryPath();
   for (const auto& call : played) report.playedCalls.push_back({call.name, call.reason});
   report.dataFolder = kDataFolder;
+  report.iconFolder = options.iconFolder;
+  report.days = options.days;
   report.log = LogFile();
   return report;
 }

@@ -4,6 +4,7 @@
 #include "played_calls.h"
 
 #include <rpc.h>
+#include <shellapi.h>
 
 namespace Standin {
 
@@ -23,6 +24,10 @@ BOOL WINAPI NoCatalogHash(HANDLE, HANDLE, DWORD* size, BYTE*, DWORD) {
   return FALSE;
 }
 
+HICON WINAPI IconOfSibling(HINSTANCE instance, char* path, WORD* index, WORD*) {
+  return ExtractAssociatedIconA(instance, path, index);
+}
+
 template <typename Function>
 auto Address(Function* function) {
   return reinterpret_cast<void (*)()>(function);
@@ -40,6 +45,8 @@ const std::vector<PlayedCall>& AllPlayedCalls() {
        Address(&NoCatalogContext)},
       {"CryptCATAdminCalcHashFromFileHandle2", "Wine 8 ends the process; fails with 50, no hash",
        Address(&NoCatalogHash)},
+      {"ExtractAssociatedIconExA",
+       "Wine 8 gives no icon; answers what ExtractAssociatedIconA gives", Address(&IconOfSibling)},
   };
   return calls;
 }

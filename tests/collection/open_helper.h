@@ -8,8 +8,13 @@ namespace TestSupport {
 class OpenHelper : public Zq::Gantry::Server::Services::Wattleaf::WattleafHelper {
  public:
   using WattleafHelper::CalculateDailyPowerConsumption;
+  using WattleafHelper::ConvertPowerLogXmltoJson;
+  using WattleafHelper::GetDevicePath;
   using WattleafHelper::LoadInstalledUWPApps;
+  using WattleafHelper::LoadInstalledWin32Apps;
   using WattleafHelper::MyNativeCallback;
+  using WattleafHelper::OnGetErrorAndWarnings;
+  using WattleafHelper::OnGetTop20PowerApps;
   using WattleafHelper::ParseManifest;
   using WattleafHelper::ProcessingCallback;
 
@@ -26,6 +31,7 @@ class OpenHelper : public Zq::Gantry::Server::Services::Wattleaf::WattleafHelper
   using WattleafHelper::hostDirectory;
   using WattleafHelper::PlatformSupportState;
   using WattleafHelper::running;
+  using WattleafHelper::storeMutex;
   using WattleafHelper::uwpApps;
   using WattleafHelper::win32Apps;
   using WattleafHelper::worker;

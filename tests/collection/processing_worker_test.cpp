@@ -10,7 +10,9 @@
 #include <system_error>
 #include <vector>
 
+#include "catalogue/played_packages.h"
 #include "collection/open_helper.h"
+#include "collection/played_tool.h"
 #include "import_patch.h"
 #include "support/log_capture.h"
 #include "support/temp_folder.h"
@@ -64,6 +66,9 @@ class ProcessingWorker : public testing::Test {
 
   const TempFolder folder;
   LogCapture log;
+  const PlayedTool tool;
+  // Nothing is installed.
+  PlayedPackages packages;
   ImportPatch patchedSleep{"Sleep", &PlayedSleep};
   std::unique_ptr<OpenHelper> helper = std::make_unique<OpenHelper>();
 };

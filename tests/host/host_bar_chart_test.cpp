@@ -44,6 +44,11 @@ TEST(HostBarChart, ZeroAndNegativeValuesHaveNoBar) {
   EXPECT_EQ(BarChart(series), "  Sat   0.00\n  Sun  -1.00\n");
 }
 
+TEST(HostBarChart, LongestBarMayBeShorter) {
+  const Series series{0.0, 4.0, {{"a", 4.0}, {"b", 1.0}}};
+  EXPECT_EQ(BarChart(series, 8), "  a  4.00  " + Blocks(8) + "\n  b  1.00  " + Blocks(2) + "\n");
+}
+
 TEST(HostBarChart, EmptySeriesGivesNoLine) { EXPECT_EQ(BarChart(Series{}), ""); }
 
 TEST(HostPrintable, CutsAtCharactersAndNotInTheMiddleOfThem) {

@@ -34,6 +34,9 @@ TEST(HostArguments, WrongOnesGiveAUsageTextAndStatus2) {
       {L"serve-once", L"--limit", L"0"},
       {L"serve-once", L"command", L"8"},
       {L"command", L"8", L"--real-time"},
+      {L"command", L"2", L"--days", L"-1"},
+      {L"command", L"2", L"--days", L"week"},
+      {L"command", L"2", L"--icons", L"C:\\a?7"},
   };
   for (const auto& arguments : wrong) {
     const HostRun run = RunHost(arguments);
@@ -82,6 +85,16 @@ TEST(HostCommand, SaysThatTheLedgerIsEmptyWithoutAPass) {
   EXPECT_EQ(run.exitStatus, 0u);
   EXPECT_EQ(run.output, "0.000000\n");
   EXPECT_THAT(run.errors, HasSubstr("the ledger in memory is empty without a pass"));
+}
+
+TEST(HostJson, NamesTheIconFolderAndTheDaysThatCommand2IsAskedWith) {
+  const auto usual = Parse(RunHost({L"command", L"8", L"--json"}));
+  EXPECT_STREQ(usual["iconFolder"].GetString(), "C:\\Users\\Public\\WattleafIcons");
+  EXPECT_EQ(usual["days"].GetUint(), 30u);
+  const auto chosen =
+      Parse(RunHost({L"command", L"8", L"--json", L"--icons", L"C:\\i", L"--days", L"7"}));
+  EXPECT_STREQ(chosen["iconFolder"].GetString(), "C:\\i");
+  EXPECT_EQ(chosen["days"].GetUint(), 7u);
 }
 
 TEST(HostJson, IsOneObjectWithTheCommand) {

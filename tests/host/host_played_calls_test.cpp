@@ -78,10 +78,25 @@ TEST(PlayedCalls, CatalogCallsFailWithAnErrorAndTouchOnlyTheirResults) {
   }
 }
 
+TEST(PlayedCalls, TheIconIsWhatTheSiblingGives) {
+  using Extract = HICON(WINAPI*)(HINSTANCE, char*, WORD*, WORD*);
+  const auto extract = reinterpret_cast<Extract>(AllPlayedCalls()[3].replacement);
+  std::array<char, MAX_PATH> system{"C:\\windows\\system32\\notepad.exe"};
+  WORD index = 0;
+  WORD id = 0;
+  const HICON icon = extract(nullptr, system.data(), &index, &id);
+  EXPECT_NE(icon, nullptr);
+  DestroyIcon(icon);
+
+  std::array<char, MAX_PATH> missing{"C:\\nowhere.exe"};
+  EXPECT_EQ(extract(nullptr, missing.data(), &index, &id), nullptr);
+}
+
 TEST(PlayedCalls, EachHasANameOfItsOwnAndAReason) {
-  ASSERT_EQ(AllPlayedCalls().size(), 3u);
+  ASSERT_EQ(AllPlayedCalls().size(), 4u);
   EXPECT_STREQ(AllPlayedCalls()[0].name, "RpcServerInqCallAttributesW");
   EXPECT_STREQ(AllPlayedCalls()[1].name, "CryptCATAdminAcquireContext2");
   EXPECT_STREQ(AllPlayedCalls()[2].name, "CryptCATAdminCalcHashFromFileHandle2");
+  EXPECT_STREQ(AllPlayedCalls()[3].name, "ExtractAssociatedIconExA");
   for (const auto& call : AllPlayedCalls()) EXPECT_STRNE(call.reason, "");
 }

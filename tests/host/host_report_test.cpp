@@ -1,3 +1,4 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <rapidjson/document.h>
 
@@ -11,6 +12,7 @@
 #include "printable.h"
 
 using namespace WattleafHost;
+using testing::HasSubstr;
 
 namespace {
 
@@ -19,6 +21,14 @@ constexpr int kNone = 0x20000002;
 
 const char* const kHours =
     R"({"Range":[0.0,3.5],"Value":[{"Time":"2:00","Value":0.0},{"Time":"3:00","Value":3.5}]})";
+
+const char* const kApps =
+    R"([{"Name":"Meadow Office","Icon":"C:\\i\\Meadow Office.png","Value":12.34},)"
+    R"({"Name":"Oak","Icon":"","Value":0.5}])";
+
+IsThere Always(bool there) {
+  return [there](const std::string&) { return there; };
+}
 
 }  // namespace
 
@@ -31,17 +41,17 @@ TEST(HostAnswer, StatusIsZeroOrHex) {
 TEST(HostAnswer, StatusesHaveWords) {
   EXPECT_EQ(StatusMeaning({99, kUnknown, {}}), "unknown command");
   EXPECT_EQ(StatusMeaning({4, kNone, {}}), "no result");
-  EXPECT_EQ(StatusMeaning({2, kNone, {}}), "no answer yet");
-  EXPECT_EQ(StatusMeaning({9, kNone, {}}), "no answer yet");
+  EXPECT_EQ(StatusMeaning({2, kNone, {}}), "no report yet");
+  EXPECT_EQ(StatusMeaning({9, kNone, {}}), "no result");
   EXPECT_EQ(StatusMeaning({4, 5, {}}), "unknown status");
 }
 
-TEST(HostAnswer, OnlyTheReportsMayBeEmpty) {
-  EXPECT_TRUE(IsAsExpected({1, 0, "0.000000"}));
-  EXPECT_TRUE(IsAsExpected({2, kNone, {}}));
-  EXPECT_TRUE(IsAsExpected({9, kNone, {}}));
-  EXPECT_FALSE(IsAsExpected({4, kNone, {}}));
-  EXPECT_FALSE(IsAsExpected({2, kUnknown, {}}));
+TEST(HostAnswer, AfterAPassEveryCommandHasAnAnswer) {
+  for (unsigned int number = 1; number <= 10; ++number) {
+    EXPECT_TRUE(IsAsExpected({number, 0, "0.000000"})) << number;
+    EXPECT_FALSE(IsAsExpected({number, kNone, {}})) << number;
+    EXPECT_FALSE(IsAsExpected({number, kUnknown, {}})) << number;
+  }
 }
 
 TEST(HostTitles, EveryCommandHasOneAndNoOtherNumberDoes) {
@@ -59,13 +69,42 @@ TEST(HostAnswerTable, ShowsNumberTitleStatusAndAnswerWithin80Columns) {
             "No  Command                        Status      Answer\n"
             "--  -----------------------------  ----------  ---------------------------------\n"
             " 8  Has the data changed?          0           true\n"
-            " 2  Top 20 applications            0x20000002  no answer yet\n"
+            " 2  Top 20 applications            0x20000002  no report yet\n"
             " 4  Energy by hour                 0           2 values, 0.00 to 3.50 Wh\n");
 }
 
 TEST(HostAnswerTable, LongAnswersAreCut) {
   std::istringstream lines(AnswerTable({{2, 0, std::string(5000, 'x')}}));
   for (std::string line; std::getline(lines, line);) EXPECT_LE(CharacterCount(line), 80u) << line;
+}
+
+TEST(HostAnswerTable, TellsHowManyApplicationsAndTheirShares) {
+  EXPECT_THAT(AnswerTable({{2, 0, kApps}}),
+              HasSubstr("0           2 applications, 0.50 to 12.34 %\n"));
+  EXPECT_THAT(AnswerTable({{2, 0, "[]"}}), HasSubstr("0           no applications\n"));
+}
+
+TEST(HostAnswerTable, SaysInWordsThatThereAreNoEnergyProblems) {
+  EXPECT_THAT(AnswerTable({{9, 0, "[]"}}), HasSubstr("0           [], no energy problems\n"));
+  EXPECT_THAT(AnswerTable({{9, 0, "[{}]"}}), HasSubstr("0           [{}]\n"));
+  EXPECT_THAT(AnswerTable({{5, 0, "[]"}}), HasSubstr("0           []\n"));
+}
+
+TEST(HostAnswerTable, TextThatIsNoListOfApplicationsStandsAsItIs) {
+  const std::string cut = R"([{"Name":"Oak","Icon":"","Value":)";
+  EXPECT_THAT(AnswerTable({{2, 0, cut}}), HasSubstr(R"([{"Name":"Oak","Icon":"","Value":)"
+                                                    "\n"));
+  EXPECT_EQ(
+      AnswerRanking({2, 0, cut}, "30", Always(true)),
+      "Top 20 applications (command 2), a text that is no list of applications:\n" + cut + "\n");
+}
+
+TEST(HostAnswerTable, RankingBelongsToCommand2Only) {
+  EXPECT_EQ(AnswerRanking({9, 0, "[]"}, "30", Always(true)), "");
+  EXPECT_EQ(AnswerRanking({5, 0, kApps}, "30", Always(true)), "");
+  EXPECT_EQ(AnswerRanking({2, kNone, {}}, "30", Always(true)), "");
+  EXPECT_EQ(AnswerRanking({2, 0, "[]"}, "30", Always(true)), "");
+  EXPECT_THAT(AnswerRanking({2, 0, kApps}, "30", Always(true)), HasSubstr("Meadow Office"));
 }
 
 TEST(HostAnswerTable, ChartsBelongToTheSeriesOnly) {
@@ -85,12 +124,14 @@ TEST(HostJsonReport, HoldsEverythingForMachines) {
   report.playedCalls = {{"Call", "because"}};
   report.answers = {{8, 0, "true"}, {99, kUnknown, {}}};
   report.dataFolder = "C:\\data";
+  report.iconFolder = "C:\\icons";
+  report.days = 7;
   const std::string json = ToJson(report);
   EXPECT_EQ(json, R"({"host":"1.2.3","library":"C:\\x\\\"y\".dll","pass":"completed",)"
                   R"("playedCalls":[{"name":"Call","reason":"because"}],"commands":[)"
                   R"({"number":8,"title":"Has the data changed?","status":0,"text":"true"},)"
                   R"({"number":99,"title":"unknown command","status":536870913,"text":null}],)"
-                  R"("dataFolder":"C:\\data","log":null})");
+                  R"("dataFolder":"C:\\data","iconFolder":"C:\\icons","days":7,"log":null})");
 }
 
 TEST(HostJsonReport, NamesTheLogAndLeavesAMissingPassOut) {

@@ -38,12 +38,13 @@ TEST(HostServeOnce, SaysThatTheSleepsAreSkipped) {
               HasSubstr("90 seconds and its sleep of a day are skipped"));
 }
 
-TEST(HostServeOnce, EndsWithTheDataFolderAndTheLog) {
+TEST(HostServeOnce, EndsWithTheDataFolderTheIconsAndTheLog) {
   const TestSupport::TempFolder folder;
   const TestSupport::ScopedVariable log(L"WATTLEAF_LOG_FILE", folder.File(L"w\u00E4rme.log"));
   EXPECT_THAT(RunHost({L"serve-once"}).output,
               ContainsRegex("\n  data folder   "
                             "C:.ProgramData.ZQ.TelemetryDataCollector.PCMCollector\n"
+                            "  icons         C:.Users.Public.WattleafIcons\n"
                             "  log           .*w\xC3\xA4rme.log\n$"));
 }
 

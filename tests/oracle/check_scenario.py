@@ -1,5 +1,6 @@
 """Takes the service through scenarios on the simulated notebook and compares all it shows with what
-the oracle works out: ledger file, data folder and the texts of the commands, byte by byte.
+the oracle works out: the files of the data folder, the texts of the commands and the icons, byte by
+byte (of an icon: that it is there).
 
 check_scenario.py --zone ZONE --build BUILD_FOLDER --program ORACLE_SCENARIO_EXE
                   [--seed SEED] EMULATOR...
@@ -14,16 +15,21 @@ import shutil
 import subprocess
 import sys
 import time
+from dataclasses import dataclass
 from pathlib import Path
 
+from app_answers import AppEnergy
 from commands import answers
 from ledger import DataFolder, Ledger, run_pass
 from local_calendar import LocalCalendar
+from reports_seen import ReportsSeen
 from samples_seen import SamplesSeen
 from scenarios import scenarios_of
 
 HOME = "Program Files/Wattleaf"
 DATA_FOLDER = "ProgramData/ZQ/TelemetryDataCollector/PCMCollector"
+ICON_FOLDER = "users/Public/Wattleaf oracle"
+PNG_START = b"\x89PNG\r\n\x1a\n"
 SECONDS_FOR_ONE_PROCESS = 300
 
 
@@ -49,13 +55,20 @@ class Notebook:
         output = self._work / f"seed{scenario.seed}"
         shutil.rmtree(output, ignore_errors=True)
         output.mkdir(parents=True)
-        shutil.rmtree(self._drive / DATA_FOLDER, ignore_errors=True)
+        for folder in (DATA_FOLDER, ICON_FOLDER):
+            shutil.rmtree(self._drive / folder, ignore_errors=True)
         return output
+
+    def icons(self):
+        """The names of the files in the icon folder that are PNG files."""
+        folder = self._drive / ICON_FOLDER
+        files = folder.iterdir() if folder.exists() else []
+        return {file.name for file in files if file.read_bytes().startswith(PNG_START)}
 
     def run(self, scenario, process, output):
         """Runs one process of a scenario, which writes into the existing folder `output`."""
-        passes = [",".join(map(str, [one.now, *one.queries])) for one in process.passes]
-        command = [*self._emulator, self._program, windows_path(output), *passes]
+        passes = [one.argument() for one in process.passes]
+        command = [*self._emulator, self._program, windows_path(output), icon_folder(), *passes]
         run = subprocess.run(
             command, env=self._environment(scenario, process, output), stdin=subprocess.DEVNULL,
             capture_output=True, text=True, errors="replace", timeout=SECONDS_FOR_ONE_PROCESS,
@@ -74,7 +87,12 @@ class Notebook:
             "WATTLEAF_COLLECTOR_PERIOD": str(scenario.period),
             "WATTLEAF_COLLECTOR_NOW": str(process.passes[0].now),
             "WATTLEAF_COLLECTOR_TRUTH": windows_path(output / "truth.json"),
+            "WATTLEAF_POWERCFG_SEED": str(scenario.seed),
         }
+
+
+def icon_folder():
+    return f"C:\\{ICON_FOLDER}".replace("/", "\\")
 
 
 def windows_path(path):
@@ -104,46 +122,96 @@ def written(output, name):
     return (output / name).read_bytes().decode("latin-1")
 
 
-def names_in(folder):
+def names_in(folder, app_energy):
     names = [f"PcmSampleData_{date}.json" for date in folder.dates()] + ["PowerConsumption.json"]
+    names += app_energy.files()
     return "".join(name + "\n" for name in sorted(names))
 
 
-def check(zone, scenario, notebook, samples_seen):
+@dataclass
+class Scene:
+    """What the oracle keeps through a scenario, and what it has seen through all of them."""
+
+    calendar: LocalCalendar
+    folder: DataFolder
+    app_energy: AppEnergy
+    samples_seen: SamplesSeen
+    reports_seen: ReportsSeen
+
+
+def check(zone, scenario, notebook, samples_seen, reports_seen):
     """Raises Difference at the first one; returns how many texts agree."""
-    calendar, folder = LocalCalendar(zone), DataFolder()
+    calendar = LocalCalendar(zone)
+    app_energy = AppEnergy(calendar, icon_folder())
+    scene = Scene(calendar, DataFolder(), app_energy, samples_seen, reports_seen)
     output = notebook.begin(scenario)
     texts = 0
     for number, process in enumerate(scenario.processes, start=1):
         place = output / f"process{number}"
         place.mkdir()
         notebook.run(scenario, process, place)
-        texts += compare(calendar, folder, process, place, samples_seen)
-    expect_something(folder)
+        texts += compare(scene, process, place)
+    expect("icons", sorted(app_energy.icons()), sorted(notebook.icons()))
+    expect_something(scene.folder)
     return texts
 
 
-def compare(calendar, folder, process, output, samples_seen):
+def compare(scene, process, output):
     """The passes of one process, which begins with an empty ledger in memory."""
     ledger = Ledger()
     texts = 0
+    scene.app_energy.begin_process(written(output, "device.txt"))
     for number, one in enumerate(process.passes, start=1):
-        start = f"pass{number}-"
-        truth = json.loads((output / f"{start}truth.json").read_text())
-        samples_seen.add(truth)
-        folder.show_truth(truth)
-        run_pass(calendar, folder, ledger, one.now)
-        expect(f"{output.name}, pass {number}: ledger", folder.ledger_text,
-               written(output, start + "ledger.json"))  # fmt: skip
-        expect(f"{output.name}, pass {number}: names in the folder", names_in(folder),
-               written(output, start + "names.txt"))  # fmt: skip
-        texts += 2
+        files = PassFiles(output, number)
+        truth = json.loads(files.read("truth.json"))
+        scene.samples_seen.add(truth)
+        scene.folder.show_truth(truth)
+        run_pass(scene.calendar, scene.folder, ledger, one.now)
+        files.compare("ledger.json", scene.folder.ledger_text)
+        compare_app_energy(scene, one, files)
+        files.compare("names.txt", names_in(scene.folder, scene.app_energy))
         for now in [one.now, *one.queries]:
-            for command, text in answers(calendar, folder, ledger, now).items():
-                what = f"{output.name}, pass {number}, command {command} at {calendar.local(now)}"
-                expect(what, text, written(output, f"{start}at{now}-command{command}.txt"))
-                texts += 1
+            for command, text in answers(scene.calendar, scene.folder, ledger, now).items():
+                files.compare(f"at{now}-command{command}.txt", text)
+        texts += files.agreed
     return texts
+
+
+def compare_app_energy(scene, one, files):
+    """The store after a pass, and the rankings that are made of it."""
+    report = files.read_bytes("report.xml")
+    scene.reports_seen.add_pass(one.tool, report, scene.app_energy.store_text())
+    scene.app_energy.run_pass(one.now, report, int(one.tool.status))
+    if scene.app_energy.store_text() is not None:
+        files.compare("store.json", scene.app_energy.store_text())
+    for days, now in one.rankings:
+        name = f"at{now}-days{days}.txt"
+        answer = files.read(name)
+        files.compare(name, scene.app_energy.answer(now, days, answer))
+        scene.reports_seen.add_answer(days, answer)
+
+
+class PassFiles:
+    """What the scenario program wrote about one pass."""
+
+    def __init__(self, output, number):
+        self.agreed = 0
+        self._start = output / f"pass{number}-"
+
+    def read_bytes(self, name):
+        """None where there is no such file."""
+        path = self._path(name)
+        return path.read_bytes() if path.exists() else None
+
+    def read(self, name):
+        return self._path(name).read_bytes().decode("latin-1")
+
+    def compare(self, name, expected):
+        expect(f"{self._start.parent.name}, {self._path(name).name}", expected, self.read(name))
+        self.agreed += 1
+
+    def _path(self, name):
+        return self._start.with_name(self._start.name + name)
 
 
 def expect_something(folder):
@@ -167,12 +235,12 @@ def main():
     options = options_of_the_command_line()
     notebook = Notebook(options)
     scenarios = [s for s in scenarios_of(options.zone) if options.seed in (None, s.seed)]
-    samples_seen = SamplesSeen(options.zone)
+    samples_seen, reports_seen = SamplesSeen(options.zone), ReportsSeen()
     failures = 0
     for scenario in scenarios:
         begin = time.monotonic()
         try:
-            texts = check(options.zone, scenario, notebook, samples_seen)
+            texts = check(options.zone, scenario, notebook, samples_seen, reports_seen)
             outcome = f"{texts} texts agree"
         except Difference as difference:
             failures += 1
@@ -183,6 +251,8 @@ def main():
         sys.exit(f"{failures} of {len(scenarios)} scenarios differ")
     if options.seed is None and samples_seen.missing():
         sys.exit("the collector never wrote " + ", ".join(samples_seen.missing()))
+    if options.seed is None and reports_seen.missing():
+        sys.exit("application energy never showed " + ", ".join(reports_seen.missing()))
 
 
 if __name__ == "__main__":

@@ -42,10 +42,49 @@ EVERYWHERE = [
 MOMENTS = ["14:31:07", "05:10:00", "23:40:12", "00:10:30", "09:59:59", "01:30:00", "02:45:10"]
 
 
+# How many days back the energy tool's reports of the passes reach, taken in turn: with fewer than
+# before, what is older comes from the store; with more than 30, the oldest rows never enter it.
+REPORT_DAYS = [(33, 2, 3), (8, 1, 4), (4, 3, 1), (12, 6, 2)]
+# What the tool does else, now and then: how it ends in a pass, and what it writes.
+WELL = ("0", "report")
+TOOL_WORK = [
+    (WELL, WELL, WELL),
+    (WELL, ("5", "report"), WELL),
+    (WELL, WELL, ("0", "broken")),
+    (("1", "report"), WELL, WELL),
+    (WELL, ("0", "nothing"), WELL),
+]
+RANKED_DAYS = (0, 1, 7, 30, 365)
+SECONDS_AN_EVENING = 4 * 3600
+
+
+@dataclass
+class Tool:
+    """What the energy tool is told for one pass."""
+
+    days: int
+    status: str
+    output: str
+
+    def settings(self):
+        return {"DAYS": str(self.days), "STATUS": self.status, "OUTPUT": self.output}
+
+
 @dataclass
 class Pass:
     now: int
+    tool: Tool
     queries: list = field(default_factory=list)
+    rankings: list = field(default_factory=list)  # of days and instant
+
+    def argument(self):
+        """The three lists as the scenario program takes them."""
+        lists = (
+            [str(instant) for instant in [self.now, *self.queries]],
+            [f"{days}@{instant}" for days, instant in self.rankings],
+            [f"{name}={value}" for name, value in self.tool.settings().items()],
+        )
+        return ";".join(map(",".join, lists))
 
 
 @dataclass
@@ -73,9 +112,20 @@ def following(date, days):
     return str(datetime.date.fromisoformat(date) + datetime.timedelta(days=days))
 
 
-def _passes(zone, first, moment, count):
+def _tools(number):
+    """Of the three passes of a zone's n-th scenario."""
+    days, work = REPORT_DAYS[number % len(REPORT_DAYS)], TOOL_WORK[number % len(TOOL_WORK)]
+    return [Tool(days[i], *work[i]) for i in range(len(work))]
+
+
+def _rankings(now):
+    """At the pass, and with 0 days some hours before it, when the store holds rows yet to come."""
+    return [(days, now) for days in RANKED_DAYS] + [(0, now - SECONDS_AN_EVENING)]
+
+
+def _passes(zone, first, moment, tools):
     passes = []
-    for day in range(count):
+    for day, tool in enumerate(tools):
         date = following(first, day)
         now = instant(zone, date, moment)
         # A little later, before the next midnight, and in the small hours of the next day.
@@ -85,16 +135,16 @@ def _passes(zone, first, moment, count):
             instant(zone, following(date, 1), "00:10:00"),
             instant(zone, following(date, 1), "03:20:00"),
         ]
-        passes.append(Pass(now, queries))
+        passes.append(Pass(now, tool, queries, _rankings(now)))
     return passes
 
 
-def _processes(zone, date, moment, days):
+def _processes(zone, date, moment, days, tools):
     """Three days; where all days are asked for, the service starts anew for the third.
 
     A collector that starts anew appends to today and yesterday and leaves older days alone.
     """
-    passes = _passes(zone, date, moment, 3)
+    passes = _passes(zone, date, moment, tools)
     if days < ALL_DAYS:
         return [Process(days, passes)]
     return [Process(days, passes[:2]), Process(2, passes[2:])]
@@ -107,7 +157,7 @@ def scenarios_of(zone):
     scenarios = []
     for i, (title, date, days) in enumerate(rows):
         moment = MOMENTS[i % len(MOMENTS)]
-        processes = _processes(zone, date, moment, days)
+        processes = _processes(zone, date, moment, days, _tools(i))
         title = f"{title}, from {date} {moment}"
         scenarios.append(Scenario(base + i, title, PERIOD_SECONDS, processes))
     return scenarios

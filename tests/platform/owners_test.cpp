@@ -12,6 +12,7 @@
 #include "import_patch.h"
 #include "platform/win32/catalog_owners.h"
 #include "platform/win32/com_owners.h"
+#include "platform/win32/gdiplus_owners.h"
 
 using namespace Zq::Gantry::Platform;
 using Standin::ImportPatch;
@@ -57,6 +58,11 @@ void __cdecl PlayedFree(void* block) {
 }
 
 void WINAPI PlayedFreeText(BSTR text) { Witness(text); }
+
+Gdiplus::GpStatus WINAPI PlayedDisposeImage(Gdiplus::GpImage* image) {
+  Witness(image);
+  return Gdiplus::Ok;
+}
 
 BOOL WINAPI PlayedReleaseContext(HCATADMIN admin, DWORD flags) {
   EXPECT_EQ(flags, 0U);
@@ -120,6 +126,9 @@ class Owners : public testing::Test {
   const PlayedRelease<BOOL, HMODULE, struct ModuleTag> freeLibrary_{"FreeLibrary"};
   const PlayedRelease<HLOCAL, HLOCAL, struct LocalTag> localFree_{"LocalFree"};
   const PlayedRelease<HRESULT, SAFEARRAY*, struct ArrayTag> destroyArray_{"SafeArrayDestroy"};
+  const PlayedRelease<LSTATUS, HKEY, struct KeyTag> closeKey_{"RegCloseKey"};
+  const PlayedRelease<BOOL, HICON, struct IconTag> destroyIcon_{"DestroyIcon"};
+  const ImportPatch disposeImage_{"GdipDisposeImage", &PlayedDisposeImage};
   const ImportPatch free_{"free", &PlayedFree};
   const ImportPatch freeText_{"SysFreeString", &PlayedFreeText};
   const ImportPatch releaseContext_{"CryptCATAdminReleaseContext", &PlayedReleaseContext};
@@ -129,7 +138,7 @@ class Owners : public testing::Test {
 using AllPolicies =
     testing::Types<HandlePolicy, FileHandlePolicy, FindHandlePolicy, ModulePolicy, LocalBlockPolicy,
                    HeapBlockPolicy, BstrPolicy, SafeArrayPolicy, InterfacePolicy<PlayedInterface>,
-                   CatalogAdminPolicy, CatalogPolicy>;
+                   CatalogAdminPolicy, CatalogPolicy, RegKeyPolicy, IconPolicy, GdiplusImagePolicy>;
 TYPED_TEST_SUITE(Owners, AllPolicies);
 
 }  // namespace
@@ -145,6 +154,9 @@ TEST(OwnerPolicies, FilesAndSearchesAreEmptyAtTheInvalidHandleAndAllElseAtNull) 
   EXPECT_EQ(SafeArrayPolicy::Empty(), nullptr);
   EXPECT_EQ(CatalogAdminPolicy::Empty(), nullptr);
   EXPECT_EQ(CatalogPolicy::Empty().catalog, nullptr);
+  EXPECT_EQ(RegKeyPolicy::Empty(), nullptr);
+  EXPECT_EQ(IconPolicy::Empty(), nullptr);
+  EXPECT_EQ(GdiplusImagePolicy::Empty(), nullptr);
 }
 
 TYPED_TEST(Owners, ReleaseOnceAtTheEnd) {

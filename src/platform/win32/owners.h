@@ -64,6 +64,28 @@ struct ModulePolicy {
 };
 using UniqueModule = UniqueResource<ModulePolicy>;
 
+/// Registry key that was opened; the predefined ones are nobody's.
+struct RegKeyPolicy {
+  using Type = HKEY;
+  static Type Empty() { return nullptr; }
+  static void Release(Type key) {
+    const LastErrorKeeper keeper;
+    RegCloseKey(key);
+  }
+};
+using UniqueRegKey = UniqueResource<RegKeyPolicy>;
+
+/// Icon that the shell or the system made for its caller.
+struct IconPolicy {
+  using Type = HICON;
+  static Type Empty() { return nullptr; }
+  static void Release(Type icon) {
+    const LastErrorKeeper keeper;
+    DestroyIcon(icon);
+  }
+};
+using UniqueIcon = UniqueResource<IconPolicy>;
+
 /// Block of the local heap, as CryptUnprotectData and GetNamedSecurityInfo hand out.
 struct LocalBlockPolicy {
   using Type = void*;

@@ -1,10 +1,13 @@
 // Takes the service through passes on several days and writes what it shows of itself after each.
 //
-// oracle_scenario OUTPUT_FOLDER PASS...
-// PASS is the instant of a pass, in seconds since 1970, and after commas instants at which the
-// commands are asked besides. The folder gets, for each pass i from 1, as "pass<i>-...": the ledger
-// file, the names of the data folder, the collector's truth as the pass found it, and for each
-// instant the texts of the commands.
+// oracle_scenario OUTPUT_FOLDER ICON_FOLDER PASS...
+// PASS has three lists, with ";" between them and "," within them:
+//   instants in seconds since 1970: that of the pass, then others at which commands are asked too;
+//   DAYS@INSTANT, a question to command 2;
+//   NAME=VALUE, a setting WATTLEAF_POWERCFG_<NAME> of the energy tool for this pass and the later.
+// OUTPUT_FOLDER gets the device path of C: and, for each pass i from 1, as "pass<i>-...": the
+// ledger file, the store of application energy and the tool's report, where they exist, the names
+// of the data folder, the collector's truth as the pass found it, and the texts of the commands.
 //
 // The collector is the stand-in, told by the environment; WATTLEAF_COLLECTOR_NOW is the instant of
 // the first pass and WATTLEAF_COLLECTOR_TRUTH is set.
@@ -15,6 +18,7 @@
 #include <time.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
 #include <exception>
 #include <filesystem>
@@ -22,6 +26,7 @@
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "played_calls.h"
@@ -36,12 +41,51 @@ using Scenario::WorkerGate;
 
 constexpr wchar_t kDataFolder[] = L"C:\\ProgramData\\ZQ\\TelemetryDataCollector\\PCMCollector";
 
-std::vector<std::int64_t> ParsePass(const std::string& text) {
-  std::vector<std::int64_t> instants;
+struct RankingQuestion {
+  std::string days;
+  std::int64_t instant;
+};
+
+struct Setting {
+  std::string name;
+  std::string value;
+};
+
+struct Pass {
+  std::vector<std::int64_t> instants;  // the pass's own first
+  std::vector<RankingQuestion> questions;
+  std::vector<Setting> settings;
+};
+
+std::vector<std::string> Split(const std::string& text, char separator) {
+  std::vector<std::string> parts;
   std::istringstream stream(text);
-  for (std::string part; std::getline(stream, part, ',');) instants.push_back(std::stoll(part));
-  if (instants.empty()) throw std::invalid_argument("a pass without an instant");
-  return instants;
+  for (std::string part; std::getline(stream, part, separator);) parts.push_back(part);
+  return parts;
+}
+
+/// What stands before and behind the separator.
+std::pair<std::string, std::string> Halves(const std::string& text, char separator) {
+  const auto at = text.find(separator);
+  if (at == std::string::npos) throw std::invalid_argument("not of two parts: " + text);
+  return {text.substr(0, at), text.substr(at + 1)};
+}
+
+Pass ParsePass(const std::string& text) {
+  const std::vector<std::string> lists = Split(text, ';');
+  if (lists.size() != 3) throw std::invalid_argument("a pass has three lists: " + text);
+  Pass pass;
+  for (const std::string& part : Split(lists[0], ',')) pass.instants.push_back(std::stoll(part));
+  for (const std::string& part : Split(lists[1], ',')) {
+    const auto [days, instant] = Halves(part, '@');
+    pass.questions.push_back({days, std::stoll(instant)});
+  }
+  for (const std::string& part : Split(lists[2], ',')) {
+    const auto [name, value] = Halves(part, '=');
+    pass.settings.push_back({name, value});
+  }
+  if (pass.instants.empty()) throw std::invalid_argument("a pass without an instant");
+  return pass;
 }
 
 void WriteText(const fs::path& path, const std::string& text) {
@@ -68,6 +112,26 @@ std::string NamesInDataFolder() {
   return text;
 }
 
+std::string DevicePathOfSystemDrive() {
+  std::array<char, 1024> path{};
+  QueryDosDeviceA("C:", path.data(), static_cast<DWORD>(path.size()));
+  return path.data();
+}
+
+/// Where the tool leaves a copy of its report: the environment reaches it through the service.
+void PrepareTool(const Pass& pass, const std::string& truth) {
+  const auto set = [](const std::string& name, const std::string& value) {
+    SetEnvironmentVariableA(("WATTLEAF_POWERCFG_" + name).c_str(), value.c_str());
+  };
+  set("NOW", std::to_string(pass.instants.front()));
+  set("TRUTH", truth);
+  for (const Setting& setting : pass.settings) set(setting.name, setting.value);
+}
+
+void CopyWhereItIs(const fs::path& from, const fs::path& to) {
+  if (fs::exists(from)) fs::copy_file(from, to);
+}
+
 void WriteAnswers(ServiceSession& service, const std::string& start, std::int64_t now) {
   WorkerGate::SetClock(now);
   for (const unsigned int command : {1U, 3U, 4U, 5U, 6U}) {
@@ -76,41 +140,56 @@ void WriteAnswers(ServiceSession& service, const std::string& start, std::int64_
   }
 }
 
-void WriteOutcome(ServiceSession& service, const std::string& start,
-                  const std::vector<std::int64_t>& instants) {
-  const fs::path data = kDataFolder;
-  fs::copy_file(data / L"PowerConsumption.json", start + "ledger.json");
-  fs::copy_file(_wgetenv(L"WATTLEAF_COLLECTOR_TRUTH"), start + "truth.json");
-  WriteText(start + "names.txt", NamesInDataFolder());
-  for (const std::int64_t now : instants) WriteAnswers(service, start, now);
+void WriteRanking(ServiceSession& service, const std::string& start, const std::string& icons,
+                  const RankingQuestion& question) {
+  constexpr unsigned int kTopApplications = 2;
+  WorkerGate::SetClock(question.instant);
+  const auto answer = service.TryAsk(kTopApplications, icons + "?" + question.days);
+  WriteText(start + "at" + std::to_string(question.instant) + "-days" + question.days + ".txt",
+            answer.value_or("no answer"));
 }
 
-void Run(const std::string& folder, const std::vector<std::string>& passes) {
+void WriteOutcome(ServiceSession& service, const std::string& start, const std::string& icons,
+                  const Pass& pass) {
+  const fs::path data = kDataFolder;
+  fs::copy_file(data / L"PowerConsumption.json", start + "ledger.json");
+  CopyWhereItIs(data / L"Powerlog.json", start + "store.json");
+  fs::copy_file(_wgetenv(L"WATTLEAF_COLLECTOR_TRUTH"), start + "truth.json");
+  WriteText(start + "names.txt", NamesInDataFolder());
+  for (const std::int64_t now : pass.instants) WriteAnswers(service, start, now);
+  for (const auto& question : pass.questions) WriteRanking(service, start, icons, question);
+}
+
+void Run(const std::string& folder, const std::string& icons,
+         const std::vector<std::string>& passes) {
   ServiceSession service;
   const Standin::PlayedCalls played(service.Library(), /*enabled=*/true);
   // Kept until the process ends, like the worker that waits in it.
   static WorkerGate& gate = *new WorkerGate(service.Library());
   static_cast<void>(gate);
 
+  WriteText(folder + "\\device.txt", DevicePathOfSystemDrive());
   for (std::size_t i = 0; i < passes.size(); ++i) {
-    const std::vector<std::int64_t> instants = ParsePass(passes[i]);
-    WorkerGate::SetClock(instants.front());
+    const Pass pass = ParsePass(passes[i]);
+    const std::string start = folder + "\\pass" + std::to_string(i + 1) + "-";
+    WorkerGate::SetClock(pass.instants.front());
+    PrepareTool(pass, start + "report.xml");
     if (i == 0) {
       service.Start();
     } else {
-      AdvanceCollector(instants.front());
+      AdvanceCollector(pass.instants.front());
       WorkerGate::LetNextPassIn();
     }
     WorkerGate::WaitForPass();
-    WriteOutcome(service, folder + "\\pass" + std::to_string(i + 1) + "-", instants);
+    WriteOutcome(service, start, icons, pass);
   }
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc < 3) {
-    std::fprintf(stderr, "usage: oracle_scenario OUTPUT_FOLDER PASS...\n");
+  if (argc < 4) {
+    std::fprintf(stderr, "usage: oracle_scenario OUTPUT_FOLDER ICON_FOLDER PASS...\n");
     return 2;
   }
   // The C library reads TZ as a POSIX text and ignores the zone database; without TZ it asks the
@@ -118,7 +197,7 @@ int main(int argc, char** argv) {
   _putenv("TZ=");
   _tzset();
   try {
-    Run(argv[1], std::vector<std::string>(argv + 2, argv + argc));
+    Run(argv[1], argv[2], std::vector<std::string>(argv + 3, argv + argc));
     return 0;
   } catch (const std::exception& failure) {
     std::fprintf(stderr, "oracle_scenario: %s\n", failure.what());

@@ -2,11 +2,14 @@
 
 #include <stdexcept>
 
+#include "service/command_table.h"
+
 namespace Scenario {
 
 namespace {
 
 using Zq::Gantry::Server::Services::ZQService;
+using Zq::Gantry::Server::Services::Wattleaf::kNoResult;
 
 ZQService* MakeService(HMODULE library) {
   using Factory = ZQService* (*)();
@@ -21,11 +24,12 @@ ZQService* MakeService(HMODULE library) {
 ServiceSession::ServiceSession()
     : library_(LoadLibraryW(L"WattleafService.dll")), service_(MakeService(library_)) {}
 
-std::string ServiceSession::Ask(unsigned int command) {
-  wchar_t empty[] = L"";
+std::optional<std::string> ServiceSession::TryAsk(unsigned int command, const std::string& input) {
+  std::wstring request(input.begin(), input.end());
   wchar_t* output = nullptr;
-  const int status = service_->ExecuteCommand(/*session=*/nullptr, command, empty, &output,
+  const int status = service_->ExecuteCommand(/*session=*/nullptr, command, request.data(), &output,
                                               /*callback=*/{}, /*configuration=*/nullptr);
+  if (status == kNoResult) return std::nullopt;
   if (status != 0) {
     throw std::runtime_error("command " + std::to_string(command) + " gives status " +
                              std::to_string(status));
@@ -34,6 +38,12 @@ std::string ServiceSession::Ask(unsigned int command) {
   for (const wchar_t* c = output; *c != L'\0'; ++c) text += static_cast<char>(*c);
   service_->FreeResult(output);
   return text;
+}
+
+std::string ServiceSession::Ask(unsigned int command) {
+  const auto text = TryAsk(command, {});
+  if (!text) throw std::runtime_error("command " + std::to_string(command) + " has no answer");
+  return *text;
 }
 
 }  // namespace Scenario

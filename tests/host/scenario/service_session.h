@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "service/zq_service.h"
@@ -17,7 +18,10 @@ class ServiceSession {
 
   HMODULE Library() const { return library_; }
   void Start() { service_->startup_task(); }
-  /// The text of a command, all of it ASCII. Throws std::runtime_error at another status than 0.
+  /// The text of a command, all of it ASCII; nothing where there is none. Throws
+  /// std::runtime_error at any other status than these two.
+  std::optional<std::string> TryAsk(unsigned int command, const std::string& input);
+  /// The same for a command that must have a text and needs no input.
   std::string Ask(unsigned int command);
 
  private:

@@ -1,0 +1,161 @@
+// Stand-in: a seeded model of how much energy the applications of a notebook take.
+
+#include "report_model.h"
+
+#include <array>
+
+#include "installed_applications.h"
+#include "seeded_random.h"
+
+namespace Standin {
+
+namespace {
+
+constexpr std::int64_t kHour = 3600;
+
+enum Purpose : std::uint64_t {
+  kMinutePurpose = 1,
+  kAwakePurpose = 2,
+  kVersionPurpose = 3,
+  kHabitPurpose = 1000,  // and the application's place in the list
+  kRowPurpose = 2000,    // likewise
+};
+
+struct Application {
+  std::string appId;
+  std::int64_t weight;   // of its energy
+  std::int64_t percent;  // of the hours awake in which it runs
+};
+
+/// Names outside ASCII, up to characters of four bytes.
+constexpr std::array<const char*, 2> kForeignPrograms = {
+    "\xC3\x9C"
+    "berblick\\\xC3\xBC"
+    "berblick.exe",
+    "\xE6\xB3\xA2\\\xE6\xB3\xA2.exe",
+};
+constexpr std::array<const char*, 2> kForeignPackages = {
+    "\xC4\x8C"
+    "apek.Robot_1.0.7.0_x64__n6s1d8k4q2v7h!App",
+    "Owl.\xF0\x9F\xA6\x89_3.2.0.0_x64__n6s1d8k4q2v7h!App",
+};
+constexpr std::array<const char*, 2> kOtherDrive = {
+    "\\Device\\HarddiskVolume9\\Toolbox\\hammer.exe",
+    "\\Device\\HarddiskVolume9\\Nuts & 'Bolts'\\nut.exe",
+};
+constexpr std::array<const char*, 2> kNobodys = {"Unknown", "System Interrupts"};
+
+std::string PackagedId(const PackagedApp& app, Random& versions) {
+  // Two statements: the operands of one sum are drawn in no fixed order.
+  std::string version = std::to_string(versions.Between(1, 12));
+  version += '.' + std::to_string(versions.Between(0, 400)) + ".0.0";
+  return std::string(app.name) + '_' + version + "_x64__" + std::string(app.familySuffix) + "!App";
+}
+
+std::vector<std::string> Identities(const ReportSettings& settings) {
+  const std::string programs = settings.devicePrefix + "\\Program Files\\";
+  std::vector<std::string> ids;
+  for (const DesktopApp& app : kDesktopApps) ids.push_back(programs + std::string(app.program));
+  for (const char* program : kForeignPrograms) ids.push_back(programs + program);
+  Random versions(settings.seed, 0, kVersionPurpose);
+  for (const PackagedApp& app : kPackagedApps) ids.push_back(PackagedId(app, versions));
+  ids.insert(ids.end(), kForeignPackages.begin(), kForeignPackages.end());
+  ids.insert(ids.end(), kOtherDrive.begin(), kOtherDrive.end());
+  // A path that holds the prefix of C: further on only.
+  ids.push_back("\\Device\\Mup\\attic" + settings.devicePrefix + "\\trunk.exe");
+  ids.insert(ids.end(), kNobodys.begin(), kNobodys.end());
+  return ids;
+}
+
+std::vector<Application> Applications(const ReportSettings& settings) {
+  std::vector<Application> applications;
+  for (std::string& id : Identities(settings)) {
+    Random habit(settings.seed, 0, kHabitPurpose + applications.size());
+    const std::int64_t size = habit.Between(3, 60);
+    const std::int64_t percent = habit.Between(15, 85);
+    applications.push_back({std::move(id), size * size / 10 + 1, percent});
+  }
+  return applications;
+}
+
+/// By the clock of Greenwich: working hours on most days, seldom at night.
+bool IsAwake(std::uint64_t seed, std::int64_t hour) {
+  const std::int64_t hourOfDay = hour % 24;
+  const bool weekend = (hour / 24 + 3) % 7 >= 5;  // 1970-01-01 was a Thursday; 0 is Monday
+  Random random(seed, hour, kAwakePurpose);
+  if (hourOfDay < 7 || hourOfDay > 21) return random.Chance(6);
+  return random.Chance(weekend ? 45 : 80);
+}
+
+/// Writes the rows of one hour after the other.
+class RowWriter {
+ public:
+  explicit RowWriter(const ReportSettings& settings)
+      : settings_(settings), applications_(Applications(settings)) {}
+
+  void WriteHour(std::int64_t hour, std::int64_t instant, bool isNewest) {
+    const std::string time = settings_.localTime(instant);
+    for (std::size_t i = 0; i < applications_.size(); ++i) {
+      Random random(settings_.seed, hour, kRowPurpose + i);
+      const Application& application = applications_[i];
+      if (!random.Chance(application.percent)) continue;
+      const std::int64_t energy = application.weight * random.Between(0, 950);
+      WriteRows(application.appId, time, isNewest ? energy / 2 : energy, random.Between(1, 1000));
+    }
+  }
+
+  std::vector<ReportRow> Take() { return std::move(rows_); }
+
+ private:
+  static TotalEnergy Energy(std::int64_t energy) { return {std::to_string(energy)}; }
+
+  /// A row of the usual form for most values of `oddity`, from 1 to 1000.
+  void WriteRows(const std::string& appId, const std::string& time, std::int64_t energy,
+                 std::int64_t oddity) {
+    if (oddity <= 15) {
+      rows_.push_back({appId, time, std::nullopt});
+    } else if (oddity <= 30) {
+      rows_.push_back({appId, time, TotalEnergy{}});
+    } else {
+      rows_.push_back({appId, time, Energy(energy)});
+    }
+    if (oddity >= 960) WriteCompanion(appId, time, energy, oddity);
+  }
+
+  /// A second row beside the usual one.
+  void WriteCompanion(const std::string& appId, const std::string& time, std::int64_t energy,
+                      std::int64_t oddity) {
+    if (oddity < 975) {
+      rows_.push_back({appId, time, Energy(energy / 3)});
+    } else if (oddity < 980) {
+      rows_.push_back({appId, time, std::nullopt});
+    } else if (oddity < 988) {
+      rows_.push_back({std::nullopt, time, Energy(energy)});
+    } else if (oddity < 992) {
+      rows_.push_back({appId, std::nullopt, Energy(energy)});
+    } else if (oddity < 996) {
+      rows_.push_back({appId, "yesterday", Energy(energy)});
+    } else {
+      rows_.push_back({appId, "", Energy(energy)});
+    }
+  }
+
+  const ReportSettings& settings_;
+  std::vector<Application> applications_;
+  std::vector<ReportRow> rows_;
+};
+
+}  // namespace
+
+std::vector<ReportRow> MakeReportRows(const ReportSettings& settings) {
+  const std::int64_t second = Random(settings.seed, 0, kMinutePurpose).Between(0, kHour - 1);
+  const std::int64_t newest = (settings.now - second) / kHour;
+  RowWriter writer(settings);
+  for (std::int64_t hour = newest - settings.days * 24LL + 1; hour <= newest; ++hour) {
+    if (!IsAwake(settings.seed, hour)) continue;
+    writer.WriteHour(hour, hour * kHour + second, hour == newest);
+  }
+  return writer.Take();
+}
+
+}  // namespace Standin

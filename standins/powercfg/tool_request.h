@@ -1,0 +1,24 @@
+#pragma once
+
+// Stand-in: the command lines that the tool understands. Portable.
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace Standin {
+
+enum class ToolReport { kApplicationEnergy, kEnergyProblems };
+
+struct ToolRequest {
+  ToolReport report;
+  std::wstring file;
+};
+
+/// From the arguments after the program's name. Understands exactly
+///   /SRUMUTIL /OUTPUT <file> /XML
+///   /ENERGY /OUTPUT <file> /DURATION <seconds> /XML
+/// in these letters and this order, and nothing else.
+std::optional<ToolRequest> TryReadRequest(const std::vector<std::wstring>& arguments);
+
+}  // namespace Standin

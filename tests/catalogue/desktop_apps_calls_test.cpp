@@ -1,0 +1,220 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+
+#include "catalogue/desktop_apps.h"
+#include "catalogue/registry_calls.h"
+#include "catalogue/scratch_key.h"
+
+using TestSupport::RegistryCalls;
+using TestSupport::ScratchKey;
+using namespace Zq::Gantry::Server::Services::Wattleaf;
+
+// What the reading asks of the registry, and what it does where the registry fails.
+namespace {
+
+constexpr wchar_t kFirstRoot[] = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall";
+constexpr wchar_t kSecondRoot[] =
+    L"SOFTWARE\\WOW6432Node\\Microsoft\\Windows\\CurrentVersion\\Uninstall";
+
+class DesktopAppsCalls : public testing::Test {
+ protected:
+  DesktopAppsCalls() {
+    key_.SetText(L"Alder", L"DisplayName", L"Alder");
+    key_.SetText(L"Birch", L"DisplayName", L"Birch");
+    key_.SetText(L"Cedar", L"DisplayName", L"Cedar");
+  }
+
+  DesktopApps Read() const {
+    DesktopApps apps;
+    AddProgramsUnder(key_.Hive(), key_.Path(), apps);
+    return apps;
+  }
+
+  const ScratchKey key_;
+};
+
+bool HasOpened(const RegistryCalls& calls, const wchar_t* path) {
+  return std::any_of(calls.opened.begin(), calls.opened.end(),
+                     [path](const RegistryCalls::Opened& one) { return one.path == path; });
+}
+
+}  // namespace
+
+TEST_F(DesktopAppsCalls, OpenForReadingOnly) {
+  RegistryCalls calls;
+  EXPECT_EQ(Read().size(), 3u);
+  ASSERT_EQ(calls.opened.size(), 4u);
+  EXPECT_EQ(calls.opened[0].path, key_.Path());
+  EXPECT_EQ(calls.opened[1].path, L"Alder");
+  for (const auto& one : calls.opened) {
+    EXPECT_EQ(one.options, 0u);
+    EXPECT_EQ(one.access, 131097u);
+  }
+  EXPECT_EQ(calls.openKeys, 0) << "every key is closed";
+}
+
+TEST_F(DesktopAppsCalls, OfferTheLengthsThatBoundNamesAndTexts) {
+  RegistryCalls calls;
+  Read();
+  ASSERT_EQ(calls.enumerated.size(), 4u);
+  for (DWORD index = 0; index < 4; ++index) {
+    EXPECT_EQ(calls.enumerated[index].index, index);
+    EXPECT_EQ(calls.enumerated[index].nameChars, 256u);
+  }
+  EXPECT_EQ(calls.enumerated[3].status, 259);
+  ASSERT_EQ(calls.queried.size(), 6u);
+  EXPECT_EQ(calls.queried[0].value, L"DisplayName");
+  EXPECT_EQ(calls.queried[0].bytes, 512u);
+  EXPECT_EQ(calls.queried[1].value, L"DisplayIcon");
+  EXPECT_EQ(calls.queried[1].bytes, 256u);
+}
+
+TEST_F(DesktopAppsCalls, WithoutANameTheIconIsNotAskedFor) {
+  const ScratchKey bare;
+  bare.AddSubkey(L"1");
+  RegistryCalls calls;
+  DesktopApps apps;
+  AddProgramsUnder(bare.Hive(), bare.Path(), apps);
+  ASSERT_EQ(calls.queried.size(), 1u);
+  EXPECT_EQ(calls.queried[0].value, L"DisplayName");
+}
+
+TEST_F(DesktopAppsCalls, ASkippedIndexLosesItsProgramOnly) {
+  RegistryCalls calls;
+  calls.onEnumerate = [](DWORD index, wchar_t*, DWORD* chars) -> std::optional<LSTATUS> {
+    if (index != 1) return std::nullopt;
+    *chars = 3;
+    return ERROR_ACCESS_DENIED;
+  };
+  EXPECT_EQ(Read(), (DesktopApps{{L"Alder", L""}, {L"Cedar", L""}}));
+  EXPECT_EQ(calls.enumerated[2].nameChars, 256u) << "the next index gets the whole length again";
+}
+
+TEST_F(DesktopAppsCalls, ASubkeyIsTriedAgainUntilItOpens) {
+  RegistryCalls calls;
+  int tries = 0;
+  calls.onOpen = [&](const std::wstring& path) -> std::optional<LSTATUS> {
+    if (path == L"Birch" && ++tries < 50) return ERROR_ACCESS_DENIED;
+    return std::nullopt;
+  };
+  // A system that finds room for the name whatever length it is told.
+  calls.onEnumerate = [](DWORD, wchar_t*, DWORD* chars) -> std::optional<LSTATUS> {
+    *chars = 256;
+    return std::nullopt;
+  };
+  EXPECT_EQ(Read(), (DesktopApps{{L"Alder", L""}, {L"Birch", L""}, {L"Cedar", L""}}));
+  EXPECT_EQ(tries, 50);
+  ASSERT_EQ(calls.enumerated.size(), 53u);
+  for (std::size_t n = 1; n <= 50; ++n) EXPECT_EQ(calls.enumerated[n].index, 1u);
+  EXPECT_EQ(calls.enumerated[2].nameChars, 5u) << "the length is left as the last call returned it";
+  EXPECT_EQ(calls.openKeys, 0);
+}
+
+TEST_F(DesktopAppsCalls, ASubkeyThatNeverOpensIsSkippedOnceItsNameFindsNoRoom) {
+  RegistryCalls calls;
+  calls.onOpen = [](const std::wstring& path) -> std::optional<LSTATUS> {
+    if (path == L"Birch") return ERROR_ACCESS_DENIED;
+    return std::nullopt;
+  };
+  EXPECT_EQ(Read(), (DesktopApps{{L"Alder", L""}, {L"Cedar", L""}}));
+  ASSERT_EQ(calls.enumerated.size(), 5u);
+  EXPECT_EQ(calls.enumerated[2].index, 1u);
+  EXPECT_EQ(calls.enumerated[2].nameChars, 5u);
+  EXPECT_EQ(calls.enumerated[2].status, 234) << "more data than room";
+  EXPECT_EQ(calls.enumerated[3].index, 2u);
+  EXPECT_EQ(calls.enumerated[3].nameChars, 256u);
+}
+
+TEST_F(DesktopAppsCalls, AnEnumerationThatFailsForEverIsGivenUp) {
+  RegistryCalls calls;
+  calls.onEnumerate = [](DWORD, wchar_t*, DWORD*) { return ERROR_ACCESS_DENIED; };
+  EXPECT_TRUE(Read().empty());
+  ASSERT_EQ(calls.enumerated.size(), 10'000u);
+  EXPECT_EQ(calls.enumerated.back().index, 9'999u);
+  EXPECT_EQ(calls.openKeys, 0) << "the root is closed";
+}
+
+TEST_F(DesktopAppsCalls, OnlyFailuresInARowCount) {
+  RegistryCalls calls;
+  calls.onEnumerate = [](DWORD index, wchar_t* name, DWORD* chars) -> std::optional<LSTATUS> {
+    if (index == 19'999) return ERROR_NO_MORE_ITEMS;
+    if (index != 9'999) return ERROR_ACCESS_DENIED;
+    std::wstring(L"Birch\0", 6).copy(name, 6);
+    *chars = 5;
+    return ERROR_SUCCESS;
+  };
+  EXPECT_EQ(Read(), (DesktopApps{{L"Birch", L""}}));
+  EXPECT_EQ(calls.enumerated.size(), 20'000u);
+}
+
+TEST(InstalledPrograms, ComeFromTheTwoRootsInTheirOrder) {
+  RegistryCalls calls;
+  calls.onOpen = [](const std::wstring&) { return ERROR_FILE_NOT_FOUND; };
+  DesktopApps apps;
+  AddInstalledPrograms(apps);
+  ASSERT_EQ(calls.opened.size(), 2u);
+  EXPECT_EQ(calls.opened[0].parent, HKEY_LOCAL_MACHINE);
+  EXPECT_EQ(calls.opened[0].path, kFirstRoot);
+  EXPECT_EQ(calls.opened[1].parent, HKEY_LOCAL_MACHINE);
+  EXPECT_EQ(calls.opened[1].path, kSecondRoot);
+  EXPECT_EQ(calls.opened[0].access, 131097u);
+  EXPECT_TRUE(apps.empty());
+  EXPECT_TRUE(calls.enumerated.empty());
+}
+
+// The machine's own roots, with one key of the test's own in each.
+namespace {
+
+std::wstring OwnKey(const wchar_t* root) {
+  return std::wstring(root) + L"\\WattleafTest" + std::to_wstring(GetCurrentProcessId());
+}
+
+/// The key itself is the program.
+void Set(const ScratchKey& key, const wchar_t* value, const std::wstring& text) {
+  RegSetKeyValueW(key.Hive(), key.Path(), value, REG_SZ, text.c_str(),
+                  static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
+}
+
+}  // namespace
+
+TEST(InstalledPrograms, OfTheSecondRootBeatThoseOfTheFirst) {
+  const ScratchKey first(HKEY_LOCAL_MACHINE, OwnKey(kFirstRoot));
+  const ScratchKey second(HKEY_LOCAL_MACHINE, OwnKey(kSecondRoot));
+  Set(first, L"DisplayName", L"Wattleaf test program");
+  Set(first, L"DisplayIcon", L"first.ico");
+  Set(second, L"DisplayName", L"Wattleaf test program");
+  Set(second, L"DisplayIcon", L"second.ico");
+  DesktopApps apps;
+  AddInstalledPrograms(apps);
+  EXPECT_EQ(apps[L"Wattleaf test program"], L"second.ico");
+}
+
+TEST(InstalledPrograms, OfTheFirstRootStandAloneWhereTheSecondIsMissing) {
+  const ScratchKey first(HKEY_LOCAL_MACHINE, OwnKey(kFirstRoot));
+  Set(first, L"DisplayName", L"Alone");
+  RegistryCalls calls;
+  calls.onOpen = [](const std::wstring& path) -> std::optional<LSTATUS> {
+    if (path == kSecondRoot) return ERROR_FILE_NOT_FOUND;
+    return std::nullopt;
+  };
+  DesktopApps apps;
+  AddInstalledPrograms(apps);
+  EXPECT_EQ(apps.count(L"Alone"), 1u);
+  EXPECT_TRUE(HasOpened(calls, kSecondRoot));
+  EXPECT_EQ(calls.openKeys, 0);
+}
+
+TEST(InstalledPrograms, OfTheSecondRootAreReadWhereTheFirstIsMissing) {
+  const ScratchKey second(HKEY_LOCAL_MACHINE, OwnKey(kSecondRoot));
+  Set(second, L"DisplayName", L"Alone");
+  RegistryCalls calls;
+  calls.onOpen = [](const std::wstring& path) -> std::optional<LSTATUS> {
+    if (path == kFirstRoot) return ERROR_FILE_NOT_FOUND;
+    return std::nullopt;
+  };
+  DesktopApps apps;
+  AddInstalledPrograms(apps);
+  EXPECT_EQ(apps.count(L"Alone"), 1u);
+}

@@ -1,0 +1,81 @@
+#include "catalogue/gdiplus_calls.h"
+
+namespace TestSupport {
+
+GdiplusCalls* GdiplusCalls::current_ = nullptr;
+
+GdiplusCalls::GdiplusCalls()
+    : start_("GdiplusStartup", &Start),
+      stop_("GdiplusShutdown", &Stop),
+      createBitmap_("GdipCreateBitmapFromHICON", &CreateBitmap),
+      encodersSize_("GdipGetImageEncodersSize", &EncodersSize),
+      encoders_("GdipGetImageEncoders", &Encoders),
+      save_("GdipSaveImageToFile", &Save),
+      dispose_("GdipDisposeImage", &Dispose) {
+  current_ = this;
+}
+
+GdiplusCalls::~GdiplusCalls() { current_ = nullptr; }
+
+Gdiplus::Status WINAPI GdiplusCalls::Start(ULONG_PTR* token,
+                                           const Gdiplus::GdiplusStartupInput* input,
+                                           Gdiplus::GdiplusStartupOutput* output) {
+  GdiplusCalls& calls = *current_;
+  calls.startVersion = input->GdiplusVersion;
+  calls.startedPlainly = input->DebugEventCallback == nullptr && !input->SuppressBackgroundThread &&
+                         !input->SuppressExternalCodecs;
+  if (calls.startStatus) return *calls.startStatus;
+  ++calls.started;
+  return calls.start_.Original<decltype(Start)>()(token, input, output);
+}
+
+void WINAPI GdiplusCalls::Stop(ULONG_PTR token) {
+  ++current_->stopped;
+  current_->stop_.Original<decltype(Stop)>()(token);
+}
+
+GdiplusCalls::Status WINAPI GdiplusCalls::CreateBitmap(HICON icon, Gdiplus::GpBitmap** bitmap) {
+  GdiplusCalls& calls = *current_;
+  if (calls.bitmapStatus) return *calls.bitmapStatus;
+  ++calls.bitmaps;
+  return calls.createBitmap_.Original<decltype(CreateBitmap)>()(icon, bitmap);
+}
+
+GdiplusCalls::Status GdiplusCalls::RealEncodersSize(UINT* count, UINT* bytes) const {
+  return encodersSize_.Original<decltype(EncodersSize)>()(count, bytes);
+}
+
+GdiplusCalls::Status GdiplusCalls::RealEncoders(UINT count, UINT bytes,
+                                                Gdiplus::ImageCodecInfo* encoders) const {
+  return encoders_.Original<decltype(Encoders)>()(count, bytes, encoders);
+}
+
+GdiplusCalls::Status WINAPI GdiplusCalls::EncodersSize(UINT* count, UINT* bytes) {
+  if (current_->onEncodersSize) return current_->onEncodersSize(count, bytes);
+  return current_->RealEncodersSize(count, bytes);
+}
+
+GdiplusCalls::Status WINAPI GdiplusCalls::Encoders(UINT count, UINT bytes,
+                                                   Gdiplus::ImageCodecInfo* encoders) {
+  if (current_->onEncoders) return current_->onEncoders(count, bytes, encoders);
+  return current_->RealEncoders(count, bytes, encoders);
+}
+
+GdiplusCalls::Status WINAPI GdiplusCalls::Save(Gdiplus::GpImage* image, const WCHAR* path,
+                                               const CLSID* codec,
+                                               const Gdiplus::EncoderParameters* parameters) {
+  GdiplusCalls& calls = *current_;
+  ++calls.saves;
+  calls.savePath = path;
+  calls.saveCodec = *codec;
+  calls.saveParameters = parameters;
+  if (calls.saveStatus) return *calls.saveStatus;
+  return calls.save_.Original<decltype(Save)>()(image, path, codec, parameters);
+}
+
+GdiplusCalls::Status WINAPI GdiplusCalls::Dispose(Gdiplus::GpImage* image) {
+  ++current_->disposed;
+  return current_->dispose_.Original<decltype(Dispose)>()(image);
+}
+
+}  // namespace TestSupport

@@ -1,0 +1,54 @@
+#include "catalogue/registry_calls.h"
+
+namespace TestSupport {
+
+RegistryCalls* RegistryCalls::current_ = nullptr;
+
+RegistryCalls::RegistryCalls()
+    : open_("RegOpenKeyExW", &Open),
+      enumerate_("RegEnumKeyExW", &Enumerate),
+      query_("RegQueryValueExW", &Query),
+      close_("RegCloseKey", &Close) {
+  current_ = this;
+}
+
+RegistryCalls::~RegistryCalls() { current_ = nullptr; }
+
+LSTATUS WINAPI RegistryCalls::Open(HKEY parent, const wchar_t* path, DWORD options, REGSAM access,
+                                   HKEY* key) {
+  RegistryCalls& calls = *current_;
+  calls.opened.push_back({parent, path, options, access});
+  std::optional<LSTATUS> status;
+  if (calls.onOpen) status = calls.onOpen(path);
+  if (!status) status = calls.open_.Original<decltype(Open)>()(parent, path, options, access, key);
+  if (*status == ERROR_SUCCESS) ++calls.openKeys;
+  return *status;
+}
+
+LSTATUS WINAPI RegistryCalls::Enumerate(HKEY key, DWORD index, wchar_t* name, DWORD* nameChars,
+                                        DWORD* reserved, wchar_t* className, DWORD* classChars,
+                                        FILETIME* written) {
+  RegistryCalls& calls = *current_;
+  const DWORD passed = *nameChars;
+  std::optional<LSTATUS> status;
+  if (calls.onEnumerate) status = calls.onEnumerate(index, name, nameChars);
+  if (!status) {
+    status = calls.enumerate_.Original<decltype(Enumerate)>()(key, index, name, nameChars, reserved,
+                                                              className, classChars, written);
+  }
+  calls.enumerated.push_back({index, passed, *status});
+  return *status;
+}
+
+LSTATUS WINAPI RegistryCalls::Query(HKEY key, const wchar_t* value, DWORD* reserved, DWORD* type,
+                                    BYTE* data, DWORD* bytes) {
+  current_->queried.push_back({value, *bytes});
+  return current_->query_.Original<decltype(Query)>()(key, value, reserved, type, data, bytes);
+}
+
+LSTATUS WINAPI RegistryCalls::Close(HKEY key) {
+  --current_->openKeys;
+  return current_->close_.Original<decltype(Close)>()(key);
+}
+
+}  // namespace TestSupport

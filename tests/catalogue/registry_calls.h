@@ -1,0 +1,65 @@
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "import_patch.h"
+
+namespace TestSupport {
+
+/// Writes down the registry calls of the program while it lives, and lets a test answer some of
+/// them; what a test leaves alone goes to the system. One at a time.
+class RegistryCalls {
+ public:
+  struct Opened {
+    HKEY parent;
+    std::wstring path;
+    DWORD options;
+    REGSAM access;
+  };
+  struct Enumerated {
+    DWORD index;
+    DWORD nameChars;  // as it was passed
+    LSTATUS status;
+  };
+  struct Queried {
+    std::wstring value;
+    DWORD bytes;
+  };
+
+  RegistryCalls();
+  RegistryCalls(const RegistryCalls&) = delete;
+  RegistryCalls& operator=(const RegistryCalls&) = delete;
+  ~RegistryCalls();
+
+  /// A status answers the call, none leaves it to the system.
+  std::function<std::optional<LSTATUS>(const std::wstring& path)> onOpen;
+  std::function<std::optional<LSTATUS>(DWORD index, wchar_t* name, DWORD* nameChars)> onEnumerate;
+
+  std::vector<Opened> opened;
+  std::vector<Enumerated> enumerated;
+  std::vector<Queried> queried;
+  int openKeys = 0;
+
+ private:
+  static LSTATUS WINAPI Open(HKEY parent, const wchar_t* path, DWORD options, REGSAM access,
+                             HKEY* key);
+  static LSTATUS WINAPI Enumerate(HKEY key, DWORD index, wchar_t* name, DWORD* nameChars,
+                                  DWORD* reserved, wchar_t* className, DWORD* classChars,
+                                  FILETIME* written);
+  static LSTATUS WINAPI Query(HKEY key, const wchar_t* value, DWORD* reserved, DWORD* type,
+                              BYTE* data, DWORD* bytes);
+  static LSTATUS WINAPI Close(HKEY key);
+
+  static RegistryCalls* current_;
+  Standin::ImportPatch open_;
+  Standin::ImportPatch enumerate_;
+  Standin::ImportPatch query_;
+  Standin::ImportPatch close_;
+};
+
+}  // namespace TestSupport

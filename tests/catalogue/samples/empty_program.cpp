@@ -1,0 +1,2 @@
+// What counts of the sample programs is their resources.
+int main() { return 0; }

@@ -1,0 +1,58 @@
+#include "catalogue/scratch_key.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/win32/owners.h"
+
+namespace TestSupport {
+
+namespace {
+
+Zq::Gantry::Platform::UniqueRegKey Create(HKEY hive, const std::wstring& path) {
+  // A key that stays may not lie below one that does not, and others write below the machine's.
+  const DWORD options = hive == HKEY_CURRENT_USER ? REG_OPTION_VOLATILE : REG_OPTION_NON_VOLATILE;
+  Zq::Gantry::Platform::UniqueRegKey key;
+  EXPECT_EQ(RegCreateKeyExW(hive, path.c_str(), 0, nullptr, options, KEY_ALL_ACCESS, nullptr,
+                            key.out(), nullptr),
+            ERROR_SUCCESS);
+  return key;
+}
+
+std::wstring OwnPath() {
+  static int count = 0;
+  return L"Software\\WattleafTest" + std::to_wstring(GetCurrentProcessId()) + L"-" +
+         std::to_wstring(count++);
+}
+
+}  // namespace
+
+ScratchKey::ScratchKey() : ScratchKey(HKEY_CURRENT_USER, OwnPath()) {}
+
+ScratchKey::ScratchKey(HKEY hive, std::wstring path) : hive_(hive), path_(std::move(path)) {
+  Create(hive_, path_);
+}
+
+ScratchKey::~ScratchKey() { RegDeleteTreeW(hive_, path_.c_str()); }
+
+void ScratchKey::AddSubkey(const std::wstring& subkey) const {
+  Create(hive_, path_ + L"\\" + subkey);
+}
+
+void ScratchKey::SetText(const std::wstring& subkey, const wchar_t* value,
+                         const std::wstring& text) const {
+  SetBytes(subkey, value, REG_SZ,
+           std::string(reinterpret_cast<const char*>(text.c_str()),
+                       (text.size() + 1) * sizeof(wchar_t)));
+}
+
+void ScratchKey::SetBytes(const std::wstring& subkey, const wchar_t* value, DWORD type,
+                          const std::string& bytes) const {
+  const auto key = Create(hive_, path_ + L"\\" + subkey);
+  // The system adds an end to a text where it sees one behind it.
+  const std::string guarded = bytes + "##";
+  EXPECT_EQ(RegSetValueExW(key.get(), value, 0, type, reinterpret_cast<const BYTE*>(guarded.data()),
+                           static_cast<DWORD>(bytes.size())),
+            ERROR_SUCCESS);
+}
+
+}  // namespace TestSupport

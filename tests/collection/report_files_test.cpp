@@ -1,0 +1,60 @@
+// The report runs with a real tool, and what they leave in the data folder.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "collection/open_helper.h"
+#include "reports/real_tool.h"
+#include "support/log_capture.h"
+#include "support/temp_folder.h"
+
+using namespace TestSupport;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+namespace {
+
+class ReportFiles : public testing::Test {
+ protected:
+  ReportFiles() {
+    tool.Tell(L"DAYS", L"1");
+    helper.collectionPath = tool.Folder().Path().c_str();
+  }
+
+  std::wstring File(const wchar_t* name) const { return tool.Folder().File(name); }
+
+  RealTool tool;
+  LogCapture log;
+  OpenHelper helper;
+};
+
+}  // namespace
+
+TEST_F(ReportFiles, TheReportOfTheProblemsStaysAndTheNextRunOverwritesIt) {
+  helper.errorsAndWarningsJson = L"[1]";
+  WriteWholeFile(File(L"EnergyReport.xml"), "of the run before");
+  helper.OnGetErrorAndWarnings();
+  EXPECT_THAT(ReadWholeFile(File(L"EnergyReport.xml")), StartsWith("<?xml"));
+  EXPECT_EQ(helper.errorsAndWarningsJson, L"");
+
+  std::wstring result;
+  helper.GetErrorsAndWarnings(result);
+  EXPECT_EQ(result, L"[]");
+  EXPECT_TRUE(FileExists(File(L"EnergyReport.xml")));
+}
+
+TEST_F(ReportFiles, AToolThatFailsIsToldByItsStatus) {
+  tool.Tell(L"STATUS", L"5");
+  helper.OnGetTop20PowerApps();
+  helper.OnGetErrorAndWarnings();
+  EXPECT_THAT(log.Records(), ElementsAre(Error(L"Error"), Error(L"Error")));
+  EXPECT_FALSE(FileExists(File(L"Powerlog.xml")));
+  EXPECT_FALSE(FileExists(File(L"EnergyReport.xml")));
+}
+
+TEST_F(ReportFiles, ASuccessIsQuiet) {
+  helper.OnGetTop20PowerApps();
+  helper.OnGetErrorAndWarnings();
+  EXPECT_THAT(log.Records(), IsEmpty());
+}

@@ -1,0 +1,101 @@
+// The report as a step of the worker's pass.
+
+#include <windows.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "collection/open_helper.h"
+#include "collection/played_tool.h"
+#include "import_patch.h"
+#include "support/log_capture.h"
+#include "support/temp_folder.h"
+
+using namespace TestSupport;
+using Standin::ImportPatch;
+using testing::Contains;
+using testing::ElementsAre;
+
+namespace {
+
+OpenHelper* working = nullptr;
+
+/// The day's sleep ends the worker's life.
+void WINAPI PlayedSleep(DWORD milliseconds) {
+  if (milliseconds == 86400000) working->running = false;
+}
+
+/// One pass of a helper whose collector has started before, without any sample.
+class ReportInPass : public testing::Test {
+ protected:
+  ReportInPass() {
+    helper.PlatformSupportState = 1;
+    helper.collectionStarted = true;
+    helper.collectionPath = folder.Path().c_str();
+    helper.running = true;
+    working = &helper;
+  }
+
+  const TempFolder folder;
+  LogCapture log;
+  PlayedTool tool;
+  ImportPatch patchedSleep{"Sleep", &PlayedSleep};
+  OpenHelper helper;
+};
+
+using ReportInPassDeath = ReportInPass;
+
+}  // namespace
+
+TEST_F(ReportInPass, RunsThoughTheCollectionHasNoSampleYet) {
+  helper.ProcessingCallback();
+  EXPECT_THAT(tool.Calls(), testing::SizeIs(2));
+  EXPECT_EQ(tool.Calls().back(), "run POWERCFG /SRUMUTIL /OUTPUT Powerlog.xml /XML");
+}
+
+TEST_F(ReportInPass, ComesAfterTheLedgerAndBeforeTheFlag) {
+  int runs = 0;
+  tool.DuringRun([this, &runs] {
+    EXPECT_TRUE(FileExists(folder.File(L"PowerConsumption.json")));
+    EXPECT_FALSE(helper.IsDataAvailable());
+    ++runs;
+  });
+  helper.ProcessingCallback();
+  EXPECT_EQ(runs, 1);
+  EXPECT_TRUE(helper.IsDataAvailable());
+}
+
+TEST_F(ReportInPass, ThatFailsLeavesTheFlagToBeRaised) {
+  tool.EndWith(5);
+  helper.ProcessingCallback();
+  EXPECT_THAT(log.Records(), Contains(Error(L"Error")));
+  EXPECT_TRUE(helper.IsDataAvailable());
+}
+
+TEST_F(ReportInPass, NeverRunsTheReportOfTheProblems) {
+  helper.errorsAndWarningsJson = L"kept";
+  helper.ProcessingCallback();
+  EXPECT_THAT(tool.Calls(), testing::Not(Contains(testing::HasSubstr("/ENERGY"))));
+  EXPECT_EQ(helper.errorsAndWarningsJson, L"kept");
+}
+
+TEST_F(ReportInPass, OfANegativeStatusLeavesTheWorkersBodyBeforeTheFlag) {
+  tool.EndWith(-1);
+  EXPECT_THROW(helper.ProcessingCallback(), std::length_error);
+  EXPECT_FALSE(helper.IsDataAvailable());
+}
+
+TEST_F(ReportInPassDeath, OfANegativeStatusEndsTheProcessOfTheWorker) {
+  tool.EndWith(-1);
+  EXPECT_EXIT(
+      {
+        helper.StartProcessing();
+        helper.worker->join();
+        ExitProcess(0);
+      },
+      testing::ExitedWithCode(3), "");
+}

@@ -1,0 +1,47 @@
+"""Application energy through the passes of a scenario: the store and the answers of command 2."""
+
+from app_ranking import ranking
+from app_store import AppStore
+from installed_apps import InstalledApps
+from time_stamps import TimeStamps
+
+NO_ANSWER = "no answer"
+
+
+class AppEnergy:
+    def __init__(self, calendar, icon_folder):
+        self._calendar = calendar
+        self._icon_folder = icon_folder
+        self._stamps = TimeStamps(calendar)
+        self._store = AppStore(calendar, self._stamps)
+        self._apps = None
+        self._icons = set()
+
+    def begin_process(self, device_prefix):
+        """Both catalogues are read once in a process."""
+        self._apps = InstalledApps.of_the_notebook(device_prefix)
+
+    def run_pass(self, now, report, status):
+        self._store.run_pass(self._apps, now, report, status)
+
+    def store_text(self):
+        return self._store.text
+
+    def files(self):
+        """Names of what lies in the data folder."""
+        there = {"Powerlog.json": self._store.text, "Powerlog.xml": self._store.report}
+        return [name for name, content in there.items() if content is not None]
+
+    def answer(self, now, days, found):
+        """The text for so many days; equal shares are in the order of `found` if that is one."""
+        if self._store.text is None:
+            return NO_ANSWER
+        result = ranking(
+            self._calendar, self._stamps, self._apps, self._store.text, now, days, self._icon_folder
+        )  # fmt: skip
+        self._icons |= {name + ".png" for name in result.names_with_icon()}
+        return result.in_the_order_of(found)
+
+    def icons(self):
+        """Names of the files that the answers so far have left in the icon folder."""
+        return self._icons

@@ -1,0 +1,87 @@
+"""The answer of command 2, worked out from the store's text."""
+
+import math
+from dataclasses import dataclass
+
+from app_store import cutoff_instant, elements, low_32_bits
+from float32 import single, single_of_integer
+from written_numbers import written
+from written_texts import quoted
+
+MOST_ENTRIES = 20
+
+
+@dataclass
+class Entry:
+    name: str
+    icon: str = ""
+    value: float = -0.0  # to which any first share adds up unchanged
+
+    def text(self):
+        """Up to the number and without it where that is none: there the writer stops."""
+        start = f'{{"Name":{quoted(self.name)},"Icon":{quoted(self.icon)},"Value":'
+        return start + written(self.value) + "}" if math.isfinite(self.value) else start
+
+
+def share(energy, total):
+    """Percent, in 32-bit steps."""
+    part = single(single_of_integer(energy) * 100.0)
+    whole = single_of_integer(total)
+    if whole != 0.0:
+        return single(part / whole)
+    return math.nan if part == 0.0 else math.copysign(math.inf, part)
+
+
+class Ranking:
+    def __init__(self, entries):
+        """In falling order; what is no number goes last."""
+        self._entries = sorted(
+            entries, key=lambda e: (math.isnan(e.value), -e.value if e.value == e.value else 0.0)
+        )
+
+    def names_with_icon(self):
+        """Of all entries: an icon is made before the ranking is cut."""
+        return [entry.name for entry in self._entries if entry.icon]
+
+    def expected(self):
+        """The answer, with equal shares in one of their orders."""
+        text = "["
+        for number, entry in enumerate(self._entries[:MOST_ENTRIES]):
+            text += ("," if number else "") + entry.text()
+            if not math.isfinite(entry.value):
+                return text
+        return text + "]"
+
+    def in_the_order_of(self, text):
+        """The answer, with equal shares in the order that `text` has them in where it can be one."""
+        left, position = list(self._entries), 1
+        ordered = []
+        while left and len(ordered) < MOST_ENTRIES:
+            equals = [e for e in left if e.value == left[0].value] or left
+            position += 1 if ordered else 0
+            found = next((e for e in equals if text.startswith(e.text(), position)), left[0])
+            left.remove(found)
+            ordered.append(found)
+            position += len(found.text())
+        return Ranking(ordered).expected()
+
+
+def ranking(calendar, stamps, apps, store_text, now, days, directory):
+    cutoff = cutoff_instant(calendar, now, days)
+    rows = [e for e in elements(store_text) if _counts(stamps, e, cutoff)]
+    # Deliberate: the total reads 32 bits of an energy and a share all of it.
+    total = sum(low_32_bits(row["TotalEnergy"]) for row in rows)
+    entries = {}
+    for row in rows:
+        app_id, name = row["Name"], row["DisplayName"]
+        if not name or not apps.may_rank(app_id, name):
+            continue
+        entry = entries.setdefault(name, Entry(name))
+        entry.value = single(entry.value + share(row["TotalEnergy"], total))
+        entry.icon = entry.icon or apps.icon(app_id, name, directory)
+    return Ranking(entries[name] for name in sorted(entries))
+
+
+def _counts(stamps, element, cutoff):
+    reading = stamps.read(element["TimeStamp"])
+    return reading is not None and reading[1] >= cutoff

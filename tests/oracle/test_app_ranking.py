@@ -1,0 +1,141 @@
+"""Answers of command 2, worked out by hand, and what a comparison with them must not let pass."""
+
+import json
+import unittest
+
+from app_cases import APPS, NOTES, NOTES_PRO, NOW, NOW_TEXT, OAK, PREFIX, STAMPS, UTC
+from app_ranking import Ranking, ranking, share
+from float32 import single, single_of_integer
+
+ELM = PREFIX + "\\Program Files\\Elm\\elm.exe"
+SYNC = PREFIX + "\\Program Files\\Oak\\sync.exe"
+
+
+def stored(name, display_name, energy, time=NOW_TEXT):
+    return {"Name": name, "DisplayName": display_name, "TimeStamp": time, "TotalEnergy": energy}
+
+
+def ranked(*rows, days=30, now=NOW):
+    return ranking(UTC, STAMPS, APPS, json.dumps(rows), now, days, "C:\\i")
+
+
+def entry(name, value, icon=True):
+    path = f"C:\\\\i\\\\{name}.png" if icon else ""
+    return f'{{"Name":"{name}","Icon":"{path}","Value":{value}}}'
+
+
+def names(result):
+    return [e["Name"] for e in json.loads(result.expected())]
+
+
+class Answers(unittest.TestCase):
+    def test_falling_order_members_and_icons(self):
+        result = ranked(stored(NOTES, "Fir Notes", 25), stored(OAK, "Oak", 75))
+        self.assertEqual(result.expected(), f'[{entry("Oak", "75.0")},{entry("Fir Notes", "25.0")}]')
+
+    def test_nothing_is_two_characters(self):
+        self.assertEqual(ranked().expected(), "[]")
+
+    def test_numbers_are_32_bit_floats_widened(self):
+        result = ranked(stored(OAK, "Oak", 1234), stored("x", "", 8766))
+        self.assertIn('"Value":12.34000015258789}', result.expected())
+
+    def test_what_has_no_name_or_is_not_registered_counts_in_the_total_only(self):
+        rows = stored(OAK, "Oak", 1), stored("x", "", 1), stored(ELM, "Elm", 2)
+        self.assertEqual(ranked(*rows).expected(), f'[{entry("Oak", "25.0")}]')
+
+    def test_two_programs_of_one_name_add_up(self):
+        rows = stored(OAK, "Oak", 1), stored(SYNC, "Oak", 2), stored("x", "", 1)
+        self.assertEqual(ranked(*rows).expected(), f'[{entry("Oak", "75.0")}]')
+
+    def test_a_logo_that_leads_to_no_file_leaves_no_icon(self):
+        result = ranked(stored("Yew.Own_1", "Yew", 1))
+        self.assertEqual(result.expected(), f'[{entry("Yew", "100.0", icon=False)}]')
+        self.assertEqual(result.names_with_icon(), [])
+
+    def test_a_row_at_the_cutoff_counts_and_one_a_second_earlier_does_not(self):
+        rows = (stored(OAK, "Oak", 1, "2026-05-06:12:00:00"),
+                stored(NOTES, "Fir Notes", 1, "2026-05-06:11:59:59"))  # fmt: skip
+        self.assertEqual(names(ranked(*rows, days=7)), ["Oak"])
+        self.assertEqual(names(ranked(*rows, days=8)), ["Fir Notes", "Oak"])
+
+    def test_no_days_mean_from_now_on(self):
+        self.assertEqual(names(ranked(stored(OAK, "Oak", 1), days=0)), ["Oak"])
+        self.assertEqual(ranked(stored(OAK, "Oak", 1), days=0, now=NOW + 1).expected(), "[]")
+
+    def test_of_21_the_smallest_is_lost(self):
+        rows = [stored(NOTES, f"n{i:02}", i + 1) for i in range(21)]
+        self.assertEqual(names(ranked(*rows)), [f"n{i:02}" for i in range(20, 0, -1)])
+
+    def test_the_total_reads_32_bits_and_a_share_64(self):
+        result = ranked(stored(OAK, "Oak", 4294967297))
+        self.assertIn('"Value":429496729600.0}', result.expected())
+
+    def test_a_total_of_zero_stops_behind_the_first_value(self):
+        start = '[{"Name":"Oak","Icon":"C:\\\\i\\\\Oak.png","Value":'
+        self.assertEqual(ranked(stored(OAK, "Oak", 0)).expected(), start)
+        # Infinite before what is no number.
+        rows = stored(NOTES, "Fir Notes", 0), stored("x", "", -5), stored(OAK, "Oak", 5)
+        self.assertEqual(ranked(*rows).expected(), start)
+
+
+class Shares(unittest.TestCase):
+    def test_each_step_is_in_32_bits(self):
+        self.assertEqual(share(1, 3), single(100.0 / 3.0))
+        # 16777217 is no 32-bit float.
+        self.assertEqual(share(16777217, 16777216), 100.0)
+
+    def test_whole_numbers_become_floats_in_one_step(self):
+        self.assertEqual(single_of_integer(16777219), 16777220.0)
+        self.assertEqual(single_of_integer(-16777217), -16777216.0)
+        # By way of a double the last bit would be lost, and the tie go to even.
+        number = (1 << 62) + (1 << 38) + 1
+        self.assertEqual(single_of_integer(number), float((1 << 62) + (1 << 39)))
+        self.assertEqual(single(number), float(1 << 62))
+
+
+class EqualShares(unittest.TestCase):
+    ROWS = (stored(OAK, "Oak", 2), stored(NOTES, "Fir Notes", 1), stored(NOTES_PRO, "Fir Notes Pro", 1))
+    OAK, NOTES, PRO = entry("Oak", "50.0"), entry("Fir Notes", "25.0"), entry("Fir Notes Pro", "25.0")
+
+    def accepts(self, *entries):
+        text = "[" + ",".join(entries) + "]"
+        return ranked(*self.ROWS).in_the_order_of(text) == text
+
+    def test_they_may_stand_in_any_order(self):
+        self.assertTrue(self.accepts(self.OAK, self.NOTES, self.PRO))
+        self.assertTrue(self.accepts(self.OAK, self.PRO, self.NOTES))
+
+    def test_any_of_them_may_be_cut(self):
+        rows = [stored(NOTES, f"n{i:02}", 1) for i in range(21)]
+        entries = [entry(f"n{i:02}", "4.76190471649169922", icon=True) for i in range(21)]
+        value = json.loads(ranked(*rows).expected())[0]["Value"]
+        entries = [text.replace("4.76190471649169922", repr(value)) for text in entries]
+        for lost in (0, 7, 20):
+            text = "[" + ",".join(entries[:lost] + entries[lost + 1 :]) + "]"
+            self.assertEqual(ranked(*rows).in_the_order_of(text), text)
+
+    def test_other_shares_may_not(self):
+        self.assertFalse(self.accepts(self.NOTES, self.OAK, self.PRO))
+
+    def test_none_may_stand_twice_or_be_left_out(self):
+        self.assertFalse(self.accepts(self.OAK, self.NOTES, self.NOTES))
+        self.assertFalse(self.accepts(self.OAK, self.NOTES))
+        self.assertFalse(self.accepts(self.OAK, self.NOTES, self.PRO, self.PRO))
+
+    def test_no_other_digit_or_icon_passes(self):
+        self.assertFalse(self.accepts(entry("Oak", "50.00000000000001"), self.NOTES, self.PRO))
+        self.assertFalse(self.accepts(entry("Oak", "50"), self.NOTES, self.PRO))
+        self.assertFalse(self.accepts(entry("Oak", "50.0", icon=False), self.NOTES, self.PRO))
+
+    def test_a_text_of_another_shape_does_not_pass(self):
+        result = ranked(*self.ROWS)
+        for text in ("", "[", "[]", "no answer", result.expected()[:-1], result.expected() + " "):
+            self.assertNotEqual(result.in_the_order_of(text), text)
+
+    def test_no_entries_pass_as_an_empty_array_only(self):
+        self.assertEqual(Ranking([]).in_the_order_of("no answer"), "[]")
+
+
+if __name__ == "__main__":
+    unittest.main()

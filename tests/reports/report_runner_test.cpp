@@ -1,0 +1,125 @@
+#include "reports/report_runner.h"
+
+#include <windows.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+
+#include "import_patch.h"
+#include "reports/real_tool.h"
+#include "support/temp_folder.h"
+
+using namespace TestSupport;
+using Standin::ImportPatch;
+using testing::StartsWith;
+using Zq::Gantry::Server::Services::Wattleaf::kEnergyReportCommand;
+using Zq::Gantry::Server::Services::Wattleaf::kPowerReportCommand;
+using Zq::Gantry::Server::Services::Wattleaf::RunReportTool;
+
+namespace {
+
+constexpr wchar_t kKeepOut[] = L"NoDefaultCurrentDirectoryInExePath";
+
+class ReportRunner : public testing::Test {
+ protected:
+  ReportRunner() {
+    SetEnvironmentVariableW(kKeepOut, nullptr);
+    tool.Tell(L"DAYS", L"1");
+  }
+  ~ReportRunner() override { SetEnvironmentVariableW(kKeepOut, nullptr); }
+
+  int Run(const char* commandLine) const {
+    return RunReportTool(tool.Folder().Path().c_str(), commandLine);
+  }
+  std::wstring File(const wchar_t* name) const { return tool.Folder().File(name); }
+
+  RealTool tool;
+};
+
+std::optional<std::wstring> KeepOutVariable() {
+  std::wstring value(32 * 1024, L'\0');
+  SetLastError(ERROR_SUCCESS);
+  value.resize(GetEnvironmentVariableW(kKeepOut, value.data(), static_cast<DWORD>(value.size())));
+  if (GetLastError() == ERROR_ENVVAR_NOT_FOUND) return std::nullopt;
+  return value;
+}
+
+bool IsWine() {
+  return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
+}
+
+int looksHere = -1;
+
+int __cdecl AskTheSystemsRule(const char*) {
+  looksHere = NeedCurrentDirectoryForExePathW(L"POWERCFG");
+  return 0;
+}
+
+}  // namespace
+
+TEST_F(ReportRunner, RunsTheToolInTheFolderWhichStaysTheCurrentDirectory) {
+  EXPECT_EQ(Run(kPowerReportCommand), 0);
+  EXPECT_THAT(ReadWholeFile(File(L"Powerlog.xml")), StartsWith("<?xml"));
+  EXPECT_EQ(CurrentDirectory(), tool.Folder().Path());
+}
+
+TEST_F(ReportRunner, RunsTheToolForTheProblemsToo) {
+  EXPECT_EQ(Run(kEnergyReportCommand), 0);
+  EXPECT_THAT(ReadWholeFile(File(L"EnergyReport.xml")), StartsWith("<?xml"));
+}
+
+TEST_F(ReportRunner, GivesTheExitStatusOfTheTool) {
+  for (const int status : {1, 5, 50, 255, 9009, -1}) {
+    tool.Tell(L"STATUS", std::to_wstring(status));
+    EXPECT_EQ(Run(kPowerReportCommand), status);
+    EXPECT_EQ(Run(kEnergyReportCommand), status);
+  }
+}
+
+TEST_F(ReportRunner, AToolThatIsNotFoundIsAFailure) {
+  tool.Hide();
+  EXPECT_NE(Run(kPowerReportCommand), 0);
+  EXPECT_FALSE(FileExists(File(L"Powerlog.xml")));
+}
+
+TEST_F(ReportRunner, AFolderThatCannotBeEnteredLetsTheReportLieInTheDirectoryBefore) {
+  ASSERT_TRUE(SetCurrentDirectoryW(tool.Folder().Path().c_str()));
+  EXPECT_EQ(RunReportTool(File(L"missing").c_str(), kPowerReportCommand), 0);
+  EXPECT_TRUE(FileExists(File(L"Powerlog.xml")));
+}
+
+TEST_F(ReportRunner, TheInterpreterIsToldToKeepOutOfTheFolderForTheTimeOfTheCall) {
+  EXPECT_EQ(Run("set NoDefaultCurrentDirectoryInExePath>seen.txt"), 0);
+  EXPECT_THAT(ReadWholeFile(File(L"seen.txt")), StartsWith("NoDefaultCurrentDirectoryInExePath=1"));
+  EXPECT_EQ(KeepOutVariable(), std::nullopt);
+}
+
+TEST_F(ReportRunner, ByTheSystemsOwnRuleTheFolderIsNotSearchedDuringTheCall) {
+  const ImportPatch patch("system", &AskTheSystemsRule);
+  EXPECT_TRUE(NeedCurrentDirectoryForExePathW(L"POWERCFG"));
+  Run(kPowerReportCommand);
+  EXPECT_EQ(looksHere, FALSE);
+  EXPECT_TRUE(NeedCurrentDirectoryForExePathW(L"POWERCFG"));
+}
+
+TEST_F(ReportRunner, WhatTheVariableWasBeforeIsPutBack) {
+  for (const std::wstring& before :
+       {std::wstring(L"0"), std::wstring(), std::wstring(5000, L'v')}) {
+    SetEnvironmentVariableW(kKeepOut, before.c_str());
+    Run("set NoDefaultCurrentDirectoryInExePath>seen.txt");
+    EXPECT_THAT(ReadWholeFile(File(L"seen.txt")),
+                StartsWith("NoDefaultCurrentDirectoryInExePath=1\r\n"));
+    EXPECT_EQ(KeepOutVariable(), before);
+  }
+}
+
+TEST_F(ReportRunner, AProgramOfTheToolsNameInTheFolderIsNotStarted) {
+  if (IsWine()) GTEST_SKIP() << "Wine's interpreter searches the current directory all the same";
+  WriteWholeFile(File(L"POWERCFG.bat"), "@echo started> started.txt\r\n@exit /b 7\r\n");
+  EXPECT_EQ(Run(kPowerReportCommand), 0);
+  EXPECT_FALSE(FileExists(File(L"started.txt")));
+  EXPECT_TRUE(FileExists(File(L"Powerlog.xml")));
+}

@@ -1,8 +1,38 @@
+#include <utility>
+
+#include "catalogue/package_manager.h"
+#include "catalogue/package_manifest.h"
+#include "catalogue/packaged_apps.h"
 #include "collection/wattleaf_helper.h"
+#include "logging/trace_logger.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
-void WattleafHelper::LoadInstalledUWPApps() {}
-void WattleafHelper::ParseManifest(const std::wstring&, std::wstring&, std::wstring&) {}
+namespace {
+
+void LogError(const wchar_t* text) { Logging::LogManager::GetLogger()->LogError(text); }
+
+}  // namespace
+
+// What the walk itself raises leaves the operation, and the catalogue stays as it was.
+void WattleafHelper::LoadInstalledUWPApps() {
+  PackagedApps apps = *uwpApps.Current();
+  const auto readManifest = [this](const std::wstring& path, std::wstring& logo) {
+    std::wstring displayName;
+    ParseManifest(path, displayName, logo);
+  };
+  const auto logFailure = [] { LogError(L"Error while processing packages."); };
+  AddPackagedApps(*FindAllPackages(), readManifest, logFailure, apps);
+  uwpApps.Replace(std::move(apps));
+}
+
+void WattleafHelper::ParseManifest(const std::wstring& manifestPath, std::wstring& /*displayName*/,
+                                   std::wstring& logo) {
+  try {
+    if (auto named = TryReadManifestLogo(manifestPath)) logo = std::move(*named);
+  } catch (...) {
+    LogError(L"Error parsing AppxManifest.xml");
+  }
+}
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -8,12 +8,14 @@ namespace TestSupport {
 class OpenHelper : public Zq::Gantry::Server::Services::Wattleaf::WattleafHelper {
  public:
   using WattleafHelper::CalculateDailyPowerConsumption;
-  using WattleafHelper::LoadInstalledWin32Apps;
   using WattleafHelper::ConvertPowerLogXmltoJson;
   using WattleafHelper::GetDevicePath;
+  using WattleafHelper::LoadInstalledUWPApps;
+  using WattleafHelper::LoadInstalledWin32Apps;
   using WattleafHelper::MyNativeCallback;
   using WattleafHelper::OnGetErrorAndWarnings;
   using WattleafHelper::OnGetTop20PowerApps;
+  using WattleafHelper::ParseManifest;
   using WattleafHelper::ProcessingCallback;
 
   using WattleafHelper::collectionPath;

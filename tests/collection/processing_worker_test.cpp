@@ -10,6 +10,7 @@
 #include <system_error>
 #include <vector>
 
+#include "catalogue/played_packages.h"
 #include "collection/open_helper.h"
 #include "collection/played_tool.h"
 #include "import_patch.h"
@@ -66,6 +67,8 @@ class ProcessingWorker : public testing::Test {
   const TempFolder folder;
   LogCapture log;
   const PlayedTool tool;
+  // Nothing is installed.
+  PlayedPackages packages;
   ImportPatch patchedSleep{"Sleep", &PlayedSleep};
   std::unique_ptr<OpenHelper> helper = std::make_unique<OpenHelper>();
 };

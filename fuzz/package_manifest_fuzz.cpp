@@ -1,0 +1,41 @@
+// Any bytes as a package's manifest, and what it names as the package's logo: read and looked for
+// without a finding.
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "catalogue/package_logo.h"
+#include "catalogue/package_manifest.h"
+
+using namespace Zq::Gantry::Server::Services::Wattleaf;
+
+namespace {
+
+/// A package's directory with one file for the scans.
+std::filesystem::path ScratchPackage() {
+  std::string path = (std::filesystem::temp_directory_path() / "wattleaf-fuzz-XXXXXX").string();
+  if (mkdtemp(path.data()) == nullptr) std::abort();
+  std::filesystem::create_directory(path + "/Assets");
+  std::ofstream(path + "/Assets/Square44x44Logo.scale-100.png") << "png";
+  return path;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  static const std::filesystem::path package = ScratchPackage();
+  const std::filesystem::path manifest = package / "AppxManifest.xml";
+  std::ofstream(manifest, std::ios::binary)
+      .write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
+  const auto logo = TryReadManifestLogo(manifest.wstring());
+  if (!logo) return 0;
+  try {
+    FindLogoVariant(package.wstring(), *logo);
+  } catch (const std::exception&) {
+    // A text that is no path here; the caller's guard takes it.
+  }
+  return 0;
+}

@@ -1,0 +1,177 @@
+#pragma once
+
+#include <windows.h>
+
+#include <hstring.h>
+#include <inspectable.h>
+
+// The package manager's interfaces, which the headers of this toolchain lack. Each operation stands
+// in the slot that Windows gives it; all results are out-parameters, the last one. What nobody here
+// needs is typed as IInspectable, which is the same to the caller.
+namespace Zq::Gantry::Platform::WinRt {
+
+struct IUriRuntimeClass : IInspectable {
+  virtual HRESULT STDMETHODCALLTYPE get_AbsoluteUri(HSTRING* value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE get_DisplayUri(HSTRING* value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE get_Domain(HSTRING* value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE get_Extension(HSTRING* value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE get_Fragment(HSTRING* value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE get_Host(HSTRING* value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE get_Password(HSTRING* value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE get_Path(HSTRING* value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE get_Query(HSTRING* value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE get_QueryParsed(IInspectable** value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE get_RawUri(HSTRING* value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE get_SchemeName(HSTRING* value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE get_UserName(HSTRING* value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE get_Port(INT32* value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE get_Suspicious(boolean* value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE Equals(IUriRuntimeClass* uri, boolean* value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE CombineUri(HSTRING relativeUri, IUriRuntimeClass** value) = 0;
+};
+
+struct DateTime {
+  INT64 UniversalTime;
+};
+
+struct IStorageItem : IInspectable {
+  virtual HRESULT STDMETHODCALLTYPE RenameAsyncOverloadDefaultOptions(HSTRING name,
+                                                                      IInspectable** action) = 0;
+  virtual HRESULT STDMETHODCALLTYPE RenameAsync(HSTRING name, INT32 option,
+                                                IInspectable** action) = 0;
+  virtual HRESULT STDMETHODCALLTYPE DeleteAsyncOverloadDefaultOptions(IInspectable** action) = 0;
+  virtual HRESULT STDMETHODCALLTYPE DeleteAsync(INT32 option, IInspectable** action) = 0;
+  virtual HRESULT STDMETHODCALLTYPE GetBasicPropertiesAsync(IInspectable** action) = 0;
+  virtual HRESULT STDMETHODCALLTYPE get_Name(HSTRING* value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE get_Path(HSTRING* value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE get_Attributes(UINT32* value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE get_DateCreated(DateTime* value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE IsOfType(UINT32 type, boolean* value) = 0;
+};
+
+/// No operation of it is called: it is asked for IStorageItem.
+struct IStorageFolder : IInspectable {
+  virtual HRESULT STDMETHODCALLTYPE
+  CreateFileAsyncOverloadDefaultOptions(HSTRING name, IInspectable** operation) = 0;
+  virtual HRESULT STDMETHODCALLTYPE CreateFileAsync(HSTRING name, INT32 options,
+                                                    IInspectable** operation) = 0;
+  virtual HRESULT STDMETHODCALLTYPE
+  CreateFolderAsyncOverloadDefaultOptions(HSTRING name, IInspectable** operation) = 0;
+  virtual HRESULT STDMETHODCALLTYPE CreateFolderAsync(HSTRING name, INT32 options,
+                                                      IInspectable** operation) = 0;
+  virtual HRESULT STDMETHODCALLTYPE GetFileAsync(HSTRING name, IInspectable** operation) = 0;
+  virtual HRESULT STDMETHODCALLTYPE GetFolderAsync(HSTRING name, IInspectable** operation) = 0;
+  virtual HRESULT STDMETHODCALLTYPE GetItemAsync(HSTRING name, IInspectable** operation) = 0;
+  virtual HRESULT STDMETHODCALLTYPE
+  GetFilesAsyncOverloadDefaultOptionsStartAndCount(IInspectable** operation) = 0;
+  virtual HRESULT STDMETHODCALLTYPE
+  GetFoldersAsyncOverloadDefaultOptionsStartAndCount(IInspectable** operation) = 0;
+  virtual HRESULT STDMETHODCALLTYPE
+  GetItemsAsyncOverloadDefaultStartAndCount(IInspectable** operation) = 0;
+};
+
+struct PackageVersion {
+  UINT16 Major;
+  UINT16 Minor;
+  UINT16 Build;
+  UINT16 Revision;
+};
+
+struct IPackageId : IInspectable {
+  virtual HRESULT STDMETHODCALLTYPE get_Name(HSTRING* value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE get_Version(PackageVersion* value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE get_Architecture(INT32* value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE get_ResourceId(HSTRING* value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE get_Publisher(HSTRING* value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE get_PublisherId(HSTRING* value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE get_FullName(HSTRING* value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE get_FamilyName(HSTRING* value) = 0;
+};
+
+/// Also offers IPackage2 and, from Windows 10 1607 on, IPackage4.
+struct IPackage : IInspectable {
+  virtual HRESULT STDMETHODCALLTYPE get_Id(IPackageId** value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE get_InstalledLocation(IStorageFolder** value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE get_IsFramework(boolean* value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE get_Dependencies(IInspectable** value) = 0;
+};
+
+struct IPackage2 : IInspectable {
+  virtual HRESULT STDMETHODCALLTYPE get_DisplayName(HSTRING* value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE get_PublisherDisplayName(HSTRING* value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE get_Description(HSTRING* value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE get_Logo(IUriRuntimeClass** value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE get_IsResourcePackage(boolean* value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE get_IsBundle(boolean* value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE get_IsDevelopmentMode(boolean* value) = 0;
+};
+
+enum PackageSignatureKind : INT32 {
+  PackageSignatureKind_None = 0,
+  PackageSignatureKind_Developer = 1,
+  PackageSignatureKind_Enterprise = 2,
+  PackageSignatureKind_Store = 3,
+  PackageSignatureKind_System = 4,
+};
+
+struct IPackage4 : IInspectable {
+  virtual HRESULT STDMETHODCALLTYPE get_SignatureKind(PackageSignatureKind* value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE get_IsOptional(boolean* value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE VerifyContentIntegrityAsync(IInspectable** operation) = 0;
+};
+
+struct IPackageIterator : IInspectable {
+  virtual HRESULT STDMETHODCALLTYPE get_Current(IPackage** value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE get_HasCurrent(boolean* value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE MoveNext(boolean* value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE GetMany(UINT32 capacity, IPackage** items, UINT32* actual) = 0;
+};
+
+struct IPackageIterable : IInspectable {
+  virtual HRESULT STDMETHODCALLTYPE First(IPackageIterator** value) = 0;
+};
+
+struct IPackageManager : IInspectable {
+  virtual HRESULT STDMETHODCALLTYPE AddPackageAsync(IUriRuntimeClass* package,
+                                                    IInspectable* dependencies, UINT32 options,
+                                                    IInspectable** operation) = 0;
+  virtual HRESULT STDMETHODCALLTYPE UpdatePackageAsync(IUriRuntimeClass* package,
+                                                       IInspectable* dependencies, UINT32 options,
+                                                       IInspectable** operation) = 0;
+  virtual HRESULT STDMETHODCALLTYPE RemovePackageAsync(HSTRING fullName,
+                                                       IInspectable** operation) = 0;
+  virtual HRESULT STDMETHODCALLTYPE StagePackageAsync(IUriRuntimeClass* package,
+                                                      IInspectable* dependencies,
+                                                      IInspectable** operation) = 0;
+  virtual HRESULT STDMETHODCALLTYPE RegisterPackageAsync(IUriRuntimeClass* manifest,
+                                                         IInspectable* dependencies, UINT32 options,
+                                                         IInspectable** operation) = 0;
+  /// The packages of all users; administrators only.
+  virtual HRESULT STDMETHODCALLTYPE FindPackages(IPackageIterable** value) = 0;
+  // Ten further operations follow; none is called.
+};
+
+}  // namespace Zq::Gantry::Platform::WinRt
+
+// The identifiers stand outside any namespace, as the macro demands. Those of the two collections
+// are made from the collection's own and the signature of its elements, as Windows makes them.
+__CRT_UUID_DECL(Zq::Gantry::Platform::WinRt::IUriRuntimeClass, 0x9e365e57, 0x48b2, 0x4160, 0x95,
+                0x6f, 0xc7, 0x38, 0x51, 0x20, 0xbb, 0xfc)
+__CRT_UUID_DECL(Zq::Gantry::Platform::WinRt::IStorageItem, 0x4207a996, 0xca2f, 0x42f7, 0xbd, 0xe8,
+                0x8b, 0x10, 0x45, 0x7a, 0x7f, 0x30)
+__CRT_UUID_DECL(Zq::Gantry::Platform::WinRt::IStorageFolder, 0x72d1cb78, 0xb3ef, 0x4f75, 0xa8, 0x0b,
+                0x6f, 0xd9, 0xda, 0xe2, 0x94, 0x4b)
+__CRT_UUID_DECL(Zq::Gantry::Platform::WinRt::IPackageId, 0x1adb665e, 0x37c7, 0x4790, 0x99, 0x80,
+                0xdd, 0x7a, 0xe7, 0x4e, 0x8b, 0xb2)
+__CRT_UUID_DECL(Zq::Gantry::Platform::WinRt::IPackage, 0x163c792f, 0xbd75, 0x413c, 0xbf, 0x23, 0xb1,
+                0xfe, 0x7b, 0x95, 0xd8, 0x25)
+__CRT_UUID_DECL(Zq::Gantry::Platform::WinRt::IPackage2, 0xa6612fb6, 0x7688, 0x4ace, 0x95, 0xfb,
+                0x35, 0x95, 0x38, 0xe7, 0xaa, 0x01)
+__CRT_UUID_DECL(Zq::Gantry::Platform::WinRt::IPackage4, 0x65aed1ae, 0xb95b, 0x450c, 0x88, 0x2b,
+                0x62, 0x55, 0x18, 0x7f, 0x39, 0x7e)
+__CRT_UUID_DECL(Zq::Gantry::Platform::WinRt::IPackageIterator, 0x0217f069, 0x025c, 0x5ee6, 0xa8,
+                0x7f, 0xe7, 0x82, 0xe3, 0xb6, 0x23, 0xae)
+__CRT_UUID_DECL(Zq::Gantry::Platform::WinRt::IPackageIterable, 0x69ad6aa7, 0x0c49, 0x5f27, 0xa5,
+                0xeb, 0xef, 0x4d, 0x59, 0x46, 0x7b, 0x6d)
+__CRT_UUID_DECL(Zq::Gantry::Platform::WinRt::IPackageManager, 0x9a7d4b65, 0x5e8f, 0x4fc7, 0xa2,
+                0xe5, 0x7f, 0x69, 0x25, 0xcb, 0x8b, 0x53)

@@ -1,0 +1,105 @@
+#include "played_package.h"
+
+#include <utility>
+
+#include "runtime_object.h"
+#include "unused_operations.h"
+
+namespace Standin::Packages {
+
+namespace {
+
+using Folder = std::shared_ptr<const PackageFolder>;
+
+class PlayedUri final : public RuntimeObject<UnusedUri, WinRt::IUriRuntimeClass> {
+ public:
+  explicit PlayedUri(Folder folder) : folder_(std::move(folder)) {}
+
+  STDMETHODIMP get_Path(HSTRING* value) override {
+    const std::wstring path =
+        folder_->logo.empty() ? L"" : L"/" + folder_->folder + L"\\" + folder_->logo;
+    return HandOutText(folder_->script, "LogoPath", path, value);
+  }
+
+ private:
+  Folder folder_;
+};
+
+class PlayedFolder final
+    : public RuntimeObject<UnusedFolder, WinRt::IStorageFolder, WinRt::IStorageItem> {
+ public:
+  explicit PlayedFolder(Folder folder) : folder_(std::move(folder)) {}
+
+  STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
+    const bool refused =
+        iid == __uuidof(WinRt::IStorageItem) && FAILED(folder_->script.ResultOf("IStorageItem"));
+    *object = nullptr;
+    return refused ? folder_->script.ResultOf("IStorageItem")
+                   : RuntimeObject::QueryInterface(iid, object);
+  }
+  STDMETHODIMP get_Path(HSTRING* value) override {
+    return HandOutText(folder_->script, "Path", folder_->folder, value);
+  }
+
+ private:
+  Folder folder_;
+};
+
+class PlayedId final : public RuntimeObject<UnusedPackageId, WinRt::IPackageId> {
+ public:
+  explicit PlayedId(Folder folder) : folder_(std::move(folder)) {}
+
+  STDMETHODIMP get_Name(HSTRING* value) override {
+    return HandOutText(folder_->script, "Name", folder_->name, value);
+  }
+
+ private:
+  Folder folder_;
+};
+
+class PlayedPackage final
+    : public RuntimeObject<UnusedPackage, WinRt::IPackage, WinRt::IPackage2, WinRt::IPackage4> {
+ public:
+  explicit PlayedPackage(Folder folder) : folder_(std::move(folder)) {}
+
+  STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
+    *object = nullptr;
+    HRESULT result = S_OK;
+    if (iid == __uuidof(WinRt::IPackage2)) result = folder_->script.ResultOf("IPackage2");
+    if (iid == __uuidof(WinRt::IPackage4)) result = folder_->script.ResultOf("IPackage4");
+    return FAILED(result) ? result : RuntimeObject::QueryInterface(iid, object);
+  }
+
+  STDMETHODIMP get_Id(WinRt::IPackageId** value) override {
+    return HandOut(folder_->script, "Id", value, [this] { return new PlayedId(folder_); });
+  }
+  STDMETHODIMP get_InstalledLocation(WinRt::IStorageFolder** value) override {
+    return HandOut(folder_->script, "InstalledLocation", value,
+                   [this] { return new PlayedFolder(folder_); });
+  }
+  STDMETHODIMP get_IsFramework(boolean* value) override {
+    const boolean given = folder_->isFramework ? 1 : 0;
+    return HandOutValue(folder_->script, "IsFramework", given, value);
+  }
+  STDMETHODIMP get_DisplayName(HSTRING* value) override {
+    return HandOutText(folder_->script, "DisplayName", folder_->shownName, value);
+  }
+  STDMETHODIMP get_Logo(WinRt::IUriRuntimeClass** value) override {
+    return HandOut(folder_->script, "Logo", value, [this] { return new PlayedUri(folder_); });
+  }
+  STDMETHODIMP get_SignatureKind(WinRt::PackageSignatureKind* value) override {
+    const auto given = static_cast<WinRt::PackageSignatureKind>(folder_->isSystem ? 4 : 3);
+    return HandOutValue(folder_->script, "SignatureKind", given, value);
+  }
+
+ private:
+  Folder folder_;
+};
+
+}  // namespace
+
+WinRt::IPackage* MakePackage(std::shared_ptr<const PackageFolder> folder) {
+  return new PlayedPackage(std::move(folder));
+}
+
+}  // namespace Standin::Packages

@@ -1,0 +1,84 @@
+#include "catalogue/package_manager.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "platform/winrt/call_failure.h"
+#include "played_packages.h"
+
+using namespace Zq::Gantry::Server::Services::Wattleaf;
+using TestSupport::PackagesTest;
+using Zq::Gantry::Platform::WinRt::CallFailure;
+using Calls = std::vector<std::string>;
+
+namespace {
+
+const std::string kMake = "make Windows.Management.Deployment.PackageManager";
+
+}  // namespace
+
+TEST_F(PackagesTest, EmptyCollectionHasNoCurrent) { EXPECT_FALSE(FindAllPackages()->HasCurrent()); }
+
+TEST_F(PackagesTest, EachPackageTellsWhatTheRuntimeTells) {
+  packages.Add(L"a", "name=Some.App\nshown=Some \xC5\x82 App\nkind=app\nlogo=Assets\\Logo.png\n");
+  const auto walk = FindAllPackages();
+  ASSERT_TRUE(walk->HasCurrent());
+  const auto package = walk->Current();
+  EXPECT_FALSE(package->IsFramework());
+  EXPECT_EQ(package->SignatureKind(), 3);
+  EXPECT_EQ(package->Name(), L"Some.App");
+  EXPECT_EQ(package->DisplayName(), L"Some \u0142 App");
+  EXPECT_EQ(package->InstalledPath(), packages.Folder(L"a"));
+  EXPECT_EQ(package->LogoPath(), L"/" + packages.Folder(L"a") + L"\\Assets\\Logo.png");
+  EXPECT_FALSE(walk->MoveNext());
+}
+
+TEST_F(PackagesTest, FrameworksAndTheSystemsPackagesAreToldAsSuch) {
+  packages.Add(L"a", "name=A\nkind=framework\n");
+  packages.Add(L"b", "name=B\nkind=system\n");
+  const auto walk = FindAllPackages();
+  EXPECT_TRUE(walk->Current()->IsFramework());
+  EXPECT_TRUE(walk->MoveNext());
+  EXPECT_FALSE(walk->Current()->IsFramework());
+  EXPECT_EQ(walk->Current()->SignatureKind(), kSystemSignature);
+}
+
+TEST_F(PackagesTest, PackageOutlivesTheStepOfTheWalk) {
+  packages.Add(L"a", "name=A\n");
+  packages.Add(L"b", "name=B\n");
+  const auto walk = FindAllPackages();
+  const auto first = walk->Current();
+  EXPECT_TRUE(walk->MoveNext());
+  EXPECT_EQ(first->Name(), L"A");
+  EXPECT_EQ(walk->Current()->Name(), L"B");
+}
+
+TEST_F(PackagesTest, ApartmentIsJoinedBeforeAndLeftBehindTheLastObject) {
+  packages.Add(L"a", "name=A\n");
+  {
+    const auto walk = FindAllPackages();
+    EXPECT_EQ(walk->Current()->Name(), L"A");
+    EXPECT_EQ(packages.calls, (Calls{"join 0", kMake}));
+  }
+  EXPECT_EQ(packages.calls, (Calls{"join 0", kMake, "leave 0"}));
+}
+
+TEST_F(PackagesTest, ApartmentThatTheThreadHadIsLeftAsOftenAsItWasJoined) {
+  packages.initializeResult = S_FALSE;
+  FindAllPackages();
+  EXPECT_EQ(packages.calls, (Calls{"join 0", kMake, "leave 0"}));
+}
+
+TEST_F(PackagesTest, ThreadOfAnotherApartmentStaysInIt) {
+  packages.initializeResult = RPC_E_CHANGED_MODE;
+  FindAllPackages();
+  EXPECT_EQ(packages.calls, (Calls{"join 0", kMake}));
+}
+
+TEST_F(PackagesTest, ApartmentIsLeftWhereTheManagerFails) {
+  packages.script.Add("fail:FindPackages=80070005");
+  EXPECT_THROW(FindAllPackages(), CallFailure);
+  EXPECT_EQ(packages.calls, (Calls{"join 0", kMake, "leave 0"}));
+}

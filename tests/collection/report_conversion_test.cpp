@@ -1,6 +1,7 @@
 #include <windows.h>
 
 #include <chrono>
+#include <filesystem>
 #include <future>
 #include <thread>
 
@@ -74,6 +75,26 @@ TEST_F(ReportConversion, WritesTwoLinesToTheStandardOutputAndNoneToTheLog) {
   WriteReport(kReport);
   EXPECT_EQ(Convert(), std::string(kStarted) + kCompleted);
   EXPECT_TRUE(log.Records().empty());
+}
+
+namespace {
+
+/// A clock that goes on by a second each time it is asked.
+__time64_t SteppingTime(__time64_t*) {
+  static __time64_t now = 1'794'652'215;
+  return ++now;
+}
+
+}  // namespace
+
+TEST_F(ReportConversion, EachLineHasItsOwnTime) {
+  const Standin::ImportPatch steps("_time64", &SteppingTime);
+  WriteReport(kReport);
+  const std::string output = Convert();
+  const std::size_t end = output.find('\n');
+  ASSERT_NE(end, std::string::npos);
+  const auto timeIn = [](const std::string& line) { return line.substr(line.find(" :")); };
+  EXPECT_NE(timeIn(output.substr(0, end + 1)), timeIn(output.substr(end + 1)));
 }
 
 TEST_F(ReportConversion, WithoutAReportPrunesAndRewritesTheStore) {
@@ -166,6 +187,17 @@ TEST_F(ReportConversion, OverwritesAStoreThatDoesNotParseOrIsNoArray) {
     WriteStore(store);
     Convert();
     EXPECT_EQ(StoreText(), Array(kNewRow)) << store;
+  }
+}
+
+// A hole takes no room on the disk, and the parser takes its zeros for the end.
+TEST_F(ReportConversion, OverwritesAStoreOfMoreThanTwoHundredAndFiftySixMebibytes) {
+  for (const auto& [bytes, rows] :
+       {std::pair(256U * 1024 * 1024, kOldRow), std::pair(256U * 1024 * 1024 + 1, "")}) {
+    WriteStore(Array(kOldRow));
+    std::filesystem::resize_file(storePath, bytes);
+    Convert();
+    EXPECT_EQ(StoreText(), Array(rows));
   }
 }
 

@@ -10,6 +10,7 @@ class OpenHelper : public Zq::Gantry::Server::Services::Wattleaf::WattleafHelper
   using WattleafHelper::CalculateDailyPowerConsumption;
   using WattleafHelper::LoadInstalledWin32Apps;
   using WattleafHelper::ConvertPowerLogXmltoJson;
+  using WattleafHelper::GetDevicePath;
   using WattleafHelper::MyNativeCallback;
   using WattleafHelper::OnGetErrorAndWarnings;
   using WattleafHelper::OnGetTop20PowerApps;

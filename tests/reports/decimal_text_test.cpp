@@ -55,3 +55,9 @@ TEST(DecimalNumber, KnowsAsciiOnly) {
                           L"3"),
             0);  // a blank that does not break
 }
+
+TEST(DecimalNumber, EndsAtAZero) {
+  EXPECT_EQ(DecimalNumber(L"1\0"
+                          L"2"),
+            1);
+}

@@ -210,8 +210,65 @@ TEST(CommandDispatcher, SessionAndConfigurationAreNotLookedAt) {
 }
 
 TEST(CommandDispatcher, LogsNothing) {
+  const TempFolder folder;
   const LogCapture log;
+  Of(&OpenHelper::collectionPath) = folder.Path().c_str();
   Of(&OpenHelper::PlatformSupportState) = 1;
-  for (const unsigned int command : {0U, 1U, 3U, 7U, 8U, 10U, 11U}) Ask(command);
+  for (const unsigned int command : {0U, 1U, 2U, 3U, 7U, 8U, 9U, 10U, 11U}) Ask(command);
   EXPECT_THAT(log.Records(), IsEmpty());
+}
+
+TEST(CommandDispatcher, Command2HandsItsInputToTheRankingAndLeavesItAsItWas) {
+  const TempFolder folder;
+  Of(&OpenHelper::collectionPath) = folder.Path().c_str();
+  WriteWholeFile(folder.File(L"Powerlog.json"), "[]");
+  const std::wstring request = folder.File(L"icons") + L"?7";
+  std::wstring input = request;
+  WattleafService service;
+  wchar_t* output = nullptr;
+  EXPECT_EQ(service.ExecuteCommand(nullptr, 2, input.data(), &output, {}, nullptr), 0);
+  EXPECT_STREQ(output, L"[]");
+  service.FreeResult(output);
+  EXPECT_EQ(input, request);
+  EXPECT_TRUE(FileExists(folder.File(L"icons")));
+}
+
+TEST(CommandDispatcher, Command2TakesAnEmptyInput) {
+  const TempFolder folder;
+  Of(&OpenHelper::collectionPath) = folder.Path().c_str();
+  WriteWholeFile(folder.File(L"Powerlog.json"), "[]");
+  EXPECT_EQ(Ask(2).status, 0);
+  EXPECT_EQ(Ask(2).text, L"[]");
+}
+
+TEST(CommandDispatcher, Command2WithoutAStoreIsNoResultAndLeavesTheOutput) {
+  const TempFolder folder;
+  const LogCapture log;
+  Of(&OpenHelper::collectionPath) = folder.Path().c_str();
+  WattleafService service;
+  std::wstring input = L"?7";
+  wchar_t marker = L'm';
+  wchar_t* output = &marker;
+  EXPECT_EQ(service.ExecuteCommand(nullptr, 2, input.data(), &output, {}, nullptr), 0x20000002);
+  EXPECT_EQ(output, &marker);
+  EXPECT_THAT(log.Records(), IsEmpty());
+}
+
+TEST(CommandDispatcher, ANullInputReachesNoRanking) {
+  const TempFolder folder;
+  Of(&OpenHelper::collectionPath) = folder.Path().c_str();
+  WriteWholeFile(folder.File(L"Powerlog.json"), "[]");
+  WattleafService service;
+  wchar_t* output = nullptr;
+  EXPECT_EQ(service.ExecuteCommand(nullptr, 2, nullptr, &output, {}, nullptr), 0x20000002);
+  EXPECT_EQ(output, nullptr);
+}
+
+TEST(CommandDispatcher, Command9AnswersAnEmptyListWhateverTheInput) {
+  std::wstring input = L"C:\\Icons?7";
+  WattleafService service;
+  wchar_t* output = nullptr;
+  EXPECT_EQ(service.ExecuteCommand(nullptr, 9, input.data(), &output, {}, nullptr), 0);
+  EXPECT_STREQ(output, L"[]");
+  service.FreeResult(output);
 }

@@ -1,0 +1,46 @@
+#include "reports/ranking_text.h"
+
+#include <rapidjson/stringbuffer.h>
+#include <rapidjson/writer.h>
+
+#include <string_view>
+
+#include "ledger/utf8_text.h"
+
+namespace Zq::Gantry::Server::Services::Wattleaf {
+
+namespace {
+
+using Writer = rapidjson::Writer<rapidjson::StringBuffer>;
+
+bool WriteText(Writer& writer, const std::string& text) {
+  return writer.String(text.data(), static_cast<rapidjson::SizeType>(text.size()));
+}
+
+bool WriteEntry(Writer& writer, const TopAppEntry& entry) {
+  return writer.StartObject() && writer.Key(kAnswerNameKey) && WriteText(writer, entry.Name) &&
+         writer.Key(kAnswerIconKey) && WriteText(writer, entry.Icon) &&
+         writer.Key(kAnswerValueKey) && writer.Double(static_cast<double>(entry.Value)) &&
+         writer.EndObject();
+}
+
+// Kept on purpose: the writer refuses a number that is not finite, and the text written so far is
+// the answer (test RankingText.EndsBehindTheColonOfAValueThatIsNotFinite).
+bool WriteRanking(Writer& writer, const Ranking& ranking) {
+  if (!writer.StartArray()) return false;
+  for (const TopAppEntry& entry : ranking) {
+    if (!WriteEntry(writer, entry)) return false;
+  }
+  return writer.EndArray();
+}
+
+}  // namespace
+
+std::wstring RankingText(const Ranking& ranking) {
+  rapidjson::StringBuffer buffer;
+  Writer writer(buffer);
+  static_cast<void>(WriteRanking(writer, ranking));
+  return FromUtf8(std::string_view(buffer.GetString(), buffer.GetSize()));
+}
+
+}  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -1,0 +1,109 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "ledger/date_text.h"
+#include "ledger/json_document.h"
+#include "reports/ranking.h"
+
+// A 30-day store as text, and icons that are only noted down.
+namespace TestSupport {
+
+/// A text as JSON needs it.
+inline std::string Quoted(std::string_view text) {
+  std::string quoted = "\"";
+  for (const char character : text) {
+    if (character == '\\') quoted += '\\';
+    quoted += character == '\0' ? "\\u0000" : std::string(1, character);
+  }
+  return quoted + "\"";
+}
+
+/// One row of the store; the energy as it stands in the text.
+inline std::string StoreRow(std::string_view name, std::string_view displayName,
+                            const std::string& energy,
+                            const std::string& time = "2026-11-14:09:00:00") {
+  return R"({"Name":)" + Quoted(name) + R"(,"DisplayName":)" + Quoted(displayName) +
+         R"(,"TimeStamp":)" + Quoted(time) + R"(,"TotalEnergy":)" + energy + "}";
+}
+
+inline std::string Store(const std::vector<std::string>& rows) {
+  std::string text = "[";
+  for (const std::string& row : rows) text += (text.size() > 1 ? "," : "") + row;
+  return text + "]";
+}
+
+/// "2026-11-14:10:30:15", local time.
+inline Zq::Gantry::Server::Services::Wattleaf::DateTime TimeOf(const std::string& text) {
+  using namespace Zq::Gantry::Server::Services::Wattleaf;
+  DateTime time;
+  return ParseDateTime(time, text.c_str(), kTimeStampFormat);
+}
+
+/// One day, up to 14 November 2026 at 10:30:15.
+inline Zq::Gantry::Server::Services::Wattleaf::ReportingPeriod OneDay() {
+  return {TimeOf("2026-11-14:10:30:15"), 1};
+}
+
+/// What the makers of icons were asked, and what they answer.
+struct NotedIcons {
+  /// "path|directory|display name|device prefix" and "from|to".
+  std::vector<std::string> exports{};
+  std::vector<std::string> copies{};
+  std::string exported{};
+  bool isCopied = true;
+
+  Zq::Gantry::Server::Services::Wattleaf::IconProduction Production(
+      const std::string& directory = "C:\\Icons") {
+    return {directory, "\\Device\\HarddiskVolume3",
+            [this](const std::string& path, const std::string& target, const std::string& name,
+                   const std::string& prefix) {
+              exports.push_back(path + "|" + target + "|" + name + "|" + prefix);
+              return exported;
+            },
+            [this](const std::string& from, const std::string& to) {
+              copies.push_back(from + "|" + to);
+              return isCopied;
+            }};
+  }
+};
+
+/// A ranking of a store, without a file.
+struct PlayedRanking {
+  Zq::Gantry::Server::Services::Wattleaf::DesktopApps desktopApps;
+  Zq::Gantry::Server::Services::Wattleaf::PackagedApps packagedApps;
+  NotedIcons icons;
+
+  Zq::Gantry::Server::Services::Wattleaf::Ranking Rank(
+      const std::vector<std::string>& rows,
+      const Zq::Gantry::Server::Services::Wattleaf::ReportingPeriod& period = OneDay()) {
+    Zq::Gantry::Server::Services::Wattleaf::GenericDocument document;
+    const std::string text = Store(rows);
+    document.Parse(text.data(), text.size());
+    if (!document.IsArray()) {
+      ADD_FAILURE() << "no array: " << text;
+      return {};
+    }
+    return RankApplications(document, period, desktopApps, packagedApps, icons.Production());
+  }
+};
+
+inline std::vector<std::string> NamesOf(
+    const Zq::Gantry::Server::Services::Wattleaf::Ranking& ranking) {
+  std::vector<std::string> names;
+  for (const auto& entry : ranking) names.push_back(entry.Name);
+  return names;
+}
+
+inline std::vector<float> ValuesOf(const Zq::Gantry::Server::Services::Wattleaf::Ranking& ranking) {
+  std::vector<float> values;
+  for (const auto& entry : ranking) values.push_back(entry.Value);
+  return values;
+}
+
+}  // namespace TestSupport

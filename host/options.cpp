@@ -5,6 +5,7 @@
 #include <iostream>
 
 #include "exit_status.h"
+#include "places.h"
 
 namespace WattleafHost {
 
@@ -69,6 +70,7 @@ void AddOptions(CLI::App& app, Options& options) {
 
 std::variant<Options, Finished> ReadOptions(const std::vector<std::string>& arguments) {
   Options options;
+  options.iconFolder = UsualIconFolder();
   CLI::App app(kDescription, "wattleaf_host");
   AddOptions(app, options);
   try {

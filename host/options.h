@@ -7,9 +7,6 @@
 
 namespace WattleafHost {
 
-/// Where icons go unless another folder is chosen: everybody may look into it. UTF-8.
-inline constexpr const char* kUsualIconFolder = "C:\\Users\\Public\\WattleafIcons";
-
 /// What the user asked for.
 struct Options {
   bool json = false;
@@ -24,8 +21,8 @@ struct Options {
   unsigned int number = 0;
   /// command: nothing where none was given.
   std::optional<std::string> input;
-  /// What command 2 is asked with, unless an input was given.
-  std::string iconFolder = kUsualIconFolder;
+  /// What command 2 is asked with, unless an input was given. The folder is UTF-8.
+  std::string iconFolder;
   unsigned int days = 30;
 };
 

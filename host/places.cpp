@@ -27,6 +27,8 @@ std::string LogFile() {
   return path == nullptr ? std::string() : ToUtf8(path);
 }
 
+std::string UsualIconFolder() { return ToUtf8(ProgramFolder()) + "\\Icons"; }
+
 bool IsFile(const std::string& path) {
   const DWORD attributes = GetFileAttributesW(ToWide(path).c_str());
   return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;

@@ -20,6 +20,10 @@ inline constexpr const char* kDataFolder =
 /// standard error.
 std::string LogFile();
 
+/// Where icons go unless another folder is chosen: beside the program, where only administrators
+/// write in an installed host.
+std::string UsualIconFolder();
+
 /// Whether a file is there, which is no folder.
 bool IsFile(const std::string& path);
 

@@ -19,6 +19,7 @@ NotebookRun RunOnNotebook(const std::vector<std::wstring>& arguments) {
   const ScopedVariable log(L"WATTLEAF_LOG_FILE", path);
   // Enough for every figure, and soon written.
   const ScopedVariable days(L"WATTLEAF_COLLECTOR_DAYS", L"10");
+  const ScopedVariable reportedDays(L"WATTLEAF_POWERCFG_DAYS", L"10");
   NotebookRun run{RunProgram(InstalledHost(), arguments), {}};
   if (!FileExists(path)) return run;
   std::istringstream lines(ReadWholeFile(path));

@@ -1,5 +1,7 @@
 // The whole road with development keys: the signed collector is let in, and a pass is made.
 
+#include <windows.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <rapidjson/document.h>
@@ -7,11 +9,15 @@
 #include <string>
 
 #include "host_notebook.h"
+#include "ranking.h"
+#include "support/temp_folder.h"
 
 using testing::HasSubstr;
+using testing::Not;
 using TestSupport::NotebookIsThere;
 using TestSupport::NotebookRun;
 using TestSupport::RunOnNotebook;
+using WattleafHost::TryReadRanking;
 
 namespace {
 
@@ -22,15 +28,68 @@ class HostNotebook : public testing::Test {
   }
 };
 
+constexpr wchar_t kStore[] =
+    L"C:\\ProgramData\\ZQ\\TelemetryDataCollector\\PCMCollector\\Powerlog.json";
+
+std::string TextOf(const NotebookRun& run, unsigned int command) {
+  rapidjson::Document document;
+  if (document.Parse(run.host.output.c_str()).HasParseError()) return "no JSON: " + run.host.output;
+  const auto& answer = document["commands"][command - 1]["text"];
+  return answer.IsString() ? answer.GetString() : "no text";
+}
+
+std::wstring ToWide(const std::string& ascii) { return {ascii.begin(), ascii.end()}; }
+
 }  // namespace
 
 TEST_F(HostNotebook, ServeOnceMakesAPassAndAnswers) {
   const NotebookRun run = RunOnNotebook({L"serve-once"});
   EXPECT_EQ(run.host.exitStatus, 0u) << run.host.errors;
   EXPECT_THAT(run.host.output, HasSubstr("pass          completed"));
-  for (const char* chart : {"Last 12 hours, Wh", "Last 7 days, Wh", "Last 6 months, Wh"}) {
+  for (const char* chart : {"Last 12 hours, Wh", "Last 7 days, Wh", "Last 6 months, Wh",
+                            "Applications of the last 30 days"}) {
     EXPECT_THAT(run.host.output, HasSubstr(chart));
   }
+  EXPECT_THAT(run.host.output, HasSubstr("[], no energy problems"));
+}
+
+TEST_F(HostNotebook, PassLeavesApplicationsWithIconsInTheChosenFolder) {
+  const TestSupport::TempFolder folder;
+  const NotebookRun run =
+      RunOnNotebook({L"serve-once", L"--json", L"--icons", folder.File(L"icons")});
+  const auto ranking = TryReadRanking(TextOf(run, 2));
+  ASSERT_TRUE(ranking.has_value()) << run.host.output;
+  EXPECT_EQ(ranking->size(), 20u);
+  long icons = 0;
+  for (const auto& app : *ranking) {
+    if (app.icon.empty()) continue;
+    ++icons;
+    EXPECT_EQ(TestSupport::ReadWholeFile(ToWide(app.icon)).substr(1, 3), "PNG") << app.icon;
+  }
+  EXPECT_GE(icons, 10);
+}
+
+TEST_F(HostNotebook, DaysThatAreAskedForReachCommand2) {
+  const NotebookRun run = RunOnNotebook({L"serve-once", L"--json", L"--days", L"0"});
+  EXPECT_EQ(TextOf(run, 2), "[]");
+}
+
+TEST_F(HostNotebook, WhatTheServicePrintsGoesToStandardError) {
+  const NotebookRun run = RunOnNotebook({L"serve-once"});
+  EXPECT_THAT(run.host.errors, HasSubstr("XML parsing started at :"));
+  EXPECT_THAT(run.host.errors, HasSubstr("XML parsing completed :"));
+  EXPECT_THAT(run.host.output, Not(HasSubstr("XML parsing")));
+}
+
+TEST_F(HostNotebook, ToolThatFailsLeavesARowWithoutAnswerAndAStatusOf1) {
+  ASSERT_EQ(RunOnNotebook({L"serve-once"}).host.exitStatus, 0u);
+  DeleteFileW(kStore);
+  const TestSupport::ScopedVariable status(L"WATTLEAF_POWERCFG_STATUS", L"5");
+  const NotebookRun run = RunOnNotebook({L"serve-once"});
+  EXPECT_EQ(run.host.exitStatus, 1u);
+  EXPECT_THAT(run.host.output,
+              HasSubstr("Top 20 applications            0x20000002  no report yet"));
+  EXPECT_EQ(run.CountInLog("[error] [] Error"), 1);
 }
 
 TEST_F(HostNotebook, CollectorIsLoadedWithoutAWarning) {

@@ -44,7 +44,7 @@ TEST(HostServeOnce, EndsWithTheDataFolderTheIconsAndTheLog) {
   EXPECT_THAT(RunHost({L"serve-once"}).output,
               ContainsRegex("\n  data folder   "
                             "C:.ProgramData.ZQ.TelemetryDataCollector.PCMCollector\n"
-                            "  icons         C:.Users.Public.WattleafIcons\n"
+                            "  icons         .*.Icons\n"
                             "  log           .*w\xC3\xA4rme.log\n$"));
 }
 

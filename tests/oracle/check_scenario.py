@@ -204,7 +204,10 @@ class PassFiles:
         return path.read_bytes() if path.exists() else None
 
     def read(self, name):
-        return self._path(name).read_bytes().decode("latin-1")
+        data = self.read_bytes(name)
+        if data is None:
+            raise Difference(f"{self._path(name).name} is missing")
+        return data.decode("latin-1")
 
     def compare(self, name, expected):
         expect(f"{self._start.parent.name}, {self._path(name).name}", expected, self.read(name))

@@ -24,7 +24,6 @@ class InstalledApps:
         self._packaged = {
             name: shown for name, _, shown, kind, logo in packaged if kind == "app" and logo != "none"
         }
-        self._without_logo_file = {row[0] for row in packaged if row[4] == "own"}
 
     @staticmethod
     def of_the_notebook(device_prefix):
@@ -44,8 +43,7 @@ class InstalledApps:
         if app_id.startswith(DEVICE_START):
             has_icon = self._drive_path(app_id).lower() in self._descriptions
         else:
-            keys = self._matching_keys(app_id)
-            has_icon = bool(keys) and keys[-1] not in self._without_logo_file
+            has_icon = bool(self._matching_keys(app_id))  # every logo of a catalogue is a file
         return f"{directory}\\{display_name}.png" if has_icon else ""
 
     def _drive_path(self, app_id):

@@ -48,10 +48,11 @@ class Answers(unittest.TestCase):
         rows = stored(OAK, "Oak", 1), stored(SYNC, "Oak", 2), stored("x", "", 1)
         self.assertEqual(ranked(*rows).expected(), f'[{entry("Oak", "75.0")}]')
 
-    def test_a_logo_that_leads_to_no_file_leaves_no_icon(self):
-        result = ranked(stored("Yew.Own_1", "Yew", 1))
-        self.assertEqual(result.expected(), f'[{entry("Yew", "100.0", icon=False)}]')
-        self.assertEqual(result.names_with_icon(), [])
+    def test_what_no_package_matches_any_longer_has_no_icon(self):
+        result = ranked(stored("Gone_1", "Gone", 1), stored("Yew.Own_1", "Yew", 3))
+        expected = f'[{entry("Yew", "75.0")},{entry("Gone", "25.0", icon=False)}]'
+        self.assertEqual(result.expected(), expected)
+        self.assertEqual(result.names_with_icon(), ["Yew"])
 
     def test_a_row_at_the_cutoff_counts_and_one_a_second_earlier_does_not(self):
         rows = (stored(OAK, "Oak", 1, "2026-05-06:12:00:00"),

@@ -37,8 +37,10 @@ class Files(unittest.TestCase):
         with self.assertRaisesRegex(Difference, "pass1-store.json differs at character 3"):
             self.files.compare("store.json", "[1,3]\n")
 
-    def test_a_file_that_is_missing_is_none(self):
+    def test_a_file_that_must_be_there_is_a_difference_where_it_is_not(self):
         self.assertIsNone(self.files.read_bytes("report.xml"))
+        with self.assertRaisesRegex(Difference, "pass1-store.json is missing"):
+            self.files.compare("store.json", "[]")
 
     def test_a_missing_or_further_icon_is_a_difference(self):
         with self.assertRaises(Difference):

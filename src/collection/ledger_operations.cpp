@@ -23,15 +23,6 @@ namespace {
 
 using Logging::LogManager;
 
-/// IsPlainFile for the daily pass, which goes on past a file whose status cannot be had.
-bool IsKnownPlainFile(const std::wstring& path) {
-  try {
-    return IsPlainFile(path);
-  } catch (const std::filesystem::filesystem_error&) {
-    return false;
-  }
-}
-
 /// Null for a ledger file that is missing, no plain file or no JSON.
 std::unique_ptr<GenericDocument> ReadLedgerFile(const std::wstring& path) {
   return std::unique_ptr<GenericDocument>(IsKnownPlainFile(path) ? LoadJsonDocument(path)

@@ -1,7 +1,59 @@
+#include <io.h>
+
+#include <cstdio>
+#include <memory>
+#include <mutex>
+
+#include "catalogue/drive_path.h"
+#include "catalogue/file_description.h"
 #include "collection/wattleaf_helper.h"
+#include "ledger/calendar.h"
+#include "ledger/date_text.h"
+#include "ledger/plain_file.h"
+#include "reports/power_log_format.h"
+#include "reports/power_report.h"
+#include "reports/power_store.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
-void WattleafHelper::ConvertPowerLogXmltoJson() {}
+namespace {
+
+std::string LogTimeNow() { return FormatLogTime(*GetCurrentDateTime()); }
+
+/// Null for a store that is missing, no plain file or no JSON.
+std::unique_ptr<GenericDocument> LoadStore(const std::wstring& path, std::mutex& mutex) {
+  const std::lock_guard lock(mutex);
+  if (!IsKnownPlainFile(path)) return nullptr;
+  return std::unique_ptr<GenericDocument>(LoadJsonDocument(path, kLargestPowerStoreBytes));
+}
+
+void SaveStore(const std::wstring& path, const GenericDocument& store, std::mutex& mutex) {
+  const std::lock_guard lock(mutex);
+  // A store that cannot be opened stays as it is, and nobody is told.
+  static_cast<void>(SaveJsonDocument(path, store));
+}
+
+}  // namespace
+
+void WattleafHelper::ConvertPowerLogXmltoJson() {
+  const std::wstring folder = std::wstring(collectionPath) + L"\\";
+  const std::wstring reportPath = folder + kPowerReportFileName;
+  const std::wstring storePath = folder + kPowerStoreFileName;
+  const std::string devicePrefix = GetDevicePath(kSystemDrive);
+  const ReportingPeriod period(*GetCurrentDateTime(), kPowerStoreDays);
+
+  PowerLog log;
+  if (IsKnownPlainFile(reportPath)) {
+    std::printf("XML parsing started at :%s\n", LogTimeNow().c_str());
+    const auto packagedApps = uwpApps.Current();
+    DisplayNames names(devicePrefix, *packagedApps, &GetFileDescription);
+    ReadPowerReport(reportPath, period, names, log);
+    _wunlink(reportPath.c_str());
+  }
+  std::printf("XML parsing completed :%s\n", LogTimeNow().c_str());
+
+  if (const auto store = LoadStore(storePath, storeMutex)) MergePowerStore(*store, period, log);
+  SaveStore(storePath, PowerStoreDocument(log), storeMutex);
+}
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -61,9 +61,9 @@ class GuardedBuilder {
   std::size_t values_ = 0;
 };
 
-bool Parse(std::FILE* file, GenericDocument& document) {
+bool Parse(std::FILE* file, std::size_t largestBytes, GenericDocument& document) {
   std::vector<char> buffer(kStreamBufferBytes);
-  GuardedJsonStream stream(file, buffer.data(), buffer.size(), kLargestDataFileBytes);
+  GuardedJsonStream stream(file, buffer.data(), buffer.size(), largestBytes);
   bool parsed = false;
   auto generator = [&](GenericDocument& target) {
     GuardedBuilder builder(target);
@@ -77,14 +77,14 @@ bool Parse(std::FILE* file, GenericDocument& document) {
 
 }  // namespace
 
-GenericDocument* LoadJsonDocument(const std::wstring& path) {
+GenericDocument* LoadJsonDocument(const std::wstring& path, std::size_t largestBytes) {
   const UniqueFile file = OpenForReading(path);
   if (!file) return nullptr;
   const std::int64_t length = LengthBytes(file.get());
-  if (length < 0 || static_cast<std::uint64_t>(length) > kLargestDataFileBytes) return nullptr;
+  if (length < 0 || static_cast<std::uint64_t>(length) > largestBytes) return nullptr;
 
   auto document = std::make_unique<GenericDocument>();
-  return Parse(file.get(), *document) ? document.release() : nullptr;
+  return Parse(file.get(), largestBytes, *document) ? document.release() : nullptr;
 }
 
 // Kept on purpose: in place, without a temporary file, and a write that fails half-way is not told

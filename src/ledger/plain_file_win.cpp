@@ -25,6 +25,14 @@ bool IsPlainFile(const std::wstring& path) {
   return !IsLink(path, attributes);
 }
 
+bool IsKnownPlainFile(const std::wstring& path) {
+  try {
+    return IsPlainFile(path);
+  } catch (const std::filesystem::filesystem_error&) {
+    return false;
+  }
+}
+
 // A loop, since a client's text reaches it: as many levels as the text has separators.
 bool CreateDirectoryTree(const std::wstring& path) {
   if (path.size() > kLongestPathChars) return false;

@@ -8,6 +8,7 @@ namespace TestSupport {
 class OpenHelper : public Zq::Gantry::Server::Services::Wattleaf::WattleafHelper {
  public:
   using WattleafHelper::CalculateDailyPowerConsumption;
+  using WattleafHelper::ConvertPowerLogXmltoJson;
   using WattleafHelper::MyNativeCallback;
   using WattleafHelper::OnGetErrorAndWarnings;
   using WattleafHelper::OnGetTop20PowerApps;
@@ -26,6 +27,7 @@ class OpenHelper : public Zq::Gantry::Server::Services::Wattleaf::WattleafHelper
   using WattleafHelper::hostDirectory;
   using WattleafHelper::PlatformSupportState;
   using WattleafHelper::running;
+  using WattleafHelper::storeMutex;
   using WattleafHelper::uwpApps;
   using WattleafHelper::win32Apps;
   using WattleafHelper::worker;

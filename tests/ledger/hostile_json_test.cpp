@@ -59,6 +59,14 @@ TEST(HostileJson, MayBeSixtyFourMebibytesLong) {
   EXPECT_FALSE(LoadText("[]" + std::string(limit - 1, ' ')));
 }
 
+TEST(HostileJson, MayBeAsLongAsTheCallerSays) {
+  const ScratchFolder folder;
+  TestSupport::WriteBytes(folder.File("text.json"), "[1,2]");
+  const std::wstring path = folder.File("text.json").wstring();
+  EXPECT_TRUE(std::unique_ptr<GenericDocument>(LoadJsonDocument(path, 5)));
+  EXPECT_FALSE(std::unique_ptr<GenericDocument>(LoadJsonDocument(path, 4)));
+}
+
 TEST(HostileJson, MayHoldFourMillionValues) {
   // The array itself is one of them.
   const auto most = LoadText(ArrayOfZeros(7'999'999));

@@ -1,0 +1,104 @@
+#include "reports/power_report.h"
+
+#include <algorithm>
+#include <memory>
+#include <optional>
+#include <pugixml.hpp>
+#include <string_view>
+
+#include "ledger/date_text.h"
+#include "ledger/utf8_text.h"
+#include "ledger/wide_file.h"
+#include "reports/decimal_text.h"
+
+namespace Zq::Gantry::Server::Services::Wattleaf {
+
+namespace {
+
+constexpr wchar_t kAppId[] = L"AppId";
+constexpr wchar_t kTimeStamp[] = L"TimeStamp";
+constexpr wchar_t kEnergy[] = L"TotalEnergyConsumption";
+constexpr wchar_t kEnergyValue[] = L"Value";
+
+bool IsSizeAllowed(std::int64_t bytes) { return bytes > 0 && bytes <= kLargestPowerReportBytes; }
+
+bool AreMarksAllowed(std::string_view text) {
+  const auto marks =
+      std::count_if(text.begin(), text.end(), [](char c) { return c == '<' || c == '='; });
+  return static_cast<std::size_t>(marks) <= kMostPowerReportMarks;
+}
+
+/// What pugixml's own loader does with an open file, which cannot be limited: the whole file in a
+/// block that the document then owns, default options.
+bool Load(std::FILE* file, std::int64_t length, pugi::xml_document& document) {
+  const auto bytes = static_cast<std::size_t>(length);
+  std::unique_ptr<void, pugi::deallocation_function> block(
+      pugi::get_memory_allocation_function()(bytes), pugi::get_memory_deallocation_function());
+  if (!block || std::fread(block.get(), 1, bytes, file) != bytes) return false;
+  if (!AreMarksAllowed({static_cast<const char*>(block.get()), bytes})) return false;
+  return document.load_buffer_inplace_own(block.release(), bytes);
+}
+
+bool LoadFile(const std::wstring& path, pugi::xml_document& document) {
+  const UniqueFile file = OpenForReading(path);
+  if (!file) return false;
+  const std::int64_t length = LengthBytes(file.get());
+  return IsSizeAllowed(length) && Load(file.get(), length, document);
+}
+
+/// What the report books on no application.
+bool IsNoApplication(std::string_view name) {
+  return name == "Unknown" || name == "System Interrupts";
+}
+
+std::optional<std::int32_t> TryEnergy(const pugi::xml_node& row) {
+  const pugi::xml_node energy = row.child(kEnergy);
+  if (!energy) return std::nullopt;
+  return DecimalNumber(energy.attribute(kEnergyValue).value());
+}
+
+class RowReader {
+ public:
+  RowReader(const ReportingPeriod& period, DisplayNames& names, PowerLog& log)
+      : period_(period), names_(names), log_(log) {}
+
+  void Read(const pugi::xml_node& row) {
+    std::string name = ToUtf8(row.attribute(kAppId).value());
+    if (IsNoApplication(name)) return;
+    DateTime time;
+    ParseWideDateTime(time, row.attribute(kTimeStamp).value());
+    if (!period_.Includes(time)) return;
+
+    const auto energy = TryEnergy(row);
+    // Kept on purpose: a new row without energy takes that of the row that was read before it (test
+    // PowerReport.RowWithoutEnergyTakesThatOfTheRowBefore).
+    energy_ = energy.value_or(energy_);
+    if (PowerLogRecord* known = log_.TryFind(name, time)) {
+      known->TotalEnergy += energy.value_or(0);
+      return;
+    }
+    std::string displayName = names_.Resolve(name);
+    log_.Append({std::move(name), std::move(displayName), time, energy_});
+  }
+
+ private:
+  const ReportingPeriod& period_;
+  DisplayNames& names_;
+  PowerLog& log_;
+  std::int32_t energy_ = 0;
+};
+
+}  // namespace
+
+void ReadPowerReport(const std::wstring& path, const ReportingPeriod& period, DisplayNames& names,
+                     PowerLog& log) {
+  pugi::xml_document document;
+  if (!LoadFile(path, document)) return;
+
+  RowReader reader(period, names, log);
+  for (const pugi::xml_node& row : document.document_element().children()) {
+    if (row.type() == pugi::node_element) reader.Read(row);
+  }
+}
+
+}  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -1,0 +1,316 @@
+#include <windows.h>
+
+#include <chrono>
+#include <filesystem>
+#include <future>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include "collection/ledger_fixture.h"
+#include "collection/open_helper.h"
+#include "ledger/played_attributes.h"
+#include "platform/win32/owners.h"
+
+// The conversion as the worker calls it, on a data folder of the test's own.
+
+using namespace TestSupport;
+using Zq::Gantry::Platform::UniqueFileHandle;
+using Zq::Gantry::Server::Services::Wattleaf::PackagedApps;
+
+namespace {
+
+constexpr char kStarted[] = "XML parsing started at :10:30:15 14-11-2026\n";
+constexpr char kCompleted[] = "XML parsing completed :10:30:15 14-11-2026\n";
+
+constexpr char kReport[] =
+    "<Report><Row AppId='new' TimeStamp='2026-11-14:02:10:46'>"
+    "<TotalEnergyConsumption Value='17'/></Row></Report>";
+constexpr char kNewRow[] =
+    R"({"Name":"new","DisplayName":"","TimeStamp":"2026-11-14:02:10:46","TotalEnergy":17})";
+constexpr char kOldRow[] =
+    R"({"Name":"old","DisplayName":"Old","TimeStamp":"2026-11-01:02:00:00","TotalEnergy":5})";
+constexpr char kForgottenRow[] =
+    R"({"Name":"old","DisplayName":"Old","TimeStamp":"2026-10-15:10:30:14","TotalEnergy":5})";
+
+std::string Array(const std::string& rows) { return "[" + rows + "]"; }
+
+class ReportConversion : public testing::Test {
+ protected:
+  ReportConversion() {
+    PlayedClock::Set("2026-11-14 10:30:15");
+    helper.collectionPath = folder.Path().c_str();
+  }
+
+  void WriteReport(const std::string& text) const { WriteWholeFile(reportPath, text); }
+  void WriteStore(const std::string& text) const { WriteWholeFile(storePath, text); }
+  std::string StoreText() const { return ReadWholeFile(storePath); }
+
+  /// Runs the conversion; what it wrote to the standard output.
+  std::string Convert() {
+    testing::internal::CaptureStdout();
+    helper.ConvertPowerLogXmltoJson();
+    return testing::internal::GetCapturedStdout();
+  }
+
+  const TempFolder folder;
+  const PlayedClock clock;
+  const LogCapture log;
+  OpenHelper helper;
+  const std::wstring reportPath = folder.Path() + L"\\Powerlog.xml";
+  const std::wstring storePath = folder.Path() + L"\\Powerlog.json";
+};
+
+}  // namespace
+
+TEST_F(ReportConversion, FoldsTheReportIntoTheStoreAndDeletesIt) {
+  WriteReport(kReport);
+  WriteStore(Array(std::string(kForgottenRow) + "," + kOldRow));
+  Convert();
+  EXPECT_EQ(StoreText(), Array(std::string(kNewRow) + "," + kOldRow));
+  EXPECT_FALSE(FileExists(reportPath));
+}
+
+TEST_F(ReportConversion, WritesTwoLinesToTheStandardOutputAndNoneToTheLog) {
+  WriteReport(kReport);
+  EXPECT_EQ(Convert(), std::string(kStarted) + kCompleted);
+  EXPECT_TRUE(log.Records().empty());
+}
+
+namespace {
+
+/// A clock that goes on by a second each time it is asked.
+__time64_t SteppingTime(__time64_t*) {
+  static __time64_t now = 1'794'652'215;
+  return ++now;
+}
+
+}  // namespace
+
+TEST_F(ReportConversion, EachLineHasItsOwnTime) {
+  const Standin::ImportPatch steps("_time64", &SteppingTime);
+  WriteReport(kReport);
+  const std::string output = Convert();
+  const std::size_t end = output.find('\n');
+  ASSERT_NE(end, std::string::npos);
+  const auto timeIn = [](const std::string& line) { return line.substr(line.find(" :")); };
+  EXPECT_NE(timeIn(output.substr(0, end + 1)), timeIn(output.substr(end + 1)));
+}
+
+TEST_F(ReportConversion, WithoutAReportPrunesAndRewritesTheStore) {
+  WriteStore(Array(std::string(kForgottenRow) + "," + kOldRow) + "\n");
+  EXPECT_EQ(Convert(), kCompleted);
+  EXPECT_EQ(StoreText(), Array(kOldRow));
+}
+
+TEST_F(ReportConversion, WithoutAReportAndAStoreWritesAnEmptyArray) {
+  EXPECT_EQ(Convert(), kCompleted);
+  EXPECT_EQ(StoreText(), "[]");
+}
+
+TEST_F(ReportConversion, OfAnEmptyReportAndAnEmptyStoreWritesAnEmptyArray) {
+  WriteReport("<Report/>");
+  WriteStore("[]");
+  EXPECT_EQ(Convert(), std::string(kStarted) + kCompleted);
+  EXPECT_EQ(StoreText(), "[]");
+}
+
+TEST_F(ReportConversion, LeavesAFolderInTheReportsPlaceAlone) {
+  CreateDirectoryW(reportPath.c_str(), nullptr);
+  WriteStore(Array(std::string(kForgottenRow) + "," + kOldRow));
+  EXPECT_EQ(Convert(), kCompleted);
+  EXPECT_TRUE(FileExists(reportPath));
+  EXPECT_EQ(StoreText(), Array(kOldRow));
+}
+
+TEST_F(ReportConversion, NeitherReadsNorDeletesAReportThatIsALink) {
+  WriteReport(kReport);
+  WriteStore(Array(std::string(kForgottenRow) + "," + kOldRow));
+  {
+    const PlayedReparsePoint link(reportPath, IO_REPARSE_TAG_SYMLINK);
+    EXPECT_EQ(Convert(), kCompleted);
+  }
+  EXPECT_TRUE(FileExists(reportPath));
+  EXPECT_EQ(StoreText(), Array(kOldRow));
+}
+
+TEST_F(ReportConversion, NeitherReadsNorDeletesAReportWhoseStatusCannotBeHad) {
+  WriteReport(kReport);
+  {
+    const PlayedStatusFailure failure(reportPath);
+    EXPECT_EQ(Convert(), kCompleted);
+  }
+  EXPECT_TRUE(FileExists(reportPath));
+  EXPECT_EQ(StoreText(), "[]");
+}
+
+TEST_F(ReportConversion, DeletesAReportThatDoesNotParse) {
+  WriteReport(std::string(kReport) + "<");
+  WriteStore(Array(std::string(kForgottenRow) + "," + kOldRow));
+  EXPECT_EQ(Convert(), std::string(kStarted) + kCompleted);
+  EXPECT_FALSE(FileExists(reportPath));
+  EXPECT_EQ(StoreText(), Array(kOldRow));
+}
+
+TEST_F(ReportConversion, WritesAStoreThatWasMissing) {
+  WriteReport(kReport);
+  Convert();
+  EXPECT_EQ(StoreText(), Array(kNewRow));
+}
+
+TEST_F(ReportConversion, NeitherReadsNorWritesThroughAStoreThatIsALink) {
+  WriteReport(kReport);
+  WriteStore(Array(kOldRow) + "\n");
+  {
+    const PlayedReparsePoint link(storePath, IO_REPARSE_TAG_SYMLINK);
+    Convert();
+  }
+  EXPECT_EQ(StoreText(), Array(kOldRow) + "\n");
+  EXPECT_FALSE(FileExists(reportPath));
+  EXPECT_TRUE(log.Records().empty());
+}
+
+TEST_F(ReportConversion, LeavesAFolderInTheStoresPlaceAndTellsNobody) {
+  WriteReport(kReport);
+  CreateDirectoryW(storePath.c_str(), nullptr);
+  EXPECT_EQ(Convert(), std::string(kStarted) + kCompleted);
+  EXPECT_NE(GetFileAttributesW(storePath.c_str()) & FILE_ATTRIBUTE_DIRECTORY, 0U);
+  EXPECT_FALSE(FileExists(reportPath));
+  EXPECT_TRUE(log.Records().empty());
+}
+
+TEST_F(ReportConversion, OverwritesAStoreThatDoesNotParseOrIsNoArray) {
+  for (const std::string& store :
+       {std::string(), Array(kOldRow).substr(1), "[" + std::string(kOldRow), std::string(kOldRow),
+        std::string("null"), "\xEF\xBB\xBF" + Array(kOldRow)}) {
+    WriteReport(kReport);
+    WriteStore(store);
+    Convert();
+    EXPECT_EQ(StoreText(), Array(kNewRow)) << store;
+  }
+}
+
+// A hole takes no room on the disk, and the parser takes its zeros for the end.
+TEST_F(ReportConversion, OverwritesAStoreOfMoreThanTwoHundredAndFiftySixMebibytes) {
+  for (const auto& [bytes, rows] :
+       {std::pair(256U * 1024 * 1024, kOldRow), std::pair(256U * 1024 * 1024 + 1, "")}) {
+    WriteStore(Array(kOldRow));
+    std::filesystem::resize_file(storePath, bytes);
+    Convert();
+    EXPECT_EQ(StoreText(), Array(rows));
+  }
+}
+
+TEST_F(ReportConversion, OverwritesAStoreWhoseStatusCannotBeHad) {
+  WriteReport(kReport);
+  WriteStore(Array(kOldRow));
+  {
+    const PlayedStatusFailure failure(storePath);
+    Convert();
+  }
+  EXPECT_EQ(StoreText(), Array(kNewRow));
+}
+
+TEST_F(ReportConversion, LeavesAStoreThatCannotBeOpenedForWritingAndTellsNobody) {
+  WriteReport(kReport);
+  WriteStore(Array(kForgottenRow));
+  {
+    // Another program that reads it and lets nobody write meanwhile.
+    const UniqueFileHandle reader(CreateFileW(storePath.c_str(), GENERIC_READ, FILE_SHARE_READ,
+                                              nullptr, OPEN_EXISTING, 0, nullptr));
+    ASSERT_TRUE(reader);
+    EXPECT_EQ(Convert(), std::string(kStarted) + kCompleted);
+  }
+  EXPECT_EQ(StoreText(), Array(kForgottenRow));
+  EXPECT_FALSE(FileExists(reportPath));
+  EXPECT_TRUE(log.Records().empty());
+}
+
+TEST_F(ReportConversion, OfAMissingFolderMakesNothing) {
+  const std::wstring missing = folder.File(L"missing");
+  helper.collectionPath = missing.c_str();
+  EXPECT_EQ(Convert(), kCompleted);
+  EXPECT_FALSE(FileExists(missing));
+}
+
+TEST_F(ReportConversion, ForgetsARowInTheFirstRunAfterItsThirtyDays) {
+  WriteReport(kReport);
+  Convert();
+  PlayedClock::Set("2026-12-14 02:10:46");
+  Convert();
+  EXPECT_EQ(StoreText(), Array(kNewRow));
+  PlayedClock::Set("2026-12-14 02:10:47");
+  Convert();
+  EXPECT_EQ(StoreText(), "[]");
+}
+
+TEST_F(ReportConversion, EnergyBeyond32BitsStaysForOneRun) {
+  std::string rows;
+  for (int i = 0; i < 3; ++i) {
+    rows +=
+        "<Row AppId='a' TimeStamp='2026-11-14:02:00:00'>"
+        "<TotalEnergyConsumption Value='2147483647'/></Row>";
+  }
+  WriteReport("<Report>" + rows + "</Report>");
+  Convert();
+  EXPECT_NE(StoreText().find(R"("TotalEnergy":6442450941})"), std::string::npos);
+  Convert();
+  EXPECT_NE(StoreText().find(R"("TotalEnergy":2147483645})"), std::string::npos);
+}
+
+TEST_F(ReportConversion, NamesPackagesFromTheCatalogue) {
+  helper.uwpApps.Replace(PackagedApps{{"new", {"Shown", ""}}});
+  WriteReport(kReport);
+  Convert();
+  EXPECT_NE(StoreText().find(R"("DisplayName":"Shown")"), std::string::npos);
+}
+
+namespace {
+
+std::string g_askedDrive;
+
+DWORD WINAPI PlayedDevice(const char* drive, char* target, DWORD capacity) {
+  constexpr char kTarget[] = "\\Device\\Played\0";  // a list of texts ends with an empty one
+  g_askedDrive = drive;
+  if (capacity < sizeof(kTarget)) return 0;
+  std::copy(std::begin(kTarget), std::end(kTarget), target);
+  return sizeof(kTarget);
+}
+
+}  // namespace
+
+TEST_F(ReportConversion, MapsTheSystemDriveOnly) {
+  const Standin::ImportPatch device("QueryDosDeviceA", &PlayedDevice);
+  WriteReport(
+      "<Report><Row AppId='\\Device\\Played\\Stra\xC3\x9F"
+      "e\\none.exe'"
+      " TimeStamp='2026-11-14:02:00:00'/>"
+      "<Row AppId='\\Device\\Other\\none.exe' TimeStamp='2026-11-14:02:00:00'/></Report>");
+  Convert();
+  EXPECT_EQ(g_askedDrive, "C:");
+  EXPECT_EQ(StoreText(), R"([{"Name":"\\Device\\Played\\Stra)"
+                         "\xC3\x9F"
+                         R"(e\\none.exe","DisplayName":"",)"
+                         R"("TimeStamp":"2026-11-14:02:00:00","TotalEnergy":0},)"
+                         R"({"Name":"\\Device\\Other\\none.exe","DisplayName":"",)"
+                         R"("TimeStamp":"2026-11-14:02:00:00","TotalEnergy":0}])");
+}
+
+// A reader keeps the store open; the report is read meanwhile, and nothing of it is lost.
+TEST_F(ReportConversion, WaitsForAReaderOfTheStoreAndForNothingElse) {
+  WriteReport(kReport);
+  WriteStore(Array(kOldRow));
+  const std::lock_guard ledgerIsBusy(helper.dataMutex);
+  std::unique_lock reader(helper.storeMutex);
+  auto conversion = std::async(std::launch::async, [this] { helper.ConvertPowerLogXmltoJson(); });
+  for (int i = 0; i < 6000 && FileExists(reportPath); ++i) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
+  EXPECT_FALSE(FileExists(reportPath));
+  EXPECT_EQ(conversion.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
+  EXPECT_EQ(StoreText(), Array(kOldRow));
+
+  reader.unlock();
+  conversion.get();
+  EXPECT_EQ(StoreText(), Array(std::string(kNewRow) + "," + kOldRow));
+}

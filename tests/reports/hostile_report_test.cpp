@@ -1,0 +1,138 @@
+#include <algorithm>
+
+#include "reports/report_reader.h"
+
+// Reports that somebody else has put in the place of the tool's.
+
+using namespace Zq::Gantry::Server::Services::Wattleaf;
+using namespace TestSupport;
+
+namespace {
+
+using HostileReport = ReportReader;
+
+const std::string kRow = Row("a", "02:00:00", Energy("1"));
+constexpr char kOneRow[] = "a||2026-11-14:02:00:00|1\n";
+
+std::string Repeated(std::string_view part, std::size_t count) {
+  std::string text;
+  text.reserve(part.size() * count);
+  for (std::size_t i = 0; i < count; ++i) text += part;
+  return text;
+}
+
+/// Each byte of an ASCII text in a unit of its own.
+std::string Units(const std::string& ascii, std::size_t before, std::size_t after) {
+  std::string text;
+  for (const char c : ascii) text += std::string(before, '\0') + c + std::string(after, '\0');
+  return text;
+}
+
+}  // namespace
+
+TEST_F(HostileReport, ThatDoesNotParseHasNoRows) {
+  for (const std::string& text :
+       {std::string(), std::string("   "), std::string("text"), std::string("<!-- only -->"),
+        "<Report>" + kRow, "<Report>" + kRow + "</Other>", Report(kRow) + "<", kRow.substr(1),
+        Report(kRow + "<Row AppId=a/>"), Report(kRow + "<Row AppId='a/>"), Report(kRow + "<>"),
+        Report(kRow + "<![CDATA["), std::string("\0", 1), std::string("<\0>", 3),
+        std::string("\xFF\xFE"), std::string("[{\"Name\":\"a\"}]")}) {
+    Read(text);
+    EXPECT_EQ(Rows(), "") << text;
+  }
+}
+
+TEST_F(HostileReport, MayBeEmpty) {
+  Read("<Report/>");
+  EXPECT_EQ(Rows(), "");
+  Read("<Report></Report>");
+  EXPECT_EQ(Rows(), "");
+}
+
+TEST_F(HostileReport, IsReadInEveryEncodingThatTheParserTells) {
+  const std::string text = Report(kRow);
+  int readings = 0;  // each adds its energy to the row
+  for (const std::string& bytes :
+       {"\xEF\xBB\xBF" + text, "\xFF\xFE" + Units(text, 0, 1), Units(text, 0, 1),
+        "\xFE\xFF" + Units(text, 1, 0), Units(text, 1, 0),
+        std::string("\xFF\xFE\0\0", 4) + Units(text, 0, 3), Units(text, 3, 0)}) {
+    Read(bytes);
+    ++readings;
+    EXPECT_EQ(Rows(), "a||2026-11-14:02:00:00|" + std::to_string(readings) + "\n");
+  }
+}
+
+TEST_F(HostileReport, MayNestAMillionDeep) {
+  constexpr std::size_t kDepth = 1'000'000;
+  Read(Repeated("<a>", kDepth));
+  EXPECT_EQ(Rows(), "");
+  Read(Report(kRow + Repeated("<a>", kDepth) + Repeated("</a>", kDepth)));
+  EXPECT_EQ(Rows(), kOneRow);
+}
+
+TEST_F(HostileReport, MayHaveAMillionAttributes) {
+  Read(Report("<Row " + Repeated("x='' ", 1'000'000) + kRow.substr(5)));
+  EXPECT_EQ(Rows(), kOneRow);
+}
+
+TEST_F(HostileReport, MayHoldSixteenMillionMarks) {
+  // The root has two of "<"; the row three, and as many of "=".
+  const std::size_t rest = 16'000'000 - 8;
+  Read(Report(kRow + std::string(rest + 1, '=')));
+  EXPECT_EQ(Rows(), "");
+  Read(Report(kRow + std::string(rest, '=')));
+  EXPECT_EQ(Rows(), kOneRow);
+}
+
+TEST_F(HostileReport, MayHaveNamesAndTimesOfAnyLength) {
+  const std::string name(5'000'000, 'n');
+  Read(Report("<Row AppId='" + name + "' TimeStamp='2026-11-14:02:00:00'/>" +
+              "<Row AppId='b' TimeStamp='2026-11-14:02:00:00" + std::string(5'000'000, '0') +
+              "'/>" + "<Row AppId='c' TimeStamp='" + std::string(5'000'000, '9') + "'/>" +
+              "<Row AppId='d' TimeStamp='2026-11-14:02:00:00'>" +
+              Energy(std::string(5'000'000, '9')) + "</Row>"));
+  ASSERT_EQ(log.Records().size(), 3U);
+  EXPECT_EQ(log.Records().front().Name, name);
+  EXPECT_EQ(log.Records().back().TotalEnergy, 2147483647);
+}
+
+TEST_F(HostileReport, KnowsNoEntitiesOfItsOwn) {
+  Read("<!DOCTYPE r [<!ENTITY x SYSTEM \"file:///etc/passwd\"><!ENTITY y \"&x;&x;\">]>" +
+       Report(Row("&y;", "02:00:00", Energy("1"))));
+  EXPECT_EQ(Rows(), "&y;||2026-11-14:02:00:00|1\n");
+}
+
+TEST_F(HostileReport, NameEndsAtAZeroThatIsSpelledOut) {
+  Read(Report(Row("Unknown&#0;x", "02:00:00", Energy("1")) +
+              Row("a&#0;b", "02:00:00", Energy("1"))));
+  EXPECT_EQ(Rows(), kOneRow);
+}
+
+TEST_F(HostileReport, ThatIsNotThereHasNoRows) {
+  const ScratchFolder folder;
+  DisplayNames names("", packages, [](const std::string&) { return ""; });
+  const ReportingPeriod period(At("2026-11-14:10:30:15"), 30);
+  ReadPowerReport(folder.File("missing.xml").wstring(), period, names, log);
+  ReadPowerReport(folder.File("").wstring(), period, names, log);
+  EXPECT_TRUE(log.Records().empty());
+}
+
+// A hole takes no room on the disk, and the parser takes its zeros for the end. The text is in the
+// parser's own characters, so that it is read in place.
+TEST_F(HostileReport, MayBeTwoHundredAndFiftySixMebibytesLong) {
+  const std::string text = Report(kRow);
+  const std::wstring wide(text.begin(), text.end());
+  const ScratchFolder folder;
+  const std::filesystem::path path = folder.File("report.xml");
+  WriteBytes(
+      path, std::string(reinterpret_cast<const char*>(wide.data()), wide.size() * sizeof(wchar_t)));
+  DisplayNames names("", packages, [](const std::string&) { return ""; });
+  const ReportingPeriod period(At("2026-11-14:10:30:15"), 30);
+
+  std::filesystem::resize_file(path, 256U * 1024 * 1024 + 1);
+  ReadPowerReport(path.wstring(), period, names, log);
+  EXPECT_EQ(Rows(), "");
+  std::filesystem::resize_file(path, 256U * 1024 * 1024);
+  ReadPowerReport(path.wstring(), period, names, log);
+  EXPECT_EQ(Rows(), kOneRow);
+}

@@ -1,0 +1,88 @@
+#include "reports/many_rows.h"
+
+#include <fstream>
+#include <memory>
+
+#include "ledger/date_text.h"
+#include "ledger/local_calendar.h"
+#include "reports/power_log_format.h"
+#include "reports/power_report.h"
+#include "reports/power_store.h"
+#include "reports/report_times.h"
+
+namespace TestSupport {
+
+using namespace Zq::Gantry::Server::Services::Wattleaf;
+
+namespace {
+
+constexpr std::size_t kApplications = 400;
+constexpr std::int64_t kSecondsBetweenRounds = 2400;
+
+/// `separator` is a backslash, doubled in JSON.
+std::string AppId(std::size_t row, const std::string& separator) {
+  const std::string number = std::to_string(row % kApplications);
+  if (row % 2 == 1) return "Package.Number" + number + "_k3d8wq1zt0m6y";
+  std::string path;
+  for (const char* part : {"Device", "HarddiskVolume3", "Program Files", "Maker"}) {
+    path += separator + part;
+  }
+  return path + separator + "app" + number + ".exe";
+}
+
+/// The rows go round all applications again and again, back in time from `lastInstant`.
+std::string RowTime(std::size_t row, std::int64_t lastInstant) {
+  const auto round = static_cast<std::int64_t>(row / kApplications);
+  return FormatDateTime(LocalTimeOf(lastInstant - round * kSecondsBetweenRounds), kTimeStampFormat);
+}
+
+void Write(const std::filesystem::path& path, const std::string& text) {
+  std::ofstream(path, std::ios::binary) << text;
+}
+
+}  // namespace
+
+DateTime EndOfManyRows() { return At("2026-11-14:10:30:15"); }
+
+std::string ReportOfManyRows(std::size_t count) {
+  const std::int64_t last = InstantOf(EndOfManyRows());
+  std::string text = "<?xml version=\"1.0\"?>\n<Report>\n";
+  for (std::size_t row = 0; row < count; ++row) {
+    text += "<Row AppId=\"" + AppId(row, "\\") + "\" TimeStamp=\"" + RowTime(row, last) +
+            "\"><TotalEnergyConsumption Value=\"" + std::to_string(row) + "\"/></Row>\n";
+  }
+  return text + "</Report>\n";
+}
+
+std::string StoreOfManyRows(std::size_t count) {
+  const std::int64_t last = InstantOf(EndOfManyRows()) - 60;
+  std::string text = "[";
+  for (std::size_t row = 0; row < count; ++row) {
+    if (row != 0) text += ',';
+    text += R"({"Name":")" + AppId(row, "\\\\") + R"(","DisplayName":"Application","TimeStamp":")" +
+            RowTime(row, last) + R"(","TotalEnergy":)" + std::to_string(row) + "}";
+  }
+  return text + "]";
+}
+
+void WriteManyRows(const std::filesystem::path& folder, std::size_t count) {
+  Write(folder / kPowerReportFileName, ReportOfManyRows(count));
+  Write(folder / kPowerStoreFileName, StoreOfManyRows(count));
+}
+
+std::size_t FoldReport(const std::filesystem::path& folder) {
+  const PackagedApps packages{{"Package.Number", {"Package", ""}}};
+  const ReportingPeriod period(EndOfManyRows(), kPowerStoreDays);
+  DisplayNames names("\\Device\\HarddiskVolume3", packages,
+                     [](const std::string&) { return "Application"; });
+  PowerLog log;
+  ReadPowerReport((folder / kPowerReportFileName).wstring(), period, names, log);
+  const std::wstring storePath = (folder / kPowerStoreFileName).wstring();
+  const std::unique_ptr<GenericDocument> store(
+      LoadJsonDocument(storePath, kLargestPowerStoreBytes));
+  if (store) MergePowerStore(*store, period, log);
+  static_cast<void>(SaveJsonDocument(storePath, PowerStoreDocument(log)));
+  return log.Records().size();
+}
+
+}  // namespace TestSupport

@@ -1,0 +1,94 @@
+#include "reports/power_log.h"
+
+#include <gtest/gtest.h>
+
+#include "ledger/local_calendar.h"
+#include "reports/report_times.h"
+
+using namespace Zq::Gantry::Server::Services::Wattleaf;
+using TestSupport::At;
+
+namespace {
+
+std::vector<std::int64_t> EnergyInOrder(const PowerLog& log) {
+  std::vector<std::int64_t> result;
+  for (const PowerLogRecord& record : log.Records()) result.push_back(record.TotalEnergy);
+  return result;
+}
+
+/// What the index stands for: the first row from the front with the same bytes and instant.
+const PowerLogRecord* FirstByWalk(const PowerLog& log, std::string_view name,
+                                  const DateTime& time) {
+  for (const PowerLogRecord& record : log.Records()) {
+    if (record.Name == name && InstantOf(record.TimeStamp) == InstantOf(time)) return &record;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+TEST(PowerLog, FindsARowByNameAndInstant) {
+  PowerLog log;
+  log.Append({"a", "A", At("2026-11-14:02:00:00"), 1});
+  log.Append({"a", "A", At("2026-11-14:03:00:00"), 2});
+  log.Append({"b", "B", At("2026-11-14:02:00:00"), 3});
+  ASSERT_NE(log.TryFind("a", At("2026-11-14:03:00:00")), nullptr);
+  EXPECT_EQ(log.TryFind("a", At("2026-11-14:03:00:00"))->TotalEnergy, 2);
+  EXPECT_EQ(log.TryFind("b", At("2026-11-14:02:00:00"))->TotalEnergy, 3);
+  EXPECT_EQ(log.TryFind("b", At("2026-11-14:03:00:00")), nullptr);
+  EXPECT_EQ(log.TryFind("c", At("2026-11-14:02:00:00")), nullptr);
+  EXPECT_EQ(PowerLog().TryFind("a", At("2026-11-14:02:00:00")), nullptr);
+}
+
+TEST(PowerLog, KeepsTheOrderOfInsertion) {
+  PowerLog log;
+  log.Append({"z", "", At("2026-11-14:05:00:00"), 1});
+  log.Append({"a", "", At("2026-11-14:02:00:00"), 2});
+  log.Append({"m", "", At("2026-11-14:09:00:00"), 3});
+  EXPECT_EQ(EnergyInOrder(log), (std::vector<std::int64_t>{1, 2, 3}));
+}
+
+TEST(PowerLog, ComparesNamesByBytesAndLength) {
+  PowerLog log;
+  log.Append({std::string("a\0b", 3), "", At("2026-11-14:02:00:00"), 1});
+  EXPECT_EQ(log.TryFind("a", At("2026-11-14:02:00:00")), nullptr);
+  EXPECT_EQ(log.TryFind("A", At("2026-11-14:02:00:00")), nullptr);
+  EXPECT_EQ(log.TryFind(std::string_view("a\0c", 3), At("2026-11-14:02:00:00")), nullptr);
+  EXPECT_NE(log.TryFind(std::string_view("a\0b", 3), At("2026-11-14:02:00:00")), nullptr);
+}
+
+TEST(PowerLog, TakesTimesOfOneInstantForTheSame) {
+  PowerLog log;
+  DateTime thirtyFirst = At("2026-11-30:02:00:00");
+  thirtyFirst.tm_mday = 31;  // November has no such day
+  log.Append({"a", "", thirtyFirst, 1});
+  EXPECT_NE(log.TryFind("a", At("2026-12-01:02:00:00")), nullptr);
+}
+
+TEST(PowerLog, TakesAllTimesOutsideTheCalendarForTheSame) {
+  PowerLog log;
+  log.Append({"a", "", At("1901-01-01:00:00:00"), 1});
+  ASSERT_NE(log.TryFind("a", DateTime{}), nullptr);
+  EXPECT_EQ(log.TryFind("a", At("1850-06-01:12:00:00"))->TotalEnergy, 1);
+}
+
+TEST(PowerLog, FindsTheFirstOfTwoRowsOfOneIdentity) {
+  PowerLog log;
+  log.Append({"a", "", At("2026-11-14:02:00:00"), 1});
+  log.Append({"a", "", At("2026-11-14:02:00:00"), 2});
+  EXPECT_EQ(log.TryFind("a", At("2026-11-14:02:00:00"))->TotalEnergy, 1);
+  EXPECT_EQ(log.Records().size(), 2U);
+}
+
+TEST(PowerLog, FindsWhatAWalkFromTheFrontFinds) {
+  PowerLog log;
+  std::uint32_t state = 1;
+  for (int i = 0; i < 2000; ++i) {
+    state = state * 1664525 + 1013904223;
+    const std::string name(1 + state / 65536 % 3, static_cast<char>('a' + state / 1048576 % 3));
+    DateTime time = At("2026-11-14:02:00:00");
+    time.tm_mday += static_cast<std::int32_t>(state / 4194304 % 40);
+    EXPECT_EQ(log.TryFind(name, time), FirstByWalk(log, name, time));
+    if (i % 3 == 0) log.Append({name, "", time, i});
+  }
+}

@@ -1,0 +1,201 @@
+#include "reports/power_store.h"
+
+#include <gtest/gtest.h>
+#include <rapidjson/stringbuffer.h>
+#include <rapidjson/writer.h>
+
+#include "reports/report_times.h"
+
+using namespace Zq::Gantry::Server::Services::Wattleaf;
+using TestSupport::At;
+
+namespace {
+
+/// Merges stores at 2026-11-14, 10:30:15.
+class PowerStore : public testing::Test {
+ protected:
+  void Merge(const std::string& json) {
+    GenericDocument store;
+    store.Parse(json.data(), json.size());
+    ASSERT_FALSE(store.HasParseError());
+    MergePowerStore(store, ReportingPeriod(At("2026-11-14:10:30:15"), 30), log);
+  }
+
+  /// What would be written.
+  std::string Text() const {
+    rapidjson::StringBuffer buffer;
+    rapidjson::Writer<rapidjson::StringBuffer> writer(buffer);
+    PowerStoreDocument(log).Accept(writer);
+    return {buffer.GetString(), buffer.GetSize()};
+  }
+
+  PowerLog log;
+};
+
+/// A row of the store with this name, display name, time and energy.
+std::string Row(const std::string& name, const std::string& displayName, const std::string& time,
+                const std::string& energy) {
+  return R"({"Name":")" + name + R"(","DisplayName":")" + displayName + R"(","TimeStamp":")" +
+         time + R"(","TotalEnergy":)" + energy + "}";
+}
+
+std::string RowOf(const std::string& name) { return Row(name, "A", "2026-11-01:02:00:00", "7"); }
+
+std::string RowAt(const std::string& time) { return Row("a", "A", time, "7"); }
+
+std::string RowWith(const std::string& energy) {
+  return Row("a", "A", "2026-11-01:02:00:00", energy);
+}
+
+}  // namespace
+
+TEST_F(PowerStore, WithoutRowsIsAnEmptyArray) {
+  EXPECT_EQ(Text(), "[]");
+  Merge("[]");
+  EXPECT_EQ(Text(), "[]");
+}
+
+TEST_F(PowerStore, IsWrittenOnOneLineWithFourMembersInOrder) {
+  log.Append({"\\Device\\C\\a.exe", "Meadow \"Office\"", At("2026-11-14:02:10:46"), 17});
+  log.Append({"b", "", At("2026-11-14:00:00:00"), -1});
+  EXPECT_EQ(Text(),
+            R"([{"Name":"\\Device\\C\\a.exe","DisplayName":"Meadow \"Office\"",)"
+            R"("TimeStamp":"2026-11-14:02:10:46","TotalEnergy":17},)"
+            R"({"Name":"b","DisplayName":"","TimeStamp":"2026-11-14:00:00:00","TotalEnergy":-1}])");
+}
+
+TEST_F(PowerStore, HoldsEnergyIn64Bits) {
+  log.Append({"a", "", At("2026-11-14:02:00:00"), 9223372036854775807});
+  log.Append({"b", "", At("2026-11-14:02:00:00"), -9223372036854775807 - 1});
+  EXPECT_NE(Text().find(R"("TotalEnergy":9223372036854775807})"), std::string::npos);
+  EXPECT_NE(Text().find(R"("TotalEnergy":-9223372036854775808})"), std::string::npos);
+}
+
+TEST_F(PowerStore, HoldsTheBytesOfNamesAsTheyStand) {
+  const std::string name =
+      "Stra\xC3\x9F"
+      "e \xFF\x80/";
+  log.Append({name, name, At("2026-11-14:02:00:00"), 1});
+  EXPECT_EQ(Text().substr(0, 10 + name.size() + 2), R"([{"Name":")" + name + "\",");
+}
+
+TEST_F(PowerStore, IsTheNewRowsAndThenTheOldOnesInTheirOrder) {
+  log.Append({"new", "", At("2026-11-14:02:00:00"), 1});
+  const std::string old = RowOf("z") + "," + RowOf("a") + "," + RowOf("m");
+  Merge("[" + old + "]");
+  EXPECT_EQ(Text(), "[" + Row("new", "", "2026-11-14:02:00:00", "1") + "," + old + "]");
+}
+
+TEST_F(PowerStore, NewRowWinsOverTheOldOneOfItsIdentity) {
+  log.Append({"a", "new", At("2026-11-01:02:00:00"), 1});
+  Merge("[" + Row("a", "old", "2026-11-01:02:00:00", "100") + "," +
+        Row("a", "old", "2026-11-01:03:00:00", "200") + "]");
+  EXPECT_EQ(Text(), "[" + Row("a", "new", "2026-11-01:02:00:00", "1") + "," +
+                        Row("a", "old", "2026-11-01:03:00:00", "200") + "]");
+}
+
+TEST_F(PowerStore, FirstOfTwoOldRowsOfOneIdentityStays) {
+  Merge("[" + Row("a", "first", "2026-11-01:02:00:00", "1") + "," +
+        Row("a", "second", "2026-11-01:02:00:00", "2") + "]");
+  EXPECT_EQ(Text(), "[" + Row("a", "first", "2026-11-01:02:00:00", "1") + "]");
+}
+
+TEST_F(PowerStore, RowAtTheCutoffStaysAndOneASecondOlderIsForgotten) {
+  Merge("[" + RowAt("2026-10-15:10:30:14") + "," + RowAt("2026-10-15:10:30:15") + "]");
+  EXPECT_EQ(Text(), "[" + RowAt("2026-10-15:10:30:15") + "]");
+}
+
+TEST_F(PowerStore, RowWhoseTimeDoesNotParseIsForgotten) {
+  Merge("[" + RowAt("") + "," + RowAt("yesterday") + "," + RowAt("01.11.2026") + "]");
+  EXPECT_EQ(Text(), "[]");
+}
+
+TEST_F(PowerStore, RowWhoseTimeDoesNotParseIsForgottenAlsoWithoutACutoff) {
+  GenericDocument store;
+  store.Parse(("[" + RowAt("yesterday") + "," + RowAt("1971-01-01:00:00:00") + "]").c_str());
+  // A clock that was never set: thirty days before it there is no time.
+  MergePowerStore(store, ReportingPeriod(At("1970-01-02:00:00:00"), 30), log);
+  EXPECT_EQ(Text(), "[" + RowAt("1971-01-01:00:00:00") + "]");
+}
+
+TEST_F(PowerStore, CutsEnergyToItsLow32Bits) {
+  Merge("[" + Row("a", "", "2026-11-01:02:00:00", "4294967301") + "," +
+        Row("b", "", "2026-11-01:02:00:00", "2147483648") + "," +
+        Row("c", "", "2026-11-01:02:00:00", "6442450941") + "," +
+        Row("d", "", "2026-11-01:02:00:00", "-4294967297") + "]");
+  EXPECT_EQ(Text(), "[" + Row("a", "", "2026-11-01:02:00:00", "5") + "," +
+                        Row("b", "", "2026-11-01:02:00:00", "-2147483648") + "," +
+                        Row("c", "", "2026-11-01:02:00:00", "2147483645") + "," +
+                        Row("d", "", "2026-11-01:02:00:00", "-1") + "]");
+}
+
+TEST_F(PowerStore, TakesNumbersThatAreNoWhole32Bits) {
+  for (const auto& [written, kept] :
+       {std::pair("18446744073709551615", "-1"), std::pair("9223372036854775807", "-1"),
+        std::pair("1e300", "0"), std::pair("-1e300", "0"), std::pair("2.9", "2"),
+        std::pair("-2.9", "-2")}) {
+    PowerLog one;
+    GenericDocument store;
+    store.Parse(("[" + RowWith(written) + "]").c_str());
+    MergePowerStore(store, ReportingPeriod(At("2026-11-14:10:30:15"), 30), one);
+    ASSERT_EQ(one.Records().size(), 1U) << written;
+    EXPECT_EQ(std::to_string(one.Records().front().TotalEnergy), kept) << written;
+  }
+}
+
+TEST_F(PowerStore, RowThatLacksAMemberIsDropped) {
+  Merge(R"([{"DisplayName":"A","TimeStamp":"2026-11-01:02:00:00","TotalEnergy":7},)"
+        R"({"Name":"a","TimeStamp":"2026-11-01:02:00:00","TotalEnergy":7},)"
+        R"({"Name":"a","DisplayName":"A","TotalEnergy":7},)"
+        R"({"Name":"a","DisplayName":"A","TimeStamp":"2026-11-01:02:00:00"},{}])");
+  EXPECT_EQ(Text(), "[]");
+}
+
+TEST_F(PowerStore, MemberOfAnotherTypeCountsAsMissing) {
+  Merge(R"([{"Name":1,"DisplayName":"A","TimeStamp":"2026-11-01:02:00:00","TotalEnergy":7},)"
+        R"({"Name":"a","DisplayName":null,"TimeStamp":"2026-11-01:02:00:00","TotalEnergy":7},)"
+        R"({"Name":"a","DisplayName":"A","TimeStamp":20261101,"TotalEnergy":7},)"
+        R"({"Name":"a","DisplayName":"A","TimeStamp":[],"TotalEnergy":7},)"
+        R"({"Name":"a","DisplayName":"A","TimeStamp":"2026-11-01:02:00:00","TotalEnergy":"7"},)"
+        R"({"Name":"a","DisplayName":"A","TimeStamp":"2026-11-01:02:00:00","TotalEnergy":true}])");
+  EXPECT_EQ(Text(), "[]");
+}
+
+TEST_F(PowerStore, ElementThatIsNoObjectIsSteppedOver) {
+  Merge("[null,1,\"text\",[],[[]],true," + RowOf("a") + ",-0.5]");
+  EXPECT_EQ(Text(), "[" + RowOf("a") + "]");
+}
+
+TEST_F(PowerStore, ThatIsNoArrayHoldsNoRows) {
+  for (const char* json : {"{}", "null", "1", "\"text\"", "true"}) Merge(json);
+  Merge(R"({"a":)" + RowOf("a") + "}");
+  Merge(RowOf("a"));
+  EXPECT_EQ(Text(), "[]");
+}
+
+TEST_F(PowerStore, OtherMembersAreForgottenAndTheFirstOfTwoCounts) {
+  Merge(R"([{"Extra":{"a":[1]},"TotalEnergy":7,"Name":"a","Name":"b",)"
+        R"("TimeStamp":"2026-11-01:02:00:00","DisplayName":"A"}])");
+  EXPECT_EQ(Text(), "[" + RowOf("a") + "]");
+}
+
+TEST_F(PowerStore, NamesKeepTheirZeros) {
+  const std::string rows = Row("a\\u0000b", "A\\u0000B", "2026-11-01:02:00:00", "1") + "," +
+                           Row("a\\u0000c", "", "2026-11-01:02:00:00", "2") + "," +
+                           Row("a", "", "2026-11-01:02:00:00", "3");
+  Merge("[" + rows + "]");
+  EXPECT_EQ(log.Records().front().Name, std::string("a\0b", 3));
+  EXPECT_EQ(log.Records().front().DisplayName, std::string("A\0B", 3));
+  EXPECT_EQ(Text(), "[" + rows + "]");
+}
+
+TEST_F(PowerStore, NamesMayBeEmpty) {
+  const std::string row = Row("", "", "2026-11-01:02:00:00", "1");
+  Merge("[" + row + "]");
+  EXPECT_EQ(Text(), "[" + row + "]");
+}
+
+TEST_F(PowerStore, TimeIsWrittenInFull) {
+  Merge("[" + RowAt("2026-11-1:2:0:5 and more") + "]");
+  EXPECT_EQ(Text(), "[" + RowAt("2026-11-01:02:00:05") + "]");
+}

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "ledger/scratch_folder.h"
+#include "reports/power_report.h"
+#include "reports/report_times.h"
+
+namespace TestSupport {
+
+/// Reads reports at 2026-11-14, 10:30:15. Every executable is called "File", the packages are the
+/// test's own.
+class ReportReader : public testing::Test {
+ protected:
+  using PowerLog = Zq::Gantry::Server::Services::Wattleaf::PowerLog;
+
+  void Read(const std::string& bytes) {
+    using namespace Zq::Gantry::Server::Services::Wattleaf;
+    const ScratchFolder folder;
+    WriteBytes(folder.File("report.xml"), bytes);
+    DisplayNames names("\\Device\\C", packages, [](const std::string&) { return "File"; });
+    ReadPowerReport(folder.File("report.xml").wstring(),
+                    ReportingPeriod(At("2026-11-14:10:30:15"), 30), names, log);
+  }
+
+  /// The rows of the log, one a line: "name|display name|time|energy".
+  std::string Rows() const {
+    using namespace Zq::Gantry::Server::Services::Wattleaf;
+    std::string text;
+    for (const PowerLogRecord& row : log.Records()) {
+      text += row.Name + "|" + row.DisplayName + "|" +
+              FormatDateTime(row.TimeStamp, kTimeStampFormat) + "|" +
+              std::to_string(row.TotalEnergy) + "\n";
+    }
+    return text;
+  }
+
+  Zq::Gantry::Server::Services::Wattleaf::PackagedApps packages;
+  PowerLog log;
+};
+
+/// An element with an identity and a time of 14 November 2026, "02:00:00"; `energy` is what stands
+/// inside.
+inline std::string Row(const std::string& appId, const std::string& time,
+                       const std::string& inside) {
+  return "<Row AppId=\"" + appId + "\" TimeStamp=\"2026-11-14:" + time + "\">" + inside + "</Row>";
+}
+
+inline std::string Energy(const std::string& value) {
+  return "<TotalEnergyConsumption Value=\"" + value + "\"/>";
+}
+
+inline std::string Report(const std::string& rows) { return "<Report>" + rows + "</Report>"; }
+
+}  // namespace TestSupport

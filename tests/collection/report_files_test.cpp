@@ -44,6 +44,26 @@ TEST_F(ReportFiles, TheReportOfTheProblemsStaysAndTheNextRunOverwritesIt) {
   EXPECT_TRUE(FileExists(File(L"EnergyReport.xml")));
 }
 
+TEST_F(ReportFiles, AReportIsFoldedIntoTheStoreAndDeleted) {
+  helper.OnGetTop20PowerApps();
+  EXPECT_FALSE(FileExists(File(L"Powerlog.xml")));
+  EXPECT_THAT(ReadWholeFile(File(L"Powerlog.json")), StartsWith("[{\"Name\":"));
+}
+
+TEST_F(ReportFiles, ASuccessThatWroteNothingOnlyRewritesTheStore) {
+  WriteWholeFile(File(L"Powerlog.json"), "no JSON");
+  tool.Tell(L"OUTPUT", L"nothing");
+  helper.OnGetTop20PowerApps();
+  EXPECT_EQ(ReadWholeFile(File(L"Powerlog.json")), "[]");
+}
+
+TEST_F(ReportFiles, ABrokenReportIsDeletedAndFoldsNothing) {
+  tool.Tell(L"OUTPUT", L"broken");
+  helper.OnGetTop20PowerApps();
+  EXPECT_FALSE(FileExists(File(L"Powerlog.xml")));
+  EXPECT_EQ(ReadWholeFile(File(L"Powerlog.json")), "[]");
+}
+
 TEST_F(ReportFiles, AToolThatFailsIsToldByItsStatus) {
   tool.Tell(L"STATUS", L"5");
   helper.OnGetTop20PowerApps();

@@ -156,6 +156,19 @@ TEST_F(ReportRun, AFailureTouchesNeitherReportNorStore) {
   EXPECT_EQ(ReadWholeFile(folder.File(L"Powerlog.json")), "[ ]");
 }
 
+TEST_F(ReportRun, ASuccessWithoutAReportStillConvertsAndRewritesTheStore) {
+  WriteWholeFile(folder.File(L"Powerlog.json"), "[ ]");
+  helper.OnGetTop20PowerApps();
+  EXPECT_EQ(ReadWholeFile(folder.File(L"Powerlog.json")), "[]");
+}
+
+TEST_F(ReportRun, OfTheProblemsConvertsNothing) {
+  WriteWholeFile(folder.File(L"Powerlog.xml"), "<Report/>");
+  helper.OnGetErrorAndWarnings();
+  EXPECT_TRUE(FileExists(folder.File(L"Powerlog.xml")));
+  EXPECT_FALSE(FileExists(folder.File(L"Powerlog.json")));
+}
+
 TEST_F(ReportRun, WaitsForAHolderOfTheLockAfterTheConversion) {
   std::future<void> run;
   {
@@ -165,6 +178,7 @@ TEST_F(ReportRun, WaitsForAHolderOfTheLockAfterTheConversion) {
     run = std::async(std::launch::async, [this] { helper.OnGetTop20PowerApps(); });
     toolRan.get_future().wait();
     EXPECT_EQ(run.wait_for(std::chrono::milliseconds(200)), std::future_status::timeout);
+    EXPECT_EQ(ReadWholeFile(folder.File(L"Powerlog.json")), "[]") << "the conversion is done";
   }
   run.get();
   EXPECT_TRUE(IsLockFree());

@@ -1,8 +1,7 @@
-#include <memory>
-
 #include "catalogue/drive_path.h"
 #include "catalogue/icon_export.h"
 #include "catalogue/logo_copy.h"
+#include "collection/power_store_access.h"
 #include "collection/wattleaf_helper.h"
 #include "ledger/byte_text.h"
 #include "ledger/calendar.h"
@@ -27,13 +26,6 @@ void MakeIconDirectory(const std::wstring& directory) {
   static_cast<void>(CreateDirectoryTree(directory));
 }
 
-/// Null for a store that is missing, no plain file or no JSON. Holds the lock while it is open.
-std::unique_ptr<GenericDocument> ReadStore(const std::wstring& path, std::mutex& storeMutex) {
-  if (!IsPlainFile(path)) return nullptr;
-  const std::lock_guard lock(storeMutex);
-  return std::unique_ptr<GenericDocument>(LoadJsonDocument(path));
-}
-
 }  // namespace
 
 // Whatever fails, also a status that cannot be had, leaves the result as it was, without a line.
@@ -45,7 +37,7 @@ void WattleafHelper::GetTop20PowerApps(std::wstring& request, std::wstring& resu
     const ReportingPeriod period(*GetCurrentDateTime(), wanted.days);
 
     const std::wstring path = std::wstring(collectionPath) + L"\\" + kPowerStoreFileName;
-    const auto store = ReadStore(path, storeMutex);
+    const auto store = LoadPowerStore(path, storeMutex);
     if (store == nullptr || !store->IsArray()) return;
 
     const IconProduction icons{NarrowDirectory(wanted.iconDirectory), devicePrefix, ExportAppIcon,

@@ -1,11 +1,10 @@
 #include <io.h>
 
 #include <cstdio>
-#include <memory>
-#include <mutex>
 
 #include "catalogue/drive_path.h"
 #include "catalogue/file_description.h"
+#include "collection/power_store_access.h"
 #include "collection/wattleaf_helper.h"
 #include "ledger/calendar.h"
 #include "ledger/date_text.h"
@@ -19,19 +18,6 @@ namespace Zq::Gantry::Server::Services::Wattleaf {
 namespace {
 
 std::string LogTimeNow() { return FormatLogTime(*GetCurrentDateTime()); }
-
-/// Null for a store that is missing, no plain file or no JSON.
-std::unique_ptr<GenericDocument> LoadStore(const std::wstring& path, std::mutex& mutex) {
-  const std::lock_guard lock(mutex);
-  if (!IsKnownPlainFile(path)) return nullptr;
-  return std::unique_ptr<GenericDocument>(LoadJsonDocument(path, kLargestPowerStoreBytes));
-}
-
-void SaveStore(const std::wstring& path, const GenericDocument& store, std::mutex& mutex) {
-  const std::lock_guard lock(mutex);
-  // A store that cannot be opened stays as it is, and nobody is told.
-  static_cast<void>(SaveJsonDocument(path, store));
-}
 
 }  // namespace
 
@@ -52,8 +38,9 @@ void WattleafHelper::ConvertPowerLogXmltoJson() {
   }
   std::printf("XML parsing completed :%s\n", LogTimeNow().c_str());
 
-  if (const auto store = LoadStore(storePath, storeMutex)) MergePowerStore(*store, period, log);
-  SaveStore(storePath, PowerStoreDocument(log), storeMutex);
+  if (const auto store = LoadPowerStore(storePath, storeMutex))
+    MergePowerStore(*store, period, log);
+  SavePowerStore(storePath, PowerStoreDocument(log), storeMutex);
 }
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

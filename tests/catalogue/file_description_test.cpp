@@ -11,17 +11,12 @@
 #include "catalogue/sample_program.h"
 #include "support/temp_folder.h"
 
+using TestSupport::Narrow;
 using TestSupport::SampleProgram;
 using Zq::Gantry::Server::Services::Wattleaf::GetFileDescription;
 
 // Against real version resources.
 namespace {
-
-std::string Narrow(const std::wstring& ascii) {
-  std::string text;
-  for (const wchar_t c : ascii) text += static_cast<char>(c);
-  return text;
-}
 
 /// The text as the resource stores it.
 std::string AsStored(const std::string& ascii) {

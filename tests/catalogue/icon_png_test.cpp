@@ -63,6 +63,7 @@ TEST(SaveIconAsPng, StartsAndStopsTheLibraryForEachIcon) {
   EXPECT_TRUE(calls.startedPlainly);
   EXPECT_EQ(calls.bitmaps, 2);
   EXPECT_EQ(calls.disposed, 2);
+  EXPECT_FALSE(calls.stoppedUnderImages);
 }
 
 TEST(SaveIconAsPng, SavesThroughThePngCodecWithoutParameters) {

@@ -151,3 +151,18 @@ TEST(PackageManifest, DeepNestingIsReadLikeAnyOther) {
   EXPECT_EQ(ReadLogo("<Package>" + deep + WithLogo("a").substr(9)), L"a");
   EXPECT_EQ(ReadLogo(Repeated("<Package>", kDepth)), std::nullopt);
 }
+
+TEST(PackageManifest, EntitiesOfItsOwnAreNotResolved) {
+  const std::string inner = "<!DOCTYPE Package [<!ENTITY a \"b\"><!ENTITY b \"&a;&a;&a;&a;\">]>";
+  EXPECT_EQ(ReadLogo(inner + WithLogo("&a;&b;")), L"&a;&b;");
+  const std::string outer = "<!DOCTYPE Package [<!ENTITY f SYSTEM \"AppxManifest.xml\">]>";
+  EXPECT_EQ(ReadLogo(outer + WithLogo("&f;")), L"&f;");
+}
+
+TEST(PackageManifest, DeepDeclarationsAreReadLikeAnyOther) {
+  constexpr int kDepth = 300'000;
+  EXPECT_EQ(ReadLogo("<!DOCTYPE Package [" + Repeated("<!x ", kDepth) + Repeated(">", kDepth) +
+                     "]>" + WithLogo("a")),
+            L"a");
+  EXPECT_EQ(ReadLogo("<!DOCTYPE Package [" + Repeated("<![", kDepth)), std::nullopt);
+}

@@ -138,9 +138,9 @@ TEST(PackageManifest, NamesNoLogoWhereTheFileCannotBeRead) {
   EXPECT_EQ(TryReadManifestLogo(L""), std::nullopt);
 }
 
-TEST(PackageManifest, MoreThanSixteenMebibytesAreNotRead) {
+TEST(PackageManifest, MoreThanFourMebibytesAreNotRead) {
   const std::string logo = WithLogo("a");
-  const std::string padded = logo + std::string(16'777'216 - logo.size(), ' ');
+  const std::string padded = logo + std::string(4'194'304 - logo.size(), ' ');
   EXPECT_EQ(ReadLogo(padded), L"a");
   EXPECT_EQ(ReadLogo(padded + " "), std::nullopt);
 }

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include "catalogue/sample_program.h"
 #include "collection/ledger_fixture.h"
 #include "collection/open_helper.h"
 #include "ledger/played_attributes.h"
@@ -16,6 +17,7 @@
 
 using namespace TestSupport;
 using Zq::Gantry::Platform::UniqueFileHandle;
+using Zq::Gantry::Server::Services::Wattleaf::GenericDocument;
 using Zq::Gantry::Server::Services::Wattleaf::PackagedApps;
 
 namespace {
@@ -294,6 +296,57 @@ TEST_F(ReportConversion, MapsTheSystemDriveOnly) {
                          R"("TimeStamp":"2026-11-14:02:00:00","TotalEnergy":0},)"
                          R"({"Name":"\\Device\\Other\\none.exe","DisplayName":"",)"
                          R"("TimeStamp":"2026-11-14:02:00:00","TotalEnergy":0}])");
+}
+
+namespace {
+
+/// A real program of the data folder, and what a report of this machine calls it.
+class ReportConversionOfAProgram : public ReportConversion {
+ protected:
+  /// The program says of itself that it is "Brook Browser".
+  void CopyProgram(const std::wstring& name) const {
+    const std::string sample = SampleProgram("one.exe");
+    const std::wstring from(sample.begin(), sample.end());
+    EXPECT_TRUE(CopyFileW(from.c_str(), folder.File(name).c_str(), /*bFailIfExists=*/TRUE));
+  }
+
+  /// The device path of the data folder, after `before`.
+  std::string DeviceFolder(const std::string& before = "") {
+    const std::string path(folder.Path().begin(), folder.Path().end());
+    EXPECT_EQ(path.substr(0, 2), "C:");
+    return before + helper.GetDevicePath("C:") + path.substr(2) + "\\";
+  }
+
+  /// The name in the store after a report with one row of this identity.
+  std::string DisplayNameOf(const std::string& appId) {
+    WriteReport("<Report><Row AppId='" + appId + "' TimeStamp='2026-11-14:02:10:46'/></Report>");
+    Convert();
+    GenericDocument store;
+    store.Parse(StoreText().c_str());
+    EXPECT_EQ(store[0]["Name"].GetString(), appId);
+    return store[0]["DisplayName"].GetString();
+  }
+};
+
+}  // namespace
+
+TEST_F(ReportConversionOfAProgram, StoresWhatItsVersionResourceSays) {
+  CopyProgram(L"program.exe");
+  EXPECT_EQ(DisplayNameOf(DeviceFolder() + "program.exe"), "Brook Browser");
+}
+
+TEST_F(ReportConversionOfAProgram, StoresNoNameForAPathThatHoldsThePrefixFurtherOn) {
+  CopyProgram(L"program.exe");
+  EXPECT_EQ(DisplayNameOf(DeviceFolder("\\Device\\Mup") + "program.exe"), "");
+}
+
+// The path reaches the narrow calls as UTF-8, and they take it in the code page of the system.
+TEST_F(ReportConversionOfAProgram, StoresNoNameForAPathOutsideAscii) {
+  if (GetACP() == CP_UTF8) GTEST_SKIP() << "with this code page the file is found";
+  CopyProgram(L"Stra\x00DF\x0065.exe");
+  EXPECT_EQ(DisplayNameOf(DeviceFolder() + "Stra\xC3\x9F"
+                                           "e.exe"),
+            "");
 }
 
 // A reader keeps the store open; the report is read meanwhile, and nothing of it is lost.

@@ -1,5 +1,7 @@
 #include <windows.h>
 
+#include <share.h>
+
 #include <chrono>
 #include <filesystem>
 #include <future>
@@ -144,6 +146,32 @@ TEST_F(ReportConversion, NeitherReadsNorDeletesAReportWhoseStatusCannotBeHad) {
   }
   EXPECT_TRUE(FileExists(reportPath));
   EXPECT_EQ(StoreText(), "[]");
+}
+
+namespace {
+
+/// As Windows documents the call: nobody else may write the file meanwhile.
+errno_t __cdecl UnsharedOpen(std::FILE** file, const wchar_t* path, const wchar_t* mode) {
+  *file = _wfsopen(path, mode, _SH_DENYWR);
+  return *file != nullptr ? 0 : EACCES;
+}
+
+}  // namespace
+
+// Another program that lets everybody do everything, as a scanner of files does.
+TEST_F(ReportConversion, ReadsAReportThatAnotherProgramHoldsOpenForWriting) {
+  const Standin::ImportPatch unshared("_wfopen_s", &UnsharedOpen);
+  WriteReport(kReport);
+  {
+    const UniqueFileHandle holder(
+        CreateFileW(reportPath.c_str(), GENERIC_READ | GENERIC_WRITE,
+                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
+                    0, nullptr));
+    ASSERT_TRUE(holder);
+    Convert();
+  }
+  EXPECT_FALSE(FileExists(reportPath));
+  EXPECT_EQ(StoreText(), Array(kNewRow));
 }
 
 TEST_F(ReportConversion, DeletesAReportThatDoesNotParse) {
@@ -347,6 +375,34 @@ TEST_F(ReportConversionOfAProgram, StoresNoNameForAPathOutsideAscii) {
   EXPECT_EQ(DisplayNameOf(DeviceFolder() + "Stra\xC3\x9F"
                                            "e.exe"),
             "");
+}
+
+namespace {
+
+std::mutex* g_storeMutex = nullptr;
+std::vector<std::string> g_openings;
+
+/// Notes how a file is opened and whether the store was locked at the time.
+errno_t __cdecl NotedOpen(std::FILE** file, const wchar_t* path, const wchar_t* mode) {
+  const bool isFree = std::async(std::launch::async, [] {
+                        const std::unique_lock attempt(*g_storeMutex, std::try_to_lock);
+                        return attempt.owns_lock();
+                      }).get();
+  g_openings.push_back(std::string(mode, mode + std::wcslen(mode)) +
+                       (isFree ? ", free" : ", locked"));
+  *file = _wfopen(path, mode);
+  return *file != nullptr ? 0 : EACCES;
+}
+
+}  // namespace
+
+TEST_F(ReportConversion, LocksTheStoreWhileItReadsItAndWhileItWritesIt) {
+  WriteStore("[]");
+  g_storeMutex = &helper.storeMutex;
+  g_openings.clear();
+  const Standin::ImportPatch open("_wfopen_s", &NotedOpen);
+  Convert();
+  EXPECT_EQ(g_openings, (std::vector<std::string>{"rb, locked", "wb, locked"}));
 }
 
 // A reader keeps the store open; the report is read meanwhile, and nothing of it is lost.

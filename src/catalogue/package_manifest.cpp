@@ -12,7 +12,7 @@ namespace {
 
 /// The whole file; nothing where it cannot be opened or read, or is too long.
 std::optional<std::string> TryReadFile(const std::wstring& path) {
-  const UniqueFile file = OpenForReading(path);
+  const UniqueFile file = OpenSharedForReading(path);
   if (!file) return std::nullopt;
   const std::int64_t length = LengthBytes(file.get());
   if (length < 0 || length > kLargestManifestBytes) return std::nullopt;

@@ -18,4 +18,8 @@ const rapidjson::Value* TryNumberMember(const rapidjson::Value& value, const cha
   return member != nullptr && member->IsNumber() ? member : nullptr;
 }
 
+std::string TextOf(const rapidjson::Value& text) {
+  return {text.GetString(), text.GetStringLength()};
+}
+
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -2,6 +2,8 @@
 
 #include <rapidjson/document.h>
 
+#include <string>
+
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
 /// The first member of that name; null where `value` is no object or has none.
@@ -11,5 +13,8 @@ const rapidjson::Value* TryMember(const rapidjson::Value& value, const char* nam
 /// missing.
 const rapidjson::Value* TryStringMember(const rapidjson::Value& value, const char* name);
 const rapidjson::Value* TryNumberMember(const rapidjson::Value& value, const char* name);
+
+/// The bytes of a string, zeros included.
+std::string TextOf(const rapidjson::Value& text);
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -119,6 +119,8 @@ DateTime LocalTimeOf(std::int64_t instant) {
 
 UniqueFile OpenForReading(const std::wstring& path) { return Open(path, "rb"); }
 
+UniqueFile OpenSharedForReading(const std::wstring& path) { return OpenForReading(path); }
+
 UniqueFile OpenForWriting(const std::wstring& path) {
   try {
     return MayBeWritten(path) ? Open(path, "wb") : UniqueFile();

@@ -19,6 +19,9 @@ using UniqueFile = Platform::UniqueResource<FilePolicy>;
 /// Binary reading; empty where the file cannot be opened.
 UniqueFile OpenForReading(const std::wstring& path);
 
+/// The same without a word against other programs that hold the file open for writing.
+UniqueFile OpenSharedForReading(const std::wstring& path);
+
 /// Binary writing in place, which cuts the file. Empty where it cannot be opened; a folder or a
 /// link of any kind is never opened, since the write would land wherever it leads.
 UniqueFile OpenForWriting(const std::wstring& path);

@@ -24,6 +24,10 @@ bool MayBeWritten(const std::wstring& path) {
 
 UniqueFile OpenForReading(const std::wstring& path) { return Open(path, L"rb"); }
 
+UniqueFile OpenSharedForReading(const std::wstring& path) {
+  return UniqueFile(_wfopen(path.c_str(), L"rb"));
+}
+
 UniqueFile OpenForWriting(const std::wstring& path) {
   return MayBeWritten(path) ? Open(path, L"wb") : UniqueFile();
 }

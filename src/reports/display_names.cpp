@@ -1,9 +1,9 @@
 #include "reports/display_names.h"
 
-#include <cstring>
 #include <utility>
 
 #include "catalogue/drive_path.h"
+#include "reports/package_match.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
@@ -37,8 +37,7 @@ void DisplayNames::ResolveExecutable(const std::string& appId) {
 // DisplayNames.TakesTheLastMatchingPackageInKeyOrder).
 void DisplayNames::ResolvePackage(const std::string& appId) {
   for (const auto& [packageName, record] : packagedApps_) {
-    const bool matches = std::strncmp(packageName.c_str(), appId.c_str(), packageName.size()) == 0;
-    if (matches) displayNameByAppId_[appId] = record.DisplayName;
+    if (IsPackageOf(packageName, appId)) displayNameByAppId_[appId] = record.DisplayName;
   }
 }
 

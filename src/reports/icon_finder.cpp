@@ -1,20 +1,10 @@
 #include "reports/icon_finder.h"
 
-#include <cstring>
-
 #include "catalogue/drive_path.h"
 #include "catalogue/icon_target.h"
+#include "reports/package_match.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
-
-namespace {
-
-/// An identity ends at its first zero here, as C texts do.
-bool IsPackageOf(const std::string& packageName, const std::string& appId) {
-  return std::strncmp(packageName.c_str(), appId.c_str(), packageName.size()) == 0;
-}
-
-}  // namespace
 
 // Kept on purpose: an empty outcome is not remembered, so that the next row of the same name tries
 // again (test IconFinder.TriesAgainAfterAnEmptyOutcome).

@@ -40,7 +40,8 @@ bool Load(std::FILE* file, std::int64_t length, pugi::xml_document& document) {
 }
 
 bool LoadFile(const std::wstring& path, pugi::xml_document& document) {
-  const UniqueFile file = OpenForReading(path);
+  // Shared: a scanner that holds the report must not cost the rows of a day.
+  const UniqueFile file = OpenSharedForReading(path);
   if (!file) return false;
   const std::int64_t length = LengthBytes(file.get());
   return IsSizeAllowed(length) && Load(file.get(), length, document);

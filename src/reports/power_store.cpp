@@ -9,10 +9,6 @@ namespace Zq::Gantry::Server::Services::Wattleaf {
 
 namespace {
 
-std::string TextOf(const rapidjson::Value& text) {
-  return {text.GetString(), text.GetStringLength()};
-}
-
 void MergeRow(const rapidjson::Value& row, const ReportingPeriod& period, PowerLog& log) {
   const rapidjson::Value* name = TryStringMember(row, kNameKey);
   const rapidjson::Value* displayName = TryStringMember(row, kDisplayNameKey);

@@ -55,10 +55,6 @@ std::int64_t TotalEnergy(const std::vector<CountedRow>& rows) {
   return total;
 }
 
-std::string TextOf(const rapidjson::Value& text) {
-  return {text.GetString(), text.GetStringLength()};
-}
-
 std::optional<NamedRow> TryNamedRow(const rapidjson::Value& element) {
   const rapidjson::Value* name = TryStringMember(element, kNameKey);
   const rapidjson::Value* displayName = TryStringMember(element, kDisplayNameKey);

@@ -118,6 +118,15 @@ TEST_F(RankingOperation, CopiesLogosIntoAFolderThatItMakes) {
   EXPECT_EQ(ReadWholeFile(icons + L"\\Meadow.png"), "the logo");
 }
 
+TEST_F(RankingOperation, UsesADirectoryThatPointsElsewhereAsItStands) {
+  InstallPackage();
+  WriteStore({StoreRow("Alder.App", "Meadow", "1")});
+  const std::wstring icons = folder.File(L"a\\..\\b");
+  EXPECT_EQ(Ask(icons + L"?7"),
+            LR"([{"Name":"Meadow","Icon":")" + InJson(icons) + LR"(\\Meadow.png","Value":100.0}])");
+  EXPECT_EQ(ReadWholeFile(folder.File(L"b\\Meadow.png")), "the logo");
+}
+
 TEST_F(RankingOperation, WritesAnIconAgainAtEachCall) {
   InstallPackage();
   WriteStore({StoreRow("Alder.App", "Meadow", "1")});

@@ -1,5 +1,7 @@
 #include <windows.h>
 
+#include <share.h>
+
 #include <chrono>
 #include <filesystem>
 #include <future>
@@ -7,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include "catalogue/sample_program.h"
 #include "collection/ledger_fixture.h"
 #include "collection/open_helper.h"
 #include "ledger/played_attributes.h"
@@ -16,6 +19,7 @@
 
 using namespace TestSupport;
 using Zq::Gantry::Platform::UniqueFileHandle;
+using Zq::Gantry::Server::Services::Wattleaf::GenericDocument;
 using Zq::Gantry::Server::Services::Wattleaf::PackagedApps;
 
 namespace {
@@ -142,6 +146,32 @@ TEST_F(ReportConversion, NeitherReadsNorDeletesAReportWhoseStatusCannotBeHad) {
   }
   EXPECT_TRUE(FileExists(reportPath));
   EXPECT_EQ(StoreText(), "[]");
+}
+
+namespace {
+
+/// As Windows documents the call: nobody else may write the file meanwhile.
+errno_t __cdecl UnsharedOpen(std::FILE** file, const wchar_t* path, const wchar_t* mode) {
+  *file = _wfsopen(path, mode, _SH_DENYWR);
+  return *file != nullptr ? 0 : EACCES;
+}
+
+}  // namespace
+
+// Another program that lets everybody do everything, as a scanner of files does.
+TEST_F(ReportConversion, ReadsAReportThatAnotherProgramHoldsOpenForWriting) {
+  const Standin::ImportPatch unshared("_wfopen_s", &UnsharedOpen);
+  WriteReport(kReport);
+  {
+    const UniqueFileHandle holder(
+        CreateFileW(reportPath.c_str(), GENERIC_READ | GENERIC_WRITE,
+                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
+                    0, nullptr));
+    ASSERT_TRUE(holder);
+    Convert();
+  }
+  EXPECT_FALSE(FileExists(reportPath));
+  EXPECT_EQ(StoreText(), Array(kNewRow));
 }
 
 TEST_F(ReportConversion, DeletesAReportThatDoesNotParse) {
@@ -294,6 +324,85 @@ TEST_F(ReportConversion, MapsTheSystemDriveOnly) {
                          R"("TimeStamp":"2026-11-14:02:00:00","TotalEnergy":0},)"
                          R"({"Name":"\\Device\\Other\\none.exe","DisplayName":"",)"
                          R"("TimeStamp":"2026-11-14:02:00:00","TotalEnergy":0}])");
+}
+
+namespace {
+
+/// A real program of the data folder, and what a report of this machine calls it.
+class ReportConversionOfAProgram : public ReportConversion {
+ protected:
+  /// The program says of itself that it is "Brook Browser".
+  void CopyProgram(const std::wstring& name) const {
+    const std::string sample = SampleProgram("one.exe");
+    const std::wstring from(sample.begin(), sample.end());
+    EXPECT_TRUE(CopyFileW(from.c_str(), folder.File(name).c_str(), /*bFailIfExists=*/TRUE));
+  }
+
+  /// The device path of the data folder, after `before`.
+  std::string DeviceFolder(const std::string& before = "") {
+    const std::string path(folder.Path().begin(), folder.Path().end());
+    EXPECT_EQ(path.substr(0, 2), "C:");
+    return before + helper.GetDevicePath("C:") + path.substr(2) + "\\";
+  }
+
+  /// The name in the store after a report with one row of this identity.
+  std::string DisplayNameOf(const std::string& appId) {
+    WriteReport("<Report><Row AppId='" + appId + "' TimeStamp='2026-11-14:02:10:46'/></Report>");
+    Convert();
+    GenericDocument store;
+    store.Parse(StoreText().c_str());
+    EXPECT_EQ(store[0]["Name"].GetString(), appId);
+    return store[0]["DisplayName"].GetString();
+  }
+};
+
+}  // namespace
+
+TEST_F(ReportConversionOfAProgram, StoresWhatItsVersionResourceSays) {
+  CopyProgram(L"program.exe");
+  EXPECT_EQ(DisplayNameOf(DeviceFolder() + "program.exe"), "Brook Browser");
+}
+
+TEST_F(ReportConversionOfAProgram, StoresNoNameForAPathThatHoldsThePrefixFurtherOn) {
+  CopyProgram(L"program.exe");
+  EXPECT_EQ(DisplayNameOf(DeviceFolder("\\Device\\Mup") + "program.exe"), "");
+}
+
+// The path reaches the narrow calls as UTF-8, and they take it in the code page of the system.
+TEST_F(ReportConversionOfAProgram, StoresNoNameForAPathOutsideAscii) {
+  if (GetACP() == CP_UTF8) GTEST_SKIP() << "with this code page the file is found";
+  CopyProgram(L"Stra\x00DF\x0065.exe");
+  EXPECT_EQ(DisplayNameOf(DeviceFolder() + "Stra\xC3\x9F"
+                                           "e.exe"),
+            "");
+}
+
+namespace {
+
+std::mutex* g_storeMutex = nullptr;
+std::vector<std::string> g_openings;
+
+/// Notes how a file is opened and whether the store was locked at the time.
+errno_t __cdecl NotedOpen(std::FILE** file, const wchar_t* path, const wchar_t* mode) {
+  const bool isFree = std::async(std::launch::async, [] {
+                        const std::unique_lock attempt(*g_storeMutex, std::try_to_lock);
+                        return attempt.owns_lock();
+                      }).get();
+  g_openings.push_back(std::string(mode, mode + std::wcslen(mode)) +
+                       (isFree ? ", free" : ", locked"));
+  *file = _wfopen(path, mode);
+  return *file != nullptr ? 0 : EACCES;
+}
+
+}  // namespace
+
+TEST_F(ReportConversion, LocksTheStoreWhileItReadsItAndWhileItWritesIt) {
+  WriteStore("[]");
+  g_storeMutex = &helper.storeMutex;
+  g_openings.clear();
+  const Standin::ImportPatch open("_wfopen_s", &NotedOpen);
+  Convert();
+  EXPECT_EQ(g_openings, (std::vector<std::string>{"rb, locked", "wb, locked"}));
 }
 
 // A reader keeps the store open; the report is read meanwhile, and nothing of it is lost.

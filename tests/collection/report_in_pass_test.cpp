@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "catalogue/played_packages.h"
 #include "collection/open_helper.h"
 #include "collection/played_tool.h"
 #include "import_patch.h"
@@ -42,6 +43,7 @@ class ReportInPass : public testing::Test {
 
   const TempFolder folder;
   LogCapture log;
+  PlayedPackages packages;
   PlayedTool tool;
   ImportPatch patchedSleep{"Sleep", &PlayedSleep};
   OpenHelper helper;

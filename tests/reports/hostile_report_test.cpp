@@ -75,9 +75,9 @@ TEST_F(HostileReport, MayHaveAMillionAttributes) {
   EXPECT_EQ(Rows(), kOneRow);
 }
 
-TEST_F(HostileReport, MayHoldSixteenMillionMarks) {
+TEST_F(HostileReport, MayHoldEightMillionMarks) {
   // The root has two of "<"; the row three, and as many of "=".
-  const std::size_t rest = 16'000'000 - 8;
+  const std::size_t rest = 8'000'000 - 8;
   Read(Report(kRow + std::string(rest + 1, '=')));
   EXPECT_EQ(Rows(), "");
   Read(Report(kRow + std::string(rest, '=')));

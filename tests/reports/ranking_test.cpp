@@ -139,12 +139,13 @@ TEST(Ranking, MakesNoIconForARowOutsideThePeriod) {
 }
 
 TEST(Ranking, TakesItsStepsIn32BitFloat) {
-  // 16777231 reads 16777232 in 32 bits, times 100 is 1677723264; in double precision, or divided
-  // first, the last digit is another. The second row fills the total up to 50331658.
+  // 54979474 reads 54979472 in 32 bits, times 100 is 5497947136, a multiple of 512, and the total
+  // of 89395689 reads 89395688. In double precision, multiplied as a whole number or divided first,
+  // the last digits are others.
   const Ranking ranking =
-      PlayedRanking().Rank({StoreRow("a", "A", "16777231"), StoreRow("b", "B", "33554427")});
+      PlayedRanking().Rank({StoreRow("a", "A", "54979474"), StoreRow("b", "B", "34416215")});
   ASSERT_EQ(ranking.size(), 2U);
-  EXPECT_EQ(ranking[1].Value, 33.33335876464844F);
+  EXPECT_EQ(ranking[0].Value, 61.50125503540039F);
 }
 
 TEST(Ranking, AddsSharesIn32BitFloat) {

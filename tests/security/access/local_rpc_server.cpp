@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cstdint>
+#include <cstring>
 #include <string>
 #include <utility>
 
@@ -15,6 +17,7 @@ namespace {
 
 using Zq::Gantry::Platform::UniqueHandle;
 
+constexpr std::size_t kClientPidOffset = 64;
 constexpr DWORD kLongestCallMilliseconds = 30'000;
 constexpr DWORD kLongestEndMilliseconds = 10'000;
 
@@ -109,6 +112,19 @@ void LocalRpcServer::WaitForClient() {
   GetExitCodeProcess(client_.get(), &status);
   EXPECT_EQ(status, 0U) << "of the client";
   client_.reset();
+}
+
+RPC_STATUS TellClient(unsigned long& client) {
+  return I_RpcBindingInqLocalClientPID(/*binding=*/nullptr, &client);
+}
+
+RPC_STATUS RPC_ENTRY AnswerWithTheTrueClient(RPC_BINDING_HANDLE, void* attributes) {
+  unsigned long client = 0;
+  const RPC_STATUS status = TellClient(client);
+  if (status != RPC_S_OK) return status;
+  const std::uint64_t wide = client;
+  std::memcpy(static_cast<unsigned char*>(attributes) + kClientPidOffset, &wide, sizeof(wide));
+  return RPC_S_OK;
 }
 
 }  // namespace TestSupport

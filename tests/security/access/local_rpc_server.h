@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <rpc.h>
+
 #include <functional>
 
 #include "platform/win32/owners.h"
@@ -40,5 +42,11 @@ class LocalRpcServer {
   DWORD clientId_ = 0;
   Zq::Gantry::Platform::UniqueHandle served_;  // an event: the work is done
 };
+
+/// The process that the calling thread serves, as the runtime tells it.
+RPC_STATUS TellClient(unsigned long& client);
+
+/// RpcServerInqCallAttributesW for systems that lack it: the client that the runtime tells.
+RPC_STATUS RPC_ENTRY AnswerWithTheTrueClient(RPC_BINDING_HANDLE binding, void* attributes);
 
 }  // namespace TestSupport

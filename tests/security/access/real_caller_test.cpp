@@ -25,26 +25,14 @@ using testing::ElementsAre;
 using testing::EndsWith;
 using testing::IsEmpty;
 using testing::StartsWith;
+using TestSupport::AnswerWithTheTrueClient;
 using TestSupport::LocalRpcServer;
 using TestSupport::LogCapture;
 using TestSupport::LogRecord;
+using TestSupport::TellClient;
 
 constexpr wchar_t kName[] = L"Some.App_q7m3xk2tdw9pa";
 constexpr std::size_t kClientPidOffset = 64;
-
-/// The process that the calling thread serves, as the runtime tells it.
-RPC_STATUS TellClient(unsigned long& client) {
-  return I_RpcBindingInqLocalClientPID(/*binding=*/nullptr, &client);
-}
-
-RPC_STATUS RPC_ENTRY AnswerWithTheTrueClient(RPC_BINDING_HANDLE, void* attributes) {
-  unsigned long client = 0;
-  const RPC_STATUS status = TellClient(client);
-  if (status != RPC_S_OK) return status;
-  const std::uint64_t wide = client;
-  std::memcpy(static_cast<unsigned char*>(attributes) + kClientPidOffset, &wide, sizeof(wide));
-  return RPC_S_OK;
-}
 
 /// Whether the calling thread acts as somebody else.
 bool ActsAsAnother() {

@@ -3,9 +3,9 @@
 #include <memory>
 
 #include "export.h"
+#include "security/access/client_manifest_criteria.h"
 #include "security/access/exemption_white_lists.h"
 #include "security/access/gantry_access_exception.h"
-#include "security/access/manifest_exemption.h"
 
 namespace Zq::Gantry::Security {
 

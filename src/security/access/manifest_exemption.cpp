@@ -29,13 +29,6 @@ void FoldLetters(std::wstring& text) {
 
 }  // namespace
 
-IClientWithNoZqManifestCheckCriteria::IClientWithNoZqManifestCheckCriteria() = default;
-IClientWithNoZqManifestCheckCriteria::IClientWithNoZqManifestCheckCriteria(
-    const IClientWithNoZqManifestCheckCriteria& other) = default;
-IClientWithNoZqManifestCheckCriteria& IClientWithNoZqManifestCheckCriteria::operator=(
-    const IClientWithNoZqManifestCheckCriteria& other) = default;
-IClientWithNoZqManifestCheckCriteria::~IClientWithNoZqManifestCheckCriteria() = default;
-
 UwpCheck::UwpWithNoZqManifestCheckBasedOnMajorAndMinorVersion(
     std::shared_ptr<std::vector<UwpMatchingDescriptor>> list,
     std::shared_ptr<UwpInformation> client)

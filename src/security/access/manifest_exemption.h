@@ -5,22 +5,11 @@
 
 #include "export.h"
 #include "security/access/client_information.h"
+#include "security/access/client_manifest_criteria.h"
 #include "security/access/matching_descriptor.h"
 
-// Who judges whether a client needs no manifest. No locks: one question at a time for an object.
+// The two judges of whether a client needs no manifest. No locks: one question at a time for an object.
 namespace Zq::Gantry::Security {
-
-/// The order of the virtual operations is a contract.
-class WATTLEAF_API IClientWithNoZqManifestCheckCriteria {
- public:
-  IClientWithNoZqManifestCheckCriteria();
-  IClientWithNoZqManifestCheckCriteria(const IClientWithNoZqManifestCheckCriteria& other);
-  IClientWithNoZqManifestCheckCriteria& operator=(
-      const IClientWithNoZqManifestCheckCriteria& other);
-
-  virtual ~IClientWithNoZqManifestCheckCriteria();
-  virtual bool IsAnException() = 0;
-};
 
 /// Exempts a Store application whose family name stands in the list, up to the row's version. Copies
 /// share list and client.

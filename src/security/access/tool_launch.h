@@ -7,6 +7,10 @@
 
 namespace Zq::Gantry::Security {
 
+/// Whether a row admits a caller of this package family. An empty family is nobody's, and a row that
+/// names no families admits everybody.
+bool AdmitsFamily(const ToolLaunchRule& rule, const std::wstring& family);
+
 /// A client's wish to start a tool.
 struct ToolLaunchRequest {
   const wchar_t* toolPath;     ///< with or without variables; null names no tool

@@ -1,6 +1,6 @@
 #include <algorithm>
 
-#include "security/access/tool_launch_table.h"
+#include "security/access/tool_launch.h"
 
 namespace Zq::Gantry::Security {
 

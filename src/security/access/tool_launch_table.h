@@ -25,7 +25,4 @@ using ToolLaunchRules = std::map<std::wstring, ToolLaunchRule>;
 
 extern WATTLEAF_API const ToolLaunchRules ToolLaunchTable;
 
-/// Whether a caller of this package family is one of the row's. An empty family is nobody's.
-bool AdmitsFamily(const ToolLaunchRule& rule, const std::wstring& family);
-
 }  // namespace Zq::Gantry::Security

@@ -1,5 +1,5 @@
-// Asks the library's security layer what a host asks it: whether a client needs no manifest, whether
-// a file is trusted, and whether a client may start a tool of the system.
+// Asks the library's security layer what a host asks it: whether a client needs no manifest,
+// whether a file is trusted, and whether a client may start a tool of the system.
 //
 //   access_client [FILE]
 //
@@ -32,7 +32,7 @@ bool IsExemptStoreClient(std::uint16_t major, std::uint16_t minor) {
   Security::GantryAccessManager manager;
   manager.SetUwpChecker(
       std::make_shared<Security::UwpWithNoZqManifestCheckBasedOnMajorAndMinorVersion>(list,
-                                                                                     client));
+                                                                                      client));
   return manager.IsUwpExempt();
 }
 
@@ -43,7 +43,7 @@ bool IsExemptProgram(const wchar_t* name, std::uint16_t major, std::uint16_t min
   Security::GantryAccessManager manager;
   manager.SetWin32Checker(
       std::make_shared<Security::Win32WithNoZqManifestCheckBasedOnMajorAndMinorVersion>(list,
-                                                                                       client));
+                                                                                        client));
   return manager.IsWin32Exempt();
 }
 

@@ -1,6 +1,7 @@
 // Part of a second form of the Logging.dll stand-in, for programs that link the library and know
-// nothing of stand-ins. The library cannot be loaded without Logging.dll, so what the system lacks is
-// played from here: the calls of played_calls.h, in the library's import table, while it is loaded.
+// nothing of stand-ins. The library cannot be loaded without Logging.dll, so what the system lacks
+// is played from here: the calls of played_calls.h, in the library's import table, while it is
+// loaded.
 
 #include <windows.h>
 

@@ -10,8 +10,8 @@
 namespace Zq::Gantry::Security {
 
 /// Says whether a client is exempt from having a signed manifest. For a call: fill the client's
-/// information, take the list with GetExemption, make the checker, install it here, ask. Copies share
-/// everything. No lock: setting and asking must not run beside each other on one manager.
+/// information, take the list with GetExemption, make the checker, install it here, ask. Copies
+/// share everything. No lock: setting and asking must not run beside each other on one manager.
 class WATTLEAF_API GantryAccessManager {
  public:
   GantryAccessManager();

@@ -6,8 +6,8 @@
 #include "export.h"
 
 // A client of the host: a packaged Store application or a classic program. The same types describe
-// who is calling and which clients stand on a white list. Plain values; the order of the fields is a
-// contract with the host.
+// who is calling and which clients stand on a white list. Plain values; the order of the fields is
+// a contract with the host.
 namespace Zq::Gantry::Server {
 
 /// Scoped, since the two kinds are also the names of namespaces.

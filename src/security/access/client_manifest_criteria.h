@@ -4,7 +4,8 @@
 
 namespace Zq::Gantry::Security {
 
-/// Who judges whether a client needs no manifest. The order of the virtual operations is a contract.
+/// Who judges whether a client needs no manifest. The order of the virtual operations is a
+/// contract.
 class WATTLEAF_API IClientWithNoZqManifestCheckCriteria {
  public:
   virtual ~IClientWithNoZqManifestCheckCriteria() = default;

@@ -11,8 +11,8 @@ namespace Zq::Gantry::Security {
 
 class WATTLEAF_API UwpWithNoZQManifestExemptionWhiteList {
  public:
-  /// A copy of the list that belongs to the caller: changing it reaches neither the list nor another
-  /// copy. Never null. From any thread.
+  /// A copy of the list that belongs to the caller: changing it reaches neither the list nor
+  /// another copy. Never null. From any thread.
   static std::shared_ptr<std::vector<UwpMatchingDescriptor>> GetExemption();
 
  private:

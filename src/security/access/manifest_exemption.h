@@ -8,11 +8,12 @@
 #include "security/access/client_manifest_criteria.h"
 #include "security/access/matching_descriptor.h"
 
-// The two judges of whether a client needs no manifest. No locks: one question at a time for an object.
+// The two judges of whether a client needs no manifest. No locks: one question at a time for an
+// object.
 namespace Zq::Gantry::Security {
 
-/// Exempts a Store application whose family name stands in the list, up to the row's version. Copies
-/// share list and client.
+/// Exempts a Store application whose family name stands in the list, up to the row's version.
+/// Copies share list and client.
 class WATTLEAF_API UwpWithNoZqManifestCheckBasedOnMajorAndMinorVersion
     : public IClientWithNoZqManifestCheckCriteria {
  public:

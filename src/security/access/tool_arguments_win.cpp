@@ -26,7 +26,9 @@ std::optional<std::vector<std::wstring>> TrySplit(const std::wstring& commandLin
   return std::vector<std::wstring>(words + 1, words + count);
 }
 
-bool IsSwitch(const std::wstring& argument) { return !argument.empty() && argument.front() == L'/'; }
+bool IsSwitch(const std::wstring& argument) {
+  return !argument.empty() && argument.front() == L'/';
+}
 
 // Kept on purpose: the signature is asked of the text as it stands, the place of the text with its
 // variables expanded (test ToolArguments.AsksTheSignatureOfTheTextAndThePlaceOfItsExpansion).

@@ -7,8 +7,8 @@
 
 namespace Zq::Gantry::Security {
 
-/// Whether a row admits a caller of this package family. An empty family is nobody's, and a row that
-/// names no families admits everybody.
+/// Whether a row admits a caller of this package family. An empty family is nobody's, and a row
+/// that names no families admits everybody.
 bool AdmitsFamily(const ToolLaunchRule& rule, const std::wstring& family);
 
 /// A client's wish to start a tool.

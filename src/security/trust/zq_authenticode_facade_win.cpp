@@ -24,7 +24,8 @@ bool IsSignedByDropbox(const wchar_t* path) {
     LogManager::GetLogger()->LogError(L"Dropbox file is not trusted by windows.");
     return false;
   }
-  // From the first yes on nothing is allocated: a failure in between must not leave that yes behind.
+  // From the first yes on nothing is allocated: a failure in between must not leave that yes
+  // behind.
   return Helper::SubjectsMatch(std::move(signatures), std::move(wanted));
 }
 
@@ -44,8 +45,8 @@ bool ZQAuthenticodeFacade::IsDropboxFileTrusted(const wchar_t* path) {
   try {
     trusted = IsSignedByDropbox(path);
   } catch (const std::exception& failure) {
-    LogManager::GetLogger()->LogError(
-        L"Problem while validating certificates from Dropbox. %S", failure.what());
+    LogManager::GetLogger()->LogError(L"Problem while validating certificates from Dropbox. %S",
+                                      failure.what());
   }
   return trusted && Helper::IsPathAllowed(path);
 }

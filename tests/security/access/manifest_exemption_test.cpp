@@ -45,9 +45,9 @@ struct VersionRow {
 
 TEST(UwpExemption, HoldsUpToTheLimitOfTheRow) {
   const VersionRow rows[] = {
-      {0, 0, true},  {0, 65535, true}, {1, 9, true},  {1, 65535, true},    {2, 0, true},
-      {2, 1, false}, {2, 10, false},   {3, 0, false}, {65535, 0, false},   {65535, 65535, false},
-      {10, 0, false}, {20, 0, false},
+      {0, 0, true},      {0, 65535, true},      {1, 9, true},   {1, 65535, true},
+      {2, 0, true},      {2, 1, false},         {2, 10, false}, {3, 0, false},
+      {65535, 0, false}, {65535, 65535, false}, {10, 0, false}, {20, 0, false},
   };
   for (const VersionRow& row : rows) {
     EXPECT_EQ(IsExemptStoreClient(kFamily, row.major, row.minor), row.exempt)
@@ -57,9 +57,9 @@ TEST(UwpExemption, HoldsUpToTheLimitOfTheRow) {
 
 TEST(Win32Exemption, HoldsUpToTheLimitOfEachRow) {
   const VersionRow rows[] = {
-      {0, 0, true}, {7, 99, true},  {7, 65535, true}, {8, 0, true},      {8, 8, true},
-      {8, 9, true}, {8, 10, false}, {8, 65535, false}, {9, 0, false},    {10, 0, false},
-      {80, 0, false}, {65535, 65535, false},
+      {0, 0, true},  {7, 99, true},  {7, 65535, true}, {8, 0, true},
+      {8, 8, true},  {8, 9, true},   {8, 10, false},   {8, 65535, false},
+      {9, 0, false}, {10, 0, false}, {80, 0, false},   {65535, 65535, false},
   };
   for (const wchar_t* name : {L"latchwardenuwp", L"zqlatchwardennote", L"latchwardenqfr"}) {
     for (const VersionRow& row : rows) {
@@ -90,14 +90,14 @@ TEST(UwpExemption, ComparesTheFamilyNameExactly) {
 TEST(UwpExemption, ComparesPastAZeroCharacter) {
   auto client = StoreClient(kFamily, 1, 0);
   client->FamilyName += std::wstring(L"\0x", 2);
-  EXPECT_FALSE(StoreCheck(UwpWithNoZQManifestExemptionWhiteList::GetExemption(), client)
-                   .IsAnException());
+  EXPECT_FALSE(
+      StoreCheck(UwpWithNoZQManifestExemptionWhiteList::GetExemption(), client).IsAnException());
 }
 
 TEST(UwpExemption, DoesNotTouchItsClient) {
   const auto client = StoreClient(L"Some.Family_ABC", 1, 0);
-  EXPECT_FALSE(StoreCheck(UwpWithNoZQManifestExemptionWhiteList::GetExemption(), client)
-                   .IsAnException());
+  EXPECT_FALSE(
+      StoreCheck(UwpWithNoZQManifestExemptionWhiteList::GetExemption(), client).IsAnException());
   EXPECT_EQ(client->FamilyName, L"Some.Family_ABC");
   EXPECT_EQ(client->Name, L"C7E40B19.ZQLumenGuard");
 }
@@ -127,8 +127,8 @@ TEST(Win32Exemption, FoldsAToZAndNothingElse) {
   const std::wstring name(L"@AZ[`az{\x00C4\x00D6\x0130\x0410\x212A\xFF21\x0000Q", 16);
   const std::wstring folded(L"@az[`az{\x00C4\x00D6\x0130\x0410\x212A\xFF21\x0000q", 16);
   const auto client = std::make_shared<Win32Information>(name, 1, 0);
-  EXPECT_FALSE(
-      ProgramCheck(Win32WithNoZQManifestExemptionWhiteList::GetExemption(), client).IsAnException());
+  EXPECT_FALSE(ProgramCheck(Win32WithNoZQManifestExemptionWhiteList::GetExemption(), client)
+                   .IsAnException());
   EXPECT_EQ(client->Name, folded);
 }
 
@@ -141,8 +141,8 @@ TEST(Win32Exemption, ARowWithCapitalsMatchesNobody) {
 
 TEST(UwpExemption, IsFalseWithoutListOrClient) {
   EXPECT_FALSE(StoreCheck(nullptr, StoreClient(kFamily, 1, 0)).IsAnException());
-  EXPECT_FALSE(StoreCheck(UwpWithNoZQManifestExemptionWhiteList::GetExemption(), nullptr)
-                   .IsAnException());
+  EXPECT_FALSE(
+      StoreCheck(UwpWithNoZQManifestExemptionWhiteList::GetExemption(), nullptr).IsAnException());
   EXPECT_FALSE(StoreCheck(nullptr, nullptr).IsAnException());
   EXPECT_FALSE(
       StoreCheck(std::make_shared<StoreRows>(), StoreClient(kFamily, 1, 0)).IsAnException());
@@ -183,8 +183,8 @@ TEST(UwpExemption, ReadsNeitherOperationNorBuildNorRevision) {
 
 TEST(Win32Exemption, ReadsNoDetail) {
   const auto client = std::make_shared<Win32Information>(L"latchwardenqfr", L"detail", 8, 9);
-  EXPECT_TRUE(
-      ProgramCheck(Win32WithNoZQManifestExemptionWhiteList::GetExemption(), client).IsAnException());
+  EXPECT_TRUE(ProgramCheck(Win32WithNoZQManifestExemptionWhiteList::GetExemption(), client)
+                  .IsAnException());
 }
 
 TEST(UwpExemption, CopiesShareListAndClient) {

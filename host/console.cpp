@@ -2,12 +2,18 @@
 
 #include <fcntl.h>
 #include <io.h>
+#include <share.h>
 #include <stdlib.h>
+#include <sys/stat.h>
 #include <time.h>
 #include <windows.h>
 
 #include <cstdio>
+#include <string>
 #include <utility>
+
+#include "places.h"
+#include "wide_text.h"
 
 namespace WattleafHost {
 
@@ -24,6 +30,16 @@ bool IsTerminal(DWORD standardHandle) {
 std::FILE*& OwnOutput() {
   static std::FILE* file = stdout;
   return file;
+}
+
+/// Below 0 where the log goes to standard error.
+int OpenLogForAppending() {
+  const std::wstring path = ToWide(LogFile());
+  if (path.empty()) return -1;
+  int file = -1;
+  const int mode = _O_WRONLY | _O_CREAT | _O_APPEND | _O_BINARY;
+  const int failed = _wsopen_s(&file, path.c_str(), mode, _SH_DENYNO, _S_IREAD | _S_IWRITE);
+  return failed == 0 ? file : -1;
 }
 
 }  // namespace
@@ -47,7 +63,11 @@ void KeepOutputToOurselves() {
   const int kept = _dup(_fileno(stdout));
   if (kept < 0) return;
   OwnOutput() = _fdopen(kept, "wb");
-  _dup2(_fileno(stderr), _fileno(stdout));
+  const int log = OpenLogForAppending();
+  _dup2(log < 0 ? _fileno(stderr) : log, _fileno(stdout));
+  if (log >= 0) _close(log);
+  // Otherwise its lines would stand behind those that the log gets meanwhile.
+  std::setvbuf(stdout, nullptr, _IONBF, 0);
 }
 
 void Print(const std::string& text) {

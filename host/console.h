@@ -12,7 +12,7 @@ void PrepareConsole();
 void UseSystemZone();
 
 /// From now on standard output is this program's alone: what the service and the tools that it
-/// starts write there goes to standard error.
+/// starts write there goes to the log, in its place among the log's lines.
 void KeepOutputToOurselves();
 
 /// UTF-8 to standard output, as it stands.

@@ -2,7 +2,9 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <string_view>
@@ -33,13 +35,21 @@ VersionBlock ReadVersionBlock(const std::string& path) {
   return block;
 }
 
+/// `length`, or what is left of the block behind `value` if that is less.
+std::size_t WithinBlock(const VersionBlock& block, const void* value, std::size_t length) {
+  const auto start = reinterpret_cast<std::uintptr_t>(block.data());
+  const auto offset = reinterpret_cast<std::uintptr_t>(value) - start;
+  return offset < block.size() ? std::min(length, block.size() - offset) : length;
+}
+
 /// The value behind a key of the resource, with as many units as the call tells, for data bytes and
-/// for texts characters; empty if there is none.
+/// for texts characters; empty if there is none. The call may pass on a length that the
+/// executable's author made up, so the block bounds it too.
 std::string_view Query(const VersionBlock& block, const char* key) {
   void* value = nullptr;
   UINT length = 0;
   if (!VerQueryValueA(block.data(), key, &value, &length) || value == nullptr) return {};
-  return std::string_view(static_cast<const char*>(value), length);
+  return std::string_view(static_cast<const char*>(value), WithinBlock(block, value, length));
 }
 
 std::vector<Translation> Translations(const VersionBlock& block) {

@@ -4,7 +4,6 @@
 #include <exception>
 #include <filesystem>
 #include <fstream>
-#include <stdexcept>
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
@@ -16,27 +15,18 @@ constexpr wchar_t kManifestName[] = L"\\AppxManifest.xml";
 constexpr wchar_t kScaleVariant[] = L".scale-100";
 constexpr wchar_t kSizeVariant[] = L"44x44";
 
-/// The message is fixed: standard libraries word theirs differently.
-fs::directory_iterator OpenDirectory(const fs::path& directory) {
-  std::error_code error;
-  fs::directory_iterator entries(directory, error);
-  if (error) throw std::runtime_error("directory_iterator::directory_iterator");
-  return entries;
-}
+/// Fixed, whatever failed: standard libraries word their messages differently.
+constexpr char kScanFailed[] =
+    "Error resolving icon path: directory_iterator::directory_iterator\n";
 
 /// The first regular file with `part` in its name, in the directory's own order.
 std::wstring FindFileNamed(const fs::path& directory, const std::wstring& part) {
-  for (const fs::directory_entry& entry : OpenDirectory(directory)) {
+  for (const fs::directory_entry& entry : fs::directory_iterator(directory)) {
     if (!entry.is_regular_file()) continue;
     const std::wstring name = entry.path().filename().wstring();
     if (name.find(part) != std::wstring::npos) return entry.path().wstring();
   }
   return {};
-}
-
-void TellScanFailure(const char* message) {
-  const std::string line = std::string("Error resolving icon path: ") + message + "\n";
-  std::fputs(line.c_str(), stderr);
 }
 
 bool CanBeOpened(const std::wstring& path) { return std::wifstream(fs::path(path)).good(); }
@@ -50,8 +40,8 @@ std::wstring FindLogoVariant(const std::wstring& installedPath, const std::wstri
   try {
     resolved = FindFileNamed(directory, named.stem().wstring() + kScaleVariant);
     if (resolved.empty()) resolved = FindFileNamed(directory, kSizeVariant);
-  } catch (const std::exception& failure) {
-    TellScanFailure(failure.what());
+  } catch (const std::exception&) {
+    std::fputs(kScanFailed, stderr);
   }
   return resolved;
 }

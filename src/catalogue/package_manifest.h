@@ -7,7 +7,7 @@
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
 /// A larger manifest counts as unreadable: whoever made the package wrote it.
-inline constexpr std::int64_t kLargestManifestBytes = 16 * 1024 * 1024;
+inline constexpr std::int64_t kLargestManifestBytes = 4 * 1024 * 1024;
 
 /// The small logo that a manifest names for its first application, relative to the package's
 /// directory; an attribute without a value is an empty text. Nothing where the file cannot be read

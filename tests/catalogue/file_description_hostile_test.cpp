@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
 #include <memory>
 #include <string>
@@ -28,6 +29,11 @@ class PlayedVersion {
     values_[key] = {std::make_unique<std::vector<char>>(bytes.begin(), bytes.end()), length};
   }
   void AddNull(const std::string& key, UINT length) { values_[key] = {nullptr, length}; }
+  /// The last bytes of the block itself, told to be `length` long.
+  void AddAtTheBlocksEnd(const std::string& key, const std::string& bytes, UINT length) {
+    Add(key, bytes, length);
+    values_[key].isInBlock = true;
+  }
 
   DWORD size = 64;
   BOOL read = TRUE;
@@ -39,6 +45,7 @@ class PlayedVersion {
   struct Value {
     std::unique_ptr<std::vector<char>> bytes;
     UINT length = 0;
+    bool isInBlock = false;
   };
 
   static DWORD WINAPI Size(const char*, DWORD*) {
@@ -51,13 +58,19 @@ class PlayedVersion {
     EXPECT_NE(block, nullptr);
     return current_->read;
   }
-  static BOOL WINAPI Query(const void*, const char* key, void** value, UINT* length) {
+  static BOOL WINAPI Query(const void* block, const char* key, void** value, UINT* length) {
     current_->asked.push_back(key);
     const auto found = current_->values_.find(key);
     if (found == current_->values_.end()) return FALSE;
-    *value = found->second.bytes ? found->second.bytes->data() : nullptr;
-    *length = found->second.length;
+    const Value& told = found->second;
+    *value = told.bytes ? told.bytes->data() : nullptr;
+    if (told.isInBlock) *value = PutAtTheEnd(block, *told.bytes);
+    *length = told.length;
     return TRUE;
+  }
+  static void* PutAtTheEnd(const void* block, const std::vector<char>& bytes) {
+    char* place = static_cast<char*>(const_cast<void*>(block)) + current_->size - bytes.size();
+    return std::copy(bytes.begin(), bytes.end(), place) - bytes.size();
   }
 
   static inline PlayedVersion* current_ = nullptr;
@@ -141,6 +154,14 @@ TEST(GetFileDescriptionOf, AListIsReadInWholeEntriesOnly) {
     EXPECT_EQ(GetFileDescription("x"), "") << length;
     EXPECT_EQ(version.asked.size(), 2u) << length;
   }
+}
+
+TEST(GetFileDescriptionOf, LengthsBeyondTheResourceEndWithIt) {
+  PlayedVersion version;
+  version.AddAtTheBlocksEnd(kList, kGermanEntry + kEnglishEntry, 65'535);
+  version.AddAtTheBlocksEnd(kEnglish, "Meadow", 65'535);
+  EXPECT_EQ(GetFileDescription("x"), "Meadow");
+  EXPECT_EQ(version.asked, (std::vector<std::string>{kList, kGerman, kEnglish}));
 }
 
 TEST(GetFileDescriptionOf, ValuesWithoutAPlaceCountAsMissing) {

@@ -31,6 +31,7 @@ Gdiplus::Status WINAPI GdiplusCalls::Start(ULONG_PTR* token,
 
 void WINAPI GdiplusCalls::Stop(ULONG_PTR token) {
   ++current_->stopped;
+  if (current_->disposed != current_->bitmaps) current_->stoppedUnderImages = true;
   current_->stop_.Original<decltype(Stop)>()(token);
 }
 

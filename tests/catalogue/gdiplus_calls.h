@@ -31,6 +31,7 @@ class GdiplusCalls {
   int stopped = 0;
   int bitmaps = 0;  // made
   int disposed = 0;
+  bool stoppedUnderImages = false;
   int saves = 0;
   UINT32 startVersion = 0;
   bool startedPlainly = false;  // no debug callback, nothing suppressed

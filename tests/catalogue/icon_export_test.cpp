@@ -18,6 +18,7 @@
 using Standin::ImportPatch;
 using TestSupport::FileExists;
 using TestSupport::GdiplusCalls;
+using TestSupport::Narrow;
 using TestSupport::TempFolder;
 using Zq::Gantry::Server::Services::Wattleaf::ExportAppIcon;
 
@@ -65,12 +66,6 @@ std::string Buffer(const std::string& text) {
   std::string buffer = text;
   buffer.resize(260, '\0');
   return buffer;
-}
-
-std::string Narrow(const std::wstring& ascii) {
-  std::string text;
-  for (const wchar_t c : ascii) text += static_cast<char>(c);
-  return text;
 }
 
 }  // namespace

@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <future>
+#include <string>
+
 #include "catalogue/gdiplus_calls.h"
 #include "catalogue/png_file.h"
 #include "catalogue/sample_program.h"
@@ -63,6 +67,7 @@ TEST(SaveIconAsPng, StartsAndStopsTheLibraryForEachIcon) {
   EXPECT_TRUE(calls.startedPlainly);
   EXPECT_EQ(calls.bitmaps, 2);
   EXPECT_EQ(calls.disposed, 2);
+  EXPECT_FALSE(calls.stoppedUnderImages);
 }
 
 TEST(SaveIconAsPng, SavesThroughThePngCodecWithoutParameters) {
@@ -74,4 +79,22 @@ TEST(SaveIconAsPng, SavesThroughThePngCodecWithoutParameters) {
   EXPECT_EQ(calls.savePath, folder.File(L"a.png"));
   EXPECT_TRUE(IsEqualGUID(calls.saveCodec, kPngCodec));
   EXPECT_EQ(calls.saveParameters, nullptr);
+}
+
+TEST(SaveIconAsPng, OnSeveralThreadsAtOnceWritesEachFile) {
+  const TempFolder folder;
+  const auto icon = SampleIcon();
+  std::array<std::future<int>, 4> threads;
+  for (std::size_t n = 0; n < threads.size(); ++n) {
+    const std::wstring path = folder.File(std::to_wstring(n) + L".png");
+    threads[n] = std::async(std::launch::async, [&icon, path] {
+      int saved = 0;
+      for (int i = 0; i < 10; ++i) saved += SaveIconAsPng(icon.get(), path) ? 1 : 0;
+      return saved;
+    });
+  }
+  for (auto& thread : threads) EXPECT_EQ(thread.get(), 10);
+  for (std::size_t n = 0; n < threads.size(); ++n) {
+    EXPECT_EQ(ReadPng(folder.File(std::to_wstring(n) + L".png")).middle, 0xFFE62E3Du) << n;
+  }
 }

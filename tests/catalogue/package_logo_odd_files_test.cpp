@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "catalogue/package_logo.h"
 #include "ledger/scratch_folder.h"
@@ -9,6 +11,28 @@
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 using TestSupport::ScratchFolder;
 using TestSupport::WriteBytes;
+
+namespace {
+
+/// What was written to standard error.
+class CapturedError {
+ public:
+  CapturedError() { testing::internal::CaptureStderr(); }
+  std::string Text() { return testing::internal::GetCapturedStderr(); }
+};
+
+std::string LogoNumber(int number) { return "logo" + std::to_string(number) + "x"; }
+
+/// Entries in the directory's own order.
+std::vector<std::string> NamesIn(const std::filesystem::path& directory) {
+  std::vector<std::string> names;
+  for (const auto& entry : std::filesystem::directory_iterator(directory)) {
+    names.push_back(entry.path().filename().string());
+  }
+  return names;
+}
+
+}  // namespace
 
 TEST(OddPackageLogo, TakesADirectoryNameThatCanBeOpened) {
   const ScratchFolder folder;
@@ -20,13 +44,54 @@ TEST(OddPackageLogo, TakesADirectoryNameThatCanBeOpened) {
   EXPECT_FALSE(asked);
 }
 
-TEST(OddPackageLogo, OtherFailuresOfTheScanAreToldInTheirOwnWords) {
+TEST(OddPackageLogo, AnyFailureOfTheScanIsToldInTheSameWords) {
   const ScratchFolder folder;
   std::filesystem::create_symlink("loop", folder.File("loop"));
-  testing::internal::CaptureStderr();
+  CapturedError error;
   EXPECT_EQ(FindLogoVariant(folder.File("").wstring(), L"Logo.png"), L"");
-  const std::string told = testing::internal::GetCapturedStderr();
-  EXPECT_TRUE(told.starts_with("Error resolving icon path: ")) << told;
-  EXPECT_NE(told.find("Too many levels of symbolic links"), std::string::npos) << told;
-  EXPECT_EQ(told.find('\n'), told.size() - 1) << told;
+  EXPECT_EQ(error.Text(), "Error resolving icon path: directory_iterator::directory_iterator\n");
+}
+
+TEST(OddPackageLogo, WhatIsNeitherFileNorDirectoryIsNoLogo) {
+  const ScratchFolder folder;
+  std::filesystem::create_symlink("nowhere", folder.File("Logo.scale-100.png"));
+  std::filesystem::create_symlink("/dev/null", folder.File("44x44"));
+  CapturedError error;
+  EXPECT_EQ(FindLogoVariant(folder.File("").wstring(), L"Logo.png"), L"");
+  EXPECT_EQ(error.Text(), "");
+}
+
+// The directory's order is the file system's own, so what is expected follows from it.
+TEST(OddPackageLogo, WhatStandsBeforeAnEntryThatFailsIsFoundAndNothingBehindIt) {
+  const ScratchFolder folder;
+  for (int n = 0; n < 20; ++n) WriteBytes(folder.File(LogoNumber(n) + ".scale-100.png"), "png");
+  std::filesystem::create_symlink("loop", folder.File("loop"));
+  for (int n = 20; n < 40; ++n) WriteBytes(folder.File(LogoNumber(n) + ".scale-100.png"), "png");
+
+  const std::filesystem::path directory = folder.File("loop").parent_path();
+  bool hasFailed = false;
+  for (const std::string& name : NamesIn(directory)) {
+    hasFailed |= name == "loop";
+    if (name == "loop") continue;
+    const std::wstring named = std::filesystem::path(name.substr(0, name.find('.'))).wstring();
+    CapturedError error;
+    EXPECT_EQ(FindLogoVariant(directory.wstring(), named + L".png"),
+              hasFailed ? L"" : (directory / name).wstring())
+        << name;
+    EXPECT_EQ(error.Text().empty(), !hasFailed) << name;
+  }
+}
+
+TEST(OddPackageLogo, OfSeveralMatchesTheFirstOfTheDirectorysOrderWins) {
+  const ScratchFolder folder;
+  for (int n = 0; n < 20; ++n) WriteBytes(folder.File(LogoNumber(n) + ".scale-100.png"), "png");
+  for (int n = 0; n < 20; ++n) WriteBytes(folder.File("tile44x44" + LogoNumber(n)), "png");
+  const std::filesystem::path directory = folder.File("any").parent_path();
+  const auto names = NamesIn(directory);
+  const auto first = [&](const std::string& part) {
+    const auto has = [&](const std::string& name) { return name.find(part) != std::string::npos; };
+    return (directory / *std::find_if(names.begin(), names.end(), has)).wstring();
+  };
+  EXPECT_EQ(FindLogoVariant(directory.wstring(), L"x.png"), first("x.scale-100"));
+  EXPECT_EQ(FindLogoVariant(directory.wstring(), L"other.png"), first("44x44"));
 }

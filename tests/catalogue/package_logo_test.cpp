@@ -112,6 +112,20 @@ TEST_F(SilentPackageLogo, AbsoluteNameReplacesThePackagesDirectory) {
             InAssets("Logo.scale-100.png"));
 }
 
+TEST_F(SilentPackageLogo, UpwardNameLeadsOutOfThePackage) {
+  Put("Logo.scale-100.png");
+  std::filesystem::create_directory(folder.File("package"));
+  const std::wstring package = folder.File("package").wstring();
+  const std::filesystem::path found =
+      std::filesystem::path(package) / ".." / "Assets" / "Logo.scale-100.png";
+  EXPECT_EQ(std::filesystem::path(FindLogoVariant(package, L"../Assets/Logo.png")), found);
+}
+
+TEST_F(SilentPackageLogo, NameWithoutAFileMatchesAnyScaleVariant) {
+  Put("Any.scale-100.png");
+  EXPECT_EQ(Find(L"Assets/"), InAssets("Any.scale-100.png"));
+}
+
 TEST_F(PackageLogo, MissingDirectoryIsToldInFixedWords) {
   testing::internal::CaptureStderr();
   EXPECT_EQ(Find(L"Missing/Logo.png"), L"");

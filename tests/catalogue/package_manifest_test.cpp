@@ -138,9 +138,9 @@ TEST(PackageManifest, NamesNoLogoWhereTheFileCannotBeRead) {
   EXPECT_EQ(TryReadManifestLogo(L""), std::nullopt);
 }
 
-TEST(PackageManifest, MoreThanSixteenMebibytesAreNotRead) {
+TEST(PackageManifest, MoreThanFourMebibytesAreNotRead) {
   const std::string logo = WithLogo("a");
-  const std::string padded = logo + std::string(16'777'216 - logo.size(), ' ');
+  const std::string padded = logo + std::string(4'194'304 - logo.size(), ' ');
   EXPECT_EQ(ReadLogo(padded), L"a");
   EXPECT_EQ(ReadLogo(padded + " "), std::nullopt);
 }
@@ -150,4 +150,19 @@ TEST(PackageManifest, DeepNestingIsReadLikeAnyOther) {
   const std::string deep = Repeated("<a>", kDepth) + Repeated("</a>", kDepth);
   EXPECT_EQ(ReadLogo("<Package>" + deep + WithLogo("a").substr(9)), L"a");
   EXPECT_EQ(ReadLogo(Repeated("<Package>", kDepth)), std::nullopt);
+}
+
+TEST(PackageManifest, EntitiesOfItsOwnAreNotResolved) {
+  const std::string inner = "<!DOCTYPE Package [<!ENTITY a \"b\"><!ENTITY b \"&a;&a;&a;&a;\">]>";
+  EXPECT_EQ(ReadLogo(inner + WithLogo("&a;&b;")), L"&a;&b;");
+  const std::string outer = "<!DOCTYPE Package [<!ENTITY f SYSTEM \"AppxManifest.xml\">]>";
+  EXPECT_EQ(ReadLogo(outer + WithLogo("&f;")), L"&f;");
+}
+
+TEST(PackageManifest, DeepDeclarationsAreReadLikeAnyOther) {
+  constexpr int kDepth = 300'000;
+  EXPECT_EQ(ReadLogo("<!DOCTYPE Package [" + Repeated("<!x ", kDepth) + Repeated(">", kDepth) +
+                     "]>" + WithLogo("a")),
+            L"a");
+  EXPECT_EQ(ReadLogo("<!DOCTYPE Package [" + Repeated("<![", kDepth)), std::nullopt);
 }

@@ -20,6 +20,8 @@ LSTATUS WINAPI RegistryCalls::Open(HKEY parent, const wchar_t* path, DWORD optio
   calls.opened.push_back({parent, path, options, access});
   std::optional<LSTATUS> status;
   if (calls.onOpen) status = calls.onOpen(path);
+  // What a failing call leaves there is no key, and is not to be closed.
+  if (status) *key = HKEY_PERFORMANCE_DATA;
   if (!status) status = calls.open_.Original<decltype(Open)>()(parent, path, options, access, key);
   if (*status == ERROR_SUCCESS) ++calls.openKeys;
   return *status;

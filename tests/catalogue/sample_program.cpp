@@ -16,6 +16,12 @@ std::string SampleProgram(const std::string& name) {
   return own.substr(0, own.rfind('\\')) + "\\catalogue-samples\\" + name;
 }
 
+std::string Narrow(const std::wstring& path) {
+  std::string text;
+  for (const wchar_t c : path) text += static_cast<char>(c);
+  return text;
+}
+
 UniqueIcon SampleIcon() {
   const UniqueModule program(
       LoadLibraryExA(SampleProgram("one.exe").c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE));

@@ -33,9 +33,12 @@ class PackagedCatalogue : public PackagesTest {
     const std::wstring path = packages.Folder(folder);
     CreateDirectoryW((path + L"\\Assets").c_str(), nullptr);
     WriteWholeFile(path + L"\\Assets\\Tile.scale-100.png", "png");
-    WriteWholeFile(path + L"\\AppxManifest.xml",
-                   "<Package><Applications><Application><uap:VisualElements "
-                   "Square44x44Logo=\"Assets\\Tile.png\"/></Application></Applications></Package>");
+    WriteManifest(folder, "Assets\\Tile.png");
+  }
+  void WriteManifest(const std::wstring& folder, const std::string& named) {
+    WriteWholeFile(packages.Folder(folder) + L"\\AppxManifest.xml",
+                   "<Package><Applications><Application><uap:VisualElements Square44x44Logo=\"" +
+                       named + "\"/></Application></Applications></Package>");
   }
   Names Load() {
     helper.LoadInstalledUWPApps();
@@ -97,6 +100,23 @@ TEST_F(PackagedCatalogue, LogoIsTheFullPathOfTheFileThatTheManifestLeadsTo) {
   EXPECT_EQ(
       helper.uwpApps.Current()->at("App").Logo,
       std::filesystem::path(packages.Folder(L"a") + L"\\Assets\\Tile.scale-100.png").string());
+}
+
+TEST_F(PackagedCatalogue, LogoThatNoFileCanHaveLeavesTheOwnLogo) {
+  AddApp(L"a", "App");
+  // Half a character, a device, characters that no name holds, and a name without end.
+  for (const std::string& named :
+       {std::string("&#xD800;\\Tile.png"), std::string("\\\\.\\nowhere\\Tile.png"),
+        std::string("*?&lt;&gt;|\\Tile.png"), std::string(1'000'000, 'x') + "\\Tile.png"}) {
+    helper.uwpApps.Replace({});
+    WriteManifest(L"a", named);
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(Load(), Names{"App"});
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "Error resolving icon path: directory_iterator::directory_iterator\n");
+    EXPECT_EQ(LogoOf("App"), "own.png") << named.substr(0, 20);
+  }
+  EXPECT_EQ(log.Records(), Records{});
 }
 
 TEST_F(PackagedCatalogue, PropertiesThatFailOneByOneDoWhatTheirGuardSays) {

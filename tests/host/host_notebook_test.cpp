@@ -6,14 +6,19 @@
 #include <gtest/gtest.h>
 #include <rapidjson/document.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <string>
+#include <vector>
 
 #include "host_notebook.h"
 #include "ranking.h"
 #include "support/temp_folder.h"
 
+using testing::Contains;
 using testing::HasSubstr;
 using testing::Not;
+using testing::StartsWith;
 using TestSupport::NotebookIsThere;
 using TestSupport::NotebookRun;
 using TestSupport::RunOnNotebook;
@@ -74,11 +79,27 @@ TEST_F(HostNotebook, DaysThatAreAskedForReachCommand2) {
   EXPECT_EQ(TextOf(run, 2), "[]");
 }
 
-TEST_F(HostNotebook, WhatTheServicePrintsGoesToStandardError) {
+TEST_F(HostNotebook, WhatTheServicePrintsGoesToTheLog) {
   const NotebookRun run = RunOnNotebook({L"serve-once"});
-  EXPECT_THAT(run.host.errors, HasSubstr("XML parsing started at :"));
-  EXPECT_THAT(run.host.errors, HasSubstr("XML parsing completed :"));
+  EXPECT_THAT(run.log, Contains(StartsWith("XML parsing started at :")));
   EXPECT_THAT(run.host.output, Not(HasSubstr("XML parsing")));
+  EXPECT_THAT(run.host.errors, Not(HasSubstr("XML parsing")));
+}
+
+TEST_F(HostNotebook, LogShowsThePassInItsOrder) {
+  const NotebookRun run = RunOnNotebook({L"serve-once"});
+  std::vector<std::ptrdiff_t> places;
+  for (const char* step :
+       {"[info] [] Loaded DataCollector library",
+        "[info] [] DataCollector StartCollecting() success", "[info] [] Date:",
+        "[info] [] Decrypting file :", "XML parsing started at :", "XML parsing completed :"}) {
+    const auto line = std::find_if(run.log.begin(), run.log.end(), [step](const std::string& text) {
+      return text.starts_with(step);
+    });
+    ASSERT_NE(line, run.log.end()) << step;
+    places.push_back(line - run.log.begin());
+  }
+  EXPECT_TRUE(std::is_sorted(places.begin(), places.end())) << testing::PrintToString(places);
 }
 
 TEST_F(HostNotebook, ToolThatFailsLeavesARowWithoutAnswerAndAStatusOf1) {

@@ -67,7 +67,7 @@ TEST(HostileJson, MayBeAsLongAsTheCallerSays) {
   EXPECT_FALSE(std::unique_ptr<GenericDocument>(LoadJsonDocument(path, 4)));
 }
 
-TEST(HostileJson, MayHoldFourMillionValues) {
+TEST(HostileJson, MayHoldEightMillionValues) {
   // The array itself is one of them.
   const auto most = LoadText(ArrayOfZeros(7'999'999));
   ASSERT_TRUE(most);

@@ -170,5 +170,49 @@ TEST_F(PathAllowance, AsksForEachExpansionWhetherAClientIsServed) {
   EXPECT_EQ(rpc_.Questions().size(), 4U);  // the path and three roots
 }
 
+// While a client is served, its variables and not this process's say where the roots are.
+
+class ServedPathAllowance : public testing::Test {
+ protected:
+  /// What the client's own environment has made of the system's folder.
+  static BOOL WINAPI ExpandForClient(HANDLE, LPCWSTR text, LPWSTR result, DWORD chars) {
+    std::wstring path = text;
+    const std::wstring variable = L"%windir%";
+    if (path.rfind(variable, 0) == 0) path.replace(0, variable.size(), L"D:\\Users\\anybody");
+    wcscpy_s(result, chars, path.c_str());
+    return TRUE;
+  }
+
+  const TestSupport::FixedRoots roots_;
+  const TestSupport::PlayedRpcQuery rpc_ =
+      TestSupport::PlayedRpcQuery::ServingClient(GetCurrentProcessId());
+  const LogCapture log_;
+};
+
+TEST_F(ServedPathAllowance, FollowsTheVariablesOfTheClientsOwnEnvironment) {
+  const ImportPatch expand("ExpandEnvironmentStringsForUserW", &ExpandForClient);
+  EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"D:\\Users\\anybody\\a.dll"));
+  EXPECT_FALSE(ZQAuthenticodeHelper::IsPathAllowed(L"C:\\Windows\\a.dll"));
+}
+
+TEST_F(ServedPathAllowance, AllowsEveryPathWhereTheClientsProcessCannotBeOpened) {
+  const ImportPatch open(
+      "OpenProcess", +[](DWORD, BOOL, DWORD) -> HANDLE { return nullptr; });
+  EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"D:\\Users\\anybody\\a.dll"));
+}
+
+TEST_F(ServedPathAllowance, AllowsEveryPathWhereTheClientsTokenCannotBeOpened) {
+  const ImportPatch token(
+      "OpenProcessToken", +[](HANDLE, DWORD, HANDLE*) -> BOOL { return FALSE; });
+  EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"D:\\Users\\anybody\\a.dll"));
+}
+
+TEST_F(ServedPathAllowance, AllowsEveryPathWhereTheClientsVariablesCannotBeExpanded) {
+  const ImportPatch expand(
+      "ExpandEnvironmentStringsForUserW",
+      +[](HANDLE, LPCWSTR, LPWSTR, DWORD) -> BOOL { return FALSE; });
+  EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"D:\\Users\\anybody\\a.dll"));
+}
+
 }  // namespace
 }  // namespace Zq::Gantry::Security

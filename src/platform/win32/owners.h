@@ -32,6 +32,11 @@ struct HandlePolicy {
 };
 using UniqueHandle = UniqueResource<HandlePolicy>;
 
+/// A call may leave INVALID_HANDLE_VALUE for "none" where null is meant; that is nothing to close.
+inline void DropInvalid(UniqueHandle& handle) {
+  if (handle.get() == INVALID_HANDLE_VALUE) static_cast<void>(handle.release());
+}
+
 /// File from CreateFile: empty is INVALID_HANDLE_VALUE.
 struct FileHandlePolicy {
   using Type = HANDLE;

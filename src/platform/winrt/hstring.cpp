@@ -1,8 +1,14 @@
 #include "platform/winrt/hstring.h"
 
+#include "platform/win32/owners.h"
 #include "platform/winrt/call_failure.h"
 
 namespace Zq::Gantry::Platform::WinRt {
+
+void HStringPolicy::Release(Type text) {
+  const LastErrorKeeper keeper;
+  WindowsDeleteString(text);
+}
 
 UniqueHString MakeHString(std::wstring_view text) {
   UniqueHString copy;

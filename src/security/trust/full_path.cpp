@@ -3,13 +3,11 @@
 #include <userenv.h>
 
 #include <array>
-#include <cstdint>
 #include <cwchar>
-#include <optional>
 
 #include "logging/trace_logger.h"
 #include "platform/win32/owners.h"
-#include "platform/win32/rpc_call_attributes.h"
+#include "platform/win32/rpc_client.h"
 #include "security/trust/util_helper.h"
 
 namespace Zq::Gantry::Server::Services {
@@ -18,6 +16,7 @@ namespace {
 
 using Logging::LoggingData;
 using Logging::LogManager;
+using Platform::DropInvalid;
 using Platform::UniqueHandle;
 
 /// What each call is told that it may fill, terminator included.
@@ -32,20 +31,6 @@ void WarnOfFailure(const wchar_t* component, const wchar_t* function, DWORD erro
       LoggingData{L"%S.%S failed on function %s with result %d", component, nullptr},
       "class Zq::Gantry::Server::Services::UtilHelper", "GetFullExpandedPath", function,
       static_cast<int>(error));
-}
-
-/// The process that this thread serves a remote procedure call for; absent if it serves none.
-std::optional<DWORD> TryFindClient() {
-  Platform::RpcCallAttributesV3 attributes{};
-  attributes.Version = Platform::kRpcCallAttributesVersion3;
-  attributes.Flags = Platform::kRpcQueryClientPid;
-  if (RpcServerInqCallAttributesW(/*binding=*/nullptr, &attributes) != RPC_S_OK) return {};
-  return static_cast<DWORD>(reinterpret_cast<std::uintptr_t>(attributes.ClientPID));
-}
-
-/// A call may leave the invalid value for "none"; that is nothing to close.
-void DropInvalid(UniqueHandle& handle) {
-  if (handle.get() == INVALID_HANDLE_VALUE) static_cast<void>(handle.release());
 }
 
 void ExpandForProcess(const wchar_t* filePath, PathBuffer& expanded, const wchar_t* component) {
@@ -105,8 +90,9 @@ std::wstring UtilHelper::GetFullExpandedPath(const wchar_t* filePath, const wcha
   if (NullChecker(arguments, component)) return {};
 
   PathBuffer expanded{};
-  if (const std::optional<DWORD> client = TryFindClient()) {
-    ExpandForClient(*client, filePath, expanded, component);
+  const Platform::RpcClient client = Platform::AskForRpcClient();
+  if (client.status == RPC_S_OK) {
+    ExpandForClient(client.processId, filePath, expanded, component);
   } else {
     ExpandForProcess(filePath, expanded, component);
   }

@@ -1,0 +1,38 @@
+# wattleaf_rpc_stubs(<name> <idl>): the stubs of a remote procedure call, made at build time by the
+# toolchain's compiler of interface definitions. Gives the libraries <name>_client and <name>_server, with
+# <name>.h among their headers; who links one supplies MIDL_user_allocate and MIDL_user_free.
+enable_language(C)
+
+if(MSVC)
+  find_program(WATTLEAF_MIDL midl REQUIRED)
+else()
+  find_program(WATTLEAF_WIDL x86_64-w64-mingw32-widl REQUIRED)
+endif()
+
+function(wattleaf_rpc_stubs name idl)
+  set(source "${CMAKE_CURRENT_SOURCE_DIR}/${idl}")
+  set(folder "${CMAKE_CURRENT_BINARY_DIR}/${name}")
+  set(header "${folder}/${name}.h")
+  file(MAKE_DIRECTORY "${folder}")
+  if(MSVC)
+    set(commands COMMAND "${WATTLEAF_MIDL}" /nologo /env x64 /out "${folder}" /h "${name}.h"
+      /cstub "${name}_client.c" /sstub "${name}_server.c" "${source}")
+  else()
+    # Interpreted stubs: the others need headers of the compatibility layer.
+    set(commands
+      COMMAND "${WATTLEAF_WIDL}" -Oicf -h -o "${header}" "${source}"
+      COMMAND "${WATTLEAF_WIDL}" -Oicf -c -o "${folder}/${name}_client.c" -H "${name}.h" "${source}"
+      COMMAND "${WATTLEAF_WIDL}" -Oicf -s -o "${folder}/${name}_server.c" -H "${name}.h" "${source}")
+  endif()
+  add_custom_command(OUTPUT "${header}" "${folder}/${name}_client.c" "${folder}/${name}_server.c"
+    ${commands} DEPENDS "${source}" VERBATIM)
+  add_custom_target(${name}_stubs DEPENDS "${header}" "${folder}/${name}_client.c" "${folder}/${name}_server.c")
+  foreach(side client server)
+    add_library(${name}_${side} STATIC "${folder}/${name}_${side}.c")
+    add_dependencies(${name}_${side} ${name}_stubs)
+    target_include_directories(${name}_${side} SYSTEM PUBLIC "${folder}")
+    # Written by a program: our warnings are not its own.
+    target_compile_options(${name}_${side} PRIVATE $<IF:$<BOOL:${MSVC}>,/w,-w>)
+    target_link_libraries(${name}_${side} PUBLIC rpcrt4)
+  endforeach()
+endfunction()

@@ -1,0 +1,98 @@
+#include "played_caller.h"
+
+#include <algorithm>
+#include <cstring>
+#include <sstream>
+
+namespace TestSupport {
+
+namespace {
+
+PlayedCaller* current = nullptr;
+
+constexpr std::size_t kAttributesBytes = 120;
+constexpr std::size_t kClientPidOffset = 64;
+
+std::string Text(const char* call, HANDLE handle) {
+  std::ostringstream text;
+  text << call << ' ' << std::hex << reinterpret_cast<std::uintptr_t>(handle);
+  return text.str();
+}
+
+}  // namespace
+
+PlayedCaller::PlayedCaller() { current = this; }
+PlayedCaller::~PlayedCaller() { current = nullptr; }
+
+void PlayedCaller::Forget() {
+  order.clear();
+  queries.clear();
+  bindings.clear();
+  opened.clear();
+  duplicatedFrom.clear();
+  duplicatedWith.clear();
+  lengths.clear();
+  buffers.clear();
+  closed.clear();
+}
+
+RPC_STATUS RPC_ENTRY PlayedCaller::Query(RPC_BINDING_HANDLE binding, void* attributes) {
+  auto* bytes = static_cast<unsigned char*>(attributes);
+  const RPC_STATUS status = current->queryStatus[std::min<std::size_t>(current->queries.size(), 1)];
+  current->order.push_back("query");
+  current->bindings.push_back(binding);
+  current->queries.push_back({bytes, bytes + kAttributesBytes});
+  // A failed query leaves whatever it likes.
+  const std::uint64_t client = kClient;
+  std::memcpy(bytes + kClientPidOffset, &client, sizeof(client));
+  return status;
+}
+
+HANDLE WINAPI PlayedCaller::Open(DWORD access, BOOL inherit, DWORD client) {
+  current->order.push_back("open");
+  current->opened.insert(current->opened.end(), {access, static_cast<DWORD>(inherit), client});
+  return client == 0 ? nullptr : current->process;
+}
+
+BOOL WINAPI PlayedCaller::Duplicate(HANDLE fromProcess, HANDLE handle, HANDLE toProcess,
+                                    HANDLE* copy, DWORD access, BOOL inherit, DWORD options) {
+  current->order.push_back("duplicate");
+  current->duplicatedFrom.insert(current->duplicatedFrom.end(), {fromProcess, handle, toProcess});
+  current->duplicatedWith.insert(current->duplicatedWith.end(),
+                                 {access, static_cast<DWORD>(inherit), options});
+  *copy = current->copy;
+  return current->duplicated;
+}
+
+RPC_STATUS RPC_ENTRY PlayedCaller::Impersonate(RPC_BINDING_HANDLE binding) {
+  current->order.push_back("impersonate");
+  current->bindings.push_back(binding);
+  return current->impersonateStatus;
+}
+
+RPC_STATUS RPC_ENTRY PlayedCaller::Revert() {
+  current->order.push_back("revert");
+  return current->revertStatus;
+}
+
+LONG WINAPI PlayedCaller::AskName(HANDLE process, UINT32* length, wchar_t* name) {
+  const bool isFirst = current->lengths.empty();
+  current->order.push_back(Text(isFirst ? "ask length of" : "ask name of", process));
+  current->lengths.push_back(*length);
+  current->buffers.push_back(name);
+  if (isFirst) {
+    *length = static_cast<UINT32>(current->name.size());
+    if (current->whileAsking != nullptr) current->whileAsking();
+    return current->lengthStatus;
+  }
+  current->name.copy(name, *length);
+  return current->nameStatus;
+}
+
+BOOL WINAPI PlayedCaller::Close(HANDLE handle) {
+  current->order.push_back(Text("close", handle));
+  current->closed.push_back(handle);
+  return TRUE;
+}
+
+}  // namespace TestSupport

@@ -17,6 +17,10 @@ namespace TestSupport {
 /// Plays everything that a judgement of a file asks the system for: signatures, catalogs, places
 /// and the client. Without changes every file is unsigned and no call is being served.
 struct JudgedFiles {
+  JudgedFiles() = default;
+  /// The thread serves the process `client`.
+  explicit JudgedFiles(DWORD client) : rpc(PlayedRpcQuery::ServingClient(client)) {}
+
   FixedRoots roots;
   PlayedTrust trust;
   PlayedCatalogs catalogs;

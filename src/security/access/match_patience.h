@@ -15,6 +15,7 @@ class MatchPatience {
   MatchPatience(std::size_t total, std::size_t lookPrice, std::size_t movePrice)
       : left_(total), lookPrice_(lookPrice), movePrice_(movePrice) {}
 
+  void PayForComparison() { Pay(1); }
   void PayForLook() { Pay(lookPrice_); }
   void PayForMove() { Pay(movePrice_); }
 
@@ -66,7 +67,12 @@ class PatientPosition {
     --*this;
     return before;
   }
-  bool operator==(const PatientPosition& other) const { return place_ == other.place_; }
+  /// Paid for as well: a matcher may go round for long without a look at the text, but it compares
+  /// where it stands.
+  bool operator==(const PatientPosition& other) const {
+    if (patience_ != nullptr) patience_->PayForComparison();
+    return place_ == other.place_;
+  }
 
  private:
   const wchar_t* place_ = nullptr;

@@ -59,11 +59,13 @@ class PatternScale {
       case L'*':
       case L'+':
       case L'?':
-        return RepeatAtom(1);
+        return GrowAtom(2);
       case L'{':
         return RepeatAtom(TakeLargestCount());
-      default:  // "|" too: a state for the choice, and one where its ways meet
-        return AddAtom(2);
+      case L'|':
+        return AddAtom(2);  // one for the choice, and one where its ways meet
+      default:
+        return AddAtom(1);
     }
   }
 
@@ -72,6 +74,9 @@ class PatternScale {
     level.before = Add(level.before, level.atom);
     level.atom = states;
   }
+
+  /// A loop back, or a way past.
+  void GrowAtom(std::size_t states) { levels_.back().atom = Add(levels_.back().atom, states); }
 
   /// The copies, with a state beside each, and the original, which stays behind.
   void RepeatAtom(std::size_t count) {

@@ -9,7 +9,7 @@ namespace {
 
 /// Kept on purpose: nobody gives the apartment up again, as with the runtime's own projection. What
 /// was made in it may live as long as the process (test
-/// RuntimeFactory.KeepsTheApartmentAliveForAThreadWithoutOne).
+/// SharedDocument.KeepsTheApartmentAliveForAThreadWithoutOne).
 void KeepApartmentAlive() {
   CO_MTA_USAGE_COOKIE cookie = nullptr;
   RaiseIfFailed(CoIncrementMTAUsage(&cookie));

@@ -47,7 +47,7 @@ std::vector<Sample> LargestPatterns() {
       {"looping choices", L"(?:" + Repeat(L"a|", 800) + L"a)*"},
       {"looping groups", L"(?:" + Repeat(L"(a)|", 300) + L"a)*"},
       {"counted", L"a{1,1200}"},
-      {"counted empty groups", L"(?:){500}"},
+      {"counted empty groups", L"(?:){300}"},
       {"nested", Repeat(L"(", deep) + L"a" + Repeat(L")", deep)},
       {"nested loops", Repeat(L"(", deep) + L"a" + Repeat(L")*", deep)},
       {"nested looks ahead", Repeat(L"(?=", deep) + L"a" + Repeat(L")", deep) + L"a*"},
@@ -62,11 +62,11 @@ using Clock = std::chrono::steady_clock;
 double SecondsOf(const std::wstring& pattern, const std::wstring& value) {
   const auto begin = Clock::now();
   EXPECT_TRUE(FinishesOnASmallStack([&] { MatchesPattern(pattern, value); }));
-  const double s=std::chrono::duration<double>(Clock::now() - begin).count(); if (s>0.5) std::printf("%ls %zu: %.2f\n", pattern.substr(0,30).c_str(), value.size(), s),fflush(stdout); return s;
+  return std::chrono::duration<double>(Clock::now() - begin).count();
 }
 
-// "Minutes" would be a service that hangs; the measured times are below ten seconds.
-constexpr double kLongestSeconds = 60;
+// "Minutes" would be a service that hangs; the measured times are below eight seconds.
+constexpr double kLongestSeconds = 40;
 
 TEST(PatternStack, TheLargestPatternsFitAgainstALongValue) {
   const std::wstring value(1'000'000, L'a');

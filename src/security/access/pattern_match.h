@@ -8,7 +8,7 @@ namespace Zq::Gantry::Security {
 // What a pattern may be, and what a match may cost; docs/rules.md has the measurements.
 inline constexpr std::size_t kMostPatternStates = 2500;
 inline constexpr std::size_t kDeepestPatternNesting = 100;
-inline constexpr std::size_t kMatchPatience = 300'000'000;
+inline constexpr std::size_t kMatchPatience = 100'000'000;
 
 /// Whether the whole value matches the expression, in the default grammar. False too where the
 /// expression does not compile, and where expression or value pass what the matcher bears.

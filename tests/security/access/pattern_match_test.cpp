@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <regex>
 #include <string>
+#include <vector>
 
 #include "security/access/match_patience.h"
 
@@ -72,6 +74,48 @@ TEST(PatternLimit, AbsurdRepetitionsAreNotMade) {
   EXPECT_FALSE(MatchesPattern(L"(?:(?:(?:){1000}){1000}){1000}", L""));
   EXPECT_FALSE(MatchesPattern(std::wstring(10'000'000, L'('), L"a"));
   EXPECT_TRUE(MatchesPattern(L"a{1,1000}", std::wstring(1000, L'a')));
+}
+
+/// All texts of up to `length` characters of "ab1 ".
+std::vector<std::wstring> AllTexts(std::size_t length) {
+  std::vector<std::wstring> texts{L""};
+  for (std::size_t first = 0; length > 0; --length) {
+    const std::size_t end = texts.size();
+    for (; first < end; ++first) {
+      for (const wchar_t c : {L'a', L'b', L'1', L' '}) texts.push_back(texts[first] + c);
+    }
+  }
+  return texts;
+}
+
+TEST(PatternOracle, AnswersLikeTheDefaultMatcher) {
+  const std::vector<std::wstring> texts = AllTexts(4);
+  for (const wchar_t* pattern : {L"(a+)+b",
+                                 L"(a*)*",
+                                 L"a?a?aa",
+                                 L"(a|ab)(b|1)*",
+                                 L"(?:a|b){2,3}",
+                                 L"[^a]*a.*",
+                                 L"\\w+\\b.*",
+                                 L"\\B.*",
+                                 L"(?=.*1)[ab1]+",
+                                 L"(?!.*b)[\\w ]*",
+                                 L"a*?b+?",
+                                 L"^a.*$|b",
+                                 L"(a|(b|(1)))+",
+                                 L"()*a",
+                                 L"(?:(?=a)a|b)*",
+                                 L"(a{0,2}){2}",
+                                 L"[[:digit:]a-b]{2,}",
+                                 L"\\d\\s?\\D*",
+                                 L"|a|",
+                                 L"(?:a*)*b"}) {
+    const std::wregex expression(pattern);
+    for (const std::wstring& text : texts) {
+      EXPECT_EQ(MatchesPattern(pattern, text), std::regex_match(text, expression))
+          << testing::PrintToString(std::wstring(pattern)) << testing::PrintToString(text);
+    }
+  }
 }
 
 TEST(MatchPatience, EndsWithAnError) {

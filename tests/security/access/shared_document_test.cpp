@@ -9,7 +9,6 @@
 
 #include <new>
 #include <string>
-#include <type_traits>
 #include <vector>
 
 #include "import_patch.h"
@@ -132,12 +131,6 @@ TEST_F(SharedDocument, IsEmptyWhateverIsRaised) {
   const Standin::ImportPatch text("WindowsCreateString", &NoMemory);
   EXPECT_TRUE(noexcept(TryMakeXmlDocument()));
   EXPECT_FALSE(TryMakeXmlDocument());
-}
-
-TEST(SharedDocumentAtLoad, IsThereWhereverTheClassIs) {
-  // Asked the same question as the static initialisation was, before any test ran.
-  EXPECT_EQ(static_cast<bool>(SharedXmlDocument), static_cast<bool>(TryMakeXmlDocument()));
-  EXPECT_TRUE(std::is_const_v<std::remove_reference_t<decltype(SharedXmlDocument)>>);
 }
 
 }  // namespace

@@ -5,9 +5,9 @@
 #include <hstring.h>
 #include <inspectable.h>
 
-// The interfaces of XML nodes, which the headers of this toolchain lack. Each operation stands in the
-// slot that Windows gives it; all results are out-parameters, the last one. All slots are declared,
-// since tests implement these interfaces.
+// The interfaces of XML nodes, which the headers of this toolchain lack. Each operation stands in
+// the slot that Windows gives it; all results are out-parameters, the last one. All slots are
+// declared, since tests implement these interfaces.
 namespace Zq::Gantry::Platform::WinRt {
 
 struct IXmlAttribute;

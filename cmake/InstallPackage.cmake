@@ -10,7 +10,8 @@ set(package_folder "${CMAKE_INSTALL_LIBDIR}/cmake/WattleafService")
 install(TARGETS WattleafService EXPORT WattleafServiceTargets
   RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}"
   ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
-  FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/WattleafService")
+  FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/WattleafService"
+  FILE_SET abi DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/WattleafService")
 install(EXPORT WattleafServiceTargets NAMESPACE WattleafService:: DESTINATION "${package_folder}")
 
 file(CONFIGURE OUTPUT "${CMAKE_BINARY_DIR}/WattleafServiceConfig.cmake" @ONLY CONTENT [[

@@ -14,6 +14,7 @@
 #include "security/access/client_information.h"
 #include "security/access/exemption_white_lists.h"
 #include "security/access/manifest_exemption.h"
+#include "security/access/rule_validators.h"
 #include "security/trust/zq_authenticode_facade.h"
 
 namespace {
@@ -83,6 +84,16 @@ void AskAboutTools() {
                                    L"/scannow", L"access_client"));
 }
 
+/// A host has nodes and values of the runtime; here is neither, which only a rule without
+/// conditions takes.
+void AskAboutParameters() {
+  for (const wchar_t* kind : {L"none", L"contained_in_list"}) {
+    const std::wstring name = kind;
+    Print("a parameter that is not there passes the rule " + std::string(name.begin(), name.end()),
+          Security::RuleValidators.at(kind)(nullptr, nullptr));
+  }
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
@@ -90,4 +101,5 @@ int main(int count, char** arguments) {
   AskWithoutChecker();
   AskAboutFile(count > 1 ? arguments[1] : arguments[0]);
   AskAboutTools();
+  AskAboutParameters();
 }

@@ -82,7 +82,7 @@ SHARED_MEMBERS = {
     "Win32Information": ("C1Ev", "C1E", "C1ERKS3_", "aSERKS3_", "D1Ev"),
     "UtilHelper": ("GetFullExpandedPath", "BeginsWith", "NullChecker"),
 }
-SHARED_CONSTANTS = ("ToolLaunchTable",)
+SHARED_CONSTANTS = ("RuleValidators", "ToolLaunchTable")
 
 
 def mangled_member(owner, member):

@@ -11,7 +11,8 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 find_package(Threads REQUIRED)
 
 if(MSVC)
-  target_compile_options(wattleaf_flags INTERFACE /W4 /permissive- /utf-8 /EHsc)
+  # 4251, 4275: exported classes hold and extend standard ones, as their contract has it.
+  target_compile_options(wattleaf_flags INTERFACE /W4 /permissive- /utf-8 /EHsc /wd4251 /wd4275)
 else()
   target_compile_options(wattleaf_flags INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
   # GCC 12 at -O3 sees an overlapping copy in every `"text" + std::string` that it inlines.

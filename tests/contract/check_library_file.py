@@ -52,6 +52,54 @@ HELPER_OPERATIONS = (
     "GetErrorsAndWarnings",
 )
 
+# The layer that the host shares: classes with members that it calls, and constants.
+SHARED_MEMBERS = {
+    "GantryAccessManager": ("SetUwpChecker", "SetWin32Checker", "IsUwpExempt", "IsWin32Exempt"),
+    "MatchingDescriptor": ("C1Ev", "aSERKS2_"),
+    "RpcSecurityHelper": ("GetPFNOfCaller",),
+    "SignerDescriptor": ("C1E",),
+    "UwpMatchingDescriptor": ("C1E", "C1ERKS2_", "aSERKS2_", "D1Ev"),
+    "UwpWithNoZQManifestExemptionWhiteList": ("GetExemption",),
+    "UwpWithNoZqManifestCheckBasedOnMajorAndMinorVersion":
+        ("C1E", "C1ERKS2_", "aSERKS2_", "D1Ev", "IsAnException"),
+    "Win32MatchingDescriptor": ("C1E", "C1ERKS2_", "aSERKS2_", "D1Ev"),
+    "Win32WithNoZQManifestExemptionWhiteList": ("GetExemption",),
+    "Win32WithNoZqManifestCheckBasedOnMajorAndMinorVersion":
+        ("C1E", "C1ERKS2_", "aSERKS2_", "D1Ev", "IsAnException"),
+    "ZQAuthenticodeFacade": (
+        "IsServiceFileTrusted", "IsExtendedFileTrusted", "IsDropboxFileTrusted",
+        "IsWindowsTrustedFileAllowed", "HaveSameSigningKey", "IsPathAllowed",
+        "IsToolLaunchAllowed"),
+    "ZQAuthenticodeHelper": (
+        "IsFileTrusted", "IsPathAllowed", "CheckForFullConrolByTrustedInstallAndSystem",
+        "GetAllSignatures", "GetSignatures", "GetSignerDescriptor", "GetSecurityCatalogInfo",
+        "CalculateFileHash", "IsTrustedByWindows", "IsTrustedByMeridian", "SubjectsMatch",
+        "PublicKeysMatch", "ParseSubject", "ParseSubjectField", "GetNameText", "BytesToHexText",
+        "TrimText"),
+    "gantry_access_exception": ("C1EPKc", "C1ERKS2_", "C1EOS2_", "aSERKS2_", "aSEOS2_", "D1Ev"),
+    "IClientInformation": ("C1Ev", "C1E", "C1ERKS2_", "aSERKS2_", "D1Ev"),
+    "UwpInformation": ("C1Ev", "C1E", "C1ERKS3_", "aSERKS3_", "D1Ev"),
+    "Win32Information": ("C1Ev", "C1E", "C1ERKS3_", "aSERKS3_", "D1Ev"),
+    "UtilHelper": ("GetFullExpandedPath", "BeginsWith", "NullChecker"),
+}
+SHARED_CONSTANTS = ("RuleValidators", "ToolLaunchTable")
+
+
+def mangled_member(owner, member):
+    """The part of the mangled name that tells class and member."""
+    special = re.match(r"(C1|D1|aS)E", member)
+    return f"{len(owner)}{owner}{member if special else f'{len(member)}{member}'}"
+
+
+def find_missing_shared(exports):
+    for owner, members in SHARED_MEMBERS.items():
+        for member in members:
+            if not any(mangled_member(owner, member) in name for name in exports):
+                yield f"does not export {owner}: {member}"
+    for constant in SHARED_CONSTANTS:
+        if not any(f"{len(constant)}{constant}" in name for name in exports):
+            yield f"does not export {constant}"
+
 
 def read_tables(objdump, library):
     run = subprocess.run([objdump, "-p", library], capture_output=True, text=True, check=True)
@@ -74,6 +122,7 @@ def find_faults(imports, exports):
         mangled = f"14WattleafHelper{len(operation)}{operation}E"
         if not any(mangled in name for name in exports):
             yield f"does not export WattleafHelper::{operation}"
+    yield from find_missing_shared(exports)
     for name in sorted(exports - {FACTORY}):
         if not OWN_MEMBER.match(name):
             yield f"exports {name}, which is none of this system's operations"

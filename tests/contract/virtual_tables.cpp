@@ -2,6 +2,8 @@
 // have the compiler print the tables of virtual operations that cross the boundary. Never linked.
 
 #include "collection/data_collector.h"
+#include "security/access/client_manifest_criteria.h"
+#include "security/trust/zq_authenticode_facade.h"
 #include "service/zq_service.h"
 
 namespace {
@@ -15,7 +17,12 @@ void UseTable(Contract& object) {
 }  // namespace
 
 void UseTables(Zq::Gantry::Server::Services::ZQService& service,
-               Zq::Gantry::Server::Services::Wattleaf::DataCollector& collector) {
+               Zq::Gantry::Server::Services::Wattleaf::DataCollector& collector,
+               Zq::Gantry::Security::IClientWithNoZqManifestCheckCriteria& criteria) {
   UseTable(service);
   UseTable(collector);
+  UseTable(criteria);
+  // Nobody destroys this one through its table.
+  Zq::Gantry::Security::ZQAuthenticodeFacade facade;
+  facade.IsPathAllowed(nullptr);
 }

@@ -9,6 +9,8 @@
 #include <string>
 
 #include "abi/package_shapes.h"
+#include "abi/value_shapes.h"
+#include "abi/xml_shapes.h"
 
 using namespace Zq::Gantry::Platform::WinRt;
 
@@ -73,4 +75,56 @@ TEST(RuntimeShapes, StorageAndAddressOperationsStandInTheirSlots) {
   EXPECT_EQ(OwnSlot(&IStorageFolder::GetItemsAsyncOverloadDefaultStartAndCount), 9);
   EXPECT_EQ(OwnSlot(&IUriRuntimeClass::get_Path), 7);
   EXPECT_EQ(OwnSlot(&IUriRuntimeClass::CombineUri), 16);
+}
+
+TEST(RuntimeShapes, IdentifiersOfNodesAndValuesAreThePublishedOnes) {
+  EXPECT_EQ(TextOfIid(__uuidof(IXmlNode)), "{1C741D59-2122-47D5-A856-83F3D4214875}");
+  EXPECT_EQ(TextOfIid(__uuidof(IXmlNodeList)), "{8C60AD77-83A4-4EC1-9C54-7BA429E13DA6}");
+  EXPECT_EQ(TextOfIid(__uuidof(IXmlNodeSerializer)), "{5CC5B382-E6DD-4991-ABEF-06D8D2E7BD0C}");
+  EXPECT_EQ(TextOfIid(__uuidof(IXmlNamedNodeMap)), "{B3A69EB0-AAB0-4B82-A6FA-B1453F7C021B}");
+  EXPECT_EQ(TextOfIid(__uuidof(IXmlAttribute)), "{AC144AA4-B4F1-4DB6-B206-8A22C308DB0A}");
+  EXPECT_EQ(TextOfIid(__uuidof(IXmlDocument)), "{F7F3A506-1E87-42D6-BCFB-B8C809FA5494}");
+  EXPECT_EQ(TextOfIid(__uuidof(IPropertyValue)), "{4BD682DD-7554-40E9-9A9B-82654EDE7E62}");
+  EXPECT_EQ(TextOfIid(__uuidof(IStringReference)), "{FD416DFB-2A07-52EB-AAE3-DFCE14116C05}");
+  EXPECT_EQ(TextOfIid(__uuidof(IDoubleReference)), "{2F2D6C29-5473-5F3E-92E7-96572BB990E2}");
+  EXPECT_EQ(TextOfIid(__uuidof(IBooleanReference)), "{3C00FD60-2950-5939-A21A-2D12C5A01B8A}");
+}
+
+TEST(RuntimeShapes, NodeOperationsStandInTheirSlots) {
+  EXPECT_EQ(OwnSlot(&IXmlNode::get_NodeValue), 0);
+  EXPECT_EQ(OwnSlot(&IXmlNode::get_NodeType), 2);
+  EXPECT_EQ(OwnSlot(&IXmlNode::get_Attributes), 10);
+  EXPECT_EQ(OwnSlot(&IXmlNode::get_OwnerDocument), 12);
+  EXPECT_EQ(OwnSlot(&IXmlNode::CloneNode), 17);
+  EXPECT_EQ(OwnSlot(&IXmlNode::put_Prefix), 22);
+  EXPECT_EQ(OwnSlot(&IXmlNodeList::Item), 1);
+  EXPECT_EQ(OwnSlot(&IXmlNodeSerializer::get_InnerText), 1);
+  EXPECT_EQ(OwnSlot(&IXmlNodeSerializer::put_InnerText), 2);
+  EXPECT_EQ(OwnSlot(&IXmlNamedNodeMap::GetNamedItem), 2);
+  EXPECT_EQ(OwnSlot(&IXmlNamedNodeMap::SetNamedItemNS), 7);
+  EXPECT_EQ(OwnSlot(&IXmlAttribute::get_Value), 2);
+  EXPECT_EQ(OwnSlot(&IXmlAttribute::put_Value), 3);
+  EXPECT_EQ(OwnSlot(&IXmlDocument::get_DocumentElement), 2);
+  EXPECT_EQ(OwnSlot(&IXmlDocument::CreateAttribute), 8);
+  EXPECT_EQ(OwnSlot(&IXmlDocument::ImportNode), 16);
+}
+
+TEST(RuntimeShapes, ValueOperationsStandInTheirSlots) {
+  EXPECT_EQ(OwnSlot(&IPropertyValue::get_Type), 0);
+  EXPECT_EQ(OwnSlot(&IPropertyValue::GetDouble), 10);
+  EXPECT_EQ(OwnSlot(&IPropertyValue::GetBoolean), 12);
+  EXPECT_EQ(OwnSlot(&IPropertyValue::GetString), 13);
+  EXPECT_EQ(OwnSlot(&IPropertyValue::GetRect), 19);
+  EXPECT_EQ(OwnSlot(&IPropertyValue::GetUInt8Array), 20);
+  EXPECT_EQ(OwnSlot(&IPropertyValue::GetInspectableArray), 32);
+  EXPECT_EQ(OwnSlot(&IPropertyValue::GetRectArray), 38);
+  EXPECT_EQ(OwnSlot(&IStringReference::get_Value), 0);
+  EXPECT_EQ(OwnSlot(&IDoubleReference::get_Value), 0);
+  EXPECT_EQ(OwnSlot(&IBooleanReference::get_Value), 0);
+}
+
+TEST(RuntimeShapes, TypesOfBoxedValuesHaveTheirNumbers) {
+  EXPECT_EQ(static_cast<int>(PropertyType_Double), 9);
+  EXPECT_EQ(static_cast<int>(PropertyType_Boolean), 11);
+  EXPECT_EQ(static_cast<int>(PropertyType_String), 12);
 }

@@ -144,3 +144,9 @@ TEST(PublicKeysMatch, NeedsOneEqualKey) {
   EXPECT_FALSE(Helper::PublicKeysMatch({WithKey("30 0a")}, {}));
   EXPECT_FALSE(Helper::PublicKeysMatch({}, {}));
 }
+
+TEST(PublicKeysMatch, KeysThatCouldNotBeReadNeverMatch) {
+  EXPECT_FALSE(Helper::PublicKeysMatch({WithKey("")}, {WithKey("")}));
+  EXPECT_FALSE(Helper::PublicKeysMatch({WithKey(""), WithKey("31")}, {WithKey(""), WithKey("30")}));
+  EXPECT_TRUE(Helper::PublicKeysMatch({WithKey(""), WithKey("30")}, {WithKey(""), WithKey("30")}));
+}

@@ -15,6 +15,10 @@ bool ShareValue(const SignatureList& first, const SignatureList& second, Field f
   });
 }
 
+void DropUnreadableKeys(SignatureList& signatures) {
+  std::erase_if(signatures, [](const SignerDescriptor& one) { return one.publicKey.empty(); });
+}
+
 }  // namespace
 
 bool ZQAuthenticodeHelper::IsTrustedByWindows(SignatureList signatures) {
@@ -35,6 +39,8 @@ bool ZQAuthenticodeHelper::SubjectsMatch(SignatureList first, SignatureList seco
 }
 
 bool ZQAuthenticodeHelper::PublicKeysMatch(SignatureList first, SignatureList second) {
+  // Two signers that could not be read have nothing in common.
+  DropUnreadableKeys(first);
   return ShareValue(first, second, &SignerDescriptor::publicKey);
 }
 

@@ -4,10 +4,12 @@
 #include <string>
 #include <vector>
 
+#include "export.h"
+
 namespace Zq::Gantry::Security {
 
 /// One signature of a file, or one row of a subject table.
-struct SignerDescriptor {
+struct WATTLEAF_API SignerDescriptor {
   SignerDescriptor() = default;
   /// A table row. Mind that the order differs from that of the fields; `publicKey` stays empty.
   SignerDescriptor(std::wstring rowCommonName, std::wstring rowOrganizationalUnit,

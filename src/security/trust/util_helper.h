@@ -4,10 +4,12 @@
 #include <utility>
 #include <vector>
 
+#include "export.h"
+
 namespace Zq::Gantry::Server::Services {
 
 /// Small helpers of the checks on paths and arguments. Stateless; from any thread.
-class UtilHelper {
+class WATTLEAF_API UtilHelper {
  public:
   UtilHelper() = delete;
 

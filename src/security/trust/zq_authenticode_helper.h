@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 
+#include "export.h"
 #include "security/trust/file_hash.h"
 #include "security/trust/signer_descriptor.h"
 
@@ -15,7 +16,7 @@ struct VerificationData;  // WINTRUST_DATA with its signature settings: wintrust
 
 /// Who signed a file, and whether the file lies in a protected place. Stateless: every operation
 /// may be called on any thread. Nothing is cached, each call looks anew.
-class ZQAuthenticodeHelper {
+class WATTLEAF_API ZQAuthenticodeHelper {
  public:
   ZQAuthenticodeHelper() = delete;
 
@@ -63,7 +64,7 @@ class ZQAuthenticodeHelper {
   /// Whether the lists have a common name in common. Case-sensitive; no other field takes part.
   static bool SubjectsMatch(SignatureList first, SignatureList second);
 
-  /// Whether the lists have a public key in common.
+  /// Whether the lists have a public key in common. A signer that could not be read has none.
   static bool PublicKeysMatch(SignatureList first, SignatureList second);
 
   /// Reads a subject of one "key=value" for each line, lines separated by CR LF.

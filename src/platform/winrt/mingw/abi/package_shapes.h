@@ -5,6 +5,8 @@
 #include <hstring.h>
 #include <inspectable.h>
 
+#include "abi/value_shapes.h"
+
 // The package manager's interfaces, which the headers of this toolchain lack. Each operation stands
 // in the slot that Windows gives it; all results are out-parameters, the last one. What nobody here
 // needs is typed as IInspectable, which is the same to the caller.
@@ -28,10 +30,6 @@ struct IUriRuntimeClass : IInspectable {
   virtual HRESULT STDMETHODCALLTYPE get_Suspicious(boolean* value) = 0;
   virtual HRESULT STDMETHODCALLTYPE Equals(IUriRuntimeClass* uri, boolean* value) = 0;
   virtual HRESULT STDMETHODCALLTYPE CombineUri(HSTRING relativeUri, IUriRuntimeClass** value) = 0;
-};
-
-struct DateTime {
-  INT64 UniversalTime;
 };
 
 struct IStorageItem : IInspectable {

@@ -1,0 +1,25 @@
+# What `cmake --install` puts into place: the library with its import library, the headers that a
+# program may include, and a CMake package, so that
+#   find_package(WattleafService)
+#   target_link_libraries(program PRIVATE WattleafService::WattleafService)
+# is all that a user writes.
+include(CMakePackageConfigHelpers)
+include(GNUInstallDirs)
+
+set(package_folder "${CMAKE_INSTALL_LIBDIR}/cmake/WattleafService")
+install(TARGETS WattleafService EXPORT WattleafServiceTargets
+  RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}"
+  ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+  FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/WattleafService"
+  FILE_SET abi DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/WattleafService")
+install(EXPORT WattleafServiceTargets NAMESPACE WattleafService:: DESTINATION "${package_folder}")
+
+file(CONFIGURE OUTPUT "${CMAKE_BINARY_DIR}/WattleafServiceConfig.cmake" @ONLY CONTENT [[
+include("${CMAKE_CURRENT_LIST_DIR}/WattleafServiceTargets.cmake")
+]])
+write_basic_package_version_file("${CMAKE_BINARY_DIR}/WattleafServiceConfigVersion.cmake"
+  COMPATIBILITY SameMajorVersion)
+install(FILES
+  "${CMAKE_BINARY_DIR}/WattleafServiceConfig.cmake"
+  "${CMAKE_BINARY_DIR}/WattleafServiceConfigVersion.cmake"
+  DESTINATION "${package_folder}")

@@ -1,0 +1,105 @@
+// Asks the library's security layer what a host asks it: whether a client needs no manifest,
+// whether a file is trusted, and whether a client may start a tool of the system.
+//
+//   access_client [FILE]
+//
+// FILE is judged as a library that the service would load; by default it is this program.
+
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <string>
+
+#include "security/access/access_manager.h"
+#include "security/access/client_information.h"
+#include "security/access/exemption_white_lists.h"
+#include "security/access/manifest_exemption.h"
+#include "security/access/rule_validators.h"
+#include "security/trust/zq_authenticode_facade.h"
+
+namespace {
+
+using namespace Zq::Gantry;
+
+void Print(const std::string& question, bool answer) {
+  std::printf("%s: %s\n", question.c_str(), answer ? "yes" : "no");
+}
+
+bool IsExemptStoreClient(std::uint16_t major, std::uint16_t minor) {
+  auto client = std::make_shared<Server::Uwp::UwpInformation>(
+      L"C7E40B19.ZQLumenGuard", L"C7E40B19.ZQLumenGuard_q7m3xk2tdw9pa", major, minor);
+  auto list = Security::UwpWithNoZQManifestExemptionWhiteList::GetExemption();
+
+  Security::GantryAccessManager manager;
+  manager.SetUwpChecker(
+      std::make_shared<Security::UwpWithNoZqManifestCheckBasedOnMajorAndMinorVersion>(list,
+                                                                                      client));
+  return manager.IsUwpExempt();
+}
+
+bool IsExemptProgram(const wchar_t* name, std::uint16_t major, std::uint16_t minor) {
+  auto client = std::make_shared<Server::Win32::Win32Information>(name, major, minor);
+  auto list = Security::Win32WithNoZQManifestExemptionWhiteList::GetExemption();
+
+  Security::GantryAccessManager manager;
+  manager.SetWin32Checker(
+      std::make_shared<Security::Win32WithNoZqManifestCheckBasedOnMajorAndMinorVersion>(list,
+                                                                                        client));
+  return manager.IsWin32Exempt();
+}
+
+void AskAboutClients() {
+  Print("Store client ZQLumenGuard 2.0 is exempt", IsExemptStoreClient(2, 0));
+  Print("Store client ZQLumenGuard 2.1 is exempt", IsExemptStoreClient(2, 1));
+  Print("program LatchWardenUWP 8.9 is exempt", IsExemptProgram(L"LatchWardenUWP", 8, 9));
+  Print("program LatchWardenUWP 8.10 is exempt", IsExemptProgram(L"LatchWardenUWP", 8, 10));
+}
+
+void AskWithoutChecker() {
+  try {
+    Security::GantryAccessManager().IsUwpExempt();
+  } catch (const Security::gantry_access_exception& problem) {
+    std::printf("without a checker: %s\n", problem.what());
+  }
+}
+
+std::wstring Widen(const char* text) {
+  std::wstring wide(std::mbstowcs(nullptr, text, 0) + 1, L'\0');
+  wide.resize(std::mbstowcs(wide.data(), text, wide.size()));
+  return wide;
+}
+
+void AskAboutFile(const char* path) {
+  Security::ZQAuthenticodeFacade facade;
+  const std::wstring file = Widen(path);
+  Print("the file is one that the service would load", facade.IsServiceFileTrusted(file.c_str()));
+  Print("its place is protected", facade.IsPathAllowed(file.c_str()));
+}
+
+void AskAboutTools() {
+  Security::ZQAuthenticodeFacade facade;
+  // Nobody's call is being served on this thread, so there is no client that might.
+  Print("a client may start sfc.exe",
+        facade.IsToolLaunchAllowed(L"%windir%\\System32\\sfc.exe", /*restricted=*/false,
+                                   L"/scannow", L"access_client"));
+}
+
+/// A host has nodes and values of the runtime; here is neither, which only a rule without
+/// conditions takes.
+void AskAboutParameters() {
+  for (const wchar_t* kind : {L"none", L"contained_in_list"}) {
+    const std::wstring name = kind;
+    Print("a parameter that is not there passes the rule " + std::string(name.begin(), name.end()),
+          Security::RuleValidators.at(kind)(nullptr, nullptr));
+  }
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+  AskAboutClients();
+  AskWithoutChecker();
+  AskAboutFile(count > 1 ? arguments[1] : arguments[0]);
+  AskAboutTools();
+  AskAboutParameters();
+}

@@ -1,0 +1,46 @@
+// Any pattern against any value: an answer, without a finding. And the path guard answers like the
+// expressions that it stands for. The bytes are 16-bit characters: a pattern, a line end, a value.
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <regex>
+#include <string>
+
+#include "security/access/path_guard.h"
+#include "security/access/pattern_match.h"
+#include "security/access/rule_judges.h"
+
+using namespace Zq::Gantry::Security;
+
+namespace {
+
+std::wstring TextOf(const std::uint8_t* data, std::size_t size) {
+  std::wstring text;
+  for (std::size_t i = 0; i + 1 < size; i += 2) {
+    text += static_cast<wchar_t>(data[i] | data[i + 1] << 8);
+  }
+  return text;
+}
+
+/// The matcher with back-tracking needs stack for each character: short values only.
+bool ExpressionsReject(const std::wstring& value) {
+  static const std::wregex shape(LR"(^((?:[\w]\:|\\)|(http[s]?\:)|(\%[\(|\w|\)]+\%))+)");
+  static const std::wregex traversal(LR"(((\/+)?\.\.(\/+)?))");
+  return std::regex_search(value.c_str(), shape) && std::regex_search(value.c_str(), traversal);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const std::wstring text = TextOf(data, size);
+  const std::size_t end = std::min(text.find(L'\n'), text.size());
+  const std::wstring pattern = text.substr(0, end);
+  const std::wstring value = text.substr(std::min(end + 1, text.size()));
+
+  const bool isRejected = IsClimbingPath(value);
+  if (value.size() < 200 && isRejected != ExpressionsReject(value)) std::abort();
+  if (PassesRegex(pattern, value) && (isRejected || !MatchesPattern(pattern, value))) std::abort();
+  if (IsContainedInList(pattern, value) && !BeginsWithFromList(pattern, value)) std::abort();
+  return 0;
+}

@@ -1,0 +1,42 @@
+#include "security/access/access_manager.h"
+
+#include <utility>
+
+namespace Zq::Gantry::Security {
+
+namespace {
+
+constexpr char kNoUwpChecker[] =
+    "The Behavior was not defined. A call to SetUwpChecker must be done.";
+constexpr char kNoWin32Checker[] =
+    "The Behavior was not defined. A call to SetWin32Checker must be done.";
+
+bool Ask(const std::shared_ptr<IClientWithNoZqManifestCheckCriteria>& checker,
+         const char* complaint) {
+  if (!checker) throw gantry_access_exception(complaint);
+  return checker->IsAnException();
+}
+
+}  // namespace
+
+GantryAccessManager::GantryAccessManager()
+    : uwpWhiteList_(std::make_shared<UwpWithNoZQManifestExemptionWhiteList>()) {}
+GantryAccessManager::GantryAccessManager(const GantryAccessManager& other) = default;
+GantryAccessManager& GantryAccessManager::operator=(const GantryAccessManager& other) = default;
+GantryAccessManager::~GantryAccessManager() = default;
+
+void GantryAccessManager::SetUwpChecker(
+    std::shared_ptr<IClientWithNoZqManifestCheckCriteria> checker) {
+  uwpChecker_ = std::move(checker);
+}
+
+void GantryAccessManager::SetWin32Checker(
+    std::shared_ptr<IClientWithNoZqManifestCheckCriteria> checker) {
+  win32Checker_ = std::move(checker);
+}
+
+bool GantryAccessManager::IsUwpExempt() { return Ask(uwpChecker_, kNoUwpChecker); }
+
+bool GantryAccessManager::IsWin32Exempt() { return Ask(win32Checker_, kNoWin32Checker); }
+
+}  // namespace Zq::Gantry::Security

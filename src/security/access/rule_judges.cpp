@@ -1,0 +1,72 @@
+#include "security/access/rule_judges.h"
+
+#include <cmath>
+#include <stdexcept>
+
+#include "security/access/list_reader.h"
+#include "security/access/path_guard.h"
+#include "security/access/pattern_match.h"
+#include "security/trust/path_rules.h"
+
+namespace Zq::Gantry::Security {
+
+namespace {
+
+template <typename Fits>
+bool HasItem(std::wstring_view list, Fits fits) {
+  ListReader items(list);
+  while (const auto item = items.TryNext()) {
+    if (fits(*item)) return true;
+  }
+  return false;
+}
+
+/// By the rules of stoi: white space before the number and text behind it do not matter.
+std::optional<int> TryReadLimit(const LimitText& limitText, const wchar_t* name) {
+  const std::optional<std::wstring> text = limitText(name);
+  if (!text) return std::nullopt;
+  return std::stoi(*text);
+}
+
+}  // namespace
+
+bool PassesRegex(const std::wstring& pattern, const std::wstring& value) {
+  return !IsClimbingPath(value) && MatchesPattern(pattern, value);
+}
+
+bool IsContainedInList(std::wstring_view list, std::wstring_view value) {
+  if (IsClimbingPath(value)) return false;
+  return HasItem(list, [value](std::wstring_view item) { return item == value; });
+}
+
+bool BeginsWithFromList(std::wstring_view list, std::wstring_view value) {
+  if (IsClimbingPath(value)) return false;
+  // Kept on purpose: an empty item begins every value (test
+  // BeginsWithFromList.AnEmptyItemPassesEveryValueThatTheGuardLetsThrough).
+  return HasItem(list, [value](std::wstring_view item) { return HasPrefix(value, item); });
+}
+
+bool BeginsWithFromExpandedList(std::wstring_view list, const std::wstring& value,
+                                const PathExpansion& expand) {
+  const std::wstring expanded = expand(value);
+  if (IsClimbingPath(expanded)) return false;
+  // Kept on purpose: an item that cannot be expanded is empty and begins every value (test
+  // BeginsWithFromExpandedList.AnItemThatCannotBeExpandedPassesEveryValue).
+  return HasItem(list, [&](std::wstring_view item) {
+    return HasPrefix(expanded, expand(std::wstring(item)));
+  });
+}
+
+bool LiesInNumericRange(double number, const LimitText& limitText) try {
+  if (std::isnan(number)) return false;
+  // Compared as it is: a number beyond 32 bits has no integer.
+  const double whole = std::trunc(number);
+  const std::optional<int> least = TryReadLimit(limitText, L"min");
+  if (least && whole < *least) return false;
+  const std::optional<int> most = TryReadLimit(limitText, L"max");
+  return !most || whole <= *most;
+} catch (const std::invalid_argument&) {
+  return false;
+}
+
+}  // namespace Zq::Gantry::Security

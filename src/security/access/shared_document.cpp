@@ -1,0 +1,23 @@
+#include "security/access/shared_document.h"
+
+#include "platform/winrt/activation.h"
+#include "platform/winrt/calls.h"
+
+namespace Zq::Gantry::Security {
+
+using namespace Platform::WinRt;
+using Platform::UniqueInterface;
+
+UniqueInterface<IXmlDocument> TryMakeXmlDocument() noexcept try {
+  const auto factory = FetchActivationFactory(kXmlDocumentClass);
+  const auto object = FetchObject(*factory.get(), &IActivationFactory::ActivateInstance);
+  return FetchInterface<IXmlDocument>(*object.get());
+} catch (...) {
+  // The library is loaded all the same.
+  return {};
+}
+
+// Runs under the loader's lock: it waits for no thread, joins no apartment and lets nothing out.
+const UniqueInterface<IXmlDocument> SharedXmlDocument = TryMakeXmlDocument();
+
+}  // namespace Zq::Gantry::Security

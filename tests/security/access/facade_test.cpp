@@ -1,0 +1,231 @@
+#include "security/trust/zq_authenticode_facade.h"
+
+#include <windows.h>
+
+#include <wincrypt.h>
+
+#include <gmock/gmock.h>
+
+#include <type_traits>
+
+#include "security/access/judged_files.h"
+#include "security/trust/zq_authenticode_helper.h"
+#include "support/temp_folder.h"
+
+namespace Zq::Gantry::Security {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::Not;
+using TestSupport::Error;
+using TestSupport::Info;
+using TestSupport::JudgedFiles;
+using TestSupport::LogRecord;
+
+constexpr wchar_t kProtected[] = L"C:\\Windows\\file.dll";
+constexpr wchar_t kElsewhere[] = L"D:\\Users\\file.dll";
+
+// The texts of the subjects, one for each signature, as the system documents them: the one at hand
+// may quote a comma in spite of the flag against it.
+std::vector<std::wstring> subjects;
+std::size_t namesRead = 0;
+
+DWORD WINAPI PlayedNameToStr(DWORD, PCERT_NAME_BLOB, DWORD, LPWSTR text, DWORD chars) {
+  // For each signature the subject's name is read and then the issuer's.
+  const std::wstring& subject = subjects.at(namesRead++ / 2 % subjects.size());
+  if (chars <= subject.size()) return 0;
+  subject.copy(text, subject.size());
+  text[subject.size()] = L'\0';
+  return static_cast<DWORD>(subject.size() + 1);
+}
+
+class Facade : public testing::Test {
+ protected:
+  Facade() {
+    subjects = {L"CN=X"};
+    namesRead = 0;
+  }
+
+  void SignWithSubject(std::uint32_t verdict, const wchar_t* subject) {
+    files_.SignAll(verdict, "30 0a");
+    // The room for the text follows the length of the name.
+    files_.trust.embedded.front().subject = L"CN=A name that is long enough for every one of them";
+    subjects = {subject};
+  }
+
+  bool NoPlaceWasAskedFor() const { return files_.rpc.Questions().empty(); }
+
+  JudgedFiles files_;
+  Standin::ImportPatch names_{"CertNameToStrW", &PlayedNameToStr};
+  ZQAuthenticodeFacade facade_;
+};
+
+using DropboxFile = Facade;
+
+}  // namespace
+
+TEST_F(Facade, HasNoData) {
+  EXPECT_EQ(sizeof(ZQAuthenticodeFacade), sizeof(void*));
+  EXPECT_EQ(sizeof(ZQAuthenticodeFacadeBase), sizeof(void*));
+  EXPECT_FALSE(std::has_virtual_destructor_v<ZQAuthenticodeFacade>);
+}
+
+TEST_F(Facade, AServiceFileNeedsTheServicesKeyAndAProtectedPlace) {
+  files_.SignAllForTheService();
+  EXPECT_TRUE(facade_.IsServiceFileTrusted(kProtected));
+  EXPECT_FALSE(facade_.IsServiceFileTrusted(kElsewhere));
+  files_.SignAll(kVerified, PublicKeyPool.at(24));
+  EXPECT_TRUE(facade_.IsServiceFileTrusted(kProtected));
+  files_.SignAll(kVerified, PublicKeyPool.at(26));
+  EXPECT_FALSE(facade_.IsServiceFileTrusted(kProtected));
+}
+
+TEST_F(Facade, AnExtendedFileNeedsTheExtendedKeyAndAProtectedPlace) {
+  files_.SignAll(kVerified, PublicKeyPool.at(26));
+  EXPECT_TRUE(facade_.IsExtendedFileTrusted(kProtected));
+  EXPECT_FALSE(facade_.IsExtendedFileTrusted(kElsewhere));
+  files_.SignAll(kVerified, PublicKeyPool.at(24));
+  EXPECT_FALSE(facade_.IsExtendedFileTrusted(kProtected));
+}
+
+TEST_F(Facade, ThePlaceIsAskedForOnlyAfterTheSignature) {
+  EXPECT_FALSE(facade_.IsServiceFileTrusted(kProtected));
+  EXPECT_FALSE(facade_.IsExtendedFileTrusted(kProtected));
+  EXPECT_FALSE(facade_.IsWindowsTrustedFileAllowed(kProtected));
+  EXPECT_FALSE(facade_.IsDropboxFileTrusted(kProtected));
+  EXPECT_TRUE(NoPlaceWasAskedFor());
+}
+
+TEST_F(Facade, AWindowsTrustedFileNeedsNoKeyOfOurs) {
+  files_.SignAll(kVerified, "30 0a");
+  EXPECT_TRUE(facade_.IsWindowsTrustedFileAllowed(kProtected));
+  EXPECT_FALSE(facade_.IsWindowsTrustedFileAllowed(kElsewhere));
+  files_.SignAll(kVerifiedButExpired, "30 0a");
+  EXPECT_TRUE(facade_.IsWindowsTrustedFileAllowed(kProtected));
+  files_.SignAll(kUntrustedRoot, ServiceTrustedKeys.front());
+  EXPECT_FALSE(facade_.IsWindowsTrustedFileAllowed(kProtected));
+}
+
+TEST_F(Facade, NullPathsAreRefusedByEveryQuestion) {
+  files_.SignAllForTheService();
+  EXPECT_FALSE(facade_.IsServiceFileTrusted(nullptr));
+  EXPECT_FALSE(facade_.IsExtendedFileTrusted(nullptr));
+  EXPECT_FALSE(facade_.IsDropboxFileTrusted(nullptr));
+  EXPECT_FALSE(facade_.IsWindowsTrustedFileAllowed(nullptr));
+  EXPECT_FALSE(facade_.HaveSameSigningKey(nullptr, kProtected));
+  EXPECT_FALSE(facade_.HaveSameSigningKey(kProtected, nullptr));
+  EXPECT_FALSE(facade_.HaveSameSigningKey(nullptr, nullptr));
+  EXPECT_FALSE(facade_.IsPathAllowed(nullptr));
+  EXPECT_FALSE(facade_.IsToolLaunchAllowed(nullptr, false, nullptr, nullptr));
+  EXPECT_TRUE(files_.trust.calls.empty());
+}
+
+TEST_F(Facade, TwoFilesOfOneKeyHaveTheSameKeyTrustedOrNotWhereverTheyLie) {
+  for (const std::uint32_t verdict : {kVerified, kVerifiedButExpired, kUntrustedRoot}) {
+    files_.SignAll(verdict, "30 0a");
+    EXPECT_TRUE(facade_.HaveSameSigningKey(kElsewhere, kElsewhere));
+    EXPECT_TRUE(facade_.HaveSameSigningKey(kElsewhere, kProtected));
+  }
+  EXPECT_TRUE(NoPlaceWasAskedFor());
+}
+
+TEST_F(Facade, AnUnsignedFileHasNotEvenItsOwnKey) {
+  EXPECT_FALSE(facade_.HaveSameSigningKey(kProtected, kProtected));
+}
+
+TEST_F(Facade, TwoSignaturesWithoutReadableKeyNeverMatch) {
+  files_.SignAll(kVerified, "30 0a");
+  files_.trust.hideSigner = true;
+  EXPECT_FALSE(facade_.HaveSameSigningKey(kProtected, kProtected));
+  EXPECT_EQ(ZQAuthenticodeHelper::GetAllSignatures(kProtected).size(), 1U);
+}
+
+TEST_F(Facade, TheQuestionForThePlaceIsPassedOn) {
+  EXPECT_TRUE(facade_.IsPathAllowed(kProtected));
+  EXPECT_TRUE(facade_.IsPathAllowed(L"%windir%\\x"));
+  EXPECT_FALSE(facade_.IsPathAllowed(kElsewhere));
+  EXPECT_TRUE(files_.trust.calls.empty());
+}
+
+TEST_F(Facade, ACallerOutsideAPackageMayStartNoTool) {
+  files_.SignAllForTheService();
+  for (const wchar_t* tool :
+       {L"regsvr32.exe", L"DISM.exe", L"sfc.exe", L"rundll32.exe", L"mmc.exe", L"rstrui.exe"}) {
+    const std::wstring path = std::wstring(L"%windir%\\System32\\") + tool;
+    EXPECT_FALSE(facade_.IsToolLaunchAllowed(path.c_str(), false, L"", L"")) << path;
+  }
+  EXPECT_TRUE(files_.trust.calls.empty());
+}
+
+TEST_F(DropboxFile, IsTrustedWithItsCommonNameInAProtectedPlace) {
+  SignWithSubject(kVerified, L"CN=Dropbox, Inc\r\nO=Other");
+  EXPECT_TRUE(facade_.IsDropboxFileTrusted(kProtected));
+  EXPECT_EQ(files_.log.Records().front(), Info(L"Starting validation of Dropbox file."));
+}
+
+TEST_F(DropboxFile, IsRefusedElsewhere) {
+  SignWithSubject(kVerified, L"CN=Dropbox, Inc");
+  EXPECT_FALSE(facade_.IsDropboxFileTrusted(kElsewhere));
+}
+
+TEST_F(DropboxFile, TheOrganizationAloneDoesNotDo) {
+  SignWithSubject(kVerified, L"CN=Other\r\nO=Dropbox, Inc");
+  EXPECT_FALSE(facade_.IsDropboxFileTrusted(kProtected));
+  EXPECT_TRUE(NoPlaceWasAskedFor());
+}
+
+TEST_F(DropboxFile, IsRefusedWithALineWhereTheSystemDoesNotAcceptIt) {
+  SignWithSubject(kUntrustedRoot, L"CN=Dropbox, Inc");
+  EXPECT_FALSE(facade_.IsDropboxFileTrusted(kProtected));
+  EXPECT_THAT(files_.log.Records(), ElementsAre(Info(L"Starting validation of Dropbox file."),
+                                                Info(L"Subject = CN=Dropbox, Inc"),
+                                                Error(L"Dropbox file is not trusted by windows.")));
+}
+
+TEST_F(DropboxFile, TheTwoSignaturesNeedNotBeTheSame) {
+  SignWithSubject(kVerified, L"CN=Other");
+  files_.trust.embedded.push_back(files_.trust.embedded.front());
+  files_.trust.embedded.back().verdict = static_cast<LONG>(kUntrustedRoot);
+  subjects.push_back(L"CN=Dropbox, Inc");
+  EXPECT_TRUE(facade_.IsDropboxFileTrusted(kProtected));
+}
+
+TEST_F(DropboxFile, ASignatureThroughACatalogDoesNotCount) {
+  const TestSupport::TempFolder folder;
+  const std::wstring path = folder.File(L"listed.dll");
+  TestSupport::WriteWholeFile(path, "content");
+  SignWithSubject(kVerified, L"CN=Dropbox, Inc");
+  files_.trust.byCatalog = files_.trust.embedded;
+  files_.trust.embedded.clear();
+  files_.catalogs.catalogs = {L"C:\\catalogs\\first.cat"};
+  ASSERT_EQ(ZQAuthenticodeHelper::GetAllSignatures(path.c_str()).size(), 1U);
+  files_.log.Clear();
+  EXPECT_FALSE(facade_.IsDropboxFileTrusted(path.c_str()));
+  EXPECT_THAT(files_.log.Records(), ElementsAre(Info(L"Starting validation of Dropbox file."),
+                                                Error(L"Dropbox file is not trusted by windows.")));
+}
+
+TEST_F(DropboxFile, AFailureWhileTheSignaturesAreReadIsLoggedAndCountsAsNo) {
+  // A key without bytes cannot be trimmed.
+  SignWithSubject(kVerified, L"CN=Dropbox, Inc");
+  files_.trust.embedded.front().key.clear();
+  EXPECT_FALSE(facade_.IsDropboxFileTrusted(kProtected));
+  const auto records = files_.log.Records();
+  ASSERT_EQ(records.size(), 2U);
+  EXPECT_EQ(records[1].level, Standin::LogLevel::kError);
+  const std::wstring begin = L"Problem while validating certificates from Dropbox. ";
+  EXPECT_EQ(records[1].text.substr(0, begin.size()), begin);
+  EXPECT_GT(records[1].text.size(), begin.size());
+  EXPECT_TRUE(NoPlaceWasAskedFor());
+}
+
+TEST_F(Facade, AFailureOfTheOtherQuestionsPassesOnAndIsNoYes) {
+  files_.SignAllForTheService();
+  files_.trust.embedded.front().key.clear();
+  EXPECT_THROW(facade_.IsServiceFileTrusted(kProtected), std::out_of_range);
+  EXPECT_THROW(facade_.IsWindowsTrustedFileAllowed(kProtected), std::out_of_range);
+  EXPECT_THROW(facade_.HaveSameSigningKey(kProtected, kProtected), std::out_of_range);
+}
+
+}  // namespace Zq::Gantry::Security

@@ -1,0 +1,126 @@
+#include "security/access/path_guard.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <regex>
+#include <string>
+
+namespace Zq::Gantry::Security {
+namespace {
+
+using namespace std::string_literals;
+
+TEST(PathGuard, KnowsTheFourBeginningsOfAPath) {
+  EXPECT_TRUE(HasPathShape(L"C:\\folder"));
+  EXPECT_TRUE(HasPathShape(L"7:"));
+  EXPECT_TRUE(HasPathShape(L"_:"));
+  EXPECT_TRUE(HasPathShape(L"\\\\server\\share"));
+  EXPECT_TRUE(HasPathShape(L"http://host"));
+  EXPECT_TRUE(HasPathShape(L"https:"));
+  EXPECT_TRUE(HasPathShape(L"%windir%\\x"));
+  EXPECT_TRUE(HasPathShape(L"%PROGRAMFILES(x86)%"));
+}
+
+TEST(PathGuard, NothingElseHasTheShapeOfAPath) {
+  for (const std::wstring text :
+       {L"", L":", L"C", L"folder\\file", L"/usr", L".:", L"ftp://host", L"HTTP://host", L"httpss:",
+        L"%%", L"%windir", L"%win dir%", L"%a-b%", L" C:\\x", L"x%a%", L"cd:"}) {
+    EXPECT_FALSE(HasPathShape(text)) << testing::PrintToString(text);
+  }
+}
+
+TEST(PathGuard, TheShapeStandsAtTheStartOfTheTextNotOfALine) {
+  EXPECT_FALSE(HasPathShape(L"word\nC:\\x"));
+  EXPECT_FALSE(HasPathShape(L"\r\n\\x"));
+}
+
+TEST(PathGuard, TwoPointsInARowClimb) {
+  EXPECT_TRUE(HasTraversal(L".."));
+  EXPECT_TRUE(HasTraversal(L"a/../b"));
+  EXPECT_TRUE(HasTraversal(L"wait..."));
+  EXPECT_FALSE(HasTraversal(L".a.b./."));
+  EXPECT_FALSE(HasTraversal(L""));
+}
+
+TEST(PathGuard, RejectsADriveLetterAndTwoPoints) {
+  EXPECT_TRUE(IsClimbingPath(L"C:\\safe\\..\\other"));
+  EXPECT_FALSE(IsClimbingPath(L"C:\\safe\\other"));
+}
+
+TEST(PathGuard, LetsARelativePathPassThatBeginsWithTwoPoints) {
+  EXPECT_FALSE(IsClimbingPath(L"..\\other"));
+  EXPECT_FALSE(IsClimbingPath(L"../other"));
+}
+
+TEST(PathGuard, LetsPlainTextWithTwoPointsPass) { EXPECT_FALSE(IsClimbingPath(L"from 1..9")); }
+
+TEST(PathGuard, RejectsAVariableAndTwoPoints) {
+  EXPECT_TRUE(IsClimbingPath(L"%TEMP%\\..\\x"));
+  EXPECT_TRUE(IsClimbingPath(L"%(a|b)%.."));
+}
+
+TEST(PathGuard, EndsAtTheFirstNullCharacter) {
+  EXPECT_FALSE(IsClimbingPath(L"C:\\x\0.."s));
+  EXPECT_FALSE(IsClimbingPath(L"\0C:\\.."s));
+  EXPECT_TRUE(IsClimbingPath(L"C:\\..\0x"s));
+}
+
+// The expressions that the guard stands for.
+const std::wregex& Shape() {
+  static const std::wregex shape(LR"(^((?:[\w]\:|\\)|(http[s]?\:)|(\%[\(|\w|\)]+\%))+)");
+  return shape;
+}
+
+const std::wregex& Traversal() {
+  static const std::wregex traversal(LR"(((\/+)?\.\.(\/+)?))");
+  return traversal;
+}
+
+void ExpectTheSameAnswers(const std::wstring& text) {
+  EXPECT_EQ(HasPathShape(text), std::regex_search(text.c_str(), Shape()))
+      << testing::PrintToString(text);
+  EXPECT_EQ(HasTraversal(text), std::regex_search(text.c_str(), Traversal()))
+      << testing::PrintToString(text);
+}
+
+constexpr std::array<const wchar_t*, 16> kParts{L"a",    L"Z",  L"_",      L":", L"\\", L"%",
+                                                L".",    L"..", L"/",      L"(", L"|",  L"\n",
+                                                L"http", L"s",  L"\x00e9", L""};
+
+TEST(PathGuardOracle, AnswersLikeTheExpressionsForAllTextsOfFourParts) {
+  for (const wchar_t* first : kParts) {
+    for (const wchar_t* second : kParts) {
+      for (const wchar_t* third : kParts) {
+        for (const wchar_t* fourth : kParts) {
+          ExpectTheSameAnswers(std::wstring(first) + second + third + fourth);
+        }
+      }
+    }
+  }
+}
+
+TEST(PathGuardOracle, TakesTheSameCharactersForWordCharacters) {
+  for (unsigned code = 1; code <= 0xFFFF; ++code) {
+    const std::wstring character(1, static_cast<wchar_t>(code));
+    ExpectTheSameAnswers(character + L":..");
+    ExpectTheSameAnswers(L"%" + character + L"%");
+  }
+}
+
+TEST(PathGuardHostile, AMillionBackslashesAndTenMillionLettersAreNoMatter) {
+  EXPECT_FALSE(IsClimbingPath(std::wstring(1'000'000, L'\\')));
+  EXPECT_TRUE(IsClimbingPath(std::wstring(1'000'000, L'\\') + L".."));
+  EXPECT_TRUE(IsClimbingPath(L"%" + std::wstring(10'000'000, L'a') + L"%.."));
+  std::wstring drives;
+  for (int i = 0; i < 500'000; ++i) drives += L"a:";
+  EXPECT_TRUE(IsClimbingPath(drives + L".."));
+}
+
+TEST(PathGuardHostile, LoneSurrogatesAreOrdinaryCharacters) {
+  EXPECT_FALSE(IsClimbingPath(L"\xD800.."));
+  EXPECT_TRUE(IsClimbingPath(L"C:\xDFFF.."));
+}
+
+}  // namespace
+}  // namespace Zq::Gantry::Security

@@ -1,0 +1,70 @@
+#include "security/access/pattern_weight.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace Zq::Gantry::Security {
+namespace {
+
+std::size_t StatesOf(std::wstring_view pattern) { return WeighPattern(pattern).states; }
+
+TEST(PatternWeight, GrowsWithThePattern) {
+  EXPECT_EQ(StatesOf(L""), 2U);
+  EXPECT_EQ(StatesOf(L"a"), 3U);
+  EXPECT_EQ(StatesOf(L"abc"), 5U);
+  EXPECT_EQ(StatesOf(L"a|b"), 6U);
+  EXPECT_EQ(StatesOf(L"(a)"), 6U);
+  EXPECT_EQ(StatesOf(L"\\d"), 3U);
+  EXPECT_EQ(StatesOf(L"[a-z]"), 3U);
+}
+
+TEST(PatternWeight, OfALoopIsLittleMoreThanItsContent) {
+  EXPECT_EQ(StatesOf(L"a*"), 5U);
+  EXPECT_EQ(StatesOf(L"(a+)?"), 10U);
+  EXPECT_LT(StatesOf(L"((((((((((a*)*)*)*)*)*)*)*)*)*)*"), 100U);
+}
+
+TEST(PatternWeight, MultipliesRepetitionsOut) {
+  // 2 at the top, and (the atom and a state beside it) times (copies and original), and 2.
+  EXPECT_EQ(StatesOf(L"\\d{100}"), 2U + 2 * 101 + 2);
+  EXPECT_EQ(StatesOf(L"\\d{3,100}"), 2U + 2 * 101 + 2);
+  EXPECT_EQ(StatesOf(L"\\d{100,}"), 2U + 2 * 101 + 2);
+  EXPECT_GT(StatesOf(L"(?:(?:a{100}){100}){100}"), 1'000'000U);
+  EXPECT_GT(StatesOf(L"a{100}{100}{100}"), 1'000'000U);
+}
+
+TEST(PatternWeight, OfAnAbsurdCountIsLargeAndDoesNotWrap) {
+  EXPECT_GE(StatesOf(L"a{1000000}"), 1'000'000U);
+  EXPECT_EQ(StatesOf(L"a{99999999999999999999999999}"), 1'000'000'000U);
+  EXPECT_EQ(StatesOf(L"(((a{4294967295}){4294967295}){4294967295})"), 1'000'000'000U);
+}
+
+TEST(PatternWeight, CountsGroupsAndTheirNesting) {
+  const PatternWeight weight = WeighPattern(L"(a(?:b)(?=c))(?!d)");
+  EXPECT_EQ(weight.groups, 4U);
+  EXPECT_EQ(weight.nesting, 2U);
+  EXPECT_EQ(WeighPattern(std::wstring(500, L'(')).nesting, 500U);
+}
+
+TEST(PatternWeight, AnEscapedOrListedParenthesisIsNoGroup) {
+  EXPECT_EQ(WeighPattern(L"\\(\\(").groups, 0U);
+  EXPECT_EQ(WeighPattern(L"[(][\\](][[:alpha:](][[.].](][\\c](]").groups, 0U);
+  EXPECT_EQ(WeighPattern(L"[a](").groups, 1U);
+}
+
+TEST(PatternWeight, RepeatsTheWholeGroup) {
+  EXPECT_GT(StatesOf(L"(abcdefghij){100}"), 1000U);
+  EXPECT_GT(StatesOf(L"([)]abcdefghij){100}"), 1000U);
+  EXPECT_GT(StatesOf(L"(\\)abcdefghij){100}"), 1000U);
+}
+
+TEST(PatternWeight, OfWhatDoesNotCompileIsSomething) {
+  for (const wchar_t* pattern :
+       {L")", L"))((", L"[", L"[[", L"[[:", L"[\\", L"{", L"{1", L"a{,}", L"*", L"(?", L"\\"}) {
+    EXPECT_GE(StatesOf(pattern), 2U);
+  }
+}
+
+}  // namespace
+}  // namespace Zq::Gantry::Security

@@ -1,0 +1,200 @@
+#include "security/access/played_rules.h"
+
+#include <algorithm>
+#include <type_traits>
+#include <utility>
+
+namespace TestSupport {
+
+HRESULT RuleCalls::ResultOf(const std::string& call) {
+  made.push_back(call);
+  const auto failure = failures.find(call);
+  return failure == failures.end() ? S_OK : failure->second;
+}
+
+bool RuleCalls::GivesNothing(const std::string& call) const {
+  return std::find(givingNothing.begin(), givingNothing.end(), call) != givingNothing.end();
+}
+
+namespace {
+
+HRESULT HandOutText(RuleCalls& calls, const char* call, const std::wstring& text, HSTRING* value) {
+  *value = nullptr;
+  const HRESULT result = calls.ResultOf(call);
+  if (FAILED(result)) return result;
+  return WindowsCreateString(text.data(), static_cast<UINT32>(text.size()), value);
+}
+
+/// The new object's one reference goes over to the result.
+template <typename Reference, typename Object>
+Reference Adopt(Object* object) {
+  const Reference reference(object);
+  object->Release();
+  return reference;
+}
+
+using Attribute = RuntimeObject<UnusedNode, IXmlNode, IXmlNodeSerializer, IXmlAttribute>;
+
+class PlayedAttribute final : public Attribute {
+ public:
+  PlayedAttribute(RuleCalls& calls, std::wstring value) : calls_(calls), value_(std::move(value)) {}
+
+  STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
+    *object = nullptr;
+    const HRESULT result =
+        iid == __uuidof(IXmlAttribute) ? calls_.ResultOf("as IXmlAttribute") : S_OK;
+    return FAILED(result) ? result : Attribute::QueryInterface(iid, object);
+  }
+  STDMETHODIMP get_Value(HSTRING* value) override {
+    return HandOutText(calls_, "Value", value_, value);
+  }
+  STDMETHODIMP get_InnerText(HSTRING*) override { return E_NOTIMPL; }
+  STDMETHODIMP get_Attributes(IXmlNamedNodeMap**) override { return E_NOTIMPL; }
+
+ private:
+  RuleCalls& calls_;
+  std::wstring value_;
+};
+
+class PlayedMap final : public RuntimeObject<UnusedNodeMap, IXmlNamedNodeMap> {
+ public:
+  PlayedMap(RuleCalls& calls, std::map<std::wstring, std::wstring> attributes)
+      : calls_(calls), attributes_(std::move(attributes)) {}
+
+  STDMETHODIMP GetNamedItem(HSTRING name, IXmlNode** node) override {
+    *node = nullptr;
+    const std::wstring text = WindowsGetStringRawBuffer(name, nullptr);
+    const HRESULT result =
+        calls_.ResultOf(text == L"min" ? "GetNamedItem min" : "GetNamedItem max");
+    const auto row = attributes_.find(text);
+    if (FAILED(result) || row == attributes_.end()) return result;
+    *node = new PlayedAttribute(calls_, row->second);
+    return S_OK;
+  }
+
+ private:
+  RuleCalls& calls_;
+  std::map<std::wstring, std::wstring> attributes_;
+};
+
+using Node = RuntimeObject<UnusedNode, IXmlNode, IXmlNodeSerializer>;
+
+class PlayedNode final : public Node {
+ public:
+  PlayedNode(RuleCalls& calls, NodeContent content) : calls_(calls), content_(std::move(content)) {}
+
+  STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
+    *object = nullptr;
+    const HRESULT result =
+        iid == __uuidof(IXmlNodeSerializer) ? calls_.ResultOf("as IXmlNodeSerializer") : S_OK;
+    return FAILED(result) ? result : Node::QueryInterface(iid, object);
+  }
+  STDMETHODIMP get_InnerText(HSTRING* value) override {
+    return HandOutText(calls_, "InnerText", content_.innerText, value);
+  }
+  STDMETHODIMP get_Attributes(IXmlNamedNodeMap** value) override {
+    *value = nullptr;
+    const HRESULT result = calls_.ResultOf("Attributes");
+    if (FAILED(result) || !content_.hasAttributeMap) return result;
+    *value = new PlayedMap(calls_, content_.attributes);
+    return S_OK;
+  }
+  STDMETHODIMP get_Value(HSTRING*) override { return E_NOTIMPL; }
+
+ private:
+  RuleCalls& calls_;
+  NodeContent content_;
+};
+
+/// The boxed value as such; `Reference` is the interface of its type.
+template <typename Reference, PropertyType kType>
+struct BoxOf : UnusedValue, Reference {
+  static constexpr PropertyType kPropertyType = kType;
+};
+
+template <typename Reference, PropertyType kType, typename Value>
+class PlayedBox final : public RuntimeObject<BoxOf<Reference, kType>, IPropertyValue, Reference> {
+ public:
+  PlayedBox(RuleCalls& calls, Value value) : calls_(calls), value_(std::move(value)) {}
+
+  STDMETHODIMP get_Type(PropertyType* value) override {
+    *value = kType;
+    return calls_.ResultOf("Type");
+  }
+  template <typename Out>
+  HRESULT Give(Out* value) {
+    if constexpr (std::is_same_v<Out, HSTRING>) {
+      return HandOutText(calls_, "Boxed", value_, value);
+    } else {
+      *value = static_cast<Out>(value_);
+      return calls_.ResultOf("Boxed");
+    }
+  }
+  using Out = std::conditional_t<std::is_same_v<Value, std::wstring>, HSTRING,
+                                 std::conditional_t<std::is_same_v<Value, bool>, boolean, DOUBLE>>;
+  STDMETHODIMP get_Value(Out* value) override { return Give(value); }
+
+ private:
+  RuleCalls& calls_;
+  Value value_;
+};
+
+class PlayedInt32 final : public RuntimeObject<UnusedValue, IPropertyValue> {
+ public:
+  explicit PlayedInt32(RuleCalls& calls) : calls_(calls) {}
+  STDMETHODIMP get_Type(PropertyType* value) override {
+    *value = static_cast<PropertyType>(4);
+    return calls_.ResultOf("Type");
+  }
+
+ private:
+  RuleCalls& calls_;
+};
+
+template <typename Reference, PropertyType kType, typename Value>
+ValueReference MakeBox(RuleCalls& calls, Value value) {
+  IPropertyValue* box = new PlayedBox<Reference, kType, Value>(calls, std::move(value));
+  return Adopt<ValueReference>(static_cast<IInspectable*>(box));
+}
+
+class NoText final : public RuntimeObject<UnusedNode, IXmlNode> {
+ public:
+  STDMETHODIMP get_InnerText(HSTRING*) override { return E_NOTIMPL; }
+  STDMETHODIMP get_Attributes(IXmlNamedNodeMap**) override { return E_NOTIMPL; }
+  STDMETHODIMP get_Value(HSTRING*) override { return E_NOTIMPL; }
+};
+
+}  // namespace
+
+XmlNodeReference MakeNode(RuleCalls& calls, NodeContent content) {
+  return Adopt<XmlNodeReference>(static_cast<IXmlNode*>(new PlayedNode(calls, std::move(content))));
+}
+
+XmlNodeReference MakeNodeWithoutText(RuleCalls&) {
+  return Adopt<XmlNodeReference>(static_cast<IXmlNode*>(new NoText));
+}
+
+ValueReference Box(RuleCalls& calls, const std::wstring& text) {
+  return MakeBox<IStringReference, PropertyType_String>(calls, text);
+}
+
+ValueReference Box(RuleCalls& calls, const wchar_t* text) { return Box(calls, std::wstring(text)); }
+
+ValueReference Box(RuleCalls& calls, double number) {
+  return MakeBox<IDoubleReference, PropertyType_Double>(calls, number);
+}
+
+ValueReference Box(RuleCalls& calls, bool truth) {
+  return MakeBox<IBooleanReference, PropertyType_Boolean>(calls, truth);
+}
+
+ValueReference BoxInt32(RuleCalls& calls) {
+  return Adopt<ValueReference>(
+      static_cast<IInspectable*>(static_cast<IPropertyValue*>(new PlayedInt32(calls))));
+}
+
+ValueReference MakePlainObject(RuleCalls&) {
+  return Adopt<ValueReference>(static_cast<IInspectable*>(static_cast<IXmlNode*>(new NoText)));
+}
+
+}  // namespace TestSupport

@@ -1,0 +1,139 @@
+// What the trust questions answer when memory runs out at any one of their steps. A program of its
+// own, since it replaces the allocation of the whole program.
+
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <functional>
+#include <new>
+
+#include "import_patch.h"
+#include "security/access/judged_files.h"
+#include "security/access/tool_launch.h"
+#include "security/trust/zq_authenticode_facade.h"
+
+namespace {
+
+// How many more allocations succeed before one fails; -1: all.
+long long remaining = -1;
+
+bool paused = false;
+
+void* Allocate(std::size_t size) {
+  if (remaining == 0 && !paused) {
+    remaining = -1;
+    throw std::bad_alloc();
+  }
+  if (remaining > 0 && !paused) --remaining;
+  if (void* block = std::malloc(size == 0 ? 1 : size)) return block;
+  throw std::bad_alloc();
+}
+
+}  // namespace
+
+void* operator new(std::size_t size) { return Allocate(size); }
+void operator delete(void* block) noexcept { std::free(block); }
+void operator delete(void* block, std::size_t) noexcept { std::free(block); }
+
+namespace Zq::Gantry::Security {
+namespace {
+
+using TestSupport::JudgedFiles;
+
+/// Lets each allocation of `question` fail in turn. Gives the number of times that it said yes in
+/// spite of a failure, and in `steps` the number of allocations that failed.
+int CountYes(const std::function<bool()>& question, int& steps) {
+  int yes = 0;
+  for (steps = 0;; ++steps) {
+    remaining = steps;
+    bool answer = false;
+    try {
+      answer = question();
+    } catch (const std::bad_alloc&) {
+      // Passed on: no answer at all.
+    }
+    const bool failed = remaining == -1;
+    remaining = -1;
+    if (!failed) return yes;
+    if (answer) ++yes;
+  }
+}
+
+/// Lets nothing fail inside a played call: the system's own would not take its memory from us.
+template <int Tag, typename Result, typename... Arguments>
+class Unfailing {
+ public:
+  explicit Unfailing(const char* name) : patch_(name, &Call) {
+    original_ = patch_.template Original<Result(Arguments...)>();
+  }
+
+ private:
+  static Result Call(Arguments... arguments) {
+    paused = true;
+    const Result result = original_(arguments...);
+    paused = false;
+    return result;
+  }
+
+  static inline Result (*original_)(Arguments...) = nullptr;
+  Standin::ImportPatch patch_;
+};
+
+void IgnoreLog(void*, Standin::LogLevel, const wchar_t*, const wchar_t*) {}
+
+class ScarceMemory : public testing::Test {
+ protected:
+  ScarceMemory() {
+    files_.SignAll(kVerified, "30 0a");
+    Standin::SetLogSink(&IgnoreLog, nullptr);
+  }
+
+  JudgedFiles files_;
+  Unfailing<0, LONG, HWND, GUID*, void*> verify_{"WinVerifyTrust"};
+  Unfailing<1, RPC_STATUS, void*, void*> client_{"RpcServerInqCallAttributesW"};
+  Unfailing<2, BOOL, HANDLE*, const GUID*, const wchar_t*, const void*, DWORD> acquire_{
+      "CryptCATAdminAcquireContext2"};
+  Unfailing<3, BOOL, HANDLE, DWORD> release_{"CryptCATAdminReleaseContext"};
+  ZQAuthenticodeFacade facade_;
+  int steps_ = 0;
+};
+
+TEST_F(ScarceMemory, AFileOfAnotherSignerNeverPassesForDropbox) {
+  const auto question = [this] { return facade_.IsDropboxFileTrusted(L"C:\\Windows\\file.dll"); };
+  ASSERT_FALSE(question());
+  EXPECT_EQ(CountYes(question, steps_), 0);
+  EXPECT_GT(steps_, 5);
+}
+
+TEST_F(ScarceMemory, AnUnknownKeyNeverPassesForTheServices) {
+  const auto question = [this] { return facade_.IsServiceFileTrusted(L"C:\\Windows\\file.dll"); };
+  ASSERT_FALSE(question());
+  EXPECT_EQ(CountYes(question, steps_), 0);
+  EXPECT_GT(steps_, 5);
+}
+
+TEST_F(ScarceMemory, AnUnsignedFileNeverPassesForOneThatWindowsTrusts) {
+  files_.trust.embedded.clear();
+  const auto question = [this] {
+    return facade_.IsWindowsTrustedFileAllowed(L"C:\\Windows\\file.dll");
+  };
+  EXPECT_EQ(CountYes(question, steps_), 0);
+  EXPECT_GT(steps_, 0);
+}
+
+TEST_F(ScarceMemory, AStrangersFileIsNeverRegistered) {
+  const auto question = [] {
+    return IsLaunchAllowedBy(
+        ToolLaunchTable,
+        {L"%windir%\\System32\\regsvr32.exe", false, L"/s C:\\Windows\\file.dll", L""},
+        [] { return std::wstring(L"C7E40B19.ZQHarbourDesk_q7m3xk2tdw9pa"); });
+  };
+  ASSERT_FALSE(question());
+  EXPECT_EQ(CountYes(question, steps_), 0);
+  EXPECT_GT(steps_, 10);
+}
+
+}  // namespace
+}  // namespace Zq::Gantry::Security

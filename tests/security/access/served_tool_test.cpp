@@ -1,0 +1,125 @@
+// The facade's question for tools on a thread that serves a client: who calls is played, call by
+// call.
+
+#include <windows.h>
+
+#include <rpc.h>
+
+#include <gmock/gmock.h>
+
+#include "security/access/judged_files.h"
+#include "security/trust/zq_authenticode_facade.h"
+
+namespace Zq::Gantry::Security {
+namespace {
+
+using Standin::ImportPatch;
+using TestSupport::JudgedFiles;
+
+constexpr DWORD kClient = 4321;
+
+/// What the calls about the client answer.
+struct Caller {
+  std::wstring family = L"C7E40B19.ZQHarbourDesk_q7m3xk2tdw9pa";
+  HANDLE process = reinterpret_cast<HANDLE>(0x1111);
+  RPC_STATUS impersonated = RPC_S_OK;
+  LONG named = 0;
+  int impersonations = 0;
+  int reverts = 0;
+};
+
+Caller* caller = nullptr;
+
+HANDLE WINAPI Open(DWORD, BOOL, DWORD client) {
+  return client == kClient ? caller->process : nullptr;
+}
+
+BOOL WINAPI OpenToken(HANDLE, DWORD, HANDLE* token) {
+  *token = reinterpret_cast<HANDLE>(0x2222);
+  return TRUE;
+}
+
+BOOL WINAPI ExpandForClient(HANDLE, LPCWSTR text, LPWSTR result, DWORD chars) {
+  return ExpandEnvironmentStringsW(text, result, chars) != 0;
+}
+
+RPC_STATUS RPC_ENTRY Impersonate(RPC_BINDING_HANDLE) {
+  if (caller->impersonated == RPC_S_OK) ++caller->impersonations;
+  return caller->impersonated;
+}
+
+RPC_STATUS RPC_ENTRY Revert() {
+  ++caller->reverts;
+  return RPC_S_OK;
+}
+
+LONG WINAPI NameOf(HANDLE, UINT32* length, PWSTR name) {
+  const auto needed = static_cast<UINT32>(caller->family.size() + 1);
+  const bool fits = name != nullptr && *length >= needed;
+  *length = needed;
+  if (!fits) return ERROR_INSUFFICIENT_BUFFER;
+  caller->family.copy(name, needed);
+  name[needed - 1] = L'\0';
+  return caller->named;
+}
+
+BOOL WINAPI CloseNothing(HANDLE) { return TRUE; }
+
+class ServedTool : public testing::Test {
+ protected:
+  ServedTool() {
+    caller = &caller_;
+    files_.SignAll(kVerified, "30 0a");
+  }
+  ~ServedTool() override { caller = nullptr; }
+
+  bool Ask(const std::wstring& tool) {
+    return facade_.IsToolLaunchAllowed((L"%windir%\\System32\\" + tool).c_str(), true, L"", L"");
+  }
+
+  Caller caller_;
+  JudgedFiles files_{kClient};
+  ZQAuthenticodeFacade facade_;
+
+ private:
+  ImportPatch open_{"OpenProcess", &Open};
+  ImportPatch openToken_{"OpenProcessToken", &OpenToken};
+  ImportPatch expand_{"ExpandEnvironmentStringsForUserW", &ExpandForClient};
+  ImportPatch impersonate_{"RpcImpersonateClient", &Impersonate};
+  ImportPatch revert_{"RpcRevertToSelf", &Revert};
+  ImportPatch name_{"GetPackageFamilyName", &NameOf};
+  ImportPatch close_{"CloseHandle", &CloseNothing};
+};
+
+}  // namespace
+
+TEST_F(ServedTool, TheApplicationOfTheTableMayStartEachToolAndNoOther) {
+  for (const wchar_t* tool :
+       {L"regsvr32.exe", L"DISM.exe", L"sfc.exe", L"rundll32.exe", L"mmc.exe", L"rstrui.exe"}) {
+    EXPECT_TRUE(Ask(tool)) << tool;
+  }
+  EXPECT_EQ(caller_.impersonations, 6);
+  EXPECT_EQ(caller_.reverts, 6);
+  EXPECT_FALSE(Ask(L"cmd.exe"));
+  EXPECT_EQ(caller_.impersonations, 6);
+}
+
+TEST_F(ServedTool, AnotherApplicationMayStartNone) {
+  caller_.family = L"C7E40B19.ZQLumenGuard_q7m3xk2tdw9pa";
+  EXPECT_FALSE(Ask(L"sfc.exe"));
+  EXPECT_EQ(caller_.reverts, 1);
+}
+
+TEST_F(ServedTool, AClientThatCannotBeEstablishedMayStartNone) {
+  caller_.impersonated = RPC_S_ACCESS_DENIED;
+  EXPECT_FALSE(Ask(L"sfc.exe"));
+  caller_.impersonated = RPC_S_OK;
+  caller_.named = ERROR_ACCESS_DENIED;
+  EXPECT_FALSE(Ask(L"sfc.exe"));
+  caller_.named = 0;
+  ASSERT_TRUE(Ask(L"sfc.exe"));
+  caller_.process = nullptr;
+  EXPECT_FALSE(Ask(L"sfc.exe"));
+}
+
+}  // namespace Zq::Gantry::Security

@@ -1,0 +1,137 @@
+#include "security/access/shared_document.h"
+
+#include <windows.h>
+
+#include <activation.h>
+#include <gmock/gmock.h>
+#include <roapi.h>
+#include <winstring.h>
+
+#include <new>
+#include <string>
+#include <vector>
+
+#include "import_patch.h"
+#include "runtime_object.h"
+#include "security/access/unused_operations.h"
+
+namespace Zq::Gantry::Security {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using namespace TestSupport;
+using Standin::Packages::LiveObjects;
+using Standin::Packages::RuntimeObject;
+
+class PlayedDocument final : public RuntimeObject<UnusedDocument, IXmlDocument> {};
+
+struct Script {
+  std::vector<std::string> calls;
+  bool hasApartment = true;
+  HRESULT factoryResult = S_OK;
+  HRESULT usageResult = S_OK;
+  HRESULT instanceResult = S_OK;
+  bool givesNoFactory = false;
+  bool givesNoInstance = false;
+  bool givesAnotherClass = false;
+};
+Script* script = nullptr;
+
+class OtherObject final : public RuntimeObject<IInspectable, IInspectable> {};
+
+class PlayedFactory final : public RuntimeObject<IActivationFactory, IActivationFactory> {
+ public:
+  STDMETHODIMP ActivateInstance(IInspectable** instance) override {
+    script->calls.emplace_back("instance");
+    *instance = nullptr;
+    if (FAILED(script->instanceResult) || script->givesNoInstance) return script->instanceResult;
+    if (script->givesAnotherClass) {
+      *instance = new OtherObject;
+    } else {
+      *instance = new PlayedDocument;
+    }
+    return S_OK;
+  }
+};
+
+HRESULT WINAPI GetFactory(HSTRING className, REFIID iid, void** factory) {
+  *factory = nullptr;
+  const bool isRight = iid == __uuidof(IActivationFactory) &&
+                       std::wstring(WindowsGetStringRawBuffer(className, nullptr)) ==
+                           L"Windows.Data.Xml.Dom.XmlDocument";
+  script->calls.emplace_back(isRight ? "factory" : "another factory");
+  if (!script->hasApartment) return CO_E_NOTINITIALIZED;
+  if (FAILED(script->factoryResult) || script->givesNoFactory) return script->factoryResult;
+  *factory = static_cast<IActivationFactory*>(new PlayedFactory);
+  return S_OK;
+}
+
+HRESULT WINAPI KeepAlive(CO_MTA_USAGE_COOKIE* cookie) {
+  script->calls.emplace_back("keep alive");
+  *cookie = nullptr;
+  if (SUCCEEDED(script->usageResult)) script->hasApartment = true;
+  return script->usageResult;
+}
+
+class SharedDocument : public testing::Test {
+ protected:
+  SharedDocument() { script = &played; }
+  void TearDown() override { EXPECT_EQ(LiveObjects(), 0); }
+
+  Script played;
+  Standin::ImportPatch factory{"RoGetActivationFactory", &GetFactory};
+  Standin::ImportPatch keepAlive{"CoIncrementMTAUsage", &KeepAlive};
+};
+
+TEST_F(SharedDocument, ComesFromTheFactoryOfItsClass) {
+  {
+    const auto document = TryMakeXmlDocument();
+    EXPECT_TRUE(document);
+    EXPECT_EQ(LiveObjects(), 1);
+  }
+  EXPECT_THAT(played.calls, ElementsAre("factory", "instance"));
+}
+
+TEST_F(SharedDocument, KeepsTheApartmentAliveForAThreadWithoutOne) {
+  played.hasApartment = false;
+  EXPECT_TRUE(TryMakeXmlDocument());
+  EXPECT_THAT(played.calls, ElementsAre("factory", "keep alive", "factory", "instance"));
+}
+
+TEST_F(SharedDocument, IsEmptyWhereNoApartmentCanBeHad) {
+  played.hasApartment = false;
+  played.usageResult = E_FAIL;
+  EXPECT_FALSE(TryMakeXmlDocument());
+  EXPECT_THAT(played.calls, ElementsAre("factory", "keep alive"));
+}
+
+TEST_F(SharedDocument, IsEmptyWhereACallFails) {
+  played.factoryResult = REGDB_E_CLASSNOTREG;
+  EXPECT_FALSE(TryMakeXmlDocument());
+  played.factoryResult = S_OK;
+  played.instanceResult = E_OUTOFMEMORY;
+  EXPECT_FALSE(TryMakeXmlDocument());
+}
+
+TEST_F(SharedDocument, IsEmptyWhereACallGivesNothingOrSomethingElse) {
+  played.givesNoFactory = true;
+  EXPECT_FALSE(TryMakeXmlDocument());
+  played.givesNoFactory = false;
+  played.givesNoInstance = true;
+  EXPECT_FALSE(TryMakeXmlDocument());
+  played.givesNoInstance = false;
+  played.givesAnotherClass = true;
+  EXPECT_FALSE(TryMakeXmlDocument());
+}
+
+HRESULT WINAPI NoMemory(const wchar_t*, UINT32, HSTRING*) { throw std::bad_alloc(); }
+
+TEST_F(SharedDocument, IsEmptyWhateverIsRaised) {
+  const Standin::ImportPatch text("WindowsCreateString", &NoMemory);
+  EXPECT_TRUE(noexcept(TryMakeXmlDocument()));
+  EXPECT_FALSE(TryMakeXmlDocument());
+}
+
+}  // namespace
+}  // namespace Zq::Gantry::Security

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+
+namespace TestSupport {
+
+namespace SmallStackInside {
+
+struct Task {
+  std::function<void()> call;
+  bool isFinished = false;
+};
+
+/// Wine makes no stack below 1 MB: the rest is taken away here.
+inline void CallBelowHalfAMegabyte(Task& task) {
+  volatile char taken[512 * 1024];
+  taken[0] = 1;
+  taken[sizeof(taken) - 1] = taken[0];
+  task.call();
+  task.isFinished = taken[sizeof(taken) - 1] == 1;
+}
+
+inline DWORD WINAPI Run(void* task) {
+  CallBelowHalfAMegabyte(*static_cast<Task*>(task));
+  return 0;
+}
+
+}  // namespace SmallStackInside
+
+/// Whether `call` comes to its end on a thread that has half a megabyte of stack left, as a thread
+/// of a host may. An overflow under Wine ends only the thread, without a word.
+inline bool FinishesOnASmallStack(std::function<void()> call) {
+  SmallStackInside::Task task{std::move(call)};
+  const HANDLE thread = CreateThread(nullptr, 1024 * 1024, SmallStackInside::Run, &task,
+                                     STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr);
+  if (thread == nullptr) return false;
+  WaitForSingleObject(thread, INFINITE);
+  CloseHandle(thread);
+  return task.isFinished;
+}
+
+}  // namespace TestSupport

@@ -1,0 +1,32 @@
+#include <gtest/gtest.h>
+
+#include "security/access/tool_launch.h"
+
+namespace Zq::Gantry::Security {
+namespace {
+
+ToolLaunchRule RuleFor(std::vector<std::wstring> families) {
+  return {std::move(families), false, nullptr};
+}
+
+TEST(AdmitsFamily, TakesOneOfSeveralExactly) {
+  const ToolLaunchRule rule = RuleFor({L"First_1", L"Second_2"});
+  EXPECT_TRUE(AdmitsFamily(rule, L"First_1"));
+  EXPECT_TRUE(AdmitsFamily(rule, L"Second_2"));
+  EXPECT_FALSE(AdmitsFamily(rule, L"first_1"));
+  EXPECT_FALSE(AdmitsFamily(rule, L"First_"));
+  EXPECT_FALSE(AdmitsFamily(rule, L"First_11"));
+}
+
+TEST(AdmitsFamily, AnEmptyFamilyIsNobodysEvenWhereTheRowNamesOne) {
+  EXPECT_FALSE(AdmitsFamily(RuleFor({L"First_1"}), L""));
+  EXPECT_FALSE(AdmitsFamily(RuleFor({L"", L"First_1"}), L""));
+}
+
+TEST(AdmitsFamily, ARowWithoutFamiliesTakesEverybody) {
+  EXPECT_TRUE(AdmitsFamily(RuleFor({}), L""));
+  EXPECT_TRUE(AdmitsFamily(RuleFor({}), L"Anybody_1"));
+}
+
+}  // namespace
+}  // namespace Zq::Gantry::Security

@@ -1,0 +1,122 @@
+#pragma once
+
+#include <windows.h>
+
+#include "abi/value_shapes.h"
+#include "abi/xml_shapes.h"
+
+// The operations that no judge calls.
+namespace TestSupport {
+
+using namespace Zq::Gantry::Platform::WinRt;
+
+/// A node of any kind.
+struct UnusedNode : IXmlNode, IXmlNodeSerializer, IXmlAttribute {
+  STDMETHODIMP get_NodeValue(IInspectable**) override { return E_NOTIMPL; }
+  STDMETHODIMP put_NodeValue(IInspectable*) override { return E_NOTIMPL; }
+  STDMETHODIMP get_NodeType(NodeType*) override { return E_NOTIMPL; }
+  STDMETHODIMP get_NodeName(HSTRING*) override { return E_NOTIMPL; }
+  STDMETHODIMP get_ParentNode(IXmlNode**) override { return E_NOTIMPL; }
+  STDMETHODIMP get_ChildNodes(IXmlNodeList**) override { return E_NOTIMPL; }
+  STDMETHODIMP get_FirstChild(IXmlNode**) override { return E_NOTIMPL; }
+  STDMETHODIMP get_LastChild(IXmlNode**) override { return E_NOTIMPL; }
+  STDMETHODIMP get_PreviousSibling(IXmlNode**) override { return E_NOTIMPL; }
+  STDMETHODIMP get_NextSibling(IXmlNode**) override { return E_NOTIMPL; }
+  STDMETHODIMP HasChildNodes(boolean*) override { return E_NOTIMPL; }
+  STDMETHODIMP get_OwnerDocument(IXmlDocument**) override { return E_NOTIMPL; }
+  STDMETHODIMP InsertBefore(IXmlNode*, IXmlNode*, IXmlNode**) override { return E_NOTIMPL; }
+  STDMETHODIMP ReplaceChild(IXmlNode*, IXmlNode*, IXmlNode**) override { return E_NOTIMPL; }
+  STDMETHODIMP RemoveChild(IXmlNode*, IXmlNode**) override { return E_NOTIMPL; }
+  STDMETHODIMP AppendChild(IXmlNode*, IXmlNode**) override { return E_NOTIMPL; }
+  STDMETHODIMP CloneNode(boolean, IXmlNode**) override { return E_NOTIMPL; }
+  STDMETHODIMP get_NamespaceUri(IInspectable**) override { return E_NOTIMPL; }
+  STDMETHODIMP get_LocalName(IInspectable**) override { return E_NOTIMPL; }
+  STDMETHODIMP get_Prefix(IInspectable**) override { return E_NOTIMPL; }
+  STDMETHODIMP Normalize() override { return E_NOTIMPL; }
+  STDMETHODIMP put_Prefix(IInspectable*) override { return E_NOTIMPL; }
+  STDMETHODIMP GetXml(HSTRING*) override { return E_NOTIMPL; }
+  STDMETHODIMP put_InnerText(HSTRING) override { return E_NOTIMPL; }
+  STDMETHODIMP get_Name(HSTRING*) override { return E_NOTIMPL; }
+  STDMETHODIMP get_Specified(boolean*) override { return E_NOTIMPL; }
+  STDMETHODIMP put_Value(HSTRING) override { return E_NOTIMPL; }
+};
+
+/// Attributes of an element.
+struct UnusedNodeMap : IXmlNamedNodeMap {
+  STDMETHODIMP get_Length(UINT32*) override { return E_NOTIMPL; }
+  STDMETHODIMP Item(UINT32, IXmlNode**) override { return E_NOTIMPL; }
+  STDMETHODIMP SetNamedItem(IXmlNode*, IXmlNode**) override { return E_NOTIMPL; }
+  STDMETHODIMP RemoveNamedItem(HSTRING, IXmlNode**) override { return E_NOTIMPL; }
+  STDMETHODIMP GetNamedItemNS(IInspectable*, HSTRING, IXmlNode**) override { return E_NOTIMPL; }
+  STDMETHODIMP RemoveNamedItemNS(IInspectable*, HSTRING, IXmlNode**) override { return E_NOTIMPL; }
+  STDMETHODIMP SetNamedItemNS(IXmlNode*, IXmlNode**) override { return E_NOTIMPL; }
+};
+
+/// A document.
+struct UnusedDocument : IXmlDocument {
+  STDMETHODIMP get_Doctype(IXmlDocumentType**) override { return E_NOTIMPL; }
+  STDMETHODIMP get_Implementation(IXmlDomImplementation**) override { return E_NOTIMPL; }
+  STDMETHODIMP get_DocumentElement(IXmlElement**) override { return E_NOTIMPL; }
+  STDMETHODIMP CreateElement(HSTRING, IXmlElement**) override { return E_NOTIMPL; }
+  STDMETHODIMP CreateDocumentFragment(IXmlDocumentFragment**) override { return E_NOTIMPL; }
+  STDMETHODIMP CreateTextNode(HSTRING, IXmlText**) override { return E_NOTIMPL; }
+  STDMETHODIMP CreateComment(HSTRING, IXmlComment**) override { return E_NOTIMPL; }
+  STDMETHODIMP CreateProcessingInstruction(HSTRING, HSTRING, IXmlProcessingInstruction**) override {
+    return E_NOTIMPL;
+  }
+  STDMETHODIMP CreateAttribute(HSTRING, IXmlAttribute**) override { return E_NOTIMPL; }
+  STDMETHODIMP CreateEntityReference(HSTRING, IXmlEntityReference**) override { return E_NOTIMPL; }
+  STDMETHODIMP GetElementsByTagName(HSTRING, IXmlNodeList**) override { return E_NOTIMPL; }
+  STDMETHODIMP CreateCDataSection(HSTRING, IXmlCDataSection**) override { return E_NOTIMPL; }
+  STDMETHODIMP get_DocumentUri(HSTRING*) override { return E_NOTIMPL; }
+  STDMETHODIMP CreateAttributeNS(IInspectable*, HSTRING, IXmlAttribute**) override {
+    return E_NOTIMPL;
+  }
+  STDMETHODIMP CreateElementNS(IInspectable*, HSTRING, IXmlElement**) override { return E_NOTIMPL; }
+  STDMETHODIMP GetElementById(HSTRING, IXmlElement**) override { return E_NOTIMPL; }
+  STDMETHODIMP ImportNode(IXmlNode*, boolean, IXmlNode**) override { return E_NOTIMPL; }
+};
+
+/// A boxed value.
+struct UnusedValue : IPropertyValue {
+  STDMETHODIMP get_IsNumericScalar(boolean*) override { return E_NOTIMPL; }
+  STDMETHODIMP GetUInt8(BYTE*) override { return E_NOTIMPL; }
+  STDMETHODIMP GetInt16(INT16*) override { return E_NOTIMPL; }
+  STDMETHODIMP GetUInt16(UINT16*) override { return E_NOTIMPL; }
+  STDMETHODIMP GetInt32(INT32*) override { return E_NOTIMPL; }
+  STDMETHODIMP GetUInt32(UINT32*) override { return E_NOTIMPL; }
+  STDMETHODIMP GetInt64(INT64*) override { return E_NOTIMPL; }
+  STDMETHODIMP GetUInt64(UINT64*) override { return E_NOTIMPL; }
+  STDMETHODIMP GetSingle(FLOAT*) override { return E_NOTIMPL; }
+  STDMETHODIMP GetDouble(DOUBLE*) override { return E_NOTIMPL; }
+  STDMETHODIMP GetChar16(WCHAR*) override { return E_NOTIMPL; }
+  STDMETHODIMP GetBoolean(boolean*) override { return E_NOTIMPL; }
+  STDMETHODIMP GetString(HSTRING*) override { return E_NOTIMPL; }
+  STDMETHODIMP GetGuid(GUID*) override { return E_NOTIMPL; }
+  STDMETHODIMP GetDateTime(DateTime*) override { return E_NOTIMPL; }
+  STDMETHODIMP GetTimeSpan(TimeSpan*) override { return E_NOTIMPL; }
+  STDMETHODIMP GetPoint(Point*) override { return E_NOTIMPL; }
+  STDMETHODIMP GetSize(Size*) override { return E_NOTIMPL; }
+  STDMETHODIMP GetRect(Rect*) override { return E_NOTIMPL; }
+  STDMETHODIMP GetUInt8Array(UINT32*, BYTE**) override { return E_NOTIMPL; }
+  STDMETHODIMP GetInt16Array(UINT32*, INT16**) override { return E_NOTIMPL; }
+  STDMETHODIMP GetUInt16Array(UINT32*, UINT16**) override { return E_NOTIMPL; }
+  STDMETHODIMP GetInt32Array(UINT32*, INT32**) override { return E_NOTIMPL; }
+  STDMETHODIMP GetUInt32Array(UINT32*, UINT32**) override { return E_NOTIMPL; }
+  STDMETHODIMP GetInt64Array(UINT32*, INT64**) override { return E_NOTIMPL; }
+  STDMETHODIMP GetUInt64Array(UINT32*, UINT64**) override { return E_NOTIMPL; }
+  STDMETHODIMP GetSingleArray(UINT32*, FLOAT**) override { return E_NOTIMPL; }
+  STDMETHODIMP GetDoubleArray(UINT32*, DOUBLE**) override { return E_NOTIMPL; }
+  STDMETHODIMP GetChar16Array(UINT32*, WCHAR**) override { return E_NOTIMPL; }
+  STDMETHODIMP GetBooleanArray(UINT32*, boolean**) override { return E_NOTIMPL; }
+  STDMETHODIMP GetStringArray(UINT32*, HSTRING**) override { return E_NOTIMPL; }
+  STDMETHODIMP GetInspectableArray(UINT32*, IInspectable***) override { return E_NOTIMPL; }
+  STDMETHODIMP GetGuidArray(UINT32*, GUID**) override { return E_NOTIMPL; }
+  STDMETHODIMP GetDateTimeArray(UINT32*, DateTime**) override { return E_NOTIMPL; }
+  STDMETHODIMP GetTimeSpanArray(UINT32*, TimeSpan**) override { return E_NOTIMPL; }
+  STDMETHODIMP GetPointArray(UINT32*, Point**) override { return E_NOTIMPL; }
+  STDMETHODIMP GetSizeArray(UINT32*, Size**) override { return E_NOTIMPL; }
+  STDMETHODIMP GetRectArray(UINT32*, Rect**) override { return E_NOTIMPL; }
+};
+
+}  // namespace TestSupport

@@ -252,6 +252,24 @@ TEST_F(ExpandedBeginningRule, AnEmptyItemPassesEveryValue) {
   EXPECT_TRUE(Judge(L"begins_with_from_list_with_env_vars", L"C:\\x,,", L"D:\\y"));
 }
 
+TEST_F(ExpandedBeginningRule, AnItemTooLongForAPathPassesEveryValue) {
+  isQuiet = false;
+  const std::wstring tooLong = L"C:\\" + std::wstring(10'000'000, L'a');
+  EXPECT_TRUE(Judge(L"begins_with_from_list_with_env_vars", L"C:\\x," + tooLong, L"D:\\y"));
+}
+
+TEST_F(ExpandedBeginningRule, AValueTooLongForAPathPassesOnlyWithSuchAnItem) {
+  isQuiet = false;
+  const std::wstring tooLong = L"C:\\x\\" + std::wstring(1'000'000, L'a');
+  EXPECT_FALSE(Judge(L"begins_with_from_list_with_env_vars", L"C:\\x", tooLong));
+  EXPECT_TRUE(Judge(L"begins_with_from_list_with_env_vars", L"C:\\x," + tooLong, tooLong));
+}
+
+TEST_F(ExpandedBeginningRule, ReadsAValueUpToItsFirstNullCharacter) {
+  isQuiet = false;
+  EXPECT_TRUE(Judge(L"begins_with_from_list_with_env_vars", L"C:\\x", L"C:\\x\0\\..\\y"s));
+}
+
 TEST_F(ExpandedBeginningRule, WritesTheLinesOfTheExpansionAndNoOther) {
   isQuiet = false;
   Judge(L"begins_with_from_list_with_env_vars", L"C:\\x", L"C:\\y");

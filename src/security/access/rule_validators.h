@@ -31,8 +31,8 @@ using RuleJudge = bool (*)(const XmlNodeReference& node, const ValueReference& v
 ///   "contained_in_list"                    a list; the string, number or truth value is an item
 ///   "begins_with_from_list"                a list; the string begins with an item, in any case
 ///   "begins_with_from_list_with_env_vars"  the same after the expansion of both as paths
-///   "numeric_range"                        attributes "min", "max"; every number passes a null
-///   node "none"                                 everything passes
+///   "numeric_range"                        attributes "min", "max"; a null node has neither
+///   "none"                                 everything passes
 extern WATTLEAF_API const std::map<RuntimeText, RuleJudge> RuleValidators;
 
 }  // namespace Zq::Gantry::Security

@@ -18,7 +18,6 @@ endforeach()
 set(wanted
   abi/value_shapes.h
   abi/xml_shapes.h
-  export.h
   platform/win32/unique_resource.h
   platform/winrt/unique_hstring.h
   security/access/access_manager.h
@@ -38,7 +37,8 @@ set(wanted
   security/trust/util_helper.h
   security/trust/zq_authenticode_facade.h
   security/trust/zq_authenticode_helper.h
-  service/zq_service.h)
+  service/zq_service.h
+  wattleaf_export.h)
 set(include "${PACKAGE}/include/WattleafService")
 file(GLOB_RECURSE headers RELATIVE "${include}" "${include}/*")
 list(SORT headers)

@@ -7,9 +7,9 @@
 #include <map>
 
 #include "abi/xml_shapes.h"
-#include "export.h"
 #include "security/access/runtime_reference.h"
 #include "security/access/runtime_text.h"
+#include "wattleaf_export.h"
 
 // The rules by which a host judges the parameters of a request. A rule is a kind and a node of an
 // XML document with the kind's data; the document is the host's.

@@ -12,6 +12,7 @@
 
 #include "security/access/access_manager.h"
 #include "security/access/client_information.h"
+#include "security/access/client_manifest_criteria.h"
 #include "security/access/exemption_white_lists.h"
 #include "security/access/manifest_exemption.h"
 #include "security/access/rule_validators.h"
@@ -53,6 +54,18 @@ void AskAboutClients() {
   Print("Store client ZQLumenGuard 2.1 is exempt", IsExemptStoreClient(2, 1));
   Print("program LatchWardenUWP 8.9 is exempt", IsExemptProgram(L"LatchWardenUWP", 8, 9));
   Print("program LatchWardenUWP 8.10 is exempt", IsExemptProgram(L"LatchWardenUWP", 8, 10));
+}
+
+/// A host may judge by a rule of its own.
+class NobodyIsExempt : public Security::IClientWithNoZqManifestCheckCriteria {
+ public:
+  bool IsAnException() override { return false; }
+};
+
+void AskOwnChecker() {
+  Security::GantryAccessManager manager;
+  manager.SetWin32Checker(std::make_shared<NobodyIsExempt>());
+  Print("a program is exempt where nobody is", manager.IsWin32Exempt());
 }
 
 void AskWithoutChecker() {
@@ -98,6 +111,7 @@ void AskAboutParameters() {
 
 int main(int count, char** arguments) {
   AskAboutClients();
+  AskOwnChecker();
   AskWithoutChecker();
   AskAboutFile(count > 1 ? arguments[1] : arguments[0]);
   AskAboutTools();

@@ -12,11 +12,11 @@
 #include "catalogue/published.h"
 #include "collection/collector_status.h"
 #include "collection/data_collector.h"
-#include "export.h"
 #include "ledger/date_time.h"
 #include "ledger/json_document.h"
 #include "platform/win32/owners.h"
 #include "platform/wmi/support_decision.h"
+#include "wattleaf_export.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 

@@ -1,18 +1,22 @@
 #!/usr/bin/env python3
-"""Compiles the installed headers without a word: each alone, and all of them in both orders."""
+"""Compiles the installed headers without a word: each alone, and all of them in both orders, for a
+program that has headers of common names of its own."""
 
 import argparse
 import pathlib
 import subprocess
 import sys
+import tempfile
 
+# What a program may well call a header of its own, in a folder that the compiler looks into first.
+NAMES_OF_THE_PROGRAM = ("config.h", "export.h", "types.h", "version.h")
 FLAGS = ["-std=c++20", "-Wall", "-Wextra", "-Wpedantic", "-Werror", "-fsyntax-only", "-x", "c++", "-"]
 
 
-def complaint(compiler, folder, headers):
+def complaint(compiler, folders, headers):
     """What the compiler says of a source that includes these headers; nothing where it is content."""
     source = "".join(f'#include "{header}"\n' for header in headers)
-    command = [compiler, "-I", str(folder), "-DWATTLEAF_IMPORTS", *FLAGS]
+    command = [compiler, *(f"-I{folder}" for folder in folders), "-DWATTLEAF_IMPORTS", *FLAGS]
     run = subprocess.run(command, input=source, capture_output=True, text=True)
     return run.stderr if run.returncode != 0 else ""
 
@@ -28,8 +32,11 @@ def main():
         sys.exit(f"{arguments.folder} holds no header")
 
     orders = [[header] for header in headers] + [headers, headers[::-1]]
-    faults = [fault for order in orders
-              if (fault := complaint(arguments.compiler, arguments.folder, order))]
+    with tempfile.TemporaryDirectory() as own:
+        for name in NAMES_OF_THE_PROGRAM:
+            (pathlib.Path(own) / name).write_text("#error This is the program's own header.\n")
+        faults = [fault for order in orders
+                  if (fault := complaint(arguments.compiler, [own, arguments.folder], order))]
     if faults:
         sys.exit("\n".join(faults))
     print(f"{len(headers)} headers, each alone and all in both orders")

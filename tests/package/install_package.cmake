@@ -8,14 +8,43 @@ endif()
 
 foreach(wanted bin/WattleafService.dll lib/WattleafService.dll.a
     lib/cmake/WattleafService/WattleafServiceConfig.cmake
-    lib/cmake/WattleafService/WattleafServiceConfigVersion.cmake
-    include/WattleafService/export.h
-    include/WattleafService/security/access/access_manager.h
-    include/WattleafService/security/trust/zq_authenticode_facade.h)
+    lib/cmake/WattleafService/WattleafServiceConfigVersion.cmake)
   if(NOT EXISTS "${PACKAGE}/${wanted}")
     message(SEND_ERROR "The package has no ${wanted}.")
   endif()
 endforeach()
+
+# The headers of what the library shares, with those that they need, and no other.
+set(wanted
+  abi/value_shapes.h
+  abi/xml_shapes.h
+  platform/win32/unique_resource.h
+  platform/winrt/unique_hstring.h
+  security/access/access_manager.h
+  security/access/client_information.h
+  security/access/client_manifest_criteria.h
+  security/access/exemption_white_lists.h
+  security/access/gantry_access_exception.h
+  security/access/manifest_exemption.h
+  security/access/matching_descriptor.h
+  security/access/rpc_security_helper.h
+  security/access/rule_validators.h
+  security/access/runtime_reference.h
+  security/access/runtime_text.h
+  security/access/tool_launch_table.h
+  security/trust/file_hash.h
+  security/trust/signer_descriptor.h
+  security/trust/util_helper.h
+  security/trust/zq_authenticode_facade.h
+  security/trust/zq_authenticode_helper.h
+  service/zq_service.h
+  wattleaf_export.h)
+set(include "${PACKAGE}/include/WattleafService")
+file(GLOB_RECURSE headers RELATIVE "${include}" "${include}/*")
+list(SORT headers)
+if(NOT headers STREQUAL wanted)
+  message(SEND_ERROR "The package has the headers\n${headers}\nand not\n${wanted}")
+endif()
 
 file(GLOB rooms RELATIVE "${PACKAGE}" "${PACKAGE}/*")
 if(NOT rooms STREQUAL "bin;include;lib")

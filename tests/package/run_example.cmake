@@ -23,6 +23,7 @@ function(expect trusted protected)
 Store client ZQLumenGuard 2.1 is exempt: no
 program LatchWardenUWP 8.9 is exempt: yes
 program LatchWardenUWP 8.10 is exempt: no
+a program is exempt where nobody is: no
 without a checker: The Behavior was not defined. A call to SetUwpChecker must be done.
 the file is one that the service would load: ${trusted}
 its place is protected: ${protected}

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "export.h"
 #include "platform/win32/unique_resource.h"
+#include "wattleaf_export.h"
 
 struct HSTRING__;  // what HSTRING of hstring.h points to
 

@@ -2,10 +2,10 @@
 
 #include <memory>
 
-#include "export.h"
 #include "security/access/client_manifest_criteria.h"
 #include "security/access/exemption_white_lists.h"
 #include "security/access/gantry_access_exception.h"
+#include "wattleaf_export.h"
 
 namespace Zq::Gantry::Security {
 

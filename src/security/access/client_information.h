@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "export.h"
+#include "wattleaf_export.h"
 
 // A client of the host: a packaged Store application or a classic program. The same types describe
 // who is calling and which clients stand on a white list. Plain values; the order of the fields is

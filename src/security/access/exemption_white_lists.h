@@ -3,8 +3,8 @@
 #include <memory>
 #include <vector>
 
-#include "export.h"
 #include "security/access/matching_descriptor.h"
+#include "wattleaf_export.h"
 
 // The clients that need no manifest, up to a version. Built while the library loads, never changed.
 namespace Zq::Gantry::Security {

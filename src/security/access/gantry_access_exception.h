@@ -2,7 +2,7 @@
 
 #include <stdexcept>
 
-#include "export.h"
+#include "wattleaf_export.h"
 
 namespace Zq::Gantry::Security {
 

@@ -3,10 +3,10 @@
 #include <memory>
 #include <vector>
 
-#include "export.h"
 #include "security/access/client_information.h"
 #include "security/access/client_manifest_criteria.h"
 #include "security/access/matching_descriptor.h"
+#include "wattleaf_export.h"
 
 // The two judges of whether a client needs no manifest. No locks: one question at a time for an
 // object.

@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-#include "export.h"
 #include "security/access/client_information.h"
+#include "wattleaf_export.h"
 
 // The rows of the white lists: a client, and how its version is to be compared.
 namespace Zq::Gantry::Security {

@@ -5,8 +5,8 @@
 #include <memory>
 #include <string>
 
-#include "export.h"
 #include "platform/winrt/unique_hstring.h"
+#include "wattleaf_export.h"
 
 namespace Zq::Gantry::Security {
 

@@ -7,9 +7,9 @@
 #include <map>
 
 #include "abi/xml_shapes.h"
-#include "export.h"
 #include "security/access/runtime_reference.h"
 #include "security/access/runtime_text.h"
+#include "wattleaf_export.h"
 
 // The rules by which a host judges the parameters of a request. A rule is a kind and a node of an
 // XML document with the kind's data; the document is the host's.
@@ -31,8 +31,8 @@ using RuleJudge = bool (*)(const XmlNodeReference& node, const ValueReference& v
 ///   "contained_in_list"                    a list; the string, number or truth value is an item
 ///   "begins_with_from_list"                a list; the string begins with an item, in any case
 ///   "begins_with_from_list_with_env_vars"  the same after the expansion of both as paths
-///   "numeric_range"                        attributes "min", "max"; every number passes a null
-///   node "none"                                 everything passes
+///   "numeric_range"                        attributes "min", "max"; a null node has neither
+///   "none"                                 everything passes
 extern WATTLEAF_API const std::map<RuntimeText, RuleJudge> RuleValidators;
 
 }  // namespace Zq::Gantry::Security

@@ -6,7 +6,7 @@
 
 #include <string_view>
 
-#include "export.h"
+#include "wattleaf_export.h"
 
 namespace Zq::Gantry::Security {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "export.h"
+#include "wattleaf_export.h"
 
 // The system tools that clients may start. Built while the library loads, never changed.
 namespace Zq::Gantry::Security {

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "export.h"
+#include "wattleaf_export.h"
 
 namespace Zq::Gantry::Security {
 

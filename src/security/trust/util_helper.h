@@ -4,7 +4,7 @@
 #include <utility>
 #include <vector>
 
-#include "export.h"
+#include "wattleaf_export.h"
 
 namespace Zq::Gantry::Server::Services {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "export.h"
+#include "wattleaf_export.h"
 
 namespace Zq::Gantry::Security {
 

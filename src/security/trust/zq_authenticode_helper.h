@@ -4,9 +4,9 @@
 #include <cstdint>
 #include <string>
 
-#include "export.h"
 #include "security/trust/file_hash.h"
 #include "security/trust/signer_descriptor.h"
+#include "wattleaf_export.h"
 
 struct _CRYPTOAPI_BLOB;  // CERT_NAME_BLOB of wincrypt.h
 

@@ -228,4 +228,49 @@ TEST_F(Facade, AFailureOfTheOtherQuestionsPassesOnAndIsNoYes) {
   EXPECT_THROW(facade_.HaveSameSigningKey(kProtected, kProtected), std::out_of_range);
 }
 
+// A root that cannot be expanded opens every place (test
+// PathAllowance.AllowsEveryPathWhereARootCannotBeExpanded): here the signatures say no.
+TEST_F(Facade, NoFailingCallTurnsANoIntoAYes) {
+  const TestSupport::TempFolder folder;
+  const TestSupport::ScopedVariable place(L"windir", folder.Path().c_str());
+  const std::wstring path = folder.File(L"judged.dll");
+  TestSupport::WriteWholeFile(path, "content");
+  files_.catalogs.catalogs = {L"C:\\catalogs\\first.cat"};
+  // Each answers zero or null.
+  const auto fail = +[]() -> ULONG_PTR {
+    SetLastError(ERROR_ACCESS_DENIED);
+    return 0;
+  };
+  struct Refused {
+    std::uint32_t verdict;
+    std::string key;
+    bool acceptedByWindows;
+  };
+  const Refused rows[] = {{0x800B0100, ServiceTrustedKeys.front(), false},
+                          {0x80096010, ServiceTrustedKeys.front(), false},
+                          {kUntrustedRoot, ServiceTrustedKeys.front(), false},
+                          {kVerified, "30 0a", true},
+                          {kVerifiedButExpired, "30 0a", true}};
+  for (const Refused& row : rows) {
+    files_.SignAll(row.verdict, row.key);
+    files_.trust.byCatalog = files_.trust.embedded;
+    ASSERT_EQ(facade_.IsWindowsTrustedFileAllowed(path.c_str()), row.acceptedByWindows);
+    for (const char* call :
+         {"CryptCATAdminAcquireContext2", "CreateFileW", "GetFileType",
+          "CryptCATAdminCalcHashFromFileHandle2", "CryptCATAdminEnumCatalogFromHash",
+          "CryptCATCatalogInfoFromContext", "WTHelperProvDataFromStateData",
+          "WTHelperGetProvSignerFromChain", "WTHelperGetProvCertFromChain", "CertNameToStrW",
+          "ExpandEnvironmentStringsW", "GetFullPathNameW"}) {
+      const Standin::ImportPatch patch(call, fail);
+      EXPECT_FALSE(facade_.IsServiceFileTrusted(path.c_str())) << call;
+      EXPECT_FALSE(facade_.IsExtendedFileTrusted(path.c_str())) << call;
+      EXPECT_FALSE(facade_.IsDropboxFileTrusted(path.c_str())) << call;
+      if (row.acceptedByWindows) continue;
+      EXPECT_FALSE(facade_.IsWindowsTrustedFileAllowed(path.c_str())) << call;
+      if (row.verdict == kUntrustedRoot) continue;
+      EXPECT_FALSE(facade_.HaveSameSigningKey(path.c_str(), path.c_str())) << call;
+    }
+  }
+}
+
 }  // namespace Zq::Gantry::Security

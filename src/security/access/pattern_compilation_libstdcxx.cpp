@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <limits>
 #include <optional>
 
@@ -7,9 +8,19 @@ namespace Zq::Gantry::Security {
 
 namespace {
 
-/// Characters times states that the matcher with back-tracking may stack up: a quarter of what a
-/// stack of 1 MB bears in the worst of the measured patterns.
+/// What the matcher with back-tracking may stack up: within half a megabyte in the worst of the
+/// measured patterns.
 constexpr std::size_t kMostStackedStates = 4000;
+
+/// What lies outside loops is passed once, at twice the stack of its weight. Each character adds at
+/// most one round of the largest loop, or a step of a repeated character, which weighs like `a*`.
+std::size_t MostCharacters(const PatternWeight& weight) {
+  const std::size_t shared = kMostStackedStates / weight.chain;
+  const std::size_t once = 2 * weight.chain;
+  if (once >= kMostStackedStates) return shared;
+  const std::size_t each = 2 + std::max<std::size_t>(weight.loop, 3);
+  return std::max(shared, (kMostStackedStates - once) / each);
+}
 
 /// For the matcher without back-tracking, whose stack does not grow with the value. Absent where it
 /// refuses the pattern: it knows no back-references.
@@ -29,7 +40,7 @@ CompiledPattern CompilePattern(const std::wstring& pattern, const PatternWeight&
   if (std::optional<std::wregex> expression = TryCompileForLongValues(pattern)) {
     return {*std::move(expression), std::numeric_limits<std::size_t>::max()};
   }
-  return {std::wregex(pattern), kMostStackedStates / weight.states};
+  return {std::wregex(pattern), MostCharacters(weight)};
 }
 
 }  // namespace Zq::Gantry::Security

@@ -11,7 +11,8 @@ namespace Zq::Gantry::Security {
 namespace {
 
 bool IsBearable(const PatternWeight& weight) {
-  return weight.states <= kMostPatternStates && weight.nesting <= kDeepestPatternNesting;
+  return weight.states <= kMostPatternStates && weight.chain <= kLongestPatternChain &&
+         weight.nesting <= kDeepestPatternNesting;
 }
 
 /// Raises regex_error for what neither compiles nor ends in time.
@@ -20,8 +21,10 @@ bool MatchWhole(const std::wstring& pattern, const PatternWeight& weight,
   const CompiledPattern compiled = CompilePattern(pattern, weight);
   if (value.size() > compiled.mostCharacters) return false;
 
-  // A look may copy the places of all groups; a step may visit all states.
-  MatchPatience patience(kMatchPatience, 4 + weight.groups, 1 + weight.states);
+  // A look may copy the places of all groups. A step may visit all states, and each look ahead
+  // makes them ready for itself, which is an eighth of the work.
+  const std::size_t movePrice = 1 + weight.states + weight.states * weight.looks / 8;
+  MatchPatience patience(kMatchPatience, 4 + weight.groups, movePrice);
   const PatientPosition begin(value.data(), patience);
   const PatientPosition end(value.data() + value.size(), patience);
   return std::regex_match(begin, end, compiled.expression);

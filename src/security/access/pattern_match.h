@@ -6,7 +6,8 @@
 namespace Zq::Gantry::Security {
 
 // What a pattern may be, and what a match may cost; docs/rules.md has the measurements.
-inline constexpr std::size_t kMostPatternStates = 2500;
+inline constexpr std::size_t kMostPatternStates = 20'000;
+inline constexpr std::size_t kLongestPatternChain = 2500;
 inline constexpr std::size_t kDeepestPatternNesting = 100;
 inline constexpr std::size_t kMatchPatience = 100'000'000;
 

@@ -10,6 +10,9 @@ namespace {
 /// Where counting stops. Its square still fits, so that one product of two never wraps.
 constexpr std::size_t kImmeasurable = 1'000'000'000;
 
+/// Groups inside groups at which reading stops.
+constexpr std::size_t kDeepestWeighed = 1000;
+
 std::size_t Add(std::size_t first, std::size_t second) {
   return std::min(first + second, kImmeasurable);
 }
@@ -18,6 +21,17 @@ std::size_t Multiply(std::size_t first, std::size_t second) {
   return std::min(first * second, kImmeasurable);
 }
 
+/// What is weighed of a part of an expression.
+struct Size {
+  std::size_t states = 0;
+  std::size_t chain = 0;
+
+  void Grow(std::size_t more) {
+    states = Add(states, more);
+    chain = Add(chain, more);
+  }
+};
+
 /// Reads an expression once, from left to right. Each open group has a level: what is weighed of it
 /// so far, and apart from that its last atom, which a quantifier may still multiply.
 class PatternScale {
@@ -25,17 +39,28 @@ class PatternScale {
   explicit PatternScale(std::wstring_view pattern) : rest_(pattern) {}
 
   PatternWeight Weigh() {
-    while (!rest_.empty()) TakeOne();
+    while (!rest_.empty() && levels_.size() <= kDeepestWeighed) TakeOne();
     while (levels_.size() > 1) CloseGroup();
-    weight_.states = Add(levels_.back().before, levels_.back().atom);
+    const Size whole = SizeOf(levels_.back());
+    weight_.states = whole.states;
+    weight_.chain = whole.chain;
     return weight_;
   }
 
  private:
   struct Level {
-    std::size_t before = 2;
-    std::size_t atom = 0;
+    Size before{2, 2};            ///< its chain is that of the choices between the alternatives
+    std::size_t alternative = 0;  ///< chain of the alternative that is being read
+    std::size_t longest = 0;      ///< chain of the longest alternative before it
+    Size atom;
+    bool isCharacter = false;  ///< the atom is, and never matches without one
   };
+
+  static Size SizeOf(const Level& level) {
+    const std::size_t last = Add(level.alternative, level.atom.chain);
+    return {Add(level.before.states, level.atom.states),
+            Add(level.before.chain, std::max(level.longest, last))};
+  }
 
   wchar_t Take() {
     if (rest_.empty()) return L'\0';
@@ -47,53 +72,86 @@ class PatternScale {
   void TakeOne() {
     switch (Take()) {
       case L'\\':
-        Take();
-        return AddAtom(1);
+        return TakeEscape();
       case L'[':
         SkipClass();
-        return AddAtom(1);
+        return AddCharacter();
       case L'(':
         return OpenGroup();
       case L')':
-        return levels_.size() > 1 ? CloseGroup() : AddAtom(1);
+        return levels_.size() > 1 ? CloseGroup() : AddCharacter();
       case L'*':
       case L'+':
+        levels_.back().isCharacter = false;
+        levels_.back().atom.Grow(2);  // a loop back
+        return NoteLoop();
       case L'?':
-        return GrowAtom(2);
+        levels_.back().isCharacter = false;
+        return levels_.back().atom.Grow(2);  // a way past
       case L'{':
         return RepeatAtom(TakeLargestCount());
       case L'|':
-        return AddAtom(2);  // one for the choice, and one where its ways meet
+        return BeginAlternative();
       default:
-        return AddAtom(1);
+        return AddCharacter();
     }
   }
 
-  void AddAtom(std::size_t states) {
+  void AddAtom(Size size, bool isCharacter) {
     Level& level = levels_.back();
-    level.before = Add(level.before, level.atom);
-    level.atom = states;
+    level.before.states = Add(level.before.states, level.atom.states);
+    level.alternative = Add(level.alternative, level.atom.chain);
+    level.atom = size;
+    level.isCharacter = isCharacter;
   }
 
-  /// A loop back, or a way past.
-  void GrowAtom(std::size_t states) { levels_.back().atom = Add(levels_.back().atom, states); }
+  void AddCharacter() { AddAtom({1, 1}, /*isCharacter=*/true); }
 
-  /// The copies, with a state beside each, and the original, which stays behind.
+  /// A back-reference and the edge of a word may match without a character.
+  void TakeEscape() {
+    const wchar_t kind = Take();
+    const bool isDigit = kind >= L'0' && kind <= L'9';
+    AddAtom({1, 1}, !isDigit && kind != L'b' && kind != L'B');
+  }
+
+  /// One state for the choice, and one where its ways meet. A match takes one of the ways.
+  void BeginAlternative() {
+    AddAtom({}, /*isCharacter=*/false);
+    Level& level = levels_.back();
+    level.before.Grow(2);
+    level.longest = std::max(level.longest, level.alternative);
+    level.alternative = 0;
+  }
+
+  void NoteLoop() { weight_.loop = std::max(weight_.loop, levels_.back().atom.chain); }
+
+  /// The copies, with a state beside each, and the original, which stays behind. Copies of one
+  /// character are never passed in a row: each takes one from the text.
   void RepeatAtom(std::size_t count) {
-    std::size_t& atom = levels_.back().atom;
-    atom = Add(Multiply(Add(atom, 1), Add(count, 1)), 2);
+    Level& level = levels_.back();
+    const std::size_t copies = Add(count, 1);
+    level.atom.states = Add(Multiply(Add(level.atom.states, 1), copies), 2);
+    if (level.isCharacter) {
+      level.atom.chain = Add(level.atom.chain, 3);
+    } else {
+      NoteLoop();
+      level.atom.chain = Add(Multiply(Add(level.atom.chain, 1), copies), 2);
+    }
+    level.isCharacter = false;
   }
 
   void OpenGroup() {
     ++weight_.groups;
+    if (rest_.starts_with(L"?=") || rest_.starts_with(L"?!")) ++weight_.looks;
     levels_.emplace_back();
     weight_.nesting = std::max(weight_.nesting, levels_.size() - 1);
   }
 
   void CloseGroup() {
-    const std::size_t states = Add(levels_.back().before, levels_.back().atom);
+    Size size = SizeOf(levels_.back());
+    size.Grow(1);
     levels_.pop_back();
-    AddAtom(Add(states, 1));
+    AddAtom(size, /*isCharacter=*/false);
   }
 
   /// The larger of the numbers up to the closing brace.

@@ -8,8 +8,13 @@ namespace Zq::Gantry::Security {
 /// How large the machine of a regular expression becomes, seen before it is made. Never less than
 /// it is; counts that no machine reaches stay at a large number instead of wrapping.
 struct PatternWeight {
-  std::size_t states = 0;   ///< repetitions multiplied out
+  std::size_t states = 0;  ///< repetitions multiplied out
+  /// States that may follow each other without a character between them: one way of each choice,
+  /// and a repeated character once. What compiling and matching take of the stack.
+  std::size_t chain = 0;
+  std::size_t loop = 0;     ///< the chain of the largest part that may go round
   std::size_t groups = 0;   ///< "(" of every kind
+  std::size_t looks = 0;    ///< those that look ahead
   std::size_t nesting = 0;  ///< groups inside groups
 };
 

@@ -23,9 +23,9 @@ TEST(PathGuard, KnowsTheFourBeginningsOfAPath) {
 }
 
 TEST(PathGuard, NothingElseHasTheShapeOfAPath) {
-  for (const std::wstring text :
-       {L"", L":", L"C", L"folder\\file", L"/usr", L".:", L"ftp://host", L"HTTP://host", L"httpss:",
-        L"%%", L"%windir", L"%win dir%", L"%a-b%", L" C:\\x", L"x%a%", L"cd:"}) {
+  for (const std::wstring text : {L"", L":", L"C", L"folder\\file", L"/usr", L".:", L"ftp://host",
+                                  L"HTTP://host", L"httpss:", L"%%", L"%windir", L"%win dir%",
+                                  L"%a-b%", L" C:\\x", L"x%a%", L"cd:", L" https:", L"xhttp:"}) {
     EXPECT_FALSE(HasPathShape(text)) << testing::PrintToString(text);
   }
 }

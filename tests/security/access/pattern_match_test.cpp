@@ -57,7 +57,12 @@ TEST(PatternMatch, LoneSurrogatesAreOrdinaryCharacters) {
 }
 
 TEST(PatternLimit, OfStatesIsWhereItIs) {
-  const std::wstring longest(kMostPatternStates - 2, L'a');
+  EXPECT_TRUE(MatchesPattern(L"[a-z]{0,9997}", L"word"));
+  EXPECT_FALSE(MatchesPattern(L"[a-z]{0,9998}", L"word"));
+}
+
+TEST(PatternLimit, OfAChainIsWhereItIs) {
+  const std::wstring longest(kLongestPatternChain - 2, L'a');
   EXPECT_TRUE(MatchesPattern(longest, longest));
   EXPECT_FALSE(MatchesPattern(longest + L"a", longest + L"a"));
 }
@@ -74,6 +79,50 @@ TEST(PatternLimit, AbsurdRepetitionsAreNotMade) {
   EXPECT_FALSE(MatchesPattern(L"(?:(?:(?:){1000}){1000}){1000}", L""));
   EXPECT_FALSE(MatchesPattern(std::wstring(10'000'000, L'('), L"a"));
   EXPECT_TRUE(MatchesPattern(L"a{1,1000}", std::wstring(1000, L'a')));
+}
+
+std::wstring Repeat(const std::wstring& part, std::size_t times) {
+  std::wstring text;
+  while (times-- > 0) text += part;
+  return text;
+}
+
+// No limit is met by what a rule has reason to be.
+
+TEST(OrdinaryPattern, MayCountToSomeThousandCharacters) {
+  EXPECT_TRUE(MatchesPattern(L"[^<>]{0,2048}", std::wstring(2048, L'a')));
+  EXPECT_FALSE(MatchesPattern(L"[^<>]{0,2048}", std::wstring(2049, L'a')));
+  EXPECT_TRUE(MatchesPattern(L"^.{1,4096}$", std::wstring(4096, L'a')));
+  EXPECT_FALSE(MatchesPattern(L"^.{1,4096}$", std::wstring(4097, L'a')));
+}
+
+TEST(OrdinaryPattern, MayListSomeHundredWords) {
+  std::wstring words = L"first";
+  for (int i = 100; i < 600; ++i) words += L"|word" + std::to_wstring(i);
+  EXPECT_TRUE(MatchesPattern(words, L"first"));
+  EXPECT_TRUE(MatchesPattern(words, L"word599"));
+  EXPECT_FALSE(MatchesPattern(words, L"word600"));
+}
+
+TEST(OrdinaryPattern, MayReferBackOverSomeHundredCharacters) {
+  const std::wstring quoted = L"'" + std::wstring(200, L'a') + L"'";
+  EXPECT_TRUE(MatchesPattern(L"(['\"]).{1,200}\\1", quoted));
+  EXPECT_FALSE(MatchesPattern(L"(['\"]).{1,199}\\1", quoted));
+  EXPECT_TRUE(MatchesPattern(L"(['\"])[^'\"]*\\1", L"'" + std::wstring(600, L'a') + L"'"));
+}
+
+TEST(OrdinaryPattern, MayLookAheadOverAThousandCharacters) {
+  const std::wstring letters(1000, L'a');
+  EXPECT_TRUE(MatchesPattern(L"(?=.*\\d)(?=.*[a-z])[\\w ]{8,2000}", letters + L"1"));
+  EXPECT_FALSE(MatchesPattern(L"(?=.*\\d)(?=.*[a-z])[\\w ]{8,2000}", letters));
+  EXPECT_TRUE(MatchesPattern(L"(?:(?!--).)*", letters));
+}
+
+TEST(OrdinaryPattern, OfThreeHundredCharactersBearsTwoThousand) {
+  const std::wstring pattern = Repeat(L"([a-z0-9]+[-.]?)", 19);
+  ASSERT_GT(pattern.size(), 300U);
+  EXPECT_TRUE(MatchesPattern(pattern, Repeat(L"abc7", 500)));
+  EXPECT_FALSE(MatchesPattern(pattern, Repeat(L"abc7", 500) + L"!"));
 }
 
 /// All texts of up to `length` characters of "ab1 ".
@@ -114,6 +163,45 @@ TEST(PatternOracle, AnswersLikeTheDefaultMatcher) {
     for (const std::wstring& text : texts) {
       EXPECT_EQ(MatchesPattern(pattern, text), std::regex_match(text, expression))
           << testing::PrintToString(std::wstring(pattern)) << testing::PrintToString(text);
+    }
+  }
+}
+
+TEST(PatternOracle, AnswersLikeTheDefaultMatcherForLinesAndNamedParts) {
+  for (const wchar_t* pattern : {L".",
+                                 L".*",
+                                 L"^.$",
+                                 L"a.^b",
+                                 L"a$.b",
+                                 L"[^a]",
+                                 L"\\s",
+                                 L"\\S+",
+                                 L"[[.a.]]b?",
+                                 L"[[=a=]]+",
+                                 L"[[.hyphen.]]",
+                                 L"[[.-.]-a]+",
+                                 L"[^[:space:]]*",
+                                 L"[\\s\\S]*",
+                                 L"[]",
+                                 L"[^]*",
+                                 L"\\0",
+                                 L"\\cJ",
+                                 L"\\W+",
+                                 L"[\\d-]*",
+                                 L"(?:a|^b|c$)+"}) {
+    for (const wchar_t* text :
+         {L"", L"a", L"ab", L"\n", L"\r", L"\x2028", L"\x2029", L"\x85", L"a\nb", L"a\r\nb",
+          L"a\x2028"
+          L"b",
+          L"-", L"-a", L"\xe4", L"A", L"ac", L"bc"}) {
+      bool expected = false;
+      try {
+        expected = std::regex_match(text, std::wregex(pattern));
+      } catch (const std::regex_error&) {
+      }
+      EXPECT_EQ(MatchesPattern(pattern, text), expected)
+          << testing::PrintToString(std::wstring(pattern))
+          << testing::PrintToString(std::wstring(text));
     }
   }
 }

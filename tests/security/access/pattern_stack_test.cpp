@@ -20,10 +20,10 @@ std::wstring Repeat(const std::wstring& part, std::size_t times) {
   return text;
 }
 
-/// `part` as many times as the limit of states allows, with `tail` behind it.
+/// `part` as many times as the limit of chains allows, with `tail` behind it.
 std::wstring Largest(const std::wstring& part, const std::wstring& tail = L"") {
   std::size_t times = 1;
-  while (WeighPattern(Repeat(part, times + 1) + tail).states <= kMostPatternStates) ++times;
+  while (WeighPattern(Repeat(part, times + 1) + tail).chain <= kLongestPatternChain) ++times;
   return Repeat(part, times) + tail;
 }
 
@@ -44,9 +44,13 @@ std::vector<Sample> LargestPatterns() {
       {"lazy loops", Largest(L"a*?")},
       {"groups that are loops", Largest(L"(?:a*)*")},
       {"looks ahead", Largest(L"(?=a*)")},
-      {"looping choices", L"(?:" + Repeat(L"a|", 800) + L"a)*"},
+      {"looping choices", L"(?:" + Repeat(L"a|", 1200) + L"a)*"},
+      {"looping optional choices", L"(?:" + Repeat(L"a?|", 1200) + L"a)*"},
       {"looping groups", L"(?:" + Repeat(L"(a)|", 300) + L"a)*"},
-      {"counted", L"a{1,1200}"},
+      {"counted", L"a{0,9997}"},
+      {"counted and counted again", L"(?:a{0,90}){100}"},
+      {"counted, looked ahead at", Repeat(L"(?=.*b|a)", 100) + L".{0,9000}"},
+      {"long words", Repeat(std::wstring(1200, L'a') + L"|", 15) + L"a"},
       {"counted empty groups", L"(?:){300}"},
       {"nested", Repeat(L"(", deep) + L"a" + Repeat(L")", deep)},
       {"nested loops", Repeat(L"(", deep) + L"a" + Repeat(L")*", deep)},
@@ -73,6 +77,7 @@ TEST(PatternStack, TheLargestPatternsFitAgainstALongValue) {
   for (const auto& [label, pattern] : LargestPatterns()) {
     SCOPED_TRACE(label);
     ASSERT_LE(WeighPattern(pattern).states, kMostPatternStates);
+    ASSERT_LE(WeighPattern(pattern).chain, kLongestPatternChain);
     EXPECT_LT(SecondsOf(pattern, value), kLongestSeconds);
   }
 }
@@ -86,6 +91,12 @@ std::vector<Sample> ReferringPatterns() {
       {"eight loops", L"((((((((a*)*)*)*)*)*)*)*)*\\1b"},
       {"choices", L"(?:(a)|(a)|(a)|(a)|(a))*\\1b"},
       {"looks ahead", L"(?:(?=a*b)a|(?!a*b)a|(a))*\\1b"},
+      {"counted", L"(a).{0,9000}\\1b"},
+      {"counted in a loop", L"(a)(?:.{0,100})*\\1b"},
+      {"a chain and a loop", std::wstring(500, L'a') + L"a*(a)\\1b"},
+      {"a chain of groups and a loop", Repeat(L"()", 400) + L"a*(a)\\1b"},
+      {"loop of groups", L"(?:()()()()()()()()()()a)*(a)\\1b"},
+      {"loop of choices", L"(?:b|c|d|e|f|g|h|a)*(a)\\1b"},
       {"many loops", Largest(L"a*", L"(a)\\1b")},
       {"many groups", Largest(L"(a?)", L"\\1b")},
       {"empty loops", Repeat(L"()*", 40) + L"(a)\\1b"},
@@ -97,7 +108,7 @@ std::vector<Sample> ReferringPatterns() {
 
 TEST(PatternStack, PatternsWithABackReferenceFitAgainstValuesOfEveryLength) {
   for (const auto& [label, pattern] : ReferringPatterns()) {
-    for (const std::size_t length : {1U, 25U, 60U, 160U, 640U}) {
+    for (const std::size_t length : {1U, 25U, 60U, 160U, 640U, 780U}) {
       SCOPED_TRACE(testing::Message() << label << ", " << length);
       EXPECT_LT(SecondsOf(pattern, std::wstring(length, L'a')), kLongestSeconds);
     }
@@ -106,10 +117,9 @@ TEST(PatternStack, PatternsWithABackReferenceFitAgainstValuesOfEveryLength) {
 
 TEST(PatternStack, TheLongestValueForABackReferenceIsWhereItIs) {
   const std::wstring pattern = L"(a*)\\1";
-  const std::size_t longest = 4000 / WeighPattern(pattern).states;
-  const std::size_t even = longest / 2 * 2;
-  EXPECT_TRUE(MatchesPattern(pattern, std::wstring(even, L'a')));
-  EXPECT_FALSE(MatchesPattern(pattern, std::wstring(even + 2, L'a')));
+  ASSERT_EQ(WeighPattern(pattern).chain, 9U);
+  EXPECT_TRUE(MatchesPattern(pattern, std::wstring(796, L'a')));  // (4000 - 2 * 9) / (2 + 3)
+  EXPECT_FALSE(MatchesPattern(pattern, std::wstring(798, L'a')));
 }
 
 TEST(PatternStack, ASimplePatternBearsTenMegabytes) {

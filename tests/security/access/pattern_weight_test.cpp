@@ -40,11 +40,45 @@ TEST(PatternWeight, OfAnAbsurdCountIsLargeAndDoesNotWrap) {
   EXPECT_EQ(StatesOf(L"(((a{4294967295}){4294967295}){4294967295})"), 1'000'000'000U);
 }
 
+std::size_t ChainOf(std::wstring_view pattern) { return WeighPattern(pattern).chain; }
+
+TEST(PatternWeight, AChainIsOfTheLongestAlternativeOnly) {
+  EXPECT_EQ(ChainOf(L"abc"), 2U + 3);
+  EXPECT_EQ(ChainOf(L"ab|cde|f"), 2U + 2 * 2 + 3);
+  EXPECT_EQ(StatesOf(L"ab|cde|f"), 2U + 2 * 2 + 6);
+  EXPECT_EQ(ChainOf(L"x(a|bc)y"), 2U + 1 + (2 + 2 + 2 + 1) + 1);
+}
+
+TEST(PatternWeight, AChainHasARepeatedCharacterOnce) {
+  for (const wchar_t* pattern : {L"a{2000}", L"[a-z]{0,2000}", L"\\d{2000,}", L".{1,2000}"}) {
+    EXPECT_EQ(ChainOf(pattern), 2U + 1 + 3);
+  }
+  EXPECT_EQ(ChainOf(L"(a{100}){3}"), 2U + (7 + 1) * 4 + 2);
+}
+
+TEST(PatternWeight, AChainHasAllCopiesOfWhatMayMatchWithoutACharacter) {
+  for (const wchar_t* pattern : {L"(?:){2000}", L"(?:a?){2000}", L"(a)\\1{2000}", L"\\b{2000}",
+                                 L"a{0,9}{2000}", L"a?{2000}"}) {
+    EXPECT_GT(ChainOf(pattern), 2000U);
+  }
+}
+
+TEST(PatternWeight, KnowsTheLargestLoop) {
+  EXPECT_EQ(WeighPattern(L"abc?").loop, 0U);
+  EXPECT_EQ(WeighPattern(L"a*").loop, 3U);
+  EXPECT_EQ(WeighPattern(L"a*(abc)+b*").loop, 2U + 3 + 1 + 2);
+  EXPECT_EQ(WeighPattern(L"(abc){2,}").loop, 2U + 3 + 1);
+  EXPECT_EQ(WeighPattern(L"a{2,}").loop, 0U);
+}
+
+TEST(PatternWeight, CountsLooksAhead) { EXPECT_EQ(WeighPattern(L"(?=a)(?!b)(?:c)(d)").looks, 2U); }
+
 TEST(PatternWeight, CountsGroupsAndTheirNesting) {
   const PatternWeight weight = WeighPattern(L"(a(?:b)(?=c))(?!d)");
   EXPECT_EQ(weight.groups, 4U);
   EXPECT_EQ(weight.nesting, 2U);
   EXPECT_EQ(WeighPattern(std::wstring(500, L'(')).nesting, 500U);
+  EXPECT_EQ(WeighPattern(std::wstring(10'000'000, L'(')).nesting, 1000U) << "as far as it is read";
 }
 
 TEST(PatternWeight, AnEscapedOrListedParenthesisIsNoGroup) {

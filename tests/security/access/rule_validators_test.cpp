@@ -247,6 +247,13 @@ TEST_F(ExpandedBeginningRule, AClimbingPathIsSettledByItsExpansion) {
   EXPECT_TRUE(Judge(kKind, L"C:\\other", L"C:\\Rules\\..\\other"));
 }
 
+TEST_F(ExpandedBeginningRule, RefusesTwoPointsThatTheExpansionLeavesEvenIfTheListHoldsThem) {
+  isQuiet = false;
+  constexpr wchar_t kKind[] = L"begins_with_from_list_with_env_vars";
+  EXPECT_FALSE(Judge(kKind, L"C:\\a..b,,", L"C:\\a..b"));
+  EXPECT_TRUE(Judge(kKind, L"C:\\a.b", L"C:\\a.b"));
+}
+
 TEST_F(ExpandedBeginningRule, AnEmptyItemPassesEveryValue) {
   isQuiet = false;
   EXPECT_TRUE(Judge(L"begins_with_from_list_with_env_vars", L"C:\\x,,", L"D:\\y"));

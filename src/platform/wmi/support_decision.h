@@ -4,7 +4,7 @@
 
 namespace Zq::Gantry::Server::Shared::WMI {
 
-/// The states of WattleafHelper::PlatformSupportState.
+/// What is known of the machine's support.
 inline constexpr int kPlatformUndecided = -2;
 inline constexpr int kPlatformNeedsFirmware = -1;
 inline constexpr int kPlatformNotSupported = 0;

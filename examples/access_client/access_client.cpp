@@ -1,5 +1,6 @@
 // Asks the library's security layer what a host asks it: whether a client needs no manifest,
-// whether a file is trusted, and whether a client may start a tool of the system.
+// whether a file is trusted, whether a client may start a tool of the system, and whether a
+// parameter of a request passes a rule.
 //
 //   access_client [FILE]
 //
@@ -10,6 +11,7 @@
 #include <memory>
 #include <string>
 
+#include "rule_objects.h"
 #include "security/access/access_manager.h"
 #include "security/access/client_information.h"
 #include "security/access/client_manifest_criteria.h"
@@ -97,14 +99,35 @@ void AskAboutTools() {
                                    L"/scannow", L"access_client"));
 }
 
-/// A host has nodes and values of the runtime; here is neither, which only a rule without
-/// conditions takes.
+/// A counted reference in place of the creator's own.
+template <typename Reference, typename Interface>
+Reference Adopt(Interface* object) {
+  Reference reference(object);
+  object->Release();
+  return reference;
+}
+
+/// Whether `value` passes a rule of this kind whose node holds `ruleText`.
+bool Passes(const wchar_t* kind, const wchar_t* ruleText, const wchar_t* value) {
+  const auto node = Adopt<Security::XmlNodeReference, Platform::WinRt::IXmlNode>(
+      new AccessClient::TextNode(ruleText));
+  const auto box =
+      Adopt<Security::ValueReference, IInspectable>(new AccessClient::BoxedText(value));
+  return Security::RuleValidators.at(kind)(node, box);
+}
+
 void AskAboutParameters() {
-  for (const wchar_t* kind : {L"none", L"contained_in_list"}) {
-    const std::wstring name = kind;
-    Print("a parameter that is not there passes the rule " + std::string(name.begin(), name.end()),
-          Security::RuleValidators.at(kind)(nullptr, nullptr));
-  }
+  Print("disk1 passes the rule regex", Passes(L"regex", L"[a-z]+[0-9]", L"disk1"));
+  Print("disk12 passes it", Passes(L"regex", L"[a-z]+[0-9]", L"disk12"));
+
+  constexpr wchar_t kFolders[] = L"C:\\Tools\\,D:\\";
+  Print("a file of a listed folder passes the rule begins_with_from_list",
+        Passes(L"begins_with_from_list", kFolders, L"c:\\tools\\report.txt"));
+  Print("a file that climbs out of it passes it",
+        Passes(L"begins_with_from_list", kFolders, L"C:\\Tools\\..\\report.txt"));
+
+  Print("a parameter that is not there passes the rule none",
+        Security::RuleValidators.at(L"none")(nullptr, nullptr));
 }
 
 }  // namespace

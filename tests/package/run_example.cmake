@@ -28,8 +28,11 @@ without a checker: The Behavior was not defined. A call to SetUwpChecker must be
 the file is one that the service would load: ${trusted}
 its place is protected: ${protected}
 a client may start sfc.exe: no
+disk1 passes the rule regex: yes
+disk12 passes it: no
+a file of a listed folder passes the rule begins_with_from_list: yes
+a file that climbs out of it passes it: no
 a parameter that is not there passes the rule none: yes
-a parameter that is not there passes the rule contained_in_list: no
 ")
   if(NOT output STREQUAL wanted)
     message(SEND_ERROR "The example wrote\n${output}\ninstead of\n${wanted}")

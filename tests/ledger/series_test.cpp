@@ -6,26 +6,12 @@
 
 #include "ledger/local_calendar.h"
 #include "ledger/played_days.h"
+#include "ledger/series_parts.h"
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 using namespace TestSupport;
 
 namespace {
-
-using Labels = std::vector<std::string>;
-using Values = std::vector<float>;
-
-Labels LabelsOf(const Series& series) {
-  Labels labels;
-  for (const SeriesEntry& entry : series) labels.push_back(entry.label);
-  return labels;
-}
-
-Values ValuesOf(const Series& series) {
-  Values values;
-  for (const SeriesEntry& entry : series) values.push_back(entry.energyWh);
-  return values;
-}
 
 /// Every hour of a day at its own value, so that a wrong day or hour shows.
 std::map<int, float> HoursFrom(float base) {

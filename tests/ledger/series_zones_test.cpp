@@ -8,6 +8,7 @@
 #include "ledger/hourly_energy.h"
 #include "ledger/played_days.h"
 #include "ledger/series.h"
+#include "ledger/series_parts.h"
 #include "ledger/zone_days.h"
 
 // Samples and series around the days on which clocks change, and in summer, for which a text is
@@ -17,21 +18,6 @@ using namespace Zq::Gantry::Server::Services::Wattleaf;
 using namespace TestSupport;
 
 namespace {
-
-using Labels = std::vector<std::string>;
-using Values = std::vector<float>;
-
-Labels LabelsOf(const Series& series) {
-  Labels labels;
-  for (const SeriesEntry& entry : series) labels.push_back(entry.label);
-  return labels;
-}
-
-Values ValuesOf(const Series& series) {
-  Values values;
-  for (const SeriesEntry& entry : series) values.push_back(entry.energyWh);
-  return values;
-}
 
 /// Seven days around a change, each at a value of its own: day `plus` holds 100 + plus.
 template <typename DayAt>

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <cstdint>
 #include <limits>
 #include <new>
 #include <stdexcept>
@@ -10,6 +11,8 @@
 #include <vector>
 
 #include "import_patch.h"
+#include "platform/winrt/call_failure.h"
+#include "security/access/boxed_value.h"
 #include "security/access/played_rules.h"
 #include "security/played_path_calls.h"
 #include "support/log_capture.h"
@@ -209,6 +212,16 @@ TEST_F(ContainedInListRule, RefusesEveryOtherType) {
   const XmlNodeReference node = MakeNode(calls, {L"4,,x", {}});
   EXPECT_FALSE(RuleValidators.at(L"contained_in_list")(node, BoxInt32(calls)));
   EXPECT_FALSE(RuleValidators.at(L"contained_in_list")(node, MakePlainObject(calls)));
+}
+
+TEST_F(ContainedInListRule, TakesEveryOtherTypeForAnInvalidArgument) {
+  const ValueReference value = BoxInt32(calls);
+  try {
+    ReadBoxedText(*value);
+    FAIL() << "nothing was raised";
+  } catch (const Platform::WinRt::CallFailure& failure) {
+    EXPECT_EQ(static_cast<std::uint32_t>(failure.Result()), 0x80070057U);
+  }
 }
 
 TEST_F(ContainedInListRule, KeepsBlanksAndEmbeddedZeros) {

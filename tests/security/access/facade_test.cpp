@@ -6,6 +6,8 @@
 
 #include <gmock/gmock.h>
 
+#include <new>
+#include <stdexcept>
 #include <type_traits>
 #include <utility>
 
@@ -234,6 +236,20 @@ TEST_F(DropboxFile, AFailureWhileTheSignaturesAreReadIsLoggedAndCountsAsNo) {
   const std::wstring begin = L"Problem while validating certificates from Dropbox. ";
   EXPECT_EQ(records[1].text.substr(0, begin.size()), begin);
   EXPECT_GT(records[1].text.size(), begin.size());
+  EXPECT_TRUE(NoPlaceWasAskedFor());
+}
+
+TEST_F(DropboxFile, EveryStandardExceptionIsLoggedWithItsText) {
+  const Standin::ImportPatch reason(
+      "WinVerifyTrust", +[](HWND, GUID*, LPVOID) -> LONG { throw std::runtime_error("a reason"); });
+  EXPECT_FALSE(facade_.IsDropboxFileTrusted(kProtected));
+  EXPECT_THAT(files_.log.Records(),
+              ElementsAre(Info(L"Starting validation of Dropbox file."),
+                          Error(L"Problem while validating certificates from Dropbox. a reason")));
+  const Standin::ImportPatch memory(
+      "WinVerifyTrust", +[](HWND, GUID*, LPVOID) -> LONG { throw std::bad_alloc(); });
+  EXPECT_FALSE(facade_.IsDropboxFileTrusted(kProtected));
+  EXPECT_EQ(files_.log.Records().size(), 4U);
   EXPECT_TRUE(NoPlaceWasAskedFor());
 }
 

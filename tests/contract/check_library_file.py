@@ -54,9 +54,12 @@ HELPER_OPERATIONS = (
 
 # The layer that the host shares: classes with members that it calls, and constants.
 SHARED_MEMBERS = {
-    "GantryAccessManager": ("SetUwpChecker", "SetWin32Checker", "IsUwpExempt", "IsWin32Exempt"),
+    "GantryAccessManager": ("C1Ev", "C1ERKS2_", "aSERKS2_", "D1Ev", "SetUwpChecker",
+                            "SetWin32Checker", "IsUwpExempt", "IsWin32Exempt"),
+    "HStringPolicy": ("Release",),
     "MatchingDescriptor": ("C1Ev", "aSERKS2_"),
-    "RpcSecurityHelper": ("GetPFNOfCaller",),
+    "RpcSecurityHelper": ("C1Ev", "D1Ev", "GetPFNOfCaller"),
+    "RuntimeText": ("C1EPKw", "C1ERKS2_", "C1EOS2_", "aSERKS2_", "aSEOS2_", "D1Ev", "View"),
     "SignerDescriptor": ("C1E",),
     "UwpMatchingDescriptor": ("C1E", "C1ERKS2_", "aSERKS2_", "D1Ev"),
     "UwpWithNoZQManifestExemptionWhiteList": ("GetExemption",),

@@ -172,6 +172,7 @@ TEST_F(CalculateFileHash, AHandleThatIsNoDiskFileCountsAsNotOpened) {
 TEST_F(CalculateFileHash, ASizeOfZeroIsAFailureWhateverTheCallReturned) {
   catalogs_.hashSizeZero = true;
   EXPECT_TRUE(HashWithOwnContext().hexText.empty());
+  EXPECT_EQ(catalogs_.Count("hash size"), 1);
   EXPECT_EQ(catalogs_.Count("hash"), 0);
   EXPECT_EQ(closedCount, 1);
 }

@@ -197,6 +197,31 @@ TEST_F(PathOwnership, LogsAnExceptionAndKeepsWhatWasFound) {
   EXPECT_THAT(log_.Records(), ElementsAre(line, line));
 }
 
+TEST_F(PathOwnership, NoFailingCallTurnsANoIntoAYes) {
+  struct Failing {
+    const char* call;
+    ULONG_PTR (*answer)();
+  };
+  const auto failure = +[]() -> ULONG_PTR { return ERROR_ACCESS_DENIED; };
+  const auto nothing = +[]() -> ULONG_PTR { return FALSE; };
+  for (const Failing& row : {Failing{"GetNamedSecurityInfoW", failure}, Failing{"GetAce", nothing},
+                             Failing{"LookupAccountSidW", nothing}}) {
+    const ImportPatch patch(row.call, row.answer);
+    AccessList lacking;
+    EXPECT_FALSE(Check(lacking.Allow(SystemId(), kFullControl))) << row.call;
+    AccessList others;
+    EXPECT_FALSE(Check(others.Allow(EveryoneId(), kFullControl))) << row.call;
+    AccessList spelledOut;
+    EXPECT_FALSE(Check(spelledOut.Allow(TrustedInstallerId(), kEveryRightSpelledOut)
+                           .Allow(SystemId(), kEveryRightSpelledOut)))
+        << row.call;
+    AccessList denying;
+    EXPECT_FALSE(
+        Check(denying.Deny(TrustedInstallerId(), kFullControl).Deny(SystemId(), kFullControl)))
+        << row.call;
+  }
+}
+
 TEST_F(PathOwnership, KeepsTheDescriptor) {
   static std::vector<HLOCAL> freed;
   const ImportPatch free(

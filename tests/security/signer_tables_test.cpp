@@ -2,6 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <type_traits>
+
+#include "security/trust/file_hash.h"
+
 using namespace Zq::Gantry::Security;
 
 namespace {
@@ -15,6 +20,10 @@ Row FieldsOf(const SignerDescriptor& row) {
           row.state,        row.country,
           row.issuer};
 }
+
+#if defined(__GNUC__)
+#pragma GCC diagnostic ignored "-Winvalid-offsetof"
+#endif
 
 constexpr const wchar_t* kAuthority = L"DigiCert SHA2 Assured ID Code Signing CA";
 
@@ -59,4 +68,32 @@ TEST(SignerTables, NoRowHasAPublicKey) {
        {&ZqSignerRows, &DropboxSignerRows, &MicrosoftSignerRows, &BitdefenderSignerRows}) {
     for (const SignerDescriptor& row : *table) EXPECT_EQ(row.publicKey, "");
   }
+}
+
+TEST(SignerTables, CannotBeChanged) {
+  EXPECT_TRUE(std::is_const_v<decltype(ZqSignerRows)>);
+  EXPECT_TRUE(std::is_const_v<decltype(DropboxSignerRows)>);
+  EXPECT_TRUE(std::is_const_v<decltype(MicrosoftSignerRows)>);
+  EXPECT_TRUE(std::is_const_v<decltype(BitdefenderSignerRows)>);
+}
+
+TEST(SignerDescriptor, HoldsItsFieldsInOrder) {
+  constexpr std::size_t kWide = sizeof(std::wstring);
+  constexpr std::size_t kFirst = sizeof(std::string) + 8;
+  EXPECT_EQ(offsetof(SignerDescriptor, publicKey), 0u);
+  EXPECT_EQ(offsetof(SignerDescriptor, verifyResult), sizeof(std::string));
+  EXPECT_EQ(offsetof(SignerDescriptor, commonName), kFirst);
+  EXPECT_EQ(offsetof(SignerDescriptor, organizationalUnit), kFirst + kWide);
+  EXPECT_EQ(offsetof(SignerDescriptor, organization), kFirst + 2 * kWide);
+  EXPECT_EQ(offsetof(SignerDescriptor, locality), kFirst + 3 * kWide);
+  EXPECT_EQ(offsetof(SignerDescriptor, state), kFirst + 4 * kWide);
+  EXPECT_EQ(offsetof(SignerDescriptor, country), kFirst + 5 * kWide);
+  EXPECT_EQ(offsetof(SignerDescriptor, issuer), kFirst + 6 * kWide);
+  EXPECT_EQ(sizeof(SignerDescriptor), kFirst + 7 * kWide);
+}
+
+TEST(FileHash, HoldsItsFieldsInOrder) {
+  EXPECT_EQ(offsetof(FileHash, bytes), 0u);
+  EXPECT_EQ(offsetof(FileHash, hexText), sizeof(std::vector<std::uint8_t>));
+  EXPECT_EQ(sizeof(FileHash), sizeof(std::vector<std::uint8_t>) + sizeof(std::wstring));
 }

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <set>
+#include <type_traits>
 
 #include "security/trust/zq_authenticode_helper.h"
 
@@ -146,4 +147,13 @@ TEST(TrustedKeys, TheServiceKeyStandsInNoOtherList) {
        {&PublicKeyPool, &SingleKeyList, &SecondKeyList, &SubsetKeyList, &ExtendedTrustedKeys}) {
     for (const std::string& other : *list) EXPECT_NE(other, key);
   }
+}
+
+TEST(TrustedKeys, CannotBeChanged) {
+  EXPECT_TRUE(std::is_const_v<decltype(PublicKeyPool)>);
+  EXPECT_TRUE(std::is_const_v<decltype(SingleKeyList)>);
+  EXPECT_TRUE(std::is_const_v<decltype(SecondKeyList)>);
+  EXPECT_TRUE(std::is_const_v<decltype(SubsetKeyList)>);
+  EXPECT_TRUE(std::is_const_v<decltype(ServiceTrustedKeys)>);
+  EXPECT_TRUE(std::is_const_v<decltype(ExtendedTrustedKeys)>);
 }

@@ -13,6 +13,16 @@ constexpr std::size_t kImmeasurable = 1'000'000'000;
 /// Groups inside groups at which reading stops.
 constexpr std::size_t kDeepestWeighed = 1000;
 
+/// A class is looked through from its first part to its last for each character of the value. Of
+/// characters and ranges it may have this many for each state, of "\w" and "[:alpha:]" fewer.
+constexpr std::size_t kClassPartsOfAState = 64;
+constexpr std::size_t kPartsOfANamedOne = 20;
+
+bool IsDigit(wchar_t character) { return character >= L'0' && character <= L'9'; }
+
+/// Beyond ASCII, what a digit is depends on the C library.
+bool MayBeDigit(wchar_t character) { return IsDigit(character) || character > L'\x7F'; }
+
 std::size_t Add(std::size_t first, std::size_t second) {
   return std::min(first + second, kImmeasurable);
 }
@@ -74,8 +84,7 @@ class PatternScale {
       case L'\\':
         return TakeEscape();
       case L'[':
-        SkipClass();
-        return AddCharacter();
+        return TakeClass();
       case L'(':
         return OpenGroup();
       case L')':
@@ -110,8 +119,18 @@ class PatternScale {
   /// A back-reference and the edge of a word may match without a character.
   void TakeEscape() {
     const wchar_t kind = Take();
-    const bool isDigit = kind >= L'0' && kind <= L'9';
-    AddAtom({1, 1}, !isDigit && kind != L'b' && kind != L'B');
+    if (kind == L'c') Take();  // "\c(" is one character
+    AddAtom({1, 1}, !IsDigit(kind) && kind != L'b' && kind != L'B');
+    // A quantifier behind "\12" repeats the reference, not the 2.
+    while (IsDigit(kind) && !rest_.empty() && MayBeDigit(rest_.front())) {
+      Take();
+      AddAtom({1, 1}, /*isCharacter=*/false);
+    }
+  }
+
+  void TakeClass() {
+    const std::size_t parts = SkipClass();
+    AddAtom({1 + parts / kClassPartsOfAState, 1}, /*isCharacter=*/true);
   }
 
   /// One state for the choice, and one where its ways meet. A match takes one of the ways.
@@ -159,29 +178,44 @@ class PatternScale {
     std::size_t largest = 0;
     std::size_t number = 0;
     for (wchar_t c = Take(); c != L'}' && !rest_.empty(); c = Take()) {
-      const bool isDigit = c >= L'0' && c <= L'9';
-      number = isDigit ? Add(Multiply(number, 10), static_cast<std::size_t>(c - L'0')) : 0;
+      const std::size_t digit = IsDigit(c) ? static_cast<std::size_t>(c - L'0') : 9;
+      number = c == L',' ? 0 : Add(Multiply(number, 10), digit);
       largest = std::max(largest, number);
     }
     return largest;
   }
 
-  /// Up to the bracket that closes a class: not one that is escaped, nor one of "[:name:]".
-  void SkipClass() {
+  /// Up to the bracket that closes a class: not one that is escaped, nor one of "[:name:]". Gives
+  /// the number of parts.
+  std::size_t SkipClass() {
+    std::size_t parts = 0;
     while (!rest_.empty()) {
       const wchar_t character = Take();
-      if (character == L']') return;
-      if (character == L'\\' && Take() == L'c') Take();
-      if (character == L'[') SkipNamedPart();
+      if (character == L']') break;
+      if (character == L'\\') {
+        parts += SkipEscapedPart();
+      } else {
+        parts += character == L'[' ? SkipNamedPart() : 1;
+      }
     }
+    return parts;
   }
 
-  void SkipNamedPart() {
+  std::size_t SkipEscapedPart() {
+    const wchar_t kind = Take();
+    if (kind == L'c') Take();
+    const bool isNamed = std::wstring_view(L"dDsSwW").find(kind) != std::wstring_view::npos;
+    return isNamed ? kPartsOfANamedOne : 1;
+  }
+
+  /// What may come behind a bracket inside a class, which else is a character.
+  std::size_t SkipNamedPart() {
     const wchar_t kind = rest_.empty() ? L'\0' : rest_.front();
-    if (kind != L':' && kind != L'.' && kind != L'=') return;
+    if (kind != L':' && kind != L'.' && kind != L'=') return 1;
     Take();
     while (!rest_.empty() && Take() != kind) continue;
     Take();
+    return kPartsOfANamedOne;
   }
 
   std::wstring_view rest_;

@@ -6,8 +6,8 @@
 #include <string_view>
 
 // Whether the value of a request's parameter passes a rule, rule and value being plain texts.
-// "Climbing" paths (path_guard.h) pass none of the first four. Nothing is logged. Running out of
-// memory is raised.
+// "Climbing" paths (path_guard.h) pass none of the first four, the fourth after their expansion.
+// Nothing is logged. Running out of memory is raised.
 namespace Zq::Gantry::Security {
 
 /// The whole value matches the regular expression.

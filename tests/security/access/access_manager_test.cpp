@@ -124,6 +124,19 @@ TEST(AccessManager, CopiesShareAllPointers) {
   }
 }
 
+TEST(AccessManager, CopiesCarryTheReservedPointerAlong) {
+  GantryAccessManager manager;
+  const auto something = std::make_shared<int>(1);
+  // Nobody inside sets it: a part of the host's might, by its place.
+  reinterpret_cast<std::shared_ptr<void>*>(&manager)[1] = something;
+  const GantryAccessManager copy(manager);
+  GantryAccessManager assigned;
+  assigned = manager;
+  EXPECT_EQ(PointerAt(copy, 1), something.get());
+  EXPECT_EQ(PointerAt(assigned, 1), something.get());
+  EXPECT_EQ(something.use_count(), 4);
+}
+
 TEST(AccessManager, WhatACheckerRaisesPassesOn) {
   class Raising : public IClientWithNoZqManifestCheckCriteria {
    public:

@@ -6,7 +6,10 @@
 
 #include <gmock/gmock.h>
 
+#include <new>
+#include <stdexcept>
 #include <type_traits>
+#include <utility>
 
 #include "security/access/judged_files.h"
 #include "security/trust/zq_authenticode_helper.h"
@@ -141,6 +144,22 @@ TEST_F(Facade, TwoSignaturesWithoutReadableKeyNeverMatch) {
   EXPECT_EQ(ZQAuthenticodeHelper::GetAllSignatures(kProtected).size(), 1U);
 }
 
+TEST_F(Facade, ASignatureThroughACatalogCountsForAllQuestionsButDropboxs) {
+  const TestSupport::TempFolder folder;
+  const TestSupport::ScopedVariable place(L"windir", folder.Path().c_str());
+  const std::wstring path = folder.File(L"listed.dll");
+  TestSupport::WriteWholeFile(path, "content");
+  files_.catalogs.catalogs = {L"C:\\catalogs\\first.cat"};
+  files_.SignAllForTheService();
+  files_.trust.byCatalog = std::move(files_.trust.embedded);
+  files_.trust.embedded.clear();
+  EXPECT_TRUE(facade_.IsServiceFileTrusted(path.c_str()));
+  EXPECT_TRUE(facade_.IsWindowsTrustedFileAllowed(path.c_str()));
+  EXPECT_TRUE(facade_.HaveSameSigningKey(path.c_str(), path.c_str()));
+  files_.trust.byCatalog.front().key = JudgedFiles::KeyBytes(PublicKeyPool.at(26));
+  EXPECT_TRUE(facade_.IsExtendedFileTrusted(path.c_str()));
+}
+
 TEST_F(Facade, TheQuestionForThePlaceIsPassedOn) {
   EXPECT_TRUE(facade_.IsPathAllowed(kProtected));
   EXPECT_TRUE(facade_.IsPathAllowed(L"%windir%\\x"));
@@ -218,6 +237,34 @@ TEST_F(DropboxFile, AFailureWhileTheSignaturesAreReadIsLoggedAndCountsAsNo) {
   EXPECT_EQ(records[1].text.substr(0, begin.size()), begin);
   EXPECT_GT(records[1].text.size(), begin.size());
   EXPECT_TRUE(NoPlaceWasAskedFor());
+}
+
+TEST_F(DropboxFile, EveryStandardExceptionIsLoggedWithItsText) {
+  const Standin::ImportPatch reason(
+      "WinVerifyTrust", +[](HWND, GUID*, LPVOID) -> LONG { throw std::runtime_error("a reason"); });
+  EXPECT_FALSE(facade_.IsDropboxFileTrusted(kProtected));
+  EXPECT_THAT(files_.log.Records(),
+              ElementsAre(Info(L"Starting validation of Dropbox file."),
+                          Error(L"Problem while validating certificates from Dropbox. a reason")));
+  const Standin::ImportPatch memory(
+      "WinVerifyTrust", +[](HWND, GUID*, LPVOID) -> LONG { throw std::bad_alloc(); });
+  EXPECT_FALSE(facade_.IsDropboxFileTrusted(kProtected));
+  EXPECT_EQ(files_.log.Records().size(), 4U);
+  EXPECT_TRUE(NoPlaceWasAskedFor());
+}
+
+TEST_F(DropboxFile, WhatIsNoStandardExceptionPassesOn) {
+  SignWithSubject(kVerified, L"CN=Dropbox, Inc");
+  const Standin::ImportPatch verify(
+      "WinVerifyTrust", +[](HWND, GUID*, LPVOID) -> LONG { throw 5; });
+  EXPECT_THROW(facade_.IsDropboxFileTrusted(kProtected), int);
+  EXPECT_THAT(files_.log.Records(), ElementsAre(Info(L"Starting validation of Dropbox file.")));
+}
+
+TEST_F(DropboxFile, ANullPathIsOneThatTheSystemDoesNotAccept) {
+  EXPECT_FALSE(facade_.IsDropboxFileTrusted(nullptr));
+  EXPECT_THAT(files_.log.Records(), ElementsAre(Info(L"Starting validation of Dropbox file."),
+                                                Error(L"Dropbox file is not trusted by windows.")));
 }
 
 TEST_F(Facade, AFailureOfTheOtherQuestionsPassesOnAndIsNoYes) {

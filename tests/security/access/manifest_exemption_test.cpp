@@ -229,6 +229,16 @@ TEST(RowWalk, AListThatShrinksRaisesOutOfRangeWithItsText) {
   }
 }
 
+TEST(RowWalk, GoesToTheLastOfManyRows) {
+  const std::vector<int> rows = [] {
+    std::vector<int> numbers(1000, 0);
+    numbers.back() = 1;
+    return numbers;
+  }();
+  EXPECT_TRUE(AnyRowFits(rows, [](int row) { return row == 1; }));
+  EXPECT_FALSE(AnyRowFits(rows, [](int row) { return row == 2; }));
+}
+
 TEST(RowWalk, EndsAtTheFirstRowThatFits) {
   int asked = 0;
   EXPECT_TRUE(AnyRowFits(std::vector<int>{1, 2, 3}, [&asked](int row) {

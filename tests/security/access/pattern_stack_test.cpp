@@ -58,6 +58,8 @@ std::vector<Sample> LargestPatterns() {
       {"nested refusals", Repeat(L"(?!", deep) + L"a" + Repeat(L")", deep) + L"a*"},
       {"loops of looks ahead", L"(?:(?=a*$)a)*"},
       {"classes", Largest(L"[a-z]")},
+      {"a class of many names", L"[^b" + Repeat(L"\\W", 63'000) + L"]*"},
+      {"a class of many ranges", L"[^" + Repeat(L"c-d", 400'000) + L"]*"},
   };
 }
 
@@ -113,6 +115,29 @@ TEST(PatternStack, PatternsWithABackReferenceFitAgainstValuesOfEveryLength) {
       EXPECT_LT(SecondsOf(pattern, std::wstring(length, L'a')), kLongestSeconds);
     }
   }
+}
+
+// What an expression could hide from its weighing.
+TEST(PatternStack, GroupsBehindAControlCharacterAreSeen) {
+  for (const wchar_t* begin : {L"\\c[", L"\\c]", L"\\c("}) {
+    bool isMatch = true;
+    EXPECT_TRUE(FinishesOnASmallStack(
+        [&] { isMatch = MatchesPattern(begin + std::wstring(1'000'000, L'('), L"a"); }));
+    EXPECT_FALSE(isMatch);
+  }
+}
+
+TEST(PatternStack, RepeatedReferencesOfTwoDigitsAreSeen) {
+  const std::wstring groups = Repeat(L"()", 12);
+  for (const wchar_t* end : {L"\\12{0,9000}", L"\\12{9000}", L"\\12{0,9000}a?"}) {
+    EXPECT_TRUE(FinishesOnASmallStack([&] { EXPECT_FALSE(MatchesPattern(groups + end, L"")); }));
+  }
+  EXPECT_TRUE(MatchesPattern(groups + L"\\12{0,90}", L""));
+}
+
+TEST(PatternStack, DigitsBeyondAsciiDoNotHideACount) {
+  EXPECT_TRUE(
+      FinishesOnASmallStack([] { EXPECT_FALSE(MatchesPattern(L"(){200\xff11\xff11}", L"")); }));
 }
 
 TEST(PatternStack, TheLongestValueForABackReferenceIsWhereItIs) {

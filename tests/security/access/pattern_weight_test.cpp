@@ -87,6 +87,41 @@ TEST(PatternWeight, AnEscapedOrListedParenthesisIsNoGroup) {
   EXPECT_EQ(WeighPattern(L"[a](").groups, 1U);
 }
 
+TEST(PatternWeight, AControlCharacterTakesWhateverStandsBehindIt) {
+  EXPECT_EQ(WeighPattern(L"\\c[((a").groups, 2U);
+  EXPECT_EQ(WeighPattern(L"\\c\\(a").groups, 1U);
+  EXPECT_EQ(WeighPattern(L"\\c((a").groups, 1U);
+  EXPECT_EQ(ChainOf(L"\\cJ{2000}"), 2U + 1 + 3);
+}
+
+TEST(PatternWeight, AReferenceHasAllItsDigitsBeforeItIsRepeated) {
+  EXPECT_GT(ChainOf(L"\\12{2000}"), 2000U);
+  EXPECT_GT(ChainOf(L"\\1234{0,2000}"), 2000U);
+  EXPECT_GT(ChainOf(L"\\1\xff12{2000}"), 2000U) << "a digit for the C library of some systems";
+  EXPECT_EQ(ChainOf(L"\\x42{2000}"), 2U + 3 + 3) << "a character's";
+}
+
+TEST(PatternWeight, ACountMayHaveDigitsBeyondAscii) {
+  EXPECT_GT(StatesOf(L"(){200\xff11\xff11}"), 19'900U);
+  EXPECT_GT(StatesOf(L"a{\x0661\x0661\x0661\x0661}"), 2000U);
+  EXPECT_EQ(StatesOf(L"\\d{3,100}"), StatesOf(L"\\d{100}"));
+}
+
+TEST(PatternWeight, OfAClassGrowsWithItsParts) {
+  const auto classOf = [](const std::wstring& part, std::size_t times) {
+    std::wstring text = L"[";
+    while (times-- > 0) text += part;
+    return text + L"]";
+  };
+  EXPECT_EQ(StatesOf(classOf(L"a", 63)), 2U + 1);
+  EXPECT_EQ(StatesOf(classOf(L"a", 64)), 2U + 1 + 1);
+  EXPECT_EQ(StatesOf(classOf(L"\\n", 640)), 2U + 1 + 10);
+  EXPECT_EQ(StatesOf(classOf(L"\\W", 32)), 2U + 1 + 10);
+  EXPECT_EQ(StatesOf(classOf(L"[:alpha:]", 32)), 2U + 1 + 10);
+  EXPECT_EQ(StatesOf(L"[\\w\\s\\d.-]"), 2U + 1);
+  EXPECT_EQ(ChainOf(classOf(L"a", 640)), 2U + 1);
+}
+
 TEST(PatternWeight, RepeatsTheWholeGroup) {
   EXPECT_GT(StatesOf(L"(abcdefghij){100}"), 1000U);
   EXPECT_GT(StatesOf(L"([)]abcdefghij){100}"), 1000U);

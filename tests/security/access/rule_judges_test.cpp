@@ -195,6 +195,29 @@ TEST(LiesInNumericRange, NotANumberIsInNoRange) {
   EXPECT_FALSE(InRange(std::nan(""), {}));
 }
 
+TEST(HostileTexts, NullsAndLoneSurrogatesAreCharactersLikeOthers) {
+  for (const std::wstring& text :
+       {L"\0"s, L"a\0b"s, L"\xD800"s, L"\xDC00\xD800"s, L"x\xDFFF"s, L"\xFFFE\xFFFF"s}) {
+    SCOPED_TRACE(testing::PrintToString(text));
+    EXPECT_TRUE(IsContainedInList(L"first," + text, text));
+    EXPECT_FALSE(IsContainedInList(text + L"x", text));
+    EXPECT_FALSE(IsContainedInList(text, text + L"x"));
+    EXPECT_TRUE(BeginsWithFromList(L"first," + text, text + L"x"));
+    EXPECT_FALSE(BeginsWithFromList(text + L"x", text));
+    EXPECT_TRUE(PassesRegex(L"[^,]+", text));
+    EXPECT_FALSE(PassesRegex(L"[^,]+", text + L","));
+    EXPECT_TRUE(PassesRegex(text, text)) << "as a pattern too";
+    EXPECT_FALSE(PassesRegex(text, text + L"x"));
+  }
+}
+
+TEST(HostileTexts, TwoPointsBehindANullCharacterAreLeftToTheRule) {
+  const std::wstring text = L"C:\\x\0\\..\\y"s;
+  EXPECT_TRUE(PassesRegex(L"[^,]+", text));
+  EXPECT_TRUE(IsContainedInList(text, text));
+  EXPECT_TRUE(BeginsWithFromList(L"c:\\", text));
+}
+
 std::wstring LongList(std::size_t characters) {
   std::wstring list;
   list.reserve(characters);

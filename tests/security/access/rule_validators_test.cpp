@@ -1,7 +1,9 @@
 #include "security/access/rule_validators.h"
 
 #include <gmock/gmock.h>
+#include <winstring.h>
 
+#include <cstdint>
 #include <limits>
 #include <new>
 #include <stdexcept>
@@ -10,6 +12,8 @@
 #include <vector>
 
 #include "import_patch.h"
+#include "platform/winrt/call_failure.h"
+#include "security/access/boxed_value.h"
 #include "security/access/played_rules.h"
 #include "security/played_path_calls.h"
 #include "support/log_capture.h"
@@ -96,6 +100,74 @@ TEST_F(RuleTable, TextsAreCopiedAndMoved) {
   EXPECT_EQ(moved.View(), L"first");
   copy = moved;
   EXPECT_EQ(copy.View(), L"first");
+}
+
+int liveTexts = 0;
+decltype(&WindowsCreateString) realCreate = nullptr;
+decltype(&WindowsDuplicateString) realDuplicate = nullptr;
+decltype(&WindowsDeleteString) realDelete = nullptr;
+
+TEST_F(RuleTable, EachTextIsGivenBackOnce) {
+  const Standin::ImportPatch create(
+      "WindowsCreateString", +[](PCNZWCH text, UINT32 length, HSTRING* made) -> HRESULT {
+        ++liveTexts;
+        return realCreate(text, length, made);
+      });
+  const Standin::ImportPatch duplicate(
+      "WindowsDuplicateString", +[](HSTRING text, HSTRING* copy) -> HRESULT {
+        ++liveTexts;
+        return realDuplicate(text, copy);
+      });
+  const Standin::ImportPatch remove(
+      "WindowsDeleteString", +[](HSTRING text) -> HRESULT {
+        --liveTexts;
+        return realDelete(text);
+      });
+  realCreate = create.Original<std::remove_pointer_t<decltype(realCreate)>>();
+  realDuplicate = duplicate.Original<std::remove_pointer_t<decltype(realDuplicate)>>();
+  realDelete = remove.Original<std::remove_pointer_t<decltype(realDelete)>>();
+  {
+    RuntimeText first(L"first");
+    EXPECT_EQ(liveTexts, 1);
+    RuntimeText copy(first);
+    EXPECT_EQ(liveTexts, 2);
+    const RuntimeText moved(std::move(first));
+    EXPECT_EQ(liveTexts, 2);
+    copy = moved;
+    EXPECT_EQ(liveTexts, 2);
+    copy = RuntimeText(L"other");
+    EXPECT_EQ(liveTexts, 2);
+    const RuntimeText& same = copy;
+    copy = same;
+    EXPECT_EQ(copy.View(), L"other");
+  }
+  EXPECT_EQ(liveTexts, 0);
+}
+
+TEST_F(RuleTable, EachReferenceIsGivenBackOnce) {
+  struct Counted {
+    int references = 1;
+    void AddRef() { ++references; }
+    void Release() { --references; }
+  };
+  using Reference = RuntimeReference<Counted>;
+  Counted object;
+  {
+    Reference first(&object);
+    Reference copy(first);
+    EXPECT_EQ(object.references, 3);
+    Reference moved(std::move(first));
+    EXPECT_EQ(object.references, 3);
+    const Reference& same = copy;
+    copy = same;
+    copy = moved;
+    EXPECT_EQ(object.references, 3);
+    moved = nullptr;
+    EXPECT_EQ(object.references, 2);
+    EXPECT_FALSE(moved);
+    EXPECT_EQ(copy.get(), &object);
+  }
+  EXPECT_EQ(object.references, 1);
 }
 
 using EveryRule = RulesTest;
@@ -209,6 +281,16 @@ TEST_F(ContainedInListRule, RefusesEveryOtherType) {
   const XmlNodeReference node = MakeNode(calls, {L"4,,x", {}});
   EXPECT_FALSE(RuleValidators.at(L"contained_in_list")(node, BoxInt32(calls)));
   EXPECT_FALSE(RuleValidators.at(L"contained_in_list")(node, MakePlainObject(calls)));
+}
+
+TEST_F(ContainedInListRule, TakesEveryOtherTypeForAnInvalidArgument) {
+  const ValueReference value = BoxInt32(calls);
+  try {
+    ReadBoxedText(*value);
+    FAIL() << "nothing was raised";
+  } catch (const Platform::WinRt::CallFailure& failure) {
+    EXPECT_EQ(static_cast<std::uint32_t>(failure.Result()), 0x80070057U);
+  }
 }
 
 TEST_F(ContainedInListRule, KeepsBlanksAndEmbeddedZeros) {

@@ -122,4 +122,52 @@ TEST_F(ServedTool, AClientThatCannotBeEstablishedMayStartNone) {
   EXPECT_FALSE(Ask(L"sfc.exe"));
 }
 
+TEST_F(ServedTool, TheCommandLineIsJudgedAndTheComponentNamed) {
+  files_.SignAllForTheService();
+  const auto ask = [this](const wchar_t* line) {
+    return facade_.IsToolLaunchAllowed(L"%windir%\\System32\\regsvr32.exe", false, line, L"host");
+  };
+  EXPECT_TRUE(ask(L"/s C:\\Windows\\good.dll"));
+  EXPECT_EQ(files_.log.Records().front().component, L"host");
+  EXPECT_FALSE(ask(L"/s D:\\bad.dll"));
+}
+
+TEST_F(ServedTool, NoFailingCallTurnsANoIntoAYes) {
+  const auto nothing = +[]() -> ULONG_PTR { return 0; };
+  const auto failure = +[]() -> ULONG_PTR { return ERROR_ACCESS_DENIED; };
+  struct Failing {
+    const char* call;
+    ULONG_PTR (*answer)();
+  };
+  const Failing rows[] = {{"RpcServerInqCallAttributesW", failure},
+                          {"OpenProcess", nothing},
+                          {"OpenProcessToken", nothing},
+                          {"ExpandEnvironmentStringsForUserW", nothing},
+                          {"GetFullPathNameW", nothing},
+                          {"DuplicateHandle", nothing},
+                          {"RpcImpersonateClient", failure},
+                          {"RpcRevertToSelf", failure},
+                          {"GetPackageFamilyName", failure},
+                          {"CloseHandle", nothing},
+                          {"CommandLineToArgvW", nothing},
+                          {"LocalFree", failure}};
+  const auto ask = [this] {
+    return facade_.IsToolLaunchAllowed(L"%windir%\\System32\\regsvr32.exe", false,
+                                       L"C:\\Windows\\a.dll", L"");
+  };
+  files_.SignAllForTheService();
+  ASSERT_TRUE(ask());
+  for (const Failing& row : rows) {
+    const ImportPatch patch(row.call, row.answer);
+    caller_.family = L"C7E40B19.ZQLumenGuard_q7m3xk2tdw9pa";
+    EXPECT_FALSE(ask()) << row.call << ", another application";
+    caller_.family = L"C7E40B19.ZQHarbourDesk_q7m3xk2tdw9pa";
+    files_.SignAll(kVerified, "30 0a");
+    EXPECT_FALSE(ask()) << row.call << ", a stranger's file";
+    files_.SignAll(kUntrustedRoot, ServiceTrustedKeys.front());
+    EXPECT_FALSE(ask()) << row.call << ", an unknown root";
+    files_.SignAllForTheService();
+  }
+}
+
 }  // namespace Zq::Gantry::Security

@@ -4,10 +4,13 @@
 
 #include <gmock/gmock.h>
 
+#include <cstddef>
 #include <functional>
+#include <type_traits>
 
 #include "security/access/judged_files.h"
 #include "security/access/tool_arguments.h"
+#include "support/temp_folder.h"
 
 namespace Zq::Gantry::Security {
 namespace {
@@ -86,6 +89,27 @@ TEST(ToolLaunchTable, ChecksTheArgumentsOfTwoTools) {
     EXPECT_EQ(static_cast<bool>(rule.ArgumentCheck), expected != nullptr);
   }
 }
+
+TEST(ToolLaunchTable, CannotBeChanged) {
+  EXPECT_TRUE(std::is_const_v<decltype(ToolLaunchTable)>);
+  EXPECT_TRUE(
+      std::is_const_v<std::remove_reference_t<decltype((ToolLaunchTable.begin()->second))>>);
+}
+
+#if defined(__GNUC__)
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Winvalid-offsetof"
+#endif
+TEST(ToolLaunchTable, RulesHoldTheirFieldsInOrder) {
+  constexpr std::size_t kFamilies = sizeof(std::vector<std::wstring>);
+  EXPECT_EQ(offsetof(ToolLaunchRule, AllowedFamilies), 0U);
+  EXPECT_EQ(offsetof(ToolLaunchRule, AllowWhenRestricted), kFamilies);
+  EXPECT_EQ(offsetof(ToolLaunchRule, ArgumentCheck), kFamilies + 8);
+  EXPECT_EQ(sizeof(ToolLaunchRule), kFamilies + 8 + sizeof(std::function<bool(std::wstring)>));
+}
+#if defined(__GNUC__)
+#pragma GCC diagnostic pop
+#endif
 
 TEST_F(ToolLaunch, EachToolOfTheTableMayBeStarted) {
   for (const wchar_t* tool : kTools) EXPECT_TRUE(Ask(System32(tool))) << tool;
@@ -234,13 +258,47 @@ TEST_F(ToolLaunch, TheTwoCheckedToolsHoldTheirFileToTheServicesKeys) {
   }
 }
 
-TEST_F(ToolLaunch, ThePathsAreExpandedForTheComponent) {
-  EXPECT_TRUE(Ask(L"%windir%\\System32\\DISM.exe"));
+TEST_F(ToolLaunch, ToolAndKeyAreExpandedForTheComponentAndTheToolOnceMore) {
+  EXPECT_TRUE(Ask(L"%windir%\\Temp\\..\\System32\\dism.exe"));
+  const auto expansion = [](const wchar_t* text, const wchar_t* expanded, const wchar_t* full) {
+    return std::vector{
+        Info(std::wstring(L"ExpandEnvironmentStrings: [") + text + L"] [" + expanded + L"]",
+             L"component"),
+        Info(std::wstring(L"GetFullPathName: [") + full + L"]", L"component")};
+  };
+  const auto ofTool =
+      expansion(L"%windir%\\Temp\\..\\System32\\dism.exe",
+                L"C:\\Windows\\Temp\\..\\System32\\dism.exe", L"C:\\Windows\\System32\\dism.exe");
+  const auto ofKey = expansion(L"%windir%\\System32\\DISM.exe", L"C:\\Windows\\System32\\DISM.exe",
+                               L"C:\\Windows\\System32\\DISM.exe");
   const auto records = files_.log.Records();
-  ASSERT_GE(records.size(), 2U);
-  EXPECT_EQ(records[0], Info(L"ExpandEnvironmentStrings: [%windir%\\System32\\DISM.exe] "
-                             L"[C:\\Windows\\System32\\DISM.exe]",
-                             L"component"));
+  ASSERT_GT(records.size(), 6U);
+  EXPECT_THAT(std::vector(records.begin(), records.begin() + 6),
+              ElementsAre(ofTool[0], ofTool[1], ofKey[0], ofKey[1], ofTool[0], ofTool[1]));
+  EXPECT_EQ(records[6],
+            Info(L"Security - GetSecurityCatalogInfo - File = C:\\Windows\\System32\\dism.exe"));
+}
+
+TEST_F(ToolLaunch, ASignatureThroughACatalogDoes) {
+  const TestSupport::TempFolder folder;
+  const std::wstring tool = folder.File(L"tool.exe");
+  TestSupport::WriteWholeFile(tool, "content");
+  std::swap(files_.trust.byCatalog, files_.trust.embedded);
+  const ToolLaunchRules table = {{tool, {{}, true, nullptr}}};
+  EXPECT_FALSE(Ask(table, tool.c_str()));
+  files_.catalogs.catalogs = {L"C:\\catalogs\\first.cat"};
+  EXPECT_TRUE(Ask(table, tool.c_str()));
+}
+
+TEST_F(ToolLaunch, HostilePathsMatchNoRow) {
+  const std::wstring tool = System32(L"sfc.exe");
+  for (const std::wstring& path :
+       {std::wstring(1'000'000, L'\\'), std::wstring(1'000'000, L'%'),
+        tool + std::wstring(1'000'000, L'e'), std::wstring(1'000'000, L'.') + tool,
+        tool + L"\xD800", L"\xDFFF" + tool}) {
+    EXPECT_FALSE(Ask(path)) << path.size();
+  }
+  EXPECT_TRUE(files_.trust.calls.empty());
 }
 
 TEST_F(ToolLaunch, ANullComponentIsAnEmptyOne) {

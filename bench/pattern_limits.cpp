@@ -67,8 +67,8 @@ void PrintTimes() {
                [] { MatchesPattern(L"(a+)+b", std::wstring(1'000'000, L'a')); });
   PrintSeconds("[a-z]+ against 5,000,000 letters",
                [] { MatchesPattern(L"[a-z]+", std::wstring(5'000'000, L'a')); });
-  PrintSeconds("a class of 63,000 times \\W against 1,000,000 letters", [] {
-    MatchesPattern(L"[" + Repeat(L"\\W", 63'000) + L"]*", std::wstring(1'000'000, L'a'));
+  PrintSeconds("[^ and 63,000 times \\W and ]* against 1,000,000 letters", [] {
+    MatchesPattern(L"[^" + Repeat(L"\\W", 63'000) + L"]*", std::wstring(1'000'000, L'a'));
   });
   PrintNestedLoops(6, "6 nested loops, a back-reference, one letter, no patience");
   PrintNestedLoops(7, "7");

@@ -6,24 +6,25 @@
 #include "security/access/matching_descriptor.h"
 #include "wattleaf_export.h"
 
-// The clients that need no manifest, up to a version. Built while the library loads, never changed.
+// The clients that need no manifest, up to a version. Built while the library loads, never changed;
+// the lists themselves are not exported.
 namespace Zq::Gantry::Security {
 
-class WATTLEAF_API UwpWithNoZQManifestExemptionWhiteList {
+class UwpWithNoZQManifestExemptionWhiteList {
  public:
   /// A copy of the list that belongs to the caller: changing it reaches neither the list nor
   /// another copy. Never null. From any thread.
-  static std::shared_ptr<std::vector<UwpMatchingDescriptor>> GetExemption();
+  WATTLEAF_API static std::shared_ptr<std::vector<UwpMatchingDescriptor>> GetExemption();
 
  private:
   static const std::vector<UwpMatchingDescriptor> _white_list;
 };
 
-class WATTLEAF_API Win32WithNoZQManifestExemptionWhiteList {
+class Win32WithNoZQManifestExemptionWhiteList {
  public:
   /// The same for classic programs. The names are lower case, as a client's name is when it is
   /// compared.
-  static std::shared_ptr<std::vector<Win32MatchingDescriptor>> GetExemption();
+  WATTLEAF_API static std::shared_ptr<std::vector<Win32MatchingDescriptor>> GetExemption();
 
  private:
   static const std::vector<Win32MatchingDescriptor> _white_list;

@@ -1,6 +1,7 @@
 #include "security/access/rule_judges.h"
 
 #include <cmath>
+#include <limits>
 #include <stdexcept>
 
 #include "security/access/list_reader.h"
@@ -12,10 +13,14 @@ namespace Zq::Gantry::Security {
 
 namespace {
 
+/// Whether one of the first `most` items fits.
 template <typename Fits>
-bool HasItem(std::wstring_view list, Fits fits) {
+bool HasItem(std::wstring_view list, Fits fits,
+             std::size_t most = std::numeric_limits<std::size_t>::max()) {
   ListReader items(list);
-  while (const auto item = items.TryNext()) {
+  for (; most > 0; --most) {
+    const auto item = items.TryNext();
+    if (!item) return false;
     if (fits(*item)) return true;
   }
   return false;
@@ -52,9 +57,10 @@ bool BeginsWithFromExpandedList(std::wstring_view list, const std::wstring& valu
   if (IsClimbingPath(expanded)) return false;
   // Kept on purpose: an item that cannot be expanded is empty and begins every value (test
   // BeginsWithFromExpandedList.AnItemThatCannotBeExpandedPassesEveryValue).
-  return HasItem(list, [&](std::wstring_view item) {
+  const auto fits = [&](std::wstring_view item) {
     return HasPrefix(expanded, expand(std::wstring(item)));
-  });
+  };
+  return HasItem(list, fits, kMostExpandedItems);
 }
 
 bool LiesInNumericRange(double number, const LimitText& limitText) try {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <optional>
 #include <string>
@@ -22,8 +23,12 @@ bool BeginsWithFromList(std::wstring_view list, std::wstring_view value);
 /// The full form of a path, its variables expanded; empty where there is none.
 using PathExpansion = std::function<std::wstring(const std::wstring& path)>;
 
+/// Items of one list that are expanded at most: each costs calls of the system and lines in the
+/// log.
+inline constexpr std::size_t kMostExpandedItems = 100'000;
+
 /// The same for value and items in their full form. The value is expanded first, then the items one
-/// by one until one fits.
+/// by one until one fits. Items behind the first kMostExpandedItems are not looked at.
 bool BeginsWithFromExpandedList(std::wstring_view list, const std::wstring& value,
                                 const PathExpansion& expand);
 

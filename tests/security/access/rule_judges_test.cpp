@@ -98,6 +98,26 @@ TEST(BeginsWithFromExpandedList, AValueThatCannotBeExpandedPassesOnlyWithSuchAnI
   EXPECT_TRUE(BeginsWithFromExpandedList(L"good,bad", L"bad", expand));
 }
 
+/// So many items, none of which fits, in front of one that does.
+std::wstring LateItem(std::size_t before) {
+  std::wstring list;
+  for (; before > 0; --before) list += L"x,";
+  return list + L"va";
+}
+
+TEST(BeginsWithFromExpandedList, LooksAtAHundredThousandItemsAndNoMore) {
+  std::size_t asked = 0;
+  const auto expand = [&asked](const std::wstring& path) {
+    ++asked;
+    return path;
+  };
+  EXPECT_TRUE(BeginsWithFromExpandedList(LateItem(99'999), L"value", expand));
+  EXPECT_EQ(asked, 100'001U);  // the value and each item
+  asked = 0;
+  EXPECT_FALSE(BeginsWithFromExpandedList(LateItem(100'000), L"value", expand));
+  EXPECT_EQ(asked, 100'001U);
+}
+
 /// The limits that a rule has, by name; and which were asked for.
 struct Limits {
   std::map<std::wstring, std::wstring> texts;
@@ -233,6 +253,9 @@ TEST(HostileLists, TenMillionCharactersAreNoMatter) {
   const std::wstring commas(10'000'000, L',');
   EXPECT_FALSE(IsContainedInList(commas, L"other"));
   EXPECT_TRUE(BeginsWithFromList(commas, L"other"));
+  const std::wstring late = LateItem(5'000'000);
+  EXPECT_TRUE(IsContainedInList(late, L"va"));
+  EXPECT_TRUE(BeginsWithFromList(late, L"value"));
 }
 
 TEST(HostileLists, ALongValueIsComparedOnceWithALongItem) {

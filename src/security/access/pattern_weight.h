@@ -6,7 +6,8 @@
 namespace Zq::Gantry::Security {
 
 /// How large the machine of a regular expression becomes, seen before it is made. Never less than
-/// it is; counts that no machine reaches stay at a large number instead of wrapping.
+/// it is, apart from two states for the whole and one for each "|"; counts that no machine reaches
+/// stay at a large number instead of wrapping.
 struct PatternWeight {
   std::size_t states = 0;  ///< repetitions multiplied out
   /// States that may follow each other without a character between them: one way of each choice,

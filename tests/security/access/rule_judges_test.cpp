@@ -3,10 +3,14 @@
 #include <gmock/gmock.h>
 
 #include <cmath>
+#include <future>
 #include <limits>
 #include <map>
 #include <stdexcept>
+#include <string>
 #include <vector>
+
+#include "security/access/path_guard.h"
 
 namespace Zq::Gantry::Security {
 namespace {
@@ -236,6 +240,32 @@ TEST(HostileTexts, TwoPointsBehindANullCharacterAreLeftToTheRule) {
   EXPECT_TRUE(PassesRegex(L"[^,]+", text));
   EXPECT_TRUE(IsContainedInList(text, text));
   EXPECT_TRUE(BeginsWithFromList(L"c:\\", text));
+}
+
+/// One round of all judges over texts; the number picks texts that no other thread has.
+bool AnswersAreRight(int number) {
+  const std::wstring own = L"item" + std::to_wstring(number);
+  const std::wstring list = L"first," + own + L"," + own + L"-last";
+  const auto expand = [](const std::wstring& path) { return Bracketed(path); };
+  return PassesRegex(L"[a-z]+[0-9]+", own) && !PassesRegex(L"[a-z]+", own) &&
+         IsContainedInList(list, own) && !IsContainedInList(list, own + L"0") &&
+         BeginsWithFromList(list, own + L"0") && !BeginsWithFromList(list, L"0" + own) &&
+         BeginsWithFromExpandedList(list, own + L"0", expand) && !IsClimbingPath(L"C:\\" + own) &&
+         IsClimbingPath(L"C:\\..\\" + own);
+}
+
+TEST(Judges, AnswerOnManyThreadsAtOnce) {
+  std::vector<std::future<int>> threads;
+  for (int thread = 0; thread < 8; ++thread) {
+    threads.push_back(std::async(std::launch::async, [thread] {
+      int wrong = 0;
+      for (int round = 0; round < 100; ++round) {
+        if (!AnswersAreRight(thread * 1000 + round)) ++wrong;
+      }
+      return wrong;
+    }));
+  }
+  for (std::future<int>& thread : threads) EXPECT_EQ(thread.get(), 0);
 }
 
 std::wstring LongList(std::size_t characters) {

@@ -6,6 +6,7 @@
 
 #include <gmock/gmock.h>
 
+#include <stdexcept>
 #include <type_traits>
 
 #include "security/access/judged_files.h"
@@ -105,6 +106,23 @@ TEST_F(Facade, AWindowsTrustedFileNeedsNoKeyOfOurs) {
   EXPECT_TRUE(facade_.IsWindowsTrustedFileAllowed(kProtected));
   files_.SignAll(kUntrustedRoot, ServiceTrustedKeys.front());
   EXPECT_FALSE(facade_.IsWindowsTrustedFileAllowed(kProtected));
+}
+
+TEST_F(Facade, ASignatureThroughACatalogCountsForAWindowsTrustedFileAndForTheKey) {
+  const TestSupport::TempFolder folder;
+  const TestSupport::ScopedVariable place(L"windir", folder.Path().c_str());
+  const std::wstring listed = folder.File(L"listed.dll");
+  const std::wstring missing = folder.File(L"missing.dll");
+  TestSupport::WriteWholeFile(listed, "content");
+  files_.SignAll(kVerified, "30 0a");
+  files_.trust.byCatalog = files_.trust.embedded;
+  files_.trust.embedded.clear();
+  files_.catalogs.catalogs = {L"C:\\catalogs\\first.cat"};
+  EXPECT_TRUE(facade_.IsWindowsTrustedFileAllowed(listed.c_str()));
+  EXPECT_FALSE(facade_.IsWindowsTrustedFileAllowed(missing.c_str()));
+  EXPECT_TRUE(facade_.HaveSameSigningKey(listed.c_str(), listed.c_str()));
+  EXPECT_FALSE(facade_.HaveSameSigningKey(listed.c_str(), missing.c_str()));
+  EXPECT_FALSE(facade_.HaveSameSigningKey(missing.c_str(), listed.c_str()));
 }
 
 TEST_F(Facade, NullPathsAreRefusedByEveryQuestion) {
@@ -218,6 +236,35 @@ TEST_F(DropboxFile, AFailureWhileTheSignaturesAreReadIsLoggedAndCountsAsNo) {
   EXPECT_EQ(records[1].text.substr(0, begin.size()), begin);
   EXPECT_GT(records[1].text.size(), begin.size());
   EXPECT_TRUE(NoPlaceWasAskedFor());
+}
+
+TEST_F(DropboxFile, AnyStandardExceptionIsLoggedWithItsTextAndCountsAsNo) {
+  const Standin::ImportPatch verify(
+      "WinVerifyTrust",
+      +[](HWND, GUID*, LPVOID) -> LONG { throw std::runtime_error("some words"); });
+  EXPECT_FALSE(facade_.IsDropboxFileTrusted(kProtected));
+  EXPECT_THAT(
+      files_.log.Records(),
+      ElementsAre(Info(L"Starting validation of Dropbox file."),
+                  Error(L"Problem while validating certificates from Dropbox. some words")));
+  EXPECT_TRUE(NoPlaceWasAskedFor());
+}
+
+TEST_F(DropboxFile, WhatIsNoStandardExceptionPassesOn) {
+  const Standin::ImportPatch verify(
+      "WinVerifyTrust", +[](HWND, GUID*, LPVOID) -> LONG { throw 5; });
+  EXPECT_THROW(facade_.IsDropboxFileTrusted(kProtected), int);
+  EXPECT_THAT(files_.log.Records(), ElementsAre(Info(L"Starting validation of Dropbox file.")));
+}
+
+TEST_F(DropboxFile, AFailureWhileItsPlaceIsJudgedPassesOn) {
+  SignWithSubject(kVerified, L"CN=Dropbox, Inc");
+  const Standin::ImportPatch expand(
+      "ExpandEnvironmentStringsW",
+      +[](LPCWSTR, LPWSTR, DWORD) -> DWORD { throw std::runtime_error("some words"); });
+  EXPECT_THROW(facade_.IsDropboxFileTrusted(kProtected), std::runtime_error);
+  EXPECT_THAT(files_.log.Records(), ElementsAre(Info(L"Starting validation of Dropbox file."),
+                                                Info(L"Subject = CN=Dropbox, Inc")));
 }
 
 TEST_F(Facade, AFailureOfTheOtherQuestionsPassesOnAndIsNoYes) {

@@ -104,6 +104,13 @@ TEST_F(ServedTool, TheApplicationOfTheTableMayStartEachToolAndNoOther) {
   EXPECT_EQ(caller_.impersonations, 6);
 }
 
+TEST_F(ServedTool, TheCommandLineIsJudgedAndTheComponentSpeaksInTheLog) {
+  constexpr wchar_t kTool[] = L"%windir%\\System32\\regsvr32.exe";
+  EXPECT_TRUE(facade_.IsToolLaunchAllowed(kTool, false, L"/s", L"D:\\other.dll"));
+  EXPECT_EQ(files_.log.Records().front().component, L"D:\\other.dll");
+  EXPECT_FALSE(facade_.IsToolLaunchAllowed(kTool, false, L"D:\\other.dll", L"/s"));
+}
+
 TEST_F(ServedTool, AnotherApplicationMayStartNone) {
   caller_.family = L"C7E40B19.ZQLumenGuard_q7m3xk2tdw9pa";
   EXPECT_FALSE(Ask(L"sfc.exe"));

@@ -8,6 +8,7 @@
 
 #include "security/access/judged_files.h"
 #include "security/access/tool_arguments.h"
+#include "support/temp_folder.h"
 
 namespace Zq::Gantry::Security {
 namespace {
@@ -16,6 +17,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using TestSupport::Info;
 using TestSupport::JudgedFiles;
+using TestSupport::LogRecord;
 
 constexpr wchar_t kHarbourDesk[] = L"C7E40B19.ZQHarbourDesk_q7m3xk2tdw9pa";
 constexpr const wchar_t* kTools[] = {L"regsvr32.exe", L"DISM.exe", L"sfc.exe",
@@ -172,6 +174,7 @@ TEST_F(ToolLaunch, ARowMayBeClosedInRestrictedMode) {
     EXPECT_FALSE(Ask(table, L"%windir%\\System32\\sfc.exe", /*restricted=*/true));
     EXPECT_TRUE(files_.trust.calls.empty());
   }
+  EXPECT_EQ(familiesAsked_, 2) << "who calls is asked first";
 }
 
 TEST_F(ToolLaunch, TheToolNeedOnlyBeAcceptedByTheSystem) {
@@ -191,6 +194,23 @@ TEST_F(ToolLaunch, TheToolNeedOnlyBeAcceptedByTheSystem) {
 TEST_F(ToolLaunch, TheSignaturesAskedForAreThoseOfTheExpandedPath) {
   EXPECT_TRUE(Ask(L"%windir%\\System32\\sfc.exe"));
   EXPECT_THAT(files_.FilesAskedFor(), ElementsAre(L"C:\\Windows\\System32\\sfc.exe"));
+}
+
+TEST_F(ToolLaunch, ASignatureThroughACatalogCounts) {
+  const TestSupport::TempFolder folder;
+  const std::wstring tool = folder.File(L"tool.exe");
+  TestSupport::WriteWholeFile(tool, "content");
+  files_.trust.byCatalog = files_.trust.embedded;
+  files_.trust.embedded.clear();
+  const ToolLaunchRules table = {{tool, {{}, true, nullptr}}};
+  EXPECT_FALSE(Ask(table, tool.c_str()));
+  files_.catalogs.catalogs = {L"C:\\catalogs\\first.cat"};
+  EXPECT_TRUE(Ask(table, tool.c_str()));
+}
+
+TEST_F(ToolLaunch, TheToolNeedNotLieInAProtectedPlace) {
+  const ToolLaunchRules table = {{L"D:\\Users\\tool.exe", {{}, true, nullptr}}};
+  EXPECT_TRUE(Ask(table, L"D:\\Users\\tool.exe"));
 }
 
 TEST_F(ToolLaunch, TheFirstMatchEndsTheWalk) {
@@ -216,6 +236,17 @@ TEST_F(ToolLaunch, TheCommandLineIsJudgedAlsoWhereTheToolIsRefused) {
   EXPECT_THAT(check.lines, ElementsAre(L"x"));
 }
 
+TEST_F(ToolLaunch, TheCommandLineIsJudgedAfterTheTool) {
+  std::vector<std::size_t> verdictsBefore;
+  const ToolLaunchRules table = SfcRow({{}, true, [&](const std::wstring&) {
+                                          verdictsBefore.push_back(files_.trust.calls.size());
+                                          return true;
+                                        }});
+  EXPECT_TRUE(Ask(table, L"%windir%\\System32\\sfc.exe"));
+  EXPECT_THAT(verdictsBefore, ElementsAre(files_.trust.calls.size()));
+  EXPECT_FALSE(files_.trust.calls.empty());
+}
+
 TEST_F(ToolLaunch, ANullCommandLineIsAnEmptyOne) {
   RecordingCheck check;
   EXPECT_TRUE(Ask(check.Table(), L"%windir%\\System32\\sfc.exe", false, nullptr));
@@ -236,11 +267,18 @@ TEST_F(ToolLaunch, TheTwoCheckedToolsHoldTheirFileToTheServicesKeys) {
 
 TEST_F(ToolLaunch, ThePathsAreExpandedForTheComponent) {
   EXPECT_TRUE(Ask(L"%windir%\\System32\\DISM.exe"));
-  const auto records = files_.log.Records();
-  ASSERT_GE(records.size(), 2U);
-  EXPECT_EQ(records[0], Info(L"ExpandEnvironmentStrings: [%windir%\\System32\\DISM.exe] "
-                             L"[C:\\Windows\\System32\\DISM.exe]",
-                             L"component"));
+  // The tool, the key of the first row, which fits, and the tool once more.
+  std::vector<LogRecord> expected;
+  for (int expansion = 0; expansion < 3; ++expansion) {
+    expected.push_back(
+        Info(L"ExpandEnvironmentStrings: [%windir%\\System32\\DISM.exe] "
+             L"[C:\\Windows\\System32\\DISM.exe]",
+             L"component"));
+    expected.push_back(Info(L"GetFullPathName: [C:\\Windows\\System32\\DISM.exe]", L"component"));
+  }
+  std::vector<LogRecord> records = files_.log.Records();
+  std::erase_if(records, [](const LogRecord& record) { return record.component.empty(); });
+  EXPECT_EQ(records, expected);
 }
 
 TEST_F(ToolLaunch, ANullComponentIsAnEmptyOne) {

@@ -84,6 +84,16 @@ TEST(AccessManager, AsksAnewEachTimeAndReplacesTheChecker) {
   EXPECT_EQ(first.use_count(), 1);
 }
 
+TEST(AccessManager, ReplacesTheClassicCheckerAsWell) {
+  GantryAccessManager manager;
+  const auto first = std::make_shared<FixedAnswer>(true);
+  manager.SetWin32Checker(first);
+  EXPECT_TRUE(manager.IsWin32Exempt());
+  manager.SetWin32Checker(std::make_shared<FixedAnswer>(false));
+  EXPECT_FALSE(manager.IsWin32Exempt());
+  EXPECT_EQ(first.use_count(), 1);
+}
+
 TEST(AccessManager, AnEmptyCheckerBringsTheThrowBack) {
   GantryAccessManager manager;
   manager.SetUwpChecker(std::make_shared<FixedAnswer>(true));
@@ -122,6 +132,19 @@ TEST(AccessManager, CopiesShareAllPointers) {
     EXPECT_EQ(PointerAt(copy, i), PointerAt(manager, i)) << i;
     EXPECT_EQ(PointerAt(assigned, i), PointerAt(manager, i)) << i;
   }
+}
+
+TEST(AccessManager, CopiesCarryTheReservedPointerAlong) {
+  GantryAccessManager manager;
+  const auto part = std::make_shared<int>(1);
+  // No operation sets it: whoever does knows the layout.
+  reinterpret_cast<std::shared_ptr<void>*>(&manager)[1] = part;
+  const GantryAccessManager copy(manager);
+  GantryAccessManager assigned;
+  assigned = manager;
+  EXPECT_EQ(PointerAt(copy, 1), part.get());
+  EXPECT_EQ(PointerAt(assigned, 1), part.get());
+  EXPECT_EQ(part.use_count(), 4);
 }
 
 TEST(AccessManager, WhatACheckerRaisesPassesOn) {

@@ -84,6 +84,16 @@ TEST(AccessManager, AsksAnewEachTimeAndReplacesTheChecker) {
   EXPECT_EQ(first.use_count(), 1);
 }
 
+TEST(AccessManager, ReplacesTheClassicCheckerAsWell) {
+  GantryAccessManager manager;
+  const auto first = std::make_shared<FixedAnswer>(true);
+  manager.SetWin32Checker(first);
+  EXPECT_TRUE(manager.IsWin32Exempt());
+  manager.SetWin32Checker(std::make_shared<FixedAnswer>(false));
+  EXPECT_FALSE(manager.IsWin32Exempt());
+  EXPECT_EQ(first.use_count(), 1);
+}
+
 TEST(AccessManager, AnEmptyCheckerBringsTheThrowBack) {
   GantryAccessManager manager;
   manager.SetUwpChecker(std::make_shared<FixedAnswer>(true));

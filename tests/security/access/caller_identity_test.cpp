@@ -10,6 +10,7 @@
 #include <new>
 #include <ostream>
 #include <stdexcept>
+#include <system_error>
 
 #include "played_caller.h"
 #include "support/log_capture.h"
@@ -30,6 +31,7 @@ using TestSupport::PlayedCaller;
 
 constexpr DWORD kClient = PlayedCaller::kClient;
 constexpr wchar_t kName[] = L"Some.App_q7m3xk2tdw9pa";
+constexpr LONG kNegative = -2147024891;  // a status whose highest bit is set
 
 class CallerIdentity : public testing::Test {
  protected:
@@ -89,6 +91,12 @@ TEST_F(CallerIdentity, OpensTheProcessForALimitedQueryAndNotForHeirs) {
   EXPECT_THAT(played_.opened, ElementsAre(0x1000U, 0U, kClient));
 }
 
+TEST_F(CallerIdentity, OpensTheProcessOfAClientWhoseIdTakesAll32Bits) {
+  played_.client = 0xFFFFFFFC;
+  EXPECT_EQ(Ask(), kName);
+  EXPECT_THAT(played_.opened, ElementsAre(0x1000U, 0U, 0xFFFFFFFCU));
+}
+
 TEST_F(CallerIdentity, AsksForTheLengthWithoutABufferAndThenWithOneOfThatLength) {
   Ask();
   EXPECT_THAT(played_.lengths, ElementsAre(0U, 23U));
@@ -105,6 +113,15 @@ TEST_F(CallerIdentity, RemovesZerosWhereverTheyLie) {
 TEST_F(CallerIdentity, KeepsEveryCharacterOfANameWithoutATerminator) {
   played_.name = L"Some.App_id";
   EXPECT_EQ(Ask(), L"Some.App_id");
+}
+
+TEST_F(CallerIdentity, HoldsNothingWhereTheSystemWritesLessThanItsLength) {
+  played_.written = 4;
+  EXPECT_EQ(Ask(), L"Some");
+  played_.Forget();
+  played_.written = 0;
+  EXPECT_EQ(Ask(), L"");
+  EXPECT_THAT(log_.Records(), IsEmpty());
 }
 
 TEST_F(CallerIdentity, IsEmptyWithoutALineForALengthOfZero) {
@@ -168,6 +185,23 @@ TEST_F(CallerIdentity, AClientThatIsNoPackageHasNoName) {
   ExpectFailure(L"GetPackageFamilyName failed", L"15700");
   EXPECT_THAT(played_.order, ElementsAre("query", "query", "open", "impersonate",
                                          "ask length of 1111", "close 1111", "revert"));
+}
+
+TEST_F(CallerIdentity, ANegativeStatusIsWrittenWithItsSign) {
+  played_.lengthStatus = kNegative;
+  EXPECT_EQ(Ask(), L"");
+  ExpectFailure(L"GetPackageFamilyName failed", L"-2147024891");
+}
+
+TEST_F(CallerIdentity, AStatusIsPutIntoWordsByTheGenericCategory) {
+  played_.process = nullptr;
+  Ask();
+  const std::string words =
+      std::system_error(5, std::generic_category(), "OpenProcess yielded null or invalid handle")
+          .what();
+  EXPECT_THAT(log_.Records(),
+              ElementsAre(Error(L"RpcSecurityHelper::GetPFNOfCaller - " +
+                                std::wstring(words.begin(), words.end()) + L", Status: 5")));
 }
 
 TEST_F(CallerIdentity, ANameThatCannotBeReadAfterItsLengthIsTheErrorFive) {
@@ -339,6 +373,12 @@ constexpr OneFailure kFailures[] = {
     {"Impersonate", [](PlayedCaller& played) { played.impersonateStatus = 5; }, 1, 0},
     {"Length", [](PlayedCaller& played) { played.lengthStatus = 5; }, 1, 1},
     {"Name", [](PlayedCaller& played) { played.nameStatus = 5; }, 1, 1},
+    {"FirstQueryBelowZero", [](PlayedCaller& played) { played.queryStatus[0] = kNegative; }, 0, 0},
+    {"SecondQueryBelowZero", [](PlayedCaller& played) { played.queryStatus[1] = kNegative; }, 0, 0},
+    {"ImpersonateBelowZero", [](PlayedCaller& played) { played.impersonateStatus = kNegative; }, 1,
+     0},
+    {"LengthBelowZero", [](PlayedCaller& played) { played.lengthStatus = kNegative; }, 1, 1},
+    {"NameBelowZero", [](PlayedCaller& played) { played.nameStatus = kNegative; }, 1, 1},
 };
 
 INSTANTIATE_TEST_SUITE_P(OneByOne, CallerIdentityFailure, testing::ValuesIn(kFailures),

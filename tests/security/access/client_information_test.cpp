@@ -208,6 +208,29 @@ TEST(ClientInformation, ACopyOfAProgramCarriesEverything) {
   }
 }
 
+TEST(ClientInformation, ACopyCarriesATypeThatWasChanged) {
+  UwpInformation store;
+  store.Type = ClientType::Win32;
+  UwpInformation storeAssigned;
+  storeAssigned = store;
+  EXPECT_EQ(UwpInformation(store).Type, ClientType::Win32);
+  EXPECT_EQ(storeAssigned.Type, ClientType::Win32);
+
+  Win32Information program;
+  program.Type = ClientType::Uwp;
+  Win32Information programAssigned;
+  programAssigned = program;
+  EXPECT_EQ(Win32Information(program).Type, ClientType::Uwp);
+  EXPECT_EQ(programAssigned.Type, ClientType::Uwp);
+
+  const IClientInformation plain(ClientType::Win32, L"id");
+  IClientInformation plainAssigned;
+  plainAssigned = plain;
+  EXPECT_EQ(IClientInformation(plain).Type, ClientType::Win32);
+  EXPECT_EQ(plainAssigned.Type, ClientType::Win32);
+  EXPECT_EQ(plainAssigned.Id, L"id");
+}
+
 TEST(ClientInformation, ACopyIsSeparate) {
   const UwpInformation client = FullStoreClient();
   UwpInformation copy(client);

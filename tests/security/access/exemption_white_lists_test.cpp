@@ -124,6 +124,11 @@ TEST(ExemptionWhiteLists, AnEmptyListIsCopiedAsAValidEmptyOne) {
   EXPECT_TRUE(copy->empty());
 }
 
+TEST(ExemptionWhiteLists, ACopyHasRoomForItsRowsAndNoMore) {
+  EXPECT_EQ(StoreList::GetExemption()->capacity(), 1U);
+  EXPECT_EQ(ProgramList::GetExemption()->capacity(), 3U);
+}
+
 TEST(ExemptionWhiteLists, ARowMoreNeedsNoOtherChange) {
   const auto copy = CopyRows(std::vector<int>{4, 5, 6, 7});
   EXPECT_EQ(*copy, (std::vector<int>{4, 5, 6, 7}));

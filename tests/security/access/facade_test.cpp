@@ -156,6 +156,9 @@ TEST_F(Facade, ASignatureThroughACatalogCountsForAllQuestionsButDropboxs) {
   EXPECT_TRUE(facade_.IsServiceFileTrusted(path.c_str()));
   EXPECT_TRUE(facade_.IsWindowsTrustedFileAllowed(path.c_str()));
   EXPECT_TRUE(facade_.HaveSameSigningKey(path.c_str(), path.c_str()));
+  const std::wstring missing = folder.File(L"missing.dll");
+  EXPECT_FALSE(facade_.HaveSameSigningKey(path.c_str(), missing.c_str()));
+  EXPECT_FALSE(facade_.HaveSameSigningKey(missing.c_str(), path.c_str()));
   files_.trust.byCatalog.front().key = JudgedFiles::KeyBytes(PublicKeyPool.at(26));
   EXPECT_TRUE(facade_.IsExtendedFileTrusted(path.c_str()));
 }
@@ -265,6 +268,16 @@ TEST_F(DropboxFile, ANullPathIsOneThatTheSystemDoesNotAccept) {
   EXPECT_FALSE(facade_.IsDropboxFileTrusted(nullptr));
   EXPECT_THAT(files_.log.Records(), ElementsAre(Info(L"Starting validation of Dropbox file."),
                                                 Error(L"Dropbox file is not trusted by windows.")));
+}
+
+TEST_F(DropboxFile, AFailureWhileItsPlaceIsJudgedPassesOn) {
+  SignWithSubject(kVerified, L"CN=Dropbox, Inc");
+  const Standin::ImportPatch expand(
+      "ExpandEnvironmentStringsW",
+      +[](LPCWSTR, LPWSTR, DWORD) -> DWORD { throw std::runtime_error("some words"); });
+  EXPECT_THROW(facade_.IsDropboxFileTrusted(kProtected), std::runtime_error);
+  EXPECT_THAT(files_.log.Records(), ElementsAre(Info(L"Starting validation of Dropbox file."),
+                                                Info(L"Subject = CN=Dropbox, Inc")));
 }
 
 TEST_F(Facade, AFailureOfTheOtherQuestionsPassesOnAndIsNoYes) {

@@ -22,6 +22,7 @@ std::vector<std::wstring> ItemsOf(std::wstring_view text) {
 TEST(ListReader, CutsAtEveryComma) {
   EXPECT_THAT(ItemsOf(L"one,two,three"), ElementsAre(L"one", L"two", L"three"));
   EXPECT_THAT(ItemsOf(L"one"), ElementsAre(L"one"));
+  EXPECT_THAT(ItemsOf(L"one;two|three\nfour"), ElementsAre(L"one;two|three\nfour"));
 }
 
 TEST(ListReader, TrimsNothing) {

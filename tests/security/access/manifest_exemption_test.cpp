@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <clocale>
 #include <string>
 
 #include "security/access/exemption_white_lists.h"
@@ -94,6 +95,38 @@ TEST(UwpExemption, ComparesPastAZeroCharacter) {
       StoreCheck(UwpWithNoZQManifestExemptionWhiteList::GetExemption(), client).IsAnException());
 }
 
+TEST(UwpExemption, ComparesTheFamilyNameOfTheRowAndNotItsId) {
+  const auto rows = std::make_shared<StoreRows>();
+  rows->emplace_back(UwpInformation(L"n", L"family", 2, 0), kUpTo);
+  rows->front().Information.Id = L"id";
+  EXPECT_TRUE(StoreCheck(rows, StoreClient(L"family", 2, 0)).IsAnException());
+  EXPECT_FALSE(StoreCheck(rows, StoreClient(L"id", 2, 0)).IsAnException());
+}
+
+TEST(Win32Exemption, ComparesTheNameOfTheRowAndNotItsId) {
+  const auto rows = std::make_shared<ProgramRows>();
+  rows->emplace_back(Win32Information(L"program", 2, 0), kUpTo);
+  rows->front().Information.Id = L"id";
+  EXPECT_TRUE(
+      ProgramCheck(rows, std::make_shared<Win32Information>(L"program", 2, 0)).IsAnException());
+  EXPECT_FALSE(ProgramCheck(rows, std::make_shared<Win32Information>(L"id", 2, 0)).IsAnException());
+}
+
+TEST(Win32Exemption, ComparesTheWholeName) {
+  EXPECT_TRUE(IsExemptProgram(L"latchwardenuwp", 1, 0));
+  EXPECT_FALSE(IsExemptProgram(L"latchwardenuw", 1, 0));
+  EXPECT_FALSE(IsExemptProgram(L"latchwardenuwp2", 1, 0));
+  EXPECT_FALSE(IsExemptProgram(L"atchwardenuwp", 1, 0));
+  EXPECT_FALSE(IsExemptProgram(L"", 0, 0));
+}
+
+TEST(Win32Exemption, ComparesPastAZeroCharacter) {
+  const auto client = std::make_shared<Win32Information>(L"latchwardenuwp", 1, 0);
+  client->Name += std::wstring(L"\0x", 2);
+  EXPECT_FALSE(ProgramCheck(Win32WithNoZQManifestExemptionWhiteList::GetExemption(), client)
+                   .IsAnException());
+}
+
 TEST(UwpExemption, DoesNotTouchItsClient) {
   const auto client = StoreClient(L"Some.Family_ABC", 1, 0);
   EXPECT_FALSE(
@@ -130,6 +163,18 @@ TEST(Win32Exemption, FoldsAToZAndNothingElse) {
   EXPECT_FALSE(ProgramCheck(Win32WithNoZQManifestExemptionWhiteList::GetExemption(), client)
                    .IsAnException());
   EXPECT_EQ(client->Name, folded);
+}
+
+TEST(Win32Exemption, FoldsTheSameWhateverTheLocaleOfTheProcess) {
+  const std::string before = std::setlocale(LC_CTYPE, nullptr);
+  // Names of different systems; those that are unknown change nothing.
+  for (const char* locale : {"C.UTF-8", "English_United States.1252", ""}) {
+    std::setlocale(LC_CTYPE, locale);
+    const auto client = std::make_shared<Win32Information>(L"\x00C4Z\x0410", 1, 0);
+    EXPECT_FALSE(ProgramCheck(std::make_shared<ProgramRows>(), client).IsAnException());
+    EXPECT_EQ(client->Name, L"\x00C4z\x0410") << locale;
+  }
+  std::setlocale(LC_CTYPE, before.c_str());
 }
 
 TEST(Win32Exemption, ARowWithCapitalsMatchesNobody) {
@@ -179,6 +224,31 @@ TEST(UwpExemption, ReadsNeitherOperationNorBuildNorRevision) {
   client->Version.Build = 65535;
   client->Version.Revision = 65535;
   EXPECT_TRUE(StoreCheck(rows, client).IsAnException());
+}
+
+TEST(Win32Exemption, ReadsNeitherOperationNorBuildNorRevision) {
+  const auto rows = std::make_shared<ProgramRows>();
+  rows->emplace_back(Win32Information(L"program", 2, 0),
+                     static_cast<enum MatchingDescriptor::Operation>(0));
+  const auto client = std::make_shared<Win32Information>(L"program", 2, 0);
+  client->Version.Build = 65535;
+  client->Version.Revision = 65535;
+  EXPECT_TRUE(ProgramCheck(rows, client).IsAnException());
+}
+
+TEST(UwpExemption, ReadsNoType) {
+  const auto client = StoreClient(kFamily, 2, 0);
+  client->Type = Server::ClientType::Win32;
+  EXPECT_TRUE(
+      StoreCheck(UwpWithNoZQManifestExemptionWhiteList::GetExemption(), client).IsAnException());
+}
+
+TEST(Win32Exemption, ReadsNoType) {
+  const auto client = std::make_shared<Win32Information>(L"LatchWardenUWP", 8, 9);
+  client->Type = Server::ClientType::Uwp;
+  EXPECT_TRUE(ProgramCheck(Win32WithNoZQManifestExemptionWhiteList::GetExemption(), client)
+                  .IsAnException());
+  EXPECT_EQ(client->Name, L"latchwardenuwp");
 }
 
 TEST(Win32Exemption, ReadsNoDetail) {
@@ -237,6 +307,24 @@ TEST(RowWalk, GoesToTheLastOfManyRows) {
   }();
   EXPECT_TRUE(AnyRowFits(rows, [](int row) { return row == 1; }));
   EXPECT_FALSE(AnyRowFits(rows, [](int row) { return row == 2; }));
+}
+
+TEST(RowWalk, TheRowJustBehindTheEndIsOutOfRangeToo) {
+  std::vector<int> rows = {1, 2};
+  const auto shrink = [&rows](int) {
+    rows.pop_back();
+    return false;
+  };
+  EXPECT_THROW(AnyRowFits(rows, shrink), std::out_of_range);
+  EXPECT_EQ(rows.size(), 1U) << "asked once";
+}
+
+TEST(RowWalk, JudgesACopyOfTheRow) {
+  std::vector<int> rows = {1};
+  EXPECT_TRUE(AnyRowFits(rows, [&rows](const int& row) {
+    rows.front() = 9;
+    return row == 1;
+  }));
 }
 
 TEST(RowWalk, EndsAtTheFirstRowThatFits) {

@@ -64,6 +64,15 @@ TEST(PathGuard, EndsAtTheFirstNullCharacter) {
   EXPECT_FALSE(IsClimbingPath(L"C:\\x\0.."s));
   EXPECT_FALSE(IsClimbingPath(L"\0C:\\.."s));
   EXPECT_TRUE(IsClimbingPath(L"C:\\..\0x"s));
+  EXPECT_FALSE(IsClimbingPath(L"C:\\x\0..\0"s));
+}
+
+TEST(PathGuard, DoesNotLookBehindTheEndOfTheText) {
+  EXPECT_FALSE(HasPathShape(std::wstring_view(L"C:", 1)));
+  EXPECT_FALSE(HasPathShape(std::wstring_view(L"%a%", 2)));
+  EXPECT_FALSE(HasPathShape(std::wstring_view(L"http:", 4)));
+  EXPECT_FALSE(HasPathShape(std::wstring_view(L"\\", 0)));
+  EXPECT_FALSE(HasTraversal(std::wstring_view(L"..", 1)));
 }
 
 // The expressions that the guard stands for.

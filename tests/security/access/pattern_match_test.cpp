@@ -36,7 +36,11 @@ TEST(PatternMatch, KnowsBackReferences) {
   EXPECT_FALSE(MatchesPattern(L"(\\w+)-\\1", L"ab-ac"));
 }
 
-TEST(PatternMatch, IsCaseSensitive) { EXPECT_FALSE(MatchesPattern(L"word", L"Word")); }
+TEST(PatternMatch, IsCaseSensitive) {
+  EXPECT_FALSE(MatchesPattern(L"word", L"Word"));
+  EXPECT_FALSE(MatchesPattern(L"(a)\\1", L"aA"));
+  EXPECT_FALSE(MatchesPattern(L"(a)\\1", L"AA"));
+}
 
 TEST(PatternMatch, APatternThatDoesNotCompileMatchesNothing) {
   for (const wchar_t* pattern :

@@ -160,6 +160,14 @@ TEST(PatternStack, ALargePatternRunsOutOfPatienceWithALongValue) {
   EXPECT_FALSE(MatchesPattern(pattern, std::wstring(1'000'000, L'a')));
 }
 
+TEST(PatternStack, LooksAheadMakeEachStepDearer) {
+  const std::wstring looks = Repeat(L"(?=.*b|a)", 50);
+  const std::wstring value(100, L'a');
+  EXPECT_TRUE(MatchesPattern(L".{0,4000}", value));
+  EXPECT_TRUE(MatchesPattern(looks + L".{0,4000}", value.substr(0, 10)));
+  EXPECT_FALSE(MatchesPattern(looks + L".{0,4000}", value)) << "patience has ended";
+}
+
 TEST(PatternStack, ThePathGuardNeedsNone) {
   EXPECT_TRUE(FinishesOnASmallStack([] {
     EXPECT_FALSE(IsClimbingPath(std::wstring(1'000'000, L'\\')));

@@ -43,7 +43,7 @@ RPC_STATUS RPC_ENTRY PlayedCaller::Query(RPC_BINDING_HANDLE binding, void* attri
   current->bindings.push_back(binding);
   current->queries.push_back({bytes, bytes + kAttributesBytes});
   // A failed query leaves whatever it likes.
-  const std::uint64_t client = kClient;
+  const std::uint64_t client = current->client;
   std::memcpy(bytes + kClientPidOffset, &client, sizeof(client));
   return status;
 }
@@ -85,7 +85,7 @@ LONG WINAPI PlayedCaller::AskName(HANDLE process, UINT32* length, wchar_t* name)
     if (current->whileAsking != nullptr) current->whileAsking();
     return current->lengthStatus;
   }
-  current->name.copy(name, *length);
+  current->name.copy(name, std::min<std::size_t>(*length, current->written));
   return current->nameStatus;
 }
 

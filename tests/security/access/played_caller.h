@@ -34,6 +34,7 @@ class PlayedCaller {
 
   // What the calls answer.
   std::array<RPC_STATUS, 2> queryStatus{};  ///< of the first and of the second query
+  DWORD client = kClient;
   HANDLE process = Handle(0x1111);
   BOOL duplicated = TRUE;
   HANDLE copy = Handle(0x2222);
@@ -43,7 +44,8 @@ class PlayedCaller {
   LONG nameStatus = kFits;
   /// What the second name query writes; the length that both report is its own.
   std::wstring name = std::wstring(L"Some.App_q7m3xk2tdw9pa") + L'\0';
-  void (*whileAsking)() = nullptr;  ///< runs within the first name query
+  std::size_t written = std::wstring::npos;  ///< as many of its characters, and no more
+  void (*whileAsking)() = nullptr;           ///< runs within the first name query
 
   // What they were asked.
   std::vector<std::string> order;

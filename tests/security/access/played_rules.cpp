@@ -43,6 +43,7 @@ class PlayedAttribute final : public Attribute {
     *object = nullptr;
     const HRESULT result =
         iid == __uuidof(IXmlAttribute) ? calls_.ResultOf("as IXmlAttribute") : S_OK;
+    if (iid == __uuidof(IXmlAttribute) && calls_.GivesNothing("as IXmlAttribute")) return S_OK;
     return FAILED(result) ? result : Attribute::QueryInterface(iid, object);
   }
   STDMETHODIMP get_Value(HSTRING* value) override {
@@ -87,6 +88,9 @@ class PlayedNode final : public Node {
     *object = nullptr;
     const HRESULT result =
         iid == __uuidof(IXmlNodeSerializer) ? calls_.ResultOf("as IXmlNodeSerializer") : S_OK;
+    if (iid == __uuidof(IXmlNodeSerializer) && calls_.GivesNothing("as IXmlNodeSerializer")) {
+      return S_OK;
+    }
     return FAILED(result) ? result : Node::QueryInterface(iid, object);
   }
   STDMETHODIMP get_InnerText(HSTRING* value) override {

@@ -24,7 +24,7 @@ using Zq::Gantry::Security::XmlNodeReference;
 struct RuleCalls {
   std::vector<std::string> made;
   std::map<std::string, HRESULT> failures;
-  std::vector<std::string> givingNothing;
+  std::vector<std::string> givingNothing;  ///< calls that succeed without an object
 
   HRESULT ResultOf(const std::string& call);
   bool GivesNothing(const std::string& call) const;

@@ -51,6 +51,10 @@ TEST(IsContainedInList, RefusesAClimbingPathThatItHolds) {
   EXPECT_TRUE(IsContainedInList(L"..\\b", L"..\\b"));
 }
 
+TEST(IsContainedInList, TheListItselfMayHoldClimbingPaths) {
+  EXPECT_TRUE(IsContainedInList(L"C:\\a\\..\\b,green", L"green"));
+}
+
 TEST(BeginsWithFromList, DoesNotMindTheCase) {
   EXPECT_TRUE(BeginsWithFromList(L"D:\\,c:\\Data\\", L"C:\\DATA\\file"));
   EXPECT_FALSE(BeginsWithFromList(L"D:\\,c:\\Data\\", L"C:\\DAT"));
@@ -62,6 +66,10 @@ TEST(BeginsWithFromList, AnEmptyItemPassesEveryValueThatTheGuardLetsThrough) {
   EXPECT_TRUE(BeginsWithFromList(L"one,,two", L""));
   EXPECT_FALSE(BeginsWithFromList(L"one,,two", L"C:\\.."));
   EXPECT_FALSE(BeginsWithFromList(L"one,two,", L"anything"));
+}
+
+TEST(BeginsWithFromList, TheListItselfMayHoldClimbingPaths) {
+  EXPECT_TRUE(BeginsWithFromList(L"C:\\a\\..\\b,green", L"greens"));
 }
 
 TEST(BeginsWithFromList, ABlankBehindACommaBelongsToTheItem) {
@@ -84,6 +92,7 @@ TEST(BeginsWithFromExpandedList, GuardsTheExpandedValue) {
   EXPECT_FALSE(BeginsWithFromExpandedList(L"x", L"x", climb));
   const auto settle = [](const std::wstring&) { return L"C:\\b"s; };
   EXPECT_TRUE(BeginsWithFromExpandedList(L"x", L"C:\\a\\..\\b", settle));
+  EXPECT_TRUE(BeginsWithFromExpandedList(L"C:\\a\\..\\b", L"x", settle)) << "items are not guarded";
 }
 
 TEST(BeginsWithFromExpandedList, AnItemThatCannotBeExpandedPassesEveryValue) {

@@ -9,6 +9,7 @@
 #include <stdexcept>
 #include <string>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "import_patch.h"
@@ -87,6 +88,7 @@ TEST_F(RuleTable, TextsAreOrderedByPlainCharacterValue) {
   EXPECT_TRUE(RuntimeText() < RuntimeText(L"a"));
   EXPECT_FALSE(RuntimeText(L"a") < RuntimeText(L"a"));
   EXPECT_EQ(RuntimeText(static_cast<const wchar_t*>(nullptr)), RuntimeText(L""));
+  EXPECT_FALSE(RuntimeText(L"a") == RuntimeText(L"b"));
 }
 
 TEST_F(RuleTable, TextsAreCopiedAndMoved) {
@@ -100,6 +102,12 @@ TEST_F(RuleTable, TextsAreCopiedAndMoved) {
   EXPECT_EQ(moved.View(), L"first");
   copy = moved;
   EXPECT_EQ(copy.View(), L"first");
+}
+
+TEST_F(RuleTable, TextsKeepTheirZeroCharacters) {
+  const RuntimeText text(L"a\0b"s);
+  EXPECT_EQ(text.View(), L"a\0b"s);
+  EXPECT_FALSE(text == RuntimeText(L"a"));
 }
 
 int liveTexts = 0;
@@ -170,6 +178,13 @@ TEST_F(RuleTable, EachReferenceIsGivenBackOnce) {
   EXPECT_EQ(object.references, 1);
 }
 
+TEST_F(RuleTable, ATextThatCannotBeCopiedIsRaised) {
+  const RuntimeText text(L"text");
+  const Standin::ImportPatch duplicate(
+      "WindowsDuplicateString", +[](HSTRING, HSTRING*) -> HRESULT { return E_OUTOFMEMORY; });
+  EXPECT_THROW(RuntimeText{text}, Platform::WinRt::CallFailure);
+}
+
 using EveryRule = RulesTest;
 
 TEST_F(EveryRule, ButNoneRefusesANullValueBeforeTheRuleIsRead) {
@@ -214,6 +229,18 @@ TEST_F(EveryRule, TakesEachFailingCallForANo) {
   EXPECT_FALSE(Judge(L"contained_in_list", L"x", L"x"));
 }
 
+TEST_F(EveryRule, TakesASuccessWithoutAnObjectForANo) {
+  calls.givingNothing = {"as IXmlNodeSerializer", "as IXmlAttribute"};
+  for (const wchar_t* kind : kTextKinds) EXPECT_FALSE(Judge(kind, L",,x", L"x"));
+  EXPECT_FALSE(InRange({{L"min", L"1"}}, 5.0));
+}
+
+TEST_F(EveryRule, TakesEverySuccessForOneAndNotOnlyThePlainOne) {
+  calls.failures = {{"Type", S_FALSE}, {"Boxed", S_FALSE}};
+  EXPECT_TRUE(Judge(L"contained_in_list", L"3", 3.0));
+  EXPECT_TRUE(InRange({{L"max", L"3"}}, 3.0));
+}
+
 TEST_F(EveryRule, HandsOnThatMemoryHasRunOut) {
   for (const char* call : {"as IXmlNodeSerializer", "InnerText", "Boxed"}) {
     calls.failures = {{call, E_OUTOFMEMORY}};
@@ -221,6 +248,20 @@ TEST_F(EveryRule, HandsOnThatMemoryHasRunOut) {
   }
   calls.failures = {{"Attributes", E_OUTOFMEMORY}};
   EXPECT_THROW(InRange({}, 1.0), std::bad_alloc);
+}
+
+TEST_F(EveryRule, HandsOnWhatIsRaisedForWantOfMemory) {
+  const XmlNodeReference node = MakeNode(calls, {L"x", {{L"min", L"1"}}});
+  const std::vector<std::pair<RuleJudge, ValueReference>> questions = {
+      {RuleValidators.at(L"regex"), Box(calls, L"x")},
+      {RuleValidators.at(L"contained_in_list"), Box(calls, L"x")},
+      {RuleValidators.at(L"begins_with_from_list"), Box(calls, L"x")},
+      {RuleValidators.at(L"begins_with_from_list_with_env_vars"), Box(calls, L"x")},
+      {RuleValidators.at(L"numeric_range"), Box(calls, 1.0)},
+  };
+  const Standin::ImportPatch read(
+      "WindowsGetStringRawBuffer", +[](HSTRING, UINT32*) -> PCWSTR { throw std::bad_alloc(); });
+  for (const auto& [judge, value] : questions) EXPECT_THROW(judge(node, value), std::bad_alloc);
 }
 
 TEST_F(EveryRule, OnStringsRefusesAnyOtherBoxedType) {
@@ -368,6 +409,13 @@ TEST_F(ExpandedBeginningRule, WritesTheLinesOfTheExpansionAndNoOther) {
                                          Info(L"GetFullPathName: [C:\\x]")));
 }
 
+TEST_F(ExpandedBeginningRule, ExpandsAnEmptyValueLikeAnyOther) {
+  isQuiet = false;
+  EXPECT_FALSE(Judge(L"begins_with_from_list_with_env_vars", L"", L""));
+  ASSERT_FALSE(log.Records().empty());
+  EXPECT_EQ(log.Records().front(), Info(L"ExpandEnvironmentStrings: [] []"));
+}
+
 using NumericRangeRule = RulesTest;
 
 TEST_F(NumericRangeRule, DropsTheFractionAndTakesBothLimits) {
@@ -422,6 +470,13 @@ TEST_F(NumericRangeRule, ALimitWithoutANumberIsANoAndOneBeyond32BitsIsRaised) {
   EXPECT_THROW(InRange({{L"min", L"-2147483649"}}, 5.0), std::out_of_range);
   EXPECT_THROW(InRange({{L"max", L"2147483648"}}, 5.0), std::out_of_range);
   EXPECT_TRUE(InRange({{L"min", L"-2147483648"}, {L"max", L"2147483647"}}, 5.0));
+}
+
+TEST_F(NumericRangeRule, TakesANameThatCannotBeMadeForANo) {
+  const RuleJudge judge = RuleValidators.at(L"numeric_range");
+  const Standin::ImportPatch create(
+      "WindowsCreateString", +[](PCNZWCH, UINT32, HSTRING*) -> HRESULT { return E_FAIL; });
+  EXPECT_FALSE(judge(MakeNode(calls, {}), Box(calls, 5.0)));
 }
 
 using NoneRule = RulesTest;

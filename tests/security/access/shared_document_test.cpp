@@ -109,6 +109,7 @@ TEST_F(SharedDocument, IsEmptyWhereNoApartmentCanBeHad) {
 TEST_F(SharedDocument, IsEmptyWhereACallFails) {
   played.factoryResult = REGDB_E_CLASSNOTREG;
   EXPECT_FALSE(TryMakeXmlDocument());
+  EXPECT_THAT(played.calls, ElementsAre("factory")) << "no apartment is missing";
   played.factoryResult = S_OK;
   played.instanceResult = E_OUTOFMEMORY;
   EXPECT_FALSE(TryMakeXmlDocument());

@@ -202,6 +202,12 @@ LPWSTR* WINAPI FailSplit(LPCWSTR, int* count) {
   return nullptr;
 }
 
+LPWSTR* WINAPI SplitIntoNothing(LPCWSTR text, int* count) {
+  LPWSTR* const words = realSplit(text, count);
+  *count = 0;
+  return words;
+}
+
 HLOCAL WINAPI RecordFree(HLOCAL block) {
   freedBlocks.push_back(block);
   return realFree(block);
@@ -233,6 +239,15 @@ TEST_F(ToolArguments, ALineThatCannotBeSplitIsRefused) {
     EXPECT_FALSE(CheckRundll32Arguments(line));
   }
   EXPECT_THAT(Asked(), IsEmpty());
+}
+
+TEST_F(ToolArguments, ALineThatIsSplitIntoNothingIsRefused) {
+  const Standin::ImportPatch split("CommandLineToArgvW", &SplitIntoNothing);
+  realSplit = split.Original<std::remove_pointer_t<decltype(&CommandLineToArgvW)>>();
+  for (const wchar_t* line : {L"", L"/s", kGood}) {
+    EXPECT_FALSE(CheckRegsvr32Arguments(line));
+    EXPECT_FALSE(CheckRundll32Arguments(line));
+  }
 }
 
 TEST_F(ToolArguments, HostileLinesEndAndAreRefused) {

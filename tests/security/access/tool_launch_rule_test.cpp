@@ -16,6 +16,7 @@ TEST(AdmitsFamily, TakesOneOfSeveralExactly) {
   EXPECT_FALSE(AdmitsFamily(rule, L"first_1"));
   EXPECT_FALSE(AdmitsFamily(rule, L"First_"));
   EXPECT_FALSE(AdmitsFamily(rule, L"First_11"));
+  EXPECT_FALSE(AdmitsFamily(rule, std::wstring(L"First_1\0", 8)));
 }
 
 TEST(AdmitsFamily, AnEmptyFamilyIsNobodysEvenWhereTheRowNamesOne) {

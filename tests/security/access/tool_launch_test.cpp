@@ -19,6 +19,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using TestSupport::Info;
 using TestSupport::JudgedFiles;
+using TestSupport::LogRecord;
 
 constexpr wchar_t kHarbourDesk[] = L"C7E40B19.ZQHarbourDesk_q7m3xk2tdw9pa";
 constexpr const wchar_t* kTools[] = {L"regsvr32.exe", L"DISM.exe", L"sfc.exe",
@@ -196,6 +197,7 @@ TEST_F(ToolLaunch, ARowMayBeClosedInRestrictedMode) {
     EXPECT_FALSE(Ask(table, L"%windir%\\System32\\sfc.exe", /*restricted=*/true));
     EXPECT_TRUE(files_.trust.calls.empty());
   }
+  EXPECT_EQ(familiesAsked_, 2) << "who calls is asked first";
 }
 
 TEST_F(ToolLaunch, TheToolNeedOnlyBeAcceptedByTheSystem) {
@@ -215,6 +217,11 @@ TEST_F(ToolLaunch, TheToolNeedOnlyBeAcceptedByTheSystem) {
 TEST_F(ToolLaunch, TheSignaturesAskedForAreThoseOfTheExpandedPath) {
   EXPECT_TRUE(Ask(L"%windir%\\System32\\sfc.exe"));
   EXPECT_THAT(files_.FilesAskedFor(), ElementsAre(L"C:\\Windows\\System32\\sfc.exe"));
+}
+
+TEST_F(ToolLaunch, TheToolNeedNotLieInAProtectedPlace) {
+  const ToolLaunchRules table = {{L"D:\\Users\\tool.exe", {{}, true, nullptr}}};
+  EXPECT_TRUE(Ask(table, L"D:\\Users\\tool.exe"));
 }
 
 TEST_F(ToolLaunch, TheFirstMatchEndsTheWalk) {
@@ -238,6 +245,17 @@ TEST_F(ToolLaunch, TheCommandLineIsJudgedAlsoWhereTheToolIsRefused) {
   files_.trust.embedded.clear();
   EXPECT_FALSE(Ask(check.Table(), L"%windir%\\System32\\sfc.exe", false, L"x"));
   EXPECT_THAT(check.lines, ElementsAre(L"x"));
+}
+
+TEST_F(ToolLaunch, TheCommandLineIsJudgedAfterTheTool) {
+  std::vector<std::size_t> verdictsBefore;
+  const ToolLaunchRules table = SfcRow({{}, true, [&](const std::wstring&) {
+                                          verdictsBefore.push_back(files_.trust.calls.size());
+                                          return true;
+                                        }});
+  EXPECT_TRUE(Ask(table, L"%windir%\\System32\\sfc.exe"));
+  EXPECT_THAT(verdictsBefore, ElementsAre(files_.trust.calls.size()));
+  EXPECT_FALSE(files_.trust.calls.empty());
 }
 
 TEST_F(ToolLaunch, ANullCommandLineIsAnEmptyOne) {

@@ -8,7 +8,7 @@
 #include <string>
 
 #include "security/access/pattern_match.h"
-#include "security/access/small_stack.h"
+#include "support/small_stack.h"
 
 namespace {
 

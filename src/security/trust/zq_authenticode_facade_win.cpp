@@ -24,8 +24,8 @@ bool IsSignedByDropbox(const wchar_t* path) {
     LogManager::GetLogger()->LogError(L"Dropbox file is not trusted by windows.");
     return false;
   }
-  // From the first yes on nothing is allocated: a failure in between must not leave that yes
-  // behind.
+  // The system's yes is never the answer alone, and nothing is allocated between the two: a failure
+  // there must not leave that yes behind.
   return Helper::SubjectsMatch(std::move(signatures), std::move(wanted));
 }
 

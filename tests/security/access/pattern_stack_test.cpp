@@ -7,7 +7,7 @@
 #include "security/access/path_guard.h"
 #include "security/access/pattern_match.h"
 #include "security/access/pattern_weight.h"
-#include "security/access/small_stack.h"
+#include "support/small_stack.h"
 
 namespace Zq::Gantry::Security {
 namespace {

@@ -3,6 +3,9 @@
 #include <windows.h>
 
 #include <functional>
+#include <utility>
+
+#include "platform/win32/owners.h"
 
 namespace TestSupport {
 
@@ -33,11 +36,11 @@ inline DWORD WINAPI Run(void* task) {
 /// of a host may. An overflow under Wine ends only the thread, without a word.
 inline bool FinishesOnASmallStack(std::function<void()> call) {
   SmallStackInside::Task task{std::move(call)};
-  const HANDLE thread = CreateThread(nullptr, 1024 * 1024, SmallStackInside::Run, &task,
-                                     STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr);
-  if (thread == nullptr) return false;
-  WaitForSingleObject(thread, INFINITE);
-  CloseHandle(thread);
+  const Zq::Gantry::Platform::UniqueHandle thread(
+      CreateThread(nullptr, 1024 * 1024, SmallStackInside::Run, &task,
+                   STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr));
+  if (!thread) return false;
+  WaitForSingleObject(thread.get(), INFINITE);
   return task.isFinished;
 }
 

@@ -2,15 +2,28 @@
 
 namespace TestSupport {
 
-std::ostream& operator<<(std::ostream& out, const LogRecord& record) {
+namespace {
+
+const char* LevelName(Standin::LogLevel level) {
   static constexpr const char* kLevels[] = {"info", "warning", "error"};
-  const auto narrow = [](const std::wstring& text) {
-    std::string result;
-    for (const wchar_t c : text) result += c < 0x7F ? static_cast<char>(c) : '?';
-    return result;
-  };
-  return out << kLevels[static_cast<int>(record.level)] << " [" << narrow(record.component)
-             << "] \"" << narrow(record.text) << '"';
+  return kLevels[static_cast<int>(level)];
+}
+
+std::string Narrow(const std::wstring& text) {
+  std::string result;
+  for (const wchar_t c : text) result += c < 0x7F ? static_cast<char>(c) : '?';
+  return result;
+}
+
+}  // namespace
+
+std::ostream& operator<<(std::ostream& out, const LogRecord& record) {
+  return out << LevelName(record.level) << " [" << Narrow(record.component) << "] \""
+             << Narrow(record.text) << '"';
+}
+
+std::string LogLine(const LogRecord& record) {
+  return std::string("log ") + LevelName(record.level) + ": " + Narrow(record.text);
 }
 
 LogRecord Info(std::wstring text, std::wstring component) {
@@ -26,6 +39,10 @@ LogRecord Error(std::wstring text, std::wstring component) {
 }
 
 LogCapture::LogCapture() { Standin::SetLogSink(&LogCapture::Add, this); }
+
+LogCapture::LogCapture(CallRecord& record) : record_(&record) {
+  Standin::SetLogSink(&LogCapture::Add, this);
+}
 
 LogCapture::~LogCapture() { Standin::SetLogSink(nullptr, nullptr); }
 
@@ -44,6 +61,7 @@ void LogCapture::Add(void* self, Standin::LogLevel level, const wchar_t* compone
   auto* capture = static_cast<LogCapture*>(self);
   const std::lock_guard guard(capture->lock_);
   capture->records_.push_back({level, text, component});
+  if (capture->record_ != nullptr) capture->record_->Add(LogLine(capture->records_.back()));
 }
 
 }  // namespace TestSupport

@@ -14,15 +14,62 @@ namespace {
 constexpr std::int64_t kMinute = 60;
 constexpr std::int64_t kHour = 3600;
 constexpr std::int64_t kUsualDaySeconds = 86400;
+constexpr std::int64_t kDaysOfSleep = 7;
+constexpr std::int64_t kShortestPutBackSeconds = 10 * kMinute;
 
-enum Purpose : std::uint64_t { kNightPurpose = 1, kPlanPurpose = 2, kSamplePurpose = 3 };
-enum class DayKind { kOff, kSingleSample, kOffice, kLeisure };
+enum Purpose : std::uint64_t {
+  kNightPurpose = 1,
+  kPlanPurpose = 2,
+  kSamplePurpose = 3,
+  kSleepPurpose = 4,
+  kClockPurpose = 5
+};
+enum class DayKind { kOff, kNothingMeasured, kSingleSample, kOffice, kLeisure };
 
 /// A stretch of time in which the notebook is awake.
 struct Session {
   std::int64_t begin;
   std::int64_t end;
 };
+
+/// The first day of the week of sleep that begins in a stretch of kHabitDays.
+std::int64_t FirstDayOfSleep(std::uint64_t seed, std::int64_t stretch) {
+  return stretch * kHabitDays + Random(seed, stretch, kSleepPurpose).Between(0, kHabitDays - 1);
+}
+
+/// The week may reach into the stretch after its own.
+bool IsWeekOfSleep(std::uint64_t seed, std::int64_t dayNumber) {
+  const std::int64_t stretch = dayNumber / kHabitDays;
+  for (const std::int64_t first :
+       {FirstDayOfSleep(seed, stretch - 1), FirstDayOfSleep(seed, stretch)}) {
+    if (dayNumber >= first && dayNumber < first + kDaysOfSleep) return true;
+  }
+  return false;
+}
+
+/// The day of a stretch on which the clock is put back, from which second of it and by how much.
+struct WrongClock {
+  std::int64_t dayNumber;
+  std::int64_t fromSecond;
+  std::int64_t behindSeconds;
+};
+
+WrongClock WrongClockOf(std::uint64_t seed, std::int64_t stretch) {
+  static constexpr std::array<std::int64_t, 4> kSteps = {kShortestPutBackSeconds, 45 * kMinute,
+                                                         kHour, 3 * kHour};
+  Random random(seed, stretch, kClockPurpose);
+  WrongClock clock{};
+  do {
+    clock.dayNumber = stretch * kHabitDays + random.Between(0, kHabitDays - 1);
+  } while (IsWeekOfSleep(seed, clock.dayNumber));
+  clock.fromSecond = random.Between(10 * kHour, 16 * kHour);
+  clock.behindSeconds = kSteps[static_cast<std::size_t>(random.Between(0, 3))];
+  return clock;
+}
+
+bool HasWrongClock(std::uint64_t seed, std::int64_t dayNumber) {
+  return WrongClockOf(seed, dayNumber / kHabitDays).dayNumber == dayNumber;
+}
 
 bool ClocksChange(const ModelDay& day) { return day.lengthSeconds != kUsualDaySeconds; }
 
@@ -31,12 +78,15 @@ bool IsWeekend(std::int64_t dayNumber) {
   return weekday >= 5;
 }
 
-DayKind ChooseKind(const ModelDay& day, Random& random) {
+DayKind ChooseKind(const ModelSettings& settings, const ModelDay& day, Random& random) {
   const bool weekend = IsWeekend(day.number);
   const DayKind usual = weekend ? DayKind::kLeisure : DayKind::kOffice;
   const std::int64_t draw = random.Between(1, 100);
   if (ClocksChange(day)) return usual;
-  if (draw <= (weekend ? 22 : 5)) return DayKind::kOff;
+  if (IsWeekOfSleep(settings.seed, day.number)) return DayKind::kOff;
+  if (HasWrongClock(settings.seed, day.number)) return DayKind::kOffice;
+  if (draw <= (weekend ? 18 : 4)) return DayKind::kOff;
+  if (draw <= (weekend ? 22 : 6)) return DayKind::kNothingMeasured;
   if (draw <= (weekend ? 30 : 9)) return DayKind::kSingleSample;
   return usual;
 }
@@ -164,6 +214,16 @@ class SampleWriter {
   std::vector<ModelSample> samples_;
 };
 
+/// From a moment on at which the notebook is awake.
+void PutClockBack(const WrongClock& clock, std::vector<ModelSample>& samples) {
+  bool isBehind = false;
+  for (std::size_t i = 1; i < samples.size(); ++i) {
+    const std::int64_t since = samples[i].offsetSeconds - samples[i - 1].offsetSeconds;
+    isBehind |= samples[i].offsetSeconds >= clock.fromSecond && since < kShortestPutBackSeconds;
+    if (isBehind) samples[i].clockSeconds = -clock.behindSeconds;
+  }
+}
+
 std::vector<Session> PlanSessions(const ModelSettings& settings, const ModelDay& day, DayKind kind,
                                   Random& random) {
   std::vector<Session> sessions;
@@ -178,12 +238,14 @@ std::vector<Session> PlanSessions(const ModelSettings& settings, const ModelDay&
 
 }  // namespace
 
-std::vector<ModelSample> MakeDay(const ModelSettings& settings, const ModelDay& day) {
+std::optional<std::vector<ModelSample>> MakeDay(const ModelSettings& settings,
+                                                const ModelDay& day) {
   Random plan(settings.seed, day.number, kPlanPurpose);
   Random random(settings.seed, day.number, kSamplePurpose);
-  const DayKind kind = ChooseKind(day, plan);
+  const DayKind kind = ChooseKind(settings, day, plan);
   SampleWriter writer(settings, random);
-  if (kind == DayKind::kOff) return {};
+  if (kind == DayKind::kOff) return std::nullopt;
+  if (kind == DayKind::kNothingMeasured) return std::vector<ModelSample>();
   if (kind == DayKind::kSingleSample) {
     // Often close enough to midnight to link with a neighbour.
     writer.WriteMoment(plan.Chance(50) ? plan.Between(0, 300) : plan.Between(0, kUsualDaySeconds));
@@ -194,7 +256,11 @@ std::vector<ModelSample> MakeDay(const ModelSettings& settings, const ModelDay& 
   for (const Session& session : PlanSessions(settings, day, kind, plan)) {
     writer.Write(session, kind == DayKind::kOffice);
   }
-  return writer.Take();
+  std::vector<ModelSample> samples = writer.Take();
+  if (HasWrongClock(settings.seed, day.number)) {
+    PutClockBack(WrongClockOf(settings.seed, day.number / kHabitDays), samples);
+  }
+  return samples;
 }
 
 }  // namespace Standin

@@ -4,6 +4,7 @@
 // platform and standard library: whole numbers only, no distributions of the library.
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,7 @@ struct ModelSample {
   std::int64_t offsetSeconds;  // since the day's first second; real seconds, not the clock's
   std::string type;
   std::string power;
+  std::int64_t clockSeconds = 0;  // by which the notebook's clock is ahead; behind below zero
 };
 
 struct ModelDay {
@@ -27,8 +29,13 @@ struct ModelSettings {
   std::int64_t periodSeconds;  // from one sample to the next
 };
 
-/// The day's samples in the order of time; empty for a day off. Depends on nothing but its
-/// arguments, so that a day can be made again up to a later moment.
-std::vector<ModelSample> MakeDay(const ModelSettings& settings, const ModelDay& day);
+/// Each stretch of so many days has a week in which the notebook sleeps and a day on which its
+/// clock is put back, by minutes or hours; until midnight the times then repeat.
+inline constexpr std::int64_t kHabitDays = 56;
+
+/// The day's samples in the order of real time. Nothing for a day on which the notebook sleeps; no
+/// samples for one on which it is awake and measures nothing. Depends on nothing but its arguments,
+/// so that a day can be made again up to a later moment.
+std::optional<std::vector<ModelSample>> MakeDay(const ModelSettings& settings, const ModelDay& day);
 
 }  // namespace Standin

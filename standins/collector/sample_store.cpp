@@ -112,13 +112,16 @@ void SampleStore::Advance(std::int64_t now) {
 }
 
 void SampleStore::WriteDay(const CalendarDay& day, std::int64_t now) {
+  const auto model = MakeDay(settings_.model, {day.number, day.end - day.begin});
+  if (!model) return;
   std::vector<WrittenSample> samples;
-  for (const ModelSample& sample : MakeDay(settings_.model, {day.number, day.end - day.begin})) {
+  for (const ModelSample& sample : *model) {
     const std::int64_t instant = day.begin + sample.offsetSeconds;
     if (instant > now) break;
-    samples.push_back({sample.type, LocalTimeText(instant), sample.power});
+    samples.push_back({sample.type, LocalTimeText(instant + sample.clockSeconds), sample.power});
   }
-  if (samples.empty()) return;
+  // Before its first sample the day has no file yet.
+  if (samples.empty() && !model->empty()) return;
 
   const std::wstring date(day.date.begin(), day.date.end());
   WriteFileWhole(kSamplePathStart + date + L".json", ToBase64(Protect(Widen(FileText(samples)))));

@@ -5,14 +5,17 @@
 #include <dpapi.h>
 #include <wincrypt.h>
 
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <set>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "collection/data_collector.h"
 #include "ledger/plain_file.h"
+#include "notebook_model.h"
 #include "platform/win32/owners.h"
 #include "support/temp_folder.h"
 
@@ -28,6 +31,7 @@ using Zq::Gantry::Server::Services::Wattleaf::DataCollector;
 constexpr wchar_t kDataFolder[] = L"C:\\ProgramData\\ZQ\\TelemetryDataCollector\\PCMCollector";
 constexpr long long kFridayNoon = 1'778'846'400;  // 2026-05-15 12:00:00 UTC
 constexpr long long kDaySeconds = 86400;
+constexpr long long kPeriodSeconds = 300;
 
 int callbackCalls = 0;
 int callbackItems = 0;
@@ -46,7 +50,7 @@ class CollectorStandin : public testing::Test {
     Tell(L"STATUS", L"1");
     Tell(L"DAYS", L"6");
     Tell(L"SEED", L"3");
-    Tell(L"PERIOD", L"300");
+    Tell(L"PERIOD", std::to_wstring(kPeriodSeconds));
     Tell(L"NOW", std::to_wstring(kFridayNoon));
     Tell(L"TRUTH", TruthPath());
     callbackCalls = 0;
@@ -164,6 +168,57 @@ TEST_F(CollectorStandin, WritesTextOfTwoBytesACharacterInsideTheProtection) {
   // Friday noon is now: nothing later is there yet.
   EXPECT_NE(text.find("T11:"), std::string::npos);
   EXPECT_EQ(text.find("T12:3"), std::string::npos);
+}
+
+/// The first seed with a day before yesterday, 2026-05-13, that is as wanted.
+template <typename IsWanted>
+std::uint64_t SeedWithDay(IsWanted isWanted) {
+  constexpr std::int64_t kDayNumber = kFridayNoon / kDaySeconds - 2;
+  for (std::uint64_t seed = 1; seed < 10'000; ++seed) {
+    if (isWanted(Standin::MakeDay({seed, kPeriodSeconds}, {kDayNumber, kDaySeconds}))) return seed;
+  }
+  throw std::logic_error("no seed has such a day");
+}
+
+/// The times in the text of a file, in its order.
+std::vector<std::string> SampleTimes(const std::string& opened) {
+  std::string text;
+  for (std::size_t i = 0; i < opened.size(); i += 2) text += opened[i];
+  const std::string name = "\"SampleTime\":\"";
+  std::vector<std::string> times;
+  for (auto at = text.find(name); at != std::string::npos; at = text.find(name, at + 1)) {
+    times.push_back(text.substr(at + name.size(), 19));
+  }
+  return times;
+}
+
+TEST_F(CollectorStandin, DayOnWhichNothingIsMeasuredIsAFileOfAnEmptyArray) {
+  Tell(L"SEED", std::to_wstring(SeedWithDay([](const auto& day) { return day && day->empty(); })));
+  Create()->StartCollecting({0});
+  EXPECT_EQ(OpenSampleFile(SamplePath(L"2026-05-13")), std::string("[\0]\0", 4));
+  EXPECT_NE(ReadWholeFile(TruthPath()).find("{\"date\":\"2026-05-13\",\"samples\":[]}"),
+            std::string::npos);
+}
+
+TEST_F(CollectorStandin, DayOfSleepHasNoFile) {
+  Tell(L"SEED", std::to_wstring(SeedWithDay([](const auto& day) { return !day; })));
+  Create()->StartCollecting({0});
+  EXPECT_FALSE(SampleFiles().empty());
+  EXPECT_FALSE(SampleFiles().contains(L"PcmSampleData_2026-05-13.json"));
+}
+
+TEST_F(CollectorStandin, TimesGoBackOnceInTheFileOfADayOnWhichTheClockIsPutBack) {
+  Tell(L"SEED", std::to_wstring(SeedWithDay([](const auto& day) {
+         return day && !day->empty() && day->back().clockSeconds != 0;
+       })));
+  Create()->StartCollecting({0});
+  const auto times = SampleTimes(OpenSampleFile(SamplePath(L"2026-05-13")));
+  int steps = 0;
+  for (std::size_t i = 1; i < times.size(); ++i) {
+    if (times[i] < times[i - 1]) ++steps;
+    EXPECT_TRUE(times[i].starts_with("2026-05-13T")) << times[i];
+  }
+  EXPECT_EQ(steps, 1);
 }
 
 TEST_F(CollectorStandin, AdvancingCompletesYesterdayAndLeavesDeletedFilesAlone) {

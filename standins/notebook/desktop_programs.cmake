@@ -1,29 +1,34 @@
-# The desktop programs of the simulated notebook as real executables: bin/notebook mirrors
-# C:\Program Files. Icons and resource scripts are made by the build.
+# The desktop programs of the simulated notebook as real executables: bin/drive_c mirrors drive C:.
+# Icons and resource scripts are made by the build, named by the program's number in the list.
 enable_language(RC)
 find_package(Python3 REQUIRED COMPONENTS Interpreter)
 
 set(resources "${CMAKE_CURRENT_BINARY_DIR}/resources")
-file(STRINGS "${folder}/desktop_apps.txt" lines REGEX "^[^#]")
+# A program that was removed is not built.
+file(STRINGS "${folder}/desktop_apps.txt" lines REGEX "^[^#].*[|]here$" ENCODING UTF-8)
 set(made "")
 set(programs "")
+set(number 0)
 add_library(desktop_program OBJECT desktop_program.cpp)
 target_link_libraries(desktop_program PUBLIC wattleaf_flags)
 
 foreach(line IN LISTS lines)
-  string(REGEX REPLACE "^([^\\]*)\\\\([^|]*)\\.exe\\|.*$" "\\1;\\2" place "${line}")
-  list(GET place 0 place_folder)
-  list(GET place 1 stem)
-  list(APPEND made "${resources}/${stem}.rc" "${resources}/${stem}.ico")
-  list(APPEND programs "notebook_${stem}")
+  math(EXPR number "${number} + 1")
+  string(REGEX REPLACE "[|].*$" "" path "${line}")
+  string(REPLACE "\\" "/" path "${path}")
+  get_filename_component(place "${path}" DIRECTORY)
+  get_filename_component(stem "${path}" NAME_WLE)
+  set(program "notebook_program_${number}")
+  list(APPEND made "${resources}/${number}.rc" "${resources}/${number}.ico")
+  list(APPEND programs "${program}")
 
-  add_executable(notebook_${stem} "${resources}/${stem}.rc")
-  set_source_files_properties("${resources}/${stem}.rc" PROPERTIES
-    OBJECT_DEPENDS "${resources}/${stem}.ico")
-  set_target_properties(notebook_${stem} PROPERTIES
+  add_executable(${program} "${resources}/${number}.rc")
+  set_source_files_properties("${resources}/${number}.rc" PROPERTIES
+    OBJECT_DEPENDS "${resources}/${number}.ico")
+  set_target_properties(${program} PROPERTIES
     OUTPUT_NAME "${stem}" LINKER_LANGUAGE CXX
-    RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin/notebook/${place_folder}")
-  target_link_libraries(notebook_${stem} PRIVATE desktop_program)
+    RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin/drive_c/${place}")
+  target_link_libraries(${program} PRIVATE desktop_program)
 endforeach()
 
 add_custom_command(OUTPUT ${made}

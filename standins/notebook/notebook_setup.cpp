@@ -4,6 +4,7 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <optional>
@@ -15,20 +16,39 @@
 
 namespace {
 
-constexpr std::array<std::wstring_view, 2> kRoots = {
-    L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\",
-    L"SOFTWARE\\WOW6432Node\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\",
+struct Root {
+  std::string_view name;  // as the list has it
+  HKEY hive;
+  std::wstring_view path;
 };
 
+constexpr std::wstring_view kMachineRoot =
+    L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\";
+constexpr std::wstring_view kSecondMachineRoot =
+    L"SOFTWARE\\WOW6432Node\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\";
+
+const std::array<Root, 3> kRoots = {{
+    {"1", HKEY_LOCAL_MACHINE, kMachineRoot},
+    {"2", HKEY_LOCAL_MACHINE, kSecondMachineRoot},
+    {"user", HKEY_CURRENT_USER, kMachineRoot},
+}};
+
 struct InstalledKey {
-  int root;  // 1 or 2
+  std::string_view root;  // a name of kRoots
   std::wstring name;
   std::optional<std::wstring> displayName;
   std::optional<std::wstring> displayIcon;
+  std::optional<std::wstring> displayVersion = std::nullopt;
 };
 
-/// The list is plain ASCII.
-std::wstring Widen(std::string_view text) { return std::wstring(text.begin(), text.end()); }
+/// From UTF-8.
+std::wstring Widen(std::string_view text) {
+  const int length = static_cast<int>(text.size());
+  std::wstring wide(text.size(), L'\0');
+  const int written = MultiByteToWideChar(CP_UTF8, 0, text.data(), length, wide.data(), length);
+  wide.resize(static_cast<std::size_t>(written));
+  return wide;
+}
 
 bool SetText(HKEY key, const wchar_t* value, const std::optional<std::wstring>& text) {
   if (!text) return true;
@@ -38,15 +58,18 @@ bool SetText(HKEY key, const wchar_t* value, const std::optional<std::wstring>& 
 }
 
 bool Register(const InstalledKey& program) {
-  const std::wstring path =
-      std::wstring(kRoots[static_cast<std::size_t>(program.root - 1)]) + program.name;
+  const auto root = std::find_if(kRoots.begin(), kRoots.end(),
+                                 [&](const Root& one) { return one.name == program.root; });
+  if (root == kRoots.end()) return false;
+  const std::wstring path = std::wstring(root->path) + program.name;
   Zq::Gantry::Platform::UniqueRegKey key;
   const bool written =
-      RegCreateKeyExW(HKEY_LOCAL_MACHINE, path.c_str(), /*reserved=*/0, /*class=*/nullptr,
+      RegCreateKeyExW(root->hive, path.c_str(), /*reserved=*/0, /*class=*/nullptr,
                       REG_OPTION_NON_VOLATILE, KEY_WRITE, /*security=*/nullptr, key.out(),
                       /*disposition=*/nullptr) == ERROR_SUCCESS &&
       SetText(key.get(), L"DisplayName", program.displayName) &&
-      SetText(key.get(), L"DisplayIcon", program.displayIcon);
+      SetText(key.get(), L"DisplayIcon", program.displayIcon) &&
+      SetText(key.get(), L"DisplayVersion", program.displayVersion);
   if (!written) std::fprintf(stderr, "notebook_setup: cannot write %ls\n", path.c_str());
   return written;
 }
@@ -55,19 +78,21 @@ bool RegisterPrograms() {
   bool all = true;
   for (const Standin::DesktopApp& app : Standin::kDesktopApps) {
     if (app.registeredName.empty()) continue;
-    const std::wstring program = Widen(app.program);
-    all &= Register({app.root, program.substr(0, program.find(L'\\')), Widen(app.registeredName),
-                     L"\"C:\\Program Files\\" + program + L"\",0"});
+    const std::wstring name = Widen(app.registeredName);
+    const std::wstring version = Widen(app.version);
+    // Two versions of one program have a key each.
+    all &= Register({app.registeredIn, name + L' ' + version, name,
+                     L"\"C:\\" + Widen(app.program) + L"\",0", version});
   }
   return all;
 }
 
 /// What real machines have beside proper entries.
 bool RegisterOddities() {
-  const bool update = Register({1, L"Update 2026", std::nullopt, L"C:\\Windows\\update.ico"});
-  const bool longName = Register({1, L"Long name", std::wstring(256, L'n'), L""});
-  const bool longIcon = Register({1, L"Long icon", L"Long Icon Tool", std::wstring(128, L'i')});
-  const bool again = Register({2, L"Meadow", L"Meadow Office", std::nullopt});
+  const bool update = Register({"1", L"Update 2026", std::nullopt, L"C:\\Windows\\update.ico"});
+  const bool longName = Register({"1", L"Long name", std::wstring(256, L'n'), L""});
+  const bool longIcon = Register({"1", L"Long icon", L"Long Icon Tool", std::wstring(128, L'i')});
+  const bool again = Register({"2", L"Meadow", L"Meadow Office", std::nullopt});
   return update && longName && longIcon && again;
 }
 

@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
 """program_resources.py LIST FOLDER: resources of the simulated notebook's desktop programs.
 
-For each line of LIST, FOLDER gets an icon and a resource script that holds the icon and the
-program's own description. A program without description gets a version without translations.
+For the n-th program of LIST that is on disk, FOLDER gets the icon n.ico and the resource script n.rc,
+which holds the icon, the program's version and its own description. A program without description
+gets a version without translations.
 """
 
 import pathlib
@@ -12,8 +13,8 @@ from icon_file import write_icon
 
 SCRIPT = """1 ICON "{icon}"
 1 VERSIONINFO
-FILEVERSION 1,0,0,0
-PRODUCTVERSION 1,0,0,0
+FILEVERSION {version}
+PRODUCTVERSION {version}
 FILEOS 0x40004L
 FILETYPE 1
 BEGIN
@@ -24,7 +25,7 @@ TEXTS = """  BLOCK "StringFileInfo"
   BEGIN
     BLOCK "040904B0"
     BEGIN
-      VALUE "FileDescription", "{description}"
+      VALUE "FileDescription", L"{description}"
     END
   END
   BLOCK "VarFileInfo"
@@ -34,20 +35,27 @@ TEXTS = """  BLOCK "StringFileInfo"
 """
 
 
-def write_resources(folder, program, description):
-    stem = program.rpartition("\\")[2].removesuffix(".exe")
-    write_icon(folder / f"{stem}.ico", program)
-    texts = TEXTS.format(description=description) if description else ""
-    script = SCRIPT.format(icon=(folder / f"{stem}.ico").as_posix(), texts=texts)
-    (folder / f"{stem}.rc").write_text(script, encoding="ascii")
+def escaped(text):
+    """Characters outside ASCII by their numbers, so that no code page matters."""
+    return "".join(c if c.isascii() else f"\\x{ord(c):04X}" for c in text)
+
+
+def write_resources(folder, number, program, description, version):
+    icon = folder / f"{number}.ico"
+    write_icon(icon, program)
+    texts = TEXTS.format(description=escaped(description)) if description else ""
+    version = version.replace(".", ",")
+    script = SCRIPT.format(icon=icon.as_posix(), version=version, texts=texts)
+    (folder / f"{number}.rc").write_text(script, encoding="ascii")
 
 
 def main(listed, folder):
     folder.mkdir(parents=True, exist_ok=True)
-    for line in listed.read_text(encoding="utf-8").splitlines():
-        if line and not line.startswith("#"):
-            program, description = line.split("|")[:2]
-            write_resources(folder, program, description)
+    lines = listed.read_text(encoding="utf-8").splitlines()
+    rows = [line.split("|") for line in lines if line and not line.startswith("#")]
+    here = [row for row in rows if row[5] == "here"]
+    for number, (program, description, version, *_) in enumerate(here, start=1):
+        write_resources(folder, number, program, description, version)
 
 
 if __name__ == "__main__":

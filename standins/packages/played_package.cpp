@@ -1,5 +1,8 @@
 #include "played_package.h"
 
+#include <cstddef>
+#include <string>
+#include <string_view>
 #include <utility>
 
 #include "runtime_object.h"
@@ -11,17 +14,53 @@ namespace {
 
 using Folder = std::shared_ptr<const PackageFolder>;
 
+bool StandsInAPath(char c) {
+  constexpr std::string_view kSigns = "-._~!$&'()*+,;=:@/";
+  return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') ||
+         kSigns.find(c) != std::string_view::npos;
+}
+
+std::string Utf8(const std::wstring& text) {
+  std::string bytes(text.size() * 3, '\0');
+  const int length =
+      WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), bytes.data(),
+                          static_cast<int>(bytes.size()), nullptr, nullptr);
+  bytes.resize(static_cast<std::size_t>(length));
+  return bytes;
+}
+
+/// The path of a file's URI: slashes, and percent signs with the bytes of what may not stand there.
+std::wstring UriPath(const std::wstring& file) {
+  constexpr wchar_t kDigits[] = L"0123456789ABCDEF";
+  std::wstring path = L"/";
+  for (const char c : Utf8(file)) {
+    if (c == '\\') {
+      path += L'/';
+    } else if (StandsInAPath(c)) {
+      path += static_cast<wchar_t>(c);
+    } else {
+      const auto byte = static_cast<unsigned char>(c);
+      path += {L'%', kDigits[byte >> 4], kDigits[byte & 0xF]};
+    }
+  }
+  return path;
+}
+
 class PlayedUri final : public RuntimeObject<UnusedUri, WinRt::IUriRuntimeClass> {
  public:
   explicit PlayedUri(Folder folder) : folder_(std::move(folder)) {}
 
   STDMETHODIMP get_Path(HSTRING* value) override {
-    const std::wstring path =
-        folder_->logo.empty() ? L"" : L"/" + folder_->folder + L"\\" + folder_->logo;
-    return HandOutText(folder_->script, "LogoPath", path, value);
+    return HandOutText(folder_->script, "LogoPath", Path(), value);
   }
 
  private:
+  std::wstring Path() const {
+    if (folder_->logo.empty()) return L"";
+    const std::wstring file = folder_->folder + L"\\" + folder_->logo;
+    return folder_->script.HasPlainAddresses() ? L"/" + file : UriPath(file);
+  }
+
   Folder folder_;
 };
 

@@ -17,6 +17,10 @@ bool Script::AddWord(const std::string& word) {
     nulls_.insert(word.substr(5));
     return true;
   }
+  if (word == "address:uri" || word == "address:plain") {
+    hasPlainAddresses_ = word == "address:plain";
+    return true;
+  }
   const auto sign = word.find('=');
   if (!word.starts_with("fail:") || sign == std::string::npos) return false;
   const unsigned long code = std::strtoul(word.c_str() + sign + 1, nullptr, 16);

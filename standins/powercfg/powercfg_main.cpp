@@ -52,7 +52,7 @@ std::string MakeReport(ToolReport report, const PowercfgSettings& settings) {
       report == ToolReport::kEnergyProblems
           ? ProblemsReportText(encoding)
           : EnergyReportText(MakeReportRows({settings.seed, settings.days, settings.now,
-                                             DevicePrefix(), &LocalTimeText}),
+                                             DevicePrefix(), &LocalTimeText, settings.only}),
                              encoding);
   if (settings.output == ToolOutput::kBroken) text = BrokenOff(text);
   return FileBytes(text, encoding);

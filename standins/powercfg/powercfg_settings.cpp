@@ -31,6 +31,9 @@ PowercfgSettings ReadPowercfgSettings() {
   settings.now = ReadNumberVariable(L"WATTLEAF_POWERCFG_NOW", _time64(nullptr));
   settings.status = static_cast<int>(ReadNumberVariable(L"WATTLEAF_POWERCFG_STATUS", 0));
   settings.output = ReadOutput();
+  for (const wchar_t c : ReadVariable(L"WATTLEAF_POWERCFG_ONLY")) {
+    settings.only += static_cast<char>(c);
+  }
   settings.truthPath = ReadVariable(L"WATTLEAF_POWERCFG_TRUTH");
   return settings;
 }

@@ -15,6 +15,7 @@ struct PowercfgSettings {
   std::int64_t now;        // WATTLEAF_POWERCFG_NOW in seconds since 1970; the clock where unset
   int status;              // WATTLEAF_POWERCFG_STATUS: to fail with before anything is written
   ToolOutput output;       // WATTLEAF_POWERCFG_OUTPUT: "report", "nothing" (a success), "broken"
+  std::string only;        // WATTLEAF_POWERCFG_ONLY; see ReportSettings
   std::wstring truthPath;  // WATTLEAF_POWERCFG_TRUTH: gets a copy of the last report; none if empty
 };
 

@@ -3,6 +3,7 @@
 #include "report_model.h"
 
 #include <array>
+#include <sstream>
 
 #include "installed_applications.h"
 #include "seeded_random.h"
@@ -16,7 +17,6 @@ constexpr std::int64_t kHour = 3600;
 enum Purpose : std::uint64_t {
   kMinutePurpose = 1,
   kAwakePurpose = 2,
-  kVersionPurpose = 3,
   kHabitPurpose = 1000,  // and the application's place in the list
   kRowPurpose = 2000,    // likewise
 };
@@ -27,44 +27,66 @@ struct Application {
   std::int64_t percent;  // of the hours awake in which it runs
 };
 
-/// Names outside ASCII, up to characters of four bytes.
-constexpr std::array<const char*, 2> kForeignPrograms = {
-    "\xC3\x9C"
-    "berblick\\\xC3\xBC"
-    "berblick.exe",
-    "\xE6\xB3\xA2\\\xE6\xB3\xA2.exe",
-};
-constexpr std::array<const char*, 2> kForeignPackages = {
+/// A name outside ASCII of a program that is not installed.
+constexpr char kForeignProgram[] = "\\Program Files\\\xE6\xB3\xA2\\\xE6\xB3\xA2.exe";
+/// Packages that are installed no longer, two of them with names outside ASCII, up to characters of
+/// four bytes, and one that an update has replaced.
+constexpr std::array<const char*, 4> kRemovedPackages = {
     "\xC4\x8C"
     "apek.Robot_1.0.7.0_x64__n6s1d8k4q2v7h!App",
     "Owl.\xF0\x9F\xA6\x89_3.2.0.0_x64__n6s1d8k4q2v7h!App",
+    "Plum.Sketch_2.0.0.0_x64__n6s1d8k4q2v7h",
+    "Otter.Chat_8.16.0.0_x64__m5t9yk3w7zc8n",
+};
+/// Services share one program of Windows; the row names the service behind it.
+constexpr std::array<const char*, 3> kServices = {
+    "\\windows\\system32\\svchost.exe [HearthCache]",
+    "\\windows\\system32\\svchost.exe [LocalServiceNetwork]",
+    "\\windows\\system32\\svchost.exe [WinTide]",
 };
 constexpr std::array<const char*, 2> kOtherDrive = {
     "\\Device\\HarddiskVolume9\\Toolbox\\hammer.exe",
     "\\Device\\HarddiskVolume9\\Nuts & 'Bolts'\\nut.exe",
 };
-constexpr std::array<const char*, 2> kNobodys = {"Unknown", "System Interrupts"};
+constexpr std::array<const char*, 3> kNobodys = {"Unknown", "System Interrupts", "System"};
 
-std::string PackagedId(const PackagedApp& app, Random& versions) {
-  // Two statements: the operands of one sum are drawn in no fixed order.
-  std::string version = std::to_string(versions.Between(1, 12));
-  version += '.' + std::to_string(versions.Between(0, 400)) + ".0.0";
-  return std::string(app.name) + '_' + version + "_x64__" + std::string(app.familySuffix) + "!App";
+/// The full name of the package; each application by its id where there are several.
+std::vector<std::string> PackagedIds(const PackagedApp& app) {
+  const std::string fullName = std::string(app.name) + '_' + std::string(app.version) + "_x64__" +
+                               std::string(app.familySuffix);
+  std::vector<std::string> ids;
+  std::istringstream applications{std::string(app.applications)};
+  for (std::string id; std::getline(applications, id, ',');) {
+    ids.push_back(fullName + '!' + (id.starts_with('-') ? id.substr(1) : id));
+  }
+  return ids.size() > 1 ? ids : std::vector<std::string>{fullName};
 }
 
 std::vector<std::string> Identities(const ReportSettings& settings) {
-  const std::string programs = settings.devicePrefix + "\\Program Files\\";
   std::vector<std::string> ids;
-  for (const DesktopApp& app : kDesktopApps) ids.push_back(programs + std::string(app.program));
-  for (const char* program : kForeignPrograms) ids.push_back(programs + program);
-  Random versions(settings.seed, 0, kVersionPurpose);
-  for (const PackagedApp& app : kPackagedApps) ids.push_back(PackagedId(app, versions));
-  ids.insert(ids.end(), kForeignPackages.begin(), kForeignPackages.end());
+  for (const DesktopApp& app : kDesktopApps) {
+    ids.push_back(settings.devicePrefix + '\\' + std::string(app.program));
+  }
+  ids.push_back(settings.devicePrefix + kForeignProgram);
+  for (const char* service : kServices) ids.push_back(settings.devicePrefix + service);
+  for (const PackagedApp& app : kPackagedApps) {
+    for (std::string& id : PackagedIds(app)) ids.push_back(std::move(id));
+  }
+  ids.insert(ids.end(), kRemovedPackages.begin(), kRemovedPackages.end());
   ids.insert(ids.end(), kOtherDrive.begin(), kOtherDrive.end());
   // A path that holds the prefix of C: further on only.
   ids.push_back("\\Device\\Mup\\attic" + settings.devicePrefix + "\\trunk.exe");
   ids.insert(ids.end(), kNobodys.begin(), kNobodys.end());
   return ids;
+}
+
+bool IsAskedFor(const std::string& only, const std::string& id) {
+  if (only.empty()) return true;
+  std::istringstream parts(only);
+  for (std::string part; std::getline(parts, part, '|');) {
+    if (id.find(part) != std::string::npos) return true;
+  }
+  return false;
 }
 
 std::vector<Application> Applications(const ReportSettings& settings) {
@@ -74,6 +96,7 @@ std::vector<Application> Applications(const ReportSettings& settings) {
     const std::int64_t size = habit.Between(3, 60);
     const std::int64_t percent = habit.Between(15, 85);
     applications.push_back({std::move(id), size * size / 10 + 1, percent});
+    if (!IsAskedFor(settings.only, applications.back().appId)) applications.back().percent = 0;
   }
   return applications;
 }

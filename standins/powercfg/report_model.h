@@ -29,6 +29,7 @@ struct ReportSettings {
   std::int64_t now;                                    // seconds since 1970
   std::string devicePrefix;                            // what the paths of drive C: begin with
   std::function<std::string(std::int64_t)> localTime;  // the text of an instant in a row
+  std::string only;  // parts of identities, separated by "|": others have no rows; empty for all
 };
 
 /// The rows in the order of time: one a full hour for each application that ran in it, and odd rows

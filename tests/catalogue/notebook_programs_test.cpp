@@ -2,8 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdint>
+#include <map>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "catalogue/desktop_apps.h"
 #include "catalogue/file_description.h"
@@ -18,15 +22,57 @@ using namespace Zq::Gantry::Server::Services::Wattleaf;
 // The desktop programs of the simulated notebook, as the library finds them.
 namespace {
 
-constexpr char kPrograms[] = "C:\\Program Files\\";
+constexpr char kDrive[] = "C:\\";
 constexpr char kDevice[] = "\\Device\\HarddiskVolume3";
 
-std::wstring Widen(std::string_view ascii) { return std::wstring(ascii.begin(), ascii.end()); }
+std::wstring Widen(std::string_view utf8) {
+  const int length = static_cast<int>(utf8.size());
+  std::wstring wide(utf8.size(), L'\0');
+  wide.resize(static_cast<std::size_t>(
+      MultiByteToWideChar(CP_UTF8, 0, utf8.data(), length, wide.data(), length)));
+  return wide;
+}
+
+bool IsAscii(std::string_view text) {
+  return std::all_of(text.begin(), text.end(), [](char c) { return c > 0; });
+}
+
+bool IsHere(const Standin::DesktopApp& app) { return app.onDisk == "here"; }
+
+/// The version in an executable's fixed version data, as "1.2.3.4".
+std::string FileVersion(const std::wstring& path) {
+  DWORD ignored = 0;
+  std::vector<BYTE> block(GetFileVersionInfoSizeW(path.c_str(), &ignored));
+  VS_FIXEDFILEINFO* info = nullptr;
+  UINT length = 0;
+  if (block.empty() ||
+      !GetFileVersionInfoW(path.c_str(), 0, static_cast<DWORD>(block.size()), block.data()) ||
+      !VerQueryValueW(block.data(), L"\\", reinterpret_cast<void**>(&info), &length)) {
+    return "none";
+  }
+  std::string text;
+  for (const DWORD part : {info->dwFileVersionMS, info->dwFileVersionLS}) {
+    text += std::to_string(HIWORD(part)) + '.' + std::to_string(LOWORD(part)) + '.';
+  }
+  return text.substr(0, text.size() - 1);
+}
+
+/// The version that a program is registered with, in an uninstall root of the machine.
+std::wstring RegisteredVersion(const Standin::DesktopApp& app) {
+  const wchar_t* root = kUninstallRoots[app.registeredIn == "2" ? 1 : 0];
+  const std::wstring key =
+      std::wstring(root) + L"\\" + Widen(app.registeredName) + L' ' + Widen(app.version);
+  wchar_t text[64] = {};
+  DWORD bytes = sizeof(text) - sizeof(wchar_t);
+  RegGetValueW(HKEY_LOCAL_MACHINE, key.c_str(), L"DisplayVersion", RRF_RT_REG_SZ, nullptr, text,
+               &bytes);
+  return text;
+}
 
 class NotebookPrograms : public testing::Test {
  protected:
   void SetUp() override {
-    const std::string first = kPrograms + std::string(Standin::kDesktopApps[0].program);
+    const std::string first = kDrive + std::string(Standin::kDesktopApps[0].program);
     if (GetFileAttributesA(first.c_str()) == INVALID_FILE_ATTRIBUTES) {
       GTEST_SKIP() << "the simulated notebook is not here";
     }
@@ -40,8 +86,11 @@ TEST_F(NotebookPrograms, ThatAreRegisteredAreInstalled) {
   AddInstalledPrograms(apps);
   for (const auto& app : Standin::kDesktopApps) {
     if (app.registeredName.empty()) continue;
-    EXPECT_EQ(apps.count(Widen(app.registeredName)), 1u) << app.registeredName;
+    // What the user alone has is nothing of the machine's.
+    const bool isSeen = app.registeredIn != "user";
+    EXPECT_EQ(apps.count(Widen(app.registeredName)), isSeen ? 1u : 0u) << app.registeredName;
   }
+  EXPECT_EQ(apps.count(L"Teasel Tools"), 1u) << "removed, and still registered";
   EXPECT_EQ(apps.count(L"Pebble Player"), 0u);
   EXPECT_EQ(apps[L"Brook Browser"], L"\"C:\\Program Files\\Brook\\brook.exe\",0");
   EXPECT_EQ(apps[L"Lantern Video Editor"], L"\"C:\\Program Files\\Lantern\\lantern.exe\",0");
@@ -59,9 +108,49 @@ TEST_F(NotebookPrograms, ThatAreOddlyRegisteredAreReadAsTheRulesSay) {
 
 TEST_F(NotebookPrograms, DescribeThemselves) {
   for (const auto& app : Standin::kDesktopApps) {
-    EXPECT_EQ(GetFileDescription(kPrograms + std::string(app.program)), app.description)
+    if (!IsHere(app) || !IsAscii(app.program) || !IsAscii(app.description)) continue;
+    EXPECT_EQ(GetFileDescription(kDrive + std::string(app.program)), app.description)
         << app.program;
   }
+}
+
+TEST_F(NotebookPrograms, OutsideAsciiDescribeThemselvesInTheSystemsCodePageIfTheirPathIsInIt) {
+  // Where the code page is 1252, which has the one letter and not the others.
+  if (GetACP() != 1252) GTEST_SKIP() << "another code page";
+  EXPECT_EQ(GetFileDescription("C:\\Program Files\\Glowworm\\glowworm.exe"), "Glowworm ??????");
+  EXPECT_EQ(GetFileDescription("C:\\Program Files\\Brasserie\\brasserie.exe"), "Brasserie Caf\xE9");
+  // The path in UTF-8, as the reports' bytes are, and in the code page.
+  EXPECT_EQ(GetFileDescription("C:\\Program Files\\\xC3\x9C"
+                               "berblick\\\xC3\xBC"
+                               "berblick.exe"),
+            "");
+  EXPECT_EQ(GetFileDescription("C:\\Program Files\\\xDC"
+                               "berblick\\\xFC"
+                               "berblick.exe"),
+            "Overlook");
+}
+
+TEST_F(NotebookPrograms, ThatWereRemovedAreNotOnDisk) {
+  int removed = 0;
+  for (const auto& app : Standin::kDesktopApps) {
+    const DWORD attributes = GetFileAttributesW((L"C:\\" + Widen(app.program)).c_str());
+    EXPECT_EQ(attributes != INVALID_FILE_ATTRIBUTES, IsHere(app)) << app.program;
+    if (!IsHere(app)) ++removed;
+  }
+  EXPECT_EQ(removed, 2);
+}
+
+TEST_F(NotebookPrograms, AreRegisteredWithTheVersionOfTheirFile) {
+  std::map<std::string, int> programsOf;
+  for (const auto& app : Standin::kDesktopApps) {
+    if (!IsHere(app)) continue;
+    const std::string version = FileVersion(L"C:\\" + Widen(app.program));
+    EXPECT_EQ(version, app.version) << app.program;
+    ++programsOf[version];
+    if (app.registeredIn != "1" && app.registeredIn != "2") continue;
+    EXPECT_EQ(RegisteredVersion(app), Widen(version)) << app.program;
+  }
+  EXPECT_GE(programsOf["4.2.0.0"], 2) << "two programs of one version";
 }
 
 TEST_F(NotebookPrograms, HaveIconsOfTheirOwnColours) {
@@ -70,8 +159,8 @@ TEST_F(NotebookPrograms, HaveIconsOfTheirOwnColours) {
   const std::wstring path = folder.Path();
   std::set<std::uint32_t> colours;
   for (const auto& app : Standin::kDesktopApps) {
-    const std::string device =
-        kDevice + std::string("\\Program Files\\") + std::string(app.program);
+    if (!IsHere(app) || !IsAscii(app.program)) continue;
+    const std::string device = kDevice + std::string("\\") + std::string(app.program);
     ExportAppIcon(device, std::string(path.begin(), path.end()), "icon", kDevice);
     const auto picture = TestSupport::ReadPng(folder.File(L"icon.png"));
     EXPECT_EQ(picture.width, 32u) << app.program;

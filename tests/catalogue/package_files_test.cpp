@@ -2,12 +2,16 @@
 
 #include <windows.h>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <objidl.h>
 
 #include <algorithm>
 #include <filesystem>
+#include <set>
+#include <stdexcept>
 #include <string>
+#include <utility>
 
 namespace Gdiplus {
 using std::max;
@@ -20,6 +24,7 @@ using std::min;
 
 using Standin::PackagedApp;
 using namespace Standin::Packages;
+using testing::HasSubstr;
 using TestSupport::FileExists;
 using TestSupport::TempFolder;
 
@@ -46,7 +51,20 @@ class Drawing {
 class PackageFiles : public testing::Test {
  protected:
   void Write(std::string_view logo) {
-    WritePackage(root.Path(), PackagedApp{"Some.App", "abc", "Some App", "app", logo});
+    WritePackage(root.Path(),
+                 PackagedApp{"Some.App", "abc", "1.0.0.0", "Some App", "app", logo, "App"});
+  }
+  void WriteApplications(std::string_view logo, std::string_view applications) {
+    WritePackage(root.Path(),
+                 PackagedApp{"Some.App", "abc", "1.0.0.0", "Some App", "app", logo, applications});
+  }
+  std::string Manifest() const { return TestSupport::ReadWholeFile(File(L"AppxManifest.xml")); }
+  std::set<std::wstring> Assets() const {
+    std::set<std::wstring> names;
+    for (const auto& entry : std::filesystem::directory_iterator(File(L"Assets"))) {
+      names.insert(entry.path().filename().wstring());
+    }
+    return names;
   }
   std::wstring File(const std::wstring& name) const { return root.File(kFolder) + L"\\" + name; }
   bool Has(const std::wstring& asset) const { return FileExists(File(L"Assets\\" + asset)); }
@@ -72,20 +90,53 @@ TEST_F(PackageFiles, LogosAreImages) {
 }
 
 TEST_F(PackageFiles, HoldTheLogosThatTheKindOfLogoWants) {
+  const std::pair<const char*, std::set<std::wstring>> kinds[] = {
+      {"scale",
+       {L"Square44x44Logo.contrast-white_scale-100.png", L"Square44x44Logo.scale-100.png",
+        L"Square44x44Logo.scale-100_contrast-black.png", L"Square44x44Logo.scale-200.png",
+        L"Square44x44Logo.targetsize-44_altform-unplated.png"}},
+      {"size", {L"Square44x44Logo.targetsize-44.png"}},
+      {"scale200", {L"Square44x44Logo.scale-200.png"}},
+      {"large", {L"AppList.scale-200.png", L"StoreLogo.png"}},
+      {"variants",
+       {L"Square44x44Logo.altform-unplated_targetsize-44.png",
+        L"Square44x44Logo.contrast-black_scale-100.png", L"Square44x44Logo.scale-200.png"}},
+      {"contrast",
+       {L"Square44x44Logo.scale-100_contrast-black.png", L"Square44x44Logo.scale-200.png"}},
+      {"own", {L"StoreLogo.png"}},
+      {"none", {}},
+  };
+  for (const auto& [kind, files] : kinds) {
+    std::filesystem::remove_all(File(L"Assets"));
+    Write(kind);
+    EXPECT_EQ(Assets(), files) << kind;
+  }
+}
+
+TEST_F(PackageFiles, NoTwoVariantsOfALogoAreEqual) {
   Write("scale");
-  EXPECT_TRUE(Has(L"Square44x44Logo.scale-100.png"));
-  EXPECT_TRUE(Has(L"Square44x44Logo.scale-200.png"));
-  EXPECT_FALSE(Has(L"Square44x44Logo.png"));
-  Write("size");
-  EXPECT_TRUE(Has(L"Square44x44Logo.targetsize-44.png"));
-  EXPECT_FALSE(Has(L"StoreLogo.png"));
-  Write("own");
-  EXPECT_TRUE(Has(L"StoreLogo.png"));
+  std::set<std::string> contents;
+  for (const std::wstring& name : Assets()) {
+    contents.insert(TestSupport::ReadWholeFile(File(L"Assets\\" + name)));
+  }
+  EXPECT_EQ(contents.size(), Assets().size());
+}
+
+TEST_F(PackageFiles, ManifestHasEachApplicationAndNoVisualElementsWhereTheListSaysSo) {
+  WriteApplications("scale", "-Service,Panel");
+  EXPECT_THAT(Manifest(), HasSubstr("<Application Id=\"Service\">\n    </Application>\n"
+                                    "    <Application Id=\"Panel\">\n      <uap:VisualElements"));
+  EXPECT_THAT(Manifest(), HasSubstr("Square44x44Logo=\"Assets\\Later44x44Logo.png\""));
+  EXPECT_TRUE(Has(L"Later44x44Logo.scale-100.png"));
+}
+
+TEST_F(PackageFiles, UnknownKindOfLogoIsRefused) {
+  EXPECT_THROW(Write("other"), std::runtime_error);
 }
 
 TEST_F(PackageFiles, ManifestNamesALogoWhereThereIsOneForIt) {
   using Zq::Gantry::Server::Services::Wattleaf::TryReadManifestLogo;
-  for (const char* logo : {"scale", "size"}) {
+  for (const char* logo : {"scale", "size", "scale200", "variants", "contrast"}) {
     Write(logo);
     EXPECT_EQ(TryReadManifestLogo(File(L"AppxManifest.xml")), L"Assets\\Square44x44Logo.png");
   }

@@ -31,8 +31,25 @@ TEST_F(PackagesTest, EachPackageTellsWhatTheRuntimeTells) {
   EXPECT_EQ(package->Name(), L"Some.App");
   EXPECT_EQ(package->DisplayName(), L"Some \u0142 App");
   EXPECT_EQ(package->InstalledPath(), packages.Folder(L"a"));
-  EXPECT_EQ(package->LogoPath(), L"/" + packages.Folder(L"a") + L"\\Assets\\Logo.png");
   EXPECT_FALSE(walk->MoveNext());
+}
+
+TEST_F(PackagesTest, AddressOfALogoHasThePathOfAUriOrOfTheFileAsAWordSays) {
+  const std::string lines = "name=A\nlogo=Own & \xC5\x82ogo#1%.png\nscript=address:";
+  packages.Add(L"a b", lines + "uri\n");
+  packages.Add(L"c", lines + "plain\n");
+  const auto walk = FindAllPackages();
+  const std::wstring uri = walk->Current()->LogoPath();
+  EXPECT_TRUE(uri.starts_with(L"/" + packages.Folder(L"").substr(0, 2) + L"/")) << uri.size();
+  EXPECT_TRUE(uri.ends_with(L"/a%20b/Own%20&%20%C5%82ogo%231%25.png")) << uri.size();
+  ASSERT_TRUE(walk->MoveNext());
+  EXPECT_EQ(walk->Current()->LogoPath(),
+            L"/" + packages.Folder(L"c") + L"\\Own & \u0142ogo#1%.png");
+}
+
+TEST_F(PackagesTest, AddressOfALogoIsThatOfAUriWhereNoWordSaysOtherwise) {
+  packages.Add(L"a", "name=A\nlogo=a b.png\n");
+  EXPECT_TRUE(FindAllPackages()->Current()->LogoPath().ends_with(L"/a%20b.png"));
 }
 
 TEST_F(PackagesTest, FrameworksAndTheSystemsPackagesAreToldAsSuch) {

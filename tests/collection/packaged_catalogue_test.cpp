@@ -87,9 +87,11 @@ TEST_F(PackagedCatalogue, HoldsTheNotebooksApplications) {
   for (const auto& app : Standin::kPackagedApps) {
     Standin::Packages::WritePackage(packages.root.Path(), app);
   }
-  EXPECT_EQ(Load(),
-            (Names{"Ember.Video", "Finch.Music", "Ivy.Reader", "Larch.Calendar", "Moss.Puzzle",
-                   "Orchard.Notes", "Orchard.NotesPro", "Otter.Chat", "Willow.Weather"}));
+  EXPECT_EQ(Load(), (Names{"Alder.Wallet",   "Aster.Camera",   "Birch.Backup",   "Ember.Video",
+                           "Finch.Music",    "Gorse.Radio",    "Hornbeam.Suite", "Ivy.Reader",
+                           "Larch.Calendar", "Moss.Puzzle",    "Orchard.Notes",  "Orchard.NotesPro",
+                           "Otter.Chat",     "Poplar.Journal", "Privet.Paint",   "Rowan.Fitness",
+                           "Tansy.Clock",    "Tilia.Menu",     "Willow.Weather", "Yarrow.Books"}));
   EXPECT_EQ(helper.uwpApps.Current()->at("Orchard.NotesPro").DisplayName, "Orchard Notes Pro");
   EXPECT_EQ(LogoOf("Orchard.Notes"), "Square44x44Logo.scale-100.png");
   EXPECT_EQ(LogoOf("Willow.Weather"), "Square44x44Logo.targetsize-44.png");

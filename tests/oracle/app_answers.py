@@ -2,24 +2,25 @@
 
 from app_ranking import ranking
 from app_store import AppStore
-from installed_apps import InstalledApps
+from installed_apps import InstalledApps, read_in_the_systems_code_page
 from time_stamps import TimeStamps
 
 NO_ANSWER = "no answer"
 
 
 class AppEnergy:
-    def __init__(self, calendar, icon_folder):
+    def __init__(self, calendar, icon_folder, address="uri"):
         self._calendar = calendar
         self._icon_folder = icon_folder
+        self._address = address
         self._stamps = TimeStamps(calendar)
         self._store = AppStore(calendar, self._stamps)
         self._apps = None
-        self._icons = set()
+        self._icons = {}
 
     def begin_process(self, device_prefix):
         """Both catalogues are read once in a process."""
-        self._apps = InstalledApps.of_the_notebook(device_prefix)
+        self._apps = InstalledApps.of_the_notebook(device_prefix, self._address)
 
     def run_pass(self, now, report, status):
         self._store.run_pass(self._apps, now, report, status)
@@ -39,9 +40,11 @@ class AppEnergy:
         result = ranking(
             self._calendar, self._stamps, self._apps, self._store.text, now, days, self._icon_folder
         )  # fmt: skip
-        self._icons |= {name + ".png" for name in result.names_with_icon()}
+        for name, logo in result.icons():
+            self._icons[read_in_the_systems_code_page(name) + ".png"] = logo
         return result.in_the_order_of(found)
 
     def icons(self):
-        """Names of the files that the answers so far have left in the icon folder."""
+        """The files that the answers so far have left in the icon folder: by name the path of the
+        logo that each is a copy of, None for the icon of a program."""
         return self._icons

@@ -2,6 +2,7 @@
 
 import math
 from dataclasses import dataclass
+from typing import Optional
 
 from app_store import cutoff_instant, elements, low_32_bits
 from float32 import single, single_of_integer
@@ -11,15 +12,21 @@ from written_texts import quoted
 MOST_ENTRIES = 20
 
 
+def decoded(text):
+    """What a client gets of bytes that should be UTF-8: U+FFFD for what is not; bytes again."""
+    return text.encode("latin-1").decode("utf-8", "replace").encode("utf-8").decode("latin-1")
+
+
 @dataclass
 class Entry:
     name: str
     icon: str = ""
+    logo: Optional[str] = None  # what the icon is a copy of
     value: float = -0.0  # to which any first share adds up unchanged
 
     def text(self):
         """Up to the number and without it where that is none: there the writer stops."""
-        start = f'{{"Name":{quoted(self.name)},"Icon":{quoted(self.icon)},"Value":'
+        start = decoded(f'{{"Name":{quoted(self.name)},"Icon":{quoted(self.icon)},"Value":')
         return start + written(self.value) + "}" if math.isfinite(self.value) else start
 
 
@@ -39,9 +46,9 @@ class Ranking:
             entries, key=lambda e: (math.isnan(e.value), -e.value if e.value == e.value else 0.0)
         )
 
-    def names_with_icon(self):
-        """Of all entries: an icon is made before the ranking is cut."""
-        return [entry.name for entry in self._entries if entry.icon]
+    def icons(self):
+        """Name and logo of all entries with an icon: it is made before the ranking is cut."""
+        return [(entry.name, entry.logo) for entry in self._entries if entry.icon]
 
     def expected(self):
         """The answer, with equal shares in one of their orders."""
@@ -78,7 +85,9 @@ def ranking(calendar, stamps, apps, store_text, now, days, directory):
             continue
         entry = entries.setdefault(name, Entry(name))
         entry.value = single(entry.value + share(row["TotalEnergy"], total))
-        entry.icon = entry.icon or apps.icon(app_id, name, directory)
+        if not entry.icon:
+            entry.icon = apps.icon(app_id, name, directory)
+            entry.logo = apps.logo(app_id, name) if entry.icon else None
     return Ranking(entries[name] for name in sorted(entries))
 
 

@@ -1,6 +1,6 @@
 """Takes the service through scenarios on the simulated notebook and compares all it shows with what
 the oracle works out: the files of the data folder, the texts of the commands and the icons, byte by
-byte (of an icon: that it is there).
+byte (of a program's icon: that it is there).
 
 check_scenario.py --zone ZONE --build BUILD_FOLDER --program ORACLE_SCENARIO_EXE
                   [--seed SEED] EMULATOR...
@@ -60,10 +60,14 @@ class Notebook:
         return output
 
     def icons(self):
-        """The names of the files in the icon folder that are PNG files."""
+        """The files in the icon folder by name."""
         folder = self._drive / ICON_FOLDER
         files = folder.iterdir() if folder.exists() else []
-        return {file.name for file in files if file.read_bytes().startswith(PNG_START)}
+        return {file.name: file.read_bytes() for file in files}
+
+    def read_file(self, path):
+        """A file of drive C: by its Windows path."""
+        return (self._drive / path.removeprefix("C:\\").replace("\\", "/")).read_bytes()
 
     def run(self, scenario, process, output):
         """Runs one process of a scenario, which writes into the existing folder `output`."""
@@ -88,6 +92,7 @@ class Notebook:
             "WATTLEAF_COLLECTOR_NOW": str(process.passes[0].now),
             "WATTLEAF_COLLECTOR_TRUTH": windows_path(output / "truth.json"),
             "WATTLEAF_POWERCFG_SEED": str(scenario.seed),
+            "WATTLEAF_PACKAGES": f"address:{scenario.address}",
         }
 
 
@@ -142,7 +147,7 @@ class Scene:
 def check(zone, scenario, notebook, samples_seen, reports_seen):
     """Raises Difference at the first one; returns how many texts agree."""
     calendar = LocalCalendar(zone)
-    app_energy = AppEnergy(calendar, icon_folder())
+    app_energy = AppEnergy(calendar, icon_folder(), scenario.address)
     scene = Scene(calendar, DataFolder(), app_energy, samples_seen, reports_seen)
     output = notebook.begin(scenario)
     texts = 0
@@ -151,9 +156,20 @@ def check(zone, scenario, notebook, samples_seen, reports_seen):
         place.mkdir()
         notebook.run(scenario, process, place)
         texts += compare(scene, process, place)
-    expect("icons", sorted(app_energy.icons()), sorted(notebook.icons()))
+    compare_icons(app_energy.icons(), notebook)
     expect_something(scene.folder)
     return texts
+
+
+def compare_icons(expected, notebook):
+    """`expected` holds by name the path of the logo that an icon is a copy of, or None."""
+    found = notebook.icons()
+    expect("icons", sorted(expected), sorted(found))
+    for name, logo in expected.items():
+        if not found[name].startswith(PNG_START):
+            raise Difference(f"{name} is no PNG file")
+        if logo is not None and found[name] != notebook.read_file(logo):
+            raise Difference(f"{name} is no copy of {logo}")
 
 
 def compare(scene, process, output):

@@ -1,56 +1,135 @@
-"""What is installed on the simulated notebook, and which names and icons come of it."""
+"""What is installed on the simulated notebook, and which names and icons come of it.
+
+Texts of this part of the oracle hold one character per byte (app_report.py), apart from the lists and
+the paths of files, which hold characters.
+"""
 
 from pathlib import Path
 
 DEVICE_START = "\\Device\\"
-PROGRAMS = "C:\\Program Files\\"
+PACKAGES = "C:\\Program Files\\WindowsApps\\"
 LISTS = Path(__file__).resolve().parents[2] / "standins" / "notebook"
+
+# The file that each kind of logo comes to, worked out by hand: the first name, in the order of the
+# directory, with the manifest's stem and ".scale-100" in it; or else with "44x44".
+MANIFEST_LOGOS = {
+    "scale": "Square44x44Logo.scale-100.png",
+    "size": "Square44x44Logo.targetsize-44.png",
+    "scale200": "Square44x44Logo.scale-200.png",
+    "variants": "Square44x44Logo.altform-unplated_targetsize-44.png",
+    "contrast": "Square44x44Logo.scale-100_contrast-black.png",
+}
+# These come to the package's own logo: in the first, the manifest's has no variant that is looked for.
+OWN_LOGOS = ("large", "own")
+OWN_LOGO = "StoreLogo.png"
+NAME_LEADS_ELSEWHERE = set("\\/:\0")
+NAME_IS_NO_FILE_NAME = set('<>"|?*') | {chr(code) for code in range(1, 32)}
 
 
 def _rows(name):
-    lines = (LISTS / name).read_text(encoding="ascii").splitlines()
+    lines = (LISTS / name).read_text(encoding="utf-8").splitlines()
     return [line.split("|") for line in lines if line and not line.startswith("#")]
 
 
-class InstalledApps:
-    """`desktop` rows: program, description, registered name, root. `packaged` rows: package name,
-    family suffix, shown name, kind, logo."""
+def narrowed(text):
+    """Each character's low byte."""
+    return "".join(chr(ord(c) & 0xFF) for c in text)
 
-    def __init__(self, desktop, packaged, device_prefix):
+
+def widened(text):
+    """Each byte as a wide character, by sign extension."""
+    return "".join(c if c < "\x80" else chr(0xFF00 | ord(c)) for c in text)
+
+
+def in_the_systems_code_page(text):
+    """What the narrow calls make of a text: a "?" for what code page 1252 lacks."""
+    return text.encode("cp1252", "replace").decode("latin-1")
+
+
+def read_in_the_systems_code_page(text):
+    """What the narrow calls take bytes for; the five bytes that 1252 lacks are control characters."""
+    return "".join(
+        bytes([ord(c)]).decode("cp1252") if ord(c) not in (0x81, 0x8D, 0x8F, 0x90, 0x9D) else c
+        for c in text
+    )
+
+
+class Package:
+    """One row of the list, as the catalogue holds it."""
+
+    def __init__(self, row, address):
+        name, suffix, version, shown, self.kind, self._kind_of_logo, _ = row
+        self.key = narrowed(name)
+        self.shown = narrowed(shown)
+        self.full_name = f"{name}_{version}_x64__{suffix}"
+        self._has_plain_address = address == "plain"
+
+    def enters(self):
+        """Neither frameworks nor parts of the system nor what has no logo."""
+        return self.kind == "app" and self._kind_of_logo != "none"
+
+    def logo(self):
+        """The path of the logo's file; None where the catalogue's text leads to no file.
+
+        The path of a URI is taken as it stands, and "Program%20Files" is no folder.
+        """
+        folder = f"{PACKAGES}{self.full_name}\\Assets\\"
+        if self._kind_of_logo not in OWN_LOGOS:
+            return folder + MANIFEST_LOGOS[self._kind_of_logo]
+        return folder + OWN_LOGO if self._has_plain_address else None
+
+
+class InstalledApps:
+    """Rows are those of the two lists; `address` says how packages give their own logo: "uri" with
+    the path of a URI, "plain" with that of the file."""
+
+    def __init__(self, desktop, packaged, device_prefix, address="uri"):
         self._prefix = device_prefix
-        self._descriptions = {(PROGRAMS + row[0]).lower(): row[1] for row in desktop}
-        self._registered = {row[2] for row in desktop if row[2]}
-        # Neither frameworks nor parts of the system nor what has no logo enters the catalogue.
-        self._packaged = {
-            name: shown for name, _, shown, kind, logo in packaged if kind == "app" and logo != "none"
-        }
+        self._descriptions = {
+            ("C:\\" + path).lower(): in_the_systems_code_page(description)
+            for path, description, _, _, _, on_disk in desktop if on_disk == "here"
+        }  # fmt: skip
+        self._registered = {name for _, _, _, name, where, _ in desktop if where in ("1", "2")}
+        packages = sorted((Package(row, address) for row in packaged), key=lambda p: p.full_name)
+        # Of two of one name the last one stays.
+        self._packaged = {package.key: package for package in packages if package.enters()}
 
     @staticmethod
-    def of_the_notebook(device_prefix):
-        return InstalledApps(_rows("desktop_apps.txt"), _rows("packaged_apps.txt"), device_prefix)
+    def of_the_notebook(device_prefix, address="uri"):
+        return InstalledApps(
+            _rows("desktop_apps.txt"), _rows("packaged_apps.txt"), device_prefix, address
+        )
 
     def display_name(self, app_id):
         if app_id.startswith(DEVICE_START):
-            return self._descriptions.get(self._drive_path(app_id).lower(), "")
-        keys = self._matching_keys(app_id)
-        return self._packaged[keys[-1]] if keys else ""
+            return self._descriptions.get(self._drive_path(app_id), "")
+        packages = self._matching_packages(app_id)
+        return packages[-1].shown if packages else ""
 
     def may_rank(self, app_id, display_name):
-        return not app_id.startswith(DEVICE_START) or display_name in self._registered
+        return not app_id.startswith(DEVICE_START) or widened(display_name) in self._registered
 
     def icon(self, app_id, display_name, directory):
         """The path of the icon's file; empty where there is none."""
         if app_id.startswith(DEVICE_START):
-            has_icon = self._drive_path(app_id).lower() in self._descriptions
+            has_icon = self._drive_path(app_id) in self._descriptions
         else:
-            has_icon = bool(self._matching_keys(app_id))  # every logo of a catalogue is a file
+            has_icon = self.logo(app_id, display_name) is not None
         return f"{directory}\\{display_name}.png" if has_icon else ""
+
+    def logo(self, app_id, display_name):
+        """The path of the file that the icon of a packaged application is a copy of, or None."""
+        packages = self._matching_packages(app_id)
+        if not packages or set(display_name) & (NAME_LEADS_ELSEWHERE | NAME_IS_NO_FILE_NAME):
+            return None
+        return packages[-1].logo()
 
     def _drive_path(self, app_id):
         """Deliberate: the prefix is taken from the start, wherever it was found."""
         if not self._prefix or self._prefix not in app_id:
             return ""
-        return "C:" + app_id[len(self._prefix):]  # fmt: skip
+        return read_in_the_systems_code_page("C:" + app_id[len(self._prefix):]).lower()  # fmt: skip
 
-    def _matching_keys(self, app_id):
-        return sorted(key for key in self._packaged if app_id.startswith(key))
+    def _matching_packages(self, app_id):
+        keys = sorted(key for key in self._packaged if app_id.startswith(key))
+        return [self._packaged[key] for key in keys]

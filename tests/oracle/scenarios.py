@@ -101,6 +101,7 @@ class Scenario:
     title: str
     period: int
     processes: list
+    address: str = "uri"  # the form in which packages give their own logo
 
 
 def instant(zone, date, clock, fold=0):
@@ -159,5 +160,6 @@ def scenarios_of(zone):
         moment = MOMENTS[i % len(MOMENTS)]
         processes = _processes(zone, date, moment, days, _tools(i))
         title = f"{title}, from {date} {moment}"
-        scenarios.append(Scenario(base + i, title, PERIOD_SECONDS, processes))
+        address = ("uri", "plain")[i % 2]
+        scenarios.append(Scenario(base + i, title, PERIOD_SECONDS, processes, address))
     return scenarios

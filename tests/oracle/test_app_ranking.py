@@ -3,7 +3,7 @@
 import json
 import unittest
 
-from app_cases import APPS, NOTES, NOTES_PRO, NOW, NOW_TEXT, OAK, PREFIX, STAMPS, UTC
+from app_cases import APPS, APPS_WITH_URIS, NOTES, NOTES_PRO, NOW, NOW_TEXT, OAK, PREFIX, STAMPS, UTC
 from app_ranking import Ranking, ranking, share
 from float32 import single, single_of_integer
 
@@ -15,8 +15,8 @@ def stored(name, display_name, energy, time=NOW_TEXT):
     return {"Name": name, "DisplayName": display_name, "TimeStamp": time, "TotalEnergy": energy}
 
 
-def ranked(*rows, days=30, now=NOW):
-    return ranking(UTC, STAMPS, APPS, json.dumps(rows), now, days, "C:\\i")
+def ranked(*rows, days=30, now=NOW, apps=APPS):
+    return ranking(UTC, STAMPS, apps, json.dumps(rows), now, days, "C:\\i")
 
 
 def entry(name, value, icon=True):
@@ -52,7 +52,7 @@ class Answers(unittest.TestCase):
         result = ranked(stored("Gone_1", "Gone", 1), stored("Yew.Own_1", "Yew", 3))
         expected = f'[{entry("Yew", "75.0")},{entry("Gone", "25.0", icon=False)}]'
         self.assertEqual(result.expected(), expected)
-        self.assertEqual(result.names_with_icon(), ["Yew"])
+        self.assertEqual([name for name, _ in result.icons()], ["Yew"])
 
     def test_a_row_at_the_cutoff_counts_and_one_a_second_earlier_does_not(self):
         rows = (stored(OAK, "Oak", 1, "2026-05-06:12:00:00"),
@@ -78,6 +78,43 @@ class Answers(unittest.TestCase):
         # Infinite before what is no number.
         rows = stored(NOTES, "Fir Notes", 0), stored("x", "", -5), stored(OAK, "Oak", 5)
         self.assertEqual(ranked(*rows).expected(), start)
+
+
+class Icons(unittest.TestCase):
+    ASSETS = "C:\\Program Files\\WindowsApps\\%s_%s_x64__s\\Assets\\%s"
+
+    def icons(self, name, display_name, apps=APPS):
+        return ranked(stored(name, display_name, 1), apps=apps).icons()
+
+    def test_a_programs_icon_is_no_copy_and_a_packages_is_one_of_its_logo(self):
+        self.assertEqual(self.icons(OAK, "Oak"), [("Oak", None)])
+        logo = self.ASSETS % ("Fir.NotesPro", "1.0", "Square44x44Logo.targetsize-44.png")
+        self.assertEqual(self.icons(NOTES_PRO, "Fir Notes Pro"), [("Fir Notes Pro", logo)])
+
+    def test_a_packages_own_logo_is_found_by_a_plain_address_and_not_by_that_of_a_uri(self):
+        logo = self.ASSETS % ("Yew.Large", "1.0", "StoreLogo.png")
+        self.assertEqual(self.icons("Yew.Large_1", "Large Yew"), [("Large Yew", logo)])
+        self.assertEqual(self.icons("Yew.Large_1", "Large Yew", APPS_WITH_URIS), [])
+        expected = f'[{entry("Yew", "100.0", icon=False)}]'
+        result = ranked(stored("Yew.Own_1", "Yew", 1), apps=APPS_WITH_URIS)
+        self.assertEqual(result.expected(), expected)
+
+    def test_of_two_versions_of_a_package_the_last_ones_logo_counts(self):
+        logo = self.ASSETS % ("Tea.Leaf", "2.0", "Square44x44Logo.targetsize-44.png")
+        self.assertEqual(self.icons("Tea.Leaf_1.0", "New Tea"), [("New Tea", logo)])
+
+    def test_a_name_left_as_a_resource_has_no_icon_and_merges_with_others_of_it(self):
+        rows = [stored(f"Box.{one}_1", "ms-resource:AppName", 1) for one in ("One", "Two")]
+        expected = f'[{entry("ms-resource:AppName", "100.0", icon=False)}]'
+        self.assertEqual(ranked(*rows).expected(), expected)
+
+    def test_a_name_that_cannot_be_a_file_has_no_icon(self):
+        self.assertEqual(self.icons("Pea.Books_1", "Pea \x1a="), [])
+
+    def test_bytes_that_are_no_utf_8_reach_the_client_as_replacements(self):
+        replaced = "Ruh\xef\xbf\xbd"
+        expected = f'[{entry(replaced, "100.0")}]'
+        self.assertEqual(ranked(stored("Pea.Menu_1", "Ruh\xe9", 1)).expected(), expected)
 
 
 class Shares(unittest.TestCase):

@@ -88,6 +88,25 @@ class Names(unittest.TestCase):
     def test_what_the_catalogue_leaves_out_has_no_name(self):
         self.assertEqual(names("Yew.None_1", "Bay.Runtime_1", "Other", "fir.notes_1"), [""] * 4)
 
+    def test_a_program_of_one_user_has_a_name_and_a_removed_one_has_none(self):
+        ends = "\\users\\wren\\ivy.exe", "\\Program Files\\Gone\\gone.exe"
+        self.assertEqual(names(*(PREFIX + end for end in ends)), ["Ivy", ""])
+
+    def test_descriptions_are_in_code_page_1252_and_packages_names_in_low_bytes(self):
+        ends = "Reed\\reed.exe", "Rue\\rue.exe"
+        programs = [PREFIX + "\\Program Files\\" + end for end in ends]
+        self.assertEqual(names(*programs, "Pea.Books_1"), ["Reed ??", "Ru\xe9", "Pea \x1a="])
+
+    def test_a_path_outside_ascii_finds_no_program(self):
+        self.assertEqual(names(PREFIX + "\\Program Files\\\u00dclm\\ulm.exe"), [""])
+
+    def test_services_and_windows_itself_have_no_name(self):
+        service = PREFIX + "\\windows\\system32\\svchost.exe [Tide]"
+        self.assertEqual(names(service, "System"), ["", ""])
+
+    def test_two_versions_of_a_package_have_the_last_ones_name(self):
+        self.assertEqual(names("Tea.Leaf_1.0_x64__s", "Tea.Leaf_2.0_x64__s"), ["New Tea"] * 2)
+
     def test_other_drives_and_mangled_paths_have_no_name(self):
         self.assertEqual(names("\\Device\\HarddiskVolume9\\a.exe", f"\\Device\\Mup{OAK}"), [""] * 2)
 

@@ -6,7 +6,7 @@ from pathlib import Path
 
 from app_answers import NO_ANSWER, AppEnergy
 from app_cases import NOW, UTC
-from check_scenario import Difference, PassFiles, expect, icon_folder
+from check_scenario import Difference, PassFiles, compare_icons, expect, icon_folder
 from reports_seen import ReportsSeen
 from scenarios import ZONES, Tool, scenarios_of
 
@@ -15,6 +15,18 @@ REPORT = (
     f'<r><a AppId="{MEADOW}" TimeStamp="2026-05-13:12:00:00">'
     '<TotalEnergyConsumption Value="5"/></a></r>'
 ).encode("utf-8")
+
+
+class FakeNotebook:
+    def __init__(self, icons, files):
+        self._icons = icons
+        self.files = files
+
+    def icons(self):
+        return self._icons
+
+    def read_file(self, path):
+        return self.files[path]
 
 
 class Files(unittest.TestCase):
@@ -48,6 +60,14 @@ class Files(unittest.TestCase):
         with self.assertRaises(Difference):
             expect("icons", ["a.png"], ["a.png", "b.png"])
 
+    def test_an_icon_that_is_a_copy_of_another_logo_is_a_difference(self):
+        notebook = FakeNotebook({"a.png": b"\x89PNG\r\n\x1a\n1"}, {"C:\\one": b"\x89PNG\r\n\x1a\n1"})
+        compare_icons({"a.png": "C:\\one"}, notebook)
+        compare_icons({"a.png": None}, notebook)
+        notebook.files["C:\\one"] = b"\x89PNG\r\n\x1a\n2"
+        with self.assertRaisesRegex(Difference, "a.png is no copy of C:"):
+            compare_icons({"a.png": "C:\\one"}, notebook)
+
 
 class Energy(unittest.TestCase):
     def setUp(self):
@@ -64,7 +84,7 @@ class Energy(unittest.TestCase):
         icon = "C:\\\\users\\\\Public\\\\Wattleaf oracle\\\\Meadow Office.png"
         expected = f'[{{"Name":"Meadow Office","Icon":"{icon}","Value":100.0}}]'
         self.assertEqual(self.energy.answer(NOW, 30, expected), expected)
-        self.assertEqual(self.energy.icons(), {"Meadow Office.png"})
+        self.assertEqual(self.energy.icons(), {"Meadow Office.png": None})
         self.assertEqual(self.energy.files(), ["Powerlog.json"])
 
     def test_a_report_that_nobody_converted_lies_there_until_somebody_does(self):
@@ -95,6 +115,11 @@ class Coverage(unittest.TestCase):
             for one in passes:
                 asked = {days for days, now in one.rankings if now == one.now}
                 self.assertEqual(asked, {0, 1, 7, 30, 365})
+
+    def test_both_forms_of_a_logos_address_come_in_every_zone(self):
+        for zone in ZONES:
+            addresses = {scenario.address for scenario in scenarios_of(zone)}
+            self.assertEqual(addresses, {"uri", "plain"})
 
     def test_a_pass_is_told_in_three_lists(self):
         one = scenarios_of("UTC")[0].processes[0].passes[0]

@@ -34,9 +34,14 @@ std::optional<std::string> ServiceSession::TryAsk(unsigned int command, const st
     throw std::runtime_error("command " + std::to_string(command) + " gives status " +
                              std::to_string(status));
   }
-  std::string text;
-  for (const wchar_t* c = output; *c != L'\0'; ++c) text += static_cast<char>(*c);
+  const std::wstring answer = output;
   service_->FreeResult(output);
+  const int length = static_cast<int>(answer.size());
+  std::string text(answer.size() * 3, '\0');
+  const int bytes =
+      WideCharToMultiByte(CP_UTF8, 0, answer.data(), length, text.data(),
+                          static_cast<int>(text.size()), /*default=*/nullptr, /*used=*/nullptr);
+  text.resize(static_cast<std::size_t>(bytes));
   return text;
 }
 

@@ -18,7 +18,7 @@ class ServiceSession {
 
   HMODULE Library() const { return library_; }
   void Start() { service_->startup_task(); }
-  /// The text of a command, all of it ASCII; nothing where there is none. Throws
+  /// The text of a command in UTF-8; nothing where there is none. Throws
   /// std::runtime_error at any other status than these two.
   std::optional<std::string> TryAsk(unsigned int command, const std::string& input);
   /// The same for a command that must have a text and needs no input.

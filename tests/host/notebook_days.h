@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <stdexcept>
+#include <vector>
+
+#include "calendar_days.h"
+#include "notebook_model.h"
+
+namespace TestSupport {
+
+/// What the simulated collector writes of the days before today, whichever that is: so that a test
+/// can choose a seed under which they are as it needs them.
+class NotebookDays {
+ public:
+  using Samples = std::optional<std::vector<Standin::ModelSample>>;
+
+  /// From one sample to the next; the collector must be run with it.
+  static constexpr std::int64_t kPeriodSeconds = 300;
+
+  NotebookDays();
+
+  /// The day that is so many days before today.
+  Standin::CalendarDay DayBack(int back) const;
+  Samples SamplesOf(std::uint64_t seed, int back) const;
+  /// Whether the day has enough samples for some energy to be booked.
+  bool HasEnergy(std::uint64_t seed, int back) const;
+  /// Whether the clocks change on one of the last ten days: there the model has no day off.
+  bool ClocksChange() const;
+
+  /// The first seed for which `isWanted(seed)`; throws std::logic_error if there is none.
+  template <typename IsWanted>
+  std::uint64_t SeedWhere(IsWanted isWanted) const {
+    for (std::uint64_t seed = 1; seed < 20'000; ++seed) {
+      if (isWanted(seed)) return seed;
+    }
+    throw std::logic_error("no seed has such days");
+  }
+
+ private:
+  const Standin::CalendarDay today_;
+};
+
+}  // namespace TestSupport

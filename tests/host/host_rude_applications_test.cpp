@@ -11,6 +11,7 @@
 #include <set>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 #include "host_notebook.h"
 #include "ranking.h"
@@ -232,18 +233,38 @@ TEST_F(RudeApplications, RemovedProgramsAndPackagesHaveNoName) {
                                    Pair("Plum.Sketch_2.0.0.0_x64__n6s1d8k4q2v7h", "")));
 }
 
+namespace {
+
+/// Takes a program off the machine's list of installed ones for as long as this lives.
+class RemovedFromList {
+ public:
+  RemovedFromList(std::wstring key, std::wstring name)
+      : key_(std::move(key)), name_(std::move(name)) {
+    RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, key_.c_str(), kValue);
+  }
+  RemovedFromList(const RemovedFromList&) = delete;
+  RemovedFromList& operator=(const RemovedFromList&) = delete;
+  ~RemovedFromList() {
+    const auto bytes = static_cast<DWORD>((name_.size() + 1) * sizeof(wchar_t));
+    RegSetKeyValueW(HKEY_LOCAL_MACHINE, key_.c_str(), kValue, REG_SZ, name_.c_str(), bytes);
+  }
+
+ private:
+  static constexpr wchar_t kValue[] = L"DisplayName";
+  const std::wstring key_;
+  const std::wstring name_;
+};
+
+}  // namespace
+
 TEST_F(RudeApplications, ProgramThatIsRemovedAfterItsRowsWereStoredRanksNoLonger) {
   constexpr wchar_t kKey[] =
       L"SOFTWARE\\WOW6432Node\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Sedge Player 2.0.0.0";
-  constexpr wchar_t kName[] = L"Sedge Player";
   ASSERT_EQ(Rank(L"sedge.exe").size(), 1u);
 
-  RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, kKey, L"DisplayName");
+  const RemovedFromList removed(kKey, L"Sedge Player");
   const ScopedVariable noNewReport(L"WATTLEAF_POWERCFG_STATUS", L"5");
-  const auto after = Rank(L"sedge.exe");
-  RegSetKeyValueW(HKEY_LOCAL_MACHINE, kKey, L"DisplayName", REG_SZ, kName, sizeof(kName));
-
-  EXPECT_THAT(after, IsEmpty());
+  EXPECT_THAT(Rank(L"sedge.exe"), IsEmpty());
   EXPECT_THAT(StoredNames(),
               ElementsAre(Pair("Program Files (x86)\\Sedge\\sedge.exe", "Sedge Player")));
 }

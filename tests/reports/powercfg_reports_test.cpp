@@ -132,7 +132,7 @@ TEST(PowercfgModel, NamesEachApplicationOfAPackageThatHasSeveral) {
   }
 }
 
-TEST(PowercfgModel, CanTellOfAFewApplicationsOnlyAndThenTellsTheSameOfThem) {
+TEST(PowercfgModel, CanReportAFewApplicationsOnlyAndThenReportsTheSameOfThem) {
   ReportSettings settings = Settings(1, 30);
   settings.only = "Plover|Finch.Music_3.1";
   const auto some = MakeReportRows(settings);
@@ -143,12 +143,12 @@ TEST(PowercfgModel, CanTellOfAFewApplicationsOnlyAndThenTellsTheSameOfThem) {
       expected += Text(row);
     }
   }
-  std::string told;
+  std::string reported;
   for (const ReportRow& row : some) {
-    if (row.appId) told += Text(row);
+    if (row.appId) reported += Text(row);
   }
-  EXPECT_FALSE(told.empty());
-  EXPECT_EQ(told, expected);
+  EXPECT_FALSE(reported.empty());
+  EXPECT_EQ(reported, expected);
 }
 
 TEST(PowercfgModel, TellsOfWhatIsNobodysAndOfOtherPlaces) {

@@ -102,7 +102,8 @@ TEST_F(PackageFiles, HoldTheLogosThatTheKindOfLogoWants) {
        {L"Square44x44Logo.altform-unplated_targetsize-44.png",
         L"Square44x44Logo.contrast-black_scale-100.png", L"Square44x44Logo.scale-200.png"}},
       {"contrast",
-       {L"Square44x44Logo.scale-100_contrast-black.png", L"Square44x44Logo.scale-200.png"}},
+       {L"Square44x44Logo.altform-unplated_targetsize-44.png",
+        L"Square44x44Logo.scale-100_contrast-black.png", L"Square44x44Logo.scale-200.png"}},
       {"own", {L"StoreLogo.png"}},
       {"none", {}},
   };

@@ -50,9 +50,12 @@ STDMETHODIMP ClassObject::QueryInterface(REFIID iid, void** object) {
   return S_OK;
 }
 
-STDMETHODIMP ClassObject::Get(LPCWSTR name, LONG, VARIANT* value, CIMTYPE*, LONG*) {
+STDMETHODIMP ClassObject::Get(LPCWSTR name, LONG flags, VARIANT* value, CIMTYPE* type,
+                              LONG* flavor) {
   const std::string call = "Get(" + Narrow(name) + ")";
-  if (const auto result = TheScript().Enter(call)) return *result;
+  const bool plain = type == nullptr && flavor == nullptr;
+  const std::string detail = std::to_string(flags) + (plain ? "" : " with type or flavor");
+  if (const auto result = TheScript().Enter(call, detail)) return *result;
   VariantMaker make = TheScript().FindAnswer(call);
   if (!make) {
     const auto property = properties_.find(name);
@@ -65,10 +68,10 @@ STDMETHODIMP ClassObject::Get(LPCWSTR name, LONG, VARIANT* value, CIMTYPE*, LONG
   return S_OK;
 }
 
-STDMETHODIMP ClassObject::Put(LPCWSTR name, LONG, VARIANT* value, CIMTYPE) {
-  if (const auto result = TheScript().Enter("Put(" + Narrow(name) + ")", Describe(*value))) {
-    return *result;
-  }
+STDMETHODIMP ClassObject::Put(LPCWSTR name, LONG flags, VARIANT* value, CIMTYPE type) {
+  const std::string detail =
+      Describe(*value) + " " + std::to_string(flags) + " " + std::to_string(type);
+  if (const auto result = TheScript().Enter("Put(" + Narrow(name) + ")", detail)) return *result;
   Keep(name, *value);
   return S_OK;
 }
@@ -83,20 +86,21 @@ void ClassObject::Keep(const std::wstring& name, const VARIANT& value) {
   properties_[name] = [copy](VARIANT* target) { CopyVariant(target, *copy); };
 }
 
-STDMETHODIMP ClassObject::SpawnInstance(LONG, IWbemClassObject** instance) {
+STDMETHODIMP ClassObject::SpawnInstance(LONG flags, IWbemClassObject** instance) {
   *instance = nullptr;
-  if (const auto result = TheScript().Enter("SpawnInstance(" + Narrow(className_.c_str()) + ")")) {
-    return *result;
-  }
+  const std::string call = "SpawnInstance(" + Narrow(className_.c_str()) + ")";
+  if (const auto result = TheScript().Enter(call, std::to_string(flags))) return *result;
   *instance = new ClassObject(className_);
   return S_OK;
 }
 
-STDMETHODIMP ClassObject::GetMethod(LPCWSTR name, LONG, IWbemClassObject** input,
+STDMETHODIMP ClassObject::GetMethod(LPCWSTR name, LONG flags, IWbemClassObject** input,
                                     IWbemClassObject** output) {
   *input = nullptr;
   if (output != nullptr) *output = nullptr;
-  if (const auto result = TheScript().Enter("GetMethod", Narrow(name))) return *result;
+  const std::string detail = Narrow(name) + " " + std::to_string(flags) +
+                             (output != nullptr ? " with output signature" : "");
+  if (const auto result = TheScript().Enter("GetMethod", detail)) return *result;
   if (className_ != L"zqqBIntM") return static_cast<HRESULT>(WBEM_E_NOT_FOUND);
   *input = new ClassObject(L"__PARAMETERS");
   return S_OK;

@@ -28,7 +28,7 @@ class Locator final : public LiveObject<IWbemLocator> {
     *services = nullptr;
     const bool plain = user == nullptr && password == nullptr && locale == nullptr && flags == 0 &&
                        authority == nullptr && context == nullptr;
-    const std::string call = "ConnectServer(" + Narrow(resource) + ")";
+    const std::string call = "ConnectServer(" + NarrowBstr(resource) + ")";
     if (const auto result = TheScript().Enter(call, plain ? "" : "with arguments")) return *result;
     const std::wstring name = resource;
     if (name != L"ROOT\\CIMV2" && name != L"\\\\.\\root\\wmi") {

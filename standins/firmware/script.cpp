@@ -1,6 +1,7 @@
 #include "script.h"
 
 #include <algorithm>
+#include <cwchar>
 #include <utility>
 
 #include "words.h"
@@ -49,6 +50,11 @@ void Script::Answer(const std::string& call, VariantMaker make, int occurrence) 
   answers_.insert({call, {occurrence, std::move(make)}});
 }
 
+void Script::Listen(std::function<void(const std::string&)> listener) {
+  const std::lock_guard guard(lock_);
+  listener_ = std::move(listener);
+}
+
 void Script::During(const std::string& call, std::function<void()> action) {
   const std::lock_guard guard(lock_);
   actions_[call] = std::move(action);
@@ -71,16 +77,20 @@ int Script::Count(const std::string& call) const {
 }
 
 std::optional<HRESULT> Script::Enter(const std::string& call, const std::string& detail) {
+  const std::string line = detail.empty() ? call : call + " " + detail;
+  std::function<void(const std::string&)> listener;
   std::function<void()> action;
   std::optional<HRESULT> result;
   {
     const std::lock_guard guard(lock_);
-    trace_.push_back(detail.empty() ? call : call + " " + detail);
+    trace_.push_back(line);
+    listener = listener_;
     const auto failure = FindOccurrence(failures_, call, ++counts_[call]);
     if (failure != failures_.end()) result = failure->second.value;
     const auto found = actions_.find(call);
     if (found != actions_.end()) action = found->second;
   }
+  if (listener) listener(line);
   if (action) action();
   return result;
 }
@@ -103,6 +113,12 @@ std::string Narrow(const wchar_t* text) {
     result += *text < 0x7F ? static_cast<char>(*text) : '?';
   }
   return result;
+}
+
+std::string NarrowBstr(const wchar_t* text) {
+  const bool measured =
+      text == nullptr || SysStringLen(const_cast<BSTR>(text)) == std::wcslen(text);
+  return Narrow(text) + (measured ? "" : " (not a BSTR)");
 }
 
 }  // namespace Standin::Firmware

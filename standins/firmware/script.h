@@ -37,6 +37,9 @@ class Script {
   void Fail(const std::string& call, HRESULT result, int occurrence = kAlways);
   /// A call of the Get family gives this value; `make` gets an initialised variant.
   void Answer(const std::string& call, VariantMaker make, int occurrence = kAlways);
+  /// Gets each call as it stands in the trace, on the caller's thread, also after a Reset; an empty
+  /// function ends that.
+  void Listen(std::function<void(const std::string& call)> listener);
   /// Runs inside each call of this name, on the caller's thread, before it is answered.
   void During(const std::string& call, std::function<void()> action);
 
@@ -65,6 +68,7 @@ class Script {
   std::map<std::string, std::function<void()>> actions_;
   std::map<std::string, int> counts_;
   std::vector<std::string> trace_;
+  std::function<void(const std::string&)> listener_;
 };
 
 /// The one script of the process.
@@ -72,5 +76,8 @@ Script& TheScript();
 
 /// Plain characters only; for names and details of the trace.
 std::string Narrow(const wchar_t* text);
+/// The same for a text that COM wants with its length before it; " (not a BSTR)" is added to one
+/// without.
+std::string NarrowBstr(const wchar_t* text);
 
 }  // namespace Standin::Firmware

@@ -16,7 +16,11 @@ constexpr wchar_t kInstancePath[] =
     L"\\\\NOTEBOOK\\root\\wmi:ZqqBIntM.InstanceName=\"ACPI\\\\PNP0C14\\\\ZQ_0\"";
 constexpr wchar_t kMethodPrefix[] = L"zqqBIOSInt";
 
-std::string Flags(LONG flags) { return " " + std::to_string(flags); }
+/// The flags and, where the call has more than that, a remark.
+std::string Options(LONG flags, const IWbemContext* context, const void* callResult = nullptr) {
+  return std::to_string(flags) + (context != nullptr ? " with context" : "") +
+         (callResult != nullptr ? " with call result" : "");
+}
 
 LONG NumberOf(const ClassObject& block, const wchar_t* member) {
   const VARIANT value = block.Find(member);
@@ -85,12 +89,12 @@ STDMETHODIMP Services::QueryInterface(REFIID iid, void** object) {
   return S_OK;
 }
 
-STDMETHODIMP Services::GetObject(const BSTR path, LONG flags, IWbemContext*,
-                                 IWbemClassObject** object, IWbemCallResult**) {
+STDMETHODIMP Services::GetObject(const BSTR path, LONG flags, IWbemContext* context,
+                                 IWbemClassObject** object, IWbemCallResult** callResult) {
   *object = nullptr;
   const std::wstring name = path;
-  if (const auto result =
-          TheScript().Enter("GetObject(" + Narrow(path) + ")", std::to_string(flags))) {
+  const std::string call = "GetObject(" + NarrowBstr(path) + ")";
+  if (const auto result = TheScript().Enter(call, Options(flags, context, callResult))) {
     return *result;
   }
   if (name != L"zqqBIntM" && name != L"zqqBDataIn") return static_cast<HRESULT>(WBEM_E_NOT_FOUND);
@@ -98,12 +102,11 @@ STDMETHODIMP Services::GetObject(const BSTR path, LONG flags, IWbemContext*,
   return S_OK;
 }
 
-STDMETHODIMP Services::CreateInstanceEnum(const BSTR filter, LONG flags, IWbemContext*,
+STDMETHODIMP Services::CreateInstanceEnum(const BSTR filter, LONG flags, IWbemContext* context,
                                           IEnumWbemClassObject** objects) {
   *objects = nullptr;
-  if (const auto result = TheScript().Enter("CreateInstanceEnum", Narrow(filter) + Flags(flags))) {
-    return *result;
-  }
+  const std::string detail = NarrowBstr(filter) + " " + Options(flags, context);
+  if (const auto result = TheScript().Enter("CreateInstanceEnum", detail)) return *result;
   auto* instance = new ClassObject(filter);
   instance->SetProperty(L"__PATH", [](VARIANT* value) { MakeText(value, kInstancePath); });
   auto* enumerator = new Enumerator(Narrow(filter));
@@ -112,10 +115,11 @@ STDMETHODIMP Services::CreateInstanceEnum(const BSTR filter, LONG flags, IWbemCo
   return S_OK;
 }
 
-STDMETHODIMP Services::ExecQuery(const BSTR language, const BSTR query, LONG flags, IWbemContext*,
-                                 IEnumWbemClassObject** objects) {
+STDMETHODIMP Services::ExecQuery(const BSTR language, const BSTR query, LONG flags,
+                                 IWbemContext* context, IEnumWbemClassObject** objects) {
   *objects = nullptr;
-  const std::string detail = Narrow(language) + "|" + Narrow(query) + "|" + std::to_string(flags);
+  const std::string detail =
+      NarrowBstr(language) + "|" + NarrowBstr(query) + "|" + Options(flags, context);
   if (const auto result = TheScript().Enter("ExecQuery", detail)) return *result;
   auto* enumerator = new Enumerator("Win32_ComputerSystem");
   if (TheScript().Has("null-computer-system")) enumerator->Add(nullptr);
@@ -128,11 +132,12 @@ STDMETHODIMP Services::ExecQuery(const BSTR language, const BSTR query, LONG fla
   return S_OK;
 }
 
-STDMETHODIMP Services::ExecMethod(const BSTR path, const BSTR method, LONG flags, IWbemContext*,
-                                  IWbemClassObject* input, IWbemClassObject** output,
-                                  IWbemCallResult**) {
+STDMETHODIMP Services::ExecMethod(const BSTR path, const BSTR method, LONG flags,
+                                  IWbemContext* context, IWbemClassObject* input,
+                                  IWbemClassObject** output, IWbemCallResult** callResult) {
   *output = nullptr;
-  const std::string detail = Narrow(path) + "|" + Narrow(method) + Flags(flags);
+  const std::string detail =
+      NarrowBstr(path) + "|" + NarrowBstr(method) + " " + Options(flags, context, callResult);
   if (const auto result = TheScript().Enter("ExecMethod", detail)) return *result;
   const ClassObject* block = InputBlock(input);
   if (path == nullptr || std::wstring(path) != kInstancePath || block == nullptr) {
@@ -144,12 +149,15 @@ STDMETHODIMP Services::ExecMethod(const BSTR path, const BSTR method, LONG flags
   return S_OK;
 }
 
-STDMETHODIMP Services::SetBlanket(IUnknown*, DWORD authentication, DWORD authorisation, OLECHAR*,
-                                  DWORD level, DWORD impersonation, void*, DWORD capabilities) {
+STDMETHODIMP Services::SetBlanket(IUnknown*, DWORD authentication, DWORD authorisation,
+                                  OLECHAR* principal, DWORD level, DWORD impersonation,
+                                  void* identity, DWORD capabilities) {
   std::string detail;
   for (const DWORD number : {authentication, authorisation, level, impersonation, capabilities}) {
     detail += (detail.empty() ? "" : ",") + std::to_string(number);
   }
+  if (principal != nullptr) detail += " with principal";
+  if (identity != nullptr) detail += " with identity";
   return TheScript().Enter("SetBlanket", detail).value_or(S_OK);
 }
 

@@ -1,10 +1,17 @@
 #include "automation_ledger.h"
 
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <type_traits>
+
 namespace TestSupport {
 
 namespace {
 
 AutomationLedger* current = nullptr;
+
+constexpr int kFreedByte = 0xDD;
 
 }  // namespace
 
@@ -20,22 +27,67 @@ AutomationLedger::AutomationLedger()
       unaccess_("SafeArrayUnaccessData", &AutomationLedger::Unaccess),
       putElement_("SafeArrayPutElement", &AutomationLedger::PutElement),
       getElement_("SafeArrayGetElement", &AutomationLedger::GetElement) {
+  EXPECT_EQ(current, nullptr) << "one ledger at a time";
   current = this;
 }
 
-AutomationLedger::~AutomationLedger() { current = nullptr; }
+AutomationLedger::~AutomationLedger() {
+  current = nullptr;
+  for (const auto& [block, what] : blocks_) ADD_FAILURE() << "never freed: " << what;
+  for (const auto& [block, kind] : freed_) {
+    if (kind == Kept::kText) {
+      freeText_.Original<decltype(SysFreeString)>()(static_cast<BSTR>(block));
+    } else if (kind == Kept::kArray) {
+      destroyArray_.Original<decltype(SafeArrayDestroy)>()(static_cast<SAFEARRAY*>(block));
+    }
+  }
+}
+
+std::size_t AutomationLedger::Outstanding() const {
+  const std::lock_guard guard(lock_);
+  return blocks_.size();
+}
 
 template <typename Block>
 Block* AutomationLedger::Add(Block* block) {
-  if (block != nullptr) blocks_.insert(block);
+  const std::lock_guard guard(lock_);
+  if (block != nullptr) blocks_[block] = std::is_same_v<Block, SAFEARRAY> ? "an array" : "a text";
   return block;
 }
 
+bool AutomationLedger::ExpectLive(const void* block, const char* call) const {
+  const std::lock_guard guard(lock_);
+  const bool live = freed_.find(const_cast<void*>(block)) == freed_.end();
+  EXPECT_TRUE(live) << call << " of a block that was freed before";
+  return live;
+}
+
+/// Blocks of unknown origin are kept as well: the system, too, makes some for its caller.
+bool AutomationLedger::Keep(void* block, Kept kind, const char* call) {
+  if (block == nullptr || !ExpectLive(block, call)) return false;
+  const std::lock_guard guard(lock_);
+  blocks_.erase(block);
+  freed_[block] = kind;
+  return true;
+}
+
+void AutomationLedger::KeepText(BSTR text, const char* call) {
+  if (Keep(text, Kept::kText, call)) std::memset(text, kFreedByte, SysStringByteLen(text));
+}
+
 /// The texts in an array go with it.
-void AutomationLedger::ForgetArray(SAFEARRAY* array) {
-  if (array == nullptr || blocks_.erase(array) == 0 || (array->fFeatures & FADF_BSTR) == 0) return;
+void AutomationLedger::KeepArray(SAFEARRAY* array, const char* call) {
+  if (!Keep(array, Kept::kArray, call)) return;
+  EXPECT_EQ(array->cLocks, 0U) << call << " of an array whose data are locked";
+  array->cLocks = 0;
+  if ((array->fFeatures & FADF_BSTR) == 0) {
+    std::memset(array->pvData, kFreedByte, array->rgsabound[0].cElements * array->cbElements);
+    return;
+  }
   auto* texts = static_cast<BSTR*>(array->pvData);
-  for (ULONG i = 0; i < array->rgsabound[0].cElements; ++i) blocks_.erase(texts[i]);
+  for (ULONG i = 0; i < array->rgsabound[0].cElements; ++i) {
+    if (!Keep(texts[i], Kept::kPartOfArray, call)) texts[i] = nullptr;
+  }
 }
 
 BSTR WINAPI AutomationLedger::AllocText(const OLECHAR* text) {
@@ -47,13 +99,10 @@ BSTR WINAPI AutomationLedger::AllocTextLen(const OLECHAR* text, UINT length) {
   return current->Add(current->allocTextLen_.Original<decltype(SysAllocStringLen)>()(text, length));
 }
 
-void WINAPI AutomationLedger::FreeText(BSTR text) {
-  current->blocks_.erase(text);
-  current->freeText_.Original<decltype(SysFreeString)>()(text);
-}
+void WINAPI AutomationLedger::FreeText(BSTR text) { current->KeepText(text, "SysFreeString"); }
 
 SAFEARRAY* WINAPI AutomationLedger::CreateVector(VARTYPE type, LONG lowerBound, ULONG count) {
-  if (++current->vectors_ == current->refusedVector) return nullptr;
+  if (++current->vectorCalls == current->refusedVector) return nullptr;
   return current->Add(
       current->createVector_.Original<decltype(SafeArrayCreateVector)>()(type, lowerBound, count));
 }
@@ -65,35 +114,45 @@ SAFEARRAY* WINAPI AutomationLedger::CreateArray(VARTYPE type, UINT dimensions,
 }
 
 HRESULT WINAPI AutomationLedger::DestroyArray(SAFEARRAY* array) {
-  current->ForgetArray(array);
-  return current->destroyArray_.Original<decltype(SafeArrayDestroy)>()(array);
+  current->KeepArray(array, "SafeArrayDestroy");
+  return S_OK;
 }
 
 HRESULT WINAPI AutomationLedger::ClearVariant(VARIANTARG* value) {
-  if ((value->vt & VT_ARRAY) != 0) current->ForgetArray(value->parray);
-  if (value->vt == VT_BSTR) current->blocks_.erase(value->bstrVal);
-  return current->clearVariant_.Original<decltype(VariantClear)>()(value);
+  if ((value->vt & VT_ARRAY) != 0) {
+    current->KeepArray(value->parray, "VariantClear");
+  } else if (value->vt == VT_BSTR) {
+    current->KeepText(value->bstrVal, "VariantClear");
+  } else {
+    return current->clearVariant_.Original<decltype(VariantClear)>()(value);
+  }
+  value->vt = VT_EMPTY;
+  return S_OK;
 }
 
 HRESULT WINAPI AutomationLedger::Access(SAFEARRAY* array, void** data) {
   ++current->accessCalls;
+  current->ExpectLive(array, "SafeArrayAccessData");
   if (current->accessResult != S_OK) return current->accessResult;
   return current->access_.Original<decltype(SafeArrayAccessData)>()(array, data);
 }
 
 HRESULT WINAPI AutomationLedger::Unaccess(SAFEARRAY* array) {
   ++current->unaccessCalls;
+  current->ExpectLive(array, "SafeArrayUnaccessData");
   const HRESULT result = current->unaccess_.Original<decltype(SafeArrayUnaccessData)>()(array);
   return current->unaccessResult != S_OK ? current->unaccessResult : result;
 }
 
 HRESULT WINAPI AutomationLedger::PutElement(SAFEARRAY* array, LONG* index, void* element) {
+  current->ExpectLive(array, "SafeArrayPutElement");
   if (current->putElementResult != S_OK) return current->putElementResult;
   return current->putElement_.Original<decltype(SafeArrayPutElement)>()(array, index, element);
 }
 
 HRESULT WINAPI AutomationLedger::GetElement(SAFEARRAY* array, LONG* index, void* element) {
   ++current->getElementCalls;
+  current->ExpectLive(array, "SafeArrayGetElement");
   const bool refused = current->getElementResult != S_OK && *index == current->refusedIndex;
   if (refused) return current->getElementResult;
   const HRESULT result =

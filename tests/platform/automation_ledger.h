@@ -4,8 +4,8 @@
 
 #include <oleauto.h>
 
-#include <functional>
-#include <set>
+#include <map>
+#include <mutex>
 #include <string>
 
 #include "import_patch.h"
@@ -13,7 +13,11 @@
 namespace TestSupport {
 
 /// Follows every text and safe array that the test program gets from Automation and gives back, and
-/// makes single calls fail. One at a time.
+/// makes single calls fail. From any thread; one at a time.
+///
+/// The test fails where a block is freed twice, is used after that, is destroyed while its data are
+/// locked, or is still there at the end. So that each of these is seen and none does harm, freed
+/// blocks are overwritten and kept until the ledger ends.
 class AutomationLedger {
  public:
   AutomationLedger();
@@ -21,8 +25,8 @@ class AutomationLedger {
   AutomationLedger& operator=(const AutomationLedger&) = delete;
   ~AutomationLedger();
 
-  /// Blocks that were not given back yet.
-  std::size_t Outstanding() const { return blocks_.size(); }
+  /// Blocks that were allocated since the ledger began and not given back yet.
+  std::size_t Outstanding() const;
 
   /// SysAllocString gives null for this text.
   std::wstring refusedText;
@@ -36,11 +40,15 @@ class AutomationLedger {
   /// The only index that getElementResult is about.
   LONG refusedIndex = 0;
 
+  int vectorCalls = 0;
   int accessCalls = 0;
   int unaccessCalls = 0;
   int getElementCalls = 0;
 
  private:
+  /// What a freed block needs at the end of the ledger.
+  enum class Kept { kText, kArray, kPartOfArray };
+
   static BSTR WINAPI AllocText(const OLECHAR* text);
   static BSTR WINAPI AllocTextLen(const OLECHAR* text, UINT length);
   static void WINAPI FreeText(BSTR text);
@@ -55,10 +63,15 @@ class AutomationLedger {
 
   template <typename Block>
   Block* Add(Block* block);
-  void ForgetArray(SAFEARRAY* array);
+  /// Whether the block was not freed before; fails the test if it was.
+  bool ExpectLive(const void* block, const char* call) const;
+  bool Keep(void* block, Kept kind, const char* call);
+  void KeepText(BSTR text, const char* call);
+  void KeepArray(SAFEARRAY* array, const char* call);
 
-  std::set<void*> blocks_;
-  int vectors_ = 0;
+  mutable std::mutex lock_;
+  std::map<const void*, const char*> blocks_;  // and what each is
+  std::map<void*, Kept> freed_;
   Standin::ImportPatch allocText_;
   Standin::ImportPatch allocTextLen_;
   Standin::ImportPatch freeText_;

@@ -3,13 +3,11 @@
 #include <array>
 #include <ostream>
 
-#include "automation_ledger.h"
 #include "platform/wmi/zq_bios_wmi.h"
 #include "platform_calls.h"
 
 using namespace Zq::Gantry::Server::Shared::WMI;
 using namespace Standin::Firmware;
-using TestSupport::AutomationLedger;
 using TestSupport::LogRecord;
 using TestSupport::Result;
 
@@ -112,7 +110,6 @@ std::vector<Step> StepsWithObject() {
 }  // namespace
 
 TEST_P(BiosCommandStep, FailureEndsTheCommandWithItsResultAndOneWarning) {
-  AutomationLedger ledger;
   firmware.script().Fail(GetParam().call, Result(0x80041001));
   EXPECT_EQ(Run(), Result(0x80041001));
   EXPECT_EQ(log.Records(),
@@ -126,7 +123,6 @@ TEST_P(BiosCommandStep, FailureEndsTheCommandWithItsResultAndOneWarning) {
 INSTANTIATE_TEST_SUITE_P(Each, BiosCommandStep, testing::ValuesIn(kSteps), Label);
 
 TEST_P(BiosCommandNull, SuccessWithoutAnObjectIsAFailureOfTheStep) {
-  AutomationLedger ledger;
   firmware.script().Fail(GetParam().call, S_OK);
   EXPECT_EQ(Run(), E_FAIL);
   EXPECT_EQ(log.Records(),

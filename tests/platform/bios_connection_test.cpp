@@ -7,8 +7,8 @@
 
 using namespace Zq::Gantry::Server::Shared::WMI;
 using namespace Standin::Firmware;
+using TestSupport::FakeCom;
 using TestSupport::LogRecord;
-using TestSupport::PlayedCom;
 using TestSupport::Result;
 
 namespace {
@@ -32,7 +32,7 @@ class BiosConnection : public TestSupport::WmiTest {
     EXPECT_EQ(log.Records(), warnings);
   }
 
-  PlayedCom com;
+  FakeCom com{record};
   std::uint32_t returnCode = 0;
   ZQBiosWmi bios;
 };
@@ -47,14 +47,13 @@ HRESULT WINAPI RefuseBlanket(IUnknown*, DWORD, DWORD, OLECHAR*, DWORD, DWORD,
 TEST_F(BiosConnection, IsMadeOnceAndClosedOnce) {
   EXPECT_EQ(bios.GetReady(), 1);
   EXPECT_EQ(bios.GetReady(), 1);
-  EXPECT_EQ(com.models, std::vector<DWORD>{0});
-  EXPECT_EQ(com.securityCalls, std::vector<std::string>{"null -1 null null 0 3 null 0 null"});
+  EXPECT_EQ(record.Lines(), TestSupport::ConnectionCalls("\\\\.\\root\\wmi"));
   EXPECT_EQ(com.uninitialized, 0);
   EXPECT_EQ(LiveObjects(), 1);
 
   bios.CloseBiosConnection();
   bios.CloseBiosConnection();
-  EXPECT_EQ(com.liveWhenLeft, std::vector<int>{0}) << "left once, behind the last release";
+  EXPECT_EQ(com.liveWhenLeft, std::vector<int>{0}) << "left once, after the last release";
   EXPECT_EQ(LiveObjects(), 0);
   ExpectWarnings({});
 }
@@ -120,7 +119,7 @@ TEST_F(BiosConnection, BlanketThatIsRefusedReleasesTheServiceAndLeaves) {
   const Standin::ImportPatch blanket("CoSetProxyBlanket", &RefuseBlanket);
   EXPECT_EQ(bios.GetReady(), 0);
   ExpectWarnings({Warning(L"CoSetProxyBlanket", L"0x80070005")});
-  EXPECT_EQ(com.liveWhenLeft, std::vector<int>{0}) << "left once, behind the last release";
+  EXPECT_EQ(com.liveWhenLeft, std::vector<int>{0}) << "left once, after the last release";
   EXPECT_EQ(LiveObjects(), 0);
 }
 

@@ -5,13 +5,11 @@
 #include <utility>
 #include <vector>
 
-#include "automation_ledger.h"
 #include "platform/wmi/zq_bios_wmi.h"
 #include "platform_calls.h"
 
 using namespace Zq::Gantry::Server::Shared::WMI;
 using namespace Standin::Firmware;
-using TestSupport::AutomationLedger;
 using TestSupport::LogRecord;
 using TestSupport::Result;
 
@@ -50,25 +48,25 @@ TEST_F(BiosInput, CommandMakesExactlyTheseCalls) {
       "ConnectServer(\\\\.\\root\\wmi)",
       "SetBlanket 10,0,3,3,0",
       "GetObject(zqqBIntM) 0",
-      "GetMethod zqqBIOSInt128",
+      "GetMethod zqqBIOSInt128 0",
       "GetObject(zqqBDataIn) 0",
-      "SpawnInstance(zqqBDataIn)",
-      "Put(Sign) 8209 53454355",
-      "Put(Command) 3 1",
-      "Put(CommandType) 3 69",
-      "Put(Size) 3 2",
-      "Put(zqqBData) 8209 0A01",
-      "SpawnInstance(__PARAMETERS)",
-      "Put(InData) 13",
+      "SpawnInstance(zqqBDataIn) 0",
+      "Put(Sign) 8209 53454355 0 0",
+      "Put(Command) 3 1 0 0",
+      "Put(CommandType) 3 69 0 0",
+      "Put(Size) 3 2 0 0",
+      "Put(zqqBData) 8209 0A01 0 0",
+      "SpawnInstance(__PARAMETERS) 0",
+      "Put(InData) 13 0 0",
       "CreateInstanceEnum ZqqBIntM 48",
       "Next(ZqqBIntM) 2000 1",
-      "Get(__PATH)",
+      "Get(__PATH) 0",
       "ExecMethod \\\\NOTEBOOK\\root\\wmi:ZqqBIntM.InstanceName=\"ACPI\\\\PNP0C14\\\\ZQ_0\"|"
       "zqqBIOSInt128 0",
-      "Get(OutData)",
+      "Get(OutData) 0",
       "QueryInterface(OutData)",
-      "Get(rwReturnCode)",
-      "Get(Data)",
+      "Get(rwReturnCode) 0",
+      "Get(Data) 0",
   };
   EXPECT_EQ(firmware.script().Trace(), calls);
   EXPECT_TRUE(log.Records().empty());
@@ -119,14 +117,13 @@ TEST_F(BiosInput, EachObjectIsReleasedWhereItIsDone) {
 }
 
 TEST_F(BiosInput, TextsAndArraysAreGivenBack) {
-  AutomationLedger ledger;
   EXPECT_EQ(Run(2, 128), S_OK);
   EXPECT_EQ(ledger.Outstanding(), 0U);
 }
 
 TEST_F(BiosInput, ArrayThatCannotBeMadeEndsTheCommandWithOneWarning) {
   for (const int vector : {1, 2}) {
-    AutomationLedger ledger;
+    ledger.vectorCalls = 0;
     ledger.refusedVector = vector;
     log.Clear();
     EXPECT_EQ(Run(2, 128), E_FAIL) << vector;
@@ -137,7 +134,6 @@ TEST_F(BiosInput, ArrayThatCannotBeMadeEndsTheCommandWithOneWarning) {
 }
 
 TEST_F(BiosInput, ByteThatCannotBePutEndsTheCommandWithOneWarning) {
-  AutomationLedger ledger;
   ledger.putElementResult = Result(0x8007000E);
   EXPECT_EQ(Run(2, 128), Result(0x8007000E));
   EXPECT_EQ(log.Records(),

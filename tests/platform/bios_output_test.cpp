@@ -3,14 +3,12 @@
 #include <algorithm>
 #include <array>
 
-#include "automation_ledger.h"
 #include "platform/wmi/zq_bios_wmi.h"
 #include "platform_calls.h"
 #include "variants.h"
 
 using namespace Zq::Gantry::Server::Shared::WMI;
 using namespace Standin::Firmware;
-using TestSupport::AutomationLedger;
 using TestSupport::LogRecord;
 using TestSupport::Result;
 
@@ -34,7 +32,6 @@ class BiosOutput : public TestSupport::WmiTest {
     });
   }
   void ExpectUnwritten(const std::wstring& message) {
-    AutomationLedger ledger;
     EXPECT_EQ(Run(), S_OK);
     EXPECT_EQ(output, (Output{0xEE, 0xEE, 0xEE, 0xEE, 0xEE, 0xEE}));
     EXPECT_EQ(log.Records(),
@@ -106,7 +103,6 @@ TEST_F(BiosOutput, ArrayOfTwoDimensionsIsInvalid) {
 }
 
 TEST_F(BiosOutput, AnswerThatLeavesThePreparedArrayIsZeros) {
-  AutomationLedger ledger;
   firmware.script().Fail(kData, S_OK);
   EXPECT_EQ(Run(), S_OK);
   EXPECT_EQ(output, (Output{0, 0, 0, 0, 0xEE, 0xEE}));
@@ -128,7 +124,6 @@ TEST_F(BiosOutput, LowerBoundBelowZeroWritesNothing) {
 
 TEST_F(BiosOutput, ElementThatFailsKeepsItsByteAndTheCopyGoesOn) {
   AnswerBytes(0, 4);
-  AutomationLedger ledger;
   ledger.getElementResult = Result(0x8007000E);
   ledger.refusedIndex = 1;
   EXPECT_EQ(Run(), S_OK);
@@ -137,7 +132,6 @@ TEST_F(BiosOutput, ElementThatFailsKeepsItsByteAndTheCopyGoesOn) {
 }
 
 TEST_F(BiosOutput, PreparedArrayThatCannotBeMadeEndsTheCommand) {
-  AutomationLedger ledger;
   ledger.refusedVector = 3;  // After those of the signature and of the input.
   EXPECT_EQ(Run(), E_FAIL);
   EXPECT_EQ(log.Records(),

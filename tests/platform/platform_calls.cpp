@@ -1,46 +1,98 @@
 #include "platform_calls.h"
 
+#include <wbemidl.h>
+
 #include <sstream>
 
 namespace TestSupport {
 
 namespace {
 
-PlayedCom* current = nullptr;
+FakeCom* current = nullptr;
+
+const char* Presence(const void* value) { return value == nullptr ? "null" : "something"; }
+
+std::string NameOf(const IID& id) {
+  if (id == CLSID_WbemLocator) return "WbemLocator";
+  return id == IID_IWbemLocator ? "IWbemLocator" : "something else";
+}
 
 }  // namespace
 
-PlayedCom::PlayedCom()
-    : initialize_("CoInitializeEx", &PlayedCom::Initialize),
-      uninitialize_("CoUninitialize", &PlayedCom::Uninitialize),
-      security_("CoInitializeSecurity", &PlayedCom::InitializeSecurity) {
+FakeCom::FakeCom(CallRecord& record)
+    : record_(record),
+      initialize_("CoInitializeEx", &FakeCom::Initialize),
+      uninitialize_("CoUninitialize", &FakeCom::Uninitialize),
+      security_("CoInitializeSecurity", &FakeCom::InitializeSecurity),
+      create_("CoCreateInstance", &FakeCom::CreateInstance),
+      blanket_("CoSetProxyBlanket", &FakeCom::SetBlanket) {
   current = this;
 }
 
-PlayedCom::~PlayedCom() { current = nullptr; }
+FakeCom::~FakeCom() { current = nullptr; }
 
-HRESULT WINAPI PlayedCom::Initialize(void*, DWORD model) {
+HRESULT WINAPI FakeCom::Initialize(void* reserved, DWORD model) {
   ++current->initialized;
-  current->models.push_back(model);
+  current->record_.Add(std::string("CoInitializeEx ") + Presence(reserved) + " " +
+                       std::to_string(model));
   return current->initializeResult;
 }
 
-void WINAPI PlayedCom::Uninitialize() {
+void WINAPI FakeCom::Uninitialize() {
   ++current->uninitialized;
+  current->record_.Add("CoUninitialize");
   current->liveWhenLeft.push_back(Standin::Firmware::LiveObjects());
 }
 
-HRESULT WINAPI PlayedCom::InitializeSecurity(PSECURITY_DESCRIPTOR descriptor, LONG services,
-                                             SOLE_AUTHENTICATION_SERVICE* list, void* reserved1,
-                                             DWORD level, DWORD impersonation, void* authList,
-                                             DWORD capabilities, void* reserved3) {
+HRESULT WINAPI FakeCom::InitializeSecurity(PSECURITY_DESCRIPTOR descriptor, LONG services,
+                                           SOLE_AUTHENTICATION_SERVICE* list, void* reserved1,
+                                           DWORD level, DWORD impersonation, void* authList,
+                                           DWORD capabilities, void* reserved3) {
   std::ostringstream call;
-  const auto pointer = [](const void* value) { return value == nullptr ? "null" : "something"; };
-  call << pointer(descriptor) << ' ' << services << ' ' << pointer(list) << ' '
-       << pointer(reserved1) << ' ' << level << ' ' << impersonation << ' ' << pointer(authList)
-       << ' ' << capabilities << ' ' << pointer(reserved3);
-  current->securityCalls.push_back(call.str());
+  call << "CoInitializeSecurity " << Presence(descriptor) << ' ' << services << ' '
+       << Presence(list) << ' ' << Presence(reserved1) << ' ' << level << ' ' << impersonation
+       << ' ' << Presence(authList) << ' ' << capabilities << ' ' << Presence(reserved3);
+  current->record_.Add(call.str());
   return current->securityResult;
 }
+
+HRESULT WINAPI FakeCom::CreateInstance(REFCLSID classId, IUnknown* outer, DWORD context, REFIID iid,
+                                       void** object) {
+  current->record_.Add("CoCreateInstance " + NameOf(classId) + " " + Presence(outer) + " " +
+                       std::to_string(context) + " " + NameOf(iid));
+  return current->create_.Original<decltype(CoCreateInstance)>()(classId, outer, context, iid,
+                                                                 object);
+}
+
+HRESULT WINAPI FakeCom::SetBlanket(IUnknown* proxy, DWORD authentication, DWORD authorisation,
+                                   OLECHAR* principal, DWORD level, DWORD impersonation,
+                                   RPC_AUTH_IDENTITY_HANDLE identity, DWORD capabilities) {
+  std::ostringstream call;
+  call << "CoSetProxyBlanket " << authentication << ' ' << authorisation << ' '
+       << Presence(principal) << ' ' << level << ' ' << impersonation << ' ' << Presence(identity)
+       << ' ' << capabilities;
+  current->record_.Add(call.str());
+  return current->blanket_.Original<decltype(CoSetProxyBlanket)>()(
+      proxy, authentication, authorisation, principal, level, impersonation, identity,
+      capabilities);
+}
+
+std::vector<std::string> ConnectionCalls(const std::string& wmiNamespace) {
+  return {
+      "CoInitializeEx null 0",
+      "CoInitializeSecurity null -1 null null 0 3 null 0 null",
+      "CoCreateInstance WbemLocator null 1 IWbemLocator",
+      "CreateInstance",
+      "ConnectServer(" + wmiNamespace + ")",
+      "CoSetProxyBlanket 10 0 null 3 3 null 0",
+      "SetBlanket 10,0,3,3,0",
+  };
+}
+
+WmiTest::WmiTest() {
+  firmware.script().Listen([this](const std::string& call) { record.Add(call); });
+}
+
+WmiTest::~WmiTest() { firmware.script().Listen({}); }
 
 }  // namespace TestSupport

@@ -6,7 +6,7 @@
 
 using namespace Zq::Gantry::Server::Shared::WMI;
 using namespace Standin::Firmware;
-using TestSupport::PlayedCom;
+using TestSupport::FakeCom;
 
 namespace {
 
@@ -15,7 +15,7 @@ class PlatformProbes : public TestSupport::WmiTest {
   void ExpectFlag(const std::string& words, bool flag, std::size_t commands) {
     Play(words);
     firmware.machine().Reset();
-    PlayedCom com;
+    FakeCom com(record);
     EXPECT_EQ(ReadBiosPlatformFlag(), flag) << words;
     EXPECT_EQ(firmware.machine().Received().size(), commands) << words;
     EXPECT_EQ(com.initialized, 1) << words;

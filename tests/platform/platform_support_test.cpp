@@ -8,7 +8,6 @@
 #include <thread>
 #include <vector>
 
-#include "automation_ledger.h"
 #include "collection/wattleaf_helper.h"
 #include "platform_calls.h"
 #include "service/wattleaf_service.h"
@@ -113,11 +112,9 @@ TEST_F(PlatformSupport, NobodySeesAHalfMadeDecision) {
 }
 
 TEST_F(PlatformSupport, LackOfMemoryPassesThroughAndLeavesTheStateUndecided) {
-  {
-    TestSupport::AutomationLedger ledger;
-    ledger.refusedText = L"WQL";
-    EXPECT_THROW(static_cast<void>(helper.IsPlatformSupported()), _com_error);
-  }
+  ledger.refusedText = L"WQL";
+  EXPECT_THROW(static_cast<void>(helper.IsPlatformSupported()), _com_error);
+  ledger.refusedText.clear();
   EXPECT_EQ(helper.PlatformSupportState, -2);
   EXPECT_EQ(helper.IsPlatformSupported(), 1);
 }

@@ -6,8 +6,8 @@
 
 using namespace Zq::Gantry::Server::Shared::WMI;
 using namespace Standin::Firmware;
+using TestSupport::FakeCom;
 using TestSupport::LogRecord;
-using TestSupport::PlayedCom;
 using TestSupport::Result;
 
 namespace {
@@ -23,12 +23,16 @@ class PublicWmiFailures : public TestSupport::WmiTest {
 
   /// One failing call: status, the one warning, nothing stored, and COM left again.
   void ExpectFailure(std::uint32_t status, const LogRecord& warning) {
-    PlayedCom com;
+    FakeCom com(record);
     EXPECT_EQ(PublicWmi().GetPropertyValue(document), status);
     EXPECT_EQ(log.Records(), std::vector<LogRecord>{warning});
     EXPECT_FALSE(document.HasMember(L"result"));
     EXPECT_EQ(com.initialized, 1);
-    EXPECT_EQ(com.liveWhenLeft, std::vector<int>{0}) << "left once, behind the last release";
+    const std::vector<std::string> lines = record.Lines();
+    ASSERT_GE(lines.size(), 2U);
+    EXPECT_EQ(lines[lines.size() - 2], TestSupport::LogLine(warning));
+    EXPECT_EQ(lines.back(), "CoUninitialize");
+    EXPECT_EQ(com.liveWhenLeft, std::vector<int>{0}) << "left once, after the last release";
   }
 
   WideDocument document;
@@ -137,7 +141,7 @@ TEST_F(PublicWmiFailures, GetAfterAStoredValueKeepsItsStatusWithoutAMember) {
 }
 
 TEST_F(PublicWmiFailures, ComThatCannotBeJoinedIsLoggedAndLeftAllTheSame) {
-  PlayedCom com;
+  FakeCom com(record);
   com.initializeResult = RPC_E_CHANGED_MODE;
   EXPECT_EQ(PublicWmi().GetPropertyValue(document), 0U);
   EXPECT_EQ(log.Records(),
@@ -148,14 +152,14 @@ TEST_F(PublicWmiFailures, ComThatCannotBeJoinedIsLoggedAndLeftAllTheSame) {
 }
 
 TEST_F(PublicWmiFailures, SecurityThatIsSetAlreadyIsNoWord) {
-  PlayedCom com;
+  FakeCom com(record);
   com.securityResult = RPC_E_TOO_LATE;
   EXPECT_EQ(PublicWmi().GetPropertyValue(document), 0U);
   EXPECT_TRUE(log.Records().empty());
 }
 
 TEST_F(PublicWmiFailures, SecurityThatFailsIsLoggedAndTheReadGoesOn) {
-  PlayedCom com;
+  FakeCom com(record);
   com.securityResult = Result(0x80070005);
   EXPECT_EQ(PublicWmi().GetPropertyValue(document), 0U);
   EXPECT_EQ(log.Records(),

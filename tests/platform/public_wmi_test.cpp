@@ -7,8 +7,8 @@
 
 using namespace Zq::Gantry::Server::Shared::WMI;
 using namespace Standin::Firmware;
+using TestSupport::FakeCom;
 using TestSupport::LogRecord;
-using TestSupport::PlayedCom;
 using TestSupport::Result;
 
 namespace {
@@ -36,7 +36,7 @@ TEST_F(PublicWmiTest, ReadsThePropertyWithExactlyTheseCalls) {
       "SetBlanket 10,0,3,3,0",
       "ExecQuery WQL|SELECT * FROM Win32_ComputerSystem|48",
       "Next(Win32_ComputerSystem) -1 1",
-      "Get(OEMStringArray)",
+      "Get(OEMStringArray) 0",
       "Next(Win32_ComputerSystem) -1 1",
   };
   EXPECT_EQ(firmware.script().Trace(), calls);
@@ -169,10 +169,23 @@ TEST_F(PublicWmiTest, EachObjectIsReleasedWhereItIsDone) {
   EXPECT_EQ(firmware.script().Count(kNext), 2);
 }
 
-TEST_F(PublicWmiTest, JoinsAndLeavesTheMultithreadedApartmentOnce) {
-  PlayedCom com;
+TEST_F(PublicWmiTest, JoinsTheApartmentSetsSecurityAndOnlyThenMakesTheLocator) {
+  FakeCom com(record);
   EXPECT_EQ(Read(), 0U);
-  EXPECT_EQ(com.models, std::vector<DWORD>{0});
-  EXPECT_EQ(com.liveWhenLeft, std::vector<int>{0}) << "left once, behind the last release";
-  EXPECT_EQ(com.securityCalls, std::vector<std::string>{"null -1 null null 0 3 null 0 null"});
+  std::vector<std::string> calls = TestSupport::ConnectionCalls("ROOT\\CIMV2");
+  calls.insert(calls.end(), {
+                                "ExecQuery WQL|SELECT * FROM Win32_ComputerSystem|48",
+                                "Next(Win32_ComputerSystem) -1 1",
+                                "Get(OEMStringArray) 0",
+                                "Next(Win32_ComputerSystem) -1 1",
+                                "CoUninitialize",
+                            });
+  EXPECT_EQ(record.Lines(), calls);
+}
+
+TEST_F(PublicWmiTest, LeavesTheApartmentOnceAfterTheLastRelease) {
+  FakeCom com(record);
+  EXPECT_EQ(Read(), 0U);
+  EXPECT_EQ(com.initialized, 1);
+  EXPECT_EQ(com.liveWhenLeft, std::vector<int>{0});
 }

@@ -5,15 +5,13 @@
 
 #include <array>
 
-#include "automation_ledger.h"
 #include "platform/wmi/public_wmi.h"
 #include "platform/wmi/zq_bios_wmi.h"
 #include "platform_calls.h"
 
 using namespace Zq::Gantry::Server::Shared::WMI;
 using namespace Standin::Firmware;
-using TestSupport::AutomationLedger;
-using TestSupport::PlayedCom;
+using TestSupport::FakeCom;
 
 namespace {
 
@@ -22,7 +20,6 @@ class WmiOutOfMemory : public TestSupport::WmiTest {
   /// The result that `call` raises for lack of this text; S_OK if it raises none.
   template <typename Call>
   HRESULT RaisedWithout(const wchar_t* text, Call call) {
-    AutomationLedger ledger;
     ledger.refusedText = text;
     HRESULT raised = S_OK;
     try {
@@ -30,6 +27,7 @@ class WmiOutOfMemory : public TestSupport::WmiTest {
     } catch (const _com_error& error) {
       raised = error.Error();
     }
+    ledger.refusedText.clear();
     EXPECT_EQ(ledger.Outstanding(), 0U);
     return raised;
   }
@@ -39,7 +37,7 @@ class WmiOutOfMemory : public TestSupport::WmiTest {
 
 TEST_F(WmiOutOfMemory, TextOfTheReadThatCannotBeAllocatedIsRaised) {
   for (const wchar_t* text : {L"ROOT\\CIMV2", L"WQL", L"SELECT * FROM Win32_ComputerSystem"}) {
-    PlayedCom com;
+    FakeCom com(record);
     const HRESULT raised = RaisedWithout(text, [] {
       WideDocument document;
       document.SetObject();
@@ -55,7 +53,7 @@ TEST_F(WmiOutOfMemory, TextOfTheReadThatCannotBeAllocatedIsRaised) {
 TEST_F(WmiOutOfMemory, TextOfACommandThatCannotBeAllocatedIsRaised) {
   for (const wchar_t* text :
        {L"\\\\.\\root\\wmi", L"zqqBIOSInt0", L"zqqBIntM", L"zqqBDataIn", L"ZqqBIntM"}) {
-    PlayedCom com;
+    FakeCom com(record);
     const HRESULT raised = RaisedWithout(text, [] {
       const std::array<std::uint8_t, 2> item{0x0A, 0x01};
       std::uint32_t returnCode = 0;

@@ -11,6 +11,7 @@
 
 #include "import_patch.h"
 #include "script.h"
+#include "support/runtime_text_ledger.h"
 #include "support/temp_folder.h"
 
 namespace TestSupport {
@@ -45,11 +46,12 @@ class PlayedPackages {
   Standin::ImportPatch leave_;
 };
 
-/// Checks that no object of the package manager outlives a test.
+/// Checks that no object and no text of the package manager outlives a test.
 class PackagesTest : public testing::Test {
  protected:
   void TearDown() override;
 
+  const RuntimeTextLedger texts;
   PlayedPackages packages;
 };
 

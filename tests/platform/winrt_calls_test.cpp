@@ -11,6 +11,7 @@
 #include "platform/winrt/activation.h"
 #include "platform/winrt/apartment.h"
 #include "platform/winrt/hstring.h"
+#include "support/runtime_text_ledger.h"
 
 using namespace Zq::Gantry::Platform;
 using namespace Zq::Gantry::Platform::WinRt;
@@ -34,6 +35,12 @@ HRESULT WINAPI NoObject(HSTRING, IInspectable** object) {
   return S_OK;
 }
 
+/// No text outlives a test.
+class RuntimeText : public testing::Test {
+ private:
+  const TestSupport::RuntimeTextLedger texts_;
+};
+
 /// What the call raises; S_OK for nothing.
 template <typename Call>
 HRESULT Raised(Call call) {
@@ -47,16 +54,16 @@ HRESULT Raised(Call call) {
 
 }  // namespace
 
-TEST(RuntimeText, GoesThereAndBackWithEmbeddedZeros) {
+TEST_F(RuntimeText, GoesThereAndBackWithEmbeddedZeros) {
   EXPECT_EQ(TextOf(MakeHString(L"a\0\u0142"s).get()), L"a\0\u0142"s);
 }
 
-TEST(RuntimeText, NullIsTheEmptyText) {
+TEST_F(RuntimeText, NullIsTheEmptyText) {
   EXPECT_EQ(TextOf(nullptr), L"");
   EXPECT_EQ(MakeHString(L"").get(), nullptr);
 }
 
-TEST(RuntimeText, IsDeletedOnceAndKeepsTheLastError) {
+TEST_F(RuntimeText, IsDeletedOnceAndKeepsTheLastError) {
   const Standin::ImportPatch patch("WindowsDeleteString", &CountDeletion);
   realDelete = patch.Original<HRESULT WINAPI(HSTRING)>();
   deletedTexts = 0;
@@ -70,7 +77,7 @@ TEST(RuntimeText, IsDeletedOnceAndKeepsTheLastError) {
   EXPECT_EQ(deletedTexts, 1);
 }
 
-TEST(RuntimeText, ThatCannotBeMadeIsRaised) {
+TEST_F(RuntimeText, ThatCannotBeMadeIsRaised) {
   const Standin::ImportPatch patch("WindowsCreateString", &NoText);
   EXPECT_EQ(Raised([] { MakeHString(L"text"); }), E_OUTOFMEMORY);
 }

@@ -18,6 +18,7 @@
 #include "security/access/played_rules.h"
 #include "security/played_path_calls.h"
 #include "support/log_capture.h"
+#include "support/runtime_text_ledger.h"
 
 namespace Zq::Gantry::Security {
 namespace {
@@ -31,7 +32,8 @@ constexpr const wchar_t* kListKinds[] = {L"contained_in_list", L"begins_with_fro
 constexpr const wchar_t* kTextKinds[] = {L"regex", L"contained_in_list", L"begins_with_from_list",
                                          L"begins_with_from_list_with_env_vars"};
 
-/// One judge's rule and value, played. No object outlives a test, and no judge writes a line.
+/// One judge's rule and value, faked. No object and no text outlives a test, and no judge writes a
+/// line.
 class RulesTest : public testing::Test {
  protected:
   template <typename Value>
@@ -52,6 +54,7 @@ class RulesTest : public testing::Test {
     }
   }
 
+  const RuntimeTextLedger texts;
   LogCapture log;
   PlayedRpcQuery noClient;
   RuleCalls calls;

@@ -14,6 +14,7 @@
 #include "import_patch.h"
 #include "runtime_object.h"
 #include "security/access/unused_operations.h"
+#include "support/runtime_text_ledger.h"
 
 namespace Zq::Gantry::Security {
 namespace {
@@ -79,6 +80,7 @@ class SharedDocument : public testing::Test {
   SharedDocument() { script = &played; }
   void TearDown() override { EXPECT_EQ(LiveObjects(), 0); }
 
+  const RuntimeTextLedger texts;
   Script played;
   Standin::ImportPatch factory{"RoGetActivationFactory", &GetFactory};
   Standin::ImportPatch keepAlive{"CoIncrementMTAUsage", &KeepAlive};

@@ -1,5 +1,7 @@
 #include "catalogue/gdiplus_calls.h"
 
+#include <gtest/gtest.h>
+
 namespace TestSupport {
 
 GdiplusCalls* GdiplusCalls::current_ = nullptr;
@@ -15,7 +17,11 @@ GdiplusCalls::GdiplusCalls()
   current_ = this;
 }
 
-GdiplusCalls::~GdiplusCalls() { current_ = nullptr; }
+GdiplusCalls::~GdiplusCalls() {
+  EXPECT_TRUE(images_.empty()) << "an image is never disposed";
+  EXPECT_TRUE(tokens_.empty()) << "GDI+ is never stopped";
+  current_ = nullptr;
+}
 
 Gdiplus::Status WINAPI GdiplusCalls::Start(ULONG_PTR* token,
                                            const Gdiplus::GdiplusStartupInput* input,
@@ -25,13 +31,21 @@ Gdiplus::Status WINAPI GdiplusCalls::Start(ULONG_PTR* token,
   calls.startedPlainly = input->DebugEventCallback == nullptr && !input->SuppressBackgroundThread &&
                          !input->SuppressExternalCodecs;
   if (calls.startStatus) return *calls.startStatus;
+  const auto status = calls.start_.Original<decltype(Start)>()(token, input, output);
+  if (status != Gdiplus::Ok) return status;
   ++calls.started;
-  return calls.start_.Original<decltype(Start)>()(token, input, output);
+  calls.record.Add("start");
+  calls.tokens_.insert(*token);
+  return status;
 }
 
 void WINAPI GdiplusCalls::Stop(ULONG_PTR token) {
   ++current_->stopped;
-  if (current_->disposed != current_->bitmaps) current_->stoppedUnderImages = true;
+  current_->record.Add("stop");
+  EXPECT_TRUE(current_->images_.empty()) << "GDI+ is stopped while an image is left";
+  const auto own = current_->tokens_.find(token);
+  ASSERT_NE(own, current_->tokens_.end()) << "GDI+ is stopped without having been started";
+  current_->tokens_.erase(own);
   current_->stop_.Original<decltype(Stop)>()(token);
 }
 
@@ -39,7 +53,11 @@ GdiplusCalls::Status WINAPI GdiplusCalls::CreateBitmap(HICON icon, Gdiplus::GpBi
   GdiplusCalls& calls = *current_;
   if (calls.bitmapStatus) return *calls.bitmapStatus;
   ++calls.bitmaps;
-  return calls.createBitmap_.Original<decltype(CreateBitmap)>()(icon, bitmap);
+  const Status status = calls.createBitmap_.Original<decltype(CreateBitmap)>()(icon, bitmap);
+  if (status != Gdiplus::Ok) return status;
+  calls.record.Add("bitmap");
+  calls.images_.insert(*bitmap);
+  return status;
 }
 
 GdiplusCalls::Status GdiplusCalls::RealEncodersSize(UINT* count, UINT* bytes) const {
@@ -67,6 +85,8 @@ GdiplusCalls::Status WINAPI GdiplusCalls::Save(Gdiplus::GpImage* image, const WC
                                                const Gdiplus::EncoderParameters* parameters) {
   GdiplusCalls& calls = *current_;
   ++calls.saves;
+  calls.record.Add("save");
+  EXPECT_EQ(calls.images_.count(image), 1U) << "the save of an image that is not there";
   calls.savePath = path;
   calls.saveCodec = *codec;
   calls.saveParameters = parameters;
@@ -76,6 +96,11 @@ GdiplusCalls::Status WINAPI GdiplusCalls::Save(Gdiplus::GpImage* image, const WC
 
 GdiplusCalls::Status WINAPI GdiplusCalls::Dispose(Gdiplus::GpImage* image) {
   ++current_->disposed;
+  current_->record.Add("dispose");
+  if (current_->images_.erase(image) == 0) {
+    ADD_FAILURE() << "an image is disposed that is not there";
+    return Gdiplus::InvalidParameter;
+  }
   return current_->dispose_.Original<decltype(Dispose)>()(image);
 }
 

@@ -2,16 +2,19 @@
 
 #include <functional>
 #include <optional>
+#include <set>
 #include <string>
-#include <vector>
 
 #include "import_patch.h"
 #include "platform/win32/gdiplus_flat.h"
+#include "support/call_record.h"
 
 namespace TestSupport {
 
-/// Counts and writes down the GDI+ calls of the program while it lives, and lets a test answer some
-/// of them; what a test leaves alone goes to the system. One at a time.
+/// Counts and records the GDI+ calls of the program while it lives, and lets a test answer some of
+/// them; what a test leaves alone goes to the system. The test fails where an image is disposed
+/// twice or after GDI+ was stopped, where GDI+ is stopped with another token than it was started
+/// with, and where it is still running or an image is left at the end. One at a time.
 class GdiplusCalls {
  public:
   using Status = Gdiplus::GpStatus;
@@ -27,11 +30,12 @@ class GdiplusCalls {
   std::function<Status(UINT count, UINT bytes, Gdiplus::ImageCodecInfo*)> onEncoders;
   std::optional<Status> saveStatus;
 
+  /// "start", "bitmap", "save", "dispose" and "stop", those that succeeded, in their order.
+  CallRecord record;
   int started = 0;  // with success
   int stopped = 0;
   int bitmaps = 0;  // made
   int disposed = 0;
-  bool stoppedUnderImages = false;
   int saves = 0;
   UINT32 startVersion = 0;
   bool startedPlainly = false;  // no debug callback, nothing suppressed
@@ -55,6 +59,8 @@ class GdiplusCalls {
   static Status WINAPI Dispose(Gdiplus::GpImage* image);
 
   static GdiplusCalls* current_;
+  std::multiset<ULONG_PTR> tokens_;
+  std::set<Gdiplus::GpImage*> images_;
   Standin::ImportPatch start_;
   Standin::ImportPatch stop_;
   Standin::ImportPatch createBitmap_;

@@ -29,7 +29,11 @@ constexpr char kDevice[] = "\\Device\\HarddiskVolume3";
 /// The call that finds an icon, played: it writes down what it gets, and gives a new icon or none.
 class PlayedExtraction {
  public:
-  explicit PlayedExtraction(bool hasIcon) : hasIcon_(hasIcon) { current_ = this; }
+  /// Adds "extract" and "destroy icon" to `record`, where there is one.
+  explicit PlayedExtraction(bool hasIcon, TestSupport::CallRecord* record = nullptr)
+      : hasIcon_(hasIcon), record_(record) {
+    current_ = this;
+  }
 
   int calls = 0;
   int destroyed = 0;
@@ -41,6 +45,7 @@ class PlayedExtraction {
  private:
   static HICON WINAPI Extract(HINSTANCE instance, char* path, WORD* index, WORD* id) {
     ++current_->calls;
+    current_->Record("extract");
     current_->buffer.assign(path, 260);
     current_->instance = instance;
     current_->index = *index;
@@ -52,11 +57,17 @@ class PlayedExtraction {
   }
   static BOOL WINAPI Destroy(HICON icon) {
     ++current_->destroyed;
+    current_->Record("destroy icon");
     return current_->destroy_.Original<decltype(Destroy)>()(icon);
+  }
+
+  void Record(const char* call) {
+    if (record_ != nullptr) record_->Add(call);
   }
 
   static inline PlayedExtraction* current_ = nullptr;
   const bool hasIcon_;
+  TestSupport::CallRecord* const record_;
   const ImportPatch extract_{"ExtractAssociatedIconExA", &Extract};
   const ImportPatch destroy_{"DestroyIcon", &Destroy};
 };
@@ -167,6 +178,16 @@ TEST(ExportAppIcon, SavesEachTimeAnewAndDestroysTheIcon) {
   ExportAppIcon("x", Narrow(folder.Path()), "A", kDevice);
   EXPECT_EQ(TestSupport::ReadPng(folder.File(L"A.png")).width, 32u);
   EXPECT_EQ(extraction.destroyed, 1);
+}
+
+TEST(ExportAppIcon, DestroysTheIconOnlyAfterItsImageAndTheLibraryAreDone) {
+  const TempFolder folder;
+  GdiplusCalls gdiplus;
+  const PlayedExtraction extraction(true, &gdiplus.record);
+  ExportAppIcon("x", Narrow(folder.Path()), "A", kDevice);
+  const std::vector<std::string> calls = {"extract", "start", "bitmap",      "save",
+                                          "dispose", "stop",  "destroy icon"};
+  EXPECT_EQ(gdiplus.record.Lines(), calls);
 }
 
 TEST(ExportAppIcon, GivesThePathEvenWhereTheSaveFails) {

@@ -26,7 +26,6 @@ class SaveIconAsPngFailures : public testing::Test {
   void ExpectAllReleased() {
     EXPECT_EQ(calls_.stopped, calls_.started);
     EXPECT_EQ(calls_.disposed, calls_.bitmaps);
-    EXPECT_FALSE(calls_.stoppedUnderImages);
   }
 
   void ExpectSavedWithoutCodec() {

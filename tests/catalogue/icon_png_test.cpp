@@ -5,6 +5,7 @@
 #include <array>
 #include <future>
 #include <string>
+#include <vector>
 
 #include "catalogue/gdiplus_calls.h"
 #include "catalogue/png_file.h"
@@ -65,9 +66,9 @@ TEST(SaveIconAsPng, StartsAndStopsTheLibraryForEachIcon) {
   EXPECT_EQ(calls.stopped, 2);
   EXPECT_EQ(calls.startVersion, 1u);
   EXPECT_TRUE(calls.startedPlainly);
-  EXPECT_EQ(calls.bitmaps, 2);
-  EXPECT_EQ(calls.disposed, 2);
-  EXPECT_FALSE(calls.stoppedUnderImages);
+  const std::vector<std::string> order = {"start", "bitmap", "save", "dispose", "stop",
+                                          "start", "bitmap", "save", "dispose", "stop"};
+  EXPECT_EQ(calls.record.Lines(), order);
 }
 
 TEST(SaveIconAsPng, SavesThroughThePngCodecWithoutParameters) {

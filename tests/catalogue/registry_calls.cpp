@@ -1,5 +1,7 @@
 #include "catalogue/registry_calls.h"
 
+#include <gtest/gtest.h>
+
 namespace TestSupport {
 
 RegistryCalls* RegistryCalls::current_ = nullptr;
@@ -12,7 +14,14 @@ RegistryCalls::RegistryCalls()
   current_ = this;
 }
 
-RegistryCalls::~RegistryCalls() { current_ = nullptr; }
+RegistryCalls::~RegistryCalls() {
+  EXPECT_TRUE(openKeys_.empty()) << "a key is never closed";
+  current_ = nullptr;
+}
+
+void RegistryCalls::ExpectOpen(HKEY key, const char* call) {
+  EXPECT_TRUE(current_->openKeys_.contains(key)) << call << " of a key that is not open";
+}
 
 LSTATUS WINAPI RegistryCalls::Open(HKEY parent, const wchar_t* path, DWORD options, REGSAM access,
                                    HKEY* key) {
@@ -23,7 +32,7 @@ LSTATUS WINAPI RegistryCalls::Open(HKEY parent, const wchar_t* path, DWORD optio
   // What a failing call leaves there is no key, and is not to be closed.
   if (status) *key = HKEY_PERFORMANCE_DATA;
   if (!status) status = calls.open_.Original<decltype(Open)>()(parent, path, options, access, key);
-  if (*status == ERROR_SUCCESS) ++calls.openKeys;
+  if (*status == ERROR_SUCCESS) calls.openKeys_.insert(*key);
   return *status;
 }
 
@@ -31,6 +40,7 @@ LSTATUS WINAPI RegistryCalls::Enumerate(HKEY key, DWORD index, wchar_t* name, DW
                                         DWORD* reserved, wchar_t* className, DWORD* classChars,
                                         FILETIME* written) {
   RegistryCalls& calls = *current_;
+  ExpectOpen(key, "RegEnumKeyExW");
   const DWORD passed = *nameChars;
   std::optional<LSTATUS> status;
   if (calls.onEnumerate) status = calls.onEnumerate(index, name, nameChars);
@@ -44,12 +54,16 @@ LSTATUS WINAPI RegistryCalls::Enumerate(HKEY key, DWORD index, wchar_t* name, DW
 
 LSTATUS WINAPI RegistryCalls::Query(HKEY key, const wchar_t* value, DWORD* reserved, DWORD* type,
                                     BYTE* data, DWORD* bytes) {
+  ExpectOpen(key, "RegQueryValueExW");
   current_->queried.push_back({value, *bytes});
   return current_->query_.Original<decltype(Query)>()(key, value, reserved, type, data, bytes);
 }
 
 LSTATUS WINAPI RegistryCalls::Close(HKEY key) {
-  --current_->openKeys;
+  ExpectOpen(key, "RegCloseKey");
+  const auto open = current_->openKeys_.find(key);
+  if (open == current_->openKeys_.end()) return ERROR_INVALID_HANDLE;
+  current_->openKeys_.erase(open);
   return current_->close_.Original<decltype(Close)>()(key);
 }
 

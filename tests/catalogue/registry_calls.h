@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -11,8 +12,9 @@
 
 namespace TestSupport {
 
-/// Writes down the registry calls of the program while it lives, and lets a test answer some of
-/// them; what a test leaves alone goes to the system. One at a time.
+/// Records the registry calls of the program while it lives, and lets a test answer some of them;
+/// what a test leaves alone goes to the system. The test fails where a key is closed or used that
+/// is not open, and where one is left open at the end. One at a time.
 class RegistryCalls {
  public:
   struct Opened {
@@ -43,7 +45,6 @@ class RegistryCalls {
   std::vector<Opened> opened;
   std::vector<Enumerated> enumerated;
   std::vector<Queried> queried;
-  int openKeys = 0;
 
  private:
   static LSTATUS WINAPI Open(HKEY parent, const wchar_t* path, DWORD options, REGSAM access,
@@ -55,7 +56,10 @@ class RegistryCalls {
                               BYTE* data, DWORD* bytes);
   static LSTATUS WINAPI Close(HKEY key);
 
+  static void ExpectOpen(HKEY key, const char* call);
+
   static RegistryCalls* current_;
+  std::multiset<HKEY> openKeys_;
   Standin::ImportPatch open_;
   Standin::ImportPatch enumerate_;
   Standin::ImportPatch query_;

@@ -187,6 +187,18 @@ TEST_F(CallerIdentity, AClientThatIsNoPackageHasNoName) {
                                          "ask length of 1111", "close 1111", "revert"));
 }
 
+TEST_F(CallerIdentity, NoOtherStatusOfTheFirstNameQueryIsTakenForASmallBuffer) {
+  // Next to 122 in number (121, 123) or in meaning (24, 111, 234).
+  for (const LONG status : {LONG{1}, LONG{24}, LONG{111}, LONG{121}, LONG{123}, LONG{234}}) {
+    played_.lengthStatus = status;
+    played_.Forget();
+    log_.Clear();
+    EXPECT_EQ(Ask(), L"");
+    ExpectFailure(L"GetPackageFamilyName failed", std::to_wstring(status));
+    EXPECT_EQ(played_.lengths.size(), 1U) << status;
+  }
+}
+
 TEST_F(CallerIdentity, ANegativeStatusIsWrittenWithItsSign) {
   played_.lengthStatus = kNegative;
   EXPECT_EQ(Ask(), L"");

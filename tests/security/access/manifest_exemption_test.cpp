@@ -143,6 +143,15 @@ TEST(Win32Exemption, FoldsTheNameAndLeavesItFolded) {
   EXPECT_EQ(client->Id, L"LatchWardenUWP");
 }
 
+TEST(Win32Exemption, FoldsTheNameOnlyAndNoOtherText) {
+  const auto client = std::make_shared<Win32Information>(L"LatchWardenUWP", L"Some Detail", 8, 9);
+  client->Id = L"Some Id";
+  ProgramCheck check(Win32WithNoZQManifestExemptionWhiteList::GetExemption(), client);
+  EXPECT_TRUE(check.IsAnException());
+  EXPECT_EQ(client->Detail, L"Some Detail");
+  EXPECT_EQ(client->Id, L"Some Id");
+}
+
 TEST(Win32Exemption, FoldsTheNameForGoodEvenWithAnEmptyList) {
   const auto client = std::make_shared<Win32Information>(L"SomeName", 1, 0);
   EXPECT_FALSE(ProgramCheck(std::make_shared<ProgramRows>(), client).IsAnException());

@@ -39,7 +39,7 @@ VersionBlock ReadVersionBlock(const std::string& path) {
 std::size_t WithinBlock(const VersionBlock& block, const void* value, std::size_t length) {
   const auto start = reinterpret_cast<std::uintptr_t>(block.data());
   const auto offset = reinterpret_cast<std::uintptr_t>(value) - start;
-  return offset < block.size() ? std::min(length, block.size() - offset) : length;
+  return offset <= block.size() ? std::min(length, block.size() - offset) : length;
 }
 
 /// The value behind a key of the resource, with as many units as the call tells, for data bytes and

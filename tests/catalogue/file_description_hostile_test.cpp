@@ -164,6 +164,14 @@ TEST(GetFileDescriptionOf, LengthsBeyondTheResourceEndWithIt) {
   EXPECT_EQ(version.asked, (std::vector<std::string>{kList, kGerman, kEnglish}));
 }
 
+TEST(GetFileDescriptionOf, AValueThatBeginsWhereTheResourceEndsIsPassedOver) {
+  PlayedVersion version;
+  version.Add(kList, kEnglishEntry + kGermanEntry);
+  version.AddAtTheBlocksEnd(kEnglish, "", 5);
+  version.Add(kGerman, std::string("Wiese\0", 6));
+  EXPECT_EQ(GetFileDescription("x"), "Wiese");
+}
+
 TEST(GetFileDescriptionOf, ValuesWithoutAPlaceCountAsMissing) {
   PlayedVersion version;
   version.AddNull(kList, 4);

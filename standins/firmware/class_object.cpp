@@ -38,6 +38,8 @@ void CopyVariant(VARIANT* target, const VARIANT& source) {
 
 }  // namespace
 
+ClassObject::~ClassObject() { TheScript().End(Narrow(className_.c_str())); }
+
 STDMETHODIMP ClassObject::QueryInterface(REFIID iid, void** object) {
   *object = nullptr;
   const bool named = iid == IID_IWbemClassObject;

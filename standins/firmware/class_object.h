@@ -36,7 +36,7 @@ class ClassObject final : public LiveObject<UnusedClassObject> {
   VARIANT Find(const std::wstring& name) const;
 
  private:
-  ~ClassObject() override = default;
+  ~ClassObject() override;
 
   std::wstring className_;
   std::string queryCall_;

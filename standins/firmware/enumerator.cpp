@@ -4,6 +4,8 @@
 
 namespace Standin::Firmware {
 
+Enumerator::~Enumerator() { TheScript().End("enumerator"); }
+
 STDMETHODIMP Enumerator::QueryInterface(REFIID iid, void** object) {
   *object = nullptr;
   if (iid != IID_IUnknown && iid != IID_IEnumWbemClassObject) return E_NOINTERFACE;

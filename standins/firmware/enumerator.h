@@ -24,6 +24,8 @@ class Enumerator final : public LiveObject<UnusedEnumerator> {
                     ULONG* returned) override;
 
  private:
+  ~Enumerator() override;
+
   std::string className_;
   std::vector<Object> objects_;
   std::size_t next_ = 0;

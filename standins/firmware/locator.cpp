@@ -37,6 +37,9 @@ class Locator final : public LiveObject<IWbemLocator> {
     *services = new Services;
     return S_OK;
   }
+
+ private:
+  ~Locator() override { TheScript().End("locator"); }
 };
 
 class Factory final : public IClassFactory {

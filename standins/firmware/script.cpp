@@ -95,6 +95,15 @@ std::optional<HRESULT> Script::Enter(const std::string& call, const std::string&
   return result;
 }
 
+void Script::End(const std::string& name) {
+  std::function<void(const std::string&)> listener;
+  {
+    const std::lock_guard guard(lock_);
+    listener = listener_;
+  }
+  if (listener) listener("end of " + name);
+}
+
 VariantMaker Script::FindAnswer(const std::string& call) const {
   const std::lock_guard guard(lock_);
   const auto count = counts_.find(call);

@@ -37,8 +37,9 @@ class Script {
   void Fail(const std::string& call, HRESULT result, int occurrence = kAlways);
   /// A call of the Get family gives this value; `make` gets an initialised variant.
   void Answer(const std::string& call, VariantMaker make, int occurrence = kAlways);
-  /// Gets each call as it stands in the trace, on the caller's thread, also after a Reset; an empty
-  /// function ends that.
+  /// Gets each call as it stands in the trace and, as "end of NAME", each object whose last
+  /// reference was released; on the caller's thread, also after a Reset. An empty function ends
+  /// that.
   void Listen(std::function<void(const std::string& call)> listener);
   /// Runs inside each call of this name, on the caller's thread, before it is answered.
   void During(const std::string& call, std::function<void()> action);
@@ -51,6 +52,8 @@ class Script {
 
   /// For the objects: records a call and tells how it ends early, if it does.
   std::optional<HRESULT> Enter(const std::string& call, const std::string& detail = {});
+  /// For the objects: tells the listener of the end of one.
+  void End(const std::string& name);
   /// For the objects: the scripted value of a call that was just entered; null if there is none.
   VariantMaker FindAnswer(const std::string& call) const;
 

@@ -80,6 +80,8 @@ IWbemClassObject* MakeResult(const std::vector<std::uint8_t>& bytes) {
 
 }  // namespace
 
+Services::~Services() { TheScript().End("services"); }
+
 STDMETHODIMP Services::QueryInterface(REFIID iid, void** object) {
   *object = nullptr;
   if (iid == IID_IUnknown || iid == IID_IWbemServices) *object = static_cast<IWbemServices*>(this);

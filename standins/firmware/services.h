@@ -37,6 +37,9 @@ class Services final : public LiveObject<SecuredServices> {
                           OLECHAR* principal, DWORD level, DWORD impersonation, void* identity,
                           DWORD capabilities) override;
   STDMETHODIMP CopyProxy(IUnknown*, IUnknown**) override { return E_NOTIMPL; }
+
+ private:
+  ~Services() override;
 };
 
 }  // namespace Standin::Firmware

@@ -116,6 +116,7 @@ TEST_P(BiosCommandStep, FailureEndsTheCommandWithItsResultAndOneWarning) {
             std::vector<LogRecord>{Warning(GetParam().functionAndCall, L"0x80041001")});
   EXPECT_EQ(firmware.script().Trace().back().rfind(GetParam().call, 0), 0U)
       << "nothing is called after the step that failed";
+  TestSupport::ExpectOnlyReleasesAfter(TestSupport::LogLine(log.Records().back()), record);
   EXPECT_EQ(LiveObjects(), 1) << "only the service is kept";
   EXPECT_EQ(ledger.Outstanding(), 0U);
 }

@@ -118,7 +118,11 @@ TEST_F(BiosConnection, ServerThatIsNullCountsAsNone) {
 TEST_F(BiosConnection, BlanketThatIsRefusedReleasesTheServiceAndLeaves) {
   const Standin::ImportPatch blanket("CoSetProxyBlanket", &RefuseBlanket);
   EXPECT_EQ(bios.GetReady(), 0);
-  ExpectWarnings({Warning(L"CoSetProxyBlanket", L"0x80070005")});
+  const LogRecord warning = Warning(L"CoSetProxyBlanket", L"0x80070005");
+  ExpectWarnings({warning});
+  EXPECT_EQ(record.LinesOf({"log ", "end of services", "CoUninitialize"}),
+            (std::vector<std::string>{TestSupport::LogLine(warning), "end of services",
+                                      "CoUninitialize"}));
   EXPECT_EQ(com.liveWhenLeft, std::vector<int>{0}) << "left once, after the last release";
   EXPECT_EQ(LiveObjects(), 0);
 }

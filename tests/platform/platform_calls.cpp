@@ -2,6 +2,7 @@
 
 #include <wbemidl.h>
 
+#include <algorithm>
 #include <sstream>
 
 namespace TestSupport {
@@ -84,9 +85,19 @@ std::vector<std::string> ConnectionCalls(const std::string& wmiNamespace) {
       "CoCreateInstance WbemLocator null 1 IWbemLocator",
       "CreateInstance",
       "ConnectServer(" + wmiNamespace + ")",
+      "end of locator",
       "CoSetProxyBlanket 10 0 null 3 3 null 0",
       "SetBlanket 10,0,3,3,0",
   };
+}
+
+void ExpectOnlyReleasesAfter(const std::string& line, const CallRecord& record) {
+  const std::vector<std::string> lines = record.Lines();
+  const auto last = std::find(lines.rbegin(), lines.rend(), line);
+  ASSERT_NE(last, lines.rend()) << line;
+  for (auto later = last.base(); later != lines.end(); ++later) {
+    EXPECT_TRUE(later->starts_with("end of ")) << *later << " after " << line;
+  }
 }
 
 WmiTest::WmiTest() {

@@ -60,8 +60,11 @@ class FakeCom {
 /// joining the apartment on.
 std::vector<std::string> ConnectionCalls(const std::string& wmiNamespace);
 
+/// Checks that after `line`, which was recorded, objects were released and nothing else happened.
+void ExpectOnlyReleasesAfter(const std::string& line, const CallRecord& record);
+
 /// A supported notebook, the log, the watch over texts and arrays, and the check that no object of
-/// WMI outlives a test. Calls of WMI, calls of COM and log lines stand in one record.
+/// WMI outlives a test. Calls of WMI and of COM, ends of objects and log lines stand in one record.
 class WmiTest : public testing::Test {
  protected:
   WmiTest();

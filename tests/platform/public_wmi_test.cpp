@@ -175,9 +175,12 @@ TEST_F(PublicWmiTest, JoinsTheApartmentSetsSecurityAndOnlyThenMakesTheLocator) {
   std::vector<std::string> calls = TestSupport::ConnectionCalls("ROOT\\CIMV2");
   calls.insert(calls.end(), {
                                 "ExecQuery WQL|SELECT * FROM Win32_ComputerSystem|48",
+                                "end of services",
                                 "Next(Win32_ComputerSystem) -1 1",
                                 "Get(OEMStringArray) 0",
+                                "end of Win32_ComputerSystem",
                                 "Next(Win32_ComputerSystem) -1 1",
+                                "end of enumerator",
                                 "CoUninitialize",
                             });
   EXPECT_EQ(record.Lines(), calls);

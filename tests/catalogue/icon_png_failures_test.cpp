@@ -87,7 +87,13 @@ TEST_F(SaveIconAsPngFailures, OfAnEmptyCodecListAreTheSaves) {
     *bytes = 0;
     return Gdiplus::Ok;
   };
+  bool asked = false;
+  calls_.onEncoders = [&asked](UINT, UINT, Gdiplus::ImageCodecInfo*) {
+    asked = true;
+    return Gdiplus::Ok;
+  };
   EXPECT_FALSE(Save());
+  EXPECT_FALSE(asked) << "there is no entry to ask for";
   ExpectSavedWithoutCodec();
 }
 

@@ -51,7 +51,11 @@ void WINAPI GdiplusCalls::Stop(ULONG_PTR token) {
 
 GdiplusCalls::Status WINAPI GdiplusCalls::CreateBitmap(HICON icon, Gdiplus::GpBitmap** bitmap) {
   GdiplusCalls& calls = *current_;
-  if (calls.bitmapStatus) return *calls.bitmapStatus;
+  if (calls.bitmapStatus) {
+    // What a failing call leaves there is no bitmap, and is not to be disposed.
+    *bitmap = reinterpret_cast<Gdiplus::GpBitmap*>(&calls);
+    return *calls.bitmapStatus;
+  }
   ++calls.bitmaps;
   const Status status = calls.createBitmap_.Original<decltype(CreateBitmap)>()(icon, bitmap);
   if (status != Gdiplus::Ok) return status;
@@ -86,7 +90,10 @@ GdiplusCalls::Status WINAPI GdiplusCalls::Save(Gdiplus::GpImage* image, const WC
   GdiplusCalls& calls = *current_;
   ++calls.saves;
   calls.record.Add("save");
-  EXPECT_EQ(calls.images_.count(image), 1U) << "the save of an image that is not there";
+  if (!calls.images_.contains(image)) {
+    ADD_FAILURE() << "the save of an image that is not there";
+    return Gdiplus::InvalidParameter;
+  }
   calls.savePath = path;
   calls.saveCodec = *codec;
   calls.saveParameters = parameters;

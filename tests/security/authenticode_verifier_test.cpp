@@ -5,6 +5,8 @@
 #include "played_catalogs.h"
 #include "played_trust.h"
 #include "security/trust/zq_authenticode_helper.h"
+#include "support/call_record.h"
+#include "support/log_capture.h"
 #include "support/temp_folder.h"
 
 using namespace TestSupport;
@@ -147,6 +149,26 @@ TEST(GetSignatures, KeepsTheCountWhereALaterVerificationWritesNone) {
   EXPECT_EQ(IndexesOf(trust.VerifyCalls()), (std::vector<DWORD>{0, 1, 2}));
 }
 
+TEST(GetSignatures, ReadsTheCountBeforeTheStateIsClosed) {
+  // The close of the fake writes over the settings: a count read after it would visit 64.
+  PlayedTrust trust;
+  trust.embedded = {Signature(0, 1), Signature(kBadDigest, 2), Signature(0, 3)};
+  (void)Helper::GetSignatures(kPath, false);
+  EXPECT_EQ(IndexesOf(trust.VerifyCalls()), (std::vector<DWORD>{0, 1, 2}));
+}
+
+TEST(GetSignatures, AsksForEachSignatureWithWholeSettingsThoughACloseWroteOverThem) {
+  PlayedTrust trust;
+  trust.embedded = {Signature(0, 1), Signature(0, 2), Signature(0, 3)};
+  (void)Helper::GetSignatures(kPath, false);
+  ASSERT_EQ(trust.VerifyCalls().size(), 3u);
+  for (const TrustCall& call : trust.VerifyCalls()) {
+    EXPECT_EQ(call.settingsSize, 32u);
+    EXPECT_EQ(call.flags, 3u);
+    EXPECT_FALSE(call.hasPolicy);
+  }
+}
+
 TEST(GetSignatures, EndsAtSixtyFourForAMadeUpCount) {
   PlayedTrust trust;
   trust.embedded = {Signature(0, 1)};
@@ -185,6 +207,58 @@ TEST(GetSignatures, VerifiesThroughACatalogInTheSameLoop) {
     EXPECT_EQ(call.catalogPath, L"C:\\catalogs\\first.cat");
     EXPECT_EQ(call.memberPath, path);
   }
+}
+
+TEST(GetSignatures, ReadsSubjectThenIssuerBetweenVerificationAndClose) {
+  CallRecord record;
+  const LogCapture log(record);
+  PlayedTrust trust;
+  trust.record = &record;
+  trust.embedded = {Signature(0, 1), Signature(kBadDigest, 2), Signature(kUnknownRoot, 3)};
+  (void)Helper::GetSignatures(kPath, false);
+  EXPECT_EQ(record.Lines(), (std::vector<std::string>{
+                                "verify embedded 0", "provider", "signer", "certificate", "subject",
+                                "issuer", "log info: Subject = CN=Signer", "close",  //
+                                "verify embedded 1", "close",                        //
+                                "verify embedded 2", "provider", "signer", "certificate", "subject",
+                                "issuer", "log info: Subject = CN=Signer", "close"}));
+}
+
+TEST(GetSignatures, HashesThenFindsTheCatalogThenVerifiesThenReleasesItsContext) {
+  const TempFolder folder;
+  const std::wstring path = folder.File(L"listed.exe");
+  WriteWholeFile(path, "content");
+  CallRecord record;
+  PlayedTrust trust;
+  trust.record = &record;
+  trust.byCatalog = {Signature(0, 1), Signature(kBadDigest, 2)};
+  PlayedCatalogs catalogs;
+  catalogs.record = &record;
+  catalogs.catalogs = {L"C:\\catalogs\\first.cat"};
+  (void)Helper::GetSignatures(path.c_str(), true);
+  EXPECT_EQ(record.Lines(),
+            (std::vector<std::string>{"acquire", "hash size", "hash", "enum", "info",
+                                      "release catalog", "verify catalog 0", "provider", "signer",
+                                      "certificate", "subject", "issuer", "close",
+                                      "verify catalog 1", "close", "release context"}));
+}
+
+TEST(GetAllSignatures, ReleasesTheCatalogContextBeforeTheEmbeddedSignaturesAreAsked) {
+  const TempFolder folder;
+  const std::wstring path = folder.File(L"listed.exe");
+  WriteWholeFile(path, "content");
+  CallRecord record;
+  PlayedTrust trust;
+  trust.record = &record;
+  trust.byCatalog = {Signature(0, 1)};
+  trust.embedded = {Signature(0, 2)};
+  PlayedCatalogs catalogs;
+  catalogs.record = &record;
+  catalogs.catalogs = {L"C:\\catalogs\\first.cat"};
+  (void)Helper::GetAllSignatures(path.c_str());
+  EXPECT_EQ(record.LinesOf({"acquire", "verify", "close", "release context"}),
+            (std::vector<std::string>{"acquire", "verify catalog 0", "close", "release context",
+                                      "verify embedded 0", "close"}));
 }
 
 TEST(GetSignatures, ReleasesTheCatalogContextAfterTheLastVerification) {

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <memory>
 
 #include "import_patch.h"
 
@@ -16,32 +17,61 @@ namespace TestSupport {
 namespace {
 
 PlayedCatalogs* current = nullptr;
-int contextObject = 0;
-int catalogObject = 0;
 
-HANDLE TheContext() { return &contextObject; }
-HANDLE TheCatalog() { return &catalogObject; }
+struct Context {
+  bool isOpen = true;
+};
+
+struct Catalog {
+  HANDLE context;
+  bool isOpen = true;
+};
+
+// Kept after their release, so that no handle is ever given twice.
+std::vector<std::unique_ptr<Context>> contexts;
+std::vector<std::unique_ptr<Catalog>> openedCatalogs;
+
+void Note(const char* call) {
+  current->calls.push_back(call);
+  if (current->record != nullptr) current->record->Add(call);
+}
+
+HANDLE NewContext() {
+  contexts.push_back(std::make_unique<Context>());
+  ++current->openContexts;
+  return contexts.back().get();
+}
+
+// The object of a handle that was given and not released yet; fails the test where there is none.
+template <typename Object>
+Object* FindOpen(const std::vector<std::unique_ptr<Object>>& objects, HANDLE handle) {
+  for (const auto& object : objects) {
+    if (object.get() == handle && object->isOpen) return object.get();
+  }
+  ADD_FAILURE() << current->calls.back() << " with a handle that is not open";
+  return nullptr;
+}
 
 BOOL WINAPI PlayedAcquire(HCATADMIN* admin, const GUID* subsystem, PCWSTR algorithm,
                           PCCERT_STRONG_SIGN_PARA policy, DWORD flags) {
-  current->calls.push_back("acquire");
+  Note("acquire");
   EXPECT_EQ(subsystem, nullptr);
   EXPECT_STREQ(algorithm, L"SHA256");
   EXPECT_EQ(policy, nullptr);
   EXPECT_EQ(flags, 0u);
   if (current->failAcquire) {
-    if (current->leaveHandleOnFailure) *admin = TheContext();
+    static Context neverOpened{false};
+    if (current->leaveHandleOnFailure) *admin = &neverOpened;
     SetLastError(current->acquireError);
     return FALSE;
   }
-  *admin = current->acquireNull ? nullptr : TheContext();
-  if (*admin != nullptr) ++current->openContexts;
+  *admin = current->acquireNull ? nullptr : NewContext();
   return TRUE;
 }
 
 BOOL WINAPI PlayedHash(HCATADMIN admin, HANDLE file, DWORD* size, BYTE* bytes, DWORD flags) {
-  current->calls.push_back(bytes == nullptr ? "hash size" : "hash");
-  EXPECT_EQ(admin, TheContext());
+  Note(bytes == nullptr ? "hash size" : "hash");
+  FindOpen(contexts, admin);
   EXPECT_NE(file, INVALID_HANDLE_VALUE);
   EXPECT_EQ(flags, 0u);
   const auto hashSize = static_cast<DWORD>(current->hash.size());
@@ -57,8 +87,8 @@ BOOL WINAPI PlayedHash(HCATADMIN admin, HANDLE file, DWORD* size, BYTE* bytes, D
 
 HCATINFO WINAPI PlayedEnum(HCATADMIN admin, BYTE* hash, DWORD size, DWORD flags,
                            HCATINFO* previous) {
-  current->calls.push_back("enum");
-  EXPECT_EQ(admin, TheContext());
+  Note("enum");
+  FindOpen(contexts, admin);
   EXPECT_EQ(flags, 0u);
   EXPECT_EQ(previous, nullptr);
   current->askedHash.assign(hash, hash + size);
@@ -67,12 +97,13 @@ HCATINFO WINAPI PlayedEnum(HCATADMIN admin, BYTE* hash, DWORD size, DWORD flags,
     return nullptr;
   }
   ++current->openCatalogs;
-  return TheCatalog();
+  openedCatalogs.push_back(std::make_unique<Catalog>(Catalog{admin}));
+  return openedCatalogs.back().get();
 }
 
 BOOL WINAPI PlayedInfo(HCATINFO catalog, CATALOG_INFO* info, DWORD flags) {
-  current->calls.push_back("info");
-  EXPECT_EQ(catalog, TheCatalog());
+  Note("info");
+  FindOpen(openedCatalogs, catalog);
   EXPECT_EQ(info->cbStruct, 524u);
   EXPECT_EQ(flags, 0u);
   if (current->failInfo) return FALSE;
@@ -83,20 +114,25 @@ BOOL WINAPI PlayedInfo(HCATINFO catalog, CATALOG_INFO* info, DWORD flags) {
 }
 
 BOOL WINAPI PlayedReleaseCatalog(HCATADMIN admin, HCATINFO catalog, DWORD flags) {
-  current->calls.push_back("release catalog");
-  EXPECT_EQ(admin, TheContext());
-  EXPECT_EQ(catalog, TheCatalog());
+  Note("release catalog");
   EXPECT_EQ(flags, 0u);
-  EXPECT_GT(current->openContexts, 0) << "the context must outlive the catalog";
+  FindOpen(contexts, admin);
+  if (Catalog* open = FindOpen(openedCatalogs, catalog)) {
+    EXPECT_EQ(open->context, admin) << "a catalog belongs to the context that it came from";
+    open->isOpen = false;
+  }
   --current->openCatalogs;
   SetLastError(0);
   return TRUE;
 }
 
 BOOL WINAPI PlayedReleaseContext(HCATADMIN admin, DWORD flags) {
-  current->calls.push_back("release context");
-  EXPECT_EQ(admin, TheContext());
+  Note("release context");
   EXPECT_EQ(flags, 0u);
+  if (Context* open = FindOpen(contexts, admin)) open->isOpen = false;
+  for (const auto& catalog : openedCatalogs) {
+    EXPECT_FALSE(catalog->isOpen && catalog->context == admin) << "a catalog outlives its context";
+  }
   --current->openContexts;
   SetLastError(0);
   return TRUE;
@@ -118,7 +154,15 @@ PlayedCatalogs::PlayedCatalogs() : patches_(std::make_unique<Patches>()) {
   current = this;
 }
 
-PlayedCatalogs::~PlayedCatalogs() { current = nullptr; }
+PlayedCatalogs::~PlayedCatalogs() {
+  EXPECT_EQ(openCatalogs, 0);
+  current = nullptr;
+}
+
+bool PlayedCatalogs::IsOpenContext(HANDLE context) {
+  return std::any_of(contexts.begin(), contexts.end(),
+                     [context](const auto& one) { return one.get() == context && one->isOpen; });
+}
 
 int PlayedCatalogs::Count(const std::string& call) const {
   return static_cast<int>(std::count(calls.begin(), calls.end(), call));

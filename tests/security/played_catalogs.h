@@ -7,10 +7,16 @@
 #include <string>
 #include <vector>
 
+#include "support/call_record.h"
+
 namespace TestSupport {
 
 /// Plays the security catalogs for as long as it lives. One at a time. Without changes: contexts
 /// are given, the hash is the 32 bytes 0x00, 0x07, 0x0e, ..., and no catalog lists it.
+///
+/// Each context and each catalog is a handle of its own. The test fails for a call with one that is
+/// not open, so for a second release and for a use after it, for a catalog that is released after
+/// its context, and for a catalog that is still open at the end.
 class PlayedCatalogs {
  public:
   PlayedCatalogs();
@@ -34,6 +40,11 @@ class PlayedCatalogs {
   bool failInfo = false;
   bool fillWholePath = false;  ///< a path of 260 characters without terminator
 
+  /// Whether the context of the handle is open at this moment; false without an instance.
+  static bool IsOpenContext(HANDLE context);
+
+  /// Takes each call too, in one order with what else adds to it.
+  CallRecord* record = nullptr;
   /// What was seen, in order: "acquire", "hash size", "hash", "enum", "info", "release catalog",
   /// "release context".
   std::vector<std::string> calls;

@@ -4,8 +4,11 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 #include <memory>
+#include <type_traits>
 
+#include "played_catalogs.h"
 #include "security/trust/wintrust_layout.h"
 
 namespace TestSupport {
@@ -20,7 +23,8 @@ PlayedTrust* current = nullptr;
 struct PlayedState {
   explicit PlayedState(const PlayedSignature& signature)
       : key(signature.key),
-        subject(EncodeName(signature.subject)),
+        subject(signature.encodedSubject.empty() ? EncodeName(signature.subject)
+                                                 : signature.encodedSubject),
         issuer(EncodeName(signature.issuer)) {
     info.SubjectPublicKeyInfo.PublicKey.pbData = key.data();
     info.SubjectPublicKeyInfo.PublicKey.cbData = static_cast<DWORD>(key.size());
@@ -30,6 +34,12 @@ struct PlayedState {
     certificate.pCert = &context;
   }
 
+  void Close() {
+    isOpen = false;
+    for (auto* bytes : {&key, &subject, &issuer}) std::fill(bytes->begin(), bytes->end(), 0xCC);
+  }
+
+  bool isOpen = true;
   std::vector<std::uint8_t> key;
   std::vector<std::uint8_t> subject;
   std::vector<std::uint8_t> issuer;
@@ -40,8 +50,24 @@ struct PlayedState {
   CRYPT_PROVIDER_CERT certificate{};
 };
 
+// Kept after their close, so that a late reader finds nothing, and no handle is ever given twice.
+std::vector<std::unique_ptr<PlayedState>> states;
+
 // The state whose provider data or signer was handed out last; one verification at a time.
 PlayedState* readState = nullptr;
+
+void Note(const std::string& call) {
+  if (current->record != nullptr) current->record->Add(call);
+}
+
+// Fails the test where the handle is no open state.
+PlayedState* FindOpen(HANDLE handle, const char* call) {
+  for (const auto& state : states) {
+    if (state.get() == handle && state->isOpen) return state.get();
+  }
+  ADD_FAILURE() << call << " of a state that is not open";
+  return nullptr;
+}
 
 std::wstring TextOf(const wchar_t* text) { return text != nullptr ? text : L""; }
 
@@ -58,6 +84,7 @@ TrustCall Describe(HWND window, const GUID& action, const VerificationData& data
   call.settingsSize = data.pSignatureSettings->cbStruct;
   call.index = data.pSignatureSettings->dwIndex;
   call.flags = data.pSignatureSettings->dwFlags;
+  call.hasPolicy = data.pSignatureSettings->pCryptoPolicy != nullptr;
   if (data.dwUnionChoice == WTD_CHOICE_FILE) {
     call.fileInfoSize = data.pFile->cbStruct;
     call.path = TextOf(data.pFile->pcwszFilePath);
@@ -83,26 +110,42 @@ void WriteSecondaryCount(DWORD& count, std::size_t signatures, std::size_t verif
   }
 }
 
+void ExpectNothingIsLost(const VerificationData& data) {
+  EXPECT_EQ(data.hWVTStateData, nullptr) << "the state before is lost";
+  if (data.dwUnionChoice != WTD_CHOICE_CATALOG) return;
+  EXPECT_TRUE(PlayedCatalogs::IsOpenContext(data.pCatalog->hCatAdmin))
+      << "verified through a context that is not open";
+}
+
 LONG Verify(VerificationData& data) {
-  const auto& signatures =
-      data.dwUnionChoice == WTD_CHOICE_FILE ? current->embedded : current->byCatalog;
+  const bool isFile = data.dwUnionChoice == WTD_CHOICE_FILE;
+  const DWORD asked = data.pSignatureSettings->dwIndex;
+  Note((isFile ? "verify embedded " : "verify catalog ") + std::to_string(asked));
+  ExpectNothingIsLost(data);
+
+  const auto& signatures = isFile ? current->embedded : current->byCatalog;
   WriteSecondaryCount(data.pSignatureSettings->cSecondarySigs, signatures.size(),
                       current->VerifyCalls().size() - 1);
-  if (signatures.empty()) return current->verdictOfNone;
-
   // An index beyond the last signature finds the last one again.
-  const std::size_t index =
-      std::min<std::size_t>(data.pSignatureSettings->dwIndex, signatures.size() - 1);
+  const PlayedSignature none{current->verdictOfNone, {0}, L"CN=Nobody", L"CN=Nobody", {}};
+  const PlayedSignature& signature =
+      signatures.empty() ? none : signatures[std::min<std::size_t>(asked, signatures.size() - 1)];
   if (!current->leaveStateNull) {
-    data.hWVTStateData = new PlayedState(signatures[index]);
+    states.push_back(std::make_unique<PlayedState>(signature));
+    data.hWVTStateData = states.back().get();
     ++current->openStates;
   }
-  return signatures[index].verdict;
+  return signature.verdict;
 }
 
 void Close(VerificationData& data) {
-  if (data.hWVTStateData == nullptr) return;
-  delete static_cast<PlayedState*>(data.hWVTStateData);
+  Note("close");
+  // The last thing that the call may do with the settings is to write to them.
+  std::memset(data.pSignatureSettings, 0xCC, sizeof(*data.pSignatureSettings));
+  if (current->leaveStateNull && data.hWVTStateData == nullptr) return;
+  PlayedState* state = FindOpen(data.hWVTStateData, "close");
+  if (state == nullptr) return;
+  state->Close();
   --current->openStates;
 }
 
@@ -110,19 +153,21 @@ LONG WINAPI PlayedWinVerifyTrust(HWND window, GUID* action, LPVOID pointer) {
   auto& data = *static_cast<VerificationData*>(pointer);
   current->calls.push_back(Describe(window, *action, data));
   if (data.dwStateAction == WTD_STATEACTION_VERIFY) return Verify(data);
+  EXPECT_EQ(data.dwStateAction, static_cast<DWORD>(WTD_STATEACTION_CLOSE));
   Close(data);
   return 0;
 }
 
 CRYPT_PROVIDER_DATA* WINAPI PlayedProvider(HANDLE state) {
-  EXPECT_NE(state, nullptr);
-  if (current->hideProvider || state == nullptr) return nullptr;
-  readState = static_cast<PlayedState*>(state);
+  Note("provider");
+  readState = FindOpen(state, "reading");
+  if (current->hideProvider || readState == nullptr) return nullptr;
   return &readState->provider;
 }
 
 CRYPT_PROVIDER_SGNR* WINAPI PlayedSigner(CRYPT_PROVIDER_DATA* provider, DWORD index,
                                          BOOL isCounterSigner, DWORD counterIndex) {
+  Note("signer");
   EXPECT_EQ(provider, &readState->provider);
   EXPECT_EQ(index, 0u);
   EXPECT_FALSE(isCounterSigner);
@@ -131,24 +176,45 @@ CRYPT_PROVIDER_SGNR* WINAPI PlayedSigner(CRYPT_PROVIDER_DATA* provider, DWORD in
 }
 
 CRYPT_PROVIDER_CERT* WINAPI PlayedCertificate(CRYPT_PROVIDER_SGNR* signer, DWORD index) {
+  Note("certificate");
   EXPECT_EQ(signer, &readState->signer);
   EXPECT_EQ(index, 0u);
   if (current->hideCertificateContext) readState->certificate.pCert = nullptr;
   return current->hideCertificate ? nullptr : &readState->certificate;
 }
 
+// Which of the names that the state has handed out is read; the conversion itself is the system's.
+decltype(&CertNameToStrW) realNameToStr = nullptr;
+
+DWORD WINAPI SeenNameToStr(DWORD encoding, PCERT_NAME_BLOB name, DWORD format, LPWSTR text,
+                           DWORD chars) {
+  if (readState != nullptr && name->pbData == readState->subject.data()) Note("subject");
+  if (readState != nullptr && name->pbData == readState->issuer.data()) Note("issuer");
+  return realNameToStr(encoding, name, format, text, chars);
+}
+
 }  // namespace
 
 struct PlayedTrust::Patches {
+  Patches() {
+    auto* before = names.Original<std::remove_pointer_t<decltype(&CertNameToStrW)>>();
+    if (before != &SeenNameToStr) realNameToStr = before;
+  }
+
   Standin::ImportPatch verify{"WinVerifyTrust", &PlayedWinVerifyTrust};
   Standin::ImportPatch provider{"WTHelperProvDataFromStateData", &PlayedProvider};
   Standin::ImportPatch signer{"WTHelperGetProvSignerFromChain", &PlayedSigner};
   Standin::ImportPatch certificate{"WTHelperGetProvCertFromChain", &PlayedCertificate};
+  Standin::ImportPatch names{"CertNameToStrW", &SeenNameToStr};
 };
 
 PlayedTrust::PlayedTrust() : patches_(std::make_unique<Patches>()) { current = this; }
 
-PlayedTrust::~PlayedTrust() { current = nullptr; }
+PlayedTrust::~PlayedTrust() {
+  EXPECT_EQ(openStates, 0);
+  current = nullptr;
+  readState = nullptr;
+}
 
 std::vector<TrustCall> PlayedTrust::CallsOf(DWORD stateAction) const {
   std::vector<TrustCall> result;

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "import_patch.h"
+#include "support/call_record.h"
 
 namespace TestSupport {
 
@@ -22,6 +23,8 @@ struct PlayedSignature {
   /// As CertStrToNameW takes it: "CN=A, O=B".
   std::wstring subject = L"CN=Signer";
   std::wstring issuer = L"CN=Authority";
+  /// Where not empty, the subject in its encoded form instead.
+  std::vector<std::uint8_t> encodedSubject;
 };
 
 /// One call of WinVerifyTrust, with copies of what it was given.
@@ -37,6 +40,7 @@ struct TrustCall {
   DWORD settingsSize = 0;
   DWORD index = 0;
   DWORD flags = 0;
+  bool hasPolicy = false;
   /// Of the file choice.
   DWORD fileInfoSize = 0;
   std::wstring path;
@@ -53,6 +57,11 @@ struct TrustCall {
 };
 
 /// Plays WinVerifyTrust and the calls that read its state, for as long as it lives. One at a time.
+///
+/// Each verification opens a state of its own, whatever its verdict. The test fails for a
+/// verification that would lose the state before or whose catalog context is not open, for a state
+/// that is read or closed when it is not open, and for one that is still open at the end. A close
+/// writes over the signature settings and over what the state had handed out.
 class PlayedTrust {
  public:
   PlayedTrust();
@@ -76,6 +85,9 @@ class PlayedTrust {
   bool hideCertificate = false;
   bool hideCertificateContext = false;
 
+  /// Takes each call too, in one order with what else adds to it: "verify embedded 0", "verify
+  /// catalog 0", "provider", "signer", "certificate", "subject", "issuer", "close".
+  CallRecord* record = nullptr;
   /// What was seen. `openStates` must be 0 in the end.
   std::vector<TrustCall> calls;
   int openStates = 0;

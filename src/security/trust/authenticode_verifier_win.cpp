@@ -45,28 +45,40 @@ class ScopedTrustState {
   VerificationData& data_;
 };
 
-void VerifyOne(VerificationData& data, SignatureList& signatures) {
+// Returns how many secondary signatures the verification has counted, read while its state is open:
+// the call that closes it may write to the settings.
+DWORD VerifyOne(VerificationData& data, SignatureList& signatures) {
   const auto result = static_cast<std::uint32_t>(CallWinVerifyTrust(data, WTD_STATEACTION_VERIFY));
   const ScopedTrustState state(data);
-  if (!IsListedResult(result)) return;
+  const DWORD secondaryCount = data.pSignatureSettings->cSecondarySigs;
+  if (!IsListedResult(result)) return secondaryCount;
 
   SignerDescriptor signer = ZQAuthenticodeHelper::GetSignerDescriptor(data.hWVTStateData);
   signer.verifyResult = result;
   signatures.push_back(std::move(signer));
+  return secondaryCount;
+}
+
+SignatureSettings SettingsFor(DWORD index, DWORD secondaryCount) {
+  SignatureSettings settings{};
+  settings.cbStruct = sizeof(settings);
+  settings.dwIndex = index;
+  settings.dwFlags = kVerifySpecific | kGetSecondarySignatureCount;
+  settings.cSecondarySigs = secondaryCount;  // stays where a verification writes none
+  return settings;
 }
 
 // The primary signature and all nested ones, each verified by itself.
 SignatureList VerifyEach(VerificationData data) {
   SignatureSettings settings{};
-  settings.cbStruct = sizeof(settings);
-  settings.dwFlags = kVerifySpecific | kGetSecondarySignatureCount;
   data.pSignatureSettings = &settings;
 
   SignatureList signatures;
+  DWORD secondaryCount = 0;
   for (std::uint64_t index = 0; index < kMaxSignaturesOfASource; ++index) {
-    settings.dwIndex = static_cast<DWORD>(index);
-    VerifyOne(data, signatures);
-    if (index + 1 > settings.cSecondarySigs) break;
+    settings = SettingsFor(static_cast<DWORD>(index), secondaryCount);
+    secondaryCount = VerifyOne(data, signatures);
+    if (index + 1 > secondaryCount) break;
   }
   return signatures;
 }

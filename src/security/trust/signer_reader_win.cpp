@@ -26,6 +26,22 @@ constexpr DWORD kNameFormat =
     CERT_X500_NAME_STR | CERT_NAME_STR_NO_QUOTING_FLAG | CERT_NAME_STR_CRLF_FLAG;
 static_assert(kNameFormat == 0x18000003);
 
+// The longest text of an encoded name, in characters per byte. The block for a name has room for
+// it, because some systems ignore the size that CertNameToStrW is given and write the whole text.
+// One attribute of a name, with k bytes of type and v bytes of value:
+//
+//   part         encoded bytes    characters at most
+//   sequence     2
+//   type         2 + k            4k: "127." for one byte; "SERIALNUMBER" for three
+//   "="                           1
+//   value        2 + v            2v + 5: "#" and two digits for each byte of the encoded value;
+//                                 2v + 2 for doubled quotes between quotes
+//   separator                     3: " + "
+//   total        6 + k + v        4k + 2v + 9, less than 4 (6 + k + v)
+//
+// Longer headers and sets only add bytes; an empty set is a line end, 2 characters for 2 bytes.
+constexpr std::uint64_t kCharsPerNameByte = 4;
+
 // The leaf certificate of the first signer; null where any of it is missing. Belongs to the state.
 const CERT_INFO* FindSignerCertificate(HANDLE stateData) {
   if (stateData == nullptr) return nullptr;
@@ -58,12 +74,11 @@ SignerDescriptor ZQAuthenticodeHelper::GetSignerDescriptor(void* stateData) {
 }
 
 std::wstring ZQAuthenticodeHelper::GetNameText(const _CRYPTOAPI_BLOB& nameBlob) {
-  // The call is told two characters for each byte of the name; the block holds those and a
-  // terminator of ours.
-  const std::uint64_t wantedChars = std::uint64_t{nameBlob.cbData} * 2;
-  const auto toldChars =
-      static_cast<DWORD>(std::min<std::uint64_t>(wantedChars, std::numeric_limits<DWORD>::max()));
-  const std::size_t blockBytes = (std::size_t{toldChars} + 1) * sizeof(wchar_t);
+  const std::uint64_t textChars = std::uint64_t{nameBlob.cbData} * kCharsPerNameByte;
+  // Passed to the call, with the terminator; the block has one more for a terminator of ours.
+  const auto capacityChars =
+      static_cast<DWORD>(std::min<std::uint64_t>(textChars + 1, std::numeric_limits<DWORD>::max()));
+  const std::size_t blockBytes = (static_cast<std::size_t>(textChars) + 2) * sizeof(wchar_t);
 
   const UniqueHeapBlock block(std::malloc(blockBytes));
   if (!block) {
@@ -72,10 +87,10 @@ std::wstring ZQAuthenticodeHelper::GetNameText(const _CRYPTOAPI_BLOB& nameBlob) 
   }
   auto* text = static_cast<wchar_t*>(block.get());
   text[0] = L'\0';
-  text[toldChars] = L'\0';
+  text[capacityChars] = L'\0';
 
   auto* name = const_cast<CERT_NAME_BLOB*>(&nameBlob);  // only read
-  if (CertNameToStrW(X509_ASN_ENCODING, name, kNameFormat, text, toldChars) == 0) {
+  if (CertNameToStrW(X509_ASN_ENCODING, name, kNameFormat, text, capacityChars) == 0) {
     LogManager::GetLogger()->LogError(L"Error while retrieving Subject field.");
     return {};
   }

@@ -171,3 +171,22 @@ TEST_F(IsFileTrusted, ASignerThatCannotBeReadLosesItsKey) {
   EXPECT_FALSE(Ask(keys_));
   EXPECT_EQ(log_.Records(), Lines(0, {Verdict(L"yes", L"no")}));
 }
+
+TEST_F(IsFileTrusted, ASignerWithoutAReadableKeyIsRefusedThoughTheListHoldsAnEmptyText) {
+  trust_.embedded = {Signature(0, kListed)};
+  trust_.hideProvider = true;
+  EXPECT_FALSE(Ask({""}));
+  EXPECT_EQ(log_.Records(), Lines(0, {Verdict(L"yes", L"no")}));
+}
+
+TEST_F(IsFileTrusted, HoldsNothingOpenSoThatTheFileCanBeReplacedAfterTheQuestion) {
+  catalogs_.catalogs = {L"C:\\catalogs\\first.cat"};
+  trust_.byCatalog = {Signature(0, kListed)};
+  trust_.embedded = {Signature(0, kListed)};
+  ASSERT_TRUE(Ask(keys_));
+  // Without any sharing: fails where somebody still has the file open.
+  const HANDLE alone =
+      CreateFileW(path_.c_str(), GENERIC_WRITE | DELETE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+  EXPECT_NE(alone, INVALID_HANDLE_VALUE);
+  CloseHandle(alone);
+}

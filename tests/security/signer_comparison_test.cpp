@@ -101,6 +101,13 @@ TEST(IsTrustedByMeridian, AKeyInUpperCaseHexadecimalNeverMatches) {
   EXPECT_FALSE(Helper::IsTrustedByMeridian({WithKey("30 0a")}, &keys));
 }
 
+TEST(IsTrustedByMeridian, ASignerWithoutAReadableKeyIsNotTrustedThoughTheListHoldsAnEmptyText) {
+  const KeyList keys = {"", "30 0a"};
+  EXPECT_FALSE(Helper::IsTrustedByMeridian({WithKey("")}, &keys));
+  EXPECT_FALSE(Helper::IsTrustedByMeridian({WithKey(""), WithKey("30 0b")}, &keys));
+  EXPECT_TRUE(Helper::IsTrustedByMeridian({WithKey(""), WithKey("30 0a")}, &keys));
+}
+
 TEST(SubjectsMatch, NeedsOneEqualCommonName) {
   struct Row {
     const char* label;

@@ -15,6 +15,7 @@ bool ShareValue(const SignatureList& first, const SignatureList& second, Field f
   });
 }
 
+// Nothing without a key is ever trusted: it equals neither another such signer nor an empty entry.
 void DropUnreadableKeys(SignatureList& signatures) {
   std::erase_if(signatures, [](const SignerDescriptor& one) { return one.publicKey.empty(); });
 }
@@ -29,6 +30,7 @@ bool ZQAuthenticodeHelper::IsTrustedByWindows(SignatureList signatures) {
 
 bool ZQAuthenticodeHelper::IsTrustedByMeridian(SignatureList signatures, const KeyList* keys) {
   if (keys == nullptr) return false;
+  DropUnreadableKeys(signatures);
   return std::any_of(signatures.begin(), signatures.end(), [&](const SignerDescriptor& signature) {
     return std::find(keys->begin(), keys->end(), signature.publicKey) != keys->end();
   });
@@ -39,7 +41,6 @@ bool ZQAuthenticodeHelper::SubjectsMatch(SignatureList first, SignatureList seco
 }
 
 bool ZQAuthenticodeHelper::PublicKeysMatch(SignatureList first, SignatureList second) {
-  // Two signers that could not be read have nothing in common.
   DropUnreadableKeys(first);
   return ShareValue(first, second, &SignerDescriptor::publicKey);
 }

@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <stdexcept>
+#include <type_traits>
 
+#include "import_patch.h"
 #include "played_catalogs.h"
 #include "played_trust.h"
 #include "security/trust/zq_authenticode_helper.h"
@@ -33,6 +35,60 @@ std::vector<DWORD> IndexesOf(const std::vector<TrustCall>& calls) {
   for (const TrustCall& call : calls) indexes.push_back(call.index);
   return indexes;
 }
+
+DWORD playedFileType = FILE_TYPE_DISK;
+
+DWORD WINAPI PlayedFileType(HANDLE) { return playedFileType; }
+
+/// Sees how files are opened, for as long as it lives. One at a time.
+class SeenOpens {
+ public:
+  SeenOpens() {
+    current = this;
+    realOpen_ = open_.Original<std::remove_pointer_t<decltype(&CreateFileW)>>();
+    realClose_ = close_.Original<std::remove_pointer_t<decltype(&CloseHandle)>>();
+  }
+  SeenOpens(const SeenOpens&) = delete;
+  SeenOpens& operator=(const SeenOpens&) = delete;
+  ~SeenOpens() { current = nullptr; }
+
+  DWORD error = ERROR_SUCCESS;  ///< where another, each opening fails with it
+  std::vector<std::wstring> paths;
+  DWORD access = 0;
+  DWORD share = 0;
+  DWORD disposition = 0;
+  DWORD flags = 0;
+  int closed = 0;
+
+ private:
+  static HANDLE WINAPI Open(LPCWSTR path, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security,
+                            DWORD disposition, DWORD flags, HANDLE templateFile) {
+    current->paths.push_back(path);
+    current->access = access;
+    current->share = share;
+    current->disposition = disposition;
+    current->flags = flags;
+    if (current->error != ERROR_SUCCESS) {
+      SetLastError(current->error);
+      return INVALID_HANDLE_VALUE;
+    }
+    current->handle_ =
+        current->realOpen_(path, access, share, security, disposition, flags, templateFile);
+    return current->handle_;
+  }
+
+  static BOOL WINAPI Close(HANDLE handle) {
+    if (handle == current->handle_) ++current->closed;
+    return current->realClose_(handle);
+  }
+
+  static inline SeenOpens* current = nullptr;
+  HANDLE handle_ = INVALID_HANDLE_VALUE;
+  decltype(&CreateFileW) realOpen_ = nullptr;
+  decltype(&CloseHandle) realClose_ = nullptr;
+  Standin::ImportPatch open_{"CreateFileW", &Open};
+  Standin::ImportPatch close_{"CloseHandle", &Close};
+};
 
 std::vector<std::string> KeysOf(const SignatureList& signatures) {
   std::vector<std::string> keys;
@@ -313,4 +369,98 @@ TEST(GetAllSignatures, CallsForTheSameFileMayRunOneAfterTheOtherWithoutMemory) {
   EXPECT_EQ(Helper::GetAllSignatures(kPath).size(), 1u);
   trust.embedded.clear();
   EXPECT_TRUE(Helper::GetAllSignatures(kPath).empty());
+}
+
+// What is no file on a disk has no signatures, and the system is not asked to verify it.
+
+TEST(GetSignatures, OfAPipeOrADeviceAreNoneAndNothingIsVerifiedOrOpened) {
+  PlayedTrust trust;
+  trust.embedded = {Signature(0, 1)};
+  trust.byCatalog = {Signature(0, 1)};
+  PlayedCatalogs catalogs;
+  catalogs.catalogs = {L"C:\\catalogs\\first.cat"};
+  const SeenOpens opens;
+  for (const wchar_t* path :
+       {L"\\\\.\\pipe\\trust-test", L"//./PIPE/trust-test", L"\\\\?\\pipe\\trust-test",
+        L"\\\\server\\pipe\\trust-test", L"\\\\?\\UNC\\server\\pipe\\trust-test",
+        L"\\\\.\\mailslot\\trust-test", L"\\\\.\\x\\..\\pipe\\trust-test", L"\\\\.\\COM1",
+        L"\\\\.\\NUL", L"NUL", L"nul", L"CON", L"COM1", L"COM1:", L"\\\\.\\C:",
+        L"\\\\.\\PhysicalDrive0"}) {
+    EXPECT_TRUE(Helper::GetAllSignatures(path).empty()) << testing::PrintToString(path);
+  }
+  EXPECT_TRUE(trust.calls.empty());
+  EXPECT_EQ(catalogs.Count("hash size"), 0);
+  EXPECT_TRUE(opens.paths.empty());
+}
+
+TEST(GetSignatures, OfAReservedNameWithAnExtensionAreNoneWhereTheSystemMakesItADevice) {
+  PlayedTrust trust;
+  trust.embedded = {Signature(0, 1)};
+  for (const wchar_t* path : {L"COM1.dll", L"C:\\folder\\NUL.txt", L"aux.dll"}) {
+    wchar_t full[MAX_PATH] = {};
+    GetFullPathNameW(path, MAX_PATH, full, nullptr);
+    const bool isDevice = std::wstring(full).rfind(L"\\\\.\\", 0) == 0;
+    trust.calls.clear();
+    EXPECT_EQ(Helper::GetSignatures(path, false).empty(), isDevice);
+    EXPECT_EQ(trust.calls.empty(), isDevice);
+  }
+}
+
+TEST(GetSignatures, OfAHandleThatIsNoDiskFileAreNoneAndNothingIsVerified) {
+  // As with a link or a drive letter that leads to a pipe: only the handle tells.
+  const TempFolder folder;
+  const std::wstring path = folder.File(L"looks.dll");
+  WriteWholeFile(path, "content");
+  for (const DWORD type : {FILE_TYPE_PIPE, FILE_TYPE_CHAR, FILE_TYPE_REMOTE, FILE_TYPE_UNKNOWN}) {
+    PlayedTrust trust;
+    trust.embedded = {Signature(0, 1)};
+    trust.byCatalog = {Signature(0, 1)};
+    PlayedCatalogs catalogs;
+    catalogs.catalogs = {L"C:\\catalogs\\first.cat"};
+    playedFileType = type;
+    const Standin::ImportPatch patch("GetFileType", &PlayedFileType);
+    EXPECT_TRUE(Helper::GetAllSignatures(path.c_str()).empty()) << type;
+    EXPECT_TRUE(trust.calls.empty()) << type;
+    playedFileType = FILE_TYPE_DISK;
+    EXPECT_EQ(Helper::GetAllSignatures(path.c_str()).size(), 2u);
+  }
+}
+
+TEST(GetSignatures, OfABusyPipeThatOnlyTheOpeningRevealsAreNone) {
+  PlayedTrust trust;
+  trust.embedded = {Signature(0, 1)};
+  SeenOpens opens;
+  opens.error = ERROR_PIPE_BUSY;
+  EXPECT_TRUE(Helper::GetSignatures(L"C:\\folder\\link.dll", false).empty());
+  EXPECT_TRUE(trust.calls.empty());
+  opens.error = ERROR_ACCESS_DENIED;
+  EXPECT_EQ(Helper::GetSignatures(L"C:\\folder\\link.dll", false).size(), 1u)
+      << "nothing is known of a file that cannot be opened: the system's call decides";
+}
+
+TEST(GetSignatures, OpenForTheAttributesOnlyAndLetNobodyActAsTheService) {
+  const TempFolder folder;
+  const std::wstring path = folder.File(L"plain.dll");
+  WriteWholeFile(path, "content");
+  PlayedTrust trust;
+  trust.embedded = {Signature(0, 1)};
+  const SeenOpens opens;
+  EXPECT_EQ(Helper::GetSignatures(path.c_str(), false).size(), 1u);
+  EXPECT_EQ(opens.paths, (std::vector<std::wstring>{path}));
+  EXPECT_EQ(opens.access, 0x80u);     // FILE_READ_ATTRIBUTES
+  EXPECT_EQ(opens.share, 7u);         // read, write and delete
+  EXPECT_EQ(opens.disposition, 3u);   // OPEN_EXISTING
+  EXPECT_EQ(opens.flags, 0x110000u);  // SECURITY_SQOS_PRESENT, SECURITY_IDENTIFICATION
+  EXPECT_EQ(opens.closed, 1) << "before the verification ends";
+}
+
+TEST(GetSignatures, AskOfANetworkPathLikeOfAnyOther) {
+  PlayedTrust trust;
+  trust.embedded = {Signature(0, 1)};
+  SeenOpens opens;
+  opens.error = ERROR_BAD_NETPATH;  // and no server is reached
+  const std::wstring path = L"\\\\server\\share\\file.dll";
+  EXPECT_EQ(Helper::GetSignatures(path.c_str(), false).size(), 1u);
+  EXPECT_EQ(opens.paths, (std::vector<std::wstring>{path}));
+  EXPECT_EQ(trust.calls.front().path, path);
 }

@@ -144,29 +144,33 @@ TEST_F(CalculateFileHash, AnyLengthThatTheSystemTellsIsTaken) {
   EXPECT_EQ(hash.hexText.size(), 200u);
 }
 
-TEST_F(CalculateFileHash, ADeviceCountsAsNotOpened) {
-  path_ = L"\\\\.\\NUL";
-  EXPECT_TRUE(HashWithOwnContext().hexText.empty());
-  EXPECT_NE(openedHandle, INVALID_HANDLE_VALUE) << "the device itself can be opened";
+TEST_F(CalculateFileHash, OpensNoDeviceAndNoPipeThatItsPathNames) {
+  const std::wstring name = L"\\\\.\\pipe\\trust-test-" + std::to_wstring(GetCurrentProcessId());
+  const HANDLE pipe =
+      CreateNamedPipeW(name.c_str(), PIPE_ACCESS_OUTBOUND, PIPE_TYPE_BYTE, 1, 0, 0, 0, nullptr);
+  ASSERT_NE(pipe, INVALID_HANDLE_VALUE);
+  for (const std::wstring& path : {std::wstring(L"\\\\.\\NUL"), std::wstring(L"NUL"), name}) {
+    path_ = path;
+    opened = {};
+    EXPECT_TRUE(HashWithOwnContext().hexText.empty());
+    EXPECT_EQ(opened.path, L"");
+  }
   EXPECT_EQ(catalogs_.Count("hash size"), 0);
-  EXPECT_EQ(closedCount, 1);
+  CloseHandle(pipe);
 }
 
 TEST_F(CalculateFileHash, AHandleThatIsNoDiskFileCountsAsNotOpened) {
-  HANDLE readEnd = nullptr;
-  HANDLE writeEnd = nullptr;
-  const std::wstring name = L"\\\\.\\pipe\\trust-test-" + std::to_wstring(GetCurrentProcessId());
-  writeEnd =
-      CreateNamedPipeW(name.c_str(), PIPE_ACCESS_OUTBOUND, PIPE_TYPE_BYTE, 1, 0, 0, 0, nullptr);
-  ASSERT_NE(writeEnd, INVALID_HANDLE_VALUE);
-  path_ = name;
-  const FileHash hash = HashWithOwnContext();
-  readEnd = openedHandle;
-  EXPECT_NE(readEnd, INVALID_HANDLE_VALUE) << "the pipe itself can be opened";
-  EXPECT_TRUE(hash.hexText.empty());
+  static DWORD type = FILE_TYPE_UNKNOWN;
+  const Standin::ImportPatch patch(
+      "GetFileType", +[](HANDLE) -> DWORD { return type; });
+  for (const DWORD other : {FILE_TYPE_PIPE, FILE_TYPE_CHAR, FILE_TYPE_REMOTE, FILE_TYPE_UNKNOWN}) {
+    type = other;
+    closedCount = 0;
+    EXPECT_TRUE(HashWithOwnContext().hexText.empty()) << other;
+    EXPECT_NE(openedHandle, INVALID_HANDLE_VALUE);
+    EXPECT_EQ(closedCount, 1) << other;
+  }
   EXPECT_EQ(catalogs_.Count("hash size"), 0);
-  EXPECT_EQ(closedCount, 1);
-  CloseHandle(writeEnd);
 }
 
 TEST_F(CalculateFileHash, ASizeOfZeroIsAFailureWhateverTheCallReturned) {

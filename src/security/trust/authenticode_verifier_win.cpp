@@ -11,6 +11,7 @@
 
 #include "logging/trace_logger.h"
 #include "security/trust/catalog_member.h"
+#include "security/trust/disk_file.h"
 #include "security/trust/verify_result.h"
 #include "security/trust/wintrust_layout.h"
 #include "security/trust/zq_authenticode_helper.h"
@@ -91,6 +92,8 @@ SignatureList VerifyByCatalog(const wchar_t* path) {
 }
 
 SignatureList VerifyEmbedded(const wchar_t* path) {
+  if (IsKnownToBeNoDiskFile(path)) return {};
+
   WINTRUST_FILE_INFO file{};
   file.cbStruct = sizeof(file);
   file.pcwszFilePath = path;

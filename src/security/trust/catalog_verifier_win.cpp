@@ -8,6 +8,7 @@
 #include "platform/win32/catalog_owners.h"
 #include "platform/win32/owners.h"
 #include "security/trust/catalog_member.h"
+#include "security/trust/disk_file.h"
 #include "security/trust/zq_authenticode_helper.h"
 
 namespace Zq::Gantry::Security {
@@ -30,16 +31,6 @@ bool AcquireContext(UniqueCatalogAdmin& admin) {
   // A failed call has acquired nothing, whatever it left behind.
   static_cast<void>(admin.release());
   return false;
-}
-
-UniqueFileHandle OpenDiskFile(const wchar_t* path) {
-  UniqueFileHandle file(CreateFileW(path, GENERIC_READ,
-                                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                                    /*security=*/nullptr, OPEN_EXISTING, /*attributes=*/0,
-                                    /*template=*/nullptr));
-  // A pipe or a device might never come to an end.
-  if (file && GetFileType(file.get()) != FILE_TYPE_DISK) file.reset();
-  return file;
 }
 
 // True when `bytes` holds the whole hash.

@@ -14,7 +14,7 @@ namespace Zq::Gantry::Security {
 
 struct VerificationData;  // WINTRUST_DATA with its signature settings: wintrust_layout.h
 
-/// Who signed a file, and whether the file lies in a protected place. Stateless: every operation
+/// Who signed a file, and whether the file lies in an allowed place. Stateless: every operation
 /// may be called on any thread. Nothing is cached, each call looks anew.
 class WATTLEAF_API ZQAuthenticodeHelper {
  public:
@@ -25,9 +25,10 @@ class WATTLEAF_API ZQAuthenticodeHelper {
   /// with both verdicts where there was something to judge.
   static bool IsFileTrusted(const wchar_t* path, const KeyList* keys);
 
-  /// Whether the file's place cannot be written by an ordinary user: below a protected root, or
-  /// below a WindowsApps folder at a drive's root that TrustedInstaller and SYSTEM control. May
-  /// take more than a second for the latter. Logs each reason against.
+  /// Whether the path lies below one of AllowedRootPaths, or below a WindowsApps folder at a
+  /// drive's root whose access list gives full control to TrustedInstaller and SYSTEM, whoever else
+  /// it lets in. No promise that ordinary users cannot write there. May take more than a second for
+  /// such a folder. Logs each reason against.
   static bool IsPathAllowed(const wchar_t* path);
 
   /// Whether the access list of a file or folder gives full control to TrustedInstaller and to
@@ -38,8 +39,9 @@ class WATTLEAF_API ZQAuthenticodeHelper {
   static SignatureList GetAllSignatures(const wchar_t* path);
 
   /// The signatures of one source that the system accepts, or accepts but for an expired
-  /// certificate or an unknown root. Empty for a null path. Throws std::out_of_range for a signer
-  /// whose key has no bytes.
+  /// certificate or an unknown root. Empty for a null path, and for a pipe, a device or anything
+  /// else that is known to be no file on a disk. Throws std::out_of_range for a signer whose key
+  /// has no bytes.
   static SignatureList GetSignatures(const wchar_t* path, bool useCatalog);
 
   /// The signer of the verification in progress; an empty record where it cannot be reached.
@@ -58,7 +60,8 @@ class WATTLEAF_API ZQAuthenticodeHelper {
   /// Whether a signature verified, be it with an expired certificate. An unknown root does not.
   static bool IsTrustedByWindows(SignatureList signatures);
 
-  /// Whether the public key of any signature, whatever its verdict, stands in `keys`.
+  /// Whether the public key of any signature, whatever its verdict, stands in `keys`. A signer
+  /// without a readable key never does, not even where the list holds an empty text.
   static bool IsTrustedByMeridian(SignatureList signatures, const KeyList* keys);
 
   /// Whether the lists have a common name in common. Case-sensitive; no other field takes part.

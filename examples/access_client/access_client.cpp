@@ -88,7 +88,7 @@ void AskAboutFile(const char* path) {
   Security::ZQAuthenticodeFacade facade;
   const std::wstring file = Widen(path);
   Print("the file is one that the service would load", facade.IsServiceFileTrusted(file.c_str()));
-  Print("its place is protected", facade.IsPathAllowed(file.c_str()));
+  Print("its place is allowed", facade.IsPathAllowed(file.c_str()));
 }
 
 void AskAboutTools() {

@@ -26,7 +26,7 @@ program LatchWardenUWP 8.10 is exempt: no
 a program is exempt where nobody is: no
 without a checker: The Behavior was not defined. A call to SetUwpChecker must be done.
 the file is one that the service would load: ${trusted}
-its place is protected: ${protected}
+its place is allowed: ${protected}
 a client may start sfc.exe: no
 disk1 passes the rule regex: yes
 disk12 passes it: no

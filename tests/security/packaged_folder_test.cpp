@@ -18,6 +18,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using TestSupport::AccessList;
 using TestSupport::Error;
+using TestSupport::EveryoneId;
 using TestSupport::LogRecord;
 using TestSupport::SystemId;
 using TestSupport::TrustedInstallerId;
@@ -116,6 +117,49 @@ TEST_F(PackagedFolder, IsTheOneOfTheExpandedPath) {
   const TestSupport::ScopedVariable place(L"WATTLEAF_PLACE", L"E:\\x\\..\\WindowsApps");
   EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"%WATTLEAF_PLACE%\\Some\\a.exe"));
   EXPECT_EQ(played_.questions[0].path, L"E:\\WindowsApps");
+}
+
+// What an allowed place does not promise.
+
+TEST_F(PackagedFolder, MayBeAUsersOwnThatGivesFullControlToBothAccounts) {
+  AccessList shared;
+  played_.list = shared.Allow(EveryoneId(), kFullControl)
+                     .Allow(TrustedInstallerId(), kFullControl)
+                     .Allow(SystemId(), kFullControl)
+                     .Get();
+  EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"C:\\WindowsApps\\mine\\a.exe"));
+  EXPECT_EQ(played_.questions[0].path, L"C:\\WindowsApps");
+}
+
+TEST_F(PackagedFolder, OfARemovableDriveIsJudgedByTheListThatCameWithIt) {
+  EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"E:\\WindowsApps\\a.exe"));
+  EXPECT_EQ(played_.questions[0].path, L"E:\\WindowsApps");
+  played_.list = nullptr;  // a drive without access lists
+  EXPECT_FALSE(ZQAuthenticodeHelper::IsPathAllowed(L"E:\\WindowsApps\\a.exe"));
+}
+
+TEST_F(PackagedFolder, OfAShareIsJudgedByTheListThatTheServerSupplies) {
+  EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"\\\\server\\c:\\WindowsApps\\a.exe"));
+  EXPECT_EQ(played_.questions[0].path, L"\\\\server\\c:\\WindowsApps");
+  EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"\\\\?\\UNC\\server\\x:\\WindowsApps\\a.exe"));
+}
+
+TEST_F(PackagedFolder, CostsADescriptorThatIsKeptForEachAttempt) {
+  static std::vector<HLOCAL> freed;
+  freed.clear();
+  const ImportPatch free(
+      "LocalFree", +[](HLOCAL block) -> HLOCAL {
+        freed.push_back(block);
+        return nullptr;
+      });
+  AccessList lacking;
+  played_.list = lacking.Allow(SystemId(), kFullControl).Get();
+  EXPECT_FALSE(ZQAuthenticodeHelper::IsPathAllowed(kFile));
+  EXPECT_FALSE(ZQAuthenticodeHelper::IsPathAllowed(kFile));
+  EXPECT_EQ(played_.descriptors.size(), 10U);
+  for (void* descriptor : played_.descriptors) {
+    EXPECT_THAT(freed, testing::Not(testing::Contains(descriptor)));
+  }
 }
 
 TEST(PackagedFolderForReal, IsRefusedAfterOneSecondWhereItDoesNotExist) {

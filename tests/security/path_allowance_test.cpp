@@ -7,6 +7,7 @@
 #include "security/played_path_calls.h"
 #include "security/trust/zq_authenticode_helper.h"
 #include "support/log_capture.h"
+#include "support/temp_folder.h"
 
 namespace Zq::Gantry::Security {
 namespace {
@@ -157,6 +158,36 @@ TEST_F(PathAllowance, AllowsEveryPathWhereARootHasNoFullPath) {
       });
   real = full.Original<std::remove_pointer_t<decltype(real)>>();
   EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"D:\\Users\\anybody\\a.dll"));
+}
+
+// What an allowed place does not promise.
+
+TEST_F(PathAllowance, AllowsWindowsTempThoughOrdinaryUsersMayWriteThere) {
+  EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"C:\\Windows\\Temp\\a.dll"));
+  EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"C:\\Windows\\Temp\\deep\\below\\a.dll"));
+  EXPECT_EQ(ownershipChecks, 0);
+}
+
+TEST_F(PathAllowance, AllowsAPathByItsTextThoughNoFileIsThere) {
+  EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"C:\\Windows\\no such folder\\a.dll"));
+  EXPECT_EQ(ownershipChecks, 0);
+}
+
+TEST_F(PathAllowance, AllowsAFolderBelowTheCurrentOneNamedLikeARootWhoseVariableIsNotSet) {
+  const ScopedVariable unset(L"ProgramFiles(x86)", nullptr);
+  wchar_t before[MAX_PATH] = {};
+  GetCurrentDirectoryW(MAX_PATH, before);
+  const TestSupport::TempFolder current;
+  ASSERT_TRUE(SetCurrentDirectoryW(current.Path().c_str()));
+  const std::wstring named = current.File(L"%PROGRAMFILES(x86)%\\a.dll");
+  const bool isNamedAllowed = ZQAuthenticodeHelper::IsPathAllowed(named.c_str());
+  const bool isRelativeAllowed = ZQAuthenticodeHelper::IsPathAllowed(L"%PROGRAMFILES(x86)%\\a.dll");
+  const bool isBesideAllowed = ZQAuthenticodeHelper::IsPathAllowed(current.File(L"a.dll").c_str());
+  SetCurrentDirectoryW(before);
+  EXPECT_TRUE(isNamedAllowed);
+  EXPECT_TRUE(isRelativeAllowed);
+  EXPECT_FALSE(isBesideAllowed);
+  EXPECT_EQ(ownershipChecks, 0);
 }
 
 TEST_F(PathAllowance, ExpandsTheRootsAnewForEachQuestion) {

@@ -7,7 +7,7 @@
 namespace Zq::Gantry::Security {
 
 /// Whether the first argument that is no switch names a file that is trusted like the collector
-/// library and lies in a protected place. True where there is none.
+/// library and lies in an allowed place. True where there is none.
 bool CheckRegsvr32Arguments(const std::wstring& commandLine);
 
 /// The same for the first argument up to its first comma. True without an argument.

@@ -5,11 +5,13 @@
 #include <string>
 #include <string_view>
 
-// What makes a place a protected one, as far as the text of a path can tell.
+// Which places are allowed, as far as the text of a path can tell. Allowed does not mean that
+// ordinary users cannot write there: see AllowedRootPaths and docs/threats.md.
 namespace Zq::Gantry::Security {
 
-/// Folders whose content an ordinary user cannot write, in the order in which they are asked. Not
-/// expanded: the variables are those of whom a path is judged for.
+/// Every path below one of these folders is allowed, whoever may write to it: "C:\Windows\Temp" is
+/// open to all users. In the order in which they are asked. Not expanded: the variables are those
+/// of whom a path is judged for, and a variable that is not set stays part of the text.
 inline constexpr std::array<const wchar_t*, 3> AllowedRootPaths{
     L"%windir%\\",
     L"%PROGRAMFILES(x86)%\\",

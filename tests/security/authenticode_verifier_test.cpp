@@ -383,14 +383,23 @@ TEST(GetSignatures, OfAPipeOrADeviceAreNoneAndNothingIsVerifiedOrOpened) {
   for (const wchar_t* path :
        {L"\\\\.\\pipe\\trust-test", L"//./PIPE/trust-test", L"\\\\?\\pipe\\trust-test",
         L"\\\\server\\pipe\\trust-test", L"\\\\?\\UNC\\server\\pipe\\trust-test",
-        L"\\\\.\\mailslot\\trust-test", L"\\\\.\\x\\..\\pipe\\trust-test", L"\\\\.\\COM1",
-        L"\\\\.\\NUL", L"NUL", L"nul", L"CON", L"COM1", L"COM1:", L"\\\\.\\C:",
-        L"\\\\.\\PhysicalDrive0"}) {
+        L"\\\\.\\mailslot\\trust-test", L"\\\\.\\x\\..\\pipe\\trust-test",
+        L"\\\\?\\pipe\\..\\C:\\trust-test", L"\\\\.\\COM1", L"\\\\.\\NUL", L"NUL", L"nul", L"CON",
+        L"COM1", L"COM1:", L"\\\\.\\C:", L"\\\\.\\PhysicalDrive0"}) {
     EXPECT_TRUE(Helper::GetAllSignatures(path).empty()) << testing::PrintToString(path);
   }
   EXPECT_TRUE(trust.calls.empty());
   EXPECT_EQ(catalogs.Count("hash size"), 0);
   EXPECT_TRUE(opens.paths.empty());
+}
+
+TEST(GetSignatures, OfAPathThatIsTooLongForTheSystemAreAskedUnlessItsTextNamesAPipe) {
+  PlayedTrust trust;
+  trust.embedded = {Signature(0, 1)};
+  const std::wstring tail(40000, L'a');
+  EXPECT_TRUE(Helper::GetSignatures((L"\\\\.\\pipe\\" + tail).c_str(), false).empty());
+  EXPECT_TRUE(trust.calls.empty());
+  EXPECT_EQ(Helper::GetSignatures((L"C:\\" + tail).c_str(), false).size(), 1u);
 }
 
 TEST(GetSignatures, OfAReservedNameWithAnExtensionAreNoneWhereTheSystemMakesItADevice) {

@@ -58,7 +58,12 @@ HANDLE WINAPI PlayOpenProcess(DWORD access, BOOL inherit, DWORD process) {
   return calls->process;
 }
 
+bool IsClosed(HANDLE handle) {
+  return std::find(calls->closed.begin(), calls->closed.end(), handle) != calls->closed.end();
+}
+
 BOOL WINAPI PlayOpenProcessToken(HANDLE process, DWORD access, HANDLE* token) {
+  EXPECT_FALSE(IsClosed(process)) << "the process is still needed";
   calls->tokenOf.push_back(process);
   calls->tokenAccess = access;
   if (calls->token != nullptr) *token = calls->token;
@@ -68,6 +73,7 @@ BOOL WINAPI PlayOpenProcessToken(HANDLE process, DWORD access, HANDLE* token) {
 
 /// As the system does it: cuts what does not fit, and reports a success.
 BOOL WINAPI PlayExpandForUser(HANDLE token, LPCWSTR text, LPWSTR result, DWORD chars) {
+  EXPECT_FALSE(IsClosed(token)) << "the token is still needed";
   const bool isFirst = calls->expandedFor.empty();
   if (isFirst) calls->expandChars = chars;
   calls->expandedFor.push_back(token);

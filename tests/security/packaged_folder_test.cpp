@@ -7,6 +7,7 @@
 #include "security/played_access_lists.h"
 #include "security/played_path_calls.h"
 #include "security/trust/zq_authenticode_helper.h"
+#include "support/call_record.h"
 #include "support/log_capture.h"
 
 // Files of packaged applications: allowed where their folder belongs to the system.
@@ -17,6 +18,7 @@ using Standin::ImportPatch;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using TestSupport::AccessList;
+using TestSupport::CallRecord;
 using TestSupport::Error;
 using TestSupport::EveryoneId;
 using TestSupport::LogRecord;
@@ -160,6 +162,31 @@ TEST_F(PackagedFolder, CostsADescriptorThatIsKeptForEachAttempt) {
   for (void* descriptor : played_.descriptors) {
     EXPECT_THAT(freed, testing::Not(testing::Contains(descriptor)));
   }
+}
+
+// One order of lines and waits.
+
+CallRecord* waitRecord = nullptr;
+
+void WINAPI RecordWait(DWORD milliseconds) {
+  waitRecord->Add("wait " + std::to_string(milliseconds));
+}
+
+TEST(PackagedFolderOrder, LogsEachFailedAttemptBeforeItWaits) {
+  CallRecord seen;
+  waitRecord = &seen;
+  const TestSupport::LogCapture log(seen);
+  const TestSupport::FixedRoots roots;
+  const TestSupport::PlayedRpcQuery rpc;
+  const ImportPatch sleep("Sleep", &RecordWait);
+  TestSupport::PlayedAccessLists played;
+  played.failures = 5;
+  played.lastError = 2;
+  EXPECT_FALSE(ZQAuthenticodeHelper::IsPathAllowed(kFile));
+  const auto attempt = [](int number) { return TestSupport::LogLine(Attempt(number, 2)); };
+  EXPECT_THAT(seen.LinesOf({"log error: Security - GetNamed", "wait"}),
+              ElementsAre(attempt(1), "wait 250", attempt(2), "wait 250", attempt(3), "wait 250",
+                          attempt(4), "wait 250", attempt(5)));
 }
 
 TEST(PackagedFolderForReal, IsRefusedAfterOneSecondWhereItDoesNotExist) {

@@ -72,7 +72,8 @@ BOOL WINAPI PlayedAcquire(HCATADMIN* admin, const GUID* subsystem, PCWSTR algori
 BOOL WINAPI PlayedHash(HCATADMIN admin, HANDLE file, DWORD* size, BYTE* bytes, DWORD flags) {
   Note(bytes == nullptr ? "hash size" : "hash");
   FindOpen(contexts, admin);
-  EXPECT_NE(file, INVALID_HANDLE_VALUE);
+  DWORD handleFlags = 0;
+  EXPECT_TRUE(GetHandleInformation(file, &handleFlags)) << "the file is not open";
   EXPECT_EQ(flags, 0u);
   const auto hashSize = static_cast<DWORD>(current->hash.size());
   if (bytes == nullptr) {

@@ -14,12 +14,12 @@ namespace {
 constexpr DWORD kLongestPathChars = 32768;
 constexpr DWORD kFullSharing = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
-/// The full path, in which a reserved name such as "NUL" has become "\\.\NUL"; `path` itself where
-/// the system makes none.
+/// The full path, in which a reserved name such as "NUL" has become "\\.\NUL"; empty where the
+/// system makes none.
 std::wstring FullPathOf(const wchar_t* path) {
   std::wstring full(kLongestPathChars, L'\0');
   const DWORD chars = GetFullPathNameW(path, kLongestPathChars, full.data(), nullptr);
-  if (chars == 0 || chars >= kLongestPathChars) return path;
+  if (chars == 0 || chars >= kLongestPathChars) return {};
   full.resize(chars);
   return full;
 }

@@ -4,6 +4,7 @@
 #include <ctime>
 #include <cwchar>
 #include <iomanip>
+#include <locale>
 #include <sstream>
 
 #include "ledger/broken_down_time.h"
@@ -14,6 +15,7 @@ namespace Zq::Gantry::Server::Services::Wattleaf {
 namespace {
 
 constexpr std::size_t kTextBufferChars = 512;
+constexpr std::size_t kMostCharsRead = 512;
 
 bool IsBetween(std::int32_t value, std::int32_t least, std::int32_t most) {
   return value >= least && value <= most;
@@ -41,10 +43,21 @@ std::string SpellOutTime(const char* format) {
   return result;
 }
 
+/// The start of a text that may be as long as a file. The stream steps over blanks, and no format
+/// reads more than `kMostCharsRead` characters after them.
+template <typename Char>
+std::basic_string<Char> TextToRead(const Char* text) {
+  const std::locale locale;
+  while (*text != Char() && std::isspace(*text, locale)) ++text;
+  std::size_t length = 0;
+  while (length < kMostCharsRead && text[length] != Char()) ++length;
+  return {text, length};
+}
+
 template <typename Char>
 void ReadAndNormalise(DateTime& result, const Char* text, const Char* format) {
   std::tm fields{};
-  std::basic_istringstream<Char> stream{std::basic_string<Char>(text)};
+  std::basic_istringstream<Char> stream{TextToRead(text)};
   stream >> std::get_time(&fields, format);
   result = FromTm(fields);
 

@@ -80,6 +80,13 @@ TEST(ParseDateTime, TakesATextOfManyMegabytes) {
   EXPECT_EQ(Text(ParseDateTime(result, text.c_str(), kDateFormat)), "2024-03-01 00:00:00 dst 0");
 }
 
+TEST(ParseDateTime, StepsOverAnyNumberOfBlanks) {
+  const std::string blanks = std::string(100'000, ' ') + "\t\n";
+  EXPECT_EQ(Parsed((blanks + "2024-03-01:02:10:46").c_str(), kTimeStampFormat),
+            "2024-03-01 02:10:46 dst 0");
+  EXPECT_EQ(Parsed(blanks.c_str(), kTimeStampFormat), Parsed("", kTimeStampFormat));
+}
+
 TEST(ParseWideDateTime, ReadsTheTimeStampOfTheReport) {
   DateTime result;
   EXPECT_EQ(&ParseWideDateTime(result, L"2024-03-01:14:05:09"), &result);

@@ -15,6 +15,7 @@ void GuardedJsonStream::Follow(Ch c) {
     FollowString(c);
   } else if (c == '"') {
     inString_ = true;
+    stringBytes_ = 0;
     inExponent_ = false;
   } else {
     FollowNumber(c);
@@ -29,7 +30,9 @@ void GuardedJsonStream::FollowString(Ch c) {
     escaped_ = true;
   } else if (c == '"') {
     inString_ = false;
+    return;
   }
+  if (++stringBytes_ > kLongestJsonStringBytes) refused_ = true;
 }
 
 void GuardedJsonStream::FollowNumber(Ch c) {

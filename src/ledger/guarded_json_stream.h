@@ -7,9 +7,14 @@
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
+/// A longer string, as it is spelled in the file, ends the text: the parser collects it in a block
+/// that it doubles.
+inline constexpr std::size_t kLongestJsonStringBytes = 16U * 1024 * 1024;
+
 /// RapidJSON's file stream with an end put to what its parser cannot take: more than `limitBytes`
-/// (a file may grow while it is read) and an exponent of more than nine digits, whose sum with the
-/// count of decimal places overflows in the parser and becomes an index into a table.
+/// (a file may grow while it is read), too long a string, and an exponent of more than nine digits,
+/// whose sum with the count of decimal places overflows in the parser and becomes an index into a
+/// table.
 class GuardedJsonStream {
  public:
   using Ch = char;
@@ -47,6 +52,7 @@ class GuardedJsonStream {
   bool escaped_ = false;
   bool inExponent_ = false;
   int exponentDigits_ = 0;
+  std::size_t stringBytes_ = 0;
 };
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -23,7 +23,8 @@ class GuardedBuilder {
   using Ch = char;
   using Size = rapidjson::SizeType;
 
-  explicit GuardedBuilder(GenericDocument& target) : target_(target) {}
+  GuardedBuilder(GenericDocument& target, std::size_t mostOpenValues)
+      : target_(target), mostOpenValues_(mostOpenValues) {}
 
   bool Null() { return Count() && target_.Null(); }
   bool Bool(bool value) { return Count() && target_.Bool(value); }
@@ -45,28 +46,33 @@ class GuardedBuilder {
   bool StartArray() { return Deepen() && Count() && target_.StartArray(); }
   bool EndObject(Size count) {
     --depth_;
+    openValues_ -= 2 * std::size_t{count};
     return target_.EndObject(count);
   }
   bool EndArray(Size count) {
     --depth_;
+    openValues_ -= count;
     return target_.EndArray(count);
   }
 
  private:
   bool Deepen() { return ++depth_ <= kDeepestJsonNesting; }
-  bool Count() { return ++values_ <= kMostJsonValues; }
+  bool Count() { return ++values_ <= kMostJsonValues && ++openValues_ <= mostOpenValues_; }
 
   GenericDocument& target_;
+  const std::size_t mostOpenValues_;
   int depth_ = 0;
   std::size_t values_ = 0;
+  std::size_t openValues_ = 0;
 };
 
-bool Parse(std::FILE* file, std::size_t largestBytes, GenericDocument& document) {
+bool Parse(std::FILE* file, std::size_t largestBytes, std::size_t mostOpenValues,
+           GenericDocument& document) {
   std::vector<char> buffer(kStreamBufferBytes);
   GuardedJsonStream stream(file, buffer.data(), buffer.size(), largestBytes);
   bool parsed = false;
   auto generator = [&](GenericDocument& target) {
-    GuardedBuilder builder(target);
+    GuardedBuilder builder(target, mostOpenValues);
     rapidjson::Reader reader;
     parsed = !reader.Parse(stream, builder).IsError() && !stream.Refused();
     return parsed;
@@ -77,14 +83,16 @@ bool Parse(std::FILE* file, std::size_t largestBytes, GenericDocument& document)
 
 }  // namespace
 
-GenericDocument* LoadJsonDocument(const std::wstring& path, std::size_t largestBytes) {
+GenericDocument* LoadJsonDocument(const std::wstring& path, std::size_t largestBytes,
+                                  std::size_t mostOpenValues) {
   const UniqueFile file = OpenForReading(path);
   if (!file) return nullptr;
   const std::int64_t length = LengthBytes(file.get());
   if (length < 0 || static_cast<std::uint64_t>(length) > largestBytes) return nullptr;
 
   auto document = std::make_unique<GenericDocument>();
-  return Parse(file.get(), largestBytes, *document) ? document.release() : nullptr;
+  const bool isWhole = Parse(file.get(), largestBytes, mostOpenValues, *document);
+  return isWhole ? document.release() : nullptr;
 }
 
 // Kept on purpose: in place, without a temporary file, and a write that fails half-way is not told

@@ -17,10 +17,12 @@ inline constexpr int kDeepestJsonNesting = 64;
 /// Values and member names together. The library's pools do not survive a failed allocation.
 inline constexpr std::size_t kMostJsonValues = 8'000'000;
 
-/// A new heap document owned by the caller; null for a file that cannot be opened or parsed, or
-/// that is larger than `largestBytes`.
+/// A new heap document owned by the caller; null for a file that cannot be opened or parsed, that
+/// is larger than `largestBytes`, or in which more than `mostOpenValues` values and member names
+/// stand in arrays and objects that have not ended: the parser keeps those on a stack.
 GenericDocument* LoadJsonDocument(const std::wstring& path,
-                                  std::size_t largestBytes = kLargestDataFileBytes);
+                                  std::size_t largestBytes = kLargestDataFileBytes,
+                                  std::size_t mostOpenValues = kMostJsonValues);
 
 /// Writes in place, without white space. False where the file cannot be opened for writing.
 bool SaveJsonDocument(const std::wstring& path, const GenericDocument& document);

@@ -75,6 +75,30 @@ TEST(HostileJson, MayHoldEightMillionValues) {
   EXPECT_FALSE(LoadText(ArrayOfZeros(8'000'000)));
 }
 
+TEST(HostileJson, MayHaveAsManyOpenValuesAsTheCallerSays) {
+  const ScratchFolder folder;
+  const std::wstring path = folder.File("text.json").wstring();
+  const auto isRead = [&](const std::string& text, std::size_t mostOpenValues) {
+    TestSupport::WriteBytes(folder.File("text.json"), text);
+    return std::unique_ptr<GenericDocument>(
+               LoadJsonDocument(path, kLargestDataFileBytes, mostOpenValues)) != nullptr;
+  };
+  // The array, the values of an inner one, and the inner ones that have ended.
+  EXPECT_TRUE(isRead("[1,2,3]", 4));
+  EXPECT_FALSE(isRead("[1,2,3]", 3));
+  EXPECT_TRUE(isRead("[[1,2,3],[1,2,3],[1,2,3]]", 7));
+  EXPECT_FALSE(isRead("[[1,2,3],[1,2,3],[1,2,3]]", 6));
+  EXPECT_TRUE(isRead(R"([{"a":1,"b":2},{"a":1,"b":2}])", 7));
+  EXPECT_FALSE(isRead(R"([{"a":1,"b":2},{"a":1,"b":2}])", 6));
+}
+
+TEST(HostileJson, MayHaveStringsOfSixteenMebibytes) {
+  // As they are spelled in the file: an escape has two bytes. Each string counts anew.
+  const std::string longest = Repeated("\\n", 4U << 20) + std::string(8U << 20, 'n');
+  EXPECT_TRUE(LoadText("[\"n\",\"" + longest + "\"]"));
+  EXPECT_FALSE(LoadText("[\"" + longest + "n\"]"));
+}
+
 TEST(HostileJson, EndsAtAnExponentThatOverflowsInTheParser) {
   // The exponent less the ten decimal places is below -2^31.
   EXPECT_FALSE(LoadText("[1.0000000000e-2147483639]"));

@@ -7,38 +7,55 @@
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
+namespace {
+
+/// An entry without its texts: two strings, a node of the map and what the heap adds to three
+/// blocks.
+constexpr std::size_t kEntryBytes = 2 * sizeof(std::string) + 4 * sizeof(void*) + 3 * 16;
+
+}  // namespace
+
 DisplayNames::DisplayNames(std::string devicePrefix, const PackagedApps& packagedApps,
-                           DescribeFile describeFile)
+                           DescribeFile describeFile, std::size_t mostRememberedBytes)
     : devicePrefix_(std::move(devicePrefix)),
       packagedApps_(packagedApps),
-      describeFile_(std::move(describeFile)) {}
+      describeFile_(std::move(describeFile)),
+      mostRememberedBytes_(mostRememberedBytes) {}
 
 std::string DisplayNames::Resolve(const std::string& appId) {
-  if (!displayNameByAppId_.contains(appId)) {
-    if (IsDevicePath(appId)) {
-      ResolveExecutable(appId);
-    } else {
-      ResolvePackage(appId);
-    }
-  }
   const auto known = displayNameByAppId_.find(appId);
-  return known != displayNameByAppId_.end() ? known->second : std::string();
+  if (known != displayNameByAppId_.end()) return known->second;
+  const auto name = IsDevicePath(appId) ? TryDescribe(appId) : TryPackageName(appId);
+  if (!name) return {};
+  Remember(appId, *name);
+  return *name;
 }
 
-// A description is remembered even where it is empty, since asking for it reads a file. What is not
-// on the system drive is not remembered: that answer costs nothing.
-void DisplayNames::ResolveExecutable(const std::string& appId) {
-  if (devicePrefix_.empty()) return;
+// A description counts as found even if it is empty, since asking for it reads a file. What is not
+// on the system drive does not: that answer costs nothing.
+std::optional<std::string> DisplayNames::TryDescribe(const std::string& appId) const {
+  if (devicePrefix_.empty()) return std::nullopt;
   const auto path = TryDrivePath(appId, devicePrefix_);
-  if (path) displayNameByAppId_[appId] = describeFile_(*path);
+  if (!path) return std::nullopt;
+  return describeFile_(*path);
 }
 
-// Kept on purpose: the walk goes on behind a match, so the last matching key wins (test
+// Kept on purpose: the walk goes on after a match, so the last matching key wins (test
 // DisplayNames.TakesTheLastMatchingPackageInKeyOrder).
-void DisplayNames::ResolvePackage(const std::string& appId) {
+std::optional<std::string> DisplayNames::TryPackageName(const std::string& appId) const {
+  const UwpAppRecord* package = nullptr;
   for (const auto& [packageName, record] : packagedApps_) {
-    if (IsPackageOf(packageName, appId)) displayNameByAppId_[appId] = record.DisplayName;
+    if (IsPackageOf(packageName, appId)) package = &record;
   }
+  if (package == nullptr) return std::nullopt;
+  return package->DisplayName;
+}
+
+void DisplayNames::Remember(const std::string& appId, const std::string& name) {
+  const std::size_t bytes = kEntryBytes + appId.size() + name.size();
+  if (bytes > mostRememberedBytes_ - rememberedBytes_) return;
+  rememberedBytes_ += bytes;
+  displayNameByAppId_.emplace(appId, name);
 }
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

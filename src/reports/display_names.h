@@ -1,15 +1,18 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 
 #include "catalogue/installed_apps.h"
+#include "reports/power_budget.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
-/// Finds the names under which applications are shown, for one run of the conversion: a name that
-/// was found is not looked up again.
+/// Finds the names under which applications are shown, for one run of the conversion. A name that
+/// was found is not looked up again, up to as many bytes of names as may be remembered.
 class DisplayNames {
  public:
   /// The description of an executable, empty where it has none.
@@ -18,18 +21,22 @@ class DisplayNames {
   /// `devicePrefix` is the device path of the system drive, empty where it has none. `packagedApps`
   /// is borrowed.
   DisplayNames(std::string devicePrefix, const PackagedApps& packagedApps,
-               DescribeFile describeFile);
+               DescribeFile describeFile,
+               std::size_t mostRememberedBytes = kMostRememberedNameBytes);
 
-  /// Empty where nobody knows a name.
+  /// Empty if no name is known.
   std::string Resolve(const std::string& appId);
 
  private:
-  void ResolveExecutable(const std::string& appId);
-  void ResolvePackage(const std::string& appId);
+  std::optional<std::string> TryDescribe(const std::string& appId) const;
+  std::optional<std::string> TryPackageName(const std::string& appId) const;
+  void Remember(const std::string& appId, const std::string& name);
 
   const std::string devicePrefix_;
   const PackagedApps& packagedApps_;
   const DescribeFile describeFile_;
+  const std::size_t mostRememberedBytes_;
+  std::size_t rememberedBytes_ = 0;
   std::map<std::string, std::string> displayNameByAppId_;
 };
 

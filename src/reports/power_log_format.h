@@ -1,17 +1,11 @@
 #pragma once
 
-#include <cstddef>
-
 // The files of application energy in the data folder, and the members of the 30-day store.
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
 inline constexpr wchar_t kPowerReportFileName[] = L"Powerlog.xml";
 inline constexpr wchar_t kPowerStoreFileName[] = L"Powerlog.json";
 inline constexpr wchar_t kEnergyReportFileName[] = L"EnergyReport.xml";
-
-/// A larger store counts as unreadable. More than for other data files: one run adds up to a
-/// report.
-inline constexpr std::size_t kLargestPowerStoreBytes = 256U * 1024 * 1024;
 
 inline constexpr char kNameKey[] = "Name";
 inline constexpr char kDisplayNameKey[] = "DisplayName";

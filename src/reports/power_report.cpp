@@ -1,6 +1,5 @@
 #include "reports/power_report.h"
 
-#include <algorithm>
 #include <memory>
 #include <optional>
 #include <pugixml.hpp>
@@ -10,6 +9,7 @@
 #include "ledger/utf8_text.h"
 #include "ledger/wide_file.h"
 #include "reports/decimal_text.h"
+#include "reports/report_tree_size.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
@@ -20,31 +20,28 @@ constexpr wchar_t kTimeStamp[] = L"TimeStamp";
 constexpr wchar_t kEnergy[] = L"TotalEnergyConsumption";
 constexpr wchar_t kEnergyValue[] = L"Value";
 
-bool IsSizeAllowed(std::int64_t bytes) { return bytes > 0 && bytes <= kLargestPowerReportBytes; }
-
-bool AreMarksAllowed(std::string_view text) {
-  const auto marks =
-      std::count_if(text.begin(), text.end(), [](char c) { return c == '<' || c == '='; });
-  return static_cast<std::size_t>(marks) <= kMostPowerReportMarks;
-}
-
 /// What pugixml's own loader does with an open file, which cannot be limited: the whole file in a
 /// block that the document then owns, default options.
-bool Load(std::FILE* file, std::int64_t length, pugi::xml_document& document) {
-  const auto bytes = static_cast<std::size_t>(length);
+bool Load(std::FILE* file, std::size_t bytes, std::size_t mostTreeBytes,
+          pugi::xml_document& document) {
   std::unique_ptr<void, pugi::deallocation_function> block(
       pugi::get_memory_allocation_function()(bytes), pugi::get_memory_deallocation_function());
   if (!block || std::fread(block.get(), 1, bytes, file) != bytes) return false;
-  if (!AreMarksAllowed({static_cast<const char*>(block.get()), bytes})) return false;
+  if (MostReportTreeBytes({static_cast<const char*>(block.get()), bytes}) > mostTreeBytes) {
+    return false;
+  }
   return document.load_buffer_inplace_own(block.release(), bytes);
 }
 
-bool LoadFile(const std::wstring& path, pugi::xml_document& document) {
+bool LoadFile(const std::wstring& path, std::size_t mostTreeBytes, pugi::xml_document& document) {
   // Shared: a scanner that holds the report must not cost the rows of a day.
   const UniqueFile file = OpenSharedForReading(path);
   if (!file) return false;
   const std::int64_t length = LengthBytes(file.get());
-  return IsSizeAllowed(length) && Load(file.get(), length, document);
+  if (length <= 0 || MostReportTextBytes(static_cast<std::uint64_t>(length)) > mostTreeBytes) {
+    return false;
+  }
+  return Load(file.get(), static_cast<std::size_t>(length), mostTreeBytes, document);
 }
 
 /// What the report books on no application.
@@ -92,9 +89,9 @@ class RowReader {
 }  // namespace
 
 void ReadPowerReport(const std::wstring& path, const ReportingPeriod& period, DisplayNames& names,
-                     PowerLog& log) {
+                     PowerLog& log, std::size_t mostTreeBytes) {
   pugi::xml_document document;
-  if (!LoadFile(path, document)) return;
+  if (!LoadFile(path, mostTreeBytes, document)) return;
 
   RowReader reader(period, names, log);
   for (const pugi::xml_node& row : document.document_element().children()) {

@@ -1,5 +1,7 @@
 #include "reports/power_store.h"
 
+#include <string_view>
+
 #include "ledger/date_text.h"
 #include "ledger/json_member.h"
 #include "reports/power_log_format.h"
@@ -26,9 +28,39 @@ void MergeRow(const rapidjson::Value& row, const ReportingPeriod& period, PowerL
   log.Append({TextOf(*name), TextOf(*displayName), time, StoredEnergyLow32(*energy)});
 }
 
-rapidjson::Value JsonText(const std::string& text, GenericDocument::AllocatorType& allocator) {
-  return {text.data(), static_cast<rapidjson::SizeType>(text.size()), allocator};
-}
+/// The rows as the events of a JSON text; names are handed over uncopied.
+class RowEvents {
+ public:
+  explicit RowEvents(const PowerLog& log) : log_(log) {}
+
+  bool operator()(GenericDocument& document) const {
+    document.StartArray();
+    for (const PowerLogRecord& record : log_.Records()) {
+      document.StartObject();
+      Key(document, kNameKey);
+      Text(document, record.Name, /*isCopied=*/false);
+      Key(document, kDisplayNameKey);
+      Text(document, record.DisplayName, /*isCopied=*/false);
+      Key(document, kTimeStampKey);
+      Text(document, FormatDateTime(record.TimeStamp, kTimeStampFormat), /*isCopied=*/true);
+      Key(document, kTotalEnergyKey);
+      document.Int64(record.TotalEnergy);
+      document.EndObject(/*memberCount=*/4);
+    }
+    return document.EndArray(static_cast<rapidjson::SizeType>(log_.Records().size()));
+  }
+
+ private:
+  static void Key(GenericDocument& document, std::string_view key) {
+    Text(document, key, /*isCopied=*/false);
+  }
+
+  static void Text(GenericDocument& document, std::string_view text, bool isCopied) {
+    document.String(text.data(), static_cast<rapidjson::SizeType>(text.size()), isCopied);
+  }
+
+  const PowerLog& log_;
+};
 
 }  // namespace
 
@@ -37,20 +69,12 @@ void MergePowerStore(const GenericDocument& store, const ReportingPeriod& period
   for (const rapidjson::Value& row : store.GetArray()) MergeRow(row, period, log);
 }
 
+// Through events, which make each object as large as its members: adding them one by one would
+// reserve room for sixteen.
 GenericDocument PowerStoreDocument(const PowerLog& log) {
-  GenericDocument document(rapidjson::kArrayType);
-  auto& allocator = document.GetAllocator();
-  document.Reserve(static_cast<rapidjson::SizeType>(log.Records().size()), allocator);
-  for (const PowerLogRecord& record : log.Records()) {
-    const std::string time = FormatDateTime(record.TimeStamp, kTimeStampFormat);
-    rapidjson::Value row(rapidjson::kObjectType);
-    row.AddMember(rapidjson::StringRef(kNameKey), JsonText(record.Name, allocator), allocator);
-    row.AddMember(rapidjson::StringRef(kDisplayNameKey), JsonText(record.DisplayName, allocator),
-                  allocator);
-    row.AddMember(rapidjson::StringRef(kTimeStampKey), JsonText(time, allocator), allocator);
-    row.AddMember(rapidjson::StringRef(kTotalEnergyKey), record.TotalEnergy, allocator);
-    document.PushBack(row, allocator);
-  }
+  GenericDocument document;
+  RowEvents events(log);
+  document.Populate(events);
   return document;
 }
 

@@ -14,7 +14,7 @@ inline constexpr std::int32_t kPowerStoreDays = 30;
 /// holds no rows; a row that lacks a member is dropped, and one of another type counts as missing.
 void MergePowerStore(const GenericDocument& store, const ReportingPeriod& period, PowerLog& log);
 
-/// The document for the file.
+/// The document for the file. It refers to the names in `log`, which must outlive it.
 GenericDocument PowerStoreDocument(const PowerLog& log);
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

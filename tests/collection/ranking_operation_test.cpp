@@ -205,6 +205,44 @@ TEST_F(RankingOperation, AnswersTheTextOfAnIconThatMayNotBeWritten) {
   EXPECT_FALSE(FileExists(folder.File(L"witness.png")));
 }
 
+TEST_F(RankingOperation, AnswersTheTextOfAnIconWhoseFolderCannotBeMade) {
+  const ImportPatch patch("ExtractAssociatedIconExA", &PlayedIcon);
+  helper.win32Apps.Replace({{L"Desktop", L""}});
+  WriteStore({StoreRow("\\Device\\Any", "Desktop", "1")});
+  const std::wstring icons = folder.File(L"Powerlog.json\\icons");
+  EXPECT_EQ(Ask(icons + L"?7"), LR"([{"Name":"Desktop","Icon":")" + InJson(icons) +
+                                    LR"(\\Desktop.png","Value":100.0}])");
+}
+
+// The path and its end fill the buffer of 260 bytes; one byte more, and no program is asked for.
+TEST_F(RankingOperation, AsksForAProgramWhosePathFillsTheBuffer) {
+  const ImportPatch patch("ExtractAssociatedIconExA", &PlayedIcon);
+  helper.win32Apps.Replace({{L"Desktop", L""}});
+  const std::string device = helper.GetDevicePath("C:");
+  const std::string path = "\\" + std::string(256, 'p');
+  for (const auto& [rest, asked] : {std::pair(path, "C:" + path), std::pair(path + "p", ""s)}) {
+    g_program = "none";
+    WriteStore({StoreRow(device + rest, "Desktop", "1")});
+    Ask(folder.Path() + L"?7");
+    EXPECT_EQ(g_program, asked);
+  }
+}
+
+TEST_F(RankingOperation, AnswersFromTheStoreAndTheCataloguesOfTheMoment) {
+  WriteStore({StoreRow("a", "A", "1")});
+  EXPECT_EQ(Ask(L"?7"), LR"([{"Name":"A","Icon":"","Value":100.0}])");
+  WriteStore({StoreRow("\\Device\\Any", "Desktop", "3"), StoreRow("b", "B", "1")});
+  EXPECT_EQ(Ask(L"?7"), LR"([{"Name":"B","Icon":"","Value":25.0}])");
+  helper.win32Apps.Replace({{L"Desktop", L""}});
+  EXPECT_EQ(Ask(L"?7"),
+            LR"([{"Name":"Desktop","Icon":"","Value":75.0},)"
+            LR"({"Name":"B","Icon":"","Value":25.0}])");
+  PlayedClock::Set("2026-12-14 10:30:15");
+  EXPECT_EQ(Ask(L"?7"), L"[]");
+  WriteWholeFile(StorePath(), "no JSON");
+  EXPECT_EQ(Ask(L"?7"), L"untouched");
+}
+
 TEST_F(RankingOperation, WritesOutsideTheFolderForNoName) {
   InstallPackage();
   const std::wstring icons = folder.File(L"icons");

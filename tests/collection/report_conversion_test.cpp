@@ -221,11 +221,22 @@ TEST_F(ReportConversion, OverwritesAStoreThatDoesNotParseOrIsNoArray) {
 }
 
 // A hole takes no room on the disk, and the parser takes its zeros for the end.
-TEST_F(ReportConversion, OverwritesAStoreOfMoreThanTwoHundredAndFiftySixMebibytes) {
+TEST_F(ReportConversion, OverwritesAStoreOfMoreThanAHundredAndTwentyEightMebibytes) {
   for (const auto& [bytes, rows] :
-       {std::pair(256U * 1024 * 1024, kOldRow), std::pair(256U * 1024 * 1024 + 1, "")}) {
+       {std::pair(128U * 1024 * 1024, kOldRow), std::pair(128U * 1024 * 1024 + 1, "")}) {
     WriteStore(Array(kOldRow));
     std::filesystem::resize_file(storePath, bytes);
+    Convert();
+    EXPECT_EQ(StoreText(), Array(rows));
+  }
+}
+
+TEST_F(ReportConversion, OverwritesAStoreWithMoreThanAMillionOpenValues) {
+  // The array is one of them, and so are the nine of the row that stands last.
+  for (const auto& [zeros, rows] : {std::pair(999'990, kOldRow), std::pair(999'991, "")}) {
+    std::string store = "[";
+    for (int i = 0; i < zeros; ++i) store += "0,";
+    WriteStore(store + kOldRow + "]");
     Convert();
     EXPECT_EQ(StoreText(), Array(rows));
   }
@@ -270,6 +281,91 @@ TEST_F(ReportConversion, ForgetsARowInTheFirstRunAfterItsThirtyDays) {
   Convert();
   EXPECT_EQ(StoreText(), Array(kNewRow));
   PlayedClock::Set("2026-12-14 02:10:47");
+  Convert();
+  EXPECT_EQ(StoreText(), "[]");
+}
+
+namespace {
+
+std::string ReportOf(const std::string& rows) { return "<Report>" + rows + "</Report>"; }
+
+/// A row of a report, and how the store spells it.
+std::string ReportRow(const std::string& name, const std::string& time, int energy) {
+  return "<Row AppId='" + name + "' TimeStamp='" + time + "'><TotalEnergyConsumption Value='" +
+         std::to_string(energy) + "'/></Row>";
+}
+
+std::string StoredRow(const std::string& name, const std::string& time, int energy) {
+  return R"({"Name":")" + name + R"(","DisplayName":"","TimeStamp":")" + time +
+         R"(","TotalEnergy":)" + std::to_string(energy) + "}";
+}
+
+constexpr char kMonday[] = "2026-11-09:08:00:00";
+constexpr char kTuesday[] = "2026-11-10:08:00:00";
+constexpr char kWednesday[] = "2026-11-11:08:00:00";
+
+}  // namespace
+
+// Reports of consecutive days overlap; between them the service may have been started anew.
+TEST_F(ReportConversion, OfSeveralDaysKeepsEachRowOnceWithItsLastEnergy) {
+  WriteReport(ReportOf(ReportRow("a", kMonday, 1) + ReportRow("b", kTuesday, 2)));
+  Convert();
+  EXPECT_EQ(StoreText(), Array(StoredRow("a", kMonday, 1) + "," + StoredRow("b", kTuesday, 2)));
+
+  PlayedClock::Set("2026-11-15 10:30:15");
+  OpenHelper restarted;
+  restarted.collectionPath = folder.Path().c_str();
+  WriteReport(ReportOf(ReportRow("b", kTuesday, 20) + ReportRow("c", kWednesday, 3) +
+                       ReportRow("b", kTuesday, 5)));
+  restarted.ConvertPowerLogXmltoJson();
+  const std::string afterTwo =
+      Array(StoredRow("b", kTuesday, 25) + "," + StoredRow("c", kWednesday, 3) + "," +
+            StoredRow("a", kMonday, 1));
+  EXPECT_EQ(StoreText(), afterTwo);
+
+  restarted.ConvertPowerLogXmltoJson();
+  EXPECT_EQ(StoreText(), afterTwo) << "without a report";
+  WriteReport("<Report>" + ReportRow("d", kMonday, 9));
+  restarted.ConvertPowerLogXmltoJson();
+  EXPECT_EQ(StoreText(), afterTwo) << "with a report that does not parse";
+}
+
+TEST_F(ReportConversion, ReadsTheStoreAnewInEachPass) {
+  WriteReport(ReportOf(ReportRow("a", kMonday, 1)));
+  Convert();
+  WriteStore(Array(StoredRow("x", kTuesday, 7)));
+  WriteReport(ReportOf(ReportRow("b", kTuesday, 2)));
+  Convert();
+  EXPECT_EQ(StoreText(), Array(StoredRow("b", kTuesday, 2) + "," + StoredRow("x", kTuesday, 7)));
+  DeleteFileW(storePath.c_str());
+  Convert();
+  EXPECT_EQ(StoreText(), "[]");
+}
+
+TEST_F(ReportConversion, ReadsCatalogueAnewInEachPassForNewRowsOnly) {
+  WriteReport(ReportOf(ReportRow("new", kMonday, 1)));
+  Convert();
+  helper.uwpApps.Replace(PackagedApps{{"new", {"Shown", ""}}});
+  WriteReport(ReportOf(ReportRow("new", kTuesday, 2)));
+  Convert();
+  EXPECT_EQ(StoreText(),
+            Array(R"({"Name":"new","DisplayName":"Shown","TimeStamp":"2026-11-10:08:00:00",)"
+                  R"("TotalEnergy":2},)" +
+                  StoredRow("new", kMonday, 1)));
+}
+
+// Each pass forgets the rows that are too old at its own time, stored and reported ones alike.
+TEST_F(ReportConversion, CutsAtThirtyDaysBeforeEachPass) {
+  WriteReport(ReportOf(ReportRow("a", "2026-10-15:10:30:14", 1) +
+                       ReportRow("b", "2026-10-15:10:30:15", 2) +
+                       ReportRow("c", "2026-10-15:10:30:16", 3)));
+  Convert();
+  EXPECT_EQ(StoreText(), Array(StoredRow("b", "2026-10-15:10:30:15", 2) + "," +
+                               StoredRow("c", "2026-10-15:10:30:16", 3)));
+  PlayedClock::Set("2026-11-14 10:30:16");
+  Convert();
+  EXPECT_EQ(StoreText(), Array(StoredRow("c", "2026-10-15:10:30:16", 3)));
+  PlayedClock::Set("2026-11-14 10:30:17");
   Convert();
   EXPECT_EQ(StoreText(), "[]");
 }

@@ -147,3 +147,19 @@ TEST_F(DisplayNamesOfPackages, NeedTheWholeDevicePrefixToBeAPath) {
   }
   EXPECT_TRUE(asked.empty());
 }
+
+TEST_F(DisplayNamesOfExecutables, AreRememberedAsLongAsThereIsRoomForThem) {
+  // An entry takes some 150 bytes without its texts.
+  DisplayNames names(kPrefix, packages, Describe("Meadow Office"), 1000);
+  const std::string first = "\\Device\\HarddiskVolume3\\a.exe";
+  const std::string large = "\\Device\\HarddiskVolume3\\" + std::string(900, 'b');
+  for (const std::string& appId : {first, large, first, large}) {
+    EXPECT_EQ(names.Resolve(appId), "Meadow Office");
+  }
+  EXPECT_EQ(asked.size(), 3U) << "the large one is asked for twice";
+  for (int i = 0; i < 20; ++i) names.Resolve("\\Device\\HarddiskVolume3\\" + std::to_string(i));
+  asked.clear();
+  for (int i = 0; i < 20; ++i) names.Resolve("\\Device\\HarddiskVolume3\\" + std::to_string(i));
+  EXPECT_GE(asked.size(), 14U);
+  EXPECT_LT(asked.size(), 20U);
+}

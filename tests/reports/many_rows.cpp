@@ -5,6 +5,7 @@
 
 #include "ledger/date_text.h"
 #include "ledger/local_calendar.h"
+#include "reports/power_budget.h"
 #include "reports/power_log_format.h"
 #include "reports/power_report.h"
 #include "reports/power_store.h"
@@ -70,17 +71,21 @@ void WriteManyRows(const std::filesystem::path& folder, std::size_t count) {
   Write(folder / kPowerStoreFileName, StoreOfManyRows(count));
 }
 
+// What one step no longer needs is released before the next, as in the service.
 std::size_t FoldReport(const std::filesystem::path& folder) {
-  const PackagedApps packages{{"Package.Number", {"Package", ""}}};
   const ReportingPeriod period(EndOfManyRows(), kPowerStoreDays);
-  DisplayNames names("\\Device\\HarddiskVolume3", packages,
-                     [](const std::string&) { return "Application"; });
   PowerLog log;
-  ReadPowerReport((folder / kPowerReportFileName).wstring(), period, names, log);
+  {
+    const PackagedApps packages{{"Package.Number", {"Package", ""}}};
+    DisplayNames names("\\Device\\HarddiskVolume3", packages,
+                       [](const std::string&) { return "Application"; });
+    ReadPowerReport((folder / kPowerReportFileName).wstring(), period, names, log);
+  }
   const std::wstring storePath = (folder / kPowerStoreFileName).wstring();
-  const std::unique_ptr<GenericDocument> store(
-      LoadJsonDocument(storePath, kLargestPowerStoreBytes));
-  if (store) MergePowerStore(*store, period, log);
+  if (const std::unique_ptr<GenericDocument> store{
+          LoadJsonDocument(storePath, kLargestPowerStoreBytes, kMostOpenStoreValues)}) {
+    MergePowerStore(*store, period, log);
+  }
   static_cast<void>(SaveJsonDocument(storePath, PowerStoreDocument(log)));
   return log.Records().size();
 }

@@ -72,12 +72,20 @@ TEST(PowerLog, TakesAllTimesOutsideTheCalendarForTheSame) {
   EXPECT_EQ(log.TryFind("a", At("1850-06-01:12:00:00"))->TotalEnergy, 1);
 }
 
-TEST(PowerLog, FindsTheFirstOfTwoRowsOfOneIdentity) {
+TEST(PowerLog, DropsASecondRowOfOneIdentity) {
+  PowerLog log;
+  log.Append({"a", "first", At("2026-11-14:02:00:00"), 1});
+  log.Append({"a", "second", At("2026-11-14:02:00:00"), 2});
+  EXPECT_EQ(EnergyInOrder(log), (std::vector<std::int64_t>{1}));
+  EXPECT_EQ(log.TryFind("a", At("2026-11-14:02:00:00"))->DisplayName, "first");
+}
+
+TEST(PowerLog, TakesANameAndALongerOneThatGoesOnAfterAZeroForTwo) {
   PowerLog log;
   log.Append({"a", "", At("2026-11-14:02:00:00"), 1});
-  log.Append({"a", "", At("2026-11-14:02:00:00"), 2});
-  EXPECT_EQ(log.TryFind("a", At("2026-11-14:02:00:00"))->TotalEnergy, 1);
-  EXPECT_EQ(log.Records().size(), 2U);
+  log.Append({std::string("a\0b", 3), "", At("2026-11-14:02:00:00"), 2});
+  log.Append({std::string("a\0", 2), "", At("2026-11-14:02:00:00"), 3});
+  EXPECT_EQ(EnergyInOrder(log), (std::vector<std::int64_t>{1, 2, 3}));
 }
 
 TEST(PowerLog, FindsWhatAWalkFromTheFrontFinds) {

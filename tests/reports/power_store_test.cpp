@@ -189,6 +189,31 @@ TEST_F(PowerStore, NamesKeepTheirZeros) {
   EXPECT_EQ(Text(), "[" + rows + "]");
 }
 
+// The short name first: a search that ends at the zero would take the others for the same row.
+TEST_F(PowerStore, NameThatGoesOnAfterAZeroIsAnotherRow) {
+  const std::string rows = Row("a", "A", "2026-11-01:02:00:00", "1") + "," +
+                           Row("a\\u0000", "A", "2026-11-01:02:00:00", "2") + "," +
+                           Row("a\\u0000b", "A\\u0000B", "2026-11-01:02:00:00", "3");
+  Merge("[" + rows + "]");
+  EXPECT_EQ(Text(), "[" + rows + "]");
+}
+
+TEST_F(PowerStore, NewRowReplacesOnlyTheOldRowOfAllItsBytes) {
+  log.Append({"a", "new", At("2026-11-01:02:00:00"), 1});
+  Merge("[" + Row("a", "old", "2026-11-01:02:00:00", "2") + "," +
+        Row("a\\u0000b", "old", "2026-11-01:02:00:00", "3") + "]");
+  EXPECT_EQ(Text(), "[" + Row("a", "new", "2026-11-01:02:00:00", "1") + "," +
+                        Row("a\\u0000b", "old", "2026-11-01:02:00:00", "3") + "]");
+}
+
+TEST_F(PowerStore, MemberWhoseNameGoesOnAfterAZeroIsAnotherMember) {
+  Merge(
+      R"([{"Name\u0000":"x","Name":"a","DisplayName\u0000x":"x","DisplayName":"A",)"
+      R"("TotalEnergy\u0000":1,"TimeStamp":"2026-11-01:02:00:00","TotalEnergy":7},)"
+      R"({"Name\u0000":"a","DisplayName":"A","TimeStamp":"2026-11-01:02:00:00","TotalEnergy":7}])");
+  EXPECT_EQ(Text(), "[" + RowOf("a") + "]");
+}
+
 TEST_F(PowerStore, NamesMayBeEmpty) {
   const std::string row = Row("", "", "2026-11-01:02:00:00", "1");
   Merge("[" + row + "]");

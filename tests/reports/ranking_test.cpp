@@ -148,6 +148,24 @@ TEST(Ranking, TakesItsStepsIn32BitFloat) {
   EXPECT_EQ(ranking[0].Value, 61.50125503540039F);
 }
 
+TEST(Ranking, TakesA64BitEnergyToFloatInOneStep) {
+  // 2^60 + 2^36 + 1 is nearer to 2^60 + 2^37 than to 2^60. By way of a double, which drops the last
+  // bit, it lies half-way and would end at 2^60. Its low 32 bits are 1, so the total is 4. The
+  // float next to (2^60 + 2^37) * 100 is 838860928 * 2^37.
+  const Ranking ranking =
+      PlayedRanking().Rank({StoreRow("a", "A", "1152921573326323713"), StoreRow("b", "", "3")});
+  EXPECT_THAT(ValuesOf(ranking), ElementsAre(838860928.0F * 34359738368.0F));
+}
+
+TEST(Ranking, TakesTheTotalToFloatOnceItIsSummed) {
+  // 2^24 + 1 + 1 is a float, 2^24 + 1 is none: added up in 32-bit float the total would stay at
+  // 2^24, and the first share would be 100.
+  const Ranking ranking = PlayedRanking().Rank(
+      {StoreRow("a", "A", "16777216"), StoreRow("b", "", "1"), StoreRow("b", "", "1")});
+  EXPECT_THAT(ValuesOf(ranking), ElementsAre(1677721600.0F / 16777218.0F));
+  EXPECT_LT(ValuesOf(ranking)[0], 100.0F);
+}
+
 TEST(Ranking, AddsSharesIn32BitFloat) {
   const std::vector<std::string> rows(11, StoreRow("a", "A", "1"));
   EXPECT_THAT(ValuesOf(PlayedRanking().Rank(rows)), ElementsAre(100.00000762939453F));
@@ -250,6 +268,23 @@ TEST(Ranking, KeepsZerosInsideNames) {
   const Ranking ranking = PlayedRanking().Rank(
       {StoreRow("a", "A"s, "1"), StoreRow("a", "A\0B"s, "2"), StoreRow("a", "\0"s, "3")});
   EXPECT_THAT(NamesOf(ranking), ElementsAre("\0"s, "A\0B"s, "A"s));
+}
+
+TEST(Ranking, TakesAMemberWhoseNameGoesOnAfterAZeroForAnother) {
+  const std::string row =
+      R"({"Name":"a","DisplayName\u0000":"Zero","DisplayName":"A",)"
+      R"("TimeStamp":"2026-11-14:09:00:00","TotalEnergy\u0000":9,"TotalEnergy":1})";
+  const Ranking ranking = PlayedRanking().Rank({row, StoreRow("b", "B", "3")});
+  EXPECT_THAT(NamesOf(ranking), ElementsAre("B", "A"));
+  EXPECT_THAT(ValuesOf(ranking), ElementsAre(75.0F, 25.0F));
+}
+
+TEST(Ranking, LooksAnExecutableUpByAllBytesOfItsName) {
+  PlayedRanking played;
+  played.desktopApps = {{L"Meadow", L""}};
+  EXPECT_THAT(NamesOf(played.Rank({StoreRow(kExecutable, "Meadow", "1"),
+                                   StoreRow(kExecutable, "Meadow\0x"s, "1")})),
+              ElementsAre("Meadow"));
 }
 
 TEST(Ranking, OfNoEnergyHasNoFiniteValue) {

@@ -1,0 +1,17 @@
+#include <windows.h>
+
+#include <psapi.h>
+
+#include <algorithm>
+
+#include "reports/peak_memory.h"
+
+namespace TestSupport {
+
+std::size_t PeakMemoryBytes() {
+  PROCESS_MEMORY_COUNTERS counters{};
+  if (!GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof(counters))) return SIZE_MAX;
+  return std::max(counters.PeakPagefileUsage, counters.PeakWorkingSetSize);
+}
+
+}  // namespace TestSupport

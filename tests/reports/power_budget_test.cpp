@@ -1,0 +1,120 @@
+#include "reports/power_budget.h"
+
+#include <gtest/gtest.h>
+#include <rapidjson/stringbuffer.h>
+#include <rapidjson/writer.h>
+
+#include <filesystem>
+#include <limits>
+#include <memory>
+#include <string>
+
+#include "ledger/scratch_folder.h"
+#include "reports/power_store.h"
+#include "reports/report_times.h"
+#include "reports/stored_row_size.h"
+
+// What is written as the store, the next pass can read.
+
+using namespace Zq::Gantry::Server::Services::Wattleaf;
+using TestSupport::At;
+using TestSupport::ScratchFolder;
+
+namespace {
+
+constexpr std::int64_t kLongestEnergy = std::numeric_limits<std::int64_t>::min();
+
+std::size_t WrittenBytes(const PowerLog& log) {
+  rapidjson::StringBuffer buffer;
+  rapidjson::Writer<rapidjson::StringBuffer> writer(buffer);
+  PowerStoreDocument(log).Accept(writer);
+  return buffer.GetSize();
+}
+
+/// The file of a log, and how large it is.
+class SavedStore {
+ public:
+  explicit SavedStore(const PowerLog& log) {
+    EXPECT_TRUE(SaveJsonDocument(folder_.File("store.json").wstring(), PowerStoreDocument(log)));
+  }
+
+  std::size_t Bytes() const { return std::filesystem::file_size(folder_.File("store.json")); }
+
+  std::unique_ptr<GenericDocument> Load(std::size_t largestBytes = kLargestPowerStoreBytes,
+                                        std::size_t mostOpenValues = kMostOpenStoreValues) const {
+    return std::unique_ptr<GenericDocument>(
+        LoadJsonDocument(folder_.File("store.json").wstring(), largestBytes, mostOpenValues));
+  }
+
+ private:
+  const ScratchFolder folder_;
+};
+
+}  // namespace
+
+TEST(StoredRowBytes, AreThoseThatTheWriterWritesForEachByteOfAName) {
+  const PowerLogRecord empty{"", "", At("2026-11-14:02:10:46"), kLongestEnergy};
+  for (int byte = 0; byte < 256; ++byte) {
+    const std::string name(3, static_cast<char>(byte));
+    PowerLog log;
+    log.Append({name, "", empty.TimeStamp, kLongestEnergy});
+    log.Append({"", name + name, empty.TimeStamp, kLongestEnergy});
+    ASSERT_EQ(log.Records().size(), 2U);
+    std::size_t bytes = 1;
+    for (const PowerLogRecord& row : log.Records()) bytes += StoredRowBytes(row);
+    EXPECT_EQ(WrittenBytes(log), bytes) << byte;
+  }
+}
+
+TEST(StoredRowBytes, CountTheLongestEnergyForAnyOther) {
+  const DateTime time = At("2026-11-14:02:10:46");
+  EXPECT_EQ(StoredRowBytes({"a", "b", time, 0}), StoredRowBytes({"a", "b", time, kLongestEnergy}));
+}
+
+TEST(PowerBudget, RowOfTheStoreIsNineJsonValuesAndTheArrayIsOne) {
+  // The largest number of rows that LoadJsonDocument reads: (8,000,000 - 1) / 9.
+  EXPECT_EQ(PowerStoreLimits().rows, 888'888U);
+  EXPECT_EQ(PowerStoreLimits().fileBytes, 128U * 1024 * 1024);
+}
+
+TEST(PowerBudget, StoreOfTheLargestFileIsReadByTheNextPass) {
+  // A bracket, and 98 bytes of each row that are no name.
+  const PowerStoreLimits limits{.fileBytes = 1 + 3 * (98 + 1000)};
+  PowerLog log(limits);
+  for (const char letter : std::string("abcd")) {
+    log.Append({std::string(1000, letter), "", At("2026-11-14:02:00:00"), kLongestEnergy});
+  }
+  const SavedStore store(log);
+  EXPECT_EQ(store.Bytes(), limits.fileBytes);
+  const auto next = store.Load(limits.fileBytes);
+  ASSERT_TRUE(next);
+  EXPECT_EQ(next->Size(), 3U);
+}
+
+TEST(PowerBudget, StoreOfTheMostRowsIsReadByTheNextPass) {
+  // What is open while the last of five rows is read: the array, four rows, and nine of the fifth.
+  PowerLog log;
+  for (const char* name : {"a", "b", "c", "d", "e"}) {
+    log.Append({name, "", At("2026-11-14:02:00:00"), kLongestEnergy});
+  }
+  const SavedStore store(log);
+  EXPECT_TRUE(store.Load(kLargestPowerStoreBytes, 1 + 4 + 9));
+  EXPECT_FALSE(store.Load(kLargestPowerStoreBytes, 1 + 4 + 8));
+}
+
+TEST(PowerBudget, RowOfTheLongestNamesIsReadByTheNextPassAndALongerOneIsDropped) {
+  // A zero takes six bytes in the file: 16 MiB - 98 = 6 * 2,796,186 + 2.
+  const std::string name(2'796'186, '\0');
+  const DateTime time = At("2026-11-14:02:00:00");
+  PowerLog log;
+  log.Append({name + "abc", "", time, kLongestEnergy});
+  log.Append({name, "abc", time, kLongestEnergy});
+  EXPECT_TRUE(log.Records().empty());
+  log.Append({name + "ab", "", time, kLongestEnergy});
+  log.Append({"", name + "ab", time, kLongestEnergy});
+  ASSERT_EQ(log.Records().size(), 2U);
+  const auto next = SavedStore(log).Load();
+  ASSERT_TRUE(next);
+  EXPECT_EQ((*next)[0]["Name"].GetStringLength(), name.size() + 2);
+  EXPECT_EQ((*next)[1]["DisplayName"].GetStringLength(), name.size() + 2);
+}

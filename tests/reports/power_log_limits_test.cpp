@@ -1,0 +1,220 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "ledger/local_calendar.h"
+#include "reports/power_log.h"
+#include "reports/report_times.h"
+#include "reports/stored_row_size.h"
+
+// Which rows a log gives up when they are more than its store may hold.
+
+using namespace Zq::Gantry::Server::Services::Wattleaf;
+using TestSupport::At;
+
+namespace {
+
+/// No limit to the file, so that only the number of rows counts.
+PowerStoreLimits Rows(std::size_t rows) { return {.rows = rows}; }
+
+/// Room for the bracket at the start and for these rows.
+PowerStoreLimits RoomFor(const std::vector<PowerLogRecord>& rows) {
+  PowerStoreLimits limits{.fileBytes = 1};
+  for (const PowerLogRecord& row : rows) limits.fileBytes += StoredRowBytes(row);
+  return limits;
+}
+
+/// A row of 14 November 2026.
+PowerLogRecord Row(const std::string& name, const std::string& time) {
+  return {name, "", At(("2026-11-14:" + time).c_str()), 1};
+}
+
+PowerLogRecord LargeRow(const std::string& time) { return Row(std::string(500, 'n'), time); }
+
+std::string Names(const PowerLog& log) {
+  std::string names;
+  for (const PowerLogRecord& row : log.Records()) names += row.Name.substr(0, 1);
+  return names;
+}
+
+void AppendAll(PowerLog& log, const std::vector<PowerLogRecord>& rows) {
+  for (const PowerLogRecord& row : rows) log.Append(row);
+}
+
+}  // namespace
+
+TEST(PowerLogLimits, HoldAsManyRowsAsTheySay) {
+  PowerLog log(Rows(3));
+  AppendAll(log, {Row("a", "03:00:00"), Row("b", "01:00:00"), Row("c", "02:00:00")});
+  EXPECT_EQ(Names(log), "abc");
+}
+
+TEST(PowerLogLimits, DropTheOldestRowWhereverItStands) {
+  PowerLog log(Rows(3));
+  AppendAll(log, {Row("a", "03:00:00"), Row("b", "01:00:00"), Row("c", "02:00:00"),
+                  Row("d", "04:00:00")});
+  EXPECT_EQ(Names(log), "acd");
+  log.Append(Row("e", "02:30:00"));
+  EXPECT_EQ(Names(log), "ade");
+}
+
+TEST(PowerLogLimits, DropANewRowThatIsOlderThanAllOthers) {
+  PowerLog log(Rows(2));
+  AppendAll(log, {Row("a", "02:00:00"), Row("b", "03:00:00"), Row("c", "01:59:59")});
+  EXPECT_EQ(Names(log), "ab");
+}
+
+TEST(PowerLogLimits, DropTheRowThatCameLastOfOneSecond) {
+  PowerLog log(Rows(2));
+  AppendAll(log, {Row("z", "02:00:00"), Row("a", "02:00:00"), Row("m", "02:00:00")});
+  EXPECT_EQ(Names(log), "za");
+  log.Append(Row("n", "02:00:01"));
+  EXPECT_EQ(Names(log), "zn");
+  log.Append(Row("o", "02:00:01"));
+  EXPECT_EQ(Names(log), "no");
+}
+
+TEST(PowerLogLimits, CountTheRowsThatCameAfterTheFirstThatWent) {
+  PowerLog log(Rows(2));
+  AppendAll(log, {Row("a", "01:00:00"), Row("b", "02:00:00"), Row("c", "03:00:00"),
+                  Row("d", "03:00:00"), Row("e", "04:00:00"), Row("f", "05:00:00")});
+  EXPECT_EQ(Names(log), "ef");
+}
+
+TEST(PowerLogLimits, AdmitTheLastByteOfTheFile) {
+  const std::vector<PowerLogRecord> rows{Row("a", "01:00:00"), Row("b", "02:00:00")};
+  PowerStoreLimits limits = RoomFor(rows);
+  PowerLog exact(limits);
+  AppendAll(exact, rows);
+  EXPECT_EQ(Names(exact), "ab");
+
+  --limits.fileBytes;
+  PowerLog tooSmall(limits);
+  AppendAll(tooSmall, rows);
+  EXPECT_EQ(Names(tooSmall), "b");
+}
+
+TEST(PowerLogLimits, DropAsManyOldRowsAsALargeOneNeeds) {
+  std::vector<PowerLogRecord> rows;
+  for (char name = 'a'; name <= 'j'; ++name) {
+    rows.push_back(Row(std::string(1, name), "02:00:0" + std::string(1, '0' + (name - 'a'))));
+  }
+  PowerLog log(RoomFor(rows));
+  AppendAll(log, rows);
+  // 500 letters more than the frame of a row: 598 bytes, where ten rows of 99 have room.
+  log.Append(LargeRow("03:00:00"));
+  EXPECT_EQ(Names(log), "hijn");
+}
+
+TEST(PowerLogLimits, KeepRoomThatADroppedRowLeft) {
+  PowerLog log(RoomFor({LargeRow("01:00:00"), Row("a", "02:00:00")}));
+  AppendAll(log, {LargeRow("01:00:00"), Row("a", "02:00:00"), Row("b", "03:00:00"),
+                  Row("c", "04:00:00"), Row("d", "05:00:00"), Row("e", "06:00:00"),
+                  Row("f", "07:00:00"), Row("g", "08:00:00")});
+  EXPECT_EQ(Names(log), "abcdefg");
+}
+
+TEST(PowerLogLimits, TakeNothingBackThatIsAsOldAsWhatHasGone) {
+  PowerLog log(RoomFor({LargeRow("02:00:00"), Row("a", "03:00:00")}));
+  AppendAll(log, {LargeRow("02:00:00"), Row("a", "03:00:00"), Row("b", "04:00:00")});
+  ASSERT_EQ(Names(log), "ab") << "and room is left";
+  AppendAll(log, {Row("c", "02:00:00"), Row("d", "01:00:00"), Row("e", "02:00:01")});
+  EXPECT_EQ(Names(log), "abe");
+}
+
+TEST(PowerLogLimits, TakeNothingThatIsAsOldAsARowThatFoundNoRoom) {
+  PowerLog log(RoomFor({Row("a", "02:00:00"), Row("b", "03:00:00"), Row("c", "03:00:00")}));
+  AppendAll(log,
+            {Row("a", "02:00:00"), Row("b", "03:00:00"), Row(std::string(150, 'x'), "02:30:00"),
+             Row("c", "02:30:00"), Row("d", "02:29:59"), Row("e", "02:30:01")});
+  EXPECT_EQ(Names(log), "be");
+}
+
+TEST(PowerLogLimits, DropARowThatIsTooLargeAloneAndNothingElse) {
+  const PowerLogRecord tooLarge = LargeRow("09:00:00");
+  PowerStoreLimits limits = RoomFor({tooLarge});
+  --limits.fileBytes;
+  PowerLog log(limits);
+  AppendAll(log, {Row("a", "01:00:00"), tooLarge, Row("b", "00:30:00")});
+  EXPECT_EQ(Names(log), "ab");
+}
+
+TEST(PowerLogLimits, DropARowThatIsTooLargeForARowAndNothingElse) {
+  const std::size_t most = StoredRowBytes(LargeRow("09:00:00"));
+  PowerLog exact({.rowBytes = most});
+  AppendAll(exact, {Row("a", "01:00:00"), LargeRow("09:00:00")});
+  EXPECT_EQ(Names(exact), "an");
+  PowerLog tooSmall({.rowBytes = most - 1});
+  AppendAll(tooSmall, {Row("a", "01:00:00"), LargeRow("09:00:00"), Row("b", "00:30:00")});
+  EXPECT_EQ(Names(tooSmall), "ab");
+}
+
+TEST(PowerLogLimits, CountDisplayNamesToo) {
+  PowerLogRecord named = Row("b", "02:00:00");
+  named.DisplayName = "B";
+  PowerLog log(RoomFor({Row("a", "01:00:00"), Row("b", "02:00:00")}));
+  AppendAll(log, {Row("a", "01:00:00"), named});
+  EXPECT_EQ(Names(log), "b");
+}
+
+TEST(PowerLogLimits, MakeADroppedRowUnknownAndLeaveTheOthersToBeFound) {
+  PowerLog log(Rows(2));
+  AppendAll(log, {Row("a", "01:00:00"), Row("b", "02:00:00"), Row("c", "03:00:00")});
+  EXPECT_EQ(log.TryFind("a", At("2026-11-14:01:00:00")), nullptr);
+  for (const auto& [name, time] :
+       {std::pair("b", "2026-11-14:02:00:00"), std::pair("c", "2026-11-14:03:00:00")}) {
+    ASSERT_NE(log.TryFind(name, At(time)), nullptr) << name;
+    EXPECT_EQ(log.TryFind(name, At(time))->Name, name);
+  }
+}
+
+TEST(PowerLogLimits, OfNoRowsHoldNone) {
+  PowerLog log(Rows(0));
+  log.Append(Row("a", "01:00:00"));
+  EXPECT_EQ(Names(log), "");
+}
+
+// In any order of any rows, what stays is what a sort by age and a single cut leave.
+TEST(PowerLogLimits, LeaveWhatASortAndOneCutLeave) {
+  std::uint32_t state = 7;
+  const auto below = [&state](std::uint32_t end) {
+    state = state * 1664525 + 1013904223;
+    return state / 65536 % end;
+  };
+  for (int round = 0; round < 200; ++round) {
+    std::vector<PowerLogRecord> rows;
+    for (std::uint32_t i = 0; i < 40; ++i) {
+      PowerLogRecord row = Row(std::to_string(i) + std::string(below(300), 'n'), "02:00:00");
+      row.TimeStamp.tm_sec = static_cast<std::int32_t>(below(12));
+      rows.push_back(row);
+    }
+    const PowerStoreLimits limits{.rows = 1 + below(45), .fileBytes = 300 + below(12'000)};
+    PowerLog log(limits);
+    AppendAll(log, rows);
+
+    std::erase_if(rows, [&](const PowerLogRecord& row) {
+      return 1 + StoredRowBytes(row) > limits.fileBytes;
+    });
+    const std::vector<PowerLogRecord> inOrder = rows;
+    std::stable_sort(rows.begin(), rows.end(), [](const auto& left, const auto& right) {
+      return left.TimeStamp.tm_sec > right.TimeStamp.tm_sec;
+    });
+    std::vector<std::string> kept;
+    std::size_t bytes = 1;
+    for (const PowerLogRecord& row : rows) {
+      bytes += StoredRowBytes(row);
+      if (bytes > limits.fileBytes || kept.size() == limits.rows) break;
+      kept.push_back(row.Name);
+    }
+    std::vector<std::string> expected;
+    for (const PowerLogRecord& row : inOrder) {
+      if (std::find(kept.begin(), kept.end(), row.Name) != kept.end()) expected.push_back(row.Name);
+    }
+    std::vector<std::string> names;
+    for (const PowerLogRecord& row : log.Records()) names.push_back(row.Name);
+    ASSERT_EQ(names, expected) << "round " << round;
+  }
+}

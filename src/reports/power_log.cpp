@@ -58,13 +58,13 @@ bool PowerLog::MakeRoom(std::size_t rowBytes, std::int64_t instant) {
   return false;
 }
 
+/// Until now no row has gone: the places are those from 0 on.
 void PowerLog::OrderByAge() {
   byAge_.reserve(limits_.rows);
   std::uint64_t place = 0;
   for (Row row = records_.begin(); row != records_.end(); ++row) {
     byAge_.push_back({InstantOf(row->TimeStamp), place++, row});
   }
-  nextPlace_ = place;
   std::make_heap(byAge_.begin(), byAge_.end(), &StaysLonger);
   isOrderedByAge_ = true;
 }

@@ -14,6 +14,7 @@ constexpr std::uint64_t kAttributeBytes = 5 * sizeof(void*);
 constexpr std::uint64_t kPageBytes = 32 * 1024;
 constexpr std::uint64_t kPageLossDivisor = 100;
 
+/// A zero is none.
 bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 
 /// Whether a text may follow the tag at the start of `part`, which reaches to the next "<". A ">"
@@ -24,7 +25,8 @@ bool MayHoldText(std::string_view part) {
 }
 
 /// Each "<" begins an element unless it ends one, and one text may follow the tag. In an encoding
-/// of more than one byte, in which "<" has zeros beside it, bytes are not what they look like.
+/// of more than one byte "<" and ">" have zeros beside them, so that each tag has a text here; and
+/// "</" need not be what it looks like.
 std::uint64_t MostNodes(std::string_view text) {
   const bool isOfBytes = text.find('\0') == std::string_view::npos;
   std::uint64_t nodes = 0;
@@ -32,7 +34,7 @@ std::uint64_t MostNodes(std::string_view text) {
     const auto next = text.find('<', tag + 1);
     const std::string_view part = text.substr(tag, next - tag);
     if (!isOfBytes || !part.starts_with("</")) ++nodes;
-    if (!isOfBytes || MayHoldText(part)) ++nodes;
+    if (MayHoldText(part)) ++nodes;
     tag = next;
   }
   return nodes;

@@ -342,7 +342,7 @@ TEST_F(ReportConversion, ReadsTheStoreAnewInEachPass) {
   EXPECT_EQ(StoreText(), "[]");
 }
 
-TEST_F(ReportConversion, ReadsCatalogueAnewInEachPassForNewRowsOnly) {
+TEST_F(ReportConversion, ReadsTheCatalogueAnewInEachPassForNewRowsOnly) {
   WriteReport(ReportOf(ReportRow("new", kMonday, 1)));
   Convert();
   helper.uwpApps.Replace(PackagedApps{{"new", {"Shown", ""}}});

@@ -1,4 +1,4 @@
-// Stand-in: what the environment tells the collector.
+// Stand-in: the collector's settings, read from the environment.
 
 #include "collector_settings.h"
 
@@ -35,6 +35,8 @@ CollectorSettings ReadCollectorSettings() {
   settings.now = ReadNumberVariable(L"WATTLEAF_COLLECTOR_NOW", _time64(nullptr));
   settings.truthPath = ReadVariable(L"WATTLEAF_COLLECTOR_TRUTH");
   if (settings.truthPath.empty()) settings.truthPath = kUsualTruthPath;
+  settings.failure = Narrow(ReadVariable(L"WATTLEAF_COLLECTOR_FAILURE"));
+  settings.holdsLock = ReadVariable(L"WATTLEAF_COLLECTOR_LOCK") == L"held";
   return settings;
 }
 

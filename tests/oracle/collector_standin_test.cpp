@@ -56,7 +56,10 @@ class CollectorStandin : public testing::Test {
     callbackCalls = 0;
     callbackItems = 0;
   }
-  ~CollectorStandin() override { RemoveSamples(); }
+  ~CollectorStandin() override {
+    RemoveSamples();
+    for (const wchar_t* name : {L"FAILURE", L"CALLS"}) Tell(name, L"");
+  }
 
   static void Tell(const std::wstring& name, const std::wstring& value) {
     SetEnvironmentVariableW((L"WATTLEAF_COLLECTOR_" + name).c_str(), value.c_str());
@@ -72,6 +75,8 @@ class CollectorStandin : public testing::Test {
     return std::unique_ptr<DataCollector>(Find<DataCollector*()>("CreateZQXExportClass")());
   }
   void Advance(long long now) const { Find<void(long long)>("AdvanceCollector")(now); }
+
+  void Unload() { module_.reset(); }
 
   static std::wstring SamplePath(const std::wstring& date) {
     return std::wstring(kDataFolder) + L"\\PcmSampleData_" + date + L".json";
@@ -134,11 +139,30 @@ TEST_F(CollectorStandin, CanRefuseToLoad) {
   EXPECT_FALSE(Create()->OnLoad());
 }
 
-TEST_F(CollectorStandin, CanThrow) {
-  Tell(L"STATUS", L"throw-standard");
+TEST_F(CollectorStandin, ThrowsInTheNamedCallOnly) {
+  Tell(L"FAILURE", L"start standard");
+  EXPECT_TRUE(Create()->OnLoad());
   EXPECT_THROW(Create()->StartCollecting({0}), std::runtime_error);
-  Tell(L"STATUS", L"throw-other");
-  EXPECT_THROW(Create()->StartCollecting({0}), int);
+  Tell(L"FAILURE", L"load other");
+  EXPECT_THROW(Create()->OnLoad(), int);
+  Tell(L"FAILURE", L"create standard");
+  EXPECT_THROW(Create(), std::runtime_error);
+}
+
+TEST_F(CollectorStandin, RecordsEachCallAndItsOwnUnloading) {
+  const TempFolder records;
+  const std::wstring path = records.File(L"calls.txt");
+  Tell(L"CALLS", path);
+  Tell(L"STATUS", L"0");
+  {
+    const auto collector = Create();
+    collector->OnLoad();
+    collector->SetDataCallback(&CountItems);
+    collector->StartCollecting({0});
+    collector->StopCollecting({0});
+  }
+  Unload();
+  EXPECT_EQ(ReadWholeFile(path), "create\nload\ncallback\nstart\nstop\ndestroy\nunload\n");
 }
 
 TEST_F(CollectorStandin, WritesDaysCallsBackOnceAndLeavesTheTruthBeside) {

@@ -3,6 +3,8 @@
 #include <array>
 #include <system_error>
 
+#include "collection/process_end.h"
+
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
 namespace {
@@ -39,8 +41,20 @@ void EndThread(std::unique_ptr<std::thread> thread) {
 }  // namespace
 
 WattleafHelper& WattleafHelper::Instance() {
-  static WattleafHelper instance;
-  return instance;
+  // The object is destroyed when the library is freed, and given up as it is when the process ends:
+  // the other threads were killed at any point then, perhaps inside the collector's locks or within
+  // a change of a field, and the collector's library has been cleaned up already.
+  union Storage {
+    Storage() : helper() {}
+    Storage(const Storage&) = delete;
+    Storage& operator=(const Storage&) = delete;
+    ~Storage() {
+      if (!IsProcessEnding()) helper.~WattleafHelper();
+    }
+    WattleafHelper helper;
+  };
+  static Storage storage;
+  return storage.helper;
 }
 
 WattleafHelper::WattleafHelper() : hostDirectory(HostDirectory()) {}

@@ -27,8 +27,8 @@ namespace Zq::Gantry::Server::Services::Wattleaf {
 /// words with one meaning each, and a late view does no harm.
 class WATTLEAF_API WattleafHelper {
  public:
-  /// The one object, made on first use; concurrent first calls make one. Destroyed at the library's
-  /// static clean-up.
+  /// The one object, made on first use; concurrent first calls make one. Destroyed by the library's
+  /// static clean-up when the library is freed; given up without a call when the process ends.
   static WattleafHelper& Instance();
 
   WattleafHelper(const WattleafHelper&) = delete;

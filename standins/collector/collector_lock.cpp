@@ -4,7 +4,7 @@
 
 #include <windows.h>
 
-#include <latch>
+#include <future>
 #include <mutex>
 #include <thread>
 
@@ -21,13 +21,14 @@ std::mutex& Lock() {
 }  // namespace
 
 void HoldLockForEver() {
-  std::latch taken(1);
-  std::thread([&taken] {
+  std::promise<void> taken;
+  const std::future<void> isTaken = taken.get_future();
+  std::thread([taken = std::move(taken)]() mutable {
     Lock().lock();
-    taken.count_down();
+    taken.set_value();
     Sleep(INFINITE);
   }).detach();
-  taken.wait();
+  isTaken.wait();
 }
 
 void PassThroughLock() { const std::lock_guard guard(Lock()); }

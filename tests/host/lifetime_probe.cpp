@@ -3,11 +3,16 @@
 
 #include <windows.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <cstdio>
+#include <cstdlib>
+#include <initializer_list>
 #include <memory>
 #include <string>
 
 #include "import_patch.h"
+#include "played_calls.h"
 #include "service/zq_service.h"
 
 namespace {
@@ -35,6 +40,33 @@ bool AnswersTrueTo8(ZQService& service) {
   const bool isTrue = std::wstring(output) == L"true";
   service.FreeResult(output);
   return isTrue;
+}
+
+const char* NameOfExport(HMODULE library, std::initializer_list<const char*> parts) {
+  const auto at = [library](std::uintptr_t offset) {
+    return reinterpret_cast<std::uintptr_t>(library) + offset;
+  };
+  const auto* dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(library);
+  const auto* headers =
+      reinterpret_cast<const IMAGE_NT_HEADERS*>(at(static_cast<std::uintptr_t>(dos->e_lfanew)));
+  const auto& entry = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_EXPORT];
+  const auto* table = reinterpret_cast<const IMAGE_EXPORT_DIRECTORY*>(at(entry.VirtualAddress));
+  const auto* names = reinterpret_cast<const DWORD*>(at(table->AddressOfNames));
+  for (DWORD i = 0; i < table->NumberOfNames; ++i) {
+    const std::string name = reinterpret_cast<const char*>(at(names[i]));
+    if (std::all_of(parts.begin(), parts.end(),
+                    [&name](const char* part) { return name.find(part) != std::string::npos; })) {
+      return reinterpret_cast<const char*>(at(names[i]));
+    }
+  }
+  return "";
+}
+
+/// The exported function whose decorated name has all of `parts`, in any compiler's decoration.
+template <typename Function>
+Function* FindExport(HMODULE library, std::initializer_list<const char*> parts) {
+  return reinterpret_cast<Function*>(
+      reinterpret_cast<void*>(GetProcAddress(library, NameOfExport(library, parts))));
 }
 
 HANDLE workerThread = nullptr;
@@ -109,6 +141,51 @@ int ReturnAfterWorkerEnded(HMODULE library) {
   return LetWorkerEnd(library, *service) ? kAsItShouldBe : Wrong("the worker goes on");
 }
 
+HANDLE passEnded = nullptr;
+
+void WINAPI SleepAfterThePassOnly(DWORD milliseconds) {
+  if (milliseconds == 90000) return;
+  if (milliseconds == 86400000) SetEvent(passEnded);
+  Sleep(milliseconds);
+}
+
+/// The worker with a collector that is collecting and a first pass made; then `end` ends the
+/// process, or returns the exit status of main.
+template <typename End>
+int EndWhileCollecting(HMODULE library, End end) {
+  passEnded = CreateEventW(nullptr, /*manualReset=*/TRUE, /*initialState=*/FALSE, nullptr);
+  const Standin::PlayedCalls played(library, /*enabled=*/true);
+  const Standin::ImportPatch patch(library, "Sleep", &SleepAfterThePassOnly);
+  MakeService(library)->startup_task();
+  if (WaitForSingleObject(passEnded, 60000) != WAIT_OBJECT_0) return Wrong("no pass");
+  return end();
+}
+
+int ReturnWhileCollecting(HMODULE library) {
+  return EndWhileCollecting(library, [] { return kAsItShouldBe; });
+}
+
+int ExitWhileCollecting(HMODULE library) {
+  return EndWhileCollecting(library, []() -> int { std::exit(kAsItShouldBe); });
+}
+
+int ExitProcessWhileCollecting(HMODULE library) {
+  return EndWhileCollecting(library, []() -> int { ExitProcess(kAsItShouldBe); });
+}
+
+/// Without startup_task, which would keep the library loaded for good.
+int FreeWhileCollecting(HMODULE library) {
+  using Helper = void;
+  const auto instance = FindExport<Helper*()>(library, {"WattleafHelper", "Instance"});
+  const auto start = FindExport<bool(Helper*)>(library, {"WattleafHelper", "StartCollection"});
+  {
+    const Standin::PlayedCalls played(library, /*enabled=*/true);
+    if (!start(instance())) return Wrong("collection does not start");
+  }
+  FreeLibrary(library);
+  return GetModuleHandleW(kLibrary) == nullptr ? kAsItShouldBe : Wrong("still loaded");
+}
+
 struct Moment {
   const char* name;
   int (*run)(HMODULE library);
@@ -123,6 +200,10 @@ constexpr Moment kMoments[] = {
     {"return-before-worker-runs", &ReturnBeforeWorkerRuns},
     {"return-after-two-starts", &ReturnAfterTwoStarts},
     {"return-after-worker-ended", &ReturnAfterWorkerEnded},
+    {"return-while-collecting", &ReturnWhileCollecting},
+    {"exit-while-collecting", &ExitWhileCollecting},
+    {"exit-process-while-collecting", &ExitProcessWhileCollecting},
+    {"free-while-collecting", &FreeWhileCollecting},
 };
 
 }  // namespace

@@ -1,0 +1,89 @@
+// The end of a host that has a collector running: the shipped library on the simulated notebook, in
+// processes that end in each way.
+
+#include <windows.h>
+
+#include <chrono>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "collector_calls.h"
+#include "host_notebook.h"
+#include "host_process.h"
+
+using testing::ElementsAre;
+using TestSupport::CollectorCalls;
+using TestSupport::HostRun;
+using TestSupport::InstalledHost;
+using TestSupport::NotebookIsThere;
+using TestSupport::RunProgram;
+using TestSupport::ScopedVariable;
+
+namespace {
+
+constexpr unsigned long kProbeIsContent = 7;
+
+/// Copies the probe to where the collector is trusted: beside the installed host.
+std::wstring InstallProbe() {
+  std::wstring self(MAX_PATH, L'\0');
+  self.resize(GetModuleFileNameW(nullptr, self.data(), MAX_PATH));
+  const std::wstring host = InstalledHost();
+  const std::wstring probe = host.substr(0, host.find_last_of(L'\\')) + L"\\lifetime_probe.exe";
+  if (!CopyFileW((self.substr(0, self.find_last_of(L'\\')) + L"\\lifetime_probe.exe").c_str(),
+                 probe.c_str(), /*failIfExists=*/FALSE)) {
+    ADD_FAILURE() << "cannot install the probe, Windows error " << GetLastError();
+  }
+  return probe;
+}
+
+class EndOfAHostThatCollects : public testing::Test {
+ protected:
+  void SetUp() override {
+    if (!NotebookIsThere()) GTEST_SKIP() << "no simulated notebook on this machine";
+  }
+
+  void ExpectEndsSoon(const wchar_t* moment) {
+    const std::wstring probe = InstallProbe();
+    const auto start = std::chrono::steady_clock::now();
+    const HostRun run = RunProgram(probe, {moment});
+    EXPECT_EQ(run.exitStatus, kProbeIsContent) << run.output << run.errors;
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(60));
+  }
+
+  /// Also with a collector that a stop or a destruction would block for ever.
+  void ExpectGivesTheCollectorUp(const wchar_t* moment) {
+    const ScopedVariable lock(L"WATTLEAF_COLLECTOR_LOCK", L"held");
+    ExpectEndsSoon(moment);
+    EXPECT_THAT(calls.Lines(), ElementsAre("create", "load", "callback", "start"));
+  }
+
+  const CollectorCalls calls;
+  const ScopedVariable days{L"WATTLEAF_COLLECTOR_DAYS", L"2"};
+};
+
+}  // namespace
+
+TEST_F(EndOfAHostThatCollects, ReturningFromMainEndsSoonAndCallsTheCollectorNoMore) {
+  ExpectGivesTheCollectorUp(L"return-while-collecting");
+}
+
+TEST_F(EndOfAHostThatCollects, CallingExitEndsSoonAndCallsTheCollectorNoMore) {
+  ExpectGivesTheCollectorUp(L"exit-while-collecting");
+}
+
+TEST_F(EndOfAHostThatCollects, CallingExitProcessEndsSoonAndCallsTheCollectorNoMore) {
+  ExpectGivesTheCollectorUp(L"exit-process-while-collecting");
+}
+
+TEST_F(EndOfAHostThatCollects, ACollectorThatHoldsNoLockIsNotCalledEither) {
+  ExpectEndsSoon(L"return-while-collecting");
+  EXPECT_THAT(calls.Lines(), ElementsAre("create", "load", "callback", "start"));
+}
+
+TEST_F(EndOfAHostThatCollects, FreeingTheLibraryStopsDestroysAndUnloadsTheCollector) {
+  ExpectEndsSoon(L"free-while-collecting");
+  EXPECT_THAT(calls.Lines(),
+              ElementsAre("create", "load", "callback", "start", "stop", "destroy", "unload"));
+}

@@ -1,6 +1,5 @@
 #include <windows.h>
 
-#include <atomic>
 #include <exception>
 #include <map>
 #include <string>
@@ -52,8 +51,7 @@ void LogVerdict(CollectorVerdict verdict) {
 bool WattleafHelper::StartCollection() {
   if (IsPlatformSupported() != Shared::WMI::kPlatformSupported) return false;
   // Kept on purpose: a second call is a success without work, whatever the first one came to.
-  if (collectionStarted) return true;
-  collectionStarted = true;
+  if (collectionStarted.exchange(true, std::memory_order_relaxed)) return true;
   CreateDirectoryTree(collectionPath);
 
   bool keepLoaded = false;
@@ -94,26 +92,26 @@ CollectorVerdict WattleafHelper::StartCollector() {
     log.LogError(L"Unable to find methods in DataCollector.\n");
     return CollectorVerdict::kUnknownFailure;
   }
-  collector.reset(create());
+  DataCollector* const made = create();
+  collector.reset(made);
   log.LogInfo(L"Loaded DataCollector library\n");
   // A library that gives no object cannot work either.
-  if (collector == nullptr || !collector->OnLoad()) {
+  if (made == nullptr || !made->OnLoad()) {
     log.LogError(L"DataCollector OnLoad() failed.\n");
     return CollectorVerdict::kUnknownFailure;
   }
-  collector->SetDataCallback(&WattleafHelper::MyNativeCallback);
+  made->SetDataCallback(&WattleafHelper::MyNativeCallback);
   const CollectorVerdict verdict =
-      JudgeCollectorStatus(collector->StartCollecting(std::vector<int>{kPowerSamples}));
+      JudgeCollectorStatus(made->StartCollecting(std::vector<int>{kPowerSamples}));
   TakeVerdict(verdict);
   LogVerdict(verdict);
   return verdict;
 }
 
 void WattleafHelper::TakeVerdict(CollectorVerdict verdict) {
-  if (verdict == CollectorVerdict::kStarted) dataAvailable = true;
-  // Whole and at once, beside a probe that may store its own answer on another thread.
+  if (verdict == CollectorVerdict::kStarted) dataAvailable.store(true, std::memory_order_relaxed);
   if (const auto state = SupportStateOf(verdict)) {
-    std::atomic_ref<int>(PlatformSupportState).store(*state);
+    PlatformSupportState.store(*state, std::memory_order_relaxed);
   }
 }
 
@@ -127,12 +125,13 @@ void WattleafHelper::UnloadCollector() {
 }
 
 void WattleafHelper::StopCollection() {
-  if (collector == nullptr) return;
-  static_cast<void>(collector->StopCollecting(std::vector<int>{kPowerSamples}));
+  DataCollector* const loaded = collector.get();
+  if (loaded == nullptr) return;
+  static_cast<void>(loaded->StopCollecting(std::vector<int>{kPowerSamples}));
 }
 
 void WattleafHelper::MyNativeCallback(const char**, int count) {
-  if (count > 0) Instance().dataChanged = true;
+  if (count > 0) Instance().dataChanged.store(true, std::memory_order_relaxed);
 }
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -1,5 +1,3 @@
-#include <atomic>
-
 #include "collection/wattleaf_helper.h"
 #include "platform/wmi/platform_probes.h"
 #include "platform/wmi/support_decision.h"
@@ -9,8 +7,7 @@ namespace Zq::Gantry::Server::Services::Wattleaf {
 namespace WMI = Zq::Gantry::Server::Shared::WMI;
 
 int WattleafHelper::IsPlatformSupported() {
-  const std::atomic_ref<int> state(PlatformSupportState);
-  const int known = state.load();
+  const int known = PlatformSupportState.load(std::memory_order_relaxed);
   if (known != WMI::kPlatformUndecided) return known;
 
   const int decided =
@@ -18,7 +15,9 @@ int WattleafHelper::IsPlatformSupported() {
   // The probes take long enough for the collector, or another thread, to settle the state: what
   // was stored first stands.
   int stored = WMI::kPlatformUndecided;
-  return state.compare_exchange_strong(stored, decided) ? decided : stored;
+  const bool isFirst =
+      PlatformSupportState.compare_exchange_strong(stored, decided, std::memory_order_relaxed);
+  return isFirst ? decided : stored;
 }
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

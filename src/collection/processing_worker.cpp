@@ -23,7 +23,7 @@ void PinModule() {
 
 void WattleafHelper::StartProcessing() {
   PinModule();
-  running = true;
+  running.store(true, std::memory_order_relaxed);
   auto thread = std::make_unique<std::thread>(&WattleafHelper::ProcessingCallback, this);
   SetThreadPriority(Platform::ThreadHandle(*thread), THREAD_PRIORITY_LOWEST);
   // Kept on purpose: a second call gives the first thread object up. Deleting it would end the
@@ -43,10 +43,12 @@ void WattleafHelper::ProcessingCallback() {
     bool StartCollector() override { return helper_.StartCollection(); }
     void LoadDesktopCatalogue() override { helper_.LoadInstalledWin32Apps(); }
     void LoadPackagedCatalogue() override { helper_.LoadInstalledUWPApps(); }
-    bool MayGoOn() override { return helper_.running; }
+    bool MayGoOn() override { return helper_.running.load(std::memory_order_relaxed); }
     void UpdateLedger() override { helper_.CalculateDailyPowerConsumption(); }
     void UpdateRanking() override { helper_.OnGetTop20PowerApps(); }
-    void MarkDataAvailable() override { helper_.dataAvailable = true; }
+    void MarkDataAvailable() override {
+      helper_.dataAvailable.store(true, std::memory_order_relaxed);
+    }
 
    private:
     WattleafHelper& helper_;

@@ -60,7 +60,7 @@ WattleafHelper& WattleafHelper::Instance() {
 WattleafHelper::WattleafHelper() : hostDirectory(HostDirectory()) {}
 
 WattleafHelper::~WattleafHelper() {
-  running = false;
+  running.store(false, std::memory_order_relaxed);
   if (worker != nullptr) EndThread(std::move(worker));
   try {
     StopCollection();
@@ -70,8 +70,8 @@ WattleafHelper::~WattleafHelper() {
   UnloadCollector();
 }
 
-bool WattleafHelper::IsDataChanged() { return dataChanged; }
+bool WattleafHelper::IsDataChanged() { return dataChanged.load(std::memory_order_relaxed); }
 
-bool WattleafHelper::IsDataAvailable() { return dataAvailable; }
+bool WattleafHelper::IsDataAvailable() { return dataAvailable.load(std::memory_order_relaxed); }
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

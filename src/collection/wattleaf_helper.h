@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <atomic>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -15,6 +16,7 @@
 #include "ledger/date_time.h"
 #include "ledger/json_document.h"
 #include "platform/win32/owners.h"
+#include "platform/win32/shared_resource.h"
 #include "platform/wmi/support_decision.h"
 #include "wattleaf_export.h"
 
@@ -23,8 +25,8 @@ namespace Zq::Gantry::Server::Services::Wattleaf {
 /// The one object that holds the system's state. Its operations take the lock, log, call the rules
 /// of the other folders and hand over; nothing outside service/ and collection/ knows it.
 ///
-/// The flags and PlatformSupportState are plain fields, read and written without a lock: single
-/// words with one meaning each, and a late view does no harm.
+/// The flags and PlatformSupportState are single words with one meaning each, read and written
+/// without a lock and without order among them: a late view does no harm.
 class WATTLEAF_API WattleafHelper {
  public:
   /// The one object, made on first use; concurrent first calls make one. Destroyed by the library's
@@ -101,22 +103,29 @@ class WATTLEAF_API WattleafHelper {
   /// Destroys the collector and frees its library.
   void UnloadCollector();
 
-  std::unique_ptr<DataCollector> collector;
-  Platform::UniqueModule collectorModule;
-  int PlatformSupportState = Shared::WMI::kPlatformUndecided;
-  bool dataAvailable = false;
+  struct CollectorPolicy {
+    using Type = DataCollector*;
+    static Type Empty() { return nullptr; }
+    static void Release(Type object) { delete object; }
+  };
+
+  // The worker writes both; the thread that ends the helper reads them.
+  Platform::SharedResource<CollectorPolicy> collector;
+  Platform::SharedResource<Platform::ModulePolicy> collectorModule;
+  std::atomic<int> PlatformSupportState = Shared::WMI::kPlatformUndecided;
+  std::atomic<bool> dataAvailable = false;
   std::map<DateTime, float> dailyLedger;
   Published<DesktopApps> win32Apps;
   Published<PackagedApps> uwpApps;
   // Kept on purpose: nothing ever clears it, so every query answers true.
-  bool dataChanged = true;
-  bool collectionStarted = false;
+  std::atomic<bool> dataChanged = true;
+  std::atomic<bool> collectionStarted = false;
   std::wstring errorsAndWarningsJson;
   const wchar_t* collectionPath = L"C:\\ProgramData\\ZQ\\TelemetryDataCollector\\PCMCollector";
   std::wstring hostDirectory;
   const wchar_t* collectorFileName = L"TelemetryZQXWrapper.dll";
   std::unique_ptr<std::thread> worker;
-  bool running = false;
+  std::atomic<bool> running = false;
   std::mutex dataMutex;
   /// Held while the 30-day store is open, and for nothing else: a reader must not make the
   /// conversion's save fail after the report is gone.

@@ -137,7 +137,7 @@ class CollectorHost : public testing::Test {
   }
 
   void ExpectUnloaded() {
-    EXPECT_EQ(helper->collector, nullptr);
+    EXPECT_EQ(helper->collector.get(), nullptr);
     EXPECT_FALSE(helper->collectorModule);
     EXPECT_EQ(played.freed, 1);
   }
@@ -175,7 +175,7 @@ TEST_F(CollectorHost, ATrustedCollectorIsLoadedByItsBareNameAndStarted) {
                                         Info(L"DataCollector StartCollecting() success\n ")));
   EXPECT_TRUE(helper->dataAvailable);
   EXPECT_EQ(helper->PlatformSupportState, 1);
-  EXPECT_NE(helper->collector, nullptr);
+  EXPECT_NE(helper->collector.get(), nullptr);
   EXPECT_EQ(helper->collectorModule.get(), kPlayedModule);
 }
 
@@ -291,7 +291,7 @@ TEST_F(CollectorHost, StatusMinusOneOverridesTheProbesAndKeepsTheLibrary) {
       OwnRecords(),
       ElementsAre(Info(L"Loaded DataCollector library\n"),
                   Error(L"DataCollector StartCollecting() failed. Firmware update required\n")));
-  EXPECT_NE(helper->collector, nullptr);
+  EXPECT_NE(helper->collector.get(), nullptr);
   EXPECT_EQ(played.freed, 0);
   EXPECT_FALSE(helper->dataAvailable);
 }
@@ -326,7 +326,7 @@ TEST_F(CollectorHost, StatusZeroOverridesTheProbesAndKeepsTheLibrary) {
       OwnRecords(),
       ElementsAre(Info(L"Loaded DataCollector library\n"),
                   Error(L"DataCollector StartCollecting() failed. Device not supported.\n")));
-  EXPECT_NE(helper->collector, nullptr);
+  EXPECT_NE(helper->collector.get(), nullptr);
   EXPECT_EQ(played.freed, 0);
 }
 
@@ -396,7 +396,7 @@ TEST_F(CollectorHost, StopAsksForTheOneKindAndLeavesTheLibraryLoaded) {
   helper->StopCollection();
   EXPECT_THAT(played.script.calls, Contains("stop"));
   EXPECT_THAT(played.script.kinds, ElementsAre(0));
-  EXPECT_NE(helper->collector, nullptr);
+  EXPECT_NE(helper->collector.get(), nullptr);
   EXPECT_EQ(played.freed, 0);
 }
 
@@ -417,7 +417,7 @@ TEST_F(CollectorHost, TheHelpersEndDropsAnExceptionOfTheCollector) {
 TEST_F(CollectorHost, TheCallbackWritesDataChangedOnlyForAPositiveCount) {
   StartTrusted();
   ASSERT_NE(played.script.callback, nullptr);
-  bool& changed = OpenHelper::Instance().*(&OpenHelper::dataChanged);
+  auto& changed = OpenHelper::Instance().*(&OpenHelper::dataChanged);
   ASSERT_TRUE(changed);
   changed = false;
   played.script.callback(nullptr, 0);

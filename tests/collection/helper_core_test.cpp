@@ -3,10 +3,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <future>
 #include <latch>
 #include <string>
 #include <thread>
+#include <type_traits>
 #include <vector>
 
 #include "collection/open_helper.h"
@@ -42,7 +44,7 @@ std::wstring HostDirectoryFor(const wchar_t* path) {
 
 TEST(HelperCore, AFreshHelperHasTheDefaultsOfItsFields) {
   const OpenHelper helper;
-  EXPECT_EQ(helper.collector, nullptr);
+  EXPECT_EQ(helper.collector.get(), nullptr);
   EXPECT_FALSE(helper.collectorModule);
   EXPECT_EQ(helper.PlatformSupportState, -2);
   EXPECT_FALSE(helper.dataAvailable);
@@ -56,6 +58,16 @@ TEST(HelperCore, AFreshHelperHasTheDefaultsOfItsFields) {
   EXPECT_STREQ(helper.collectorFileName, L"TelemetryZQXWrapper.dll");
   EXPECT_EQ(helper.worker, nullptr);
   EXPECT_FALSE(helper.running);
+}
+
+TEST(HelperCore, FieldsThatThreadsShareWithoutALockAreAtomic) {
+  EXPECT_TRUE((std::is_same_v<decltype(OpenHelper::running), std::atomic<bool>>));
+  EXPECT_TRUE((std::is_same_v<decltype(OpenHelper::dataAvailable), std::atomic<bool>>));
+  EXPECT_TRUE((std::is_same_v<decltype(OpenHelper::dataChanged), std::atomic<bool>>));
+  EXPECT_TRUE((std::is_same_v<decltype(OpenHelper::collectionStarted), std::atomic<bool>>));
+  EXPECT_TRUE((std::is_same_v<decltype(OpenHelper::PlatformSupportState), std::atomic<int>>));
+  // A host's thread never waits for the worker to read one.
+  EXPECT_TRUE(std::atomic<bool>::is_always_lock_free && std::atomic<int>::is_always_lock_free);
 }
 
 TEST(HelperCore, AFreshHelperAnswersChangedAndNotAvailable) {
@@ -104,7 +116,7 @@ TEST(HelperCore, ConcurrentFirstUsesGetOneObjectMadeOnce) {
 }
 
 TEST(HelperCore, ACallbackWithoutItemsLeavesDataChanged) {
-  bool& changed = WattleafHelper::Instance().*(&OpenHelper::dataChanged);
+  auto& changed = WattleafHelper::Instance().*(&OpenHelper::dataChanged);
   changed = false;
   OpenHelper::MyNativeCallback(nullptr, 0);
   EXPECT_FALSE(changed);

@@ -41,11 +41,26 @@ Answer Ask(unsigned int command) {
   return answer;
 }
 
-/// A field of the one helper, which each test program has to itself.
+/// A field of the one helper, which all tests of a program share.
 template <typename Field>
 Field& Of(Field WattleafHelper::*field) {
   return WattleafHelper::Instance().*field;
 }
+
+/// Begins with the one helper as it is after its creation.
+class CommandDispatcher : public testing::Test {
+ protected:
+  CommandDispatcher() {
+    Of(&OpenHelper::PlatformSupportState) = -2;
+    Of(&OpenHelper::dataAvailable) = false;
+    Of(&OpenHelper::dataChanged) = true;
+    Of(&OpenHelper::dailyLedger).clear();
+    Of(&OpenHelper::errorsAndWarningsJson).clear();
+    Of(&OpenHelper::collectionPath) = folder.Path().c_str();
+  }
+
+  const TempFolder folder;
+};
 
 [[noreturn]] __time64_t BrokenClock(__time64_t*) { throw std::runtime_error("no time"); }
 
@@ -57,31 +72,31 @@ struct Callback {
 
 }  // namespace
 
-TEST(CommandDispatcher, Command8AnswersTrueRightAfterCreation) {
+TEST_F(CommandDispatcher, Command8AnswersTrueRightAfterCreation) {
   const Answer answer = Ask(8);
   EXPECT_EQ(answer.status, 0);
   EXPECT_EQ(answer.text, L"true");
 }
 
-TEST(CommandDispatcher, Command10AnswersFalseBeforeCollectionHasStarted) {
+TEST_F(CommandDispatcher, Command10AnswersFalseBeforeCollectionHasStarted) {
   const Answer answer = Ask(10);
   EXPECT_EQ(answer.status, 0);
   EXPECT_EQ(answer.text, L"false");
 }
 
-TEST(CommandDispatcher, Command10FollowsItsFlag) {
+TEST_F(CommandDispatcher, Command10FollowsItsFlag) {
   Of(&OpenHelper::dataAvailable) = true;
   EXPECT_EQ(Ask(10).text, L"true");
 }
 
-TEST(CommandDispatcher, Command8FollowsItsFlagAndDoesNotClearIt) {
+TEST_F(CommandDispatcher, Command8FollowsItsFlagAndDoesNotClearIt) {
   EXPECT_EQ(Ask(8).text, L"true");
   EXPECT_EQ(Ask(8).text, L"true");
   Of(&OpenHelper::dataChanged) = false;
   EXPECT_EQ(Ask(8).text, L"false");
 }
 
-TEST(CommandDispatcher, Command7AnswersEachStateInDigits) {
+TEST_F(CommandDispatcher, Command7AnswersEachStateInDigits) {
   for (const int state : {1, 0, -1}) {
     Of(&OpenHelper::PlatformSupportState) = state;
     EXPECT_EQ(Ask(7).status, 0);
@@ -89,13 +104,13 @@ TEST(CommandDispatcher, Command7AnswersEachStateInDigits) {
   }
 }
 
-TEST(CommandDispatcher, NumbersOutsideOneToTenAreUnknown) {
+TEST_F(CommandDispatcher, NumbersOutsideOneToTenAreUnknown) {
   EXPECT_EQ(Ask(0).status, 0x20000001);
   EXPECT_EQ(Ask(11).status, 0x20000001);
   EXPECT_EQ(Ask(0xFFFFFFFF).status, 0x20000001);
 }
 
-TEST(CommandDispatcher, ANullInputIsNoResultAndLeavesTheOutput) {
+TEST_F(CommandDispatcher, ANullInputIsNoResultAndLeavesTheOutput) {
   WattleafService service;
   wchar_t marker = L'm';
   wchar_t* output = &marker;
@@ -107,13 +122,13 @@ TEST(CommandDispatcher, ANullInputIsNoResultAndLeavesTheOutput) {
   EXPECT_EQ(calls.use_count(), 1) << "the callback is destroyed";
 }
 
-TEST(CommandDispatcher, ANullInputComesBeforeAnUnknownNumber) {
+TEST_F(CommandDispatcher, ANullInputComesBeforeAnUnknownNumber) {
   WattleafService service;
   wchar_t* output = nullptr;
   EXPECT_EQ(service.ExecuteCommand(nullptr, 99, nullptr, &output, {}, nullptr), 0x20000002);
 }
 
-TEST(CommandDispatcher, TheCallbackIsDestroyedAndNeverCalled) {
+TEST_F(CommandDispatcher, TheCallbackIsDestroyedAndNeverCalled) {
   WattleafService service;
   std::wstring input;
   wchar_t* output = nullptr;
@@ -124,28 +139,87 @@ TEST(CommandDispatcher, TheCallbackIsDestroyedAndNeverCalled) {
   EXPECT_EQ(calls.use_count(), 1);
 }
 
-TEST(CommandDispatcher, ANullOutputIsNoResult) {
+TEST_F(CommandDispatcher, TheCallbackIsDestroyedAndNeverCalledWithoutAResultEither) {
+  struct Row {
+    const char* label;
+    unsigned int command;
+    const wchar_t* input;
+    bool hasOutput;
+    int status;
+  };
+  const Row rows[] = {
+      {"null input", 8, nullptr, true, 0x20000002},
+      {"null input to an unknown command", 99, nullptr, true, 0x20000002},
+      {"unknown command", 11, L"", true, 0x20000001},
+      {"no store", 2, L"?7", true, 0x20000002},
+      {"no place for the result", 8, L"", false, 0x20000002},
+  };
+  WattleafService service;
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.label);
+    std::wstring text = row.input != nullptr ? row.input : L"";
+    wchar_t marker = L'm';
+    wchar_t* output = &marker;
+    auto calls = std::make_shared<int>(0);
+    EXPECT_EQ(
+        service.ExecuteCommand(nullptr, row.command, row.input != nullptr ? text.data() : nullptr,
+                               row.hasOutput ? &output : nullptr, Callback{calls}, nullptr),
+        row.status);
+    EXPECT_EQ(output, &marker);
+    EXPECT_EQ(*calls, 0);
+    EXPECT_EQ(calls.use_count(), 1);
+  }
+}
+
+TEST_F(CommandDispatcher, AResultOf65535CharactersIsHandedOverAndALongerOneIsNoResult) {
+  Of(&OpenHelper::errorsAndWarningsJson) = std::wstring(65535, L'x');
+  const Answer answer = Ask(9);
+  EXPECT_EQ(answer.status, 0);
+  EXPECT_EQ(answer.text, std::wstring(65535, L'x'));
+
+  Of(&OpenHelper::errorsAndWarningsJson) = std::wstring(65536, L'x');
+  WattleafService service;
+  std::wstring input;
+  wchar_t marker = L'm';
+  wchar_t* output = &marker;
+  EXPECT_EQ(service.ExecuteCommand(nullptr, 9, input.data(), &output, {}, nullptr), 0x20000002);
+  EXPECT_EQ(output, &marker);
+}
+
+TEST_F(CommandDispatcher, ANullOutputIsNoResult) {
   WattleafService service;
   std::wstring input;
   EXPECT_EQ(service.ExecuteCommand(nullptr, 8, input.data(), nullptr, {}, nullptr), 0x20000002);
 }
 
-TEST(CommandDispatcher, Command1AnswersZeroForAnEmptyLedger) {
+TEST_F(CommandDispatcher, Command1AnswersZeroForAnEmptyLedger) {
   EXPECT_EQ(Ask(1).text, L"0.000000");
   EXPECT_EQ(Ask(3).text, L"0.000000");
 }
 
-TEST(CommandDispatcher, Command9AnswersTheEmptyListAsASuccess) {
+TEST_F(CommandDispatcher, Command9AnswersTheEmptyListAsASuccess) {
   const Answer answer = Ask(9);
   EXPECT_EQ(answer.status, 0);
   EXPECT_EQ(answer.text, L"[]");
 }
 
-TEST(CommandDispatcher, Command3MultipliesAndDividesInTheGivenOrder) {
-  // One entry of 7000 Wh makes an average of 1000; 1000 * 365 * 3 / 1000 / 300 = 3.65.
-  Of(&OpenHelper::dailyLedger)[*GetCurrentDate()] = 7000.0F;
-  EXPECT_EQ(Ask(1).text, L"1000.000000");
-  EXPECT_EQ(Ask(3).text, L"3.650000");
+TEST_F(CommandDispatcher, Command3MultipliesAndDividesInTheGivenOrderAndIn32Bits) {
+  struct Row {
+    float averageWh;
+    const wchar_t* average;
+    const wchar_t* trees;
+  };
+  // average * 365 * 3 / 1000 / 300, each step rounded to 32 bits. For the last average, each other
+  // order of the four steps, constants taken together and 64 bits give another text; for the second
+  // it is 391.610325 in 64 bits.
+  for (const Row& row :
+       {Row{1000.0F, L"1000.000000", L"3.650000"}, Row{107290.5F, L"107290.500000", L"391.610321"},
+        Row{576931.5F, L"576931.500000", L"2105.800293"}}) {
+    // One entry in the seven days, exact in 32 bits.
+    Of(&OpenHelper::dailyLedger)[*GetCurrentDate()] = row.averageWh * 7.0F;
+    EXPECT_EQ(Ask(1).text, row.average);
+    EXPECT_EQ(Ask(3).text, row.trees);
+  }
 }
 
 namespace {
@@ -154,7 +228,7 @@ void* __cdecl NoMemory(std::size_t) { return nullptr; }
 
 }  // namespace
 
-TEST(CommandDispatcher, AFailedAllocationIsNoResultAndLeavesTheOutput) {
+TEST_F(CommandDispatcher, AFailedAllocationIsNoResultAndLeavesTheOutput) {
   ASSERT_EQ(Ask(8).status, 0) << "makes the helper, which allocates";
   WattleafService service;
   std::wstring input;
@@ -170,16 +244,14 @@ TEST(CommandDispatcher, AFailedAllocationIsNoResultAndLeavesTheOutput) {
   EXPECT_EQ(output, &marker);
 }
 
-TEST(CommandDispatcher, CommandsFourToSixHandOverTheirOwnSeries) {
-  const TempFolder folder;
-  Of(&OpenHelper::collectionPath) = folder.Path().c_str();
+TEST_F(CommandDispatcher, CommandsFourToSixHandOverTheirOwnSeries) {
   EXPECT_NE(Ask(4).text.find(L"[{\"Time\":"), std::wstring::npos);
   EXPECT_NE(Ask(5).text.find(L"[{\"Day\":"), std::wstring::npos);
   EXPECT_NE(Ask(6).text.find(L"[{\"Month\":"), std::wstring::npos);
   for (const unsigned int command : {4U, 5U, 6U}) EXPECT_EQ(Ask(command).status, 0) << command;
 }
 
-TEST(CommandDispatcher, AnOperationThatCatchesItsOwnExceptionIsNoResultAndLeavesTheOutput) {
+TEST_F(CommandDispatcher, AnOperationThatCatchesItsOwnExceptionIsNoResultAndLeavesTheOutput) {
   const LogCapture log;
   const ImportPatch patch("_time64", &BrokenClock);
   WattleafService service;
@@ -196,7 +268,7 @@ TEST(CommandDispatcher, AnOperationThatCatchesItsOwnExceptionIsNoResultAndLeaves
                                          Error(L"Exception in GetMonthlyPowerConsumption")));
 }
 
-TEST(CommandDispatcher, SessionAndConfigurationAreNotLookedAt) {
+TEST_F(CommandDispatcher, SessionAndConfigurationAreNotLookedAt) {
   WattleafService service;
   std::wstring input;
   wchar_t* output = nullptr;
@@ -209,18 +281,14 @@ TEST(CommandDispatcher, SessionAndConfigurationAreNotLookedAt) {
   service.FreeResult(output);
 }
 
-TEST(CommandDispatcher, LogsNothing) {
-  const TempFolder folder;
+TEST_F(CommandDispatcher, LogsNothing) {
   const LogCapture log;
-  Of(&OpenHelper::collectionPath) = folder.Path().c_str();
   Of(&OpenHelper::PlatformSupportState) = 1;
   for (const unsigned int command : {0U, 1U, 2U, 3U, 7U, 8U, 9U, 10U, 11U}) Ask(command);
   EXPECT_THAT(log.Records(), IsEmpty());
 }
 
-TEST(CommandDispatcher, Command2HandsItsInputToTheRankingAndLeavesItAsItWas) {
-  const TempFolder folder;
-  Of(&OpenHelper::collectionPath) = folder.Path().c_str();
+TEST_F(CommandDispatcher, Command2HandsItsInputToTheRankingAndLeavesItAsItWas) {
   WriteWholeFile(folder.File(L"Powerlog.json"), "[]");
   const std::wstring request = folder.File(L"icons") + L"?7";
   std::wstring input = request;
@@ -233,18 +301,14 @@ TEST(CommandDispatcher, Command2HandsItsInputToTheRankingAndLeavesItAsItWas) {
   EXPECT_TRUE(FileExists(folder.File(L"icons")));
 }
 
-TEST(CommandDispatcher, Command2TakesAnEmptyInput) {
-  const TempFolder folder;
-  Of(&OpenHelper::collectionPath) = folder.Path().c_str();
+TEST_F(CommandDispatcher, Command2TakesAnEmptyInput) {
   WriteWholeFile(folder.File(L"Powerlog.json"), "[]");
   EXPECT_EQ(Ask(2).status, 0);
   EXPECT_EQ(Ask(2).text, L"[]");
 }
 
-TEST(CommandDispatcher, Command2WithoutAStoreIsNoResultAndLeavesTheOutput) {
-  const TempFolder folder;
+TEST_F(CommandDispatcher, Command2WithoutAStoreIsNoResultAndLeavesTheOutput) {
   const LogCapture log;
-  Of(&OpenHelper::collectionPath) = folder.Path().c_str();
   WattleafService service;
   std::wstring input = L"?7";
   wchar_t marker = L'm';
@@ -254,9 +318,7 @@ TEST(CommandDispatcher, Command2WithoutAStoreIsNoResultAndLeavesTheOutput) {
   EXPECT_THAT(log.Records(), IsEmpty());
 }
 
-TEST(CommandDispatcher, ANullInputReachesNoRanking) {
-  const TempFolder folder;
-  Of(&OpenHelper::collectionPath) = folder.Path().c_str();
+TEST_F(CommandDispatcher, ANullInputReachesNoRanking) {
   WriteWholeFile(folder.File(L"Powerlog.json"), "[]");
   WattleafService service;
   wchar_t* output = nullptr;
@@ -264,7 +326,7 @@ TEST(CommandDispatcher, ANullInputReachesNoRanking) {
   EXPECT_EQ(output, nullptr);
 }
 
-TEST(CommandDispatcher, Command9AnswersAnEmptyListWhateverTheInput) {
+TEST_F(CommandDispatcher, Command9AnswersAnEmptyListWhateverTheInput) {
   std::wstring input = L"C:\\Icons?7";
   WattleafService service;
   wchar_t* output = nullptr;

@@ -10,6 +10,7 @@
 #include <thread>
 #include <vector>
 
+#include "collection/fake_collector.h"
 #include "collection/open_helper.h"
 #include "import_patch.h"
 #include "service/wattleaf_service.h"
@@ -78,7 +79,7 @@ void* __cdecl NoMemoryForTheName(std::size_t bytes) {
 
 void WINAPI NoSleep(DWORD) {}
 
-/// A field of the one helper, which each test program has to itself.
+/// A field of the one helper, which all tests of a program share.
 template <typename Field>
 Field& Of(Field WattleafHelper::*field) {
   return WattleafHelper::Instance().*field;
@@ -106,6 +107,15 @@ TEST(Session, StartWithoutHandleOnlyLogs) {
   std::wstring name = L"client";
   EXPECT_EQ(service.StartSession(name.data(), nullptr), 0);
   EXPECT_THAT(log.Records(), ElementsAre(Info(L"WattleafService::StartSession")));
+}
+
+TEST(Session, WithoutHandleTheNameIsNotLookedAt) {
+  const LogCapture log;
+  WattleafService service;
+  EXPECT_EQ(service.StartSession(nullptr, nullptr), 0);
+  EXPECT_EQ(service.StartSession(reinterpret_cast<wchar_t*>(1), nullptr), 0);
+  EXPECT_THAT(log.Records(), ElementsAre(Info(L"WattleafService::StartSession"),
+                                         Info(L"WattleafService::StartSession")));
 }
 
 TEST(Session, EndWithoutHandleOnlyLogs) {
@@ -206,14 +216,27 @@ TEST(SessionChange, OtherEventsLogNothing) {
   }
 }
 
-TEST(SessionChange, ALockLeavesCollectionRunning) {
+TEST(SessionChange, NoEventStopsCollectionOrChangesAFlag) {
+  const LogCapture log;
+  CollectorScript script;
+  Of(&OpenHelper::collector).reset(new FakeCollector(script));
   Of(&OpenHelper::running) = true;
   Of(&OpenHelper::dataAvailable) = true;
+  Of(&OpenHelper::dataChanged) = true;
   Of(&OpenHelper::PlatformSupportState) = 1;
-  WattleafService().session_change_task(7, nullptr);
+  for (unsigned long event = 0; event <= 20; ++event) {
+    WattleafService().session_change_task(event, nullptr);
+    WattleafService().power_event_task(event);
+    WattleafService().control_code_task(event);
+  }
+  EXPECT_THAT(script.calls, IsEmpty());
+  EXPECT_EQ(log.Records().size(), 4U) << "two events open a session and two close one";
+  EXPECT_NE(Of(&OpenHelper::collector).get(), nullptr);
   EXPECT_TRUE(Of(&OpenHelper::running));
   EXPECT_TRUE(Of(&OpenHelper::dataAvailable));
+  EXPECT_TRUE(Of(&OpenHelper::dataChanged));
   EXPECT_EQ(Of(&OpenHelper::PlatformSupportState), 1);
+  Of(&OpenHelper::collector).reset();
 }
 
 TEST(StartupTask, StartsTheWorkerOfTheOneHelperWhichOutlivesTheService) {

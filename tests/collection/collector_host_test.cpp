@@ -1,19 +1,15 @@
 #include <windows.h>
 
-#include <rpc.h>
-#include <wincrypt.h>
-
-#include <mscat.h>
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <map>
 #include <memory>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
-#include "collection/fake_collector.h"
+#include "collection/fake_collector_library.h"
 #include "collection/open_helper.h"
 #include "import_patch.h"
 #include "service/wattleaf_service.h"
@@ -25,91 +21,17 @@ using Standin::ImportPatch;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::StartsWith;
 using Zq::Gantry::Server::Services::Wattleaf::WattleafHelper;
 using Zq::Gantry::Server::Services::Wattleaf::WattleafService;
 
 namespace {
 
-const HMODULE kPlayedModule = reinterpret_cast<HMODULE>(0x5EED);
-
-/// The played loader: one library that exports what the test says.
-struct Loader {
-  CollectorScript script;
-  bool loads = true;
-  bool exports = true;
-  bool makesNull = false;
-  std::vector<std::wstring> loaded;
-  int freed = 0;
-  FARPROC(WINAPI* realGetProcAddress)(HMODULE, const char*) = nullptr;
-};
-Loader* loader = nullptr;
-
-Zq::Gantry::Server::Services::Wattleaf::DataCollector* CreatePlayed() {
-  loader->script.calls.push_back("create");
-  return loader->makesNull ? nullptr : new FakeCollector(loader->script);
-}
-
-HMODULE WINAPI PlayedLoadLibrary(const wchar_t* name) {
-  loader->loaded.push_back(name);
-  return loader->loads ? kPlayedModule : nullptr;
-}
-
-FARPROC WINAPI PlayedGetProcAddress(HMODULE module, const char* name) {
-  if (module != kPlayedModule) return loader->realGetProcAddress(module, name);
-  EXPECT_STREQ(name, "CreateZQXExportClass");
-  if (!loader->exports) return nullptr;
-  return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(&CreatePlayed));
-}
-
-BOOL WINAPI PlayedFreeLibrary(HMODULE module) {
-  EXPECT_EQ(module, kPlayedModule);
-  loader->script.calls.push_back("free");
-  ++loader->freed;
-  return TRUE;
-}
-
-RPC_STATUS RPC_ENTRY NoCallActive(RPC_BINDING_HANDLE, void*) { return RPC_S_NO_CALL_ACTIVE; }
-
-BOOL WINAPI NoCatalogs(HCATADMIN*, const GUID*, const wchar_t*, const CERT_STRONG_SIGN_PARA*,
-                       DWORD) {
-  SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
-  return FALSE;
-}
-
-std::wstring ProgramFolder() {
-  std::wstring path(MAX_PATH, L'\0');
-  path.resize(GetModuleFileNameW(nullptr, path.data(), MAX_PATH));
-  return path.substr(0, path.find_last_of(L'\\'));
-}
-
-/// A folder below Program Files that holds the collector's file, signed or not.
-class ProtectedFolder {
- public:
-  explicit ProtectedFolder(const wchar_t* sample) {
-    EXPECT_TRUE(CreateDirectoryW(path_.c_str(), nullptr));
-    EXPECT_TRUE(CopyFileW((ProgramFolder() + L"\\collection-samples\\" + sample).c_str(),
-                          File().c_str(), FALSE));
-  }
-  ProtectedFolder(const ProtectedFolder&) = delete;
-  ProtectedFolder& operator=(const ProtectedFolder&) = delete;
-  ~ProtectedFolder() {
-    DeleteFileW(File().c_str());
-    RemoveDirectoryW(path_.c_str());
-  }
-  const std::wstring& Path() const { return path_; }
-
- private:
-  std::wstring File() const { return path_ + L"\\TelemetryZQXWrapper.dll"; }
-  std::wstring path_ =
-      L"C:\\Program Files\\wattleaf-test-" + std::to_wstring(GetCurrentProcessId());
-};
-
 class CollectorHost : public testing::Test {
  protected:
   CollectorHost() {
-    loader = &played;
-    played.realGetProcAddress =
-        patchedGetProcAddress.Original<FARPROC WINAPI(HMODULE, const char*)>();
+    current = this;
+    library.script.record = &record;
     helper = std::make_unique<OpenHelper>();
     helper->PlatformSupportState = 1;
     dataFolder = data.File(L"a\\b");
@@ -127,10 +49,10 @@ class CollectorHost : public testing::Test {
   /// The log without the lines of the two checks.
   std::vector<LogRecord> OwnRecords() const {
     std::vector<LogRecord> own;
-    for (const LogRecord& record : log.Records()) {
-      if (record.text.find(L"DataCollector") != std::wstring::npos ||
-          record.text.find(L"StartCollection()") != std::wstring::npos) {
-        own.push_back(record);
+    for (const LogRecord& line : log.Records()) {
+      if (line.text.find(L"DataCollector") != std::wstring::npos ||
+          line.text.find(L"StartCollection()") != std::wstring::npos) {
+        own.push_back(line);
       }
     }
     return own;
@@ -139,19 +61,33 @@ class CollectorHost : public testing::Test {
   void ExpectUnloaded() {
     EXPECT_EQ(helper->collector.get(), nullptr);
     EXPECT_FALSE(helper->collectorModule);
-    EXPECT_EQ(played.freed, 1);
+    EXPECT_EQ(library.freed, 1);
+  }
+
+  /// Throws `exception` in one call of the collector.
+  template <typename Exception>
+  void ThrowIn(const std::string& call, Exception exception) {
+    library.script.onCall = [call, exception](const std::string& entered) {
+      if (entered == call) throw exception;
+    };
   }
 
   TempFolder data;
   std::wstring dataFolder;
-  LogCapture log;
-  Loader played;
-  ImportPatch patchedLoadLibrary{"LoadLibraryW", &PlayedLoadLibrary};
-  ImportPatch patchedGetProcAddress{"GetProcAddress", &PlayedGetProcAddress};
-  ImportPatch patchedFreeLibrary{"FreeLibrary", &PlayedFreeLibrary};
-  ImportPatch patchedCall{"RpcServerInqCallAttributesW", &NoCallActive};
-  ImportPatch patchedCatalogs{"CryptCATAdminAcquireContext2", &NoCatalogs};
+  CallRecord record;
+  LogCapture log{record};
+  FakeCollectorLibrary library;
   std::unique_ptr<OpenHelper> helper;
+
+ private:
+  static BOOL WINAPI MakeDirectory(const wchar_t* path, SECURITY_ATTRIBUTES* security) {
+    if (current->dataFolder == path) current->record.Add("make data folder");
+    return current->patchedMakeDirectory
+        .Original<BOOL WINAPI(const wchar_t*, SECURITY_ATTRIBUTES*)>()(path, security);
+  }
+
+  static inline CollectorHost* current = nullptr;
+  ImportPatch patchedMakeDirectory{"CreateDirectoryW", &MakeDirectory};
 };
 
 }  // namespace
@@ -162,21 +98,42 @@ TEST_F(CollectorHost, ADecidedStateOtherThanSupportedLoadsAndLogsNothing) {
     EXPECT_FALSE(helper->StartCollection());
     EXPECT_FALSE(helper->collectionStarted);
   }
-  EXPECT_THAT(played.loaded, IsEmpty());
+  EXPECT_THAT(library.loaded, IsEmpty());
   EXPECT_THAT(log.Records(), IsEmpty());
 }
 
 TEST_F(CollectorHost, ATrustedCollectorIsLoadedByItsBareNameAndStarted) {
   EXPECT_TRUE(StartTrusted());
-  EXPECT_THAT(played.loaded, ElementsAre(L"TelemetryZQXWrapper.dll"));
-  EXPECT_THAT(played.script.calls, ElementsAre("create", "load", "callback", "start"));
-  EXPECT_THAT(played.script.kinds, ElementsAre(0));
+  EXPECT_THAT(library.loaded, ElementsAre(L"TelemetryZQXWrapper.dll"));
+  EXPECT_THAT(library.script.calls, ElementsAre("create", "load", "callback", "start"));
+  EXPECT_THAT(library.script.kinds, ElementsAre(0));
   EXPECT_THAT(OwnRecords(), ElementsAre(Info(L"Loaded DataCollector library\n"),
                                         Info(L"DataCollector StartCollecting() success\n ")));
   EXPECT_TRUE(helper->dataAvailable);
   EXPECT_EQ(helper->PlatformSupportState, 1);
   EXPECT_NE(helper->collector.get(), nullptr);
-  EXPECT_EQ(helper->collectorModule.get(), kPlayedModule);
+  EXPECT_EQ(helper->collectorModule.get(), FakeCollectorLibrary::Module());
+}
+
+TEST_F(CollectorHost, TheDataFolderIsMadeBeforeTheChecksAndEachStepIsLoggedInItsPlace) {
+  EXPECT_TRUE(StartTrusted());
+  const std::vector<std::string> lines = record.Lines();
+  ASSERT_GT(lines.size(), 2U);
+  EXPECT_EQ(lines[0], "make data folder");
+  EXPECT_THAT(lines[1], StartsWith("log info: Security - "));
+  EXPECT_THAT(record.LinesOf(
+                  {"make", "library", "collector", "log info: Loaded", "log info: DataCollector"}),
+              ElementsAre("make data folder", "library load", "collector create",
+                          "log info: Loaded DataCollector library\n", "collector load",
+                          "collector callback", "collector start",
+                          "log info: DataCollector StartCollecting() success\n "));
+}
+
+TEST_F(CollectorHost, TheDataFolderIsMadeThoughTheLibraryIsNotTrusted) {
+  const ProtectedFolder folder(L"unsigned.dll");
+  helper->hostDirectory = folder.Path();
+  EXPECT_FALSE(helper->StartCollection());
+  EXPECT_TRUE(FileExists(dataFolder));
 }
 
 TEST_F(CollectorHost, TheDataFolderIsMadeWithAllAboveIt) {
@@ -202,7 +159,7 @@ TEST_F(CollectorHost, ALibraryThatFailsTheSignatureCheckIsNotLoaded) {
   const ProtectedFolder folder(L"unsigned.dll");
   helper->hostDirectory = folder.Path();
   EXPECT_FALSE(helper->StartCollection());
-  EXPECT_THAT(played.loaded, IsEmpty());
+  EXPECT_THAT(library.loaded, IsEmpty());
   EXPECT_THAT(OwnRecords(), ElementsAre(Warning(L"Unable to load DataCollector library.")));
 }
 
@@ -215,7 +172,7 @@ TEST_F(CollectorHost, ATrustedLibraryInAPlaceThatIsNotAllowedIsNotLoaded) {
   EXPECT_THAT(log.Records(),
               Contains(Info(L"Security - IsFileTrusted - trusted by windows = yes, trusted by "
                             L"Meridian = yes")));
-  EXPECT_THAT(played.loaded, IsEmpty());
+  EXPECT_THAT(library.loaded, IsEmpty());
   EXPECT_THAT(OwnRecords(), ElementsAre(Warning(L"Unable to load DataCollector library.")));
 }
 
@@ -223,8 +180,8 @@ TEST_F(CollectorHost, TheLocationIsAskedOnlyBehindATrustedSignature) {
   const ProtectedFolder folder(L"unsigned.dll");
   helper->hostDirectory = folder.Path();
   helper->StartCollection();
-  for (const LogRecord& record : log.Records()) {
-    EXPECT_EQ(record.text.find(L"GetFullPathName"), std::wstring::npos);
+  for (const LogRecord& line : log.Records()) {
+    EXPECT_EQ(line.text.find(L"GetFullPathName"), std::wstring::npos);
   }
 }
 
@@ -236,21 +193,21 @@ TEST_F(CollectorHost, AnEmptyHostDirectoryChecksTheBareFileName) {
 }
 
 TEST_F(CollectorHost, AFailedLoadWarnsAndFreesNothing) {
-  played.loads = false;
+  library.loads = false;
   EXPECT_FALSE(StartTrusted());
   EXPECT_THAT(OwnRecords(), ElementsAre(Warning(L"Unable to load DataCollector library.")));
-  EXPECT_EQ(played.freed, 0);
+  EXPECT_EQ(library.freed, 0);
 }
 
 TEST_F(CollectorHost, AMissingExportUnloads) {
-  played.exports = false;
+  library.exports = false;
   EXPECT_FALSE(StartTrusted());
   EXPECT_THAT(OwnRecords(), ElementsAre(Error(L"Unable to find methods in DataCollector.\n")));
   ExpectUnloaded();
 }
 
 TEST_F(CollectorHost, ALibraryThatMakesNoObjectCountsAsOneThatCannotLoad) {
-  played.makesNull = true;
+  library.makesNull = true;
   EXPECT_FALSE(StartTrusted());
   EXPECT_THAT(OwnRecords(), ElementsAre(Info(L"Loaded DataCollector library\n"),
                                         Error(L"DataCollector OnLoad() failed.\n")));
@@ -258,16 +215,16 @@ TEST_F(CollectorHost, ALibraryThatMakesNoObjectCountsAsOneThatCannotLoad) {
 }
 
 TEST_F(CollectorHost, OnLoadFalseDestroysTheObjectBeforeTheLibraryIsFreed) {
-  played.script.loads = false;
+  library.script.loads = false;
   EXPECT_FALSE(StartTrusted());
-  EXPECT_THAT(played.script.calls, ElementsAre("create", "load", "destroy", "free"));
+  EXPECT_THAT(library.script.calls, ElementsAre("create", "load", "destroy", "free"));
   EXPECT_THAT(OwnRecords(), ElementsAre(Info(L"Loaded DataCollector library\n"),
                                         Error(L"DataCollector OnLoad() failed.\n")));
   ExpectUnloaded();
 }
 
 TEST_F(CollectorHost, AStatusMapWithoutKeyZeroUnloads) {
-  played.script.status = {{1, 1}};
+  library.script.status = {{1, 1}};
   EXPECT_FALSE(StartTrusted());
   EXPECT_THAT(OwnRecords(), ElementsAre(Info(L"Loaded DataCollector library\n"),
                                         Error(L"DataCollector StartCollecting() failed.\n")));
@@ -275,7 +232,7 @@ TEST_F(CollectorHost, AStatusMapWithoutKeyZeroUnloads) {
 }
 
 TEST_F(CollectorHost, AnUnknownStatusUnloadsWithoutAMessage) {
-  played.script.status = {{0, 7}};
+  library.script.status = {{0, 7}};
   EXPECT_FALSE(StartTrusted());
   EXPECT_THAT(OwnRecords(), ElementsAre(Info(L"Loaded DataCollector library\n")));
   EXPECT_EQ(helper->PlatformSupportState, 1);
@@ -284,7 +241,7 @@ TEST_F(CollectorHost, AnUnknownStatusUnloadsWithoutAMessage) {
 }
 
 TEST_F(CollectorHost, StatusMinusOneOverridesTheProbesAndKeepsTheLibrary) {
-  played.script.status = {{0, -1}};
+  library.script.status = {{0, -1}};
   EXPECT_FALSE(StartTrusted());
   EXPECT_EQ(helper->IsPlatformSupported(), -1);
   EXPECT_THAT(
@@ -292,7 +249,7 @@ TEST_F(CollectorHost, StatusMinusOneOverridesTheProbesAndKeepsTheLibrary) {
       ElementsAre(Info(L"Loaded DataCollector library\n"),
                   Error(L"DataCollector StartCollecting() failed. Firmware update required\n")));
   EXPECT_NE(helper->collector.get(), nullptr);
-  EXPECT_EQ(played.freed, 0);
+  EXPECT_EQ(library.freed, 0);
   EXPECT_FALSE(helper->dataAvailable);
 }
 
@@ -304,7 +261,7 @@ TEST_F(CollectorHost, CommandSevenTellsTheCollectorsVerdict) {
   one.*(&OpenHelper::collectionStarted) = false;
   one.*(&OpenHelper::hostDirectory) = folder.Path();
   one.*(&OpenHelper::collectionPath) = dataFolder.c_str();
-  played.script.status = {{0, -1}};
+  library.script.status = {{0, -1}};
   EXPECT_FALSE(one.StartCollection());
 
   WattleafService service;
@@ -319,7 +276,7 @@ TEST_F(CollectorHost, CommandSevenTellsTheCollectorsVerdict) {
 }
 
 TEST_F(CollectorHost, StatusZeroOverridesTheProbesAndKeepsTheLibrary) {
-  played.script.status = {{0, 0}};
+  library.script.status = {{0, 0}};
   EXPECT_FALSE(StartTrusted());
   EXPECT_EQ(helper->IsPlatformSupported(), 0);
   EXPECT_THAT(
@@ -327,20 +284,77 @@ TEST_F(CollectorHost, StatusZeroOverridesTheProbesAndKeepsTheLibrary) {
       ElementsAre(Info(L"Loaded DataCollector library\n"),
                   Error(L"DataCollector StartCollecting() failed. Device not supported.\n")));
   EXPECT_NE(helper->collector.get(), nullptr);
-  EXPECT_EQ(played.freed, 0);
+  EXPECT_EQ(library.freed, 0);
 }
 
 TEST_F(CollectorHost, ASecondStartAfterAFailedOneIsASuccessWithoutWork) {
-  played.script.loads = false;
+  library.script.loads = false;
   EXPECT_FALSE(StartTrusted());
   const std::size_t lines = log.Records().size();
   EXPECT_TRUE(helper->StartCollection());
-  EXPECT_EQ(played.loaded.size(), 1U);
+  EXPECT_EQ(library.loaded.size(), 1U);
   EXPECT_EQ(log.Records().size(), lines);
 }
 
+TEST_F(CollectorHost, ASecondStartAfterARefusedOrFailedLoadIsASuccessWithoutWork) {
+  {
+    const ProtectedFolder folder(L"unsigned.dll");
+    helper->hostDirectory = folder.Path();
+    EXPECT_FALSE(helper->StartCollection());
+    EXPECT_TRUE(helper->StartCollection());
+    EXPECT_THAT(library.loaded, IsEmpty());
+  }
+  helper->collectionStarted = false;
+  library.loads = false;
+  EXPECT_FALSE(StartTrusted());
+  EXPECT_TRUE(helper->StartCollection());
+  EXPECT_EQ(library.loaded.size(), 1U);
+}
+
+TEST_F(CollectorHost, OnlyAStartedCollectorMakesDataAvailable) {
+  for (const std::map<int, int>& status :
+       std::vector<std::map<int, int>>{{{0, 0}}, {{0, -1}}, {{0, 2}}, {{0, 7}}, {}, {{1, 1}}}) {
+    SCOPED_TRACE(testing::PrintToString(status));
+    helper->PlatformSupportState = 1;
+    helper->collectionStarted = false;
+    library.script.status = status;
+    EXPECT_FALSE(StartTrusted());
+    EXPECT_FALSE(helper->IsDataAvailable());
+  }
+  helper->PlatformSupportState = 1;
+  helper->collectionStarted = false;
+  library.script.status = {{0, 1}};
+  EXPECT_TRUE(StartTrusted());
+  EXPECT_TRUE(helper->IsDataAvailable());
+}
+
+TEST_F(CollectorHost, AnExceptionOfAnyCallIsLoggedAndUnloads) {
+  int freed = 0;
+  for (const char* call : {"create", "load", "callback", "start"}) {
+    SCOPED_TRACE(call);
+    ThrowIn(call, std::runtime_error("no sensor"));
+    EXPECT_FALSE(StartTrusted());
+    EXPECT_EQ(log.Records().back(), Error(L"Exception in  StartCollection() - no sensor.\n"));
+    EXPECT_EQ(library.freed, ++freed);
+    helper->collectionStarted = false;
+    ThrowIn(call, 5);
+    EXPECT_FALSE(StartTrusted());
+    EXPECT_EQ(log.Records().back(), Error(L"Exception in  StartCollection() - \n"));
+    EXPECT_EQ(library.freed, ++freed);
+    helper->collectionStarted = false;
+  }
+  EXPECT_EQ(helper->collector.get(), nullptr);
+}
+
+TEST_F(CollectorHost, TheTextOfAnExceptionIsNoFormat) {
+  ThrowIn("start", std::runtime_error("100% of %s, %d and %n"));
+  EXPECT_FALSE(StartTrusted());
+  EXPECT_EQ(log.Records().back(),
+            Error(L"Exception in  StartCollection() - 100% of %s, %d and %n.\n"));
+}
+
 TEST_F(CollectorHost, AStandardExceptionIsLoggedWithItsTextAndUnloads) {
-  played.script.onStart = [] { throw std::runtime_error("no sensor"); };
+  ThrowIn("start", std::runtime_error("no sensor"));
   EXPECT_FALSE(StartTrusted());
   EXPECT_THAT(OwnRecords(), ElementsAre(Info(L"Loaded DataCollector library\n"),
                                         Error(L"Exception in  StartCollection() - no sensor.\n")));
@@ -348,7 +362,7 @@ TEST_F(CollectorHost, AStandardExceptionIsLoggedWithItsTextAndUnloads) {
 }
 
 TEST_F(CollectorHost, AnyOtherExceptionIsLoggedWithoutATextAndUnloads) {
-  played.script.onStart = [] { throw 5; };
+  ThrowIn("start", 5);
   EXPECT_FALSE(StartTrusted());
   EXPECT_THAT(OwnRecords(), ElementsAre(Info(L"Loaded DataCollector library\n"),
                                         Error(L"Exception in  StartCollection() - \n")));
@@ -371,59 +385,86 @@ class WitnessedFailure : public std::runtime_error {
 }  // namespace
 
 TEST_F(CollectorHost, TheExceptionObjectIsGoneBeforeTheLibraryIsFreed) {
-  played.script.onStart = [this] { throw WitnessedFailure(played.script.calls); };
+  library.script.onCall = [this](const std::string& call) {
+    if (call == "start") throw WitnessedFailure(library.script.calls);
+  };
   EXPECT_FALSE(StartTrusted());
-  EXPECT_THAT(played.script.calls, ElementsAre("create", "load", "callback", "start",
-                                               "exception gone", "destroy", "free"));
+  EXPECT_THAT(library.script.calls, ElementsAre("create", "load", "callback", "start",
+                                                "exception gone", "destroy", "free"));
 }
 
 TEST_F(CollectorHost, AnExceptionOfTheCollectorsDestructorIsDropped) {
-  played.script.loads = false;
-  played.script.onDestroy = [] { throw std::runtime_error("late"); };
+  library.script.loads = false;
+  ThrowIn("destroy", std::runtime_error("late"));
+  EXPECT_FALSE(StartTrusted());
+  ExpectUnloaded();
+}
+
+TEST_F(CollectorHost, AnotherExceptionOfTheCollectorsDestructorIsDroppedToo) {
+  library.script.loads = false;
+  ThrowIn("destroy", 5);
   EXPECT_FALSE(StartTrusted());
   ExpectUnloaded();
 }
 
 TEST_F(CollectorHost, StopWithoutCollectorDoesNothing) {
   helper->StopCollection();
-  EXPECT_THAT(played.script.calls, IsEmpty());
+  EXPECT_THAT(library.script.calls, IsEmpty());
   EXPECT_THAT(log.Records(), IsEmpty());
 }
 
 TEST_F(CollectorHost, StopAsksForTheOneKindAndLeavesTheLibraryLoaded) {
   StartTrusted();
-  played.script.kinds.clear();
+  library.script.kinds.clear();
   helper->StopCollection();
-  EXPECT_THAT(played.script.calls, Contains("stop"));
-  EXPECT_THAT(played.script.kinds, ElementsAre(0));
+  EXPECT_THAT(library.script.calls, Contains("stop"));
+  EXPECT_THAT(library.script.kinds, ElementsAre(0));
   EXPECT_NE(helper->collector.get(), nullptr);
-  EXPECT_EQ(played.freed, 0);
+  EXPECT_EQ(library.freed, 0);
 }
 
 TEST_F(CollectorHost, TheHelpersEndStopsDestroysAndFreesInThisOrder) {
   StartTrusted();
-  played.script.calls.clear();
+  library.script.calls.clear();
   helper.reset();
-  EXPECT_THAT(played.script.calls, ElementsAre("stop", "destroy", "free"));
+  EXPECT_THAT(library.script.calls, ElementsAre("stop", "destroy", "free"));
 }
 
 TEST_F(CollectorHost, TheHelpersEndDropsAnExceptionOfTheCollector) {
+  for (const char* call : {"stop", "destroy"}) {
+    for (const bool isStandard : {true, false}) {
+      SCOPED_TRACE(testing::Message() << call << (isStandard ? " standard" : " other"));
+      helper = std::make_unique<OpenHelper>();
+      helper->PlatformSupportState = 1;
+      helper->collectionPath = dataFolder.c_str();
+      library.script.onCall = nullptr;
+      StartTrusted();
+      library.script.calls.clear();
+      isStandard ? ThrowIn(call, std::runtime_error("late")) : ThrowIn(call, 5);
+      helper.reset();
+      EXPECT_THAT(library.script.calls, ElementsAre("stop", "destroy", "free"));
+    }
+  }
+}
+
+TEST_F(CollectorHost, TheHelpersEndStopsARefusedCollectorToo) {
+  library.script.status = {{0, 0}};
   StartTrusted();
-  played.script.onDestroy = [] { throw std::runtime_error("late"); };
+  library.script.calls.clear();
   helper.reset();
-  EXPECT_EQ(played.freed, 1);
+  EXPECT_THAT(library.script.calls, ElementsAre("stop", "destroy", "free"));
 }
 
 TEST_F(CollectorHost, TheCallbackWritesDataChangedOnlyForAPositiveCount) {
   StartTrusted();
-  ASSERT_NE(played.script.callback, nullptr);
+  ASSERT_NE(library.script.callback, nullptr);
   auto& changed = OpenHelper::Instance().*(&OpenHelper::dataChanged);
   ASSERT_TRUE(changed);
   changed = false;
-  played.script.callback(nullptr, 0);
+  library.script.callback(nullptr, 0);
   EXPECT_FALSE(changed);
-  played.script.callback(nullptr, -1);
+  library.script.callback(nullptr, -1);
   EXPECT_FALSE(changed);
-  played.script.callback(nullptr, 1);
+  library.script.callback(nullptr, 1);
   EXPECT_TRUE(changed);
 }

@@ -3,50 +3,57 @@
 #include <functional>
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "collection/data_collector.h"
+#include "support/call_record.h"
 
 namespace TestSupport {
 
-/// What the played collector library is to do, and what was done to it.
+/// What the fake collector library is to do, and what was done to it.
 struct CollectorScript {
   bool loads = true;
   std::map<int, int> status{{0, 1}};
-  std::function<void()> onStart;    ///< called before the status is returned; may throw
-  std::function<void()> onDestroy;  ///< called by the destructor; may throw
+  /// Called at the end of each call, with its name; may throw.
+  std::function<void(const std::string& call)> onCall;
+  /// The calls by name: create, load, callback, start, stop, destroy, and free for the library.
   std::vector<std::string> calls;
+  /// Gets "collector <call>" for each of them too, if it is set.
+  CallRecord* record = nullptr;
   std::vector<int> kinds;
   Zq::Gantry::Server::Services::Wattleaf::CollectorCallback callback = nullptr;
+
+  void Enter(const std::string& call) {
+    calls.push_back(call);
+    if (record != nullptr) record->Add("collector " + call);
+    if (onCall) onCall(call);
+  }
 };
 
 class FakeCollector final : public Zq::Gantry::Server::Services::Wattleaf::DataCollector {
  public:
   explicit FakeCollector(CollectorScript& script) : script_(script) {}
-  ~FakeCollector() noexcept(false) override {
-    script_.calls.push_back("destroy");
-    if (script_.onDestroy) script_.onDestroy();
-  }
+  ~FakeCollector() noexcept(false) override { script_.Enter("destroy"); }
 
   bool OnLoad() override {
-    script_.calls.push_back("load");
+    script_.Enter("load");
     return script_.loads;
   }
   std::map<int, int> StartCollecting(const std::vector<int>& kinds) override {
-    script_.calls.push_back("start");
     script_.kinds = kinds;
-    if (script_.onStart) script_.onStart();
+    script_.Enter("start");
     return script_.status;
   }
   std::map<int, int> StopCollecting(const std::vector<int>& kinds) override {
-    script_.calls.push_back("stop");
     script_.kinds = kinds;
+    script_.Enter("stop");
     return script_.status;
   }
   void SetDataCallback(
       Zq::Gantry::Server::Services::Wattleaf::CollectorCallback callback) override {
-    script_.calls.push_back("callback");
     script_.callback = callback;
+    script_.Enter("callback");
   }
 
  private:

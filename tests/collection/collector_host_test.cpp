@@ -311,6 +311,16 @@ TEST_F(CollectorHost, ASecondStartAfterARefusedOrFailedLoadIsASuccessWithoutWork
   EXPECT_EQ(library.loaded.size(), 1U);
 }
 
+TEST_F(CollectorHost, AStartWhileTheFirstOneLoadsIsASuccessWithoutWork) {
+  library.script.onCall = [this](const std::string& call) {
+    if (call == "create") {
+      EXPECT_TRUE(helper->StartCollection());
+    }
+  };
+  EXPECT_TRUE(StartTrusted());
+  EXPECT_EQ(library.loaded.size(), 1U);
+}
+
 TEST_F(CollectorHost, OnlyAStartedCollectorMakesDataAvailable) {
   for (const std::map<int, int>& status :
        std::vector<std::map<int, int>>{{{0, 0}}, {{0, -1}}, {{0, 2}}, {{0, 7}}, {}, {{1, 1}}}) {

@@ -6,10 +6,12 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <objbase.h>
 
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <thread>
 
 #include "collection/open_helper.h"
 #include "import_patch.h"
@@ -102,6 +104,22 @@ TEST_F(CommandDispatcher, Command7AnswersEachStateInDigits) {
     EXPECT_EQ(Ask(7).status, 0);
     EXPECT_EQ(Ask(7).text, std::to_wstring(state));
   }
+}
+
+TEST_F(CommandDispatcher, Command7TakesTheComOfASingleThreadedApartmentAway) {
+  const auto isSingleThreaded = [] {
+    APTTYPE type = APTTYPE_NA;
+    APTTYPEQUALIFIER qualifier = APTTYPEQUALIFIER_NONE;
+    return SUCCEEDED(CoGetApartmentType(&type, &qualifier)) &&
+           (type == APTTYPE_STA || type == APTTYPE_MAINSTA);
+  };
+  const LogCapture log;
+  std::thread([&isSingleThreaded] {
+    EXPECT_EQ(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED), S_OK);
+    EXPECT_TRUE(isSingleThreaded());
+    EXPECT_EQ(Ask(7).status, 0);
+    EXPECT_FALSE(isSingleThreaded());
+  }).join();
 }
 
 TEST_F(CommandDispatcher, NumbersOutsideOneToTenAreUnknown) {

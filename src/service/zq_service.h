@@ -12,32 +12,32 @@ struct RequestConfiguration;
 // What a host must know of its own process.
 //
 // startup_task
-//   - The library stays loaded from then on until the process ends; FreeLibrary has no effect.
-//   - One thread of the lowest priority starts work after 90 seconds. It loads the collector
-//   library
-//     first looked for in the program's directory, which may run threads of its own, and makes a
-//     pass each day.
-//   - std::system_error leaves startup_task if the thread cannot be made.
+// - The library stays loaded from then on until the process ends; FreeLibrary has no effect.
+// - One thread of the lowest priority begins its work after 90 seconds. It loads the collector
+//   library, which the system looks for in the program's directory first and which may run threads
+//   of its own, and makes a pass each day.
+// - std::system_error leaves startup_task if the thread cannot be made.
+//
 // A pass
-//   - The current directory of the process becomes the data folder and stays there.
-//   - A child process runs: the command interpreter with POWERCFG. While it runs, the environment
-//     variable NoDefaultCurrentDirectoryInExePath is set to 1; then its former state is restored.
-//   - Two lines go to standard output, beside what the tool prints there. At the start of the
-//     worker, standard error gets a line for each packaged application whose logo cannot be looked
-//     for.
-//   - Commands 1, 3, 4, 5 and 6 wait for the part of the pass that updates the ledger.
-//   - If the tool ends with a negative status, the process ends (std::terminate).
+// - The current directory of the process becomes the data folder and stays there.
+// - A child process runs: the command interpreter with POWERCFG. While it runs, the environment
+//   variable NoDefaultCurrentDirectoryInExePath is 1; then it is put back as it was.
+// - Up to two lines go to standard output, beside what the tool prints there. Before the first
+//   pass, standard error gets a line for each packaged application whose logo cannot be looked for.
+// - Commands 1, 3, 4, 5 and 6 wait for the part of the pass that updates the ledger.
+// - If the tool ends with a negative status, the process ends (std::terminate).
+//
 // Command 7, the first time
-//   - The calling thread joins COM's multithreaded apartment and leaves it again; it leaves also if
-//     it could not join. On a thread of a single-threaded apartment this takes away one of the
-//     host's own CoInitialize calls: ask command 7 on another thread, or initialise COM again.
-//   - CoInitializeSecurity is called, with default authentication and impersonation, unless the
-//     process has called it before. The worker does the same.
+// - The calling thread joins COM's multithreaded apartment and leaves it again. It leaves also if
+//   it could not join: on a thread of a single-threaded apartment this takes away one of the host's
+//   own CoInitialize calls. Such a host asks command 7 on another thread, or joins COM again.
+// - CoInitializeSecurity is called with default authentication and impersonation; it has no effect
+//   if the process has called it before. The worker does the same.
+//
 // The end
-//   - When the process ends, the collector is given up: neither StopCollecting nor its destructor
-//   is
-//     called. Its threads have been killed by then, wherever they were.
-//   - If the library is freed without startup_task having been called, nothing of it is left.
+// - When the process ends, the collector is given up: neither StopCollecting nor its destructor is
+//   called, and its threads have been killed before.
+// - If the library is freed and startup_task was never called, it is unloaded.
 
 namespace Zq::Gantry::Server::Services {
 

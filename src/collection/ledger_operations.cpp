@@ -1,6 +1,10 @@
 #include <io.h>
 
+#include <algorithm>
 #include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
 
 #include "collection/wattleaf_helper.h"
 #include "ledger/calendar.h"
@@ -23,17 +27,40 @@ namespace {
 
 using Logging::LogManager;
 
-/// Null for a ledger file that is missing, no plain file or no JSON.
-std::unique_ptr<GenericDocument> ReadLedgerFile(const std::wstring& path) {
-  return std::unique_ptr<GenericDocument>(IsKnownPlainFile(path) ? LoadJsonDocument(path)
-                                                                 : nullptr);
+/// Enters what the file holds into `ledger`; a file that is missing, no plain file or no JSON array
+/// enters nothing.
+void LoadLedgerFile(const std::wstring& path, const DateTime& today, PowerLedger& ledger) {
+  if (!IsKnownPlainFile(path)) return;
+  const std::unique_ptr<GenericDocument> document(LoadJsonDocument(path));
+  if (document) LoadLedger(*document, OldestDay(today), ledger);
 }
 
-/// A link in the place of a day's samples was never read, so it is not deleted either.
-void RemoveSamples(const std::wstring& folder, const DateTime& day) {
-  const std::wstring path = EncryptedSamplePath(folder, day);
-  if (IsKnownPlainFile(path)) _wunlink(path.c_str());
+/// Whether the file holds the whole ledger: a write that fails half-way is not reported.
+bool HoldsLedger(const std::wstring& path, const PowerLedger& ledger) {
+  if (!IsKnownPlainFile(path)) return false;
+  const std::unique_ptr<GenericDocument> document(LoadJsonDocument(path));
+  return document && document->IsArray() && document->Size() == ledger.size();
 }
+
+/// A link in the place of a day's samples was never read, so it is not deleted either. Failure is
+/// ignored: the day is booked and its samples are not read again.
+void DeleteSamples(const std::vector<std::wstring>& paths) {
+  for (const std::wstring& path : paths) {
+    if (IsKnownPlainFile(path)) _wunlink(path.c_str());
+  }
+}
+
+/// Empties a list at the end of the scope.
+class ScopedList {
+ public:
+  explicit ScopedList(std::vector<std::wstring>& list) : list_(list) {}
+  ScopedList(const ScopedList&) = delete;
+  ScopedList& operator=(const ScopedList&) = delete;
+  ~ScopedList() { list_.clear(); }
+
+ private:
+  std::vector<std::wstring>& list_;
+};
 
 /// Replaces `result` by what `makeText` gives; on any exception logs `message` and leaves it.
 template <typename MakeText>
@@ -50,6 +77,10 @@ void AnswerOrLog(std::wstring& result, const wchar_t* message, MakeText makeText
 std::string WattleafHelper::GetDevicePath(std::string drive) { return QueryDevicePath(drive); }
 
 GenericDocument* WattleafHelper::GetJsonFromDate(const DateTime& day) {
+  const std::wstring encrypted = EncryptedSamplePath(collectionPath, day);
+  if (std::ranges::find(discardedSamples, encrypted) != discardedSamples.end()) {
+    return ReadLeftoverCopyOfDay(collectionPath, day);
+  }
   return ReadSamplesOfDay(collectionPath, day, [](const std::wstring& path) {
     LogManager::GetLogger()->LogInfo(L"Decrypting file :%s", path.c_str());
   });
@@ -61,21 +92,26 @@ void WattleafHelper::CalculateDailyPowerConsumption() {
   const DateTime today = *GetCurrentDate();
   LogManager::GetLogger()->LogInfo(L"Date:%s", FormatDateWide(today).c_str());
 
-  if (const auto document = ReadLedgerFile(ledgerPath)) {
-    LoadLedger(*document, OldestDay(today), dailyLedger);
-  }
+  LoadLedgerFile(ledgerPath, today, dailyLedger);
+  const auto energyOf = [this](const DateTime& day) {
+    try {
+      return CalculateDailyPowerConsumption(day);
+    } catch (const std::filesystem::filesystem_error&) {
+      return 0.0F;  // tried again at the next pass
+    }
+  };
+  const ScopedList discarded(discardedSamples);
   UpdateLedger(today, dailyLedger,
-               {[this](const DateTime& day) {
-                  try {
-                    return CalculateDailyPowerConsumption(day);
-                  } catch (const std::filesystem::filesystem_error&) {
-                    return 0.0F;  // tried again at the next pass
-                  }
-                },
-                [this](const DateTime& day) { RemoveSamples(collectionPath, day); }});
+               {energyOf, [this](const DateTime& day) {
+                  discardedSamples.push_back(EncryptedSamplePath(collectionPath, day));
+                }});
+  RemoveLeftoverCopies(collectionPath);
   if (!SaveJsonDocument(ledgerPath, LedgerDocument(dailyLedger))) {
     LogManager::GetLogger()->LogError(
         L"Error in CalculateDailyPowerConsumption() : Save Json failed");
+  } else if (HoldsLedger(ledgerPath, dailyLedger)) {
+    // Only now: a process that ends earlier must find the samples again.
+    DeleteSamples(discardedSamples);
   }
   dataChanged = true;
 }

@@ -8,6 +8,7 @@
 #include <mutex>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "catalogue/installed_apps.h"
 #include "catalogue/published.h"
@@ -130,6 +131,9 @@ class WATTLEAF_API WattleafHelper {
   /// Held while the 30-day store is open, and for nothing else: a reader must not make the
   /// conversion's save fail after the report is gone.
   std::mutex storeMutex;
+  /// Encrypted sample files that the running pass deletes once the ledger is saved; until then they
+  /// count as gone. In the order of deletion; empty between passes. Guarded by dataMutex.
+  std::vector<std::wstring> discardedSamples;
 };
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

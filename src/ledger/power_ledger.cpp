@@ -30,7 +30,7 @@ class Walk {
     if (!isNew && !IsSameDay(day, today_) && entry->second != 0.0F) return;
 
     entry->second = FiniteOrZero(days_.energyWh(day));
-    if (entry->second != 0.0F && !IsTodayOrNeighbour(day)) days_.removeSamples(day);
+    if (entry->second != 0.0F && !IsTodayOrNeighbour(day)) days_.discardSamples(day);
   }
 
  private:

@@ -34,13 +34,15 @@ void LoadLedger(const GenericDocument& document, const DateTime& oldest, PowerLe
 struct LedgerDays {
   /// Watt-hours of one day.
   std::function<float(const DateTime& day)> energyWh;
-  /// Deletes a day's encrypted samples; a failure is nobody's concern.
-  std::function<void(const DateTime& day)> removeSamples;
+  /// Called for a day whose encrypted samples are no longer needed: they count as gone for the rest
+  /// of the walk, and are deleted once the ledger is saved.
+  std::function<void(const DateTime& day)> discardSamples;
 };
 
 /// Walks from `today` back to the oldest day, works out today and every day that is missing or
-/// stands at 0.0, and removes the samples of those that turn out non-zero and are no neighbours of
-/// today. At most kMostLedgerDays days, whatever the clock says.
+/// stands at 0.0, and discards the samples of each day that turns out non-zero and is no neighbour
+/// of today, before the next day is worked out. At most kMostLedgerDays days, whatever the clock
+/// says.
 void UpdateLedger(const DateTime& today, PowerLedger& ledger, const LedgerDays& days);
 
 /// The document for the file.

@@ -10,11 +10,19 @@ namespace Zq::Gantry::Server::Services::Wattleaf {
 
 /// One day's samples from the data folder: decrypts that day's file, reads the plain copy and
 /// deletes it. The caller owns the document: an empty array for a day without readable samples,
-/// null for a copy that does not parse. `beforeDecrypting` is told the path of an encrypted file
-/// that is there. Not safe beside another run for the same day. IsPlainFile's exception passes
-/// through.
+/// null for a copy that does not parse. `beforeDecrypting` gets the path of an encrypted file that
+/// exists. Not safe beside another run for the same day. IsPlainFile's exception passes through.
 GenericDocument* ReadSamplesOfDay(
     const std::wstring& folder, const DateTime& day,
     const std::function<void(const std::wstring& path)>& beforeDecrypting);
+
+/// The same for a day whose encrypted file counts as gone: only a plain copy that an earlier
+/// failure left behind is read, and deleted.
+GenericDocument* ReadLeftoverCopyOfDay(const std::wstring& folder, const DateTime& day);
+
+/// Deletes the plain copies of all days that lie in the folder; each is there only while its day is
+/// being read, unless a process ended at that moment. Folders, links and files whose status cannot
+/// be read stay. Not safe beside a reader.
+void RemoveLeftoverCopies(const std::wstring& folder);
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -1,5 +1,7 @@
 #include "ledger/sample_reader.h"
 
+#include <windows.h>
+
 #include <io.h>
 
 #include <memory>
@@ -7,10 +9,13 @@
 #include "ledger/decrypt_sample_file.h"
 #include "ledger/plain_file.h"
 #include "ledger/sample_files.h"
+#include "platform/win32/owners.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
 namespace {
+
+constexpr wchar_t kPlainCopyNames[] = L"unencrypt-PcmSampleData_??????????.json";
 
 /// Deletes the plain copy at the end of its reading, whatever the reading came to.
 class PlainCopyRemoval {
@@ -36,15 +41,31 @@ GenericDocument* ReadSamplesOfDay(
     const std::wstring& folder, const DateTime& day,
     const std::function<void(const std::wstring& path)>& beforeDecrypting) {
   const std::wstring encrypted = EncryptedSamplePath(folder, day);
-  const std::wstring plain = PlainSamplePath(folder, day);
   if (IsPlainFile(encrypted)) {
     beforeDecrypting(encrypted);
     DecryptSampleFile(encrypted);
   }
-  // A copy that an earlier failure left behind is as good.
+  // Where the decryption failed, a copy that an earlier failure left behind is as good.
+  return ReadLeftoverCopyOfDay(folder, day);
+}
+
+GenericDocument* ReadLeftoverCopyOfDay(const std::wstring& folder, const DateTime& day) {
+  const std::wstring plain = PlainSamplePath(folder, day);
   if (!IsPlainFile(plain)) return EmptyArray();
   const PlainCopyRemoval removal(plain);
   return LoadJsonDocument(plain);
+}
+
+// By search, not by date: the days that a pass reads need not be those of the pass that was ended.
+void RemoveLeftoverCopies(const std::wstring& folder) {
+  WIN32_FIND_DATAW entry{};
+  const Platform::UniqueFindHandle search(
+      FindFirstFileW((folder + L"\\" + kPlainCopyNames).c_str(), &entry));
+  if (!search) return;
+  do {
+    const std::wstring path = folder + L"\\" + entry.cFileName;
+    if (IsKnownPlainFile(path)) _wunlink(path.c_str());
+  } while (FindNextFileW(search.get(), &entry));
 }
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -43,7 +43,7 @@ PlayedClock::PlayedClock() : patch_("_time64", &PlayedTime) {}
 void PlayedClock::Set(const std::string& localTime) {
   struct tm fields {};
   const int count =
-      std::sscanf(localTime.c_str(), "%d-%d-%d %d:%d:%d", &fields.tm_year, &fields.tm_mon,
+      std::sscanf(localTime.c_str(), "%d-%d-%d%*1[ T]%d:%d:%d", &fields.tm_year, &fields.tm_mon,
                   &fields.tm_mday, &fields.tm_hour, &fields.tm_min, &fields.tm_sec);
   if (count != 6) throw std::invalid_argument(localTime);
   fields.tm_year -= 1900;
@@ -69,6 +69,10 @@ std::wstring LedgerFixture::SamplePath(const std::string& date) const {
 
 std::wstring LedgerFixture::LedgerPath() const { return folder.File(L"PowerConsumption.json"); }
 
+std::wstring LedgerFixture::PlainCopy(const std::string& date) const {
+  return folder.File(L"unencrypt-PcmSampleData_" + Wide(date) + L".json");
+}
+
 void LedgerFixture::WriteSamples(const std::string& date,
                                  const std::vector<std::string>& times) const {
   std::vector<std::string> elements;
@@ -87,6 +91,10 @@ void LedgerFixture::WriteOneInterval(const std::string& date) const {
 float LedgerFixture::Booked(const std::string& date) const {
   const auto entry = helper.dailyLedger.find(Day(date));
   return entry != helper.dailyLedger.end() ? entry->second : -1.0F;
+}
+
+std::string LedgerElement(const std::string& date, const std::string& value) {
+  return R"({"Key":")" + date + R"(","Value":)" + value + "}";
 }
 
 std::string DateBefore(const std::string& date, int days) {

@@ -69,6 +69,7 @@ class LedgerFixture : public testing::Test {
 
   std::wstring SamplePath(const std::string& date) const;
   std::wstring LedgerPath() const;
+  std::wstring PlainCopy(const std::string& date) const;
 
   /// Writes a day's file as the collector does: 36 watts at each of these times, "10:05:00".
   void WriteSamples(const std::string& date, const std::vector<std::string>& times) const;
@@ -86,6 +87,9 @@ class LedgerFixture : public testing::Test {
   LogCapture log;
   TestHelper helper{folder.Path().c_str()};
 };
+
+/// The text of the ledger file's element for one day, with its comma or bracket left out.
+std::string LedgerElement(const std::string& date, const std::string& value);
 
 /// The energy of one interval of 300 seconds at 36 watts.
 inline constexpr float kThreeWh = 3.0F / 0.88F;

@@ -223,3 +223,75 @@ TEST_F(ReadSamples, PassTheExceptionOfAStatusQueryOn) {
   EXPECT_THROW(Read(), std::filesystem::filesystem_error);
   EXPECT_TRUE(told_.empty());
 }
+
+TEST_F(ReadSamples, OfADayThatCountsAsGoneComeFromALeftoverCopyOnly) {
+  WriteWholeFile(encrypted_, Encrypted(Utf16("[1]")));
+  const auto readGone = [this] {
+    return std::unique_ptr<GenericDocument>(
+        ReadLeftoverCopyOfDay(folder_.Path(), TestSupport::LocalTime(2024, 3, 1)));
+  };
+  const auto empty = readGone();
+  ASSERT_TRUE(empty && empty->IsArray());
+  EXPECT_TRUE(empty->Empty());
+  WriteWholeFile(plain_, "[7]");
+  const auto left = readGone();
+  ASSERT_TRUE(left);
+  EXPECT_EQ((*left)[0].GetInt(), 7);
+  EXPECT_FALSE(FileExists(plain_));
+  EXPECT_TRUE(FileExists(encrypted_));
+}
+
+TEST_F(ReadSamples, OfADayThatCountsAsGoneAskNothingOfTheEncryptedFile) {
+  WriteWholeFile(encrypted_, Encrypted(Utf16("[1]")));
+  // The status of the encrypted file cannot be read; that of the copy is not asked, as it is
+  // absent.
+  const Standin::ImportPatch patch("_wstat64", &FailToTellStatus);
+  EXPECT_NO_THROW(std::unique_ptr<GenericDocument>(
+      ReadLeftoverCopyOfDay(folder_.Path(), TestSupport::LocalTime(2024, 3, 1))));
+}
+
+TEST_F(ReadSamples, LeaveNoCopyOfAnyDayAfterTheRemoval) {
+  const std::wstring other = folder_.File(L"unencrypt-PcmSampleData_1999-12-31.json");
+  WriteWholeFile(plain_, "[7]");
+  WriteWholeFile(other, "");
+  RemoveLeftoverCopies(folder_.Path());
+  EXPECT_FALSE(FileExists(plain_));
+  EXPECT_FALSE(FileExists(other));
+  RemoveLeftoverCopies(folder_.Path());
+  RemoveLeftoverCopies(folder_.File(L"missing"));
+}
+
+TEST_F(ReadSamples, LoseNothingButCopiesInTheRemoval) {
+  const std::vector<std::wstring> names{L"PcmSampleData_2024-03-01.json",
+                                        L"PowerConsumption.json",
+                                        L"Powerlog.json",
+                                        L"unencrypt-PcmSampleData_2024-03-01.json.bak",
+                                        L"unencrypt-PcmSampleData_2024-03-012.json",
+                                        L"unencrypt-PcmSampleData.json",
+                                        L"an unencrypt-PcmSampleData_2024-03-01.json"};
+  for (const std::wstring& name : names) WriteWholeFile(folder_.File(name), "x");
+  RemoveLeftoverCopies(folder_.Path());
+  for (const std::wstring& name : names) EXPECT_TRUE(FileExists(folder_.File(name)));
+}
+
+TEST_F(ReadSamples, LoseNoFolderAndNoLinkInTheRemoval) {
+  const std::wstring asFolder = folder_.File(L"unencrypt-PcmSampleData_2024-03-02.json");
+  const std::wstring after = folder_.File(L"unencrypt-PcmSampleData_2024-03-03.json");
+  WriteWholeFile(plain_, "[7]");
+  CreateDirectoryW(asFolder.c_str(), nullptr);
+  WriteWholeFile(after, "[7]");
+  {
+    const TestSupport::PlayedReparsePoint played(plain_, IO_REPARSE_TAG_SYMLINK);
+    RemoveLeftoverCopies(folder_.Path());
+  }
+  EXPECT_TRUE(FileExists(plain_));
+  EXPECT_TRUE(FileExists(asFolder));
+  EXPECT_FALSE(FileExists(after));
+}
+
+TEST_F(ReadSamples, LoseNoCopyWhoseStatusCannotBeReadInTheRemoval) {
+  WriteWholeFile(plain_, "[7]");
+  const Standin::ImportPatch patch("_wstat64", &FailToTellStatus);
+  RemoveLeftoverCopies(folder_.Path());
+  EXPECT_TRUE(FileExists(plain_));
+}

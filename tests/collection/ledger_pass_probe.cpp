@@ -1,0 +1,182 @@
+// A process that runs passes over a data folder and may end in the middle of one, as a host that is
+// ended does: no destructor runs, nothing is flushed.
+//
+//   ledger_pass_probe FOLDER STEP...          (ASCII only)
+//
+//   report=PATH        where each pass to come appends what it did, see RunPass
+//   unprotected        from now on the blobs of samples are their content: data protection is slow
+//   end-at=N           the N-th watched call of the next pass ends the process with status 9
+//   pass=TIME          a daily pass at that local time, "2024-05-08T14:30:00"
+//   copy-ledger=PATH   copies the ledger file
+
+#include <windows.h>
+
+#include <wincrypt.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "collection/ledger_fixture.h"
+#include "import_patch.h"
+#include "support/log_capture.h"
+#include "support/pin_zone.h"
+
+namespace {
+
+using TestSupport::TestHelper;
+
+constexpr UINT kEnded = 9;
+
+int g_calls = 0;
+int g_endAt = 0;
+int g_saveCall = 0;
+
+[[noreturn]] void EndProcess() {
+  TerminateProcess(GetCurrentProcess(), kEnded);
+  std::abort();
+}
+
+void Count() {
+  if (++g_calls == g_endAt) EndProcess();
+}
+
+/// One import of this program, counted at each call.
+template <const char* name, typename Function>
+class Watched;
+
+template <const char* name, typename Result, typename... Arguments>
+class Watched<name, Result(Arguments...)> {
+ public:
+  Watched() { original_ = patch_.template Original<Result(Arguments...)>(); }
+
+ private:
+  static Result Call(Arguments... arguments) {
+    Count();
+    return original_(arguments...);
+  }
+
+  static inline Result (*original_)(Arguments...) = nullptr;
+  const Standin::ImportPatch patch_{name, &Watched::Call};
+};
+
+constexpr char kAttributes[] = "GetFileAttributesW";
+constexpr char kUnlink[] = "_wunlink";
+constexpr char kClose[] = "fclose";
+constexpr char kDecode[] = "CryptStringToBinaryA";
+constexpr char kUnprotect[] = "CryptUnprotectData";
+
+errno_t (*g_open)(std::FILE**, const wchar_t*, const wchar_t*) = nullptr;
+
+errno_t CountedOpen(std::FILE** file, const wchar_t* path, const wchar_t* mode) {
+  Count();
+  const bool isSave = std::wstring_view(path).ends_with(L"PowerConsumption.json") && *mode == L'w';
+  if (isSave) g_saveCall = g_calls;
+  return g_open(file, path, mode);
+}
+
+BOOL WINAPI OpenUnprotected(DATA_BLOB* closed, LPWSTR*, DATA_BLOB*, PVOID,
+                            CRYPTPROTECT_PROMPTSTRUCT*, DWORD, DATA_BLOB* opened) {
+  opened->pbData = static_cast<BYTE*>(LocalAlloc(LMEM_FIXED, closed->cbData));
+  opened->cbData = closed->cbData;
+  std::memcpy(opened->pbData, closed->pbData, closed->cbData);
+  return TRUE;
+}
+
+std::size_t (*g_write)(const void*, std::size_t, std::size_t, std::FILE*) = nullptr;
+
+/// A write in which the process ends reaches the file by half.
+std::size_t CountedWrite(const void* data, std::size_t size, std::size_t count, std::FILE* file) {
+  if (++g_calls == g_endAt) {
+    g_write(data, 1, size * count / 2, file);
+    std::fflush(file);
+    EndProcess();
+  }
+  return g_write(data, size, count, file);
+}
+
+/// The calls of a pass that change or read the folder, and those between them.
+struct WatchedCalls {
+  WatchedCalls() {
+    g_open = open.Original<decltype(CountedOpen)>();
+    g_write = write.Original<decltype(CountedWrite)>();
+  }
+
+  const Standin::ImportPatch open{"_wfopen_s", &CountedOpen};
+  const Standin::ImportPatch write{"fwrite", &CountedWrite};
+  const Watched<kAttributes, decltype(GetFileAttributesW)> attributes;
+  const Watched<kUnlink, decltype(_wunlink)> unlink;
+  const Watched<kClose, decltype(std::fclose)> close;
+  const Watched<kDecode, decltype(CryptStringToBinaryA)> decode;
+  const Watched<kUnprotect, decltype(CryptUnprotectData)> unprotect;
+};
+
+class Probe {
+ public:
+  explicit Probe(const std::wstring& folder) : folder_(folder) {}
+
+  bool Run(const std::wstring& step) {
+    if (step == L"unprotected") {
+      unprotected_.emplace("CryptUnprotectData", &OpenUnprotected);
+    } else if (const auto report = ValueOf(step, L"report=")) {
+      reportPath_ = *report;
+    } else if (const auto number = ValueOf(step, L"end-at=")) {
+      g_endAt = std::stoi(*number);
+    } else if (const auto time = ValueOf(step, L"pass=")) {
+      RunPass({time->begin(), time->end()});
+    } else if (const auto path = ValueOf(step, L"copy-ledger=")) {
+      return CopyFileW((folder_ + L"\\PowerConsumption.json").c_str(), path->c_str(), FALSE) != 0;
+    } else {
+      return false;
+    }
+    return true;
+  }
+
+ private:
+  static std::optional<std::wstring> ValueOf(const std::wstring& step, const std::wstring& name) {
+    if (!step.starts_with(name)) return std::nullopt;
+    return step.substr(name.size());
+  }
+
+  /// Reports the number of watched calls, which of them opened the ledger to save it, then the log.
+  void RunPass(const std::string& localTime) {
+    TestSupport::PlayedClock::Set(localTime);
+    g_calls = 0;
+    {
+      const WatchedCalls watched;
+      helper_.CalculateDailyPowerConsumption();
+    }
+    std::FILE* report = _wfopen(reportPath_.c_str(), L"ab");
+    if (report == nullptr) return;
+    std::fprintf(report, "%d %d\n", g_calls, g_saveCall);
+    for (const TestSupport::LogRecord& record : log_.Records()) {
+      std::fprintf(report, "%ls\n", record.text.c_str());
+    }
+    std::fclose(report);
+    log_.Clear();
+  }
+
+  const std::wstring folder_;
+  std::wstring reportPath_;
+  const TestSupport::PlayedClock clock_;
+  std::optional<Standin::ImportPatch> unprotected_;
+  TestSupport::LogCapture log_;
+  TestHelper helper_{folder_.c_str()};
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  TestSupport::PinZone();
+  const std::vector<std::string> arguments(argv, argv + argc);
+  if (arguments.size() < 2) return 2;
+  Probe probe({arguments[1].begin(), arguments[1].end()});
+  for (std::size_t i = 2; i < arguments.size(); ++i) {
+    if (!probe.Run({arguments[i].begin(), arguments[i].end()})) return 2;
+  }
+  return 0;
+}

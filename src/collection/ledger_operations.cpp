@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -28,11 +29,15 @@ namespace {
 using Logging::LogManager;
 
 /// Enters what the file holds into `ledger`; a file that is missing, no plain file or no JSON array
-/// enters nothing.
-void LoadLedgerFile(const std::wstring& path, const DateTime& today, PowerLedger& ledger) {
-  if (!IsKnownPlainFile(path)) return;
+/// enters nothing. False if its status cannot be read: it may hold days that `ledger` lacks, and
+/// must not be written over.
+bool LoadLedgerFile(const std::wstring& path, const DateTime& today, PowerLedger& ledger) {
+  const std::optional<bool> isPlain = TryIsPlainFile(path);
+  if (!isPlain) return false;
+  if (!*isPlain) return true;
   const std::unique_ptr<GenericDocument> document(LoadJsonDocument(path));
   if (document) LoadLedger(*document, OldestDay(today), ledger);
+  return true;
 }
 
 /// Whether the file holds the whole ledger: a write that fails half-way is not reported.
@@ -92,7 +97,7 @@ void WattleafHelper::CalculateDailyPowerConsumption() {
   const DateTime today = *GetCurrentDate();
   LogManager::GetLogger()->LogInfo(L"Date:%s", FormatDateWide(today).c_str());
 
-  LoadLedgerFile(ledgerPath, today, dailyLedger);
+  const bool mayBeSaved = LoadLedgerFile(ledgerPath, today, dailyLedger);
   const auto energyOf = [this](const DateTime& day) {
     try {
       return CalculateDailyPowerConsumption(day);
@@ -106,7 +111,7 @@ void WattleafHelper::CalculateDailyPowerConsumption() {
                   discardedSamples.push_back(EncryptedSamplePath(collectionPath, day));
                 }});
   RemoveLeftoverCopies(collectionPath);
-  if (!SaveJsonDocument(ledgerPath, LedgerDocument(dailyLedger))) {
+  if (!mayBeSaved || !SaveJsonDocument(ledgerPath, LedgerDocument(dailyLedger))) {
     LogManager::GetLogger()->LogError(
         L"Error in CalculateDailyPowerConsumption() : Save Json failed");
   } else if (HoldsLedger(ledgerPath, dailyLedger)) {

@@ -21,13 +21,17 @@ bool IsLinkTag(DWORD tag) {
 
 // The standard library of one of our toolchains never reports a link, hence the tag. Stored-away
 // content (deduplicated, compressed, in the cloud) is a reparse point too, but no link.
-bool IsLink(const std::wstring& path, std::uint32_t attributes) {
+std::optional<bool> TryIsLink(const std::wstring& path, std::uint32_t attributes) {
   if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) return false;
   WIN32_FIND_DATAW entry{};
   const Platform::UniqueFindHandle search(FindFirstFileW(path.c_str(), &entry));
-  if (!search) return true;
-  if ((entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) return true;
+  if (!search) return std::nullopt;
+  if ((entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) return std::nullopt;
   return IsLinkTag(entry.dwReserved0);
+}
+
+bool IsLink(const std::wstring& path, std::uint32_t attributes) {
+  return TryIsLink(path, attributes).value_or(true);
 }
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

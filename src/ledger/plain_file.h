@@ -1,15 +1,21 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
-/// True for a file that is there and is neither a directory nor any kind of link. A status that
-/// cannot be had for another reason than absence leaves as std::filesystem::filesystem_error.
+/// True for a file that exists and is neither a directory nor any kind of link. Throws
+/// std::filesystem::filesystem_error if the standard library cannot read its status for any reason
+/// other than the file not existing.
 bool IsPlainFile(const std::wstring& path);
 
-/// The same for what goes on past such a file: a status that cannot be had counts as not plain.
+/// The same without the exception: a status that cannot be read counts as not plain.
 bool IsKnownPlainFile(const std::wstring& path);
+
+/// The same with three answers: none if any of the status queries fails for a reason other than the
+/// file not existing.
+std::optional<bool> TryIsPlainFile(const std::wstring& path);
 
 /// Makes the folder and all above it. True where it is there in the end.
 bool CreateDirectoryTree(const std::wstring& path);

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <filesystem>
+#include <system_error>
 #include <vector>
 
 #include "ledger/link_check.h"
@@ -14,6 +15,10 @@ namespace {
 // The system's own limit on any path: a longer one cannot be there and cannot be made, and asking
 // for each of its parents takes a time that grows with the square of the length.
 constexpr std::size_t kLongestPathChars = 32767;
+
+bool IsNotFound(DWORD error) {
+  return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
+}
 
 }  // namespace
 
@@ -31,6 +36,22 @@ bool IsKnownPlainFile(const std::wstring& path) {
   } catch (const std::filesystem::filesystem_error&) {
     return false;
   }
+}
+
+std::optional<bool> TryIsPlainFile(const std::wstring& path) {
+  const DWORD attributes = GetFileAttributesW(path.c_str());
+  if (attributes == INVALID_FILE_ATTRIBUTES) {
+    if (IsNotFound(GetLastError())) return false;
+    return std::nullopt;
+  }
+  if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) return false;
+  std::error_code error;
+  const auto status = std::filesystem::symlink_status(path, error);
+  if (status.type() == std::filesystem::file_type::none) return std::nullopt;
+  if (std::filesystem::is_symlink(status)) return false;
+  const std::optional<bool> isLink = TryIsLink(path, attributes);
+  if (!isLink) return std::nullopt;
+  return !*isLink;
 }
 
 // A loop, since a client's text reaches it: as many levels as the text has separators.

@@ -1,3 +1,5 @@
+#include <memory>
+
 #include <gtest/gtest.h>
 
 #include "collection/ledger_fixture.h"
@@ -11,6 +13,7 @@ using namespace TestSupport;
 namespace {
 
 constexpr char kToday[] = "2024-05-08";
+constexpr DWORD kDeduplicated = 0x80000013;
 constexpr wchar_t kSaveFailed[] = L"Error in CalculateDailyPowerConsumption() : Save Json failed";
 
 class LedgerFiles : public LedgerFixture {
@@ -23,6 +26,35 @@ class LedgerFiles : public LedgerFixture {
       if (record.level != Standin::LogLevel::kInfo) errors.push_back(record);
     }
     return errors;
+  }
+
+  /// A first pass while `fail` makes a status query of the ledger fail, then one in the same
+  /// process without that failure. The 1st has a value and no samples, the 3rd has samples and no
+  /// value.
+  template <typename Fail>
+  void ExpectNoSaveWhile(Fail fail) {
+    const std::string content = R"([{"Key":"2024-05-01","Value":12.5}])";
+    WriteWholeFile(LedgerPath(), content);
+    WriteOneInterval("2024-05-03");
+    log.Clear();
+    TestHelper other(folder.Path().c_str());
+    other.dataChanged = false;
+    {
+      const auto failure = fail();
+      other.CalculateDailyPowerConsumption();
+    }
+    EXPECT_EQ(Errors(), std::vector<LogRecord>{Error(kSaveFailed)});
+    EXPECT_EQ(LedgerText(), content);
+    EXPECT_TRUE(FileExists(SamplePath("2024-05-03")));
+    EXPECT_TRUE(other.dataChanged);
+    EXPECT_EQ(other.dailyLedger.at(Day("2024-05-03")), kThreeWh);
+
+    other.dailyLedger.erase(Day("2024-05-03"));
+    other.CalculateDailyPowerConsumption();
+    EXPECT_EQ(Errors().size(), 1U);
+    EXPECT_EQ(other.dailyLedger.at(Day("2024-05-01")), 12.5F);
+    EXPECT_NE(LedgerText().find(R"({"Key":"2024-05-01","Value":12.5})"), std::string::npos);
+    EXPECT_FALSE(FileExists(SamplePath("2024-05-03")));
   }
 };
 
@@ -90,12 +122,58 @@ TEST_F(LedgerFiles, NumberBeyond32BitFloatInTheLedgerDoesNotCutTheNextSave) {
   EXPECT_TRUE(text.ends_with(R"(,{"Key":"2024-05-08","Value":0.0}])"));
 }
 
-TEST_F(LedgerFiles, StatusFailureOfTheLedgerCountsAsNoPlainFile) {
+TEST_F(LedgerFiles, LedgerWhoseAttributesCannotBeReadIsNotSavedOver) {
+  for (const DWORD error : {ERROR_SHARING_VIOLATION, ERROR_ACCESS_DENIED, ERROR_NOT_READY,
+                            ERROR_LOCK_VIOLATION, ERROR_NETNAME_DELETED, ERROR_IO_DEVICE}) {
+    SCOPED_TRACE(error);
+    ExpectNoSaveWhile([&] { return std::make_unique<FakeAttributesFailure>(LedgerPath(), error); });
+  }
+}
+
+TEST_F(LedgerFiles, LedgerWhoseStatusCannotBeReadIsNotSavedOver) {
+  ExpectNoSaveWhile([&] { return std::make_unique<PlayedStatusFailure>(LedgerPath()); });
+}
+
+TEST_F(LedgerFiles, LedgerWhoseReparseTagCannotBeReadIsNotSavedOver) {
+  ExpectNoSaveWhile([&] {
+    auto point = std::make_unique<PlayedReparsePoint>(LedgerPath(), kDeduplicated);
+    point->FailSearch();
+    return point;
+  });
+  ExpectNoSaveWhile([&] {
+    auto point = std::make_unique<PlayedReparsePoint>(LedgerPath(), kDeduplicated);
+    point->SearchFindsNoReparsePoint();
+    return point;
+  });
+}
+
+TEST_F(LedgerFiles, LedgerThatIsNotFoundIsSavedAnew) {
+  for (const DWORD error : {ERROR_FILE_NOT_FOUND, ERROR_PATH_NOT_FOUND}) {
+    SCOPED_TRACE(error);
+    DeleteFileW(LedgerPath().c_str());
+    const FakeAttributesFailure failure(LedgerPath(), error);
+    TestHelper other(folder.Path().c_str());
+    other.CalculateDailyPowerConsumption();
+    EXPECT_EQ(LedgerText().substr(0, 34), R"([{"Key":"2023-10-11","Value":0.0},)");
+  }
+  EXPECT_TRUE(Errors().empty());
+}
+
+TEST_F(LedgerFiles, DeduplicatedLedgerIsReadAndSaved) {
   WriteWholeFile(LedgerPath(), R"([{"Key":"2024-05-01","Value":12.5}])");
+  const PlayedReparsePoint point(LedgerPath(), kDeduplicated);
+  Run();
+  EXPECT_EQ(Booked("2024-05-01"), 12.5F);
+  EXPECT_TRUE(Errors().empty());
+  EXPECT_EQ(LedgerText().substr(0, 34), R"([{"Key":"2023-10-11","Value":0.0},)");
+}
+
+TEST_F(LedgerFiles, UnreadStatusLeavesTheLedgerInMemory) {
+  WriteWholeFile(LedgerPath(), R"([{"Key":"2024-05-01","Value":12.5}])");
+  Run();
   const PlayedStatusFailure failure(LedgerPath());
   Run();
-  EXPECT_EQ(Booked("2024-05-01"), 0.0F);
-  EXPECT_EQ(helper.dailyLedger.size(), 211U);
+  EXPECT_EQ(Booked("2024-05-01"), 12.5F);
 }
 
 TEST_F(LedgerFiles, StatusFailureOfOneDayLeavesThatDayAtZeroAndTheOthersBooked) {

@@ -34,6 +34,15 @@ int FailingStatus(const wchar_t* path, struct _stat64* status) {
   return -1;
 }
 
+DWORD g_attributesError = 0;
+DWORD(WINAPI* g_realAttributes)(const wchar_t*) = nullptr;
+
+DWORD WINAPI FailingAttributes(const wchar_t* path) {
+  if (g_failingPath != path) return g_realAttributes(path);
+  SetLastError(g_attributesError);
+  return INVALID_FILE_ATTRIBUTES;
+}
+
 std::wstring Wide(const std::string& ascii) { return {ascii.begin(), ascii.end()}; }
 
 }  // namespace
@@ -59,6 +68,13 @@ PlayedStatusFailure::PlayedStatusFailure(const std::wstring& path)
     : patch_("_wstat64", &FailingStatus) {
   g_failingPath = path;
   g_realStatus = patch_.Original<int(const wchar_t*, struct _stat64*)>();
+}
+
+FakeAttributesFailure::FakeAttributesFailure(const std::wstring& path, DWORD error)
+    : patch_("GetFileAttributesW", &FailingAttributes) {
+  g_failingPath = path;
+  g_attributesError = error;
+  g_realAttributes = patch_.Original<DWORD WINAPI(const wchar_t*)>();
 }
 
 LedgerFixture::LedgerFixture() { PlayedClock::Set("2024-05-08 14:30:00"); }

@@ -62,6 +62,18 @@ class PlayedStatusFailure {
   Standin::ImportPatch patch_;
 };
 
+/// Makes GetFileAttributesW fail with `error` for one path, for as long as it lives. One at a time,
+/// and not beside a PlayedStatusFailure.
+class FakeAttributesFailure {
+ public:
+  FakeAttributesFailure(const std::wstring& path, DWORD error);
+  FakeAttributesFailure(const FakeAttributesFailure&) = delete;
+  FakeAttributesFailure& operator=(const FakeAttributesFailure&) = delete;
+
+ private:
+  Standin::ImportPatch patch_;
+};
+
 /// A data folder with encrypted samples, a stopped clock (2024-05-08 14:30, a Wednesday), a log.
 class LedgerFixture : public testing::Test {
  protected:

@@ -45,6 +45,11 @@ int FailToTellStatus(const wchar_t*, struct _stat64*) {
   return -1;
 }
 
+DWORD WINAPI RefuseAttributes(const wchar_t*) {
+  SetLastError(ERROR_ACCESS_DENIED);
+  return INVALID_FILE_ATTRIBUTES;
+}
+
 }  // namespace
 
 TEST(IsPlainFile, IsTrueForAFile) {
@@ -114,6 +119,51 @@ TEST(IsPlainFile, ThrowsWhereTheStatusCannotBeHad) {
   } catch (const std::filesystem::filesystem_error& error) {
     EXPECT_NE(std::string(error.what()).find("symlink_status"), std::string::npos) << error.what();
   }
+}
+
+TEST(IsPlainFile, IsFalseWhereTheAttributesCannotBeRead) {
+  const Standin::ImportPatch patch("GetFileAttributesW", &RefuseAttributes);
+  EXPECT_FALSE(IsPlainFile(L"C:\\a.json"));
+}
+
+TEST(IsKnownPlainFile, IsFalseWhereTheStatusCannotBeRead) {
+  const TempFolder folder;
+  const std::wstring path = folder.File(L"a.json");
+  TestSupport::WriteWholeFile(path, "x");
+  EXPECT_TRUE(IsKnownPlainFile(path));
+  const Standin::ImportPatch patch("_wstat64", &FailToTellStatus);
+  EXPECT_FALSE(IsKnownPlainFile(path));
+}
+
+TEST(TryIsPlainFile, AnswersAsIsPlainFileWhereAllQueriesSucceed) {
+  const TempFolder folder;
+  const std::wstring path = folder.File(L"a.json");
+  TestSupport::WriteWholeFile(path, "x");
+  EXPECT_EQ(TryIsPlainFile(path), true);
+  EXPECT_EQ(TryIsPlainFile(folder.Path()), false);
+  EXPECT_EQ(TryIsPlainFile(folder.File(L"missing.json")), false);
+  EXPECT_EQ(TryIsPlainFile(folder.File(L"missing") + L"\\a.json"), false);
+  for (const auto& [label, tag, isPlain] : kTags) {
+    const PlayedReparsePoint played(path, tag);
+    EXPECT_EQ(TryIsPlainFile(path), isPlain) << label;
+  }
+}
+
+TEST(TryIsPlainFile, HasNoAnswerWhereAQueryFails) {
+  const TempFolder folder;
+  const std::wstring path = folder.File(L"a.json");
+  TestSupport::WriteWholeFile(path, "x");
+  {
+    const Standin::ImportPatch patch("GetFileAttributesW", &RefuseAttributes);
+    EXPECT_EQ(TryIsPlainFile(path), std::nullopt);
+  }
+  {
+    const Standin::ImportPatch patch("_wstat64", &FailToTellStatus);
+    EXPECT_EQ(TryIsPlainFile(path), std::nullopt);
+  }
+  PlayedReparsePoint played(path, 0x80000013);
+  played.FailSearch();
+  EXPECT_EQ(TryIsPlainFile(path), std::nullopt);
 }
 
 TEST(SaveJsonDocument, WritesThroughNoPlayedLink) {

@@ -55,6 +55,23 @@ TEST(EnergyArithmetic, CountsOneToSixHundredSeconds) {
   }
 }
 
+TEST(EnergyArithmetic, MultipliesSecondsByWattsAndThenDividesEachRoundedTo32Bits) {
+  // 68 * 89.7 / 3600: in double, or with the division first, in two steps or as a multiplication,
+  // or with the watts not narrowed, it ends in ...FEA.
+  EXPECT_EQ(std::bit_cast<std::uint32_t>(IntervalEnergyWh(68, 89.7F)), 0x3FD8DFE9U);
+}
+
+TEST(EnergyArithmetic, NegativeDifferenceContributesNothing) {
+  for (const std::int64_t seconds : {-1, -100, -600, -601, -86400}) {
+    EXPECT_EQ(IntervalEnergyWh(seconds, 36.0F), 0.0F) << seconds;
+    EXPECT_EQ(IntervalEnergyWh(seconds, -36.0F), 0.0F) << seconds;
+  }
+}
+
+TEST(EnergyArithmetic, NegativePowerContributesNegativeEnergy) {
+  EXPECT_EQ(IntervalEnergyWh(100, -36.0F), -1.0F);
+}
+
 TEST(EnergyArithmetic, CountsTheLow32Bits) {
   constexpr std::int64_t kTwoToThe32 = 4294967296;
   EXPECT_EQ(IntervalEnergyWh(kTwoToThe32 + 100, 36.0F), 1.0F);
@@ -124,6 +141,43 @@ TEST(DayEnergy, TakesItsStepsIn32BitFloat) {
       EnergyOf({{kToday, List({At("09:00:00"), At("10:00:00", "17.3"), At("10:01:01", "23.7"),
                                At("10:03:08", "9.1"), At("10:08:07", "41.9"), At("10:18:06")})}});
   EXPECT_EQ(std::bit_cast<std::uint32_t>(energyWh), 0x41210805U);
+}
+
+TEST(DayEnergy, AddsInOrderInFloatAndDividesTheSumOnce) {
+  // 118 s at 108.0 W, 362 at 11.6, 444 at 70.3, 359 at 54.5, 254 at 87.3 and 473 at 62.3. Another
+  // result: the sum or the contributions in double, the sum from the end, a division of each
+  // contribution by 0.88, one division by 3600 at the end, 0.88 in double, its reciprocal, or the
+  // powers not narrowed.
+  const float energyWh =
+      EnergyOf({{kToday, List({At("09:00:00"), At("10:00:00", "108.0"), At("10:01:58", "11.6"),
+                               At("10:08:00", "70.3"), At("10:15:24", "54.5"),
+                               At("10:21:23", "87.3"), At("10:25:37", "62.3"), At("10:33:30")})}});
+  EXPECT_EQ(std::bit_cast<std::uint32_t>(energyWh), 0x4216B64FU);
+}
+
+TEST(DayEnergy, AddsTheLinkToTheDayBeforeFirst) {
+  // 600 seconds at 100,663,296 watts are 2 to the 24, to which 32 bits can add no single watt-hour;
+  // from the end the sum would be two more.
+  const std::string strong = AtDayBefore("23:55:00", "100663296");
+  EXPECT_EQ(
+      EnergyOf({{kDayBefore, List({strong})},
+                {kToday, List({At("00:05:00"), At("12:00:00"), At("12:01:40"), At("23:59:00")})},
+                {kDayAfter, List({AtDayAfter("00:00:40")})}}),
+      16777216.0F / 0.88F);
+}
+
+TEST(DayEnergy, NegativePowerMakesANegativeDay) {
+  EXPECT_EQ(EnergyOf({{kToday, List({At("09:00:00"), At("10:00:00", "-36"), At("10:05:00")})}}),
+            -kThree);
+  EXPECT_EQ(EnergyOf({{kToday, List({At("09:00:00"), At("10:00:00", "-72"), At("10:05:00"),
+                                     At("10:10:00")})}}),
+            -kThree);
+}
+
+TEST(DayEnergy, StepBackInTimeContributesNothingAndTheNextIntervalCounts) {
+  EXPECT_EQ(
+      EnergyOf({{kToday, List({At("09:00:00"), At("10:05:00"), At("10:00:00"), At("10:05:00")})}}),
+      kThree);
 }
 
 TEST(DayEnergy, LinkToTheDayBeforeTakesThePowerOfTheEarlierSample) {

@@ -53,6 +53,25 @@ TEST(AverageDayEnergy, AddsFromTodayBackwards) {
   EXPECT_EQ(AverageDayEnergyWh(Day(kToday), ledger), 16777218.0F / 7.0F);
 }
 
+TEST(AverageDayEnergy, AddsIn32BitFloat) {
+  // In double the sum would be 16777218.
+  const PowerLedger ledger{
+      {Day(kToday), 16777216.0F}, {Day("2024-05-07"), 1.0F}, {Day("2024-05-06"), 1.0F}};
+  EXPECT_EQ(AverageDayEnergyWh(Day(kToday), ledger), 16777216.0F / 7.0F);
+}
+
+TEST(AverageDayEnergy, DividesTheSumOnceBySeven) {
+  // Times a seventh, it ends in ...203.
+  const float today = std::bit_cast<float>(std::uint32_t{0x42081FC2});  // 34.03101
+  EXPECT_EQ(std::bit_cast<std::uint32_t>(AverageDayEnergyWh(Day(kToday), {{Day(kToday), today}})),
+            0x409B9202U);
+}
+
+TEST(AverageDayEnergy, TakesNegativeDaysAsTheyAre) {
+  EXPECT_EQ(AverageDayEnergyWh(Day(kToday), {{Day(kToday), -14.0F}, {Day("2024-05-07"), 7.0F}}),
+            -1.0F);
+}
+
 TEST(AverageDayEnergy, SumBeyond32BitFloatIsZero) {
   constexpr float kMost = std::numeric_limits<float>::max();
   EXPECT_EQ(AverageDayEnergyWh(Day(kToday), {{Day(kToday), kMost}, {Day("2024-05-07"), kMost}}),
@@ -60,6 +79,11 @@ TEST(AverageDayEnergy, SumBeyond32BitFloatIsZero) {
 }
 
 TEST(TreesSaved, OfAnAverageOf300WattHours) { EXPECT_FLOAT_EQ(TreesSaved(300.0F), 1.095F); }
+
+TEST(TreesSaved, TakesFourStepsIn32BitFloatInTheirOrder) {
+  // 361.78: another order of the four steps, factors drawn together, or double give another result.
+  EXPECT_EQ(std::bit_cast<std::uint32_t>(TreesSaved(361.78F)), 0x3FA9060DU);
+}
 
 TEST(TreesSaved, TakesItsStepsInOrder) {
   // With the factors drawn together, or in double, it ends in ...D79.

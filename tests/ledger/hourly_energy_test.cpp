@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <bit>
+#include <cstdint>
+
 #include "ledger/played_days.h"
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
@@ -42,6 +45,37 @@ TEST(HourlyEnergy, TwoElementsGiveNoHour) {
 TEST(HourlyEnergy, ThreeElementsInOneHourBookOnlyTheSecondInterval) {
   EXPECT_EQ(HoursOf({At("10:00:00", "999"), At("10:05:00"), At("10:10:00", "999")}),
             (Hours{{10, kThree}}));
+}
+
+TEST(HourlyEnergy, AddsInOrderInFloatAndDividesTheSumOnce) {
+  // As in the energy of a day: no other order or precision gives this number.
+  const Hours hours = HoursOf({At("09:00:00"), At("10:00:00", "108.0"), At("10:01:58", "11.6"),
+                               At("10:08:00", "70.3"), At("10:15:24", "54.5"),
+                               At("10:21:23", "87.3"), At("10:25:37", "62.3"), At("10:33:30")});
+  ASSERT_EQ(hours.size(), 1U);
+  EXPECT_EQ(std::bit_cast<std::uint32_t>(hours.at(10)), 0x4216B64FU);
+}
+
+TEST(HourlyEnergy, NegativePowerMakesANegativeHour) {
+  EXPECT_EQ(HoursOf({At("10:00:00"), At("10:05:00", "-36"), At("10:10:00")}),
+            (Hours{{10, -kThree}}));
+}
+
+TEST(HourlyEnergy, SamplesAtTheSameTimeAreNotBooked) {
+  EXPECT_EQ(HoursOf({At("10:00:00"), At("10:05:00"), At("10:05:00"), At("10:10:00")}),
+            (Hours{{10, kThree}}));
+}
+
+TEST(HourlyEnergy, HourEndsWhereTheClockShowsAnotherHourNotByTheTimePassed) {
+  // A day later the clock shows the same hour: the gap between is not booked, the hour goes on.
+  const auto nextDay = [](const std::string& time) { return Sample("2024-05-07T" + time); };
+  EXPECT_EQ(HoursOf({At("10:00:00"), At("10:00:00"), At("10:05:00"), nextDay("10:06:00"),
+                     nextDay("10:11:00")}),
+            (Hours{{10, kSix}}));
+  // And a second before the hour is full it has not ended, a second later it has.
+  EXPECT_EQ(
+      HoursOf({At("10:50:00"), At("10:54:59"), At("10:59:59"), At("11:04:59"), At("11:09:59")}),
+      (Hours{{10, kSix}, {11, kThree}}));
 }
 
 TEST(HourlyEnergy, CountsBothTypes) {

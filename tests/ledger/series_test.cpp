@@ -51,6 +51,22 @@ TEST(HourSeries, AfterMidnightTakesAllHoursFromYesterday) {
             (Values{1012, 1013, 1014, 1015, 1016, 1017, 1018, 1019, 1020, 1021, 1022, 1023}));
 }
 
+TEST(HourSeries, EndsWithTheHourBeforeThePresentOneAtEveryHour) {
+  for (int now = 0; now < 24; ++now) {
+    SCOPED_TRACE(now);
+    Labels labels;
+    Values values;
+    for (int ago = 12; ago > 0; --ago) {
+      const int hour = (now + 24 - ago) % 24;
+      labels.push_back(std::to_string(hour) + ":00");
+      values.push_back(static_cast<float>(ago > now ? 1000 + hour : hour));
+    }
+    const Series series = HourSeries(now, HoursFrom(1000), HoursFrom(0));
+    EXPECT_EQ(LabelsOf(series), labels);
+    EXPECT_EQ(ValuesOf(series), values);
+  }
+}
+
 TEST(HourSeries, MissingHoursAreZero) {
   EXPECT_EQ(ValuesOf(HourSeries(5, {}, {{3, 1.5F}})),
             (Values{0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1.5F, 0}));
@@ -87,6 +103,19 @@ TEST(MonthSeries, InFebruaryRunsFromSeptemberAcrossTheYear) {
   const Series series = MonthsAt("2024-02-10", ledger);
   EXPECT_EQ(LabelsOf(series), (Labels{"Sep", "Oct", "Nov", "Dec", "Jan", "Feb"}));
   EXPECT_EQ(ValuesOf(series), (Values{1, 0, 0, 4, 5, 6}));
+}
+
+TEST(MonthSeries, TakesTheFirstAndTheLastDayOfEachMonth) {
+  PowerLedger ledger;
+  const char* const days[] = {"2023-11-30", "2023-12-01", "2023-12-31", "2024-01-01", "2024-01-31",
+                              "2024-02-01", "2024-02-29", "2024-03-01", "2024-03-31", "2024-04-01",
+                              "2024-04-30", "2024-05-01", "2024-05-31", "2024-06-01"};
+  float value = 1.0F;
+  for (const char* day : days) {
+    ledger[Day(day)] = value;
+    value *= 2.0F;
+  }
+  EXPECT_EQ(ValuesOf(MonthsAt("2024-05-08", ledger)), (Values{6, 24, 96, 384, 1536, 6144}));
 }
 
 TEST(MonthSeries, AllEnergyInTheRunningMonthIsTheLastSum) {

@@ -41,6 +41,23 @@ TEST(SeriesText, RangeStartsFromTheFirstEntry) {
             LR"({"Range":[-5.0,-2.0],")");
 }
 
+TEST(SeriesText, RangeTakesTheLastOfEqualValues) {
+  // The two zeros are equal and print differently.
+  EXPECT_EQ(SeriesText({{"a", 0.0F}, {"b", -0.0F}}, kDayLabelKey).substr(0, 20),
+            LR"({"Range":[-0.0,-0.0])");
+  EXPECT_EQ(SeriesText({{"a", -0.0F}, {"b", 0.0F}}, kDayLabelKey).substr(0, 18),
+            LR"({"Range":[0.0,0.0])");
+}
+
+TEST(SeriesText, RangeReachesFromTheSmallestToTheLargestWhereverTheyStand) {
+  EXPECT_EQ(SeriesText({{"a", 1.0F}, {"b", 5.0F}, {"c", 2.0F}}, kDayLabelKey).substr(0, 18),
+            LR"({"Range":[1.0,5.0])");
+  EXPECT_EQ(SeriesText({{"a", 5.0F}, {"b", 3.0F}, {"c", 1.0F}}, kDayLabelKey).substr(0, 18),
+            LR"({"Range":[1.0,5.0])");
+  EXPECT_EQ(SeriesText({{"a", 2.0F}, {"b", 1.0F}, {"c", 5.0F}}, kDayLabelKey).substr(0, 18),
+            LR"({"Range":[1.0,5.0])");
+}
+
 TEST(SeriesText, PrintsTheWidenedFloat) {
   EXPECT_EQ(NumberText(0.1F), L"0.10000000149011612");
   EXPECT_EQ(NumberText(0.0F), L"0.0");

@@ -6,8 +6,9 @@
 //   report=PATH        where each pass to come appends what it did, see RunPass
 //   unprotected        from now on the blobs of samples are their content: data protection is slow
 //   end-at=N           the N-th watched call of the next pass ends the process with status 9
-//   pass=TIME          a daily pass at that local time, "2024-05-08T14:30:00"
-//   copy-ledger=PATH   copies the ledger file
+//   end-after-save=N   the same for the N-th watched call after the one that opens the ledger to
+//   save pass=TIME          a daily pass at that local time, "2024-05-08T14:30:00" copy-ledger=PATH
+//   copies the ledger file
 
 #include <windows.h>
 
@@ -35,6 +36,7 @@ constexpr UINT kEnded = 9;
 int g_calls = 0;
 int g_endAt = 0;
 int g_saveCall = 0;
+std::optional<int> g_endAfterSave;
 
 [[noreturn]] void EndProcess() {
   TerminateProcess(GetCurrentProcess(), kEnded);
@@ -73,9 +75,10 @@ constexpr char kUnprotect[] = "CryptUnprotectData";
 errno_t (*g_open)(std::FILE**, const wchar_t*, const wchar_t*) = nullptr;
 
 errno_t CountedOpen(std::FILE** file, const wchar_t* path, const wchar_t* mode) {
-  Count();
   const bool isSave = std::wstring_view(path).ends_with(L"PowerConsumption.json") && *mode == L'w';
-  if (isSave) g_saveCall = g_calls;
+  if (isSave) g_saveCall = g_calls + 1;
+  if (isSave && g_endAfterSave) g_endAt = g_saveCall + *g_endAfterSave;
+  Count();
   return g_open(file, path, mode);
 }
 
@@ -126,6 +129,8 @@ class Probe {
       reportPath_ = *report;
     } else if (const auto number = ValueOf(step, L"end-at=")) {
       g_endAt = std::stoi(*number);
+    } else if (const auto calls = ValueOf(step, L"end-after-save=")) {
+      g_endAfterSave = std::stoi(*calls);
     } else if (const auto time = ValueOf(step, L"pass=")) {
       RunPass({time->begin(), time->end()});
     } else if (const auto path = ValueOf(step, L"copy-ledger=")) {

@@ -22,17 +22,23 @@ constexpr char kToday[] = "2024-08-07";
 struct PlayedWalk {
   std::map<std::string, float> energies{};
   Dates workedOut{};
-  Dates removed{};
+  Dates discarded{};
+  /// Both, in their order.
+  Dates calls{};
   PowerLedger ledger{};
 
   void From(const DateTime& today) {
     UpdateLedger(today, ledger,
                  {[this](const DateTime& day) {
                     workedOut.push_back(DateOf(day));
+                    calls.push_back("energy of " + DateOf(day));
                     const auto found = energies.find(workedOut.back());
                     return found != energies.end() ? found->second : 0.0F;
                   },
-                  [this](const DateTime& day) { removed.push_back(DateOf(day)); }});
+                  [this](const DateTime& day) {
+                    discarded.push_back(DateOf(day));
+                    calls.push_back("discard " + DateOf(day));
+                  }});
   }
 
   float ValueOf(const std::string& date) const {
@@ -62,18 +68,34 @@ TEST(UpdateLedger, WalksFromTodayOver211Days) {
   EXPECT_EQ(walk.ledger.size(), 211U);
 }
 
-TEST(UpdateLedger, AbsentDayIsWorkedOutAndItsSamplesRemoved) {
+TEST(UpdateLedger, AbsentDayIsWorkedOutAndItsSamplesDiscarded) {
   PlayedWalk walk{.energies = {{"2024-08-04", 12.5F}}};
   walk.From(Day(kToday));
   EXPECT_EQ(walk.ValueOf("2024-08-04"), 12.5F);
-  EXPECT_EQ(walk.removed, Dates{"2024-08-04"});
+  EXPECT_EQ(walk.discarded, Dates{"2024-08-04"});
+}
+
+TEST(UpdateLedger, DiscardsTheSamplesOfADayBeforeTheNextOneIsWorkedOut) {
+  PlayedWalk walk{.energies = {{"2024-08-05", 3.0F}, {"2024-08-04", 12.5F}}};
+  walk.From(Day(kToday));
+  walk.calls.resize(7);
+  EXPECT_EQ(walk.calls, (Dates{"energy of 2024-08-07", "energy of 2024-08-06",
+                               "energy of 2024-08-05", "discard 2024-08-05", "energy of 2024-08-04",
+                               "discard 2024-08-04", "energy of 2024-08-03"}));
+}
+
+TEST(UpdateLedger, NegativeDayIsBookedAndItsSamplesDiscarded) {
+  PlayedWalk walk{.energies = {{"2024-08-04", -12.5F}}};
+  walk.From(Day(kToday));
+  EXPECT_EQ(walk.ValueOf("2024-08-04"), -12.5F);
+  EXPECT_EQ(walk.discarded, Dates{"2024-08-04"});
 }
 
 TEST(UpdateLedger, DayAtZeroIsTriedAgainAtEachPass) {
   PlayedWalk walk{.ledger = FullLedger(0.0F)};
   walk.From(Day(kToday));
   EXPECT_EQ(walk.workedOut.size(), 211U);
-  EXPECT_EQ(walk.removed, Dates());
+  EXPECT_EQ(walk.discarded, Dates());
 }
 
 TEST(UpdateLedger, BookedDayIsNotWorkedOutAndKeepsItsSamples) {
@@ -81,7 +103,7 @@ TEST(UpdateLedger, BookedDayIsNotWorkedOutAndKeepsItsSamples) {
   walk.From(Day(kToday));
   EXPECT_EQ(walk.workedOut, Dates{kToday});
   EXPECT_EQ(walk.ValueOf("2024-08-04"), 12.5F);
-  EXPECT_EQ(walk.removed, Dates());
+  EXPECT_EQ(walk.discarded, Dates());
 }
 
 TEST(UpdateLedger, NegativeValueIsFinalToo) {
@@ -101,7 +123,7 @@ TEST(UpdateLedger, TodayAndYesterdayKeepTheirSamples) {
   walk.From(Day(kToday));
   EXPECT_EQ(walk.ValueOf(kToday), 1.0F);
   EXPECT_EQ(walk.ValueOf("2024-08-06"), 2.0F);
-  EXPECT_EQ(walk.removed, Dates{"2024-08-05"});
+  EXPECT_EQ(walk.discarded, Dates{"2024-08-05"});
 }
 
 TEST(UpdateLedger, OldestDayDroppedByTheLoadIsWorkedOutAgain) {
@@ -126,7 +148,7 @@ TEST(UpdateLedger, EnergyThatIsNotFiniteIsBookedAsZero) {
   walk.From(Day(kToday));
   EXPECT_EQ(walk.ValueOf(kToday), 0.0F);
   EXPECT_EQ(walk.ValueOf("2024-08-01"), 0.0F);
-  EXPECT_EQ(walk.removed, Dates());
+  EXPECT_EQ(walk.discarded, Dates());
 }
 
 TEST(UpdateLedger, ClockIn1970EndsAtTheFirstDayOfTheCalendar) {

@@ -34,7 +34,7 @@ Dates AutumnDates(const std::vector<int>& plusDays) {
 
 struct Pass {
   Dates workedOut;
-  Dates removed;
+  Dates discarded;
 };
 
 /// A pass on `today` that finds one watt-hour everywhere.
@@ -45,7 +45,7 @@ Pass RunPass(const DateTime& today, PowerLedger& ledger) {
                   pass.workedOut.push_back(DateOf(day));
                   return 1.0F;
                 },
-                [&](const DateTime& day) { pass.removed.push_back(DateOf(day)); }});
+                [&](const DateTime& day) { pass.discarded.push_back(DateOf(day)); }});
   return pass;
 }
 
@@ -93,7 +93,7 @@ TEST(LedgerInZones, NeighbourOfTodayIsTheDayThatTheStepReaches) {
   // The step back from the day after the change reaches the day before it, which keeps its samples.
   const Pass pass = RunPass(TodayAt(Spring(1)));
   EXPECT_EQ(First(pass.workedOut, 3), SpringDates({1, -1, -2}));
-  EXPECT_EQ(First(pass.removed, 1), SpringDates({-2}));
+  EXPECT_EQ(First(pass.discarded, 1), SpringDates({-2}));
 }
 
 TEST(LedgerInZones, KeyOfTodayOnTheSpringDayIsNotTheOneFromTheFile) {

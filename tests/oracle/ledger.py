@@ -11,12 +11,14 @@ RETENTION_SECONDS = 18144000
 
 
 class DataFolder:
-    """Sample files by date, the ledger file, and what the passes delete."""
+    """Sample files by date, the ledger file, and what the passes read and delete."""
 
     def __init__(self):
         self._days = {}
         self._deleted = set()
+        self._discarded = []
         self.ledger_text = None
+        self.dates_read = []
 
     def show_truth(self, truth):
         """Takes over what the collector has written so far; a deleted file stays deleted."""
@@ -26,11 +28,26 @@ class DataFolder:
                 self._days[entry["date"]] = samples
 
     def samples(self, day):
-        return self._days.get(day.date_text(), [])
+        date = day.date_text()
+        if date not in self._days or date in self._discarded:
+            return []
+        self.dates_read.append(date)
+        return self._days[date]
 
-    def delete(self, day):
-        self._deleted.add(day.date_text())
-        self._days.pop(day.date_text(), None)
+    def discard(self, day):
+        """For the rest of the pass, the day's file counts as gone."""
+        self._discarded.append(day.date_text())
+
+    def discarded(self):
+        """The dates whose files are to be deleted, in that order; a discarded day may have none."""
+        return [date for date in self._discarded if date in self._days]
+
+    def end_pass(self, deleted):
+        """Deletes the files of these dates; all others that were discarded are there again."""
+        for date in deleted:
+            self._deleted.add(date)
+            self._days.pop(date)
+        self._discarded = []
 
     def dates(self):
         return sorted(self._days)
@@ -64,7 +81,11 @@ class Ledger:
 
 
 def _load(calendar, ledger, text, oldest):
-    for element in json.loads(text):
+    try:
+        elements = json.loads(text)
+    except ValueError:
+        return
+    for element in elements:
         key = calendar.parse_date(element["Key"])
         if calendar.instant(oldest) < calendar.instant(key):
             value = booked(single(float(element["Value"])))
@@ -73,6 +94,13 @@ def _load(calendar, ledger, text, oldest):
 
 def run_pass(calendar, folder, ledger, now):
     """One daily pass at the instant `now`: changes the ledger and the folder."""
+    walk(calendar, folder, ledger, now)
+    folder.ledger_text = ledger.text()
+    folder.end_pass(folder.discarded())
+
+
+def walk(calendar, folder, ledger, now):
+    """A pass up to the moment at which the ledger is saved."""
     instant = calendar.instant
     today = calendar.midnight(now)
     oldest = calendar.shift(today, -(RETENTION_SECONDS // SECONDS_PER_DAY))
@@ -89,6 +117,5 @@ def run_pass(calendar, folder, ledger, now):
             energy = energy_of_day(calendar, folder, day)
             ledger.put(at, day, energy)
             if energy != 0.0 and at not in kept:
-                folder.delete(day)
+                folder.discard(day)
         day = calendar.shift(day, -1)
-    folder.ledger_text = ledger.text()

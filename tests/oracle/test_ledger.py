@@ -6,7 +6,7 @@ import unittest
 
 from day_energy import Sample, energy_by_hour, energy_of_day
 from float32 import single
-from ledger import DataFolder, Ledger, run_pass
+from ledger import DataFolder, Ledger, run_pass, walk
 from local_calendar import LocalCalendar, LocalTime
 
 UTC = LocalCalendar("UTC")
@@ -121,6 +121,41 @@ class Passes(unittest.TestCase):
         truth = {"days": [{"date": "2026-05-10", "samples": quarter_hours("2026-05-10")}]}
         folder.show_truth(truth)
         self.assertEqual(folder.dates(), [])
+
+    def test_a_discarded_day_counts_as_gone_for_the_day_before_it_only_within_the_pass(self):
+        def day(date):
+            times = ("00:02:00", "12:00:00", "12:05:00", "23:58:00")
+            return date, [element(f"{date}T{time}") for time in times]
+
+        folder, ledger = folder_of(day("2026-05-09"), day("2026-05-10")), Ledger()
+        run_pass(UTC, folder, ledger, noon(2026, 5, 13))
+        five_minutes, link = 3.0, single(2.4)
+        self.assertEqual(
+            ledger.get(UTC.instant(LocalTime(2026, 5, 10))),
+            single(single(link + five_minutes) / single(0.88)),
+        )
+        self.assertEqual(
+            ledger.get(UTC.instant(LocalTime(2026, 5, 9))), single(five_minutes / single(0.88))
+        )
+        self.assertEqual(folder.dates(), [])
+        self.assertEqual(
+            folder.dates_read, ["2026-05-10", "2026-05-09", "2026-05-09"]
+        )
+
+    def test_an_ended_pass_that_deleted_one_file_leaves_the_others(self):
+        days = [(date, quarter_hours(date)) for date in ("2026-05-09", "2026-05-10")]
+        folder, ledger = folder_of(*days), Ledger()
+        walk(UTC, folder, ledger, noon(2026, 5, 13))
+        self.assertEqual(folder.discarded(), ["2026-05-10", "2026-05-09"])
+        folder.end_pass(["2026-05-10"])
+        self.assertEqual(folder.dates(), ["2026-05-09"])
+        self.assertEqual(len(folder.samples(LocalTime(2026, 5, 9))), 4)
+
+    def test_a_cut_ledger_file_is_not_read(self):
+        folder, ledger = DataFolder(), Ledger()
+        folder.ledger_text = '[{"Key":"2026-05-10","Value":12.5},{"Key":"2026-05'
+        run_pass(UTC, folder, ledger, noon(2026, 5, 13))
+        self.assertEqual(ledger.get(UTC.instant(LocalTime(2026, 5, 10))), 0.0)
 
     def test_entries_behind_the_oldest_day_stay_until_the_process_starts_anew(self):
         folder, ledger = DataFolder(), Ledger()

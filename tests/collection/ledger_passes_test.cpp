@@ -12,6 +12,7 @@
 #include "collection/ledger_fixture.h"
 #include "ledger/local_calendar.h"
 #include "ledger/played_days.h"
+#include "support/call_record.h"
 
 // The ledger through several passes and processes, and what a pass discards, saves and deletes, in
 // this order.
@@ -60,48 +61,46 @@ class LedgerPasses : public LedgerFixture {
   }
 };
 
-/// Calls in their order: each deletion of samples, and each opening of the ledger for writing.
-class FileRecorder {
+/// Records each deletion of samples and each opening of the ledger for writing.
+class RecordedFiles {
  public:
-  FileRecorder() {
+  RecordedFiles(CallRecord& record, const std::wstring& ledgerPath)
+      : record_(record), ledgerPath_(ledgerPath) {
     g_current = this;
     g_unlink = unlink_.Original<int(const wchar_t*)>();
     g_open = open_.Original<errno_t(FILE**, const wchar_t*, const wchar_t*)>();
   }
-  FileRecorder(const FileRecorder&) = delete;
-  FileRecorder& operator=(const FileRecorder&) = delete;
-  ~FileRecorder() { g_current = nullptr; }
+  RecordedFiles(const RecordedFiles&) = delete;
+  RecordedFiles& operator=(const RecordedFiles&) = delete;
+  ~RecordedFiles() { g_current = nullptr; }
 
-  std::vector<std::string> calls;
-  std::wstring ledgerPath;
   /// The ledger file at the first deletion.
-  std::string ledgerThen;
+  const std::string& LedgerThen() const { return ledgerThen_; }
 
  private:
-  static bool IsSamplePath(const std::wstring& path) {
-    return path.find(L"\\PcmSampleData_") != std::wstring::npos;
+  void AddDeletion(const std::wstring& path) {
+    if (path.find(L"\\PcmSampleData_") == std::wstring::npos) return;
+    if (ledgerThen_.empty()) ledgerThen_ = ReadWholeFile(ledgerPath_);
+    const std::wstring date = path.substr(path.size() - 15, 10);
+    record_.Add("delete " + std::string(date.begin(), date.end()));
   }
 
   static int Unlink(const wchar_t* path) {
-    const std::wstring text = path;
-    if (IsSamplePath(text)) {
-      if (g_current->ledgerThen.empty()) {
-        g_current->ledgerThen = ReadWholeFile(g_current->ledgerPath);
-      }
-      const std::wstring date = text.substr(text.size() - 15, 10);
-      g_current->calls.push_back("delete " + std::string(date.begin(), date.end()));
-    }
+    g_current->AddDeletion(path);
     return g_unlink(path);
   }
 
   static errno_t Open(FILE** file, const wchar_t* path, const wchar_t* mode) {
-    if (g_current->ledgerPath == path && *mode == L'w') g_current->calls.push_back("save");
+    if (g_current->ledgerPath_ == path && *mode == L'w') g_current->record_.Add("save");
     return g_open(file, path, mode);
   }
 
-  static inline FileRecorder* g_current = nullptr;
+  static inline RecordedFiles* g_current = nullptr;
   static inline int (*g_unlink)(const wchar_t*) = nullptr;
   static inline errno_t (*g_open)(FILE**, const wchar_t*, const wchar_t*) = nullptr;
+  CallRecord& record_;
+  const std::wstring ledgerPath_;
+  std::string ledgerThen_;
   const Standin::ImportPatch unlink_{"_wunlink", &Unlink};
   const Standin::ImportPatch open_{"_wfopen_s", &Open};
 };
@@ -153,12 +152,27 @@ TEST_F(LedgerPasses, SamplesAreDeletedFromTheNewestToTheOldestAfterTheLedgerIsSa
   for (const char* date : {"2024-05-03", "2024-05-04", "2024-02-01", "2024-05-07"}) {
     WriteOneInterval(date);
   }
-  FileRecorder recorder;
-  recorder.ledgerPath = LedgerPath();
+  CallRecord record;
+  const RecordedFiles files(record, LedgerPath());
   Run();
-  EXPECT_EQ(recorder.calls, (std::vector<std::string>{"save", "delete 2024-05-04",
+  EXPECT_EQ(record.Lines(), (std::vector<std::string>{"save", "delete 2024-05-04",
                                                       "delete 2024-05-03", "delete 2024-02-01"}));
-  EXPECT_EQ(recorder.ledgerThen, LedgerText());
+  EXPECT_EQ(files.LedgerThen(), LedgerText());
+}
+
+TEST_F(LedgerPasses, PassThatMayNotSaveLogsItsErrorAtTheEndAndTouchesNoFile) {
+  WriteWholeFile(SamplePath("2024-05-03"), "!!!!");
+  CallRecord record;
+  const LogCapture recordedLog(record);
+  const RecordedFiles files(record, LedgerPath());
+  const FakeAttributesFailure failure(LedgerPath(), ERROR_SHARING_VIOLATION);
+  Run();
+  const std::wstring path = SamplePath("2024-05-03");
+  EXPECT_EQ(record.Lines(),
+            (std::vector<std::string>{
+                "log info: Date:2024-05-08",
+                "log info: Decrypting file :" + std::string(path.begin(), path.end()),
+                "log error: Error in CalculateDailyPowerConsumption() : Save Json failed"}));
 }
 
 TEST_F(LedgerPasses, FailedSaveKeepsTheSamplesOfBookedDays) {

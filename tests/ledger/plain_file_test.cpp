@@ -161,8 +161,13 @@ TEST(TryIsPlainFile, HasNoAnswerWhereAQueryFails) {
     const Standin::ImportPatch patch("_wstat64", &FailToTellStatus);
     EXPECT_EQ(TryIsPlainFile(path), std::nullopt);
   }
-  PlayedReparsePoint played(path, 0x80000013);
-  played.FailSearch();
+  {
+    PlayedReparsePoint changed(path, 0x80000013);
+    changed.SearchFindsNoReparsePoint();
+    EXPECT_EQ(TryIsPlainFile(path), std::nullopt);
+  }
+  PlayedReparsePoint failing(path, 0x80000013);
+  failing.FailSearch();
   EXPECT_EQ(TryIsPlainFile(path), std::nullopt);
 }
 

@@ -12,6 +12,8 @@ install(TARGETS WattleafService EXPORT WattleafServiceTargets
   ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
   FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/WattleafService"
   FILE_SET abi DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/WattleafService")
+# The C++ runtime that the library shares with its callers.
+install(PROGRAMS ${WATTLEAF_RUNTIME_FILES} DESTINATION "${CMAKE_INSTALL_BINDIR}")
 install(EXPORT WattleafServiceTargets NAMESPACE WattleafService:: DESTINATION "${package_folder}")
 
 file(CONFIGURE OUTPUT "${CMAKE_BINARY_DIR}/WattleafServiceConfig.cmake" @ONLY CONTENT [[

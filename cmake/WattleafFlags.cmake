@@ -24,10 +24,6 @@ if(WIN32)
   target_compile_definitions(wattleaf_flags INTERFACE
     UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0A00)
 endif()
-if(MINGW)
-  # One file to ship: libstdc++, libgcc and winpthread are linked in.
-  target_link_options(wattleaf_flags INTERFACE -static)
-endif()
 if(WATTLEAF_SANITIZE)
   target_compile_options(wattleaf_flags INTERFACE
     -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)

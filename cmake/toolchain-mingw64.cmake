@@ -1,4 +1,4 @@
-# Cross-build for Windows x64 on Debian: GCC with posix threads, libraries linked in.
+# Cross-build for Windows x64 on Debian: GCC with posix threads.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-posix)

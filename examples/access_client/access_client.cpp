@@ -1,6 +1,7 @@
 // Asks the library's security layer what a host asks it: whether a client needs no manifest,
 // whether a file is trusted, whether a client may start a tool of the system, and whether a
-// parameter of a request passes a rule.
+// parameter of a request passes a rule. Ends with status 1 if an exception of the library left
+// something behind in this program.
 //
 //   access_client [FILE]
 //
@@ -8,7 +9,11 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <exception>
+#include <functional>
 #include <memory>
+#include <ostream>
+#include <streambuf>
 #include <string>
 
 #include "rule_objects.h"
@@ -70,12 +75,54 @@ void AskOwnChecker() {
   Print("a program is exempt where nobody is", manager.IsWin32Exempt());
 }
 
-void AskWithoutChecker() {
-  try {
-    Security::GantryAccessManager().IsUwpExempt();
-  } catch (const Security::gantry_access_exception& problem) {
-    std::printf("without a checker: %s\n", problem.what());
+/// Counts how often the stream that writes to it flushes.
+class FlushCounter : public std::streambuf {
+ public:
+  int Count() const { return count_; }
+
+ protected:
+  int_type overflow(int_type character) override { return traits_type::not_eof(character); }
+  int sync() override {
+    ++count_;
+    return 0;
   }
+
+ private:
+  int count_ = 0;
+};
+
+/// A stream with `unitbuf` flushes after each output, unless an exception is on its way.
+bool UnbufferedStreamFlushes() {
+  FlushCounter counter;
+  std::ostream stream(&counter);
+  stream << std::unitbuf << "text";
+  return counter.Count() == 1;
+}
+
+/// Prints the exception that `question` throws. False if it threw none, or if this program's
+/// runtime still counts an exception after it was caught: then library and program have one runtime
+/// each.
+bool PrintProblem(const char* what, const std::function<void()>& question) {
+  bool thrown = false;
+  try {
+    question();
+  } catch (const Security::gantry_access_exception& problem) {
+    std::printf("%s: %s\n", what, problem.what());
+    thrown = true;
+  }
+  if (thrown && std::uncaught_exceptions() == 0 && UnbufferedStreamFlushes()) return true;
+  std::printf("%s: thrown: %d, uncaught exceptions: %d, flushes: %d\n", what, thrown,
+              std::uncaught_exceptions(), UnbufferedStreamFlushes());
+  return false;
+}
+
+bool AskWithoutChecker() {
+  Security::GantryAccessManager manager;
+  const bool store =
+      PrintProblem("without a checker for store clients", [&] { manager.IsUwpExempt(); });
+  const bool program =
+      PrintProblem("without a checker for programs", [&] { manager.IsWin32Exempt(); });
+  return store && program;
 }
 
 std::wstring Widen(const char* text) {
@@ -135,8 +182,9 @@ void AskAboutParameters() {
 int main(int count, char** arguments) {
   AskAboutClients();
   AskOwnChecker();
-  AskWithoutChecker();
+  const bool nothingLeftBehind = AskWithoutChecker();
   AskAboutFile(count > 1 ? arguments[1] : arguments[0]);
   AskAboutTools();
   AskAboutParameters();
+  return nothingLeftBehind ? EXIT_SUCCESS : EXIT_FAILURE;
 }

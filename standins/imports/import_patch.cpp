@@ -49,6 +49,16 @@ void** FindImportSlot(HMODULE module, const char* name) {
   return nullptr;
 }
 
+HMODULE ModuleThatCalls(const char* name) {
+  const HMODULE program = GetModuleHandleW(nullptr);
+  if (FindImportSlot(program, name) != nullptr) return program;
+  for (const wchar_t* library : {L"libstdc++-6.dll", L"libwinpthread-1.dll"}) {
+    const HMODULE module = GetModuleHandleW(library);
+    if (module != nullptr && FindImportSlot(module, name) != nullptr) return module;
+  }
+  return program;
+}
+
 ImportPatch::ImportPatch(HMODULE module, const char* name, void* replacement, int)
     : slot_(FindImportSlot(module, name)) {
   if (slot_ == nullptr) throw std::runtime_error(std::string("not imported: ") + name);

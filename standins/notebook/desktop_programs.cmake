@@ -10,7 +10,7 @@ set(made "")
 set(programs "")
 set(number 0)
 add_library(desktop_program OBJECT desktop_program.cpp)
-target_link_libraries(desktop_program PUBLIC wattleaf_flags)
+target_link_libraries(desktop_program PUBLIC wattleaf_flags wattleaf_standalone)
 
 foreach(line IN LISTS lines)
   math(EXPR number "${number} + 1")

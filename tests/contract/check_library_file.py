@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """Reads the import and export tables of the shipped library.
 
-At run time it may need Windows' own libraries and the host's Logging.dll, nothing else, and it must
-offer the factory under its plain name.
+At run time it may need Windows' own libraries, the host's Logging.dll and the C++ runtime that it
+shares with its callers, nothing else, and it must offer the factory under its plain name.
 """
 
 import argparse
@@ -30,6 +30,8 @@ WINDOWS_LIBRARIES = {
     "API-MS-WIN-CORE-WINRT-STRING-L1-1-0.DLL",
 }
 HOST_LIBRARY = "LOGGING.DLL"
+# Shared with the host, so that exceptions of the library leave nothing behind in the one that catches.
+RUNTIME_LIBRARIES = {"LIBGCC_S_SEH-1.DLL", "LIBSTDC++-6.DLL", "LIBWINPTHREAD-1.DLL"}
 FACTORY = "ZQCreateService"
 # Beside the factory, only members of this system's own classes are exported.
 OWN_MEMBER = re.compile(r"_Z(T[VIS])?NK?2Zq6Gantry")
@@ -113,12 +115,13 @@ def read_tables(objdump, library):
 
 
 def find_faults(imports, exports):
-    allowed = WINDOWS_LIBRARIES | {HOST_LIBRARY}
-    for name in sorted(imports):
-        if name.upper() not in allowed:
-            yield f"needs {name}, which is neither Windows' own nor Logging.dll"
-    if HOST_LIBRARY not in {name.upper() for name in imports}:
+    names = {name.upper() for name in imports}
+    for name in sorted(names - WINDOWS_LIBRARIES - RUNTIME_LIBRARIES - {HOST_LIBRARY}):
+        yield f"needs {name}, which is neither Windows' own, Logging.dll nor the C++ runtime"
+    if HOST_LIBRARY not in names:
         yield "does not import Logging.dll (or the import table was not understood)"
+    for name in sorted(RUNTIME_LIBRARIES - names):
+        yield f"does not import {name}: the C++ runtime is not the one of its callers"
     if FACTORY not in exports:
         yield f"does not export {FACTORY} undecorated"
     for operation in HELPER_OPERATIONS:

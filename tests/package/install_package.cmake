@@ -6,13 +6,21 @@ if(NOT status EQUAL 0)
   message(FATAL_ERROR "cmake --install failed:\n${output}")
 endif()
 
-foreach(wanted bin/WattleafService.dll lib/WattleafService.dll.a
+foreach(wanted lib/WattleafService.dll.a
     lib/cmake/WattleafService/WattleafServiceConfig.cmake
     lib/cmake/WattleafService/WattleafServiceConfigVersion.cmake)
   if(NOT EXISTS "${PACKAGE}/${wanted}")
     message(SEND_ERROR "The package has no ${wanted}.")
   endif()
 endforeach()
+
+# The library, and the C++ runtime that it shares with its callers.
+set(wanted WattleafService.dll libgcc_s_seh-1.dll libstdc++-6.dll libwinpthread-1.dll)
+file(GLOB programs RELATIVE "${PACKAGE}/bin" "${PACKAGE}/bin/*")
+list(SORT programs)
+if(NOT programs STREQUAL wanted)
+  message(SEND_ERROR "The package's bin holds \"${programs}\" and not \"${wanted}\".")
+endif()
 
 # The headers of what the library shares, with those that they need, and no other.
 set(wanted

@@ -1,5 +1,5 @@
 # Configures SOURCE against the installed PACKAGE, with the toolchain of this build and nothing else of
-# it, builds it, and runs it beside the library and a played Logging.dll.
+# it, builds it, and runs it beside the libraries of the package and a simulated Logging.dll.
 function(run what)
   execute_process(COMMAND ${ARGN} RESULT_VARIABLE status OUTPUT_VARIABLE output ERROR_VARIABLE errors)
   if(NOT status EQUAL 0)
@@ -13,7 +13,8 @@ run("Configuring" "${CMAKE_COMMAND}" -S "${SOURCE}" -B "${WORK}" -G "${GENERATOR
   "-DCMAKE_TOOLCHAIN_FILE=${TOOLCHAIN}" "-DCMAKE_PREFIX_PATH=${PACKAGE}"
   "-DCMAKE_CXX_FLAGS=-Wall -Wextra -Wpedantic -Werror" -DCMAKE_BUILD_TYPE=Release)
 run("Building" "${CMAKE_COMMAND}" --build "${WORK}")
-file(COPY "${PACKAGE}/bin/WattleafService.dll" "${LOGGING}" DESTINATION "${WORK}")
+file(GLOB libraries "${PACKAGE}/bin/*.dll")
+file(COPY ${libraries} "${LOGGING}" DESTINATION "${WORK}")
 
 # expect(<answer to the last two questions about the file> <file>...)
 function(expect trusted protected)
@@ -24,7 +25,8 @@ Store client ZQLumenGuard 2.1 is exempt: no
 program LatchWardenUWP 8.9 is exempt: yes
 program LatchWardenUWP 8.10 is exempt: no
 a program is exempt where nobody is: no
-without a checker: The Behavior was not defined. A call to SetUwpChecker must be done.
+without a checker for store clients: The Behavior was not defined. A call to SetUwpChecker must be done.
+without a checker for programs: The Behavior was not defined. A call to SetWin32Checker must be done.
 the file is one that the service would load: ${trusted}
 its place is allowed: ${protected}
 a client may start sfc.exe: no

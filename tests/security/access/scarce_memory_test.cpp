@@ -1,5 +1,6 @@
 // What the trust questions answer when memory runs out at any one of their steps. A program of its
-// own, since it replaces the allocation of the whole program.
+// own, since it replaces the allocation of the whole program: its own, and that of the C++ library
+// that it shares, which allocates the strings.
 
 #include <windows.h>
 
@@ -8,6 +9,7 @@
 #include <cstdlib>
 #include <functional>
 #include <new>
+#include <optional>
 
 #include "import_patch.h"
 #include "security/access/judged_files.h"
@@ -22,14 +24,20 @@ long long remaining = -1;
 
 bool paused = false;
 
+bool IsTheOneToFail() {
+  if (paused || remaining < 0) return false;
+  return remaining-- == 0;
+}
+
 void* Allocate(std::size_t size) {
-  if (remaining == 0 && !paused) {
-    remaining = -1;
-    throw std::bad_alloc();
+  if (!IsTheOneToFail()) {
+    if (void* block = std::malloc(size == 0 ? 1 : size)) return block;
   }
-  if (remaining > 0 && !paused) --remaining;
-  if (void* block = std::malloc(size == 0 ? 1 : size)) return block;
   throw std::bad_alloc();
+}
+
+void* AllocateForTheCppLibrary(std::size_t size) {
+  return IsTheOneToFail() ? nullptr : std::malloc(size);
 }
 
 }  // namespace
@@ -88,10 +96,13 @@ class ScarceMemory : public testing::Test {
  protected:
   ScarceMemory() {
     files_.SignAll(kVerified, "30 0a");
+    const HMODULE cppLibrary = GetModuleHandleW(L"libstdc++-6.dll");
+    if (cppLibrary != nullptr) strings_.emplace(cppLibrary, "malloc", &AllocateForTheCppLibrary);
     Standin::SetLogSink(&IgnoreLog, nullptr);
   }
 
   JudgedFiles files_;
+  std::optional<Standin::ImportPatch> strings_;
   Unfailing<0, LONG, HWND, GUID*, void*> verify_{"WinVerifyTrust"};
   Unfailing<1, RPC_STATUS, void*, void*> client_{"RpcServerInqCallAttributesW"};
   Unfailing<2, BOOL, HANDLE*, const GUID*, const wchar_t*, const void*, DWORD> acquire_{

@@ -1,0 +1,28 @@
+# One C++ runtime for the library and its callers. Classes, strings and exceptions cross the library's
+# boundary, so both sides need the same one: with a copy in each, std::uncaught_exceptions() of the
+# caller is -1 after the first exception that it caught from the library.
+#
+# Programs that exchange nothing with the library in C++, and are copied to places of their own, link
+# wattleaf_standalone instead and bring their runtime along.
+add_library(wattleaf_standalone INTERFACE)
+set(WATTLEAF_RUNTIME_FILES "")
+if(NOT MINGW)
+  return()
+endif()
+target_link_options(wattleaf_standalone INTERFACE -static)
+
+# The compiler's three runtime libraries, without debugging information, beside all programs of the
+# build.
+foreach(name libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
+  execute_process(COMMAND "${CMAKE_CXX_COMPILER}" "-print-file-name=${name}"
+    OUTPUT_VARIABLE source OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+  if(NOT IS_ABSOLUTE "${source}" OR NOT EXISTS "${source}")
+    message(FATAL_ERROR "${CMAKE_CXX_COMPILER} has no ${name}: the shared C++ runtime is missing.")
+  endif()
+  set(file "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${name}")
+  list(APPEND WATTLEAF_RUNTIME_FILES "${file}")
+  if("${source}" IS_NEWER_THAN "${file}")
+    file(MAKE_DIRECTORY "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
+    execute_process(COMMAND "${CMAKE_STRIP}" -o "${file}" "${source}" COMMAND_ERROR_IS_FATAL ANY)
+  endif()
+endforeach()

@@ -1,6 +1,7 @@
 # The one place for language level, warnings and platform definitions. Every target of ours links
 # wattleaf_flags.
 option(WATTLEAF_SANITIZE "AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
+option(WATTLEAF_FUZZ "The portable core instrumented, and its fuzz targets; needs clang" OFF)
 
 add_library(wattleaf_flags INTERFACE)
 target_compile_features(wattleaf_flags INTERFACE cxx_std_20)
@@ -28,4 +29,11 @@ if(WATTLEAF_SANITIZE)
   target_compile_options(wattleaf_flags INTERFACE
     -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(wattleaf_flags INTERFACE -fsanitize=address,undefined)
+endif()
+if(WATTLEAF_FUZZ)
+  # RapidJSON's empty stack adds an offset to a null pointer and compares the sum, nothing more.
+  set(fuzz_flags -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize=pointer-overflow
+    -fno-sanitize-recover=all)
+  target_compile_options(wattleaf_flags INTERFACE ${fuzz_flags} -O1 -g1 -fno-omit-frame-pointer)
+  target_link_options(wattleaf_flags INTERFACE ${fuzz_flags})
 endif()

@@ -4,7 +4,7 @@
 
 #include <shellapi.h>
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <cstring>
 #include <memory>
@@ -13,6 +13,7 @@
 #include "catalogue/png_file.h"
 #include "catalogue/sample_program.h"
 #include "played_calls.h"
+#include "support/import_watch.h"
 #include "support/temp_folder.h"
 
 using Standin::ImportPatch;
@@ -164,11 +165,10 @@ TEST(ExportAppIcon, APathEndsAtItsFirstZero) {
 }
 
 TEST(ExportAppIcon, WithoutAnIconTouchesNoFile) {
-  PlayedExtraction extraction(false);
-  const GdiplusCalls gdiplus;
+  const PlayedExtraction extraction(false);
+  const TestSupport::ImportWatch watch;
   EXPECT_EQ(ExportAppIcon("x", "C:\\Icons", "A", kDevice), "");
-  EXPECT_EQ(gdiplus.started, 0);
-  EXPECT_EQ(extraction.destroyed, 0);
+  EXPECT_THAT(watch.Calls(), testing::ElementsAre("ExtractAssociatedIconExA"));
 }
 
 TEST(ExportAppIcon, SavesEachTimeAnewAndDestroysTheIcon) {

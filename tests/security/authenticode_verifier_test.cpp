@@ -8,6 +8,7 @@
 #include "played_trust.h"
 #include "security/trust/zq_authenticode_helper.h"
 #include "support/call_record.h"
+#include "support/import_watch.h"
 #include "support/log_capture.h"
 #include "support/temp_folder.h"
 
@@ -99,12 +100,10 @@ std::vector<std::string> KeysOf(const SignatureList& signatures) {
 }  // namespace
 
 TEST(GetSignatures, ANullPathHasNoSignaturesAndAsksNothing) {
-  PlayedTrust trust;
-  PlayedCatalogs catalogs;
+  const TestSupport::ImportWatch watch;
   EXPECT_TRUE(Helper::GetSignatures(nullptr, false).empty());
   EXPECT_TRUE(Helper::GetSignatures(nullptr, true).empty());
-  EXPECT_TRUE(trust.calls.empty());
-  EXPECT_TRUE(catalogs.calls.empty());
+  EXPECT_TRUE(watch.Calls().empty());
 }
 
 TEST(GetSignatures, AsksForAnEmbeddedSignatureAsWindowsDocumentsIt) {

@@ -8,6 +8,7 @@
 
 #include "security/played_path_calls.h"
 #include "security/trust/util_helper.h"
+#include "support/import_watch.h"
 #include "support/log_capture.h"
 
 // The expansion on a thread that serves a client: whose process, whose token, whose variables.
@@ -143,12 +144,12 @@ TEST_F(ClientPath, WritesNoLineAboutAnExpansionThatWorked) {
               ElementsAre(Info(L"GetFullPathName: [C:\\Client\\a.exe]", kComponent)));
 }
 
-TEST_F(ClientPath, DoesNotAskForTheVariablesOfTheProcess) {
-  static int asked = 0;
-  const ImportPatch own(
-      "ExpandEnvironmentStringsW", +[](LPCWSTR, LPWSTR, DWORD) -> DWORD { return asked++, 0; });
+TEST_F(ClientPath, AsksForTheVariablesOfTheClientAndNothingOfTheProcess) {
+  const TestSupport::ImportWatch watch;
   Expand();
-  EXPECT_EQ(asked, 0);
+  EXPECT_THAT(watch.Calls(), ElementsAre("RpcServerInqCallAttributesW", "OpenProcess",
+                                         "OpenProcessToken", "ExpandEnvironmentStringsForUserW",
+                                         "CloseHandle", "CloseHandle", "GetFullPathNameW"));
 }
 
 TEST_F(ClientPath, ClosesTokenAndProcess) {

@@ -5,6 +5,7 @@
 #include "played_catalogs.h"
 #include "played_trust.h"
 #include "security/trust/zq_authenticode_helper.h"
+#include "support/import_watch.h"
 #include "support/log_capture.h"
 #include "support/temp_folder.h"
 
@@ -108,12 +109,12 @@ TEST_F(IsFileTrusted, AnEmptyKeyListIsRefusedAfterTheVerification) {
 
 TEST_F(IsFileTrusted, ANullPathOrListIsRefusedWithoutALineOrACall) {
   trust_.embedded = {Signature(0, kListed)};
+  const TestSupport::ImportWatch watch;
   EXPECT_FALSE(Helper::IsFileTrusted(nullptr, &keys_));
   EXPECT_FALSE(Helper::IsFileTrusted(path_.c_str(), nullptr));
   EXPECT_FALSE(Helper::IsFileTrusted(nullptr, nullptr));
   EXPECT_TRUE(log_.Records().empty());
-  EXPECT_TRUE(trust_.calls.empty());
-  EXPECT_TRUE(catalogs_.calls.empty());
+  EXPECT_TRUE(watch.Calls().empty());
 }
 
 TEST_F(IsFileTrusted, ACatalogMayVouchForWindowsAndAnEmbeddedSignatureForTheKey) {

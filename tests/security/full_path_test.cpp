@@ -6,6 +6,7 @@
 
 #include "security/played_path_calls.h"
 #include "security/trust/util_helper.h"
+#include "support/import_watch.h"
 #include "support/log_capture.h"
 
 namespace Zq::Gantry::Server::Services {
@@ -15,6 +16,7 @@ using Standin::ImportPatch;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using TestSupport::ExpansionFailure;
+using TestSupport::ImportWatch;
 using TestSupport::Info;
 using TestSupport::LogCapture;
 using TestSupport::PlayedRpcQuery;
@@ -45,20 +47,14 @@ TEST(FullPath, ExpandsTheProcessesVariablesAndNormalises) {
 }
 
 TEST(FullPath, IsEmptyForANullPathWithoutAnySystemCall) {
-  static int calls = 0;
-  const PlayedRpcQuery rpc;
-  const ImportPatch expand(
-      "ExpandEnvironmentStringsW", +[](LPCWSTR, LPWSTR, DWORD) -> DWORD { return calls++, 0; });
-  const ImportPatch full(
-      "GetFullPathNameW", +[](LPCWSTR, DWORD, LPWSTR, LPWSTR*) -> DWORD { return calls++, 0; });
   const LogCapture log;
+  const ImportWatch watch;
   EXPECT_EQ(UtilHelper::GetFullExpandedPath(nullptr, kComponent), L"");
+  EXPECT_THAT(watch.Calls(), IsEmpty());
   EXPECT_THAT(log.Records(),
               ElementsAre(Warning(L"class Zq::Gantry::Server::Services::UtilHelper.NullChecker - "
                                   L"filePath cannot be null",
                                   kComponent)));
-  EXPECT_EQ(calls, 0);
-  EXPECT_THAT(rpc.Questions(), IsEmpty());
 }
 
 TEST(FullPath, GoesOnWithAnEmptyTextWhereTheExpansionFails) {

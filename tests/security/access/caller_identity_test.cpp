@@ -13,6 +13,7 @@
 #include <system_error>
 
 #include "played_caller.h"
+#include "support/import_watch.h"
 #include "support/log_capture.h"
 
 // Telling the caller, call by call, with every system call played.
@@ -25,6 +26,7 @@ using testing::EndsWith;
 using testing::IsEmpty;
 using testing::StartsWith;
 using TestSupport::Error;
+using TestSupport::ImportWatch;
 using TestSupport::LogCapture;
 using TestSupport::LogRecord;
 using TestSupport::PlayedCaller;
@@ -59,6 +61,15 @@ TEST_F(CallerIdentity, ImpersonatesThenAsksThenClosesThenReverts) {
   EXPECT_THAT(played_.order,
               ElementsAre("query", "query", "open", "impersonate", "ask length of 1111",
                           "ask name of 1111", "close 1111", "revert"));
+}
+
+TEST_F(CallerIdentity, MakesNoOtherSystemCall) {
+  const ImportWatch watch;
+  Ask();
+  EXPECT_THAT(watch.Calls(),
+              ElementsAre("RpcServerInqCallAttributesW", "RpcServerInqCallAttributesW",
+                          "OpenProcess", "RpcImpersonateClient", "GetPackageFamilyName",
+                          "GetPackageFamilyName", "CloseHandle", "RpcRevertToSelf"));
 }
 
 TEST_F(CallerIdentity, WritesNoLineThoughTheFirstNameQueryIsToldThatItsBufferIsTooSmall) {

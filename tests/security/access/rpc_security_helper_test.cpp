@@ -14,6 +14,7 @@
 #include <type_traits>
 
 #include "played_caller.h"
+#include "support/import_watch.h"
 
 // The object itself: its fields, its constants, its end.
 namespace Zq::Gantry::Security {
@@ -98,18 +99,10 @@ TEST(RpcSecurityHelper, ConstantsCannotBeChangedFromOutside) {
   static_assert(!std::is_copy_assignable_v<RpcSecurityHelper>);
 }
 
-int platformTextCalls = 0;
-
 TEST(RpcSecurityHelper, ComesAndGoesWithoutASystemCall) {
-  const TestSupport::PlayedCaller played;
-  const ImportPatch create(
-      "WindowsCreateString",
-      +[](PCNZWCH, UINT32, HSTRING*) -> HRESULT { return ++platformTextCalls, E_FAIL; });
-  const ImportPatch remove(
-      "WindowsDeleteString", +[](HSTRING) -> HRESULT { return ++platformTextCalls, E_FAIL; });
+  const TestSupport::ImportWatch watch;
   { const RpcSecurityHelper helper; }
-  EXPECT_THAT(played.order, IsEmpty());
-  EXPECT_EQ(platformTextCalls, 0);
+  EXPECT_THAT(watch.Calls(), IsEmpty());
 }
 
 TEST(RpcSecurityHelper, ClosesNoHandleThatTheHostHolds) {

@@ -29,6 +29,7 @@ std::wstring OwnPath() {
 ScratchKey::ScratchKey() : ScratchKey(HKEY_CURRENT_USER, OwnPath()) {}
 
 ScratchKey::ScratchKey(HKEY hive, std::wstring path) : hive_(hive), path_(std::move(path)) {
+  RegDeleteTreeW(hive_, path_.c_str());  // what a run that crashed left behind
   Create(hive_, path_);
 }
 

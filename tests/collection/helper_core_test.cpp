@@ -5,7 +5,6 @@
 
 #include <atomic>
 #include <future>
-#include <latch>
 #include <string>
 #include <thread>
 #include <type_traits>
@@ -103,11 +102,13 @@ TEST(HelperCore, ConcurrentFirstUsesGetOneObjectMadeOnce) {
   const ImportPatch patch("GetModuleFileNameW", &PlayedModuleFileName);
   timesAskedForThePath = 0;
   constexpr int kThreads = 8;
-  std::latch start(kThreads);
+  // No std::latch: without a futex libstdc++ 12 may lose its last notification, and the test hung.
+  std::atomic<int> arrived{0};
   std::vector<std::future<WattleafHelper*>> uses;
   for (int i = 0; i < kThreads; ++i) {
-    uses.push_back(std::async(std::launch::async, [&start] {
-      start.arrive_and_wait();
+    uses.push_back(std::async(std::launch::async, [&arrived] {
+      ++arrived;
+      while (arrived < kThreads) std::this_thread::yield();
       return &WattleafHelper::Instance();
     }));
   }

@@ -1,5 +1,6 @@
 #include <windows.h>
 
+#include <cstdlib>
 #include <functional>
 #include <string>
 #include <vector>
@@ -7,10 +8,11 @@
 #include <gmock/gmock.h>
 
 #include "contract/raw_table.h"
+#include "platform/win32/owners.h"
 #include "support/log_capture.h"
 
 // The shipped file as a host meets it: loaded from disk, the factory found by name, the service
-// called by slot. No header of the library is used.
+// called by slot. No header of the exported interface is used.
 namespace {
 
 using testing::ElementsAre;
@@ -18,6 +20,7 @@ using TestSupport::CallSlot;
 using TestSupport::DestroyThroughSlot;
 using TestSupport::Info;
 using TestSupport::kDestructorSlots;
+using Zq::Gantry::Platform::UniqueModule;
 
 constexpr std::size_t kStartSession = kDestructorSlots;
 constexpr std::size_t kEndSession = kDestructorSlots + 1;
@@ -33,13 +36,15 @@ std::wstring LibraryPath() {
   return path.substr(0, path.find_last_of(L'\\') + 1) + L"WattleafService.dll";
 }
 
-void* MakeService() {
-  const HMODULE library = LoadLibraryW(LibraryPath().c_str());
-  if (library == nullptr) return nullptr;
-  const FARPROC factory = GetProcAddress(library, "ZQCreateService");
+UniqueModule LoadTheLibrary() { return UniqueModule(LoadLibraryW(LibraryPath().c_str())); }
+
+void* MakeService(const UniqueModule& library) {
+  const FARPROC factory = GetProcAddress(library.get(), "ZQCreateService");
   if (factory == nullptr) return nullptr;
   return reinterpret_cast<void* (*)()>(reinterpret_cast<void*>(factory))();
 }
+
+bool IsLoaded() { return GetModuleHandleW(L"WattleafService.dll") != nullptr; }
 
 int Execute(void* service, unsigned int command, const wchar_t* input, wchar_t** output) {
   std::wstring text = input;
@@ -70,7 +75,9 @@ std::wstring VersionText(const std::vector<char>& resource, const std::wstring& 
 
 TEST(LibraryFile, AnswersThroughTheFactoryAndTheTableAlone) {
   const TestSupport::LogCapture log;
-  void* service = MakeService();
+  const UniqueModule library = LoadTheLibrary();
+  ASSERT_TRUE(library);
+  void* service = MakeService(library);
   ASSERT_NE(service, nullptr);
   wchar_t name[] = L"host";
   void* session = nullptr;
@@ -85,7 +92,9 @@ TEST(LibraryFile, AnswersThroughTheFactoryAndTheTableAlone) {
 
 TEST(LibraryFile, HandsOutAndTakesBackTheTextOfACommand) {
   const TestSupport::LogCapture log;
-  void* service = MakeService();
+  const UniqueModule library = LoadTheLibrary();
+  ASSERT_TRUE(library);
+  void* service = MakeService(library);
   ASSERT_NE(service, nullptr);
   wchar_t* output = nullptr;
   EXPECT_EQ(Execute(service, 10, L"", &output), 0);
@@ -96,21 +105,28 @@ TEST(LibraryFile, HandsOutAndTakesBackTheTextOfACommand) {
   DestroyThroughSlot(service, 0);
 }
 
-TEST(LibraryFile, StaysLoadedWhileItsWorkerSleepsThoughTheHostFreesIt) {
-  void* service = MakeService();
-  ASSERT_NE(service, nullptr);
+/// For a process of its own, since the library then stays. The exit status is 7 if it does.
+[[noreturn]] void StartTheWorkerAndFreeTheLibrary() {
+  UniqueModule library = LoadTheLibrary();
+  void* service = MakeService(library);
   CallSlot<void>(service, kStartupTask);
   DestroyThroughSlot(service, 0);
-  EXPECT_TRUE(FreeLibrary(GetModuleHandleW(L"WattleafService.dll")));
-  EXPECT_NE(GetModuleHandleW(L"WattleafService.dll"), nullptr);
+  library.reset();
+  std::exit(IsLoaded() ? 7 : 1);
+}
+
+TEST(LibraryFile, StaysLoadedWhileItsWorkerSleepsThoughTheHostFreesIt) {
+  EXPECT_EXIT(StartTheWorkerAndFreeTheLibrary(), testing::ExitedWithCode(7), "");
 }
 
 TEST(LibraryFile, IsUnloadedWhereNoWorkerWasStarted) {
-  void* service = MakeService();
+  UniqueModule library = LoadTheLibrary();
+  ASSERT_TRUE(library);
+  void* service = MakeService(library);
   ASSERT_NE(service, nullptr);
   DestroyThroughSlot(service, 0);
-  EXPECT_TRUE(FreeLibrary(GetModuleHandleW(L"WattleafService.dll")));
-  EXPECT_EQ(GetModuleHandleW(L"WattleafService.dll"), nullptr);
+  library.reset();
+  EXPECT_FALSE(IsLoaded());
 }
 
 TEST(LibraryFile, CarriesAVersionResource) {

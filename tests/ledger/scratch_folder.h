@@ -11,10 +11,12 @@ namespace TestSupport {
 /// A new empty folder for tests that run on every system, removed with its content at the end.
 class ScratchFolder {
  public:
-  ScratchFolder()
-      : path_(std::filesystem::temp_directory_path() /
-              ("wattleaf-core-" + std::to_string(std::random_device{}()))) {
-    std::filesystem::create_directory(path_);
+  ScratchFolder() {
+    // Until the name is new: a run that crashed may have left a folder behind.
+    do {
+      path_ = std::filesystem::temp_directory_path() /
+              ("wattleaf-core-" + std::to_string(std::random_device{}()));
+    } while (!std::filesystem::create_directory(path_));
   }
   ScratchFolder(const ScratchFolder&) = delete;
   ScratchFolder& operator=(const ScratchFolder&) = delete;

@@ -41,10 +41,13 @@ TempFolder::TempFolder() {
   std::array<wchar_t, MAX_PATH + 1> base{};
   GetTempPathW(static_cast<DWORD>(base.size()), base.data());
   static int count = 0;
-  path_ = std::wstring(base.data()) + L"wattleaf-" + std::to_wstring(GetCurrentProcessId()) + L"-" +
-          std::to_wstring(count++);
-  RemoveTree(path_);
-  if (!CreateDirectoryW(path_.c_str(), nullptr)) ADD_FAILURE() << "no temporary folder";
+  const std::wstring stem =
+      std::wstring(base.data()) + L"wattleaf-" + std::to_wstring(GetCurrentProcessId()) + L"-";
+  do {
+    path_ = stem + std::to_wstring(count++);
+    if (CreateDirectoryW(path_.c_str(), nullptr)) return;
+  } while (GetLastError() == ERROR_ALREADY_EXISTS);
+  ADD_FAILURE() << "no temporary folder";
 }
 
 TempFolder::~TempFolder() { RemoveTree(path_); }

@@ -5,6 +5,7 @@
 namespace TestSupport {
 
 /// A new empty folder, removed with its content at the end. Links in it are unlinked, not followed.
+/// What a run that crashed left behind is never taken for it.
 class TempFolder {
  public:
   TempFolder();

@@ -14,6 +14,7 @@
 #include "collection/open_helper.h"
 #include "import_patch.h"
 #include "service/wattleaf_service.h"
+#include "support/cpp_library.h"
 #include "support/log_capture.h"
 
 using namespace TestSupport;
@@ -37,7 +38,8 @@ std::wstring NameKeptFor(std::wstring name) {
   return kept;
 }
 
-/// The blocks that go back to the C heap while it lives. One at a time.
+/// The blocks that go back to the C heap while it lives. They are kept until its end, so that none
+/// comes back for another use and is counted twice. One at a time.
 class FreedBlocks {
  public:
   FreedBlocks() {
@@ -47,6 +49,11 @@ class FreedBlocks {
   }
   FreedBlocks(const FreedBlocks&) = delete;
   FreedBlocks& operator=(const FreedBlocks&) = delete;
+  ~FreedBlocks() {
+    std::sort(blocks_.begin(), blocks_.end());
+    blocks_.erase(std::unique(blocks_.begin(), blocks_.end()), blocks_.end());
+    for (void* block : blocks_) patch_.Original<void __cdecl(void*)>()(block);
+  }
 
   std::ptrdiff_t Count(const void* block) const {
     return std::count(blocks_.begin(), blocks_.end(), block);
@@ -56,13 +63,15 @@ class FreedBlocks {
   static void __cdecl Free(void* block) {
     if (current_->blocks_.size() < current_->blocks_.capacity()) {
       current_->blocks_.push_back(block);
+      return;
     }
     current_->patch_.Original<void __cdecl(void*)>()(block);
   }
 
   static inline FreedBlocks* current_ = nullptr;
-  std::vector<const void*> blocks_;
+  std::vector<void*> blocks_;
   const ImportPatch patch_{"free", &Free};
+  const ImportPatch patchedDelete_{TestSupport::CppLibrary(), "free", &Free};
 };
 
 // The name's block of 64 characters and its end; no other allocation has this size.
@@ -163,7 +172,7 @@ TEST(Session, ANameThatCannotBeAllocatedIsRaisedAndTheHalfMadeRecordIsFreed) {
   void* handle = before;
   const FreedBlocks freed;
   {
-    const ImportPatch patch("malloc", &NoMemoryForTheName);
+    const ImportPatch patch(TestSupport::CppLibrary(), "malloc", &NoMemoryForTheName);
     realMalloc = patch.Original<void*(std::size_t)>();
     EXPECT_THROW(service.StartSession(name.data(), &handle), std::bad_alloc);
   }

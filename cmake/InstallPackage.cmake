@@ -12,8 +12,10 @@ install(TARGETS WattleafService EXPORT WattleafServiceTargets
   ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
   FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/WattleafService"
   FILE_SET abi DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/WattleafService")
-# The C++ runtime that the library shares with its callers.
-install(PROGRAMS ${WATTLEAF_RUNTIME_FILES} DESTINATION "${CMAKE_INSTALL_BINDIR}")
+# The C++ runtime that the library shares with its callers. MSVC's is installed by itself.
+if(WATTLEAF_RUNTIME_FILES)
+  install(PROGRAMS ${WATTLEAF_RUNTIME_FILES} DESTINATION "${CMAKE_INSTALL_BINDIR}")
+endif()
 install(EXPORT WattleafServiceTargets NAMESPACE WattleafService:: DESTINATION "${package_folder}")
 
 file(CONFIGURE OUTPUT "${CMAKE_BINARY_DIR}/WattleafServiceConfig.cmake" @ONLY CONTENT [[

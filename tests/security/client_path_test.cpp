@@ -144,7 +144,7 @@ TEST_F(ClientPath, WritesNoLineAboutAnExpansionThatWorked) {
               ElementsAre(Info(L"GetFullPathName: [C:\\Client\\a.exe]", kComponent)));
 }
 
-TEST_F(ClientPath, AsksForTheVariablesOfTheClientAndNothingOfTheProcess) {
+TEST_F(ClientPath, DoesNotAskForTheVariablesOfTheProcess) {
   const TestSupport::ImportWatch watch;
   Expand();
   EXPECT_THAT(watch.Calls(), ElementsAre("RpcServerInqCallAttributesW", "OpenProcess",

@@ -1,95 +1,76 @@
-// What the standard library's matchers bear on half a megabyte of stack, and how long hostile
-// values take: the measurements behind the limits of expressions. For Wine, where a stack that
-// overflows ends its thread and not the process.
-//
-//   pattern_limits [SIZE]
-//
-// SIZE, 1,000,000 by default, is how many letters the values have.
-#include <chrono>
+// How long the plain and the hostile expressions of docs/rules.md take, and how long a text may be
+// for those that stack up what they have passed.
 #include <cstdio>
-#include <functional>
-#include <regex>
+#include <ctime>
 #include <string>
 
-#include "security/access/pattern_match.h"
-#include "support/small_stack.h"
+#include "security/pattern/hostile_patterns.h"
+#include "security/pattern/pattern.h"
 
 namespace {
 
-using TestSupport::FinishesOnASmallStack;
-using Zq::Gantry::Security::MatchesPattern;
+using namespace TestSupport;
+using Zq::Gantry::Security::Pattern;
 
-constexpr auto kWithoutBackTracking =
-    std::regex_constants::ECMAScript | std::regex_constants::__polynomial;
-
-std::size_t mostLetters = 1'000'000;
-
-std::wstring Repeat(const std::wstring& part, std::size_t times) {
-  std::wstring text;
-  while (times-- > 0) text += part;
-  return text;
+/// Of the processor natively; of the wall under Windows, whose C library counts that.
+double MillisecondsSince(std::clock_t begin) {
+  return static_cast<double>(std::clock() - begin) * 1000 / CLOCKS_PER_SEC;
 }
 
-/// The largest size that `tryWith` comes to its end with; it does with 1.
-void PrintMost(const char* what, const std::function<void(std::size_t)>& tryWith) {
+bool PrintMatch(const char* label, const std::wstring& expression, const std::wstring& text) {
+  const auto begin = std::clock();
+  const auto pattern = Pattern::TryCompile(expression);
+  const double compiling = MillisecondsSince(begin);
+  const auto compiled = std::clock();
+  const bool isMatch = pattern && pattern->Matches(text);
+  std::printf("%-44s %-5s compiled in %7.2f ms, matched in %7.2f ms\n", label,
+              isMatch ? "yes" : "no", compiling, MillisecondsSince(compiled));
+  return isMatch;
+}
+
+std::wstring Words(int count) {
+  std::wstring words = L"word1000";
+  for (int i = 1; i < count; ++i) words += L"|word" + std::to_wstring(1000 + i);
+  return words;
+}
+
+void PrintPlainExpressions() {
+  PrintMatch("1,2,3", L"\\d+(?:,\\d+){0,499}", L"1,2,3");
+  PrintMatch("www.example.com", L"(?:[a-z0-9](?:[a-z0-9-]{0,61}[a-z0-9])?\\.){1,126}[a-z]{2,63}",
+             L"www.example.com");
+  PrintMatch("1,300 words, the last one", Words(1300), L"word2299");
+  PrintMatch(".{0,10000} on abc", L".{0,10000}", L"abc");
+  PrintMatch("[^<>]{0,9000} on 6,000 letters", L"[^<>]{0,9000}", std::wstring(6000, L'a'));
+  PrintMatch("foo(?=\\bbar)bar on foobar", L"foo(?=\\bbar)bar", L"foobar");
+  PrintMatch("a(?=^b)b on ab", L"a(?=^b)b", L"ab");
+  PrintMatch(".* on 10,000,000 letters", L".*", std::wstring(10'000'000, L'a'));
+  PrintMatch("(.*)\\1 on 1,000,000 letters", L"(.*)\\1", std::wstring(1'000'000, L'a'));
+}
+
+/// The longest row of letters that matches; one letter does.
+void PrintLongest(const char* label, const std::wstring& expression) {
+  const auto pattern = Pattern::TryCompile(expression);
   std::size_t good = 1;
-  std::size_t bad = mostLetters;
+  std::size_t bad = 10'000'000;
   while (bad - good > 1) {
     const std::size_t middle = good + (bad - good) / 2;
-    (FinishesOnASmallStack([&] { tryWith(middle); }) ? good : bad) = middle;
+    (pattern->Matches(std::wstring(middle, L'a')) ? good : bad) = middle;
   }
-  std::printf("%-60s %9zu\n", what, good);
-}
-
-void PrintSeconds(const char* what, const std::function<void()>& call) {
-  const auto start = std::chrono::steady_clock::now();
-  call();
-  const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start;
-  std::printf("%-60s %7.2f s\n", what, time.count());
-}
-
-void PrintStackLimits() {
-  PrintMost("letters in a row that compile",
-            [](std::size_t size) { std::wregex(std::wstring(size, L'a'), kWithoutBackTracking); });
-  PrintMost("groups inside groups that compile", [](std::size_t size) {
-    std::wregex(Repeat(L"(", size) + L"a" + Repeat(L")", size), kWithoutBackTracking);
-  });
-  PrintMost("characters for .* with back-tracking", [](std::size_t size) {
-    std::regex_match(std::wstring(size, L'a'), std::wregex(L".*"));
-  });
-  PrintMost("drive letters for the path guard's expression", [](std::size_t size) {
-    const std::wregex shape(LR"(^((?:[\w]\:|\\)|(http[s]?\:)|(\%[\(|\w|\)]+\%))+)");
-    std::regex_search(Repeat(L"C:", size), shape);
-  });
-}
-
-void PrintNestedLoops(std::size_t depth, const char* what) {
-  const std::wregex loops(Repeat(L"(", depth) + L"a" + Repeat(L")*", depth) + L"\\1b");
-  PrintSeconds(what, [&loops] { std::regex_match(L"a", loops); });
-}
-
-void PrintTimes() {
-  PrintSeconds("(a+)+b against that many letters",
-               [] { MatchesPattern(L"(a+)+b", std::wstring(mostLetters, L'a')); });
-  PrintSeconds("[a-z]+ against five times as many",
-               [] { MatchesPattern(L"[a-z]+", std::wstring(5 * mostLetters, L'a')); });
-  PrintSeconds("[^ and 63,000 times \\W and ]* against that many", [] {
-    MatchesPattern(L"[^" + Repeat(L"\\W", 63'000) + L"]*", std::wstring(mostLetters, L'a'));
-  });
-}
-
-void PrintNestedLoopTimes() {
-  PrintNestedLoops(6, "6 nested loops, a back-reference, one letter, no patience");
-  PrintNestedLoops(7, "7");
-  PrintNestedLoops(8, "8");
+  std::printf("%-44s %zu letters match\n", label, good);
 }
 
 }  // namespace
 
 int main(int count, char** arguments) {
-  if (count > 1) mostLetters = std::stoul(arguments[1]);
-  PrintStackLimits();
-  PrintTimes();
-  // These take their time at any size.
-  if (count == 1) PrintNestedLoopTimes();
+  const std::size_t letters = count > 1 ? std::stoul(arguments[1]) : 1'000'000;
+  PrintPlainExpressions();
+  if (count == 1) {
+    PrintLongest("(?:a|b)*", L"(?:a|b)*");
+    PrintLongest("(a|b)*", L"(a|b)*");
+    PrintLongest("(?:(?!--).)*", L"(?:(?!--).)*");
+  }
+  const std::wstring text(letters, L'a');
+  const auto begin = std::clock();
+  for (const auto& [label, expression] : HostilePatterns()) PrintMatch(label, expression, text);
+  std::printf("all hostile ones: %.1f s\n", MillisecondsSince(begin) / 1000);
 }

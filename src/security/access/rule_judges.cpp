@@ -6,7 +6,7 @@
 
 #include "security/access/list_reader.h"
 #include "security/access/path_guard.h"
-#include "security/access/pattern_match.h"
+#include "security/pattern/pattern.h"
 #include "security/trust/path_rules.h"
 
 namespace Zq::Gantry::Security {
@@ -36,7 +36,8 @@ std::optional<int> TryReadLimit(const LimitText& limitText, const wchar_t* name)
 }  // namespace
 
 bool PassesRegex(const std::wstring& pattern, const std::wstring& value) {
-  return !IsClimbingPath(value) && MatchesPattern(pattern, value);
+  const std::optional<Pattern> compiled = Pattern::TryCompile(pattern);
+  return compiled && !IsClimbingPath(value) && compiled->Matches(value);
 }
 
 bool IsContainedInList(std::wstring_view list, std::wstring_view value) {

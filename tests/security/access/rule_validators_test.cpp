@@ -304,6 +304,38 @@ TEST_F(RegexRule, TakesAPatternThatDoesNotCompileForANo) {
   EXPECT_FALSE(Judge(L"regex", L"(abc", L"abc"));
 }
 
+TEST_F(RegexRule, AcceptsListsOfNumbers) {
+  EXPECT_TRUE(Judge(L"regex", L"\\d+(?:,\\d+){0,499}", L"1,2,3"));
+  EXPECT_FALSE(Judge(L"regex", L"\\d+(?:,\\d+){0,499}", L"1,2,"));
+}
+
+TEST_F(RegexRule, AcceptsHostNames) {
+  const std::wstring host = L"(?:[a-z0-9](?:[a-z0-9-]{0,61}[a-z0-9])?\\.){1,126}[a-z]{2,63}";
+  EXPECT_TRUE(Judge(L"regex", host, L"www.example.com"));
+  EXPECT_FALSE(Judge(L"regex", host, L"www..com"));
+}
+
+TEST_F(RegexRule, AcceptsEachOf1300Words) {
+  std::wstring words = L"word1000";
+  for (int i = 1001; i < 2300; ++i) words += L"|word" + std::to_wstring(i);
+  for (int i = 1000; i < 2300; ++i) {
+    EXPECT_TRUE(Judge(L"regex", words, L"word" + std::to_wstring(i)));
+  }
+  EXPECT_FALSE(Judge(L"regex", words, L"word2300"));
+}
+
+TEST_F(RegexRule, AcceptsCountsOfSomeThousandCharacters) {
+  EXPECT_TRUE(Judge(L"regex", L".{0,10000}", L"abc"));
+  EXPECT_TRUE(Judge(L"regex", L"[^<>]{0,9000}", std::wstring(6000, L'a')));
+  EXPECT_FALSE(Judge(L"regex", L"[^<>]{0,9000}", std::wstring(9001, L'a')));
+}
+
+TEST_F(RegexRule, LooksAheadWithinTheWholeValue) {
+  EXPECT_FALSE(Judge(L"regex", L"foo(?=\\bbar)bar", L"foobar"));
+  EXPECT_FALSE(Judge(L"regex", L"a(?=^b)b", L"ab"));
+  EXPECT_TRUE(Judge(L"regex", L"a(?=b)b", L"ab"));
+}
+
 TEST_F(RegexRule, BearsAMillionCharacters) {
   EXPECT_FALSE(Judge(L"regex", L"(a+)+b", std::wstring(1'000'000, L'a')));
   EXPECT_TRUE(Judge(L"regex", L"[\\\\]+", std::wstring(1'000'000, L'\\')));

@@ -13,7 +13,6 @@
 
 #include "import_patch.h"
 #include "security/access/judged_files.h"
-#include "security/access/pattern_match.h"
 #include "security/access/tool_launch.h"
 #include "security/trust/zq_authenticode_facade.h"
 
@@ -133,13 +132,6 @@ TEST_F(ScarceMemory, AnUnsignedFileNeverPassesForOneThatWindowsTrusts) {
   };
   EXPECT_EQ(CountYes(question, steps_), 0);
   EXPECT_GT(steps_, 0);
-}
-
-TEST_F(ScarceMemory, IsHandedOnByARegularExpressionAndIsNoRefusal) {
-  const auto refused = [] { return !MatchesPattern(L"(a|b)+", L"abab"); };
-  ASSERT_FALSE(refused());
-  EXPECT_EQ(CountYes(refused, steps_), 0);
-  EXPECT_GT(steps_, 10);
 }
 
 TEST_F(ScarceMemory, AStrangersFileIsNeverRegistered) {

@@ -1,0 +1,63 @@
+#include "security/pattern/match_watch.h"
+
+#include <algorithm>
+
+namespace Zq::Gantry::Security {
+
+namespace {
+
+/// Characters passed, for classes without ranges beyond U+00FF.
+constexpr std::size_t kMostCharactersPassed = 200'000'000;
+/// What calling the watch costs by itself.
+constexpr std::size_t kCall = 8;
+
+/// The engine searches the ranges of a class one after the other.
+constexpr std::size_t kRangesForOneMore = 4;
+
+/// And when it leaves a group it walks over the alternatives that are left.
+constexpr std::size_t kAlternativesForOneCharacter = 2;
+
+/// Two pieces of text are compared faster still.
+constexpr std::size_t kComparedForOneCharacter = 8;
+
+}  // namespace
+
+MatchWatch::MatchWatch(const Translation& translation)
+    : left_(kMostCharactersPassed),
+      pricePerCharacter_(1 + translation.mostWideRanges / kRangesForOneMore),
+      longestFixedRun_(translation.longestFixedRun),
+      mostAlternatives_(translation.mostAlternatives) {}
+
+bool MatchWatch::MayBegin(std::size_t characters) const {
+  return characters <= left_ / pricePerCharacter_;
+}
+
+bool MatchWatch::MayGoOn(const MatchPlace& place) {
+  std::size_t passed = place.position > lastPosition_ ? place.position - lastPosition_
+                                                      : lastPosition_ - place.position;
+  lastPosition_ = place.position;
+  const std::size_t ahead = place.textLength - place.position;
+  switch (place.point) {
+    case WatchPoint::kMoved:
+      break;
+    case WatchPoint::kFixedRun:
+      passed += longestFixedRun_;
+      break;
+    case WatchPoint::kChoice:
+      passed += mostAlternatives_ / kAlternativesForOneCharacter;
+      break;
+    case WatchPoint::kRepeatedReference:
+      passed += ahead + longestFixedRun_;
+      break;
+    case WatchPoint::kReference:
+      // What is longer than the rest of the text is not compared with it.
+      if (place.capturedChars <= ahead) passed += place.capturedChars / kComparedForOneCharacter;
+      break;
+  }
+  const std::size_t price = kCall + passed * pricePerCharacter_;
+  if (price > left_) return false;
+  left_ -= price;
+  return true;
+}
+
+}  // namespace Zq::Gantry::Security

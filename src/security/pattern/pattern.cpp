@@ -1,0 +1,137 @@
+#include "security/pattern/pattern.h"
+
+#define PCRE2_CODE_UNIT_WIDTH 16
+#include <pcre2.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <new>
+#include <string>
+
+#include "security/pattern/code_units.h"
+#include "security/pattern/match_watch.h"
+#include "security/pattern/translation.h"
+
+namespace Zq::Gantry::Security {
+
+namespace {
+
+/// Back-tracking points of one match, for an expression without groups.
+constexpr std::uint32_t kMostBackTrackingPoints = 10'000'000;
+constexpr std::uint32_t kCompileOptions = PCRE2_ANCHORED | PCRE2_ENDANCHORED |
+                                          PCRE2_MATCH_UNSET_BACKREF | PCRE2_NEVER_UTF |
+                                          PCRE2_NEVER_UCP | PCRE2_NEVER_BACKSLASH_C;
+
+template <auto release>
+struct Release {
+  template <typename Object>
+  void operator()(Object* object) const {
+    release(object);
+  }
+};
+
+using GeneralContext =
+    std::unique_ptr<pcre2_general_context_16, Release<pcre2_general_context_free_16>>;
+using CompileContext =
+    std::unique_ptr<pcre2_compile_context_16, Release<pcre2_compile_context_free_16>>;
+using MatchContext = std::unique_ptr<pcre2_match_context_16, Release<pcre2_match_context_free_16>>;
+using MatchData = std::unique_ptr<pcre2_match_data_16, Release<pcre2_match_data_free_16>>;
+using Code = std::unique_ptr<pcre2_code_16, Release<pcre2_code_free_16>>;
+
+/// The object that PCRE2 made. It makes none only where memory runs out.
+template <typename Owner>
+Owner Owned(typename Owner::pointer object) {
+  if (object == nullptr) throw std::bad_alloc();
+  return Owner(object);
+}
+
+void* Allocate(PCRE2_SIZE size, void* /*data*/) { return ::operator new(size, std::nothrow); }
+void Deallocate(void* block, void* /*data*/) { ::operator delete(block); }
+
+GeneralContext MakeContext() {
+  return Owned<GeneralContext>(pcre2_general_context_create_16(Allocate, Deallocate, nullptr));
+}
+
+/// A unit of PCRE2 is an unsigned integer of 16 bits, as char16_t is.
+PCRE2_SPTR16 UnitsOf(const std::u16string& text) {
+  static_assert(sizeof(PCRE2_UCHAR16) == sizeof(char16_t));
+  return reinterpret_cast<PCRE2_SPTR16>(text.data());
+}
+
+std::size_t CapturedChars(const pcre2_callout_block_16& block, std::size_t group) {
+  if (group >= block.capture_top) return 0;
+  const PCRE2_SIZE begin = block.offset_vector[2 * group];
+  return begin == PCRE2_UNSET ? 0 : block.offset_vector[2 * group + 1] - begin;
+}
+
+int OnWatchPoint(pcre2_callout_block_16* block, void* watch) {
+  constexpr auto kReference = static_cast<std::uint32_t>(WatchPoint::kReference);
+  const std::uint32_t number = block->callout_number;
+  MatchPlace place{static_cast<WatchPoint>(std::min(number, kReference)), block->current_position,
+                   block->subject_length};
+  if (number >= kReference) place.capturedChars = CapturedChars(*block, number - kReference + 1);
+  return static_cast<MatchWatch*>(watch)->MayGoOn(place) ? 0 : PCRE2_ERROR_CALLOUT;
+}
+
+/// Each point is stacked up with the places of all groups.
+std::uint32_t MostBackTrackingPoints(std::size_t groups) {
+  return static_cast<std::uint32_t>(kMostBackTrackingPoints / (1 + groups / 8));
+}
+
+/// The block of those points is doubled when it is full. From its first 20 KiB on that ends at 40
+/// MiB, so that the old and the new one together take 60. With many groups a block begins as ten
+/// points, whatever their size: twice 30 MiB at most.
+std::uint32_t MostMatchKibibytes(std::size_t groups) { return (groups < 100 ? 40 : 30) * 1024; }
+
+}  // namespace
+
+struct Pattern::Compiled {
+  Translation translation;
+  Code code;
+};
+
+Pattern::Pattern(std::unique_ptr<const Compiled> compiled) : compiled_(std::move(compiled)) {}
+Pattern::Pattern(Pattern&&) noexcept = default;
+Pattern& Pattern::operator=(Pattern&&) noexcept = default;
+Pattern::~Pattern() = default;
+
+std::optional<Pattern> Pattern::TryCompile(std::wstring_view expression) {
+  if (expression.size() > kMostExpressionChars) return std::nullopt;
+  std::optional<Translation> translation = TranslateExpression(CodeUnits(expression));
+  if (!translation) return std::nullopt;
+
+  const GeneralContext memory = MakeContext();
+  const auto context = Owned<CompileContext>(pcre2_compile_context_create_16(memory.get()));
+  pcre2_set_parens_nest_limit_16(context.get(), kDeepestGroups);
+  int error = 0;
+  PCRE2_SIZE place = 0;
+  Code code(pcre2_compile_16(UnitsOf(translation->expression), translation->expression.size(),
+                             kCompileOptions, &error, &place, context.get()));
+  if (!code && error == PCRE2_ERROR_HEAP_FAILED) throw std::bad_alloc();
+  if (!code) return std::nullopt;
+  return Pattern(
+      std::unique_ptr<const Compiled>(new Compiled{*std::move(translation), std::move(code)}));
+}
+
+bool Pattern::Matches(std::wstring_view text) const {
+  const auto& [translation, code] = *compiled_;
+  MatchWatch watch(translation);
+  if (!watch.MayBegin(text.size())) return false;
+
+  const GeneralContext memory = MakeContext();
+  const auto context = Owned<MatchContext>(pcre2_match_context_create_16(memory.get()));
+  const std::uint32_t mostPoints = MostBackTrackingPoints(translation.groups);
+  pcre2_set_match_limit_16(context.get(), mostPoints);
+  pcre2_set_depth_limit_16(context.get(), mostPoints);
+  pcre2_set_heap_limit_16(context.get(), MostMatchKibibytes(translation.groups));
+  pcre2_set_callout_16(context.get(), OnWatchPoint, &watch);
+  const auto data = Owned<MatchData>(pcre2_match_data_create_16(/*ovecsize=*/1, memory.get()));
+
+  const std::u16string units = CodeUnits(text);
+  const int result = pcre2_match_16(code.get(), UnitsOf(units), units.size(), /*start_offset=*/0,
+                                    /*options=*/0, data.get(), context.get());
+  if (result == PCRE2_ERROR_NOMEMORY) throw std::bad_alloc();
+  return result >= 0;
+}
+
+}  // namespace Zq::Gantry::Security

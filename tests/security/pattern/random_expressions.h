@@ -1,0 +1,58 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace TestSupport {
+
+/// The splitmix64 sequence, the same on every platform.
+class RandomSequence {
+ public:
+  explicit RandomSequence(std::uint64_t seed) : state_(seed) {}
+
+  /// A number below `limit`.
+  std::size_t Below(std::size_t limit);
+  bool IsOneIn(std::size_t limit) { return Below(limit) == 0; }
+
+ private:
+  std::uint64_t state_;
+};
+
+/// A small expression and texts to match with it.
+struct RandomCase {
+  std::wstring expression;
+  std::vector<std::wstring> texts;
+};
+
+/// Writes small expressions that use all of the grammar. Three in ten are spoilt by random changes,
+/// most of which make them invalid. Texts have up to six characters, most of them of a few that the
+/// expressions use too.
+class RandomExpressions {
+ public:
+  /// `others`: characters for texts and expressions beside the ASCII ones.
+  RandomExpressions(std::uint64_t seed, std::wstring others);
+
+  RandomCase Next(std::size_t texts);
+
+ private:
+  std::wstring Alternatives(int depth);
+  std::wstring Term(int depth);
+  std::wstring Atom(int depth);
+  std::wstring Class();
+  std::wstring ClassPart();
+  std::wstring Quantifier();
+  std::wstring Character();
+  std::wstring Spoilt(std::wstring expression);
+  std::wstring Text();
+  std::wstring OneOf(const std::vector<std::wstring_view>& choices);
+
+  RandomSequence random_;
+  std::wstring others_;
+  int groups_ = 0;       ///< capturing ones so far
+  int quantifiers_ = 0;  ///< that may still be used
+};
+
+}  // namespace TestSupport

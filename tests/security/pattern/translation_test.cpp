@@ -1,0 +1,92 @@
+#include "security/pattern/translation.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace Zq::Gantry::Security {
+namespace {
+
+/// The translation with each literal letter "a" written as one again, for reading.
+std::u16string Translated(std::u16string_view expression) {
+  std::u16string text =
+      TranslateExpression(expression).value_or(Translation{u"invalid"}).expression;
+  constexpr std::u16string_view kLetter = u"\\x{0061}";
+  for (std::size_t at = 0; (at = text.find(kLetter, at)) != text.npos; ++at) {
+    text.replace(at, kLetter.size(), u"a");
+  }
+  return text;
+}
+
+std::u16string Repeat(std::u16string_view part, std::size_t times) {
+  std::u16string text;
+  while (times-- > 0) text += part;
+  return text;
+}
+
+TEST(Translation, KeepsGroupsChoicesAndPlaces) {
+  EXPECT_EQ(Translated(u"^(a|(?:a))(?=a)(?!a)\\b\\B$"), u"\\A(a|(?:a))(?=a)(?!a)\\b\\B\\z");
+}
+
+TEST(Translation, WritesEveryQuantifierInNumbers) {
+  EXPECT_EQ(Translated(u"a?a??a{3}a{2,4}?a{1}"), u"a{0,1}a{0,1}?a{3,3}a{2,4}?a");
+}
+
+TEST(Translation, WatchesBothEndsOfALongRepetition) {
+  EXPECT_EQ(Translated(u"a*"), u"(?C0)a{0,}(?C0)");
+  EXPECT_EQ(Translated(u"a+?"), u"(?C0)a{1,}?(?C0)");
+  EXPECT_EQ(Translated(u"a{0,64}"), u"a{0,64}");
+  EXPECT_EQ(Translated(u"a{0,65}"), u"(?C0)a{0,65}(?C0)");
+  EXPECT_EQ(Translated(u"a{64,}"), u"(?C0)a{64,}(?C0)");
+  EXPECT_EQ(Translated(u"a{65,}"), u"(?C1)a{65,}(?C0)");
+}
+
+TEST(Translation, WatchesALongRowOfItems) {
+  EXPECT_EQ(Translated(Repeat(u"a", 64)), Repeat(u"a", 64));
+  EXPECT_EQ(Translated(Repeat(u"a", 66)), Repeat(u"a", 65) + u"(?C0)a");
+  EXPECT_EQ(Translated(u"a{40}a{0,25}a"), u"a{40,40}a{0,25}(?C0)a");
+  // Counted anew behind a watch point.
+  EXPECT_EQ(Translated(Repeat(u"a", 64) + u"a*" + Repeat(u"a", 64)),
+            Repeat(u"a", 64) + u"(?C0)a{0,}(?C0)" + Repeat(u"a", 64));
+  // Also where an item may be left out.
+  EXPECT_EQ(Translated(Repeat(u"a{0}", 66)), Repeat(u"a{0,0}", 65) + u"(?C0)a{0,0}");
+}
+
+TEST(Translation, WatchesEachRoundOfARepeatedGroup) {
+  EXPECT_EQ(Translated(u"(a|a)*"), u"(a|a(?C0)){0,}");
+  EXPECT_EQ(Translated(u"(?:a){2}(a)"), u"(?:a(?C0)){2,2}(a)");
+}
+
+TEST(Translation, WatchesGroupsOfManyAlternatives) {
+  EXPECT_EQ(Translated(u"(?:a|" + Repeat(u"|", 30) + u")"), u"(?:a|" + Repeat(u"|", 30) + u")");
+  EXPECT_EQ(Translated(u"a(?:a|" + Repeat(u"|", 31) + u")"),
+            u"a(?:(?C2)a|" + Repeat(u"|", 31) + u")");
+  EXPECT_EQ(Translated(u"(?=(" + Repeat(u"|", 32) + u"))"),
+            u"(?=((?C2)" + Repeat(u"|", 32) + u"))");
+  EXPECT_EQ(Translated(Repeat(u"|", 32)), u"(?C2)" + Repeat(u"|", 32));
+}
+
+TEST(Translation, WatchesReferencesByTheirGroup) {
+  EXPECT_EQ(Translated(u"(a)\\1"), u"(a)(?C4)\\g{1}(?C0)");
+  EXPECT_EQ(Translated(u"(a)(a)\\2"), u"(a)(a)(?C5)\\g{2}(?C0)");
+  EXPECT_EQ(Translated(u"(a)\\1?"), u"(a)(?C3)\\g{1}{0,1}(?C0)");
+}
+
+TEST(Translation, CountsWhatMakesAMatchSlow) {
+  const auto translation = TranslateExpression(
+      u"(a)(?:a)((a)|a|a)a{7}a{100,200}(\\1){30}[\\u0100\\u0102\\u0104][^a-c]\\1{300}");
+  ASSERT_TRUE(translation);
+  EXPECT_EQ(translation->groups, 4U);
+  EXPECT_EQ(translation->longestFixedRun, 300U);
+  EXPECT_EQ(translation->mostAlternatives, 3U);
+  EXPECT_EQ(translation->mostWideRanges, 3U);
+  EXPECT_EQ(TranslateExpression(u"a{7}")->longestFixedRun, 0U);
+  EXPECT_EQ(TranslateExpression(u"a{100,200}")->longestFixedRun, 100U);
+  EXPECT_EQ(TranslateExpression(u"(a)\\1{0,200}")->longestFixedRun, 0U);
+  EXPECT_EQ(TranslateExpression(u"[^a]")->mostWideRanges, 1U);
+  EXPECT_EQ(TranslateExpression(u"[\\x80-\\u0100]")->mostWideRanges, 1U);
+  EXPECT_EQ(TranslateExpression(u"[\\x80-\\xFF]")->mostWideRanges, 0U);
+}
+
+}  // namespace
+}  // namespace Zq::Gantry::Security

@@ -58,10 +58,10 @@ PCRE2_SPTR16 UnitsOf(const std::u16string& text) {
   return reinterpret_cast<PCRE2_SPTR16>(text.data());
 }
 
+/// Both ends of a group that did not match are the same value.
 std::size_t CapturedChars(const pcre2_callout_block_16& block, std::size_t group) {
   if (group >= block.capture_top) return 0;
-  const PCRE2_SIZE begin = block.offset_vector[2 * group];
-  return begin == PCRE2_UNSET ? 0 : block.offset_vector[2 * group + 1] - begin;
+  return block.offset_vector[2 * group + 1] - block.offset_vector[2 * group];
 }
 
 int OnWatchPoint(pcre2_callout_block_16* block, void* watch) {

@@ -228,10 +228,10 @@ bool Translator::AddCharacterItem(std::u16string_view item) {
   return true;
 }
 
-/// An assertion cannot be repeated.
+/// An assertion reads no quantifier, so that one behind it has nothing to repeat.
 bool Translator::AddAssertion(std::u16string_view assertion) {
   result_.expression += assertion;
-  return !reader_.IsAtQuantifier();
+  return true;
 }
 
 void Translator::AddWatchPoint(WatchPoint point) {

@@ -106,7 +106,7 @@ TEST(PatternQuantifier, CountsFromLeastToMost) {
   constexpr std::size_t kNoLimit = 6;
   for (const auto& [expression, least, most] :
        {Row{L"a*", 0, kNoLimit}, Row{L"a+", 1, kNoLimit}, Row{L"a?", 0, 1}, Row{L"a{3}", 3, 3},
-        Row{L"a{2,}", 2, kNoLimit}, Row{L"a{2,4}", 2, 4}, Row{L"a{0}", 0, 0},
+        Row{L"a{2,}", 2, kNoLimit}, Row{L"a{2,4}", 2, 4}, Row{L"a{3,3}", 3, 3}, Row{L"a{0}", 0, 0},
         Row{L"a*?", 0, kNoLimit}, Row{L"a+?", 1, kNoLimit}, Row{L"a??", 0, 1}, Row{L"a{3}?", 3, 3},
         Row{L"a{2,}?", 2, kNoLimit}, Row{L"(?:a){2,4}?", 2, 4}}) {
     for (std::size_t count = 0; count <= kNoLimit; ++count) {
@@ -525,6 +525,24 @@ TEST(PatternLimit, OfBackTrackingPointsEndsTheMatch) {
   // The group goes round in 2 to the power of 19 and of 24 ways.
   EXPECT_TRUE(Matches(L"(?:a|a)*b|a*", std::wstring(19, L'a')));
   EXPECT_FALSE(Matches(L"(?:a|a)*b|a*", std::wstring(24, L'a')));
+}
+
+TEST(PatternLimit, OfBackTrackingPointsIsLowerWithManyGroups) {
+  const std::wstring groups = Repeat(L"()", 80);
+  EXPECT_TRUE(Matches(groups + L"(?:a|a)*b|a*", std::wstring(15, L'a')));
+  EXPECT_FALSE(Matches(groups + L"(?:a|a)*b|a*", std::wstring(19, L'a')));
+}
+
+TEST(PatternLimit, OfCharactersPassedEndsTheMatch) {
+  // From each place the second part goes to the end and back: the square of the length.
+  EXPECT_TRUE(Matches(L".*[^x]*x|a*", std::wstring(13'000, L'a')));
+  EXPECT_FALSE(Matches(L".*[^x]*x|a*", std::wstring(15'000, L'a')));
+}
+
+TEST(PatternLimit, OfCharactersPassedCountsWhatReferencesCompare) {
+  // Each length up to half the text is compared, at an eighth: a 64th of the square of the length.
+  EXPECT_TRUE(Matches(L"(a.*)\\1x|ab*", L"a" + std::wstring(100'000, L'b')));
+  EXPECT_FALSE(Matches(L"(a.*)\\1x|ab*", L"a" + std::wstring(120'000, L'b')));
 }
 
 TEST(PatternLimit, OfMemoryEndsTheMatch) {

@@ -4,8 +4,10 @@
 // something behind in this program.
 //
 //   access_client [FILE]
+//   access_client rule KIND TEXT VALUE
 //
-// FILE is judged as a library that the service would load; by default it is this program.
+// FILE is judged as a library that the service would load; by default it is this program. The
+// second form prints only whether VALUE passes a rule of that kind whose node holds TEXT.
 
 #include <cstdio>
 #include <cstdlib>
@@ -155,7 +157,7 @@ Reference Adopt(Interface* object) {
 }
 
 /// Whether `value` passes a rule of this kind whose node holds `ruleText`.
-bool Passes(const wchar_t* kind, const wchar_t* ruleText, const wchar_t* value) {
+bool Passes(const wchar_t* kind, const std::wstring& ruleText, const std::wstring& value) {
   const auto node = Adopt<Security::XmlNodeReference, Platform::WinRt::IXmlNode>(
       new AccessClient::TextNode(ruleText));
   const auto box =
@@ -180,6 +182,12 @@ void AskAboutParameters() {
 }  // namespace
 
 int main(int count, char** arguments) {
+  if (count == 5 && std::string(arguments[1]) == "rule") {
+    const bool passes =
+        Passes(Widen(arguments[2]).c_str(), Widen(arguments[3]), Widen(arguments[4]));
+    std::puts(passes ? "yes" : "no");
+    return EXIT_SUCCESS;
+  }
   AskAboutClients();
   AskOwnChecker();
   const bool nothingLeftBehind = AskWithoutChecker();

@@ -6,7 +6,7 @@
 #include <fstream>
 #include <memory>
 
-#include "ledger/json_document.h"
+#include "base/json_document.h"
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 

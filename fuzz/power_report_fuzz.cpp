@@ -10,7 +10,7 @@
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
 
-#include "ledger/date_text.h"
+#include "base/date_text.h"
 #include "reports/power_report.h"
 #include "reports/power_store.h"
 

@@ -6,8 +6,8 @@
 #include <fstream>
 #include <memory>
 
+#include "base/json_document.h"
 #include "catalogue/icon_target.h"
-#include "ledger/json_document.h"
 #include "reports/ranking.h"
 #include "reports/ranking_text.h"
 

@@ -25,7 +25,7 @@
 #include "security/access/exemption_white_lists.h"
 #include "security/access/manifest_exemption.h"
 #include "security/access/rule_validators.h"
-#include "security/trust/zq_authenticode_facade.h"
+#include "security/facade/zq_authenticode_facade.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 
 #include <cstddef>
 
-#include "ledger/wide_file.h"
+#include "base/wide_file.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 

@@ -1,6 +1,6 @@
 #include "catalogue/packaged_apps.h"
 
-#include "ledger/byte_text.h"
+#include "base/byte_text.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 

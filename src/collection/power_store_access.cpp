@@ -1,6 +1,6 @@
 #include "collection/power_store_access.h"
 
-#include "ledger/plain_file.h"
+#include "base/plain_file.h"
 #include "reports/power_budget.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {

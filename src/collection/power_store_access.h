@@ -4,7 +4,7 @@
 #include <mutex>
 #include <string>
 
-#include "ledger/json_document.h"
+#include "base/json_document.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 

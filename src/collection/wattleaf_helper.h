@@ -10,12 +10,12 @@
 #include <thread>
 #include <vector>
 
+#include "base/date_time.h"
+#include "base/json_document.h"
 #include "catalogue/installed_apps.h"
 #include "catalogue/published.h"
 #include "collection/collector_status.h"
 #include "collection/data_collector.h"
-#include "ledger/date_time.h"
-#include "ledger/json_document.h"
 #include "platform/win32/owners.h"
 #include "platform/win32/shared_resource.h"
 #include "platform/wmi/support_decision.h"

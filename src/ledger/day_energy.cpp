@@ -1,6 +1,6 @@
 #include "ledger/day_energy.h"
 
-#include "ledger/calendar.h"
+#include "base/calendar.h"
 #include "ledger/energy_arithmetic.h"
 #include "ledger/sample_element.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ledger/date_time.h"
+#include "base/date_time.h"
 #include "ledger/sample_files.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {

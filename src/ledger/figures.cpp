@@ -1,6 +1,6 @@
 #include "ledger/figures.h"
 
-#include "ledger/calendar.h"
+#include "base/calendar.h"
 #include "ledger/energy_arithmetic.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {

@@ -2,8 +2,8 @@
 
 #include <optional>
 
+#include "base/local_calendar.h"
 #include "ledger/energy_arithmetic.h"
-#include "ledger/local_calendar.h"
 #include "ledger/sample_element.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {

@@ -2,7 +2,7 @@
 
 #include <map>
 
-#include "ledger/json_document.h"
+#include "base/json_document.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 

@@ -2,10 +2,10 @@
 
 #include <string>
 
-#include "ledger/date_text.h"
+#include "base/date_text.h"
+#include "base/json_member.h"
+#include "base/local_calendar.h"
 #include "ledger/energy_arithmetic.h"
-#include "ledger/json_member.h"
-#include "ledger/local_calendar.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 

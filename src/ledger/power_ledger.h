@@ -4,9 +4,9 @@
 #include <functional>
 #include <map>
 
-#include "ledger/calendar.h"
-#include "ledger/date_time.h"
-#include "ledger/json_document.h"
+#include "base/calendar.h"
+#include "base/date_time.h"
+#include "base/json_document.h"
 
 // The ledger of daily energy: which days are worked out, and its form on disk, an array of objects
 // {"Key":"2024-03-01","Value":12.5} in ascending order of date.

@@ -2,8 +2,8 @@
 
 #include <optional>
 
-#include "ledger/date_time.h"
-#include "ledger/json_document.h"
+#include "base/date_time.h"
+#include "base/json_document.h"
 
 // One element of a day's list of samples, read with care: the data folder is written by others.
 namespace Zq::Gantry::Server::Services::Wattleaf {

@@ -1,6 +1,6 @@
 #include "ledger/sample_files.h"
 
-#include "ledger/date_text.h"
+#include "base/date_text.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 

@@ -3,8 +3,8 @@
 #include <functional>
 #include <string>
 
-#include "ledger/date_time.h"
-#include "ledger/json_document.h"
+#include "base/date_time.h"
+#include "base/json_document.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "ledger/calendar.h"
-#include "ledger/date_text.h"
-#include "ledger/local_calendar.h"
+#include "base/calendar.h"
+#include "base/date_text.h"
+#include "base/local_calendar.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 

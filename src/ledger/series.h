@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "ledger/date_time.h"
+#include "base/date_time.h"
 #include "ledger/power_ledger.h"
 
 // The data of the three charts, in chart order: the oldest entry first.

@@ -3,9 +3,9 @@
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
 
-#include "ledger/byte_text.h"
+#include "base/byte_text.h"
+#include "base/json_document.h"
 #include "ledger/energy_arithmetic.h"
-#include "ledger/json_document.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 

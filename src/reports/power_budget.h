@@ -2,8 +2,8 @@
 
 #include <cstddef>
 
-#include "ledger/guarded_json_stream.h"
-#include "ledger/json_document.h"
+#include "base/guarded_json_stream.h"
+#include "base/json_document.h"
 
 // What one pass over the report and the store may take. The sum stays below 1 GiB; it is worked out
 // in docs/decisions/reports.md, "Budget".

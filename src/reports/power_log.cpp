@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "ledger/local_calendar.h"
+#include "base/local_calendar.h"
 #include "reports/stored_row_size.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "ledger/date_time.h"
+#include "base/date_time.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 

@@ -5,9 +5,9 @@
 #include <pugixml.hpp>
 #include <string_view>
 
-#include "ledger/date_text.h"
-#include "ledger/utf8_text.h"
-#include "ledger/wide_file.h"
+#include "base/date_text.h"
+#include "base/utf8_text.h"
+#include "base/wide_file.h"
 #include "reports/decimal_text.h"
 #include "reports/report_tree_size.h"
 

@@ -2,8 +2,8 @@
 
 #include <string_view>
 
-#include "ledger/date_text.h"
-#include "ledger/json_member.h"
+#include "base/date_text.h"
+#include "base/json_member.h"
 #include "reports/power_log_format.h"
 #include "reports/stored_energy.h"
 

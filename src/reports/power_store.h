@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ledger/json_document.h"
+#include "base/json_document.h"
 #include "reports/power_log.h"
 #include "reports/reporting_period.h"
 

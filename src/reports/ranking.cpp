@@ -6,10 +6,10 @@
 #include <map>
 #include <optional>
 
+#include "base/byte_text.h"
+#include "base/date_text.h"
+#include "base/json_member.h"
 #include "catalogue/drive_path.h"
-#include "ledger/byte_text.h"
-#include "ledger/date_text.h"
-#include "ledger/json_member.h"
 #include "reports/power_log_format.h"
 #include "reports/stored_energy.h"
 

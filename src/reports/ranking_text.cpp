@@ -5,7 +5,7 @@
 
 #include <string_view>
 
-#include "ledger/utf8_text.h"
+#include "base/utf8_text.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 

@@ -1,7 +1,7 @@
 #include "reports/reporting_period.h"
 
-#include "ledger/calendar.h"
-#include "ledger/local_calendar.h"
+#include "base/calendar.h"
+#include "base/local_calendar.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "ledger/date_time.h"
+#include "base/date_time.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 

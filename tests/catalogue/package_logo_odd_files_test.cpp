@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "base/scratch_folder.h"
 #include "catalogue/package_logo.h"
-#include "ledger/scratch_folder.h"
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 using TestSupport::ScratchFolder;

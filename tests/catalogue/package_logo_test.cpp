@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "ledger/scratch_folder.h"
+#include "base/scratch_folder.h"
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 using TestSupport::ScratchFolder;

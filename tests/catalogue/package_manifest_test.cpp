@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "ledger/scratch_folder.h"
+#include "base/scratch_folder.h"
 
 using TestSupport::ScratchFolder;
 using TestSupport::WriteBytes;

@@ -10,9 +10,9 @@
 
 #include <gtest/gtest.h>
 
+#include "base/json_document.h"
 #include "collection/ledger_fixture.h"
 #include "ledger/encrypted_samples.h"
-#include "ledger/json_document.h"
 #include "ledger/played_days.h"
 #include "platform/win32/owners.h"
 

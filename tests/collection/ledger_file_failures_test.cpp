@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "base/played_attributes.h"
 #include "collection/ledger_fixture.h"
-#include "ledger/played_attributes.h"
 #include "ledger/played_days.h"
 
 // The daily pass beside files that cannot be read, written or trusted.

@@ -9,8 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include "base/local_calendar.h"
 #include "collection/ledger_fixture.h"
-#include "ledger/local_calendar.h"
 #include "ledger/played_days.h"
 #include "support/call_record.h"
 

@@ -7,10 +7,10 @@
 #include <string>
 #include <thread>
 
+#include "base/played_attributes.h"
 #include "collection/ledger_fixture.h"
 #include "collection/open_helper.h"
 #include "import_patch.h"
-#include "ledger/played_attributes.h"
 #include "reports/played_ranking.h"
 #include "support/log_capture.h"
 #include "support/temp_folder.h"

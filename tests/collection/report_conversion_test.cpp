@@ -9,10 +9,10 @@
 
 #include <gtest/gtest.h>
 
+#include "base/played_attributes.h"
 #include "catalogue/sample_program.h"
 #include "collection/ledger_fixture.h"
 #include "collection/open_helper.h"
-#include "ledger/played_attributes.h"
 #include "platform/win32/owners.h"
 
 // The conversion as the worker calls it, on a data folder of the test's own.

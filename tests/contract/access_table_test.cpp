@@ -6,7 +6,7 @@
 
 #include "contract/raw_table.h"
 #include "security/access/manifest_exemption.h"
-#include "security/trust/zq_authenticode_facade.h"
+#include "security/facade/zq_authenticode_facade.h"
 
 // The host's view of the two tables of the security layer: places, not names.
 namespace Zq::Gantry::Security {

@@ -3,7 +3,7 @@
 
 #include "collection/data_collector.h"
 #include "security/access/client_manifest_criteria.h"
-#include "security/trust/zq_authenticode_facade.h"
+#include "security/facade/zq_authenticode_facade.h"
 #include "service/zq_service.h"
 
 namespace {

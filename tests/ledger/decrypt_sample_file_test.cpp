@@ -9,10 +9,10 @@
 
 #include <gtest/gtest.h>
 
+#include "base/json_document.h"
+#include "base/played_attributes.h"
 #include "import_patch.h"
 #include "ledger/encrypted_samples.h"
-#include "ledger/json_document.h"
-#include "ledger/played_attributes.h"
 #include "support/temp_folder.h"
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;

@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-#include "ledger/date_time_text.h"
+#include "base/date_time_text.h"
 #include "ledger/encrypted_samples.h"
 #include "ledger/sample_reader.h"
 #include "support/temp_folder.h"

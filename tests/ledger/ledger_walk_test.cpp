@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "ledger/local_calendar.h"
+#include "base/local_calendar.h"
 #include "ledger/played_days.h"
 #include "ledger/power_ledger.h"
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "ledger/date_text.h"
+#include "base/date_text.h"
 #include "ledger/sample_files.h"
 
 namespace TestSupport {

@@ -7,9 +7,9 @@
 #include <memory>
 #include <string>
 
-#include "ledger/date_text.h"
-#include "ledger/json_document.h"
-#include "ledger/plain_file.h"
+#include "base/date_text.h"
+#include "base/json_document.h"
+#include "base/plain_file.h"
 #include "ledger/sample_files.h"
 #include "ledger/sample_reader.h"
 #include "support/temp_folder.h"

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "ledger/date_time_text.h"
+#include "base/date_time_text.h"
 #include "ledger/plain_copy.h"
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;

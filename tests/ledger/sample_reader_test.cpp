@@ -13,10 +13,10 @@
 
 #include <gtest/gtest.h>
 
+#include "base/date_time_text.h"
+#include "base/played_attributes.h"
 #include "import_patch.h"
-#include "ledger/date_time_text.h"
 #include "ledger/encrypted_samples.h"
-#include "ledger/played_attributes.h"
 #include "support/temp_folder.h"
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;

@@ -4,7 +4,7 @@
 
 #include <ostream>
 
-#include "ledger/local_calendar.h"
+#include "base/local_calendar.h"
 #include "ledger/played_days.h"
 #include "ledger/series_parts.h"
 

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "ledger/calendar.h"
+#include "base/calendar.h"
 #include "ledger/day_energy.h"
 #include "ledger/hourly_energy.h"
 #include "ledger/played_days.h"

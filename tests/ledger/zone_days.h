@@ -6,8 +6,8 @@
 #include <stdexcept>
 #include <string>
 
-#include "ledger/date_time.h"
-#include "ledger/local_calendar.h"
+#include "base/date_time.h"
+#include "base/local_calendar.h"
 
 // The days of 2025 on which the clocks of the tests' two zones change. Both are Sundays, and in
 // both zones clocks change in the small hours, so noon is always after the change.

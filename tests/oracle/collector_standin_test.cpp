@@ -13,8 +13,8 @@
 #include <string>
 #include <vector>
 
+#include "base/plain_file.h"
 #include "collection/data_collector.h"
-#include "ledger/plain_file.h"
 #include "notebook_model.h"
 #include "platform/win32/owners.h"
 #include "support/temp_folder.h"

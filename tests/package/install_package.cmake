@@ -37,13 +37,13 @@ set(wanted
   security/access/matching_descriptor.h
   security/access/rpc_security_helper.h
   security/access/rule_validators.h
-  security/access/runtime_reference.h
-  security/access/runtime_text.h
+  platform/winrt/runtime_reference.h
+  platform/winrt/runtime_text.h
   security/access/tool_launch_table.h
   security/trust/file_hash.h
   security/trust/signer_descriptor.h
   security/trust/util_helper.h
-  security/trust/zq_authenticode_facade.h
+  security/facade/zq_authenticode_facade.h
   security/trust/zq_authenticode_helper.h
   service/zq_service.h
   wattleaf_export.h)

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <chrono>
 
-#include "ledger/scratch_folder.h"
+#include "base/scratch_folder.h"
 #include "reports/many_rows.h"
 
 namespace {

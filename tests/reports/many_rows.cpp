@@ -3,8 +3,8 @@
 #include <fstream>
 #include <memory>
 
-#include "ledger/date_text.h"
-#include "ledger/local_calendar.h"
+#include "base/date_text.h"
+#include "base/local_calendar.h"
 #include "reports/power_budget.h"
 #include "reports/power_log_format.h"
 #include "reports/power_report.h"

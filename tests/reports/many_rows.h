@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <string>
 
-#include "ledger/date_time.h"
+#include "base/date_time.h"
 
 // Reports and stores of any number of rows, for measurements.
 namespace TestSupport {

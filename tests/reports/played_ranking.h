@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "ledger/date_text.h"
-#include "ledger/json_document.h"
+#include "base/date_text.h"
+#include "base/json_document.h"
 #include "reports/ranking.h"
 
 // A 30-day store as text, and icons that are only noted down.

@@ -9,7 +9,7 @@
 #include <memory>
 #include <string>
 
-#include "ledger/scratch_folder.h"
+#include "base/scratch_folder.h"
 #include "reports/power_store.h"
 #include "reports/report_times.h"
 #include "reports/stored_row_size.h"

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "ledger/local_calendar.h"
+#include "base/local_calendar.h"
 #include "reports/power_log.h"
 #include "reports/report_times.h"
 #include "reports/stored_row_size.h"

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "ledger/local_calendar.h"
+#include "base/local_calendar.h"
 #include "reports/report_times.h"
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "ledger/byte_text.h"
+#include "base/byte_text.h"
 #include "reports/played_ranking.h"
 
 using namespace TestSupport;

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "ledger/date_text.h"
+#include "base/date_text.h"
 #include "ledger/zone_days.h"
 #include "reports/played_ranking.h"
 

@@ -12,7 +12,7 @@
 #include <random>
 #include <string>
 
-#include "ledger/json_document.h"
+#include "base/json_document.h"
 #include "reports/many_rows.h"
 #include "reports/peak_memory.h"
 #include "reports/power_budget.h"

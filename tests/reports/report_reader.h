@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "ledger/scratch_folder.h"
+#include "base/scratch_folder.h"
 #include "reports/power_report.h"
 #include "reports/report_times.h"
 

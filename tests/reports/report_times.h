@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ledger/date_text.h"
+#include "base/date_text.h"
 
 namespace TestSupport {
 

@@ -13,9 +13,9 @@
 #include <string>
 #include <thread>
 
+#include "base/calendar.h"
 #include "collection/open_helper.h"
 #include "import_patch.h"
-#include "ledger/calendar.h"
 #include "service/wattleaf_service.h"
 #include "support/log_capture.h"
 #include "support/temp_folder.h"

@@ -7,8 +7,8 @@
 #include <map>
 
 #include "abi/xml_shapes.h"
-#include "security/access/runtime_reference.h"
-#include "security/access/runtime_text.h"
+#include "platform/winrt/runtime_reference.h"
+#include "platform/winrt/runtime_text.h"
 #include "wattleaf_export.h"
 
 // The rules by which a host judges the parameters of a request. A rule is a kind and a node of an

@@ -1,4 +1,4 @@
-#include "security/trust/zq_authenticode_facade.h"
+#include "security/facade/zq_authenticode_facade.h"
 
 #include <windows.h>
 

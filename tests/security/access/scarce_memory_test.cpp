@@ -14,7 +14,7 @@
 #include "import_patch.h"
 #include "security/access/judged_files.h"
 #include "security/access/tool_launch.h"
-#include "security/trust/zq_authenticode_facade.h"
+#include "security/facade/zq_authenticode_facade.h"
 
 namespace {
 

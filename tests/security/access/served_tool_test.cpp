@@ -8,7 +8,7 @@
 #include <gmock/gmock.h>
 
 #include "security/access/judged_files.h"
-#include "security/trust/zq_authenticode_facade.h"
+#include "security/facade/zq_authenticode_facade.h"
 
 namespace Zq::Gantry::Security {
 namespace {

@@ -10,10 +10,10 @@
 
 #include "import_patch.h"
 #include "security/access/tool_launch.h"
+#include "security/facade/zq_authenticode_facade.h"
 #include "security/played_catalogs.h"
 #include "security/played_path_calls.h"
 #include "security/trust/verify_result.h"
-#include "security/trust/zq_authenticode_facade.h"
 #include "support/log_capture.h"
 #include "support/temp_folder.h"
 

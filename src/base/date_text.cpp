@@ -1,0 +1,104 @@
+#include "base/date_text.h"
+
+#include <array>
+#include <ctime>
+#include <cwchar>
+#include <iomanip>
+#include <locale>
+#include <sstream>
+
+#include "base/broken_down_time.h"
+#include "base/local_calendar.h"
+
+namespace Zq::Gantry::Server::Services::Wattleaf {
+
+namespace {
+
+constexpr std::size_t kTextBufferChars = 512;
+constexpr std::size_t kMostCharsRead = 512;
+
+bool IsBetween(std::int32_t value, std::int32_t least, std::int32_t most) {
+  return value >= least && value <= most;
+}
+
+// What one C library refuses quietly ends the process in another, so it is never asked.
+bool IsInCalendar(const DateTime& time) {
+  return IsBetween(time.tm_sec, 0, 60) && IsBetween(time.tm_min, 0, 59) &&
+         IsBetween(time.tm_hour, 0, 23) && IsBetween(time.tm_mday, 1, 31) &&
+         IsBetween(time.tm_mon, 0, 11) && IsBetween(time.tm_year, -1900, 8099) &&
+         IsBetween(time.tm_wday, 0, 6) && IsBetween(time.tm_yday, 0, 365);
+}
+
+/// Older C libraries print nothing at all for "%T".
+std::string SpellOutTime(const char* format) {
+  std::string result;
+  for (; *format != '\0'; ++format) {
+    if (format[0] != '%' || format[1] == '\0') {
+      result += *format;
+      continue;
+    }
+    ++format;
+    result += *format == 'T' ? "%H:%M:%S" : std::string{'%', *format};
+  }
+  return result;
+}
+
+/// The start of a text that may be as long as a file. The stream steps over blanks, and no format
+/// reads more than `kMostCharsRead` characters after them.
+template <typename Char>
+std::basic_string<Char> TextToRead(const Char* text) {
+  const std::locale locale;
+  while (*text != Char() && std::isspace(*text, locale)) ++text;
+  std::size_t length = 0;
+  while (length < kMostCharsRead && text[length] != Char()) ++length;
+  return {text, length};
+}
+
+template <typename Char>
+void ReadAndNormalise(DateTime& result, const Char* text, const Char* format) {
+  std::tm fields{};
+  std::basic_istringstream<Char> stream{TextToRead(text)};
+  stream >> std::get_time(&fields, format);
+  result = FromTm(fields);
+
+  // Kept on purpose: the hour stands as it was read, so that a time in the last hour of a summer
+  // day comes out one day later (test ParseDateTime.ReadsTheLastHourOfASummerDayOneDayLater).
+  const std::int32_t hour = result.tm_hour;
+  MakeInstant(result);
+  result.tm_hour = hour;
+}
+
+}  // namespace
+
+std::wstring FormatDateWide(const DateTime& time) {
+  if (!IsInCalendar(time)) return {};
+  const std::tm fields = ToTm(time);
+  std::array<wchar_t, kTextBufferChars> buffer{};
+  return {buffer.data(), std::wcsftime(buffer.data(), buffer.size(), L"%Y-%m-%d", &fields)};
+}
+
+std::string FormatDateTime(const DateTime& time, const char* format) {
+  if (format == nullptr || !IsInCalendar(time)) return {};
+  const std::tm fields = ToTm(time);
+  std::array<char, kTextBufferChars> buffer{};
+  const std::string spelled = SpellOutTime(format);
+  return {buffer.data(), std::strftime(buffer.data(), buffer.size(), spelled.c_str(), &fields)};
+}
+
+std::string FormatLogTime(const DateTime& time) { return FormatDateTime(time, "%T %d-%m-%Y"); }
+
+DateTime& ParseDateTime(DateTime& result, const char* text, const char* format) {
+  result = {};
+  if (text == nullptr || format == nullptr) return result;
+  ReadAndNormalise(result, text, format);
+  return result;
+}
+
+DateTime& ParseWideDateTime(DateTime& result, const wchar_t* text) {
+  result = {};
+  if (text == nullptr) return result;
+  ReadAndNormalise(result, text, L"%Y-%m-%d:%T");
+  return result;
+}
+
+}  // namespace Zq::Gantry::Server::Services::Wattleaf

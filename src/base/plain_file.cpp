@@ -1,0 +1,82 @@
+#include "base/plain_file.h"
+
+#include <windows.h>
+
+#include <filesystem>
+#include <system_error>
+#include <vector>
+
+#include "base/link_check.h"
+
+namespace Zq::Gantry::Server::Services::Wattleaf {
+
+namespace {
+
+// The system's own limit on any path: a longer one cannot be there and cannot be made, and asking
+// for each of its parents takes a time that grows with the square of the length.
+constexpr std::size_t kLongestPathChars = 32767;
+
+bool IsNotFound(DWORD error) {
+  return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
+}
+
+}  // namespace
+
+bool IsPlainFile(const std::wstring& path) {
+  const DWORD attributes = GetFileAttributesW(path.c_str());
+  if (attributes == INVALID_FILE_ATTRIBUTES) return false;
+  if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) return false;
+  if (std::filesystem::is_symlink(std::filesystem::symlink_status(path))) return false;
+  return !IsLink(path, attributes);
+}
+
+bool IsKnownPlainFile(const std::wstring& path) {
+  try {
+    return IsPlainFile(path);
+  } catch (const std::filesystem::filesystem_error&) {
+    return false;
+  }
+}
+
+std::optional<bool> TryIsPlainFile(const std::wstring& path) {
+  const DWORD attributes = GetFileAttributesW(path.c_str());
+  if (attributes == INVALID_FILE_ATTRIBUTES) {
+    if (IsNotFound(GetLastError())) return false;
+    return std::nullopt;
+  }
+  if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) return false;
+  std::error_code error;
+  const auto status = std::filesystem::symlink_status(path, error);
+  if (status.type() == std::filesystem::file_type::none) return std::nullopt;
+  if (std::filesystem::is_symlink(status)) return false;
+  const std::optional<bool> isLink = TryIsLink(path, attributes);
+  if (!isLink) return std::nullopt;
+  return !*isLink;
+}
+
+// A loop, since a client's text reaches it: as many levels as the text has separators.
+bool CreateDirectoryTree(const std::wstring& path) {
+  if (path.size() > kLongestPathChars) return false;
+  std::vector<std::wstring::size_type> missing;
+  std::wstring parent = path;
+  DWORD attributes = GetFileAttributesW(parent.c_str());
+  while (attributes == INVALID_FILE_ATTRIBUTES) {
+    missing.push_back(parent.size());
+    const auto separator = parent.find_last_of(L"\\/");
+    if (separator == std::wstring::npos) break;
+    parent.resize(separator);
+    attributes = GetFileAttributesW(parent.c_str());
+  }
+  if (attributes != INVALID_FILE_ATTRIBUTES &&
+      (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT)) == 0) {
+    return false;
+  }
+  // Kept on purpose: a separator at the end of a new path makes the folder and answers false, for
+  // it is then made twice (test CreateDirectoryTree.AnswersFalseForANewPathWithASeparatorAtItsEnd).
+  for (auto length = missing.rbegin(); length != missing.rend(); ++length) {
+    if (!CreateDirectoryW(path.substr(0, *length).c_str(), nullptr)) return false;
+  }
+  return true;
+}
+
+}  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -1,0 +1,167 @@
+#include <io.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/calendar.h"
+#include "base/date_text.h"
+#include "base/device_path.h"
+#include "base/plain_file.h"
+#include "collection/wattleaf_helper.h"
+#include "ledger/day_energy.h"
+#include "ledger/figures.h"
+#include "ledger/hourly_energy.h"
+#include "ledger/power_ledger.h"
+#include "ledger/sample_files.h"
+#include "ledger/sample_reader.h"
+#include "ledger/series.h"
+#include "ledger/series_text.h"
+#include "logging/trace_logger.h"
+
+namespace Zq::Gantry::Server::Services::Wattleaf {
+
+namespace {
+
+using Logging::LogManager;
+
+/// Enters what the file holds into `ledger`; a file that is missing, no plain file or no JSON array
+/// enters nothing. False if its status cannot be read: it may hold days that `ledger` lacks, and
+/// must not be written over.
+bool LoadLedgerFile(const std::wstring& path, const DateTime& today, PowerLedger& ledger) {
+  const std::optional<bool> isPlain = TryIsPlainFile(path);
+  if (!isPlain) return false;
+  if (!*isPlain) return true;
+  const std::unique_ptr<GenericDocument> document(LoadJsonDocument(path));
+  if (document) LoadLedger(*document, OldestDay(today), ledger);
+  return true;
+}
+
+/// Whether the file holds the whole ledger: a write that fails half-way is not reported.
+bool HoldsLedger(const std::wstring& path, const PowerLedger& ledger) {
+  if (!IsKnownPlainFile(path)) return false;
+  const std::unique_ptr<GenericDocument> document(LoadJsonDocument(path));
+  return document && document->IsArray() && document->Size() == ledger.size();
+}
+
+/// A link in the place of a day's samples was never read, so it is not deleted either. Failure is
+/// ignored: the day is booked and its samples are not read again.
+void DeleteSamples(const std::vector<std::wstring>& paths) {
+  for (const std::wstring& path : paths) {
+    if (IsKnownPlainFile(path)) _wunlink(path.c_str());
+  }
+}
+
+/// Empties a list at the end of the scope.
+class ScopedList {
+ public:
+  explicit ScopedList(std::vector<std::wstring>& list) : list_(list) {}
+  ScopedList(const ScopedList&) = delete;
+  ScopedList& operator=(const ScopedList&) = delete;
+  ~ScopedList() { list_.clear(); }
+
+ private:
+  std::vector<std::wstring>& list_;
+};
+
+/// Replaces `result` by what `makeText` gives; on any exception logs `message` and leaves it.
+template <typename MakeText>
+void AnswerOrLog(std::wstring& result, const wchar_t* message, MakeText makeText) {
+  try {
+    result = makeText();
+  } catch (...) {
+    LogManager::GetLogger()->LogError(message);
+  }
+}
+
+}  // namespace
+
+std::string WattleafHelper::GetDevicePath(std::string drive) { return QueryDevicePath(drive); }
+
+GenericDocument* WattleafHelper::GetJsonFromDate(const DateTime& day) {
+  const std::wstring encrypted = EncryptedSamplePath(collectionPath, day);
+  if (std::ranges::find(discardedSamples, encrypted) != discardedSamples.end()) {
+    return ReadLeftoverCopyOfDay(collectionPath, day);
+  }
+  return ReadSamplesOfDay(collectionPath, day, [](const std::wstring& path) {
+    LogManager::GetLogger()->LogInfo(L"Decrypting file :%s", path.c_str());
+  });
+}
+
+void WattleafHelper::CalculateDailyPowerConsumption() {
+  const std::lock_guard lock(dataMutex);
+  const std::wstring ledgerPath = std::wstring(collectionPath) + L"\\" + kLedgerFileName;
+  const DateTime today = *GetCurrentDate();
+  LogManager::GetLogger()->LogInfo(L"Date:%s", FormatDateWide(today).c_str());
+
+  const bool mayBeSaved = LoadLedgerFile(ledgerPath, today, dailyLedger);
+  const auto energyOf = [this](const DateTime& day) {
+    try {
+      return CalculateDailyPowerConsumption(day);
+    } catch (const std::filesystem::filesystem_error&) {
+      return 0.0F;  // tried again at the next pass
+    }
+  };
+  const ScopedList discarded(discardedSamples);
+  UpdateLedger(today, dailyLedger,
+               {energyOf, [this](const DateTime& day) {
+                  discardedSamples.push_back(EncryptedSamplePath(collectionPath, day));
+                }});
+  RemoveLeftoverCopies(collectionPath);
+  if (!mayBeSaved || !SaveJsonDocument(ledgerPath, LedgerDocument(dailyLedger))) {
+    LogManager::GetLogger()->LogError(
+        L"Error in CalculateDailyPowerConsumption() : Save Json failed");
+  } else if (HoldsLedger(ledgerPath, dailyLedger)) {
+    // Only now: a process that ends earlier must find the samples again.
+    DeleteSamples(discardedSamples);
+  }
+  dataChanged = true;
+}
+
+float WattleafHelper::CalculateDailyPowerConsumption(const DateTime& day) {
+  return DayEnergyWh(day, [this](const DateTime& wanted) {
+    return std::unique_ptr<GenericDocument>(GetJsonFromDate(wanted));
+  });
+}
+
+std::map<int, float> WattleafHelper::GetPowerConsumption(const DateTime& day) {
+  const std::unique_ptr<GenericDocument> samples(GetJsonFromDate(day));
+  return HourlyEnergyWh(samples.get());
+}
+
+float WattleafHelper::GetDailyAveragePowerConsumption() {
+  const std::lock_guard lock(dataMutex);
+  return AverageDayEnergyWh(*GetCurrentDate(), dailyLedger);
+}
+
+float WattleafHelper::GetTreeSavedCount() { return TreesSaved(GetDailyAveragePowerConsumption()); }
+
+void WattleafHelper::GetDailyPowerConsumption(std::wstring& result) {
+  const std::lock_guard lock(dataMutex);
+  AnswerOrLog(result, L"Exception in GetDailyPowerConsumption", [this] {
+    const DateTime now = *GetCurrentDateTime();
+    const auto yesterday = GetPowerConsumption(ShiftKeepingHour(now, -kSecondsPerDay));
+    const auto today = GetPowerConsumption(now);
+    return SeriesText(HourSeries(now.tm_hour, yesterday, today), kHourLabelKey);
+  });
+}
+
+void WattleafHelper::GetWeeklyPowerConsumption(std::wstring& result) {
+  const std::lock_guard lock(dataMutex);
+  AnswerOrLog(result, L"Exception in GetWeeklyPowerConsumption", [this] {
+    return SeriesText(DaySeries(*GetCurrentDate(), dailyLedger), kDayLabelKey);
+  });
+}
+
+void WattleafHelper::GetMonthlyPowerConsumption(std::wstring& result) {
+  const std::lock_guard lock(dataMutex);
+  AnswerOrLog(result, L"Exception in GetMonthlyPowerConsumption", [this] {
+    const DateTime today = *GetCurrentDate();
+    return SeriesText(MonthSeries(today, *GetCurrentDateTime(), dailyLedger), kMonthLabelKey);
+  });
+}
+
+}  // namespace Zq::Gantry::Server::Services::Wattleaf

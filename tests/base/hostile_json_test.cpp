@@ -1,0 +1,140 @@
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include "base/guarded_json_stream.h"
+#include "base/json_document.h"
+#include "base/scratch_folder.h"
+
+using namespace Zq::Gantry::Server::Services::Wattleaf;
+using TestSupport::ScratchFolder;
+
+namespace {
+
+std::unique_ptr<GenericDocument> LoadText(const std::string& text) {
+  const ScratchFolder folder;
+  TestSupport::WriteBytes(folder.File("text.json"), text);
+  return std::unique_ptr<GenericDocument>(LoadJsonDocument(folder.File("text.json").wstring()));
+}
+
+std::string Repeated(std::string_view part, std::size_t count) {
+  std::string text;
+  text.reserve(part.size() * count);
+  for (std::size_t i = 0; i < count; ++i) text += part;
+  return text;
+}
+
+std::string NestedArrays(std::size_t depth) {
+  return std::string(depth, '[') + std::string(depth, ']');
+}
+
+std::string NestedObjects(std::size_t depth) {
+  return Repeated("{\"a\":", depth) + "1" + std::string(depth, '}');
+}
+
+std::string ArrayOfZeros(std::size_t count) { return "[" + Repeated("0,", count - 1) + "0]"; }
+
+}  // namespace
+
+TEST(HostileJson, MayNestSixtyFourDeep) {
+  EXPECT_TRUE(LoadText(NestedArrays(64)));
+  EXPECT_FALSE(LoadText(NestedArrays(65)));
+  EXPECT_TRUE(LoadText(NestedObjects(64)));
+  EXPECT_FALSE(LoadText(NestedObjects(65)));
+}
+
+TEST(HostileJson, CountsDepthNotNumberOfArrays) {
+  EXPECT_TRUE(LoadText("[" + Repeated("[[]],{\"a\":[]},", 1000) + "1]"));
+}
+
+TEST(HostileJson, IsUnreadableWhenItIsOneBracketOnly) {
+  EXPECT_FALSE(LoadText(std::string(30U << 20, '[')));
+  EXPECT_FALSE(LoadText(Repeated("{\"\":", 1U << 20)));
+  EXPECT_FALSE(LoadText(std::string(64U << 20, '[')));
+}
+
+TEST(HostileJson, MayBeSixtyFourMebibytesLong) {
+  const std::size_t limit = 64U * 1024 * 1024;
+  EXPECT_TRUE(LoadText("[]" + std::string(limit - 2, ' ')));
+  EXPECT_FALSE(LoadText("[]" + std::string(limit - 1, ' ')));
+}
+
+TEST(HostileJson, MayBeAsLongAsTheCallerSays) {
+  const ScratchFolder folder;
+  TestSupport::WriteBytes(folder.File("text.json"), "[1,2]");
+  const std::wstring path = folder.File("text.json").wstring();
+  EXPECT_TRUE(std::unique_ptr<GenericDocument>(LoadJsonDocument(path, 5)));
+  EXPECT_FALSE(std::unique_ptr<GenericDocument>(LoadJsonDocument(path, 4)));
+}
+
+TEST(HostileJson, MayHoldEightMillionValues) {
+  // The array itself is one of them.
+  const auto most = LoadText(ArrayOfZeros(7'999'999));
+  ASSERT_TRUE(most);
+  EXPECT_EQ(most->Size(), 7'999'999U);
+  EXPECT_FALSE(LoadText(ArrayOfZeros(8'000'000)));
+}
+
+TEST(HostileJson, MayHaveAsManyOpenValuesAsTheCallerSays) {
+  const ScratchFolder folder;
+  const std::wstring path = folder.File("text.json").wstring();
+  const auto isRead = [&](const std::string& text, std::size_t mostOpenValues) {
+    TestSupport::WriteBytes(folder.File("text.json"), text);
+    return std::unique_ptr<GenericDocument>(
+               LoadJsonDocument(path, kLargestDataFileBytes, mostOpenValues)) != nullptr;
+  };
+  // The array, the values of an inner one, and the inner ones that have ended.
+  EXPECT_TRUE(isRead("[1,2,3]", 4));
+  EXPECT_FALSE(isRead("[1,2,3]", 3));
+  EXPECT_TRUE(isRead("[[1,2,3],[1,2,3],[1,2,3]]", 7));
+  EXPECT_FALSE(isRead("[[1,2,3],[1,2,3],[1,2,3]]", 6));
+  EXPECT_TRUE(isRead(R"([{"a":1,"b":2},{"a":1,"b":2}])", 7));
+  EXPECT_FALSE(isRead(R"([{"a":1,"b":2},{"a":1,"b":2}])", 6));
+}
+
+TEST(HostileJson, MayHaveStringsOfSixteenMebibytes) {
+  // As they are spelled in the file: an escape has two bytes. Each string counts anew.
+  const std::string longest = Repeated("\\n", 4U << 20) + std::string(8U << 20, 'n');
+  EXPECT_TRUE(LoadText("[\"n\",\"" + longest + "\"]"));
+  EXPECT_FALSE(LoadText("[\"" + longest + "n\"]"));
+}
+
+TEST(HostileJson, EndsAtAnExponentThatOverflowsInTheParser) {
+  // The exponent less the ten decimal places is below -2^31.
+  EXPECT_FALSE(LoadText("[1.0000000000e-2147483639]"));
+  EXPECT_FALSE(LoadText("1.0000000000E-2147483639"));
+  EXPECT_FALSE(LoadText("{\"Power\":0.0000000000e-2147483639}"));
+  EXPECT_FALSE(LoadText("[\"\\\"\",1e-1000000000]"));
+}
+
+TEST(HostileJson, TakesSmallAndLongNumbers) {
+  const auto document =
+      LoadText("[1e-999999999,0." + std::string(100000, '0') + "1e-999999999,1e308,25e-1]");
+  ASSERT_TRUE(document);
+  EXPECT_EQ((*document)[0].GetDouble(), 0.0);
+  EXPECT_EQ((*document)[1].GetDouble(), 0.0);
+  EXPECT_EQ((*document)[2].GetDouble(), 1e308);
+  EXPECT_EQ((*document)[3].GetDouble(), 2.5);
+}
+
+TEST(HostileJson, LeavesTextsThatLookLikeExponentsAlone) {
+  const auto document = LoadText(R"(["1e-2147483639","\\",{"\"e99999999999":"e1234567890"}])");
+  ASSERT_TRUE(document);
+  EXPECT_STREQ((*document)[0].GetString(), "1e-2147483639");
+}
+
+TEST(HostileJson, EndsWhereAGrowingFilePassesTheLimit) {
+  const ScratchFolder folder;
+  TestSupport::WriteBytes(folder.File("text.json"), "[1,2,3]");
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(
+      std::fopen(folder.File("text.json").string().c_str(), "rb"), &std::fclose);
+  ASSERT_TRUE(file);
+  char buffer[8];
+  GuardedJsonStream stream(file.get(), buffer, sizeof(buffer), 4);
+  for (const char expected : {'[', '1', ',', '2'}) EXPECT_EQ(stream.Take(), expected);
+  EXPECT_FALSE(stream.Refused());
+  stream.Take();
+  EXPECT_TRUE(stream.Refused());
+  EXPECT_EQ(stream.Peek(), '\0');
+  EXPECT_EQ(stream.Take(), '\0');
+}

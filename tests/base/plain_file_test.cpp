@@ -1,0 +1,190 @@
+#include "base/plain_file.h"
+
+#include <windows.h>
+
+#include <errno.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+
+#include <gtest/gtest.h>
+
+#include "base/json_document.h"
+#include "base/played_attributes.h"
+#include "import_patch.h"
+#include "support/temp_folder.h"
+
+using namespace Zq::Gantry::Server::Services::Wattleaf;
+using TestSupport::PlayedReparsePoint;
+using TestSupport::TempFolder;
+
+namespace {
+
+struct TagCase {
+  const char* label;
+  DWORD tag;
+  bool isPlain;
+};
+
+const TagCase kTags[] = {
+    {"symbolic link", 0xA000000C, false},
+    {"mount point", 0xA0000003, false},
+    {"link of the Linux subsystem", 0xA000001D, false},
+    {"some vendor's name surrogate", 0x20001234, false},
+    {"link on a network file system", 0x80000014, false},
+    {"application execution link", 0x8000001B, false},
+    {"no tag", 0, false},
+    {"deduplicated content", 0x80000013, true},
+    {"content compressed by the system", 0x80000017, true},
+    {"content in the cloud", 0x9000001A, true},
+};
+
+// What the standard library asks for a status.
+int FailToTellStatus(const wchar_t*, struct _stat64*) {
+  errno = EACCES;
+  return -1;
+}
+
+DWORD WINAPI RefuseAttributes(const wchar_t*) {
+  SetLastError(ERROR_ACCESS_DENIED);
+  return INVALID_FILE_ATTRIBUTES;
+}
+
+}  // namespace
+
+TEST(IsPlainFile, IsTrueForAFile) {
+  const TempFolder folder;
+  TestSupport::WriteWholeFile(folder.File(L"a.json"), "x");
+  EXPECT_TRUE(IsPlainFile(folder.File(L"a.json")));
+  TestSupport::WriteWholeFile(folder.File(L"empty.json"), "");
+  EXPECT_TRUE(IsPlainFile(folder.File(L"empty.json")));
+}
+
+TEST(IsPlainFile, IsFalseForAFolder) {
+  const TempFolder folder;
+  EXPECT_FALSE(IsPlainFile(folder.Path()));
+}
+
+TEST(IsPlainFile, IsFalseForAMissingPath) {
+  const TempFolder folder;
+  EXPECT_FALSE(IsPlainFile(folder.File(L"missing.json")));
+  EXPECT_FALSE(IsPlainFile(folder.File(L"missing") + L"\\a.json"));
+  EXPECT_FALSE(IsPlainFile(L""));
+}
+
+TEST(IsPlainFile, IsFalseForAWildcard) {
+  const TempFolder folder;
+  TestSupport::WriteWholeFile(folder.File(L"a.json"), "x");
+  EXPECT_FALSE(IsPlainFile(folder.File(L"*.json")));
+  EXPECT_FALSE(IsPlainFile(folder.File(L"?.json")));
+}
+
+TEST(IsPlainFile, RefusesEveryReparsePointThatMayLeadElsewhere) {
+  const TempFolder folder;
+  const std::wstring path = folder.File(L"a.json");
+  TestSupport::WriteWholeFile(path, "x");
+  for (const auto& [label, tag, isPlain] : kTags) {
+    const PlayedReparsePoint played(path, tag);
+    EXPECT_EQ(IsPlainFile(path), isPlain) << label;
+  }
+}
+
+TEST(IsPlainFile, RefusesAReparsePointWhoseTagCannotBeHad) {
+  const TempFolder folder;
+  const std::wstring path = folder.File(L"a.json");
+  TestSupport::WriteWholeFile(path, "x");
+  PlayedReparsePoint played(path, 0x80000013);
+  ASSERT_TRUE(IsPlainFile(path));
+  played.FailSearch();
+  EXPECT_FALSE(IsPlainFile(path));
+}
+
+TEST(IsPlainFile, RefusesAReparsePointThatHasChangedMeanwhile) {
+  const TempFolder folder;
+  const std::wstring path = folder.File(L"a.json");
+  TestSupport::WriteWholeFile(path, "x");
+  PlayedReparsePoint played(path, 0x80000013);
+  played.SearchFindsNoReparsePoint();
+  EXPECT_FALSE(IsPlainFile(path));
+}
+
+TEST(IsPlainFile, ThrowsWhereTheStatusCannotBeHad) {
+  const TempFolder folder;
+  const std::wstring path = folder.File(L"a.json");
+  TestSupport::WriteWholeFile(path, "x");
+  const Standin::ImportPatch patch("_wstat64", &FailToTellStatus);
+  try {
+    IsPlainFile(path);
+    FAIL() << "no exception";
+  } catch (const std::filesystem::filesystem_error& error) {
+    EXPECT_NE(std::string(error.what()).find("symlink_status"), std::string::npos) << error.what();
+  }
+}
+
+TEST(IsPlainFile, IsFalseWhereTheAttributesCannotBeRead) {
+  const Standin::ImportPatch patch("GetFileAttributesW", &RefuseAttributes);
+  EXPECT_FALSE(IsPlainFile(L"C:\\a.json"));
+}
+
+TEST(IsKnownPlainFile, IsFalseWhereTheStatusCannotBeRead) {
+  const TempFolder folder;
+  const std::wstring path = folder.File(L"a.json");
+  TestSupport::WriteWholeFile(path, "x");
+  EXPECT_TRUE(IsKnownPlainFile(path));
+  const Standin::ImportPatch patch("_wstat64", &FailToTellStatus);
+  EXPECT_FALSE(IsKnownPlainFile(path));
+}
+
+TEST(TryIsPlainFile, AnswersAsIsPlainFileWhereAllQueriesSucceed) {
+  const TempFolder folder;
+  const std::wstring path = folder.File(L"a.json");
+  TestSupport::WriteWholeFile(path, "x");
+  EXPECT_EQ(TryIsPlainFile(path), true);
+  EXPECT_EQ(TryIsPlainFile(folder.Path()), false);
+  EXPECT_EQ(TryIsPlainFile(folder.File(L"missing.json")), false);
+  EXPECT_EQ(TryIsPlainFile(folder.File(L"missing") + L"\\a.json"), false);
+  for (const auto& [label, tag, isPlain] : kTags) {
+    const PlayedReparsePoint played(path, tag);
+    EXPECT_EQ(TryIsPlainFile(path), isPlain) << label;
+  }
+}
+
+TEST(TryIsPlainFile, HasNoAnswerWhereAQueryFails) {
+  const TempFolder folder;
+  const std::wstring path = folder.File(L"a.json");
+  TestSupport::WriteWholeFile(path, "x");
+  {
+    const Standin::ImportPatch patch("GetFileAttributesW", &RefuseAttributes);
+    EXPECT_EQ(TryIsPlainFile(path), std::nullopt);
+  }
+  {
+    const Standin::ImportPatch patch("_wstat64", &FailToTellStatus);
+    EXPECT_EQ(TryIsPlainFile(path), std::nullopt);
+  }
+  {
+    PlayedReparsePoint changed(path, 0x80000013);
+    changed.SearchFindsNoReparsePoint();
+    EXPECT_EQ(TryIsPlainFile(path), std::nullopt);
+  }
+  PlayedReparsePoint failing(path, 0x80000013);
+  failing.FailSearch();
+  EXPECT_EQ(TryIsPlainFile(path), std::nullopt);
+}
+
+TEST(SaveJsonDocument, WritesThroughNoPlayedLink) {
+  const TempFolder folder;
+  const std::wstring path = folder.File(L"a.json");
+  TestSupport::WriteWholeFile(path, "untouched");
+  GenericDocument document;
+  document.SetArray();
+  {
+    const PlayedReparsePoint played(path, IO_REPARSE_TAG_SYMLINK);
+    EXPECT_FALSE(SaveJsonDocument(path, document));
+  }
+  EXPECT_EQ(TestSupport::ReadWholeFile(path), "untouched");
+  {
+    const PlayedReparsePoint played(path, 0x80000013);
+    EXPECT_TRUE(SaveJsonDocument(path, document));
+  }
+  EXPECT_EQ(TestSupport::ReadWholeFile(path), "[]");
+}

@@ -1,0 +1,36 @@
+#include "base/played_attributes.h"
+
+namespace TestSupport {
+
+PlayedReparsePoint* PlayedReparsePoint::current_ = nullptr;
+
+PlayedReparsePoint::PlayedReparsePoint(const std::wstring& path, DWORD tag)
+    : path_(path),
+      tag_(tag),
+      attributes_("GetFileAttributesW", &PlayedReparsePoint::Attributes),
+      find_("FindFirstFileW", &PlayedReparsePoint::Find) {
+  current_ = this;
+}
+
+PlayedReparsePoint::~PlayedReparsePoint() { current_ = nullptr; }
+
+DWORD WINAPI PlayedReparsePoint::Attributes(const wchar_t* path) {
+  if (current_ != nullptr && current_->path_ == path) {
+    return FILE_ATTRIBUTE_ARCHIVE | FILE_ATTRIBUTE_REPARSE_POINT;
+  }
+  return current_->attributes_.Original<decltype(Attributes)>()(path);
+}
+
+HANDLE WINAPI PlayedReparsePoint::Find(const wchar_t* path, WIN32_FIND_DATAW* entry) {
+  const HANDLE search = current_->find_.Original<decltype(Find)>()(path, entry);
+  if (current_->path_ != path || search == INVALID_HANDLE_VALUE) return search;
+  if (current_->searchFails_) {
+    FindClose(search);
+    return INVALID_HANDLE_VALUE;
+  }
+  entry->dwFileAttributes |= current_->searchBit_;
+  entry->dwReserved0 = current_->tag_;
+  return search;
+}
+
+}  // namespace TestSupport

@@ -1,0 +1,77 @@
+#!/usr/bin/env python3
+"""check-structure finds each kind of mistake in a small tree, and nothing in the tree without it.
+
+check_structure_test.py CHECK"""
+
+import pathlib
+import subprocess
+import sys
+import tempfile
+import unittest
+
+CHECK = sys.argv.pop()
+
+GOOD_TREE = {
+    "src/base/text.h": "#pragma once\n",
+    "src/base/text.cpp": '#include "base/text.h"\n// free() in a comment; "LocalFree(" in a text\n',
+    "src/ledger/day.h": '#include "base/text.h"\n// Kept on purpose (test Day.IsLong).\n',
+    "src/platform/winrt/mingw/abi/shapes.h": "#pragma once\n",
+    "src/platform/winrt/calls.h": '#include "platform/winrt/mingw/abi/shapes.h"\n',
+    "src/platform/win32/owners.h": "void Release() { CloseHandle(handle); }\n",
+    "tests/ledger/day_test.cpp": "TEST(Day, IsLong) {\n",
+    "docs/ledger.md": "`Day.IsLong`, `Day.*` in `src/ledger/day.h`; `a.exe`; `[a](b)`; [here](ledger.md)\n",
+}
+
+
+class CheckStructure(unittest.TestCase):
+    def findings(self, changes):
+        with tempfile.TemporaryDirectory() as folder:
+            for name, text in {**GOOD_TREE, **changes}.items():
+                file = pathlib.Path(folder, name)
+                file.parent.mkdir(parents=True, exist_ok=True)
+                file.write_text(text)
+            run = subprocess.run([sys.executable, CHECK, "--root", folder], capture_output=True, text=True)
+        lines = run.stdout.splitlines()
+        clean = len(lines) == 1 and lines[0].startswith("check-structure: ")
+        self.assertEqual(run.returncode, 0 if clean else 1, run.stderr)
+        return [] if clean else lines
+
+    def test_finds_nothing_in_a_good_tree(self):
+        self.assertEqual(self.findings({}), [])
+
+    def test_names_an_include_that_goes_upwards(self):
+        self.assertEqual(self.findings({"src/base/text.h": '\n#include "ledger/day.h"\n'})[0],
+                         "src/base/text.h:2: base may not include ledger")
+
+    def test_names_a_folder_without_a_row(self):
+        self.assertEqual(self.findings({"src/utils/misc.h": ""}),
+                         ["src/utils/misc.h:1: the folder utils has no row in tools/check-structure"])
+
+    def test_names_a_circle(self):
+        self.assertEqual(self.findings({"src/ledger/day.h": '#include "ledger/year.h"\n',
+                                        "src/ledger/year.h": '#include "ledger/day.h"\n'}),
+                         ["src/ledger/day.h:1: include circle: "
+                          "ledger/day.h -> ledger/year.h -> ledger/day.h"])
+
+    def test_names_a_release_outside_an_owner(self):
+        self.assertEqual(self.findings({"src/ledger/day.cpp": "\nvoid f() { ::LocalFree(block); }\n"}),
+                         ["src/ledger/day.cpp:2: LocalFree outside an owner"])
+
+    def test_allows_the_releases_that_a_contract_forces_and_no_others_there(self):
+        self.assertEqual(self.findings({"src/service/zq_service.cpp": "free(a); fclose(b);\n"}),
+                         ["src/service/zq_service.cpp:1: fclose outside an owner"])
+
+    def test_names_a_test_of_a_document_or_comment_that_does_not_exist(self):
+        self.assertEqual(self.findings({"docs/ledger.md": "`Day.IsShort` `Night.*`\n",
+                                        "src/ledger/day.h": "// (test Day.IsShort)\n"}),
+                         ["docs/ledger.md:1: there is no test Day.IsShort",
+                          "docs/ledger.md:1: there is no test Night.*, nor that suite",
+                          "src/ledger/day.h:1: there is no test Day.IsShort"])
+
+    def test_names_a_link_and_a_file_that_do_not_exist(self):
+        self.assertEqual(self.findings({"docs/ledger.md": "[gone](gone.md)\n`src/ledger/gone.cpp`\n"}),
+                         ["docs/ledger.md:1: the link gone.md leads nowhere",
+                          "docs/ledger.md:2: there is no src/ledger/gone.cpp"])
+
+
+unittest.main()

@@ -12,7 +12,8 @@ install(TARGETS WattleafService EXPORT WattleafServiceTargets
   ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
   FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/WattleafService"
   FILE_SET abi DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/WattleafService")
-# The C++ runtime that the library shares with its callers. MSVC's is installed by itself.
+# The C++ runtime that the library shares with its callers. Microsoft's redistributable
+# package installs that of MSVC.
 if(WATTLEAF_RUNTIME_FILES)
   install(PROGRAMS ${WATTLEAF_RUNTIME_FILES} DESTINATION "${CMAKE_INSTALL_BINDIR}")
 endif()

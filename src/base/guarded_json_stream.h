@@ -8,7 +8,7 @@
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
 /// A longer string, as it is spelled in the file, ends the text: the parser collects it in a block
-/// that it doubles.
+/// that it enlarges by half each time.
 inline constexpr std::size_t kLongestJsonStringBytes = 16U * 1024 * 1024;
 
 /// RapidJSON's file stream with an end put to what its parser cannot take: more than `limitBytes`

@@ -65,7 +65,7 @@ WattleafHelper::~WattleafHelper() {
   try {
     StopCollection();
   } catch (...) {
-    // The closed library's failure ends with the process: there is nobody left to tell.
+    // Dropped: the library is being freed, and no caller could handle the failure.
   }
   UnloadCollector();
 }

@@ -48,7 +48,7 @@ bool HoldsLedger(const std::wstring& path, const PowerLedger& ledger) {
 }
 
 /// A link in the place of a day's samples was never read, so it is not deleted either. Failure is
-/// ignored: the day is booked and its samples are not read again.
+/// ignored: the day is booked and is not worked out again.
 void DeleteSamples(const std::vector<std::wstring>& paths) {
   for (const std::wstring& path : paths) {
     if (IsKnownPlainFile(path)) _wunlink(path.c_str());
@@ -114,11 +114,11 @@ void WattleafHelper::CalculateDailyPowerConsumption() {
   if (!mayBeSaved || !SaveJsonDocument(ledgerPath, LedgerDocument(dailyLedger))) {
     LogManager::GetLogger()->LogError(
         L"Error in CalculateDailyPowerConsumption() : Save Json failed");
-  } else if (HoldsLedger(ledgerPath, dailyLedger)) {
+  } else if (!discardedSamples.empty() && HoldsLedger(ledgerPath, dailyLedger)) {
     // Only now: a process that ends earlier must find the samples again.
     DeleteSamples(discardedSamples);
   }
-  dataChanged = true;
+  dataChanged.store(true, std::memory_order_relaxed);
 }
 
 float WattleafHelper::CalculateDailyPowerConsumption(const DateTime& day) {

@@ -14,7 +14,7 @@ constexpr std::uint64_t kAttributeBytes = 5 * sizeof(void*);
 constexpr std::uint64_t kPageBytes = 32 * 1024;
 constexpr std::uint64_t kPageLossDivisor = 100;
 
-/// A zero is none.
+/// A null character is not a blank.
 bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 
 /// Whether a text may follow the tag at the start of `part`, which reaches to the next "<". A ">"

@@ -13,8 +13,8 @@ namespace Standin::Packages {
 /// words:
 ///   fail:CALL=HEX   the call gives this HRESULT and no result
 ///   null:CALL       the call succeeds without an object
-///   address:uri     a logo's address has the path of a URI: "/C:/Program%20Files/..." (the
-///   default) address:plain   it has the file's own path: "/C:\Program Files\..."
+///   address:uri     a logo's address has the path of a URI: "/C:/Program%20Files/..." (default)
+///   address:plain   it has the file's own path: "/C:\Program Files\..."
 /// The calls: ActivateInstance, FindPackages, First, HasCurrent, Current, MoveNext, IsFramework,
 /// Id, Name, InstalledLocation, IStorageItem, Path, IPackage2, DisplayName, Logo, LogoPath,
 /// IPackage4, SignatureKind; those with an "I" of their own are requests for that interface.

@@ -65,6 +65,8 @@ TEST(HelperCore, FieldsThatThreadsShareWithoutALockAreAtomic) {
   EXPECT_TRUE((std::is_same_v<decltype(OpenHelper::dataChanged), std::atomic<bool>>));
   EXPECT_TRUE((std::is_same_v<decltype(OpenHelper::collectionStarted), std::atomic<bool>>));
   EXPECT_TRUE((std::is_same_v<decltype(OpenHelper::PlatformSupportState), std::atomic<int>>));
+  EXPECT_TRUE((std::is_same_v<decltype(OpenHelper::collectorModule),
+                              Platform::SharedResource<Platform::ModulePolicy>>));
   // A host's thread never waits for the worker to read one.
   EXPECT_TRUE(std::atomic<bool>::is_always_lock_free && std::atomic<int>::is_always_lock_free);
 }

@@ -6,9 +6,11 @@
 //   report=PATH        where each pass to come appends what it did, see RunPass
 //   unprotected        from now on the blobs of samples are their content: data protection is slow
 //   end-at=N           the N-th watched call of the next pass ends the process with status 9
-//   end-after-save=N   the same for the N-th watched call after the one that opens the ledger to
-//   save pass=TIME          a daily pass at that local time, "2024-05-08T14:30:00" copy-ledger=PATH
-//   copies the ledger file
+//   end-after-save=N   the same, counted from the call that opens the ledger for saving
+//
+//   pass=TIME          a daily pass at that local time, "2024-05-08T14:30:00"
+//
+//   copy-ledger=PATH   copies the ledger file
 
 #include <windows.h>
 

@@ -184,6 +184,20 @@ TEST_F(LedgerPasses, FailedSaveKeepsTheSamplesOfBookedDays) {
   RemoveDirectoryW(LedgerPath().c_str());
 }
 
+TEST_F(LedgerPasses, DayThatTheFilePutsBackToZeroAfterAFailedSaveIsWorkedOutFromItsSamples) {
+  WriteOneInterval("2024-05-03");
+  WriteLedger({LedgerElement("2024-05-03", "0.0")});
+  {
+    const TestSupport::FakeAttributesFailure failure(LedgerPath(), ERROR_SHARING_VIOLATION);
+    Run();
+  }
+  EXPECT_TRUE(HasSamples("2024-05-03"));
+  Run();
+  EXPECT_EQ(Booked("2024-05-03"), kThreeWh);
+  EXPECT_TRUE(FileHolds("2024-05-03", "3.409090995788574"));
+  EXPECT_FALSE(HasSamples("2024-05-03"));
+}
+
 TEST_F(LedgerPasses, DayBookedInAFailedSaveIsBookedByTheNextProcess) {
   WriteOneInterval("2024-05-03");
   CreateDirectoryW(LedgerPath().c_str(), nullptr);

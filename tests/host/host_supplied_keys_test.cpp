@@ -1,5 +1,5 @@
 // With the key lists as supplied, nobody of this build is trusted: the collector, though signed by
-// the development key and in a protected place, stays out.
+// the development key and in a allowed place, stays out.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// The waiting of serve-once, on a host that lies in no protected place: there the collector is
+// The waiting of serve-once, on a host that lies in no allowed place: there the collector is
 // never let in.
 
 #include <gmock/gmock.h>

@@ -17,7 +17,7 @@ file(GLOB libraries "${PACKAGE}/bin/*.dll")
 file(COPY ${libraries} "${LOGGING}" DESTINATION "${WORK}")
 
 # expect(<answer to the last two questions about the file> <file>...)
-function(expect trusted protected)
+function(expect trusted allowed)
   run("The example" "${EMULATOR}" "${PREFIX}" "${WORK}/access_client.exe" ${ARGN})
   string(REPLACE "\r" "" output "${output}")
   set(wanted "Store client ZQLumenGuard 2.0 is exempt: yes
@@ -28,7 +28,7 @@ a program is exempt where nobody is: no
 without a checker for store clients: The Behavior was not defined. A call to SetUwpChecker must be done.
 without a checker for programs: The Behavior was not defined. A call to SetWin32Checker must be done.
 the file is one that the service would load: ${trusted}
-its place is allowed: ${protected}
+its place is allowed: ${allowed}
 a client may start sfc.exe: no
 disk1 passes the rule regex: yes
 disk12 passes it: no

@@ -140,7 +140,7 @@ struct Shape {
 const std::map<std::string, Shape> kShapes{
     {"nothing", {Nothing, Nothing}},
     {"short-rows", {ShortRows, FullStore}},
-    {"usual-rows", {UsualRows, FullStore}},
+    {"ordinary-rows", {UsualRows, FullStore}},
     {"most-rows", {MostRows, FullStore, kMostPowerStoreRows}},
     {"rows-and-nodes", {RowsAndNodes, Nothing}},
     {"long-name", {LongName, FullStore}},

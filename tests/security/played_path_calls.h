@@ -54,7 +54,7 @@ class ScopedVariable {
   std::optional<std::wstring> before_;
 };
 
-/// The protected roots in fixed places, whatever the machine's.
+/// The allowed roots in fixed places, whatever the machine's.
 struct FixedRoots {
   ScopedVariable windows{L"windir", L"C:\\Windows"};
   ScopedVariable programs86{L"ProgramFiles(x86)", L"C:\\Program Files (x86)"};

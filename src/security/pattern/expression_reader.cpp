@@ -72,7 +72,7 @@ std::optional<unsigned> ExpressionReader::ReadNumber() {
   return number;
 }
 
-/// Behind "{".
+/// After "{".
 std::optional<Quantifier> ExpressionReader::ReadCounts() {
   const std::optional<unsigned> least = ReadNumber();
   if (!least) return std::nullopt;
@@ -160,7 +160,7 @@ std::optional<Escape> ExpressionReader::ReadEscape() {
   return Escape{Escape::Kind::kCharacters, std::move(part->set), 0};
 }
 
-/// Behind "[." , "[:" or "[=", whose second character is `kind`.
+/// After "[.", "[:" or "[=", whose second character is `kind`.
 std::optional<ExpressionReader::ClassPart> ExpressionReader::ReadBracketedName(char16_t kind) {
   const std::size_t end = rest_.find(kind);
   if (end == rest_.npos) return std::nullopt;

@@ -27,7 +27,8 @@ struct Escape {
   std::size_t group = 0;
 };
 
-/// Reads the parts of an expression that are no groups. What is absent is not valid.
+/// Reads the parts of an expression that are no groups. An empty result means
+/// that the expression is not valid.
 class ExpressionReader {
  public:
   explicit ExpressionReader(std::u16string_view expression) : rest_(expression) {}
@@ -39,9 +40,9 @@ class ExpressionReader {
 
   /// One quantifier, or {1,1} where none stands.
   std::optional<Quantifier> ReadQuantifier();
-  /// Behind a backslash.
+  /// After a backslash.
   std::optional<Escape> ReadEscape();
-  /// Behind "[", up to and including "]".
+  /// After "[", up to and including "]".
   std::optional<CharacterSet> ReadClass();
 
  private:

@@ -228,7 +228,7 @@ bool Translator::AddCharacterItem(std::u16string_view item) {
   return true;
 }
 
-/// An assertion reads no quantifier, so that one behind it has nothing to repeat.
+/// An assertion reads no quantifier, so that one after it has nothing to repeat.
 bool Translator::AddAssertion(std::u16string_view assertion) {
   result_.expression += assertion;
   return true;

@@ -12,11 +12,11 @@ enum class WatchPoint : unsigned {
   kMoved = 0,              ///< the match has come to a place
   kFixedRun = 1,           ///< a long repetition with a fixed part begins
   kChoice = 2,             ///< a group of many alternatives begins
-  kRepeatedReference = 3,  ///< so does a repeated back-reference
-  kReference = 4,          ///< and one to the first group; the other groups' numbers follow
+  kRepeatedReference = 3,  ///< a repeated back-reference begins
+  kReference = 4,          ///< one to group 1 begins; the other groups' numbers follow
 };
 
-/// Groups behind it cannot be referred to: callouts have numbers up to 255.
+/// Groups after this one cannot be referred to: callouts have numbers up to 255.
 inline constexpr std::size_t kLastGroupToReferTo = 250;
 
 /// An expression in the words of PCRE2.
@@ -29,8 +29,8 @@ struct Translation {
 };
 
 /// The expression for PCRE2, or nothing if it is not valid in the default grammar (ECMAScript) of
-/// the standard's regular expressions. docs/rules.md has that grammar's edges. Takes linear time,
-/// and a stack that does not depend on the expression.
+/// the standard's regular expressions. docs/rules.md has that grammar's edges. Takes time that the
+/// limit on its length bounds, and a stack that does not depend on the expression.
 ///
 /// Between two watch points a match passes at most some hundred characters, apart from what can be
 /// worked out at the second one. Counts beyond 65,535 are not valid, since PCRE2 has none.

@@ -2,8 +2,8 @@
 
 #include "platform/win32/owners.h"
 
-// Pipes and devices are no files that anybody can have signed: a pipe gives whatever its server
-// likes each time that it is opened, and may never end.
+// Pipes and devices cannot be signed: a pipe's server may give another content each time that it is
+// opened, and it may never end.
 namespace Zq::Gantry::Security {
 
 /// Opens a file on a disk for reading, with full sharing, so that other programs keep their access.

@@ -74,7 +74,7 @@ TEST_F(Facade, HasNoData) {
   EXPECT_FALSE(std::has_virtual_destructor_v<ZQAuthenticodeFacade>);
 }
 
-TEST_F(Facade, AServiceFileNeedsTheServicesKeyAndAProtectedPlace) {
+TEST_F(Facade, AServiceFileNeedsTheServicesKeyAndAnAllowedPlace) {
   files_.SignAllForTheService();
   EXPECT_TRUE(facade_.IsServiceFileTrusted(kProtected));
   EXPECT_FALSE(facade_.IsServiceFileTrusted(kElsewhere));

@@ -49,7 +49,7 @@ class SignedTools : public testing::Test {
   }
 
   Standin::ImportPatch patch_{"WinVerifyTrust", &RootJudgingWinVerifyTrust};
-  // The samples lie in a protected place for as long as the test runs.
+  // The samples lie in a allowed place for as long as the test runs.
   ScopedVariable windows_{L"windir", SampleFolder().c_str()};
   ScopedVariable programs86_{L"ProgramFiles(x86)", L"C:\\Program Files (x86)"};
   ScopedVariable programs_{L"ProgramFiles", L"C:\\Program Files"};

@@ -76,7 +76,7 @@ void FeatureReader::ReadEscape() {
   ReadControl();
   const wchar_t c = At();
   if (c >= L'1' && c <= L'9') return ReadReference();
-  if (c == L'0' && IsDigit(At(1))) found_.hasDigitBehindNull = true;
+  if (c == L'0' && IsDigit(At(1))) found_.hasDigitAfterNull = true;
   if ((c == L'b' || c == L'B') && lookAheads_ > 0) found_.hasPlaceInLookAhead = true;
   at_ += c == L'c' ? 2 : c == L'x' ? 3 : c == L'u' ? 5 : 1;
   ReadQuantifiers();
@@ -94,23 +94,23 @@ void FeatureReader::ReadReference() {
 
 void FeatureReader::ReadClass() {
   ++at_;
-  bool isBehindDash = false;
+  bool isAfterDash = false;
   while (at_ < text_.size() && At() != L']') {
     const bool isName = At() == L'[' && (At(1) == L'.' || At(1) == L'=' || At(1) == L':');
     if (isName) {
       if (At(1) != L':' && At(3) == At(1) && !IsLetter(At(2))) found_.hasCollatedCharacter = true;
-      if (At(1) == L'.' && isBehindDash) found_.hasCollatedRangeEnd = true;
+      if (At(1) == L'.' && isAfterDash) found_.hasCollatedRangeEnd = true;
       const std::size_t end = text_.find(At(1), at_ + 2);
       if (end == text_.npos) break;
       at_ = end + 2;
-      isBehindDash = false;
+      isAfterDash = false;
       continue;
     }
-    isBehindDash = At() == L'-';
+    isAfterDash = At() == L'-';
     if (At() == L'\\') {
       ++at_;
       ReadControl();
-      if (At() == L'0' && IsDigit(At(1))) found_.hasDigitBehindNull = true;
+      if (At() == L'0' && IsDigit(At(1))) found_.hasDigitAfterNull = true;
       if (At() == L'c') ++at_;
     }
     ++at_;

@@ -9,7 +9,7 @@ namespace TestSupport {
 struct ExpressionFeatures {
   // Accepted by the standard library, not by us.
   bool hasTwoQuantifiers = false;        ///< a+*
-  bool hasDigitBehindNull = false;       ///< \01
+  bool hasDigitAfterNull = false;        ///< \01
   bool hasControlWithoutLetter = false;  ///< \c1
   // Accepted by us, not by the standard library.
   bool hasCollatedCharacter = false;  ///< [.-.], a character that is no letter

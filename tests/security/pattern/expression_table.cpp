@@ -1,6 +1,6 @@
 // Prints random expressions with texts and our answers, for expression_check.py. A line each: "E",
 // the expression, 1 if it is valid; below it "T", a text, 1 if it matches. Texts are written as the
-// hexadecimal codes of their 16-bit characters, four digits each, behind a point.
+// hexadecimal codes of their 16-bit characters, four digits each, after a point.
 
 #include <cstdio>
 #include <string>

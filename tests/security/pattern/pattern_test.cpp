@@ -146,7 +146,7 @@ TEST(PatternEdge, TheGrammarsEscapesAreThose) {
   }
 }
 
-TEST(PatternEdge, ALetterThatMeansNothingBehindABackslashIsItself) {
+TEST(PatternEdge, AnEscapedLetterWithoutMeaningIsItself) {
   for (const wchar_t letter : std::wstring(L"aeghijklmopqyzACEFGHIJKLMNOPQRTUVXYZ_")) {
     const std::wstring expression = L"\\"s + letter;
     EXPECT_TRUE(Matches(expression, std::wstring(1, letter))) << testing::PrintToString(letter);

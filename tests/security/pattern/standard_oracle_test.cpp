@@ -53,7 +53,7 @@ bool MayDifferInValidity(const ExpressionFeatures& features, bool isOursValid) {
   // As the end of a range, a control character may come before the range's begin.
   if (features.hasControlLetter) return true;
   return isOursValid ? features.hasCollatedCharacter || features.hasCollatedRangeEnd
-                     : features.hasTwoQuantifiers || features.hasDigitBehindNull ||
+                     : features.hasTwoQuantifiers || features.hasDigitAfterNull ||
                            features.hasControlWithoutLetter;
 }
 

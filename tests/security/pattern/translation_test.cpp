@@ -45,7 +45,7 @@ TEST(Translation, WatchesALongRowOfItems) {
   EXPECT_EQ(Translated(Repeat(u"a", 64)), Repeat(u"a", 64));
   EXPECT_EQ(Translated(Repeat(u"a", 66)), Repeat(u"a", 65) + u"(?C0)a");
   EXPECT_EQ(Translated(u"a{40}a{0,25}a"), u"a{40,40}a{0,25}(?C0)a");
-  // Counted anew behind a watch point.
+  // Counted anew after a watch point.
   EXPECT_EQ(Translated(Repeat(u"a", 64) + u"a*" + Repeat(u"a", 64)),
             Repeat(u"a", 64) + u"(?C0)a{0,}(?C0)" + Repeat(u"a", 64));
   // Also where an item may be left out.

@@ -1,5 +1,5 @@
 # The development key: made once in the build folder, which it never leaves, to sign what the build
-# itself plays (the collector stand-in, files for tests). Only a build with development keys trusts it.
+# itself simulates (the collector stand-in, files for tests). Only a build with development keys trusts it.
 set(WATTLEAF_DEVELOPMENT_KEY "${CMAKE_BINARY_DIR}/development-key")
 find_program(WATTLEAF_OPENSSL openssl)
 find_program(WATTLEAF_OSSLSIGNCODE osslsigncode)

@@ -20,10 +20,10 @@ void WriteMember(JsonWriter& writer, const char* name, std::string_view text) {
   WriteText(writer, text);
 }
 
-void WritePlayedCalls(JsonWriter& writer, const std::vector<PlayedRow>& rows) {
-  writer.Key("playedCalls");
+void WriteSimulatedCalls(JsonWriter& writer, const std::vector<SimulatedRow>& rows) {
+  writer.Key("simulatedCalls");
   writer.StartArray();
-  for (const PlayedRow& row : rows) {
+  for (const SimulatedRow& row : rows) {
     writer.StartObject();
     WriteMember(writer, "name", row.name);
     WriteMember(writer, "reason", row.reason);
@@ -57,7 +57,7 @@ std::string ToJson(const Report& report) {
   WriteMember(writer, "host", report.version);
   WriteMember(writer, "library", report.library);
   if (!report.pass.empty()) WriteMember(writer, "pass", report.pass);
-  WritePlayedCalls(writer, report.playedCalls);
+  WriteSimulatedCalls(writer, report.simulatedCalls);
   writer.Key("commands");
   writer.StartArray();
   for (const Answer& answer : report.answers) WriteAnswer(writer, answer);

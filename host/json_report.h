@@ -7,7 +7,7 @@
 
 namespace WattleafHost {
 
-struct PlayedRow {
+struct SimulatedRow {
   std::string name;
   std::string reason;
 };
@@ -18,7 +18,7 @@ struct Report {
   std::string library;
   /// "completed", "not started" or "still running"; empty where no pass was asked for.
   std::string pass;
-  std::vector<PlayedRow> playedCalls;
+  std::vector<SimulatedRow> simulatedCalls;
   std::vector<Answer> answers;
   std::string dataFolder;
   /// What command 2 is asked with.
@@ -28,9 +28,10 @@ struct Report {
   std::string log;
 };
 
-/// One object on one line: "host", "library", "pass" (where there was one), "playedCalls" (objects
-/// of "name" and "reason"), "commands" (objects of "number", "title", "status" and "text", which is
-/// null unless the status is 0), "dataFolder", "iconFolder", "days" and "log" (a text or null).
+/// One object on one line: "host", "library", "pass" (where there was one), "simulatedCalls"
+/// (objects of "name" and "reason"), "commands" (objects of "number", "title", "status" and "text",
+/// which is null unless the status is 0), "dataFolder", "iconFolder", "days" and "log" (a text or
+/// null).
 std::string ToJson(const Report& report);
 
 }  // namespace WattleafHost

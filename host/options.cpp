@@ -39,8 +39,8 @@ void AddOptions(CLI::App& app, Options& options) {
   app.set_version_flag("--version", "wattleaf_host " WATTLEAF_HOST_VERSION);
   app.add_flag("--json", options.json, "Print one JSON object, for machines");
   app.add_flag_callback(
-      "--no-played-calls", [&options] { options.playCalls = false; },
-      "Play no system calls: for a real Windows");
+      "--no-simulated-calls", [&options] { options.simulateCalls = false; },
+      "Simulate no system calls: for a real Windows");
   app.add_option("--icons", options.iconFolder, "Where command 2 puts icons; made if missing")
       ->check(CheckIconFolder)
       ->capture_default_str();

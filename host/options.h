@@ -10,7 +10,7 @@ namespace WattleafHost {
 /// What the user asked for.
 struct Options {
   bool json = false;
-  bool playCalls = true;
+  bool simulateCalls = true;
   /// serve-once: the worker sleeps its 90 seconds; the day's sleep ends the pass without being
   /// waited for.
   bool realTime = false;

@@ -50,11 +50,11 @@ void NoticeEnd(PassEnd end, unsigned int limitSeconds) {
 /// What stands in the library's import table.
 struct Replacements {
   Replacements(HMODULE module, const Options& options)
-      : played(module, options.playCalls),
+      : simulated(module, options.simulateCalls),
         watch(module,
               options.realTime ? SleepWatch::Delay::kRealTime : SleepWatch::Delay::kSkipped) {}
 
-  Standin::PlayedCalls played;
+  Standin::SimulatedCalls simulated;
   SleepWatch watch;
 };
 
@@ -73,9 +73,9 @@ PassEnd LetOnePassHappen(SleepWatch& watch, const Options& options) {
                            [&progress](std::chrono::seconds elapsed) { progress.Update(elapsed); });
 }
 
-std::string PlayedText(const Report& report) {
+std::string SimulatedText(const Report& report) {
   std::string names;
-  for (const PlayedRow& row : report.playedCalls) {
+  for (const SimulatedRow& row : report.simulatedCalls) {
     names += (names.empty() ? "" : "\n                ") + row.name;
   }
   return names.empty() ? "none" : names;
@@ -102,7 +102,7 @@ void PrintForPeople(const Report& report) {
   Print("WattleafService, asked by wattleaf_host " + report.version + "\n");
   Print("  library       " + report.library + "\n");
   Print("  pass          " + report.pass + "\n");
-  Print("  played calls  " + PlayedText(report) + "\n\n");
+  Print("  simulated calls  " + SimulatedText(report) + "\n\n");
   Print(AnswerTable(report.answers));
   PrintDetails(report);
   Print("\n  data folder   " + report.dataFolder + "\n");
@@ -123,7 +123,7 @@ int ServeOnce(const Options& options) {
   const PassEnd end = LetOnePassHappen(replacements.watch, options);
   NoticeEnd(end, options.limitSeconds);
 
-  Report report = StartReport(service, replacements.played.InPlace(), options);
+  Report report = StartReport(service, replacements.simulated.InPlace(), options);
   report.pass = PassText(end);
   report.answers = AskEach(
       service, end == PassEnd::kStillRunning ? kCommandsWithoutLock : kAllCommands, options);

@@ -4,12 +4,12 @@
 
 namespace WattleafHost {
 
-Report StartReport(const LoadedService& service, const std::vector<Standin::PlayedCall>& played,
-                   const Options& options) {
+Report StartReport(const LoadedService& service,
+                   const std::vector<Standin::SimulatedCall>& simulated, const Options& options) {
   Report report;
   report.version = WATTLEAF_HOST_VERSION;
   report.library = service.LibraryPath();
-  for (const auto& call : played) report.playedCalls.push_back({call.name, call.reason});
+  for (const auto& call : simulated) report.simulatedCalls.push_back({call.name, call.reason});
   report.dataFolder = kDataFolder;
   report.iconFolder = options.iconFolder;
   report.days = options.days;

@@ -37,10 +37,10 @@ void PrintForPeople(const Answer& answer, const Options& options) {
 
 int RunSingleCommand(const Options& options) {
   LoadedService service;
-  const Standin::PlayedCalls played(service.Module(), options.playCalls);
+  const Standin::SimulatedCalls simulated(service.Module(), options.simulateCalls);
   const Answer answer = service.Ask(options.number, InputOf(options.number, options));
   if (options.json) {
-    Report report = StartReport(service, played.InPlace(), options);
+    Report report = StartReport(service, simulated.InPlace(), options);
     report.answers = {answer};
     Print(ToJson(report) + "\n");
   } else {

@@ -1,6 +1,6 @@
 // Stand-in for the firmware's WMI classes and for the one class of WMI that the library reads. It
-// plays a supported notebook: what is written to firmware item 0x010A is read back, item 0x010B has
-// its flag set, and the third OEM string carries the marker.
+// simulates a supported notebook: what is written to firmware item 0x010A is read back, item 0x010B
+// has its flag set, and the third OEM string carries the marker.
 //
 // The environment variable WATTLEAF_FIRMWARE makes it deviate; comma-separated words:
 //   flag-clear              the platform flag is not set

@@ -11,7 +11,7 @@
 // Part of the stand-in for the firmware's WMI objects.
 namespace Standin::Firmware {
 
-/// Plays WMI in this process for as long as it lives: for all threads of the multithreaded
+/// Simulates WMI in this process for as long as it lives: for all threads of the multithreaded
 /// apartment, of which the calling thread becomes a member.
 class RegisteredFirmware {
  public:

@@ -1,6 +1,6 @@
 #pragma once
 
-// Stand-in: what the environment tells the played parts.
+// Stand-in: what the environment tells the simulated parts.
 
 #include <windows.h>
 

@@ -1,4 +1,4 @@
-// Stand-in for the system's package manager. It plays the packages below
+// Stand-in for the system's package manager. It simulates the packages below
 // "C:\Program Files\WindowsApps": each folder with a file "package.txt" is one (package_folder.h
 // has its lines); the manifest and the logos beside it are real files.
 //
@@ -14,8 +14,8 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "played_manager.h"
 #include "runtime_object.h"
+#include "simulated_manager.h"
 
 namespace {
 

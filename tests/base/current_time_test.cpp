@@ -23,14 +23,14 @@ constexpr __time64_t kLastSecond = 1795219199;
 
 __time64_t g_now = 0;
 
-__time64_t PlayedTime(__time64_t* now) {
+__time64_t FakeTime(__time64_t* now) {
   if (now != nullptr) *now = g_now;
   return g_now;
 }
 
 class CurrentTime : public testing::Test {
  protected:
-  const Standin::ImportPatch clock_{"_time64", &PlayedTime};
+  const Standin::ImportPatch clock_{"_time64", &FakeTime};
 };
 
 }  // namespace

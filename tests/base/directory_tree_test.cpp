@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "base/fake_attributes.h"
 #include "base/plain_file.h"
-#include "base/played_attributes.h"
 #include "import_patch.h"
 #include "support/temp_folder.h"
 
@@ -42,7 +42,7 @@ TEST(CreateDirectoryTree, IsContentWithAFolderThatIsThere) {
 TEST(CreateDirectoryTree, IsContentWithAReparsePoint) {
   const TempFolder folder;
   TestSupport::WriteWholeFile(folder.File(L"link"), "x");
-  const TestSupport::PlayedReparsePoint played(folder.File(L"link"), IO_REPARSE_TAG_SYMLINK);
+  const TestSupport::FakeReparsePoint fake(folder.File(L"link"), IO_REPARSE_TAG_SYMLINK);
   EXPECT_TRUE(CreateDirectoryTree(folder.File(L"link")));
 }
 

@@ -9,13 +9,13 @@
 
 #include <gtest/gtest.h>
 
+#include "base/fake_attributes.h"
 #include "base/json_document.h"
-#include "base/played_attributes.h"
 #include "import_patch.h"
 #include "support/temp_folder.h"
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
-using TestSupport::PlayedReparsePoint;
+using TestSupport::FakeReparsePoint;
 using TestSupport::TempFolder;
 
 namespace {
@@ -84,7 +84,7 @@ TEST(IsPlainFile, RefusesEveryReparsePointThatMayLeadElsewhere) {
   const std::wstring path = folder.File(L"a.json");
   TestSupport::WriteWholeFile(path, "x");
   for (const auto& [label, tag, isPlain] : kTags) {
-    const PlayedReparsePoint played(path, tag);
+    const FakeReparsePoint fake(path, tag);
     EXPECT_EQ(IsPlainFile(path), isPlain) << label;
   }
 }
@@ -93,9 +93,9 @@ TEST(IsPlainFile, RefusesAReparsePointWhoseTagCannotBeHad) {
   const TempFolder folder;
   const std::wstring path = folder.File(L"a.json");
   TestSupport::WriteWholeFile(path, "x");
-  PlayedReparsePoint played(path, 0x80000013);
+  FakeReparsePoint fake(path, 0x80000013);
   ASSERT_TRUE(IsPlainFile(path));
-  played.FailSearch();
+  fake.FailSearch();
   EXPECT_FALSE(IsPlainFile(path));
 }
 
@@ -103,8 +103,8 @@ TEST(IsPlainFile, RefusesAReparsePointThatHasChangedMeanwhile) {
   const TempFolder folder;
   const std::wstring path = folder.File(L"a.json");
   TestSupport::WriteWholeFile(path, "x");
-  PlayedReparsePoint played(path, 0x80000013);
-  played.SearchFindsNoReparsePoint();
+  FakeReparsePoint fake(path, 0x80000013);
+  fake.SearchFindsNoReparsePoint();
   EXPECT_FALSE(IsPlainFile(path));
 }
 
@@ -144,7 +144,7 @@ TEST(TryIsPlainFile, AnswersAsIsPlainFileWhereAllQueriesSucceed) {
   EXPECT_EQ(TryIsPlainFile(folder.File(L"missing.json")), false);
   EXPECT_EQ(TryIsPlainFile(folder.File(L"missing") + L"\\a.json"), false);
   for (const auto& [label, tag, isPlain] : kTags) {
-    const PlayedReparsePoint played(path, tag);
+    const FakeReparsePoint fake(path, tag);
     EXPECT_EQ(TryIsPlainFile(path), isPlain) << label;
   }
 }
@@ -162,28 +162,28 @@ TEST(TryIsPlainFile, HasNoAnswerWhereAQueryFails) {
     EXPECT_EQ(TryIsPlainFile(path), std::nullopt);
   }
   {
-    PlayedReparsePoint changed(path, 0x80000013);
+    FakeReparsePoint changed(path, 0x80000013);
     changed.SearchFindsNoReparsePoint();
     EXPECT_EQ(TryIsPlainFile(path), std::nullopt);
   }
-  PlayedReparsePoint failing(path, 0x80000013);
+  FakeReparsePoint failing(path, 0x80000013);
   failing.FailSearch();
   EXPECT_EQ(TryIsPlainFile(path), std::nullopt);
 }
 
-TEST(SaveJsonDocument, WritesThroughNoPlayedLink) {
+TEST(SaveJsonDocument, WritesThroughNoFakeLink) {
   const TempFolder folder;
   const std::wstring path = folder.File(L"a.json");
   TestSupport::WriteWholeFile(path, "untouched");
   GenericDocument document;
   document.SetArray();
   {
-    const PlayedReparsePoint played(path, IO_REPARSE_TAG_SYMLINK);
+    const FakeReparsePoint fake(path, IO_REPARSE_TAG_SYMLINK);
     EXPECT_FALSE(SaveJsonDocument(path, document));
   }
   EXPECT_EQ(TestSupport::ReadWholeFile(path), "untouched");
   {
-    const PlayedReparsePoint played(path, 0x80000013);
+    const FakeReparsePoint fake(path, 0x80000013);
     EXPECT_TRUE(SaveJsonDocument(path, document));
   }
   EXPECT_EQ(TestSupport::ReadWholeFile(path), "[]");

@@ -14,13 +14,13 @@
 using Standin::ImportPatch;
 using Zq::Gantry::Server::Services::Wattleaf::GetFileDescription;
 
-// The version calls, played with contents that no resource compiler makes.
+// The version calls, faked with contents that no resource compiler makes.
 namespace {
 
 /// Answers with blocks of exactly their length, so that a checker sees any reading beyond them.
-class PlayedVersion {
+class FakeVersion {
  public:
-  PlayedVersion() { current_ = this; }
+  FakeVersion() { current_ = this; }
 
   void Add(const std::string& key, const std::string& bytes) {
     Add(key, bytes, static_cast<UINT>(bytes.size()));
@@ -73,7 +73,7 @@ class PlayedVersion {
     return std::copy(bytes.begin(), bytes.end(), place) - bytes.size();
   }
 
-  static inline PlayedVersion* current_ = nullptr;
+  static inline FakeVersion* current_ = nullptr;
   std::map<std::string, Value> values_;
   const ImportPatch sizePatch_{"GetFileVersionInfoSizeA", &Size};
   const ImportPatch readPatch_{"GetFileVersionInfoA", &Read};
@@ -89,7 +89,7 @@ const std::string kGermanEntry("\x07\x04\xE4\x04", 4);
 }  // namespace
 
 TEST(GetFileDescriptionOf, KeysAreLowerCaseNumbersOfFourDigitsInTheListsOrder) {
-  PlayedVersion version;
+  FakeVersion version;
   version.Add(kList, kGermanEntry + kEnglishEntry + std::string("\x0C\x00\xEF\xCD", 4));
   EXPECT_EQ(GetFileDescription("x"), "");
   EXPECT_EQ(version.asked,
@@ -98,7 +98,7 @@ TEST(GetFileDescriptionOf, KeysAreLowerCaseNumbersOfFourDigitsInTheListsOrder) {
 }
 
 TEST(GetFileDescriptionOf, TheFirstDescriptionEndsTheSearch) {
-  PlayedVersion version;
+  FakeVersion version;
   version.Add(kList, kGermanEntry + kEnglishEntry);
   version.Add(kGerman, std::string("Wiese\0", 6));
   version.Add(kEnglish, std::string("Meadow\0", 7));
@@ -107,7 +107,7 @@ TEST(GetFileDescriptionOf, TheFirstDescriptionEndsTheSearch) {
 }
 
 TEST(GetFileDescriptionOf, ADescriptionOfLengthZeroIsPassedOver) {
-  PlayedVersion version;
+  FakeVersion version;
   version.Add(kList, kGermanEntry + kEnglishEntry);
   version.Add(kGerman, "Wiese", 0);
   version.Add(kEnglish, std::string("Meadow\0", 7));
@@ -115,7 +115,7 @@ TEST(GetFileDescriptionOf, ADescriptionOfLengthZeroIsPassedOver) {
 }
 
 TEST(GetFileDescriptionOf, AnEmptyTextWithALengthEndsTheSearch) {
-  PlayedVersion version;
+  FakeVersion version;
   version.Add(kList, kGermanEntry + kEnglishEntry);
   version.Add(kGerman, std::string(1, '\0'));
   version.Add(kEnglish, std::string("Meadow\0", 7));
@@ -123,14 +123,14 @@ TEST(GetFileDescriptionOf, AnEmptyTextWithALengthEndsTheSearch) {
 }
 
 TEST(GetFileDescriptionOf, BytesOfAnyCodePageStay) {
-  PlayedVersion version;
+  FakeVersion version;
   version.Add(kList, kEnglishEntry);
   version.Add(kEnglish, std::string("\xFF\x80\xFCn\0", 5));
   EXPECT_EQ(GetFileDescription("x"), "\xFF\x80\xFCn");
 }
 
 TEST(GetFileDescriptionOf, TextsEndAtTheirFirstZeroOrTheirLength) {
-  PlayedVersion version;
+  FakeVersion version;
   version.Add(kList, kEnglishEntry);
   version.Add(kEnglish, std::string("Shown\0hidden", 12));
   EXPECT_EQ(GetFileDescription("x"), "Shown");
@@ -142,14 +142,14 @@ TEST(GetFileDescriptionOf, TextsEndAtTheirFirstZeroOrTheirLength) {
 
 TEST(GetFileDescriptionOf, AListIsReadInWholeEntriesOnly) {
   for (const UINT length : {0u, 1u, 3u}) {
-    PlayedVersion version;
+    FakeVersion version;
     version.Add(kList, kEnglishEntry.substr(0, length));
     version.Add(kEnglish, std::string("Meadow\0", 7));
     EXPECT_EQ(GetFileDescription("x"), "") << length;
     EXPECT_EQ(version.asked.size(), 1u) << length;
   }
   for (const UINT length : {4u, 5u, 7u}) {
-    PlayedVersion version;
+    FakeVersion version;
     version.Add(kList, (kEnglishEntry + kGermanEntry).substr(0, length));
     EXPECT_EQ(GetFileDescription("x"), "") << length;
     EXPECT_EQ(version.asked.size(), 2u) << length;
@@ -157,7 +157,7 @@ TEST(GetFileDescriptionOf, AListIsReadInWholeEntriesOnly) {
 }
 
 TEST(GetFileDescriptionOf, LengthsBeyondTheResourceEndWithIt) {
-  PlayedVersion version;
+  FakeVersion version;
   version.AddAtTheBlocksEnd(kList, kGermanEntry + kEnglishEntry, 65'535);
   version.AddAtTheBlocksEnd(kEnglish, "Meadow", 65'535);
   EXPECT_EQ(GetFileDescription("x"), "Meadow");
@@ -165,7 +165,7 @@ TEST(GetFileDescriptionOf, LengthsBeyondTheResourceEndWithIt) {
 }
 
 TEST(GetFileDescriptionOf, AValueThatBeginsWhereTheResourceEndsIsPassedOver) {
-  PlayedVersion version;
+  FakeVersion version;
   version.Add(kList, kEnglishEntry + kGermanEntry);
   version.AddAtTheBlocksEnd(kEnglish, "", 5);
   version.Add(kGerman, std::string("Wiese\0", 6));
@@ -173,7 +173,7 @@ TEST(GetFileDescriptionOf, AValueThatBeginsWhereTheResourceEndsIsPassedOver) {
 }
 
 TEST(GetFileDescriptionOf, ValuesWithoutAPlaceCountAsMissing) {
-  PlayedVersion version;
+  FakeVersion version;
   version.AddNull(kList, 4);
   EXPECT_EQ(GetFileDescription("x"), "");
   version.Add(kList, kGermanEntry + kEnglishEntry);
@@ -183,7 +183,7 @@ TEST(GetFileDescriptionOf, ValuesWithoutAPlaceCountAsMissing) {
 }
 
 TEST(GetFileDescriptionOf, AResourceWithoutSizeIsNotRead) {
-  PlayedVersion version;
+  FakeVersion version;
   version.size = 0;
   EXPECT_EQ(GetFileDescription("x"), "");
   EXPECT_EQ(version.reads, 0);
@@ -191,7 +191,7 @@ TEST(GetFileDescriptionOf, AResourceWithoutSizeIsNotRead) {
 }
 
 TEST(GetFileDescriptionOf, AResourceThatCannotBeReadIsNotAsked) {
-  PlayedVersion version;
+  FakeVersion version;
   version.read = FALSE;
   EXPECT_EQ(GetFileDescription("x"), "");
   EXPECT_EQ(version.reads, 1);
@@ -199,7 +199,7 @@ TEST(GetFileDescriptionOf, AResourceThatCannotBeReadIsNotAsked) {
 }
 
 TEST(GetFileDescriptionOf, APathLongerThanTheSystemKnowsIsNotLookedAt) {
-  PlayedVersion version;
+  FakeVersion version;
   version.Add(kList, kEnglishEntry);
   version.Add(kEnglish, std::string("Meadow\0", 7));
   EXPECT_EQ(GetFileDescription(std::string(32'766, 'p')), "Meadow");

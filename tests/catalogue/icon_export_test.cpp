@@ -12,7 +12,7 @@
 #include "catalogue/gdiplus_calls.h"
 #include "catalogue/png_file.h"
 #include "catalogue/sample_program.h"
-#include "played_calls.h"
+#include "simulated_calls.h"
 #include "support/import_watch.h"
 #include "support/temp_folder.h"
 
@@ -27,11 +27,11 @@ namespace {
 
 constexpr char kDevice[] = "\\Device\\HarddiskVolume3";
 
-/// The call that finds an icon, played: it writes down what it gets, and gives a new icon or none.
-class PlayedExtraction {
+/// The call that finds an icon, faked: it writes down what it gets, and gives a new icon or none.
+class FakeExtraction {
  public:
   /// Adds "extract" and "destroy icon" to `record`, where there is one.
-  explicit PlayedExtraction(bool hasIcon, TestSupport::CallRecord* record = nullptr)
+  explicit FakeExtraction(bool hasIcon, TestSupport::CallRecord* record = nullptr)
       : hasIcon_(hasIcon), record_(record) {
     current_ = this;
   }
@@ -66,7 +66,7 @@ class PlayedExtraction {
     if (record_ != nullptr) record_->Add(call);
   }
 
-  static inline PlayedExtraction* current_ = nullptr;
+  static inline FakeExtraction* current_ = nullptr;
   const bool hasIcon_;
   TestSupport::CallRecord* const record_;
   const ImportPatch extract_{"ExtractAssociatedIconExA", &Extract};
@@ -88,7 +88,7 @@ TEST(ExportAppIcon, WritesTheProgramsIconUnderTheApplicationsName) {
   ASSERT_EQ(folder.Path().substr(0, 2), L"C:");
   ASSERT_TRUE(CopyFileA(TestSupport::SampleProgram("one.exe").c_str(),
                         Narrow(folder.File(L"one.exe")).c_str(), FALSE));
-  const Standin::PlayedCalls played(GetModuleHandleW(nullptr), true);
+  const Standin::SimulatedCalls fake(GetModuleHandleW(nullptr), true);
 
   const std::string path = kDevice + Narrow(folder.File(L"one.exe")).substr(2);
   EXPECT_EQ(ExportAppIcon(path, Narrow(folder.Path()), "Brook Browser", kDevice),
@@ -102,7 +102,7 @@ TEST(ExportAppIcon, WritesTheProgramsIconUnderTheApplicationsName) {
 
 TEST(ExportAppIcon, OfAProgramThatIsNotThereIsNone) {
   const TempFolder folder;
-  const Standin::PlayedCalls played(GetModuleHandleW(nullptr), true);
+  const Standin::SimulatedCalls fake(GetModuleHandleW(nullptr), true);
   EXPECT_EQ(
       ExportAppIcon(kDevice + std::string("\\nowhere.exe"), Narrow(folder.Path()), "x", kDevice),
       "");
@@ -111,14 +111,14 @@ TEST(ExportAppIcon, OfAProgramThatIsNotThereIsNone) {
 
 TEST(ExportAppIcon, OfAnotherDriveIsNone) {
   const TempFolder folder;
-  const Standin::PlayedCalls played(GetModuleHandleW(nullptr), true);
+  const Standin::SimulatedCalls fake(GetModuleHandleW(nullptr), true);
   EXPECT_EQ(ExportAppIcon("\\Device\\HarddiskVolume5\\a.exe", Narrow(folder.Path()), "x", kDevice),
             "");
   EXPECT_FALSE(FileExists(folder.File(L"x.png")));
 }
 
 TEST(ExportAppIcon, AsksForTheFirstIconOfThePathBelowTheDrive) {
-  PlayedExtraction extraction(false);
+  FakeExtraction extraction(false);
   ExportAppIcon("\\Device\\HarddiskVolume3\\Tools\\a.exe", "C:\\Icons", "A", kDevice);
   EXPECT_EQ(extraction.calls, 1);
   EXPECT_EQ(extraction.buffer, Buffer("C:\\Tools\\a.exe"));
@@ -128,26 +128,26 @@ TEST(ExportAppIcon, AsksForTheFirstIconOfThePathBelowTheDrive) {
 }
 
 TEST(ExportAppIcon, KeepsTheDevicePathOfAnotherDrive) {
-  PlayedExtraction extraction(false);
+  FakeExtraction extraction(false);
   ExportAppIcon("\\Device\\HarddiskVolume5\\a.exe", "C:\\Icons", "A", kDevice);
   EXPECT_EQ(extraction.buffer, Buffer("\\Device\\HarddiskVolume5\\a.exe"));
 }
 
 TEST(ExportAppIcon, TakesTheBytesFromTheStartWhereverThePrefixStands) {
-  PlayedExtraction extraction(false);
+  FakeExtraction extraction(false);
   ExportAppIcon("\\Device\\Mup\\x\\Device\\HarddiskVolume3\\a.exe", "C:\\Icons", "A", kDevice);
   EXPECT_EQ(extraction.buffer, Buffer("C:rddiskVolume3\\a.exe"));
 }
 
 TEST(ExportAppIcon, WithoutADevicePrefixAsksWithAnEmptyPath) {
-  PlayedExtraction extraction(false);
+  FakeExtraction extraction(false);
   EXPECT_EQ(ExportAppIcon("C:\\Tools\\a.exe", "C:\\Icons", "A", ""), "");
   EXPECT_EQ(extraction.calls, 1);
   EXPECT_EQ(extraction.buffer, Buffer(""));
 }
 
 TEST(ExportAppIcon, APathOf259BytesFitsAndALongerOneIsAnEmptyPath) {
-  PlayedExtraction extraction(false);
+  FakeExtraction extraction(false);
   const std::string fits(259, 'p');
   ExportAppIcon(fits, "C:\\Icons", "A", kDevice);
   EXPECT_EQ(extraction.buffer, Buffer(fits));
@@ -159,13 +159,13 @@ TEST(ExportAppIcon, APathOf259BytesFitsAndALongerOneIsAnEmptyPath) {
 }
 
 TEST(ExportAppIcon, APathEndsAtItsFirstZero) {
-  PlayedExtraction extraction(false);
+  FakeExtraction extraction(false);
   ExportAppIcon(std::string("C:\\a.exe\0", 9) + std::string(300, 'p'), "C:\\Icons", "A", kDevice);
   EXPECT_EQ(extraction.buffer, Buffer("C:\\a.exe"));
 }
 
 TEST(ExportAppIcon, WithoutAnIconTouchesNoFile) {
-  const PlayedExtraction extraction(false);
+  const FakeExtraction extraction(false);
   const TestSupport::ImportWatch watch;
   EXPECT_EQ(ExportAppIcon("x", "C:\\Icons", "A", kDevice), "");
   EXPECT_THAT(watch.Calls(), testing::ElementsAre("ExtractAssociatedIconExA"));
@@ -174,7 +174,7 @@ TEST(ExportAppIcon, WithoutAnIconTouchesNoFile) {
 TEST(ExportAppIcon, SavesEachTimeAnewAndDestroysTheIcon) {
   const TempFolder folder;
   TestSupport::WriteWholeFile(folder.File(L"A.png"), "of last year");
-  PlayedExtraction extraction(true);
+  FakeExtraction extraction(true);
   ExportAppIcon("x", Narrow(folder.Path()), "A", kDevice);
   EXPECT_EQ(TestSupport::ReadPng(folder.File(L"A.png")).width, 32u);
   EXPECT_EQ(extraction.destroyed, 1);
@@ -183,7 +183,7 @@ TEST(ExportAppIcon, SavesEachTimeAnewAndDestroysTheIcon) {
 TEST(ExportAppIcon, DestroysTheIconOnlyAfterItsImageAndTheLibraryAreDone) {
   const TempFolder folder;
   GdiplusCalls gdiplus;
-  const PlayedExtraction extraction(true, &gdiplus.record);
+  const FakeExtraction extraction(true, &gdiplus.record);
   ExportAppIcon("x", Narrow(folder.Path()), "A", kDevice);
   const std::vector<std::string> calls = {"extract", "start", "bitmap",      "save",
                                           "dispose", "stop",  "destroy icon"};
@@ -192,7 +192,7 @@ TEST(ExportAppIcon, DestroysTheIconOnlyAfterItsImageAndTheLibraryAreDone) {
 
 TEST(ExportAppIcon, GivesThePathEvenWhereTheSaveFails) {
   const TempFolder folder;
-  PlayedExtraction extraction(true);
+  FakeExtraction extraction(true);
   const std::string missing = Narrow(folder.File(L"missing"));
   EXPECT_EQ(ExportAppIcon("x", missing, "A", kDevice), missing + "\\A.png");
   EXPECT_EQ(ExportAppIcon("x", Narrow(folder.Path()), "what?", kDevice),
@@ -201,7 +201,7 @@ TEST(ExportAppIcon, GivesThePathEvenWhereTheSaveFails) {
 }
 
 TEST(ExportAppIcon, WidensThePathByteByByte) {
-  const PlayedExtraction extraction(true);
+  const FakeExtraction extraction(true);
   GdiplusCalls gdiplus;
   gdiplus.saveStatus = Gdiplus::Ok;
   EXPECT_EQ(ExportAppIcon("x", "C:\\Icons", "Gr\xC3\xBCn", kDevice), "C:\\Icons\\Gr\xC3\xBCn.png");
@@ -209,7 +209,7 @@ TEST(ExportAppIcon, WidensThePathByteByByte) {
 }
 
 TEST(ExportAppIcon, TakesAnEmptyDirectoryAndNameAsTheyAre) {
-  const PlayedExtraction extraction(true);
+  const FakeExtraction extraction(true);
   GdiplusCalls gdiplus;
   gdiplus.saveStatus = Gdiplus::Ok;
   EXPECT_EQ(ExportAppIcon("x", "", "", kDevice), "\\.png");
@@ -218,7 +218,7 @@ TEST(ExportAppIcon, TakesAnEmptyDirectoryAndNameAsTheyAre) {
 
 // A name that a user may have written must not lead to a file elsewhere.
 TEST(ExportAppIcon, GivesThePathOfANameThatLeadsElsewhereAndTouchesNoFile) {
-  PlayedExtraction extraction(true);
+  FakeExtraction extraction(true);
   const GdiplusCalls gdiplus;
   for (const std::string name : {"..\\x", "../x", "x:stream", "C:"}) {
     EXPECT_EQ(ExportAppIcon("x", "C:\\Icons", name, kDevice), "C:\\Icons\\" + name + ".png");

@@ -14,7 +14,7 @@
 #include "catalogue/icon_export.h"
 #include "catalogue/png_file.h"
 #include "installed_applications.h"
-#include "played_calls.h"
+#include "simulated_calls.h"
 #include "support/temp_folder.h"
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
@@ -155,7 +155,7 @@ TEST_F(NotebookPrograms, AreRegisteredWithTheVersionOfTheirFile) {
 
 TEST_F(NotebookPrograms, HaveIconsOfTheirOwnColours) {
   const TestSupport::TempFolder folder;
-  const Standin::PlayedCalls played(GetModuleHandleW(nullptr), true);
+  const Standin::SimulatedCalls fake(GetModuleHandleW(nullptr), true);
   const std::wstring path = folder.Path();
   std::set<std::uint32_t> colours;
   for (const auto& app : Standin::kDesktopApps) {

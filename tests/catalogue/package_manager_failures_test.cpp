@@ -5,10 +5,10 @@
 #include <vector>
 
 #include "catalogue/package_manager.h"
+#include "simulated_package.h"
+#include "fake_packages.h"
 #include "import_patch.h"
 #include "platform/winrt/call_failure.h"
-#include "played_package.h"
-#include "played_packages.h"
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 using TestSupport::PackagesTest;
@@ -61,7 +61,7 @@ HRESULT Raised(const std::function<void()>& call) {
 }
 
 /// What the property raises for a package with these words.
-HRESULT RaisedBy(TestSupport::PlayedPackages& packages, const Ask& ask, const std::string& words) {
+HRESULT RaisedBy(TestSupport::FakePackages& packages, const Ask& ask, const std::string& words) {
   packages.Add(L"a", "name=A\nscript=" + words + "\n");
   const auto walk = FindAllPackages();
   const auto package = walk->Current();

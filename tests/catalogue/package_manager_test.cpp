@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "fake_packages.h"
 #include "platform/winrt/call_failure.h"
-#include "played_packages.h"
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 using TestSupport::PackagesTest;

@@ -69,7 +69,7 @@ TEST_F(PackagesServer, ServesNoOtherClass) {
   EXPECT_FALSE(factory);
 }
 
-TEST_F(PackagesServer, PlaysTheFoldersOfTheEnvironmentWithItsWords) {
+TEST_F(PackagesServer, SimulatesTheFoldersOfTheEnvironmentWithItsWords) {
   CreateDirectoryW(root.File(L"a").c_str(), nullptr);
   CreateDirectoryW(root.File(L"no package").c_str(), nullptr);
   TestSupport::WriteWholeFile(root.File(L"a") + L"\\package.txt", "name=A\n");

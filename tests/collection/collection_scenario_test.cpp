@@ -16,14 +16,14 @@
 #include <string>
 #include <vector>
 
-#include "catalogue/played_packages.h"
+#include "catalogue/fake_packages.h"
 #include "collection/fake_collector_library.h"
+#include "collection/fake_tool.h"
 #include "collection/ledger_fixture.h"
 #include "collection/open_helper.h"
-#include "collection/played_tool.h"
 #include "import_patch.h"
 #include "ledger/encrypted_samples.h"
-#include "ledger/played_days.h"
+#include "ledger/fake_days.h"
 #include "support/call_record.h"
 #include "support/log_capture.h"
 #include "support/temp_folder.h"
@@ -66,7 +66,7 @@ class CollectionScenario : public testing::Test {
                  (helper->IsDataAvailable() ? "true" : "false"));
     });
     for (const char* date : {"2024-05-06", "2024-05-07", "2024-05-08"}) WriteSamples(date);
-    PlayedClock::Set("2024-05-08 14:30:00");
+    FakeClock::Set("2024-05-08 14:30:00");
   }
   ~CollectionScenario() override { current = nullptr; }
 
@@ -83,7 +83,7 @@ class CollectionScenario : public testing::Test {
   void AwaitPass(int count) { ASSERT_TRUE(record.WaitFor("wait 86400000", count)); }
 
   void GoOnTo(const std::string& now) {
-    PlayedClock::Set(now);
+    FakeClock::Set(now);
     gate.LetOnePass();
   }
 
@@ -106,12 +106,12 @@ class CollectionScenario : public testing::Test {
 
   const TempFolder data;
   const ProtectedFolder host{L"signed.dll"};
-  const PlayedClock clock;
+  const FakeClock clock;
   CallRecord record;
   LogCapture log{record};
   FakeCollectorLibrary library;
-  PlayedPackages packages;
-  PlayedTool tool;
+  FakePackages packages;
+  FakeTool tool;
   DayGate gate;
   std::unique_ptr<OpenHelper> helper;
 
@@ -213,7 +213,7 @@ TEST_F(CollectionScenario, ARestartBeginsAnewAndReadsTheLedgerThatTheLastLifeSav
     EXPECT_TRUE(helper->IsDataChanged());
     EXPECT_EQ(helper->GetDailyAveragePowerConsumption(), 0.0F);
   };
-  PlayedClock::Set("2024-05-09 18:00:00");
+  FakeClock::Set("2024-05-09 18:00:00");
   Start();
   AwaitPass(1);
   EXPECT_FLOAT_EQ(helper->GetDailyAveragePowerConsumption(), threeDays);

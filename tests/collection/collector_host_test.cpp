@@ -270,7 +270,7 @@ TEST_F(CollectorHost, CommandSevenTellsTheCollectorsVerdict) {
   EXPECT_EQ(service.ExecuteCommand(nullptr, 7, input, &output, {}, nullptr), 0);
   EXPECT_STREQ(output, L"-1");
   service.FreeResult(output);
-  // The played library is gone before the one helper ends.
+  // The fake library is gone before the one helper ends.
   (one.*(&OpenHelper::collector)).reset();
   (one.*(&OpenHelper::collectorModule)).reset();
 }

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "collection/ledger_fixture.h"
-#include "ledger/played_days.h"
+#include "ledger/fake_days.h"
 
 // The daily pass on real encrypted files: what it books, writes, deletes and logs.
 
@@ -128,7 +128,7 @@ TEST_F(DailyPass, TodayGrowsWithEachPassAndIsFinalTheDayAfter) {
   Run();
   EXPECT_EQ(Booked(kToday), 6.0F / 0.88F);
   WriteSamples(kToday, {"09:00:00", "10:00:00", "10:05:00", "10:10:00", "10:15:00"});
-  PlayedClock::Set("2024-05-09 14:30:00");
+  FakeClock::Set("2024-05-09 14:30:00");
   Run();
   EXPECT_EQ(Booked(kToday), 6.0F / 0.88F);
   EXPECT_TRUE(HasSamples(kToday));
@@ -136,7 +136,7 @@ TEST_F(DailyPass, TodayGrowsWithEachPassAndIsFinalTheDayAfter) {
 
 TEST_F(DailyPass, EntriesBehindTheOldestDayStayUntilTheProcessStartsAnew) {
   Run();
-  PlayedClock::Set("2024-05-10 14:30:00");
+  FakeClock::Set("2024-05-10 14:30:00");
   Run();
   EXPECT_EQ(Booked(kOldest), 0.0F);
   EXPECT_EQ(LedgerText().substr(0, 21), R"([{"Key":"2023-10-11",)");
@@ -153,7 +153,7 @@ TEST_F(DailyPass, MarksDataAsChanged) {
 }
 
 TEST_F(DailyPass, ClockIn1970Ends) {
-  PlayedClock::Set("1970-01-03 10:00:00");
+  FakeClock::Set("1970-01-03 10:00:00");
   Run();
   EXPECT_EQ(LedgerText(), R"([{"Key":"1970-01-01","Value":0.0},{"Key":"1970-01-02","Value":0.0},)"
                           R"({"Key":"1970-01-03","Value":0.0}])");

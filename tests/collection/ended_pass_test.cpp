@@ -13,7 +13,7 @@
 #include "base/json_document.h"
 #include "collection/ledger_fixture.h"
 #include "ledger/encrypted_samples.h"
-#include "ledger/played_days.h"
+#include "ledger/fake_days.h"
 #include "platform/win32/owners.h"
 
 // A host that ends in the middle of a first pass over 211 days, at a hundred moments from the first

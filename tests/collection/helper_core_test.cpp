@@ -23,19 +23,19 @@ using Zq::Gantry::Server::Services::Wattleaf::WattleafHelper;
 namespace {
 
 int timesAskedForThePath = 0;
-std::wstring playedPath;
+std::wstring fakePath;
 
-DWORD WINAPI PlayedModuleFileName(HMODULE module, wchar_t* buffer, DWORD size) {
+DWORD WINAPI FakeModuleFileName(HMODULE module, wchar_t* buffer, DWORD size) {
   EXPECT_EQ(module, nullptr) << "the host's path, not this library's";
   EXPECT_EQ(size, 260U);
   ++timesAskedForThePath;
-  playedPath.copy(buffer, size - 1);
-  return static_cast<DWORD>(playedPath.size());
+  fakePath.copy(buffer, size - 1);
+  return static_cast<DWORD>(fakePath.size());
 }
 
 std::wstring HostDirectoryFor(const wchar_t* path) {
-  playedPath = path;
-  const ImportPatch patch("GetModuleFileNameW", &PlayedModuleFileName);
+  fakePath = path;
+  const ImportPatch patch("GetModuleFileNameW", &FakeModuleFileName);
   return OpenHelper().hostDirectory;
 }
 
@@ -65,8 +65,9 @@ TEST(HelperCore, FieldsThatThreadsShareWithoutALockAreAtomic) {
   EXPECT_TRUE((std::is_same_v<decltype(OpenHelper::dataChanged), std::atomic<bool>>));
   EXPECT_TRUE((std::is_same_v<decltype(OpenHelper::collectionStarted), std::atomic<bool>>));
   EXPECT_TRUE((std::is_same_v<decltype(OpenHelper::PlatformSupportState), std::atomic<int>>));
-  EXPECT_TRUE((std::is_same_v<decltype(OpenHelper::collectorModule),
-                              Platform::SharedResource<Platform::ModulePolicy>>));
+  EXPECT_TRUE(
+      (std::is_same_v<decltype(OpenHelper::collectorModule),
+                      Zq::Gantry::Platform::SharedResource<Zq::Gantry::Platform::ModulePolicy>>));
   // A host's thread never waits for the worker to read one.
   EXPECT_TRUE(std::atomic<bool>::is_always_lock_free && std::atomic<int>::is_always_lock_free);
 }
@@ -100,8 +101,8 @@ TEST(HelperCore, APathThatFillsTheBufferStaysInsideIt) {
 }
 
 TEST(HelperCore, ConcurrentFirstUsesGetOneObjectMadeOnce) {
-  playedPath = L"C:\\host\\host.exe";
-  const ImportPatch patch("GetModuleFileNameW", &PlayedModuleFileName);
+  fakePath = L"C:\\host\\host.exe";
+  const ImportPatch patch("GetModuleFileNameW", &FakeModuleFileName);
   timesAskedForThePath = 0;
   constexpr int kThreads = 8;
   // No std::latch: without a futex libstdc++ 12 may lose its last notification, and the test hung.

@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "base/played_attributes.h"
+#include "base/fake_attributes.h"
 #include "collection/ledger_fixture.h"
-#include "ledger/played_days.h"
+#include "ledger/fake_days.h"
 
 // The daily pass beside files that cannot be read, written or trusted.
 
@@ -90,7 +90,7 @@ TEST_F(LedgerFiles, LedgerThatIsALinkIsNeitherReadNorWrittenThrough) {
   const std::string content = R"([{"Key":"2024-05-01","Value":12.5}])";
   WriteWholeFile(LedgerPath(), content);
   {
-    const PlayedReparsePoint link(LedgerPath(), IO_REPARSE_TAG_SYMLINK);
+    const FakeReparsePoint link(LedgerPath(), IO_REPARSE_TAG_SYMLINK);
     Run();
   }
   EXPECT_EQ(Booked("2024-05-01"), 0.0F);
@@ -131,17 +131,17 @@ TEST_F(LedgerFiles, LedgerWhoseAttributesCannotBeReadIsNotSavedOver) {
 }
 
 TEST_F(LedgerFiles, LedgerWhoseStatusCannotBeReadIsNotSavedOver) {
-  ExpectNoSaveWhile([&] { return std::make_unique<PlayedStatusFailure>(LedgerPath()); });
+  ExpectNoSaveWhile([&] { return std::make_unique<FakeStatusFailure>(LedgerPath()); });
 }
 
 TEST_F(LedgerFiles, LedgerWhoseReparseTagCannotBeReadIsNotSavedOver) {
   ExpectNoSaveWhile([&] {
-    auto point = std::make_unique<PlayedReparsePoint>(LedgerPath(), kDeduplicated);
+    auto point = std::make_unique<FakeReparsePoint>(LedgerPath(), kDeduplicated);
     point->FailSearch();
     return point;
   });
   ExpectNoSaveWhile([&] {
-    auto point = std::make_unique<PlayedReparsePoint>(LedgerPath(), kDeduplicated);
+    auto point = std::make_unique<FakeReparsePoint>(LedgerPath(), kDeduplicated);
     point->SearchFindsNoReparsePoint();
     return point;
   });
@@ -161,7 +161,7 @@ TEST_F(LedgerFiles, LedgerThatIsNotFoundIsSavedAnew) {
 
 TEST_F(LedgerFiles, DeduplicatedLedgerIsReadAndSaved) {
   WriteWholeFile(LedgerPath(), R"([{"Key":"2024-05-01","Value":12.5}])");
-  const PlayedReparsePoint point(LedgerPath(), kDeduplicated);
+  const FakeReparsePoint point(LedgerPath(), kDeduplicated);
   Run();
   EXPECT_EQ(Booked("2024-05-01"), 12.5F);
   EXPECT_TRUE(Errors().empty());
@@ -171,7 +171,7 @@ TEST_F(LedgerFiles, DeduplicatedLedgerIsReadAndSaved) {
 TEST_F(LedgerFiles, UnreadStatusLeavesTheLedgerInMemory) {
   WriteWholeFile(LedgerPath(), R"([{"Key":"2024-05-01","Value":12.5}])");
   Run();
-  const PlayedStatusFailure failure(LedgerPath());
+  const FakeStatusFailure failure(LedgerPath());
   Run();
   EXPECT_EQ(Booked("2024-05-01"), 12.5F);
 }
@@ -181,7 +181,7 @@ TEST_F(LedgerFiles, StatusFailureOfOneDayLeavesThatDayAtZeroAndTheOthersBooked) 
   WriteOneInterval("2024-05-03");
   WriteOneInterval("2024-05-01");
   {
-    const PlayedStatusFailure failure(SamplePath("2024-05-03"));
+    const FakeStatusFailure failure(SamplePath("2024-05-03"));
     Run();
   }
   EXPECT_EQ(Booked(kToday), kThreeWh);
@@ -201,7 +201,7 @@ TEST_F(LedgerFiles, StatusFailureOfANeighbourLeavesTheDayAtZeroToo) {
   WriteOneInterval("2024-05-01");
   {
     // The first sample of the 3rd asks for the 2nd, the last one of the 1st too.
-    const PlayedStatusFailure failure(SamplePath("2024-05-02"));
+    const FakeStatusFailure failure(SamplePath("2024-05-02"));
     Run();
   }
   for (const char* date : {"2024-05-03", "2024-05-02", "2024-05-01"}) {
@@ -220,7 +220,7 @@ TEST_F(LedgerFiles, StatusFailureOfANeighbourLeavesTheDayAtZeroToo) {
 TEST_F(LedgerFiles, SamplesThatAreALinkOrAFolderAreNoSamples) {
   WriteOneInterval("2024-05-03");
   CreateDirectoryW(SamplePath("2024-05-02").c_str(), nullptr);
-  const PlayedReparsePoint link(SamplePath("2024-05-03"), IO_REPARSE_TAG_SYMLINK);
+  const FakeReparsePoint link(SamplePath("2024-05-03"), IO_REPARSE_TAG_SYMLINK);
   Run();
   EXPECT_EQ(Booked("2024-05-03"), 0.0F);
   EXPECT_EQ(Booked("2024-05-02"), 0.0F);
@@ -233,7 +233,7 @@ TEST_F(LedgerFiles, LinkInThePlaceOfSamplesIsNotDeletedWhenALeftoverCopyIsBooked
                  List({Sample("2024-05-03T09:00:00"), Sample("2024-05-03T10:00:00"),
                        Sample("2024-05-03T10:05:00")}));
   {
-    const PlayedReparsePoint link(SamplePath("2024-05-03"), IO_REPARSE_TAG_SYMLINK);
+    const FakeReparsePoint link(SamplePath("2024-05-03"), IO_REPARSE_TAG_SYMLINK);
     Run();
   }
   EXPECT_EQ(Booked("2024-05-03"), kThreeWh);

@@ -8,7 +8,7 @@
 #include <stdexcept>
 
 #include "ledger/encrypted_samples.h"
-#include "ledger/played_days.h"
+#include "ledger/fake_days.h"
 
 namespace TestSupport {
 
@@ -19,7 +19,7 @@ namespace {
 __time64_t g_now = 0;
 bool g_isBroken = false;
 
-__time64_t PlayedTime(__time64_t* now) {
+__time64_t FakeTime(__time64_t* now) {
   if (g_isBroken) throw std::runtime_error("the clock of the test is broken");
   if (now != nullptr) *now = g_now;
   return g_now;
@@ -47,9 +47,9 @@ std::wstring Wide(const std::string& ascii) { return {ascii.begin(), ascii.end()
 
 }  // namespace
 
-PlayedClock::PlayedClock() : patch_("_time64", &PlayedTime) {}
+FakeClock::FakeClock() : patch_("_time64", &FakeTime) {}
 
-void PlayedClock::Set(const std::string& localTime) {
+void FakeClock::Set(const std::string& localTime) {
   struct tm fields {};
   const int count =
       std::sscanf(localTime.c_str(), "%d-%d-%d%*1[ T]%d:%d:%d", &fields.tm_year, &fields.tm_mon,
@@ -62,9 +62,9 @@ void PlayedClock::Set(const std::string& localTime) {
   g_isBroken = false;
 }
 
-void PlayedClock::Break() { g_isBroken = true; }
+void FakeClock::Break() { g_isBroken = true; }
 
-PlayedStatusFailure::PlayedStatusFailure(const std::wstring& path)
+FakeStatusFailure::FakeStatusFailure(const std::wstring& path)
     : patch_("_wstat64", &FailingStatus) {
   g_failingPath = path;
   g_realStatus = patch_.Original<int(const wchar_t*, struct _stat64*)>();
@@ -77,7 +77,7 @@ FakeAttributesFailure::FakeAttributesFailure(const std::wstring& path, DWORD err
   g_realAttributes = patch_.Original<DWORD WINAPI(const wchar_t*)>();
 }
 
-LedgerFixture::LedgerFixture() { PlayedClock::Set("2024-05-08 14:30:00"); }
+LedgerFixture::LedgerFixture() { FakeClock::Set("2024-05-08 14:30:00"); }
 
 std::wstring LedgerFixture::SamplePath(const std::string& date) const {
   return folder.File(L"PcmSampleData_" + Wide(date) + L".json");

@@ -34,11 +34,11 @@ class TestHelper : public Zq::Gantry::Server::Services::Wattleaf::WattleafHelper
 };
 
 /// Stops the clock of the program. One at a time.
-class PlayedClock {
+class FakeClock {
  public:
-  PlayedClock();
-  PlayedClock(const PlayedClock&) = delete;
-  PlayedClock& operator=(const PlayedClock&) = delete;
+  FakeClock();
+  FakeClock(const FakeClock&) = delete;
+  FakeClock& operator=(const FakeClock&) = delete;
 
   /// "2024-05-08 14:30:00", local time.
   static void Set(const std::string& localTime);
@@ -52,18 +52,18 @@ class PlayedClock {
 
 /// Makes the standard library's status query fail for one path, for as long as it lives. One at a
 /// time.
-class PlayedStatusFailure {
+class FakeStatusFailure {
  public:
-  explicit PlayedStatusFailure(const std::wstring& path);
-  PlayedStatusFailure(const PlayedStatusFailure&) = delete;
-  PlayedStatusFailure& operator=(const PlayedStatusFailure&) = delete;
+  explicit FakeStatusFailure(const std::wstring& path);
+  FakeStatusFailure(const FakeStatusFailure&) = delete;
+  FakeStatusFailure& operator=(const FakeStatusFailure&) = delete;
 
  private:
   Standin::ImportPatch patch_;
 };
 
 /// Makes GetFileAttributesW fail with `error` for one path, for as long as it lives. One at a time,
-/// and not beside a PlayedStatusFailure.
+/// and not beside a FakeStatusFailure.
 class FakeAttributesFailure {
  public:
   FakeAttributesFailure(const std::wstring& path, DWORD error);
@@ -95,7 +95,7 @@ class LedgerFixture : public testing::Test {
   std::string LedgerText() const { return ReadWholeFile(LedgerPath()); }
 
   const TempFolder folder;
-  const PlayedClock clock;
+  const FakeClock clock;
   LogCapture log;
   TestHelper helper{folder.Path().c_str()};
 };

@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "collection/ledger_fixture.h"
-#include "ledger/played_days.h"
+#include "ledger/fake_days.h"
 
 // The series and figures as the helper gives them: which day they read, what they log.
 
@@ -77,7 +77,7 @@ TEST_F(LedgerOperations, HoursInTheAfternoonComeFromTodaysFile) {
 }
 
 TEST_F(LedgerOperations, HoursInTheMorningBeginInYesterdaysFile) {
-  PlayedClock::Set("2024-05-08 05:10:00");
+  FakeClock::Set("2024-05-08 05:10:00");
   WriteSamples(kToday, {"00:00:00", "04:00:00", "04:05:00", "04:06:00", "05:06:00"});
   WriteSamples(kYesterday, {"00:00:00", "17:00:00", "17:10:00", "17:15:00", "22:00:00"});
   // Of today: 04:00 to 04:05 and a minute after it, and then a gap.
@@ -97,7 +97,7 @@ TEST_F(LedgerOperations, HoursInTheMorningBeginInYesterdaysFile) {
 }
 
 TEST_F(LedgerOperations, HoursAfterMidnightAllComeFromYesterdaysFile) {
-  PlayedClock::Set("2024-05-08 00:10:00");
+  FakeClock::Set("2024-05-08 00:10:00");
   WriteSamples(kYesterday, {"00:00:00", "23:00:00", "23:10:00"});
   WriteSamples(kToday, {"00:00:00", "00:01:00", "00:02:00", "00:03:00"});
   EXPECT_EQ(Hours(), SeriesOf(L"0.0,6.818181991577148", L"Time",
@@ -192,14 +192,14 @@ TEST_F(LedgerOperations, MonthsEndWithTheRunningOne) {
 
 TEST_F(LedgerOperations, StatusFailureEndsTheHoursWithOneLine) {
   WriteOneInterval(kToday);
-  const PlayedStatusFailure failure(SamplePath(kToday));
+  const FakeStatusFailure failure(SamplePath(kToday));
   EXPECT_EQ(Hours(), L"before");
   EXPECT_EQ(log.Records(), std::vector<LogRecord>{Error(L"Exception in GetDailyPowerConsumption")});
   EXPECT_TRUE(IsUnlocked());
 }
 
 TEST_F(LedgerOperations, AnyFailureEndsEachSeriesWithItsLineAndLeavesTheResult) {
-  PlayedClock::Break();
+  FakeClock::Break();
   EXPECT_EQ(Hours(), L"before");
   EXPECT_EQ(Days(), L"before");
   EXPECT_EQ(Months(), L"before");

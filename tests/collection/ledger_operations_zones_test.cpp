@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "collection/ledger_fixture.h"
-#include "ledger/played_days.h"
+#include "ledger/fake_days.h"
 #include "ledger/zone_days.h"
 
 // The helper's clock and files around the days on which clocks change.
@@ -25,9 +25,9 @@ TEST_F(OperationsInZones, HoursAfterMidnightAfterTheSpringDayComeFromTheDayBefor
   const std::string changeDay = DateOf(Spring(0));
   WriteSamples(changeDay, {"09:00:00", "20:00:00", "20:10:00"});
   WriteSamples(DateOf(Spring(-1)), {"09:00:00", "20:00:00", "20:05:00"});
-  PlayedClock::Set(DateOf(Spring(1)) + " 00:10:00");
+  FakeClock::Set(DateOf(Spring(1)) + " 00:10:00");
   EXPECT_NE(Hours().find(L"{\"Time\":\"20:00\",\"Value\":3.409090995788574}"), std::wstring::npos);
-  PlayedClock::Set(DateOf(Spring(1)) + " 01:10:00");
+  FakeClock::Set(DateOf(Spring(1)) + " 01:10:00");
   EXPECT_NE(Hours().find(L"{\"Time\":\"20:00\",\"Value\":6.818181991577148}"), std::wstring::npos);
 }
 
@@ -35,7 +35,7 @@ TEST_F(OperationsInZones, PassOnTheAutumnDayWritesItsDateTwiceWhereTheFileHadIt)
   const std::string today = DateOf(Autumn(0));
   WriteWholeFile(LedgerPath(), R"([{"Key":")" + today + R"(","Value":12.5}])");
   WriteOneInterval(today);
-  PlayedClock::Set(today + " 12:00:00");
+  FakeClock::Set(today + " 12:00:00");
   helper.CalculateDailyPowerConsumption();
   EXPECT_TRUE(LedgerText().ends_with(R"({"Key":")" + today + R"(","Value":12.5},{"Key":")" + today +
                                      R"(","Value":3.409090995788574}])"))
@@ -46,7 +46,7 @@ TEST_F(OperationsInZones, PassTheDayAfterTheSpringDayLeavesThatDayOut) {
   WriteOneInterval(DateOf(Spring(0)));
   WriteOneInterval(DateOf(Spring(-1)));
   WriteOneInterval(DateOf(Spring(-2)));
-  PlayedClock::Set(DateOf(Spring(1)) + " 12:00:00");
+  FakeClock::Set(DateOf(Spring(1)) + " 12:00:00");
   helper.CalculateDailyPowerConsumption();
   EXPECT_EQ(Booked(DateOf(Spring(0))), -1.0F);
   EXPECT_EQ(Booked(DateOf(Spring(-1))), kThreeWh);

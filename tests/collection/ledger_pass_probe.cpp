@@ -151,7 +151,7 @@ class Probe {
 
   /// Reports the number of watched calls, which of them opened the ledger to save it, then the log.
   void RunPass(const std::string& localTime) {
-    TestSupport::PlayedClock::Set(localTime);
+    TestSupport::FakeClock::Set(localTime);
     g_calls = 0;
     {
       const WatchedCalls watched;
@@ -169,7 +169,7 @@ class Probe {
 
   const std::wstring folder_;
   std::wstring reportPath_;
-  const TestSupport::PlayedClock clock_;
+  const TestSupport::FakeClock clock_;
   std::optional<Standin::ImportPatch> unprotected_;
   TestSupport::LogCapture log_;
   TestHelper helper_{folder_.c_str()};

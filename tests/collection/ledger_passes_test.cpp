@@ -11,7 +11,7 @@
 
 #include "base/local_calendar.h"
 #include "collection/ledger_fixture.h"
-#include "ledger/played_days.h"
+#include "ledger/fake_days.h"
 #include "support/call_record.h"
 
 // The ledger through several passes and processes, and what a pass discards, saves and deletes, in
@@ -31,7 +31,7 @@ class LedgerPasses : public LedgerFixture {
   void Run() { helper.CalculateDailyPowerConsumption(); }
 
   void RunOn(const std::string& localTime) {
-    PlayedClock::Set(localTime);
+    FakeClock::Set(localTime);
     Run();
   }
 
@@ -368,7 +368,7 @@ TEST_F(LedgerPasses, RestartTakesTheLedgerFromTheFileAtItsFirstPass) {
   Run();
   WriteSamples(kToday, {"09:00:00", "10:00:00", "10:05:00", "10:10:00"});
 
-  PlayedClock::Set("2024-05-09 08:00:00");
+  FakeClock::Set("2024-05-09 08:00:00");
   TestHelper next(folder.Path().c_str());
   EXPECT_EQ(next.GetDailyAveragePowerConsumption(), 0.0F);
   next.CalculateDailyPowerConsumption();

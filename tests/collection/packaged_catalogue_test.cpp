@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "catalogue/played_packages.h"
+#include "catalogue/fake_packages.h"
 #include "collection/open_helper.h"
 #include "package_files.h"
 #include "platform/winrt/call_failure.h"

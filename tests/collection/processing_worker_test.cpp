@@ -10,9 +10,9 @@
 #include <system_error>
 #include <vector>
 
-#include "catalogue/played_packages.h"
+#include "catalogue/fake_packages.h"
+#include "collection/fake_tool.h"
 #include "collection/open_helper.h"
-#include "collection/played_tool.h"
 #include "import_patch.h"
 #include "support/log_capture.h"
 #include "support/temp_folder.h"
@@ -29,7 +29,7 @@ std::promise<void>* untilReleased = nullptr;
 std::function<void()> duringTheDay;
 std::vector<int> priorities;
 
-void WINAPI PlayedSleep(DWORD milliseconds) {
+void WINAPI FakeSleep(DWORD milliseconds) {
   if (milliseconds == 0) return;  // the thread library gives way
   sleeps.push_back(milliseconds);
   if (milliseconds == 86400000) {
@@ -39,7 +39,7 @@ void WINAPI PlayedSleep(DWORD milliseconds) {
   if (untilReleased != nullptr) untilReleased->get_future().wait();
 }
 
-BOOL WINAPI PlayedPriority(HANDLE thread, int value) {
+BOOL WINAPI FakePriority(HANDLE thread, int value) {
   EXPECT_NE(GetThreadId(thread), 0U) << "a real thread handle";
   EXPECT_NE(GetThreadId(thread), GetCurrentThreadId());
   priorities.push_back(value);
@@ -66,17 +66,17 @@ class ProcessingWorker : public testing::Test {
 
   const TempFolder folder;
   LogCapture log;
-  const PlayedTool tool;
+  const FakeTool tool;
   // Nothing is installed.
-  PlayedPackages packages;
-  ImportPatch patchedSleep{"Sleep", &PlayedSleep};
+  FakePackages packages;
+  ImportPatch patchedSleep{"Sleep", &FakeSleep};
   std::unique_ptr<OpenHelper> helper = std::make_unique<OpenHelper>();
 };
 
 }  // namespace
 
 TEST_F(ProcessingWorker, RunsOnAThreadOfTheLowestPriorityWhateverThatCallSays) {
-  const ImportPatch patch("SetThreadPriority", &PlayedPriority);
+  const ImportPatch patch("SetThreadPriority", &FakePriority);
   helper->StartProcessing();
   EXPECT_TRUE(helper->running);
   ASSERT_NE(helper->worker, nullptr);

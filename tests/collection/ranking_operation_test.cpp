@@ -7,11 +7,11 @@
 #include <string>
 #include <thread>
 
-#include "base/played_attributes.h"
+#include "base/fake_attributes.h"
 #include "collection/ledger_fixture.h"
 #include "collection/open_helper.h"
 #include "import_patch.h"
-#include "reports/played_ranking.h"
+#include "reports/fake_ranking.h"
 #include "support/log_capture.h"
 #include "support/temp_folder.h"
 
@@ -43,7 +43,7 @@ std::wstring InJson(const std::wstring& path) {
 class RankingOperation : public testing::Test {
  protected:
   RankingOperation() {
-    PlayedClock::Set("2026-11-14 10:30:15");
+    FakeClock::Set("2026-11-14 10:30:15");
     helper.collectionPath = folder.Path().c_str();
   }
 
@@ -70,7 +70,7 @@ class RankingOperation : public testing::Test {
   }
 
   const TempFolder folder;
-  const PlayedClock clock;
+  const FakeClock clock;
   const LogCapture log;
   OpenHelper helper;
 };
@@ -174,7 +174,7 @@ namespace {
 std::string g_program;
 
 /// A white icon, whatever the program.
-HICON WINAPI PlayedIcon(HINSTANCE, char* path, WORD*, WORD*) {
+HICON WINAPI FakeIcon(HINSTANCE, char* path, WORD*, WORD*) {
   g_program = path;
   constexpr int kSide = 16;
   const std::vector<BYTE> opaque(kSide * kSide / 8, 0x00);
@@ -185,7 +185,7 @@ HICON WINAPI PlayedIcon(HINSTANCE, char* path, WORD*, WORD*) {
 }  // namespace
 
 TEST_F(RankingOperation, ExportsTheIconOfAnExecutableOfTheSystemDrive) {
-  const ImportPatch patch("ExtractAssociatedIconExA", &PlayedIcon);
+  const ImportPatch patch("ExtractAssociatedIconExA", &FakeIcon);
   helper.win32Apps.Replace({{L"Desktop", L""}});
   WriteStore({StoreRow(helper.GetDevicePath("C:") + "\\Tools\\a.exe", "Desktop", "3")});
   const std::wstring icons = folder.File(L"icons");
@@ -196,7 +196,7 @@ TEST_F(RankingOperation, ExportsTheIconOfAnExecutableOfTheSystemDrive) {
 }
 
 TEST_F(RankingOperation, AnswersTheTextOfAnIconThatMayNotBeWritten) {
-  const ImportPatch patch("ExtractAssociatedIconExA", &PlayedIcon);
+  const ImportPatch patch("ExtractAssociatedIconExA", &FakeIcon);
   helper.win32Apps.Replace({{L"..\\witness", L""}});
   WriteStore({StoreRow("\\Device\\Any", "..\\witness", "1")});
   const std::wstring icons = folder.File(L"icons");
@@ -206,7 +206,7 @@ TEST_F(RankingOperation, AnswersTheTextOfAnIconThatMayNotBeWritten) {
 }
 
 TEST_F(RankingOperation, AnswersTheTextOfAnIconWhoseFolderCannotBeMade) {
-  const ImportPatch patch("ExtractAssociatedIconExA", &PlayedIcon);
+  const ImportPatch patch("ExtractAssociatedIconExA", &FakeIcon);
   helper.win32Apps.Replace({{L"Desktop", L""}});
   WriteStore({StoreRow("\\Device\\Any", "Desktop", "1")});
   const std::wstring icons = folder.File(L"Powerlog.json\\icons");
@@ -216,7 +216,7 @@ TEST_F(RankingOperation, AnswersTheTextOfAnIconWhoseFolderCannotBeMade) {
 
 // The path and its end fill the buffer of 260 bytes; one byte more, and no program is asked for.
 TEST_F(RankingOperation, AsksForAProgramWhosePathFillsTheBuffer) {
-  const ImportPatch patch("ExtractAssociatedIconExA", &PlayedIcon);
+  const ImportPatch patch("ExtractAssociatedIconExA", &FakeIcon);
   helper.win32Apps.Replace({{L"Desktop", L""}});
   const std::string device = helper.GetDevicePath("C:");
   const std::string path = "\\" + std::string(256, 'p');
@@ -237,7 +237,7 @@ TEST_F(RankingOperation, AnswersFromTheStoreAndTheCataloguesOfTheMoment) {
   EXPECT_EQ(Ask(L"?7"),
             LR"([{"Name":"Desktop","Icon":"","Value":75.0},)"
             LR"({"Name":"B","Icon":"","Value":25.0}])");
-  PlayedClock::Set("2026-12-14 10:30:15");
+  FakeClock::Set("2026-12-14 10:30:15");
   EXPECT_EQ(Ask(L"?7"), L"[]");
   WriteWholeFile(StorePath(), "no JSON");
   EXPECT_EQ(Ask(L"?7"), L"untouched");
@@ -318,13 +318,13 @@ TEST_F(RankingOperation, LeavesTheResultWhereTheStoreIsADirectory) {
 
 TEST_F(RankingOperation, LeavesTheResultWhereTheStoreIsALink) {
   WriteStore({StoreRow("a", "A", "1")});
-  const PlayedReparsePoint link(StorePath(), IO_REPARSE_TAG_SYMLINK);
+  const FakeReparsePoint link(StorePath(), IO_REPARSE_TAG_SYMLINK);
   EXPECT_EQ(Ask(L"?7"), L"untouched");
 }
 
 TEST_F(RankingOperation, LeavesTheResultWhereTheStatusOfTheStoreCannotBeHad) {
   WriteStore({StoreRow("a", "A", "1")});
-  const PlayedStatusFailure failure(StorePath());
+  const FakeStatusFailure failure(StorePath());
   EXPECT_EQ(Ask(L"?7"), L"untouched");
 }
 
@@ -347,9 +347,9 @@ TEST_F(RankingOperation, LeavesTheResultWhereTheStoreCannotBeOpened) {
 
 TEST_F(RankingOperation, LeavesTheResultAtAnExceptionOfAnyStep) {
   WriteStore({StoreRow("a", "A", "1")});
-  PlayedClock::Break();
+  FakeClock::Break();
   EXPECT_EQ(Ask(L"?7"), L"untouched");
-  PlayedClock::Set("2026-11-14 10:30:15");
+  FakeClock::Set("2026-11-14 10:30:15");
   EXPECT_NE(Ask(L"?7"), L"untouched");
 }
 

@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-#include "base/played_attributes.h"
+#include "base/fake_attributes.h"
 #include "catalogue/sample_program.h"
 #include "collection/ledger_fixture.h"
 #include "collection/open_helper.h"
@@ -42,7 +42,7 @@ std::string Array(const std::string& rows) { return "[" + rows + "]"; }
 class ReportConversion : public testing::Test {
  protected:
   ReportConversion() {
-    PlayedClock::Set("2026-11-14 10:30:15");
+    FakeClock::Set("2026-11-14 10:30:15");
     helper.collectionPath = folder.Path().c_str();
   }
 
@@ -58,7 +58,7 @@ class ReportConversion : public testing::Test {
   }
 
   const TempFolder folder;
-  const PlayedClock clock;
+  const FakeClock clock;
   const LogCapture log;
   OpenHelper helper;
   const std::wstring reportPath = folder.Path() + L"\\Powerlog.xml";
@@ -131,7 +131,7 @@ TEST_F(ReportConversion, NeitherReadsNorDeletesAReportThatIsALink) {
   WriteReport(kReport);
   WriteStore(Array(std::string(kForgottenRow) + "," + kOldRow));
   {
-    const PlayedReparsePoint link(reportPath, IO_REPARSE_TAG_SYMLINK);
+    const FakeReparsePoint link(reportPath, IO_REPARSE_TAG_SYMLINK);
     EXPECT_EQ(Convert(), kCompleted);
   }
   EXPECT_TRUE(FileExists(reportPath));
@@ -141,7 +141,7 @@ TEST_F(ReportConversion, NeitherReadsNorDeletesAReportThatIsALink) {
 TEST_F(ReportConversion, NeitherReadsNorDeletesAReportWhoseStatusCannotBeHad) {
   WriteReport(kReport);
   {
-    const PlayedStatusFailure failure(reportPath);
+    const FakeStatusFailure failure(reportPath);
     EXPECT_EQ(Convert(), kCompleted);
   }
   EXPECT_TRUE(FileExists(reportPath));
@@ -192,7 +192,7 @@ TEST_F(ReportConversion, NeitherReadsNorWritesThroughAStoreThatIsALink) {
   WriteReport(kReport);
   WriteStore(Array(kOldRow) + "\n");
   {
-    const PlayedReparsePoint link(storePath, IO_REPARSE_TAG_SYMLINK);
+    const FakeReparsePoint link(storePath, IO_REPARSE_TAG_SYMLINK);
     Convert();
   }
   EXPECT_EQ(StoreText(), Array(kOldRow) + "\n");
@@ -246,7 +246,7 @@ TEST_F(ReportConversion, OverwritesAStoreWhoseStatusCannotBeHad) {
   WriteReport(kReport);
   WriteStore(Array(kOldRow));
   {
-    const PlayedStatusFailure failure(storePath);
+    const FakeStatusFailure failure(storePath);
     Convert();
   }
   EXPECT_EQ(StoreText(), Array(kNewRow));
@@ -277,10 +277,10 @@ TEST_F(ReportConversion, OfAMissingFolderMakesNothing) {
 TEST_F(ReportConversion, ForgetsARowInTheFirstRunAfterItsThirtyDays) {
   WriteReport(kReport);
   Convert();
-  PlayedClock::Set("2026-12-14 02:10:46");
+  FakeClock::Set("2026-12-14 02:10:46");
   Convert();
   EXPECT_EQ(StoreText(), Array(kNewRow));
-  PlayedClock::Set("2026-12-14 02:10:47");
+  FakeClock::Set("2026-12-14 02:10:47");
   Convert();
   EXPECT_EQ(StoreText(), "[]");
 }
@@ -312,7 +312,7 @@ TEST_F(ReportConversion, OfSeveralDaysKeepsEachRowOnceWithItsLastEnergy) {
   Convert();
   EXPECT_EQ(StoreText(), Array(StoredRow("a", kMonday, 1) + "," + StoredRow("b", kTuesday, 2)));
 
-  PlayedClock::Set("2026-11-15 10:30:15");
+  FakeClock::Set("2026-11-15 10:30:15");
   OpenHelper restarted;
   restarted.collectionPath = folder.Path().c_str();
   WriteReport(ReportOf(ReportRow("b", kTuesday, 20) + ReportRow("c", kWednesday, 3) +
@@ -362,10 +362,10 @@ TEST_F(ReportConversion, CutsAtThirtyDaysBeforeEachPass) {
   Convert();
   EXPECT_EQ(StoreText(), Array(StoredRow("b", "2026-10-15:10:30:15", 2) + "," +
                                StoredRow("c", "2026-10-15:10:30:16", 3)));
-  PlayedClock::Set("2026-11-14 10:30:16");
+  FakeClock::Set("2026-11-14 10:30:16");
   Convert();
   EXPECT_EQ(StoreText(), Array(StoredRow("c", "2026-10-15:10:30:16", 3)));
-  PlayedClock::Set("2026-11-14 10:30:17");
+  FakeClock::Set("2026-11-14 10:30:17");
   Convert();
   EXPECT_EQ(StoreText(), "[]");
 }
@@ -395,8 +395,8 @@ namespace {
 
 std::string g_askedDrive;
 
-DWORD WINAPI PlayedDevice(const char* drive, char* target, DWORD capacity) {
-  constexpr char kTarget[] = "\\Device\\Played\0";  // a list of texts ends with an empty one
+DWORD WINAPI FakeDevice(const char* drive, char* target, DWORD capacity) {
+  constexpr char kTarget[] = "\\Device\\Fake\0";  // a list of texts ends with an empty one
   g_askedDrive = drive;
   if (capacity < sizeof(kTarget)) return 0;
   std::copy(std::begin(kTarget), std::end(kTarget), target);
@@ -406,15 +406,15 @@ DWORD WINAPI PlayedDevice(const char* drive, char* target, DWORD capacity) {
 }  // namespace
 
 TEST_F(ReportConversion, MapsTheSystemDriveOnly) {
-  const Standin::ImportPatch device("QueryDosDeviceA", &PlayedDevice);
+  const Standin::ImportPatch device("QueryDosDeviceA", &FakeDevice);
   WriteReport(
-      "<Report><Row AppId='\\Device\\Played\\Stra\xC3\x9F"
+      "<Report><Row AppId='\\Device\\Fake\\Stra\xC3\x9F"
       "e\\none.exe'"
       " TimeStamp='2026-11-14:02:00:00'/>"
       "<Row AppId='\\Device\\Other\\none.exe' TimeStamp='2026-11-14:02:00:00'/></Report>");
   Convert();
   EXPECT_EQ(g_askedDrive, "C:");
-  EXPECT_EQ(StoreText(), R"([{"Name":"\\Device\\Played\\Stra)"
+  EXPECT_EQ(StoreText(), R"([{"Name":"\\Device\\Fake\\Stra)"
                          "\xC3\x9F"
                          R"(e\\none.exe","DisplayName":"",)"
                          R"("TimeStamp":"2026-11-14:02:00:00","TotalEnergy":0},)"

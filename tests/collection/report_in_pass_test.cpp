@@ -9,9 +9,9 @@
 #include <string>
 #include <vector>
 
-#include "catalogue/played_packages.h"
+#include "catalogue/fake_packages.h"
+#include "collection/fake_tool.h"
 #include "collection/open_helper.h"
-#include "collection/played_tool.h"
 #include "import_patch.h"
 #include "support/log_capture.h"
 #include "support/temp_folder.h"
@@ -26,7 +26,7 @@ namespace {
 OpenHelper* working = nullptr;
 
 /// The day's sleep ends the worker's life.
-void WINAPI PlayedSleep(DWORD milliseconds) {
+void WINAPI FakeSleep(DWORD milliseconds) {
   if (milliseconds == 86400000) working->running = false;
 }
 
@@ -43,9 +43,9 @@ class ReportInPass : public testing::Test {
 
   const TempFolder folder;
   LogCapture log;
-  PlayedPackages packages;
-  PlayedTool tool;
-  ImportPatch patchedSleep{"Sleep", &PlayedSleep};
+  FakePackages packages;
+  FakeTool tool;
+  ImportPatch patchedSleep{"Sleep", &FakeSleep};
   OpenHelper helper;
 };
 

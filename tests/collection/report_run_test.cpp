@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "collection/fake_tool.h"
 #include "collection/open_helper.h"
-#include "collection/played_tool.h"
 #include "support/log_capture.h"
 #include "support/temp_folder.h"
 
@@ -34,7 +34,7 @@ class ReportRun : public testing::Test {
 
   const TempFolder folder;
   LogCapture log;
-  PlayedTool tool;
+  FakeTool tool;
   OpenHelper helper;
 };
 

@@ -119,11 +119,11 @@ TEST(HostJson, KeepsTheExitStatusOfTheResult) {
   EXPECT_TRUE(document["commands"][0]["text"].IsNull());
 }
 
-TEST(HostJson, NamesThePlayedCallsUnlessTheyAreTurnedOff) {
-  const auto off = Parse(RunHost({L"command", L"8", L"--json", L"--no-played-calls"}));
-  EXPECT_EQ(off["playedCalls"].Size(), 0u);
+TEST(HostJson, NamesTheSimulatedCallsUnlessTheyAreTurnedOff) {
+  const auto off = Parse(RunHost({L"command", L"8", L"--json", L"--no-simulated-calls"}));
+  EXPECT_EQ(off["simulatedCalls"].Size(), 0u);
   const auto on = Parse(RunHost({L"command", L"8", L"--json"}));
-  for (const auto& call : on["playedCalls"].GetArray()) {
+  for (const auto& call : on["simulatedCalls"].GetArray()) {
     EXPECT_GT(call["name"].GetStringLength(), 0u);
     EXPECT_GT(call["reason"].GetStringLength(), 0u);
   }

@@ -146,7 +146,7 @@ TEST_F(HostNotebook, PassLeavesEnergyInTheAnswers) {
   EXPECT_STREQ(commands[9]["text"].GetString(), "true");
 }
 
-TEST_F(HostNotebook, PlayedCallsOfTheLibraryAreNamed) {
+TEST_F(HostNotebook, SimulatedCallsOfTheLibraryAreNamed) {
   const NotebookRun run = RunOnNotebook({L"command", L"8", L"--json"});
   EXPECT_THAT(run.host.output, HasSubstr(R"("name":"RpcServerInqCallAttributesW")"));
   EXPECT_THAT(run.host.output, HasSubstr(R"("name":"CryptCATAdminAcquireContext2")"));

@@ -121,14 +121,14 @@ TEST(HostJsonReport, HoldsEverythingForMachines) {
   report.version = "1.2.3";
   report.library = "C:\\x\\\"y\".dll";
   report.pass = "completed";
-  report.playedCalls = {{"Call", "because"}};
+  report.simulatedCalls = {{"Call", "because"}};
   report.answers = {{8, 0, "true"}, {99, kUnknown, {}}};
   report.dataFolder = "C:\\data";
   report.iconFolder = "C:\\icons";
   report.days = 7;
   const std::string json = ToJson(report);
   EXPECT_EQ(json, R"({"host":"1.2.3","library":"C:\\x\\\"y\".dll","pass":"completed",)"
-                  R"("playedCalls":[{"name":"Call","reason":"because"}],"commands":[)"
+                  R"("simulatedCalls":[{"name":"Call","reason":"because"}],"commands":[)"
                   R"({"number":8,"title":"Has the data changed?","status":0,"text":"true"},)"
                   R"({"number":99,"title":"unknown command","status":536870913,"text":null}],)"
                   R"("dataFolder":"C:\\data","iconFolder":"C:\\icons","days":7,"log":null})");

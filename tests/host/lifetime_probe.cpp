@@ -12,8 +12,8 @@
 #include <string>
 
 #include "import_patch.h"
-#include "played_calls.h"
 #include "service/zq_service.h"
+#include "simulated_calls.h"
 
 namespace {
 
@@ -154,7 +154,7 @@ void WINAPI SleepAfterThePassOnly(DWORD milliseconds) {
 template <typename End>
 int EndWhileCollecting(HMODULE library, End end) {
   passEnded = CreateEventW(nullptr, /*manualReset=*/TRUE, /*initialState=*/FALSE, nullptr);
-  const Standin::PlayedCalls played(library, /*enabled=*/true);
+  const Standin::SimulatedCalls fake(library, /*enabled=*/true);
   const Standin::ImportPatch patch(library, "Sleep", &SleepAfterThePassOnly);
   MakeService(library)->startup_task();
   if (WaitForSingleObject(passEnded, 60000) != WAIT_OBJECT_0) return Wrong("no pass");
@@ -179,7 +179,7 @@ int FreeWhileCollecting(HMODULE library) {
   const auto instance = FindExport<Helper*()>(library, {"WattleafHelper", "Instance"});
   const auto start = FindExport<bool(Helper*)>(library, {"WattleafHelper", "StartCollection"});
   {
-    const Standin::PlayedCalls played(library, /*enabled=*/true);
+    const Standin::SimulatedCalls fake(library, /*enabled=*/true);
     if (!start(instance())) return Wrong("collection does not start");
   }
   FreeLibrary(library);

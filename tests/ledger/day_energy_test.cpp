@@ -6,7 +6,7 @@
 #include <cstdint>
 
 #include "ledger/energy_arithmetic.h"
-#include "ledger/played_days.h"
+#include "ledger/fake_days.h"
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 using namespace TestSupport;
@@ -34,7 +34,7 @@ std::string AtDayAfter(const std::string& time, const std::string& power = "36")
   return Sample(std::string(kDayAfter) + "T" + time, power);
 }
 
-float EnergyOf(PlayedDays days) { return DayEnergyWh(Day(kToday), days.Reader()); }
+float EnergyOf(FakeDays days) { return DayEnergyWh(Day(kToday), days.Reader()); }
 
 }  // namespace
 
@@ -82,7 +82,7 @@ TEST(EnergyArithmetic, CountsTheLow32Bits) {
 
 TEST(DayEnergy, SkipsTheFirstInterval) {
   const std::string list = List({At("10:00:00"), At("10:05:00"), At("10:10:00"), At("10:15:00")});
-  PlayedDays days{{kToday, list}};
+  FakeDays days{{kToday, list}};
   const float energyWh = DayEnergyWh(Day(kToday), days.Reader());
   // From 10:05 to 10:10 and from 10:10 to 10:15.
   EXPECT_EQ(energyWh, kSix);
@@ -200,31 +200,31 @@ TEST(DayEnergy, LinksIgnoreTheTypeOfTheNeighboursSample) {
 }
 
 TEST(DayEnergy, GapAcrossMidnightCountsTwice) {
-  PlayedDays days{{kDayBefore, List({AtDayBefore("23:50:00"), AtDayBefore("23:58:00", "30")})},
-                  {kToday, List({At("00:02:00", "60"), At("12:00:00")})}};
+  FakeDays days{{kDayBefore, List({AtDayBefore("23:50:00"), AtDayBefore("23:58:00", "30")})},
+                {kToday, List({At("00:02:00", "60"), At("12:00:00")})}};
   // 240 seconds, each time divided by 0.88.
   EXPECT_EQ(DayEnergyWh(Day(kToday), days.Reader()), 2.0F / 0.88F);
   EXPECT_EQ(DayEnergyWh(Day(kDayBefore), days.Reader()), 4.0F / 0.88F);
 }
 
 TEST(DayEnergy, SingleSampleGetsOnlyItsLinkBackwards) {
-  PlayedDays days{{kDayBefore, List({AtDayBefore("23:58:00", "36")})},
-                  {kToday, List({At("00:03:00", "9999")})},
-                  {kDayAfter, List({AtDayAfter("00:00:00", "9999")})}};
+  FakeDays days{{kDayBefore, List({AtDayBefore("23:58:00", "36")})},
+                {kToday, List({At("00:03:00", "9999")})},
+                {kDayAfter, List({AtDayAfter("00:00:00", "9999")})}};
   EXPECT_EQ(DayEnergyWh(Day(kToday), days.Reader()), kThree);
   EXPECT_EQ(days.Asked(), (std::vector<std::string>{kToday, kDayBefore}));
 }
 
 TEST(DayEnergy, ReadsTheDayThenTheDayBeforeThenTheDayAfter) {
-  PlayedDays days{{kToday, List({At("10:00:00"), At("10:05:00")})}};
+  FakeDays days{{kToday, List({At("10:00:00"), At("10:05:00")})}};
   DayEnergyWh(Day(kToday), days.Reader());
   EXPECT_EQ(days.Asked(), (std::vector<std::string>{kToday, kDayBefore, kDayAfter}));
 }
 
 TEST(DayEnergy, EdgesOfAnotherTypeHaveNoLinks) {
-  PlayedDays days{{kDayBefore, List({AtDayBefore("23:59:00")})},
-                  {kToday, List({At("00:00:00", "36", "X"), At("23:59:00", "36", "X")})},
-                  {kDayAfter, List({AtDayAfter("00:00:00")})}};
+  FakeDays days{{kDayBefore, List({AtDayBefore("23:59:00")})},
+                {kToday, List({At("00:00:00", "36", "X"), At("23:59:00", "36", "X")})},
+                {kDayAfter, List({AtDayAfter("00:00:00")})}};
   EXPECT_EQ(DayEnergyWh(Day(kToday), days.Reader()), 0.0F);
   EXPECT_EQ(days.Asked(), (std::vector<std::string>{kToday}));
 }

@@ -9,8 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include "base/fake_attributes.h"
 #include "base/json_document.h"
-#include "base/played_attributes.h"
 #include "import_patch.h"
 #include "ledger/encrypted_samples.h"
 #include "support/temp_folder.h"
@@ -181,7 +181,7 @@ TEST_F(Decryption, DecodesNothingAboveTheLargestSize) {
 
 TEST_F(Decryption, WritesThroughNoLink) {
   TestSupport::WriteWholeFile(output_, "untouched");
-  const TestSupport::PlayedReparsePoint played(output_, IO_REPARSE_TAG_SYMLINK);
+  const TestSupport::FakeReparsePoint fake(output_, IO_REPARSE_TAG_SYMLINK);
   EXPECT_EQ(CopyOf(Encrypted(Utf16("[]"))), "untouched");
 }
 

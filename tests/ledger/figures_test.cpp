@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <limits>
 
-#include "ledger/played_days.h"
+#include "ledger/fake_days.h"
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 using namespace TestSupport;

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "ledger/day_energy.h"
-#include "ledger/played_days.h"
+#include "ledger/fake_days.h"
 #include "ledger/sample_element.h"
 
 // What others may have left in the data folder in the place of samples.
@@ -19,7 +19,7 @@ std::string At(const std::string& time, const std::string& power = "36") {
 }
 
 float EnergyOf(const std::string& json) {
-  return DayEnergyWh(Day(kToday), PlayedDays{{kToday, json}}.Reader());
+  return DayEnergyWh(Day(kToday), FakeDays{{kToday, json}}.Reader());
 }
 
 }  // namespace
@@ -60,9 +60,9 @@ TEST(HostileSamples, ElementWithoutStringTimeHasNoInterval) {
 }
 
 TEST(HostileSamples, NeighbourWithoutStringTimeHasNoLink) {
-  PlayedDays days{{"2024-05-05", R"([{"Power":36}])"},
-                  {kToday, List({At("00:00:00"), At("23:59:59")})},
-                  {"2024-05-07", "[null]"}};
+  FakeDays days{{"2024-05-05", R"([{"Power":36}])"},
+                {kToday, List({At("00:00:00"), At("23:59:59")})},
+                {"2024-05-07", "[null]"}};
   EXPECT_EQ(DayEnergyWh(Day(kToday), days.Reader()), 0.0F);
 }
 

@@ -5,7 +5,7 @@
 #include <bit>
 #include <cstdint>
 
-#include "ledger/played_days.h"
+#include "ledger/fake_days.h"
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 using namespace TestSupport;

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "base/local_calendar.h"
-#include "ledger/played_days.h"
+#include "ledger/fake_days.h"
 #include "ledger/power_ledger.h"
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
@@ -19,7 +19,7 @@ using Dates = std::vector<std::string>;
 constexpr char kToday[] = "2024-08-07";
 
 /// Records what a walk asks for; each day's energy comes from `energies`, 0.0 where it has none.
-struct PlayedWalk {
+struct FakeWalk {
   std::map<std::string, float> energies{};
   Dates workedOut{};
   Dates discarded{};
@@ -59,7 +59,7 @@ PowerLedger FullLedger(float energyWh) {
 }  // namespace
 
 TEST(UpdateLedger, WalksFromTodayOver211Days) {
-  PlayedWalk walk;
+  FakeWalk walk;
   walk.From(Day(kToday));
   ASSERT_EQ(walk.workedOut.size(), 211U);
   EXPECT_EQ(walk.workedOut[0], kToday);
@@ -69,14 +69,14 @@ TEST(UpdateLedger, WalksFromTodayOver211Days) {
 }
 
 TEST(UpdateLedger, AbsentDayIsWorkedOutAndItsSamplesDiscarded) {
-  PlayedWalk walk{.energies = {{"2024-08-04", 12.5F}}};
+  FakeWalk walk{.energies = {{"2024-08-04", 12.5F}}};
   walk.From(Day(kToday));
   EXPECT_EQ(walk.ValueOf("2024-08-04"), 12.5F);
   EXPECT_EQ(walk.discarded, Dates{"2024-08-04"});
 }
 
 TEST(UpdateLedger, DiscardsTheSamplesOfADayBeforeTheNextOneIsWorkedOut) {
-  PlayedWalk walk{.energies = {{"2024-08-05", 3.0F}, {"2024-08-04", 12.5F}}};
+  FakeWalk walk{.energies = {{"2024-08-05", 3.0F}, {"2024-08-04", 12.5F}}};
   walk.From(Day(kToday));
   walk.calls.resize(7);
   EXPECT_EQ(walk.calls, (Dates{"energy of 2024-08-07", "energy of 2024-08-06",
@@ -85,21 +85,21 @@ TEST(UpdateLedger, DiscardsTheSamplesOfADayBeforeTheNextOneIsWorkedOut) {
 }
 
 TEST(UpdateLedger, NegativeDayIsBookedAndItsSamplesDiscarded) {
-  PlayedWalk walk{.energies = {{"2024-08-04", -12.5F}}};
+  FakeWalk walk{.energies = {{"2024-08-04", -12.5F}}};
   walk.From(Day(kToday));
   EXPECT_EQ(walk.ValueOf("2024-08-04"), -12.5F);
   EXPECT_EQ(walk.discarded, Dates{"2024-08-04"});
 }
 
 TEST(UpdateLedger, DayAtZeroIsTriedAgainAtEachPass) {
-  PlayedWalk walk{.ledger = FullLedger(0.0F)};
+  FakeWalk walk{.ledger = FullLedger(0.0F)};
   walk.From(Day(kToday));
   EXPECT_EQ(walk.workedOut.size(), 211U);
   EXPECT_EQ(walk.discarded, Dates());
 }
 
 TEST(UpdateLedger, BookedDayIsNotWorkedOutAndKeepsItsSamples) {
-  PlayedWalk walk{.energies = {{"2024-08-04", 99.0F}}, .ledger = FullLedger(12.5F)};
+  FakeWalk walk{.energies = {{"2024-08-04", 99.0F}}, .ledger = FullLedger(12.5F)};
   walk.From(Day(kToday));
   EXPECT_EQ(walk.workedOut, Dates{kToday});
   EXPECT_EQ(walk.ValueOf("2024-08-04"), 12.5F);
@@ -107,19 +107,19 @@ TEST(UpdateLedger, BookedDayIsNotWorkedOutAndKeepsItsSamples) {
 }
 
 TEST(UpdateLedger, NegativeValueIsFinalToo) {
-  PlayedWalk walk{.ledger = FullLedger(-1.0F)};
+  FakeWalk walk{.ledger = FullLedger(-1.0F)};
   walk.From(Day(kToday));
   EXPECT_EQ(walk.workedOut, Dates{kToday});
 }
 
 TEST(UpdateLedger, TodayIsWorkedOutAtEveryPass) {
-  PlayedWalk walk{.energies = {{kToday, 7.0F}}, .ledger = FullLedger(12.5F)};
+  FakeWalk walk{.energies = {{kToday, 7.0F}}, .ledger = FullLedger(12.5F)};
   walk.From(Day(kToday));
   EXPECT_EQ(walk.ValueOf(kToday), 7.0F);
 }
 
 TEST(UpdateLedger, TodayAndYesterdayKeepTheirSamples) {
-  PlayedWalk walk{.energies = {{kToday, 1.0F}, {"2024-08-06", 2.0F}, {"2024-08-05", 3.0F}}};
+  FakeWalk walk{.energies = {{kToday, 1.0F}, {"2024-08-06", 2.0F}, {"2024-08-05", 3.0F}}};
   walk.From(Day(kToday));
   EXPECT_EQ(walk.ValueOf(kToday), 1.0F);
   EXPECT_EQ(walk.ValueOf("2024-08-06"), 2.0F);
@@ -127,7 +127,7 @@ TEST(UpdateLedger, TodayAndYesterdayKeepTheirSamples) {
 }
 
 TEST(UpdateLedger, OldestDayDroppedByTheLoadIsWorkedOutAgain) {
-  PlayedWalk walk{.energies = {{"2024-01-10", 4.0F}}};
+  FakeWalk walk{.energies = {{"2024-01-10", 4.0F}}};
   LoadLedger(*Document(R"([{"Key":"2024-01-10","Value":12.5}])"), OldestDay(Day(kToday)),
              walk.ledger);
   ASSERT_TRUE(walk.ledger.empty());
@@ -136,15 +136,15 @@ TEST(UpdateLedger, OldestDayDroppedByTheLoadIsWorkedOutAgain) {
 }
 
 TEST(UpdateLedger, EntriesBehindTheOldestDayStayInTheMap) {
-  PlayedWalk walk{.ledger = {{Day("2023-12-24"), 5.0F}}};
+  FakeWalk walk{.ledger = {{Day("2023-12-24"), 5.0F}}};
   walk.From(Day(kToday));
   EXPECT_EQ(walk.ValueOf("2023-12-24"), 5.0F);
   EXPECT_EQ(walk.ledger.size(), 212U);
 }
 
 TEST(UpdateLedger, EnergyThatIsNotFiniteIsBookedAsZero) {
-  PlayedWalk walk{.energies = {{kToday, std::numeric_limits<float>::infinity()},
-                               {"2024-08-01", std::numeric_limits<float>::quiet_NaN()}}};
+  FakeWalk walk{.energies = {{kToday, std::numeric_limits<float>::infinity()},
+                             {"2024-08-01", std::numeric_limits<float>::quiet_NaN()}}};
   walk.From(Day(kToday));
   EXPECT_EQ(walk.ValueOf(kToday), 0.0F);
   EXPECT_EQ(walk.ValueOf("2024-08-01"), 0.0F);
@@ -152,13 +152,13 @@ TEST(UpdateLedger, EnergyThatIsNotFiniteIsBookedAsZero) {
 }
 
 TEST(UpdateLedger, ClockIn1970EndsAtTheFirstDayOfTheCalendar) {
-  PlayedWalk walk;
+  FakeWalk walk;
   walk.From(Day("1970-01-03"));
   EXPECT_EQ(walk.workedOut, (Dates{"1970-01-03", "1970-01-02", "1970-01-01"}));
 }
 
 TEST(UpdateLedger, ClockOutsideTheCalendarWalksNowhere) {
-  PlayedWalk walk;
+  FakeWalk walk;
   walk.From(LocalTimeOf(-1));
   EXPECT_EQ(walk.workedOut, Dates());
   EXPECT_TRUE(walk.ledger.empty());

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "ledger/fake_days.h"
 #include "ledger/figures.h"
-#include "ledger/played_days.h"
 #include "ledger/power_ledger.h"
 #include "ledger/zone_days.h"
 

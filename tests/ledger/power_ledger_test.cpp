@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "ledger/played_days.h"
+#include "ledger/fake_days.h"
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 using namespace TestSupport;

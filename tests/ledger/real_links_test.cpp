@@ -1,4 +1,4 @@
-// Links to a folder that the build has made for real; the attribute calls are not played here.
+// Links to a folder that the build has made for real; the attribute calls are not fake here.
 
 #include <windows.h>
 

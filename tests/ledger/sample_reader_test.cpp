@@ -14,7 +14,7 @@
 #include <gtest/gtest.h>
 
 #include "base/date_time_text.h"
-#include "base/played_attributes.h"
+#include "base/fake_attributes.h"
 #include "import_patch.h"
 #include "ledger/encrypted_samples.h"
 #include "support/temp_folder.h"
@@ -119,7 +119,7 @@ TEST_F(ReadSamples, TakeAFolderForNoFile) {
 
 TEST_F(ReadSamples, TakeALinkForNoFile) {
   WriteWholeFile(encrypted_, Encrypted(Utf16("[1]")));
-  const TestSupport::PlayedReparsePoint played(encrypted_, IO_REPARSE_TAG_SYMLINK);
+  const TestSupport::FakeReparsePoint fake(encrypted_, IO_REPARSE_TAG_SYMLINK);
   EXPECT_TRUE(ReadsAnEmptyArray());
   EXPECT_TRUE(told_.empty());
   EXPECT_FALSE(FileExists(plain_));
@@ -129,7 +129,7 @@ TEST_F(ReadSamples, NeitherReadNorDeleteNorWriteACopyThatIsALink) {
   WriteWholeFile(encrypted_, Encrypted(Utf16("[1]")));
   WriteWholeFile(plain_, "[2]");
   {
-    const TestSupport::PlayedReparsePoint played(plain_, IO_REPARSE_TAG_SYMLINK);
+    const TestSupport::FakeReparsePoint fake(plain_, IO_REPARSE_TAG_SYMLINK);
     EXPECT_TRUE(ReadsAnEmptyArray());
   }
   EXPECT_TRUE(WasTold());
@@ -176,7 +176,7 @@ TEST_F(ReadSamples, TakeAReadOnlyCopyWhichCanNeitherBeWrittenNorDeleted) {
   WriteWholeFile(plain_, "[7]");
   WriteWholeFile(encrypted_, Encrypted(Utf16("[1]")));
   {
-    // Played, since some systems let an administrator write and delete it all the same.
+    // Fake, since some systems let an administrator write and delete it all the same.
     const Standin::ImportPatch deletion("_wunlink", &DeleteNothing);
     const Standin::ImportPatch opening("_wfopen_s", &OpenForReadingOnly);
     g_open = opening.Original<decltype(OpenForReadingOnly)>();
@@ -281,7 +281,7 @@ TEST_F(ReadSamples, LoseNoFolderAndNoLinkInTheRemoval) {
   CreateDirectoryW(asFolder.c_str(), nullptr);
   WriteWholeFile(after, "[7]");
   {
-    const TestSupport::PlayedReparsePoint played(plain_, IO_REPARSE_TAG_SYMLINK);
+    const TestSupport::FakeReparsePoint fake(plain_, IO_REPARSE_TAG_SYMLINK);
     RemoveLeftoverCopies(folder_.Path());
   }
   EXPECT_TRUE(FileExists(plain_));

@@ -5,7 +5,7 @@
 #include <ostream>
 
 #include "base/local_calendar.h"
-#include "ledger/played_days.h"
+#include "ledger/fake_days.h"
 #include "ledger/series_parts.h"
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;

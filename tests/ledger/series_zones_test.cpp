@@ -5,8 +5,8 @@
 
 #include "base/calendar.h"
 #include "ledger/day_energy.h"
+#include "ledger/fake_days.h"
 #include "ledger/hourly_energy.h"
-#include "ledger/played_days.h"
 #include "ledger/series.h"
 #include "ledger/series_parts.h"
 #include "ledger/zone_days.h"
@@ -44,8 +44,8 @@ std::string SamplesAt(const std::string& date, const std::vector<std::string>& t
 
 /// The energy of the last day of two: samples around the midnight between them.
 float LinkEnergyWh(const std::string& before, const std::string& date) {
-  PlayedDays days{{before, SamplesAt(before, {"12:00", "23:58"})},
-                  {date, SamplesAt(date, {"00:03", "12:00"})}};
+  FakeDays days{{before, SamplesAt(before, {"12:00", "23:58"})},
+                {date, SamplesAt(date, {"00:03", "12:00"})}};
   return DayEnergyWh(Day(date), days.Reader());
 }
 
@@ -126,7 +126,7 @@ TEST(SamplesInZones, LinkAcrossMidnightIsBookedInWinterAndIsAGapInSummer) {
 
 TEST(SamplesInZones, SummerIntervalIntoTheLastHourIsAGap) {
   const auto energyOf = [](const std::string& date) {
-    PlayedDays days{{date, SamplesAt(date, {"22:00", "22:58", "23:03", "23:08"})}};
+    FakeDays days{{date, SamplesAt(date, {"22:00", "22:58", "23:03", "23:08"})}};
     return DayEnergyWh(Day(date), days.Reader());
   };
   EXPECT_EQ(energyOf("2025-01-15"), 6.0F / 0.88F);
@@ -136,7 +136,7 @@ TEST(SamplesInZones, SummerIntervalIntoTheLastHourIsAGap) {
 TEST(SamplesInZones, NeighboursOfTheDayAfterTheSpringDayAreFoundByTheStep) {
   // A step back from that day's midnight reaches the day before the change.
   const std::string date = DateOf(Spring(1));
-  PlayedDays days{{date, SamplesAt(date, {"10:00", "10:05"})}};
+  FakeDays days{{date, SamplesAt(date, {"10:00", "10:05"})}};
   DayEnergyWh(Day(date), days.Reader());
   EXPECT_EQ(days.Asked(), (std::vector<std::string>{date, DateOf(Spring(-1)), DateOf(Spring(2))}));
 }

@@ -135,7 +135,7 @@ TEST_P(BiosCommandNull, SuccessWithoutAnObjectIsAFailureOfTheStep) {
 INSTANTIATE_TEST_SUITE_P(Each, BiosCommandNull, testing::ValuesIn(StepsWithObject()), Label);
 
 TEST_F(BiosCommand, OutDataThatHoldsNoObjectIsAFailureOfTheStep) {
-  Play("outdata-null");
+  Simulate("outdata-null");
   EXPECT_EQ(Run(), E_FAIL);
   firmware.script().Reset("");
   firmware.script().Answer("Get(OutData)", [](VARIANT* value) {
@@ -159,7 +159,7 @@ TEST_F(BiosCommand, OutDataOfAnotherTypeIsNotTakenForAnObject) {
 }
 
 TEST_F(BiosCommand, NoInstanceIsLoggedAndTheCommandGoesOnWithAnEmptyPath) {
-  Play("no-instance");
+  Simulate("no-instance");
   EXPECT_EQ(Run(), Result(0x80041008));
   const std::vector<LogRecord> warnings = {
       Warning(L"GetBiosMethodObjectPath - failed on function IEnumWbemClassObject->Next()", L"0x1"),
@@ -172,7 +172,7 @@ TEST_F(BiosCommand, NoInstanceIsLoggedAndTheCommandGoesOnWithAnEmptyPath) {
 }
 
 TEST_F(BiosCommand, InstanceThatIsNotThereInTimeIsLoggedAndTheCommandGoesOn) {
-  Play("slow-instance");
+  Simulate("slow-instance");
   EXPECT_EQ(Run(), Result(0x80041008));
   ASSERT_EQ(log.Records().size(), 2U);
   EXPECT_EQ(log.Records()[0],

@@ -91,7 +91,7 @@ TEST_F(BiosConnection, CanBeMadeAgainAfterItWasClosed) {
 }
 
 TEST_F(BiosConnection, WithoutLocatorTheThreadStaysAMember) {
-  Play("no-locator");
+  Simulate("no-locator");
   EXPECT_EQ(bios.GetReady(), 0);
   ExpectWarnings({Warning(L"CoCreateInstance", L"0x80040154")});
   bios.CloseBiosConnection();
@@ -100,7 +100,7 @@ TEST_F(BiosConnection, WithoutLocatorTheThreadStaysAMember) {
 }
 
 TEST_F(BiosConnection, WithoutServerTheThreadLeaves) {
-  Play("no-firmware-namespace");
+  Simulate("no-firmware-namespace");
   EXPECT_EQ(bios.GetReady(), 0);
   ExpectWarnings({Warning(kServerCall, L"0x8004100e")});
   EXPECT_EQ(com.uninitialized, 1);
@@ -109,7 +109,7 @@ TEST_F(BiosConnection, WithoutServerTheThreadLeaves) {
 }
 
 TEST_F(BiosConnection, ServerThatIsNullCountsAsNone) {
-  Play("fail:ConnectServer(\\\\.\\root\\wmi)=0");
+  Simulate("fail:ConnectServer(\\\\.\\root\\wmi)=0");
   EXPECT_EQ(bios.GetReady(), 0);
   ExpectWarnings({Warning(kServerCall, L"0x80004005")});
   EXPECT_EQ(com.uninitialized, 1);
@@ -128,7 +128,7 @@ TEST_F(BiosConnection, BlanketThatIsRefusedReleasesTheServiceAndLeaves) {
 }
 
 TEST_F(BiosConnection, CommandFailsWithoutItAndTheNextOneTriesAgain) {
-  Play("fail:ConnectServer(\\\\.\\root\\wmi)#1=80041001");
+  Simulate("fail:ConnectServer(\\\\.\\root\\wmi)#1=80041001");
   EXPECT_EQ(Run(), E_FAIL);
   ExpectWarnings({Warning(kServerCall, L"0x80041001")});
   EXPECT_EQ(firmware.script().Count("GetObject(zqqBIntM)"), 0);

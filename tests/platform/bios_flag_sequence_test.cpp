@@ -20,9 +20,9 @@ struct Answer {
   int first = -1;
 };
 
-class PlayedBios {
+class FakeBios {
  public:
-  explicit PlayedBios(std::vector<Answer> answers) : answers_(std::move(answers)) {}
+  explicit FakeBios(std::vector<Answer> answers) : answers_(std::move(answers)) {}
 
   bool ReadFlag() {
     return ReadPlatformFlag([this](const BiosCommand& command) {
@@ -43,7 +43,7 @@ class PlayedBios {
 }  // namespace
 
 TEST(ReadPlatformFlag, SendsWriteReadBackAndFlagInThisOrder) {
-  PlayedBios bios({{}, {true, 7}, {true, 1}});
+  FakeBios bios({{}, {true, 7}, {true, 1}});
   EXPECT_TRUE(bios.ReadFlag());
   ASSERT_EQ(bios.sent.size(), 3U);
 
@@ -63,42 +63,42 @@ TEST(ReadPlatformFlag, SendsWriteReadBackAndFlagInThisOrder) {
 }
 
 TEST(ReadPlatformFlag, FailedWriteEndsIt) {
-  PlayedBios bios({Answer{false}});
+  FakeBios bios({Answer{false}});
   EXPECT_FALSE(bios.ReadFlag());
   EXPECT_EQ(bios.sent.size(), 1U);
 }
 
 TEST(ReadPlatformFlag, ReadBackOfSixEndsItBeforeTheFlag) {
-  PlayedBios bios({{}, {true, 6}});
+  FakeBios bios({{}, {true, 6}});
   EXPECT_FALSE(bios.ReadFlag());
   EXPECT_EQ(bios.sent.size(), 2U);
 }
 
 TEST(ReadPlatformFlag, FailedReadBackCountsEvenIfItLeftASeven) {
-  PlayedBios bios({{}, {false, 7}});
+  FakeBios bios({{}, {false, 7}});
   EXPECT_FALSE(bios.ReadFlag());
   EXPECT_EQ(bios.sent.size(), 2U);
 }
 
 TEST(ReadPlatformFlag, ReadBackThatWritesNothingIsZero) {
-  PlayedBios bios({{}, {true}});
+  FakeBios bios({{}, {true}});
   EXPECT_FALSE(bios.ReadFlag());
   EXPECT_EQ(bios.sent.size(), 2U);
 }
 
 TEST(ReadPlatformFlag, OnlyTheLowestBitOfTheFlagCounts) {
   for (const int first : {1, 3, 0x81, 0xFF}) {
-    EXPECT_TRUE(PlayedBios({{}, {true, 7}, {true, first}}).ReadFlag()) << first;
+    EXPECT_TRUE(FakeBios({{}, {true, 7}, {true, first}}).ReadFlag()) << first;
   }
   for (const int first : {0, 2, 0x80, 0xFE}) {
-    EXPECT_FALSE(PlayedBios({{}, {true, 7}, {true, first}}).ReadFlag()) << first;
+    EXPECT_FALSE(FakeBios({{}, {true, 7}, {true, first}}).ReadFlag()) << first;
   }
 }
 
 TEST(ReadPlatformFlag, FailedFlagReadIsFalse) {
-  EXPECT_FALSE(PlayedBios({{}, {true, 7}, {false, 1}}).ReadFlag());
+  EXPECT_FALSE(FakeBios({{}, {true, 7}, {false, 1}}).ReadFlag());
 }
 
 TEST(ReadPlatformFlag, FlagAnswerThatWritesNothingKeepsTheReadBack) {
-  EXPECT_TRUE(PlayedBios({{}, {true, 7}, {true}}).ReadFlag());
+  EXPECT_TRUE(FakeBios({{}, {true, 7}, {true}}).ReadFlag());
 }

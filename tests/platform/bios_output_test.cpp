@@ -72,7 +72,7 @@ TEST_F(BiosOutput, LongAnswerIsLoggedAndWritesNothing) {
 }
 
 TEST_F(BiosOutput, NullAnswerIsInvalid) {
-  Play("data-null");
+  Simulate("data-null");
   ExpectUnwritten(L"return data is invalid");
 }
 
@@ -85,7 +85,7 @@ TEST_F(BiosOutput, NullArrayIsInvalid) {
 }
 
 TEST_F(BiosOutput, ArrayOfNumbersIsInvalid) {
-  Play("data-numbers");
+  Simulate("data-numbers");
   ExpectUnwritten(L"return data is invalid");
 }
 
@@ -98,7 +98,7 @@ TEST_F(BiosOutput, ArrayOfNumbersThatClaimsBytesIsInvalid) {
 }
 
 TEST_F(BiosOutput, ArrayOfTwoDimensionsIsInvalid) {
-  Play("data-two-dimensional");
+  Simulate("data-two-dimensional");
   ExpectUnwritten(L"return data is invalid");
 }
 
@@ -150,7 +150,7 @@ TEST_F(BiosOutput, ReturnCodeIsHandedOverAndNotJudged) {
 }
 
 TEST_F(BiosOutput, ReturnCodeThatIsNoNumberIsZero) {
-  Play("return-code-null");
+  Simulate("return-code-null");
   EXPECT_EQ(Run(), S_OK);
   EXPECT_EQ(returnCode, 0U);
 }

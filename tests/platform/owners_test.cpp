@@ -17,7 +17,7 @@
 using namespace Zq::Gantry::Platform;
 using Standin::ImportPatch;
 
-// Every policy goes through the same life: played release calls count the releases of values that
+// Every policy goes through the same life: fake release calls count the releases of values that
 // are no resources, and spoil the last error as a real call may do.
 namespace {
 
@@ -36,53 +36,53 @@ bool Witness(const void* value) {
   return true;
 }
 
-/// One release call of the system, played for the test's own values.
+/// One release call of the system, faked for the test's own values.
 template <typename Result, typename Value, typename Tag>
-class PlayedRelease {
+class FakeRelease {
  public:
-  explicit PlayedRelease(const char* name) : patch_(name, &Play) { current_ = this; }
+  explicit FakeRelease(const char* name) : patch_(name, &Fake) { current_ = this; }
 
  private:
-  static Result WINAPI Play(Value value) {
+  static Result WINAPI Simulate(Value value) {
     if (Witness(reinterpret_cast<const void*>(value))) return Result();
     return current_->patch_.template Original<Result WINAPI(Value)>()(value);
   }
 
-  static inline PlayedRelease* current_ = nullptr;
+  static inline FakeRelease* current_ = nullptr;
   const ImportPatch patch_;
 };
 
 void(__cdecl* realFree)(void*) = nullptr;
-void __cdecl PlayedFree(void* block) {
+void __cdecl FakeFree(void* block) {
   if (!Witness(block)) realFree(block);
 }
 
-void WINAPI PlayedFreeText(BSTR text) { Witness(text); }
+void WINAPI FakeFreeText(BSTR text) { Witness(text); }
 
-Gdiplus::GpStatus WINAPI PlayedDisposeImage(Gdiplus::GpImage* image) {
+Gdiplus::GpStatus WINAPI FakeDisposeImage(Gdiplus::GpImage* image) {
   Witness(image);
   return Gdiplus::Ok;
 }
 
-BOOL WINAPI PlayedReleaseContext(HCATADMIN admin, DWORD flags) {
+BOOL WINAPI FakeReleaseContext(HCATADMIN admin, DWORD flags) {
   EXPECT_EQ(flags, 0U);
   return Witness(admin);
 }
 
 const HCATADMIN kAdmin = reinterpret_cast<HCATADMIN>(std::uintptr_t{0xAD});
 
-BOOL WINAPI PlayedReleaseCatalog(HCATADMIN admin, HCATINFO catalog, DWORD flags) {
+BOOL WINAPI FakeReleaseCatalog(HCATADMIN admin, HCATINFO catalog, DWORD flags) {
   EXPECT_EQ(admin, kAdmin);
   EXPECT_EQ(flags, 0U);
   return Witness(catalog);
 }
 
 /// An interface whose objects stand at the test's values as far as their owner can tell.
-struct PlayedInterface {
+struct FakeInterface {
   std::uintptr_t value;
   void Release() { Witness(reinterpret_cast<const void*>(value)); }
 };
-PlayedInterface objects[] = {{kFirstValue}, {kFirstValue + 0x1'0000}};
+FakeInterface objects[] = {{kFirstValue}, {kFirstValue + 0x1'0000}};
 
 /// The n-th value of a policy's type, and the number under which its release is written down.
 constexpr std::uintptr_t Number(int n) {
@@ -95,7 +95,7 @@ template <typename Policy>
 typename Policy::Type Value(int n) {
   if constexpr (std::is_same_v<Policy, CatalogPolicy>) {
     return {kAdmin, reinterpret_cast<HCATINFO>(Number(n))};
-  } else if constexpr (std::is_same_v<Policy, InterfacePolicy<PlayedInterface>>) {
+  } else if constexpr (std::is_same_v<Policy, InterfacePolicy<FakeInterface>>) {
     return &objects[n];
   } else {
     return reinterpret_cast<typename Policy::Type>(firstValue + Number(n) - kFirstValue);
@@ -121,23 +121,23 @@ class Owners : public testing::Test {
   }
 
  private:
-  const PlayedRelease<BOOL, HANDLE, struct CloseTag> closeHandle_{"CloseHandle"};
-  const PlayedRelease<BOOL, HANDLE, struct FindTag> findClose_{"FindClose"};
-  const PlayedRelease<BOOL, HMODULE, struct ModuleTag> freeLibrary_{"FreeLibrary"};
-  const PlayedRelease<HLOCAL, HLOCAL, struct LocalTag> localFree_{"LocalFree"};
-  const PlayedRelease<HRESULT, SAFEARRAY*, struct ArrayTag> destroyArray_{"SafeArrayDestroy"};
-  const PlayedRelease<LSTATUS, HKEY, struct KeyTag> closeKey_{"RegCloseKey"};
-  const PlayedRelease<BOOL, HICON, struct IconTag> destroyIcon_{"DestroyIcon"};
-  const ImportPatch disposeImage_{"GdipDisposeImage", &PlayedDisposeImage};
-  const ImportPatch free_{"free", &PlayedFree};
-  const ImportPatch freeText_{"SysFreeString", &PlayedFreeText};
-  const ImportPatch releaseContext_{"CryptCATAdminReleaseContext", &PlayedReleaseContext};
-  const ImportPatch releaseCatalog_{"CryptCATAdminReleaseCatalogContext", &PlayedReleaseCatalog};
+  const FakeRelease<BOOL, HANDLE, struct CloseTag> closeHandle_{"CloseHandle"};
+  const FakeRelease<BOOL, HANDLE, struct FindTag> findClose_{"FindClose"};
+  const FakeRelease<BOOL, HMODULE, struct ModuleTag> freeLibrary_{"FreeLibrary"};
+  const FakeRelease<HLOCAL, HLOCAL, struct LocalTag> localFree_{"LocalFree"};
+  const FakeRelease<HRESULT, SAFEARRAY*, struct ArrayTag> destroyArray_{"SafeArrayDestroy"};
+  const FakeRelease<LSTATUS, HKEY, struct KeyTag> closeKey_{"RegCloseKey"};
+  const FakeRelease<BOOL, HICON, struct IconTag> destroyIcon_{"DestroyIcon"};
+  const ImportPatch disposeImage_{"GdipDisposeImage", &FakeDisposeImage};
+  const ImportPatch free_{"free", &FakeFree};
+  const ImportPatch freeText_{"SysFreeString", &FakeFreeText};
+  const ImportPatch releaseContext_{"CryptCATAdminReleaseContext", &FakeReleaseContext};
+  const ImportPatch releaseCatalog_{"CryptCATAdminReleaseCatalogContext", &FakeReleaseCatalog};
 };
 
 using AllPolicies =
     testing::Types<HandlePolicy, FileHandlePolicy, FindHandlePolicy, ModulePolicy, LocalBlockPolicy,
-                   HeapBlockPolicy, BstrPolicy, SafeArrayPolicy, InterfacePolicy<PlayedInterface>,
+                   HeapBlockPolicy, BstrPolicy, SafeArrayPolicy, InterfacePolicy<FakeInterface>,
                    CatalogAdminPolicy, CatalogPolicy, RegKeyPolicy, IconPolicy, GdiplusImagePolicy>;
 TYPED_TEST_SUITE(Owners, AllPolicies);
 

@@ -71,7 +71,7 @@ class WmiTest : public testing::Test {
   ~WmiTest() override;
 
   /// Begins again with these words of the stand-in.
-  void Play(const std::string& words) { ASSERT_TRUE(firmware.script().Reset(words).empty()); }
+  void Simulate(const std::string& words) { ASSERT_TRUE(firmware.script().Reset(words).empty()); }
   void TearDown() override {
     EXPECT_EQ(Standin::Firmware::LiveObjects(), 0);
     EXPECT_EQ(ledger.Outstanding(), 0U);

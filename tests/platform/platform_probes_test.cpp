@@ -13,7 +13,7 @@ namespace {
 class PlatformProbes : public TestSupport::WmiTest {
  protected:
   void ExpectFlag(const std::string& words, bool flag, std::size_t commands) {
-    Play(words);
+    Simulate(words);
     firmware.machine().Reset();
     FakeCom com(record);
     EXPECT_EQ(ReadBiosPlatformFlag(), flag) << words;
@@ -78,7 +78,7 @@ TEST_F(PlatformProbes, FlagAnswerOfAnotherSizeReadsAsTheSevenBeforeIt) {
 
 TEST_F(PlatformProbes, MarkerIsFoundInTheThirdText) {
   EXPECT_TRUE(FindCarbonSupportOemString());
-  Play("marker-goes-on");
+  Simulate("marker-goes-on");
   EXPECT_TRUE(FindCarbonSupportOemString());
   EXPECT_TRUE(log.Records().empty());
 }
@@ -86,7 +86,7 @@ TEST_F(PlatformProbes, MarkerIsFoundInTheThirdText) {
 TEST_F(PlatformProbes, MachineWithoutMarkerReadsAsFalse) {
   for (const char* words : {"no-marker", "marker-lower-case", "oem-null", "oem-empty", "oem-text",
                             "oem-number", "oem-truth", "oem-numbers", "no-computer-system"}) {
-    Play(words);
+    Simulate(words);
     EXPECT_FALSE(FindCarbonSupportOemString()) << words;
     EXPECT_EQ(LiveObjects(), 0) << words;
   }
@@ -96,7 +96,7 @@ TEST_F(PlatformProbes, MachineWithoutMarkerReadsAsFalse) {
 TEST_F(PlatformProbes, ReadThatFailsIsFalseWithOneWarning) {
   for (const char* words : {"oem-missing", "no-system-namespace", "invalid-class", "invalid-query",
                             "fail:Next(Win32_ComputerSystem)#2=80041001"}) {
-    Play(words);
+    Simulate(words);
     log.Clear();
     EXPECT_FALSE(FindCarbonSupportOemString()) << words;
     EXPECT_EQ(log.Records().size(), 1U) << words;

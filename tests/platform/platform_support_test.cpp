@@ -26,7 +26,7 @@ class Helper : public WattleafHelper {
 class PlatformSupport : public TestSupport::WmiTest {
  protected:
   int Decide(const std::string& words) {
-    Play(words);
+    Simulate(words);
     Helper fresh;
     const int state = fresh.IsPlatformSupported();
     EXPECT_EQ(fresh.PlatformSupportState, state);
@@ -76,7 +76,7 @@ TEST_F(PlatformSupport, FirmwareOutOfReachIsNotSupported) {
 
 TEST_F(PlatformSupport, SecondQuestionMakesNoCall) {
   for (const char* words : {"flag-clear", "no-marker", ""}) {
-    Play(words);
+    Simulate(words);
     Helper fresh;
     const int first = fresh.IsPlatformSupported();
     const auto calls = firmware.script().Trace();
@@ -95,7 +95,7 @@ TEST_F(PlatformSupport, StateThatTheCollectorSetIsNotProbed) {
 
 TEST_F(PlatformSupport, SlowProbeDoesNotOverwriteTheCollectorsVerdict) {
   for (const int verdict : {0, -1}) {
-    Play("");
+    Simulate("");
     Helper fresh;
     firmware.script().During("ExecQuery", [&] { fresh.PlatformSupportState = verdict; });
     EXPECT_EQ(fresh.IsPlatformSupported(), verdict);
@@ -104,7 +104,7 @@ TEST_F(PlatformSupport, SlowProbeDoesNotOverwriteTheCollectorsVerdict) {
 }
 
 TEST_F(PlatformSupport, NobodySeesAHalfMadeDecision) {
-  Play("no-marker");
+  Simulate("no-marker");
   int seen = 99;
   firmware.script().During("ExecQuery", [&] { seen = helper.PlatformSupportState; });
   EXPECT_EQ(helper.IsPlatformSupported(), -1);
@@ -155,7 +155,7 @@ TEST_F(PlatformSupport, ProbesBesideEachOtherBothRun) {
 }
 
 TEST_F(PlatformSupport, Command7AnswersZeroForAClearFlagAndProbesOnce) {
-  Play("flag-clear");
+  Simulate("flag-clear");
   WattleafHelper::Instance().*(&Helper::PlatformSupportState) = -2;
   WattleafService service;
   std::vector<std::string> firstCalls;

@@ -56,7 +56,7 @@ HRESULT WINAPI RefuseBlanket(IUnknown*, DWORD, DWORD, OLECHAR*, DWORD, DWORD,
 }  // namespace
 
 TEST_F(PublicWmiFailures, NoLocator) {
-  Play("no-locator");
+  Simulate("no-locator");
   ExpectFailure(0x20000002, Warning(kLocatorCall, L"0x80040154"));
   EXPECT_EQ(firmware.script().Count("CreateInstance"), 1) << "there is no second attempt";
 }
@@ -67,17 +67,17 @@ TEST_F(PublicWmiFailures, LocatorThatIsNull) {
 }
 
 TEST_F(PublicWmiFailures, NoSuchNamespace) {
-  Play("no-system-namespace");
+  Simulate("no-system-namespace");
   ExpectFailure(0x20000012, Warning(kServerCall, L"0x8004100e"));
 }
 
 TEST_F(PublicWmiFailures, ServerThatRefuses) {
-  Play("fail:ConnectServer(ROOT\\CIMV2)=80070005");
+  Simulate("fail:ConnectServer(ROOT\\CIMV2)=80070005");
   ExpectFailure(0x20000002, Warning(kServerCall, L"0x80070005"));
 }
 
 TEST_F(PublicWmiFailures, ServerThatIsNull) {
-  Play("fail:ConnectServer(ROOT\\CIMV2)=0");
+  Simulate("fail:ConnectServer(ROOT\\CIMV2)=0");
   ExpectFailure(0x20000002, Warning(kServerCall, L"0x80004005"));
 }
 
@@ -90,7 +90,7 @@ TEST_F(PublicWmiFailures, BlanketThatIsRefused) {
 
 TEST_F(PublicWmiFailures, QueryThatFailsLeavesTheStatus) {
   for (const char* code : {"80041017", "80041010", "0"}) {
-    Play(std::string("fail:ExecQuery=") + code);
+    Simulate(std::string("fail:ExecQuery=") + code);
     log.Clear();
     record.Clear();
     const std::wstring text = *code == '0' ? L"0x80004005" : L"0x" + std::wstring(code, code + 8);
@@ -100,43 +100,43 @@ TEST_F(PublicWmiFailures, QueryThatFailsLeavesTheStatus) {
 }
 
 TEST_F(PublicWmiFailures, InvalidClassIsToldByNext) {
-  Play("invalid-class");
+  Simulate("invalid-class");
   ExpectFailure(0x2000000F, Warning(kNextCall, L"0x80041010"));
 }
 
 TEST_F(PublicWmiFailures, InvalidQueryIsToldByNext) {
-  Play("invalid-query");
+  Simulate("invalid-query");
   ExpectFailure(0x20000010, Warning(kNextCall, L"0x80041017"));
 }
 
 TEST_F(PublicWmiFailures, OtherFailuresOfNextLeaveTheStatus) {
-  Play("fail:Next(Win32_ComputerSystem)=80041001");
+  Simulate("fail:Next(Win32_ComputerSystem)=80041001");
   ExpectFailure(0x20000002, Warning(kNextCall, L"0x80041001"));
 }
 
 TEST_F(PublicWmiFailures, ObjectThatIsNullInSpiteOfItsCountIsAFailureOfNext) {
-  Play("null-computer-system");
+  Simulate("null-computer-system");
   ExpectFailure(0x20000002, Warning(kNextCall, L"0x80004005"));
   EXPECT_EQ(firmware.script().Count("Get(OEMStringArray)"), 0);
 }
 
 TEST_F(PublicWmiFailures, NextAfterAStoredValueKeepsItsStatusWithoutAMember) {
-  Play("fail:Next(Win32_ComputerSystem)#2=80041001");
+  Simulate("fail:Next(Win32_ComputerSystem)#2=80041001");
   ExpectFailure(0, Warning(kNextCall, L"0x80041001"));
 }
 
 TEST_F(PublicWmiFailures, MissingPropertyHasItsOwnStatus) {
-  Play("oem-missing");
+  Simulate("oem-missing");
   ExpectFailure(0x2000000D, Warning(kGetCall, L"0x80041002"));
 }
 
 TEST_F(PublicWmiFailures, OtherFailuresOfGetLeaveTheStatus) {
-  Play("fail:Get(OEMStringArray)=80041001");
+  Simulate("fail:Get(OEMStringArray)=80041001");
   ExpectFailure(0x20000002, Warning(kGetCall, L"0x80041001"));
 }
 
 TEST_F(PublicWmiFailures, GetAfterAStoredValueKeepsItsStatusWithoutAMember) {
-  Play("two-computer-systems,fail:Get(OEMStringArray)#2=80041001");
+  Simulate("two-computer-systems,fail:Get(OEMStringArray)#2=80041001");
   ExpectFailure(0, Warning(kGetCall, L"0x80041001"));
 }
 

@@ -54,22 +54,22 @@ TEST_F(PublicWmiTest, StoresTheTextsInOrder) {
 }
 
 TEST_F(PublicWmiTest, NumbersTextsAndTruthsAreStoredAsSuch) {
-  Play("oem-number");
+  Simulate("oem-number");
   EXPECT_EQ(Read(), 0U);
   EXPECT_EQ(document[L"result"].GetInt(), 1);
 
   document.SetObject();
-  Play("oem-text");
+  Simulate("oem-text");
   EXPECT_EQ(Read(), 0U);
   EXPECT_STREQ(document[L"result"].GetString(), L"CarbonSupport=1");
 
   document.SetObject();
-  Play("oem-truth");
+  Simulate("oem-truth");
   EXPECT_EQ(Read(), 0U);
   EXPECT_TRUE(document[L"result"].IsTrue());
 
   document.SetObject();
-  Play("oem-numbers");
+  Simulate("oem-numbers");
   EXPECT_EQ(Read(), 0U);
   ASSERT_EQ(document[L"result"].Size(), 3U);
   EXPECT_EQ(document[L"result"][2].GetInt(), 3);
@@ -81,7 +81,7 @@ TEST_F(PublicWmiTest, AnyNumberButZeroIsTrue) {
   EXPECT_TRUE(document[L"result"].IsTrue());
 
   document.SetObject();
-  Play("");
+  Simulate("");
   firmware.script().Answer(kGet, [](VARIANT* value) { MakeTruth(value, VARIANT_FALSE); });
   EXPECT_EQ(Read(), 0U);
   EXPECT_TRUE(document[L"result"].IsFalse());
@@ -97,21 +97,21 @@ TEST_F(PublicWmiTest, NullTextIsAnEmptyOne) {
 }
 
 TEST_F(PublicWmiTest, NoObjectAtOnceReadsNothing) {
-  Play("no-computer-system");
+  Simulate("no-computer-system");
   EXPECT_EQ(Read(), 0x20000002U);
   EXPECT_FALSE(HasResult());
   EXPECT_TRUE(log.Records().empty());
 }
 
 TEST_F(PublicWmiTest, NullPropertyStoresNothing) {
-  Play("oem-null");
+  Simulate("oem-null");
   EXPECT_EQ(Read(), 0x20000002U);
   EXPECT_FALSE(HasResult());
   EXPECT_TRUE(log.Records().empty());
 }
 
 TEST_F(PublicWmiTest, ArrayWithoutElementsReadsNothing) {
-  Play("oem-empty");
+  Simulate("oem-empty");
   EXPECT_EQ(Read(), 0x20000002U);
   EXPECT_FALSE(HasResult());
   EXPECT_TRUE(log.Records().empty());
@@ -119,7 +119,7 @@ TEST_F(PublicWmiTest, ArrayWithoutElementsReadsNothing) {
 
 TEST_F(PublicWmiTest, OtherTypesStoreNothing) {
   for (const VARTYPE type : {VT_EMPTY, VT_I2, VT_R8, VT_UI4, VT_UNKNOWN}) {
-    Play("");
+    Simulate("");
     firmware.script().Answer(kGet, [type](VARIANT* value) {
       value->vt = type;
       value->llVal = 0;
@@ -131,7 +131,7 @@ TEST_F(PublicWmiTest, OtherTypesStoreNothing) {
 }
 
 TEST_F(PublicWmiTest, LastOfSeveralObjectsWins) {
-  Play("two-computer-systems");
+  Simulate("two-computer-systems");
   firmware.script().Answer(
       kGet, [](VARIANT* value) { MakeTexts(value, {L"first"}); }, 1);
   firmware.script().Answer(
@@ -142,7 +142,7 @@ TEST_F(PublicWmiTest, LastOfSeveralObjectsWins) {
 }
 
 TEST_F(PublicWmiTest, LaterObjectWithoutValueKeepsTheOneHeld) {
-  Play("two-computer-systems");
+  Simulate("two-computer-systems");
   firmware.script().Answer(
       kGet, [](VARIANT* value) { value->vt = VT_NULL; }, 2);
   EXPECT_EQ(Read(), 0U);
@@ -150,7 +150,7 @@ TEST_F(PublicWmiTest, LaterObjectWithoutValueKeepsTheOneHeld) {
 }
 
 TEST_F(PublicWmiTest, LaterEmptyArrayEmptiesTheValueAndKeepsTheStatus) {
-  Play("two-computer-systems");
+  Simulate("two-computer-systems");
   firmware.script().Answer(
       kGet, [](VARIANT* value) { MakeTexts(value, {}); }, 2);
   EXPECT_EQ(Read(), 0U);

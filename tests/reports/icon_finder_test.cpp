@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "reports/played_ranking.h"
+#include "reports/fake_ranking.h"
 
 namespace {
 

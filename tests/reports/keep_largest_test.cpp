@@ -4,7 +4,7 @@
 #include <cmath>
 #include <limits>
 
-#include "reports/played_ranking.h"
+#include "reports/fake_ranking.h"
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 using testing::ElementsAre;

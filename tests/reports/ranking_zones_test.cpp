@@ -5,7 +5,7 @@
 
 #include "base/date_text.h"
 #include "ledger/zone_days.h"
-#include "reports/played_ranking.h"
+#include "reports/fake_ranking.h"
 
 // The cutoff around the days on which clocks change: 86400 seconds back, and the hour put back.
 
@@ -19,7 +19,7 @@ namespace {
 std::vector<std::string> AppsOfOneDay(const DateTime& now, const DateTime& day,
                                       const std::string& before, const std::string& at) {
   const std::string date = FormatDateTime(day, kDateFormat) + ":";
-  return NamesOf(PlayedRanking().Rank(
+  return NamesOf(FakeRanking().Rank(
       {StoreRow("b", "Before", "1", date + before), StoreRow("a", "At", "1", date + at)},
       ReportingPeriod(now, 1)));
 }

@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "security/played_access_lists.h"
+#include "security/fake_access_lists.h"
 #include "security/trust/zq_authenticode_helper.h"
 #include "support/log_capture.h"
 
@@ -15,7 +15,7 @@ using testing::ElementsAre;
 using testing::Pair;
 using TestSupport::AccessList;
 using TestSupport::EveryoneId;
-using TestSupport::PlayedAccessLists;
+using TestSupport::FakeAccessLists;
 using TestSupport::SystemId;
 using TestSupport::TrustedInstallerId;
 
@@ -24,27 +24,27 @@ constexpr DWORD kFullControl = 0x10000000;
 class AccountLookup : public testing::Test {
  protected:
   bool Check(AccessList& list) {
-    played_.list = list.Get();
+    fake_.list = list.Get();
     return ZQAuthenticodeHelper::CheckForFullConrolByTrustedInstallAndSystem(L"D:\\WindowsApps");
   }
 
   /// Characters that each look-up was told that name and domain may take.
   std::vector<std::pair<DWORD, DWORD>> ToldSizes() const {
     std::vector<std::pair<DWORD, DWORD>> sizes;
-    for (const auto& lookup : played_.lookups) {
+    for (const auto& lookup : fake_.lookups) {
       sizes.emplace_back(lookup.nameChars, lookup.domainChars);
     }
     return sizes;
   }
 
-  PlayedAccessLists played_;
+  FakeAccessLists fake_;
 };
 
 TEST_F(AccountLookup, AsksTheLocalMachine) {
   AccessList list;
   Check(list.Allow(SystemId(), kFullControl));
-  ASSERT_EQ(played_.lookups.size(), 1U);
-  EXPECT_TRUE(played_.lookups[0].onLocalMachine);
+  ASSERT_EQ(fake_.lookups.size(), 1U);
+  EXPECT_TRUE(fake_.lookups[0].onLocalMachine);
 }
 
 TEST_F(AccountLookup, TheFirstIsToldThatItsBuffersHoldNothing) {
@@ -81,13 +81,13 @@ TEST_F(AccountLookup, TakesPlaceForEntriesWithoutFullControlToo) {
                         .Allow(TrustedInstallerId(), kFullControl)
                         .Allow(SystemId(), 0)
                         .Allow(SystemId(), kFullControl)));
-  EXPECT_EQ(played_.lookups.size(), 4U);
+  EXPECT_EQ(fake_.lookups.size(), 4U);
 }
 
 TEST_F(AccountLookup, AFailedOneLeavesTheAccountOfTheEntryBefore) {
   AccessList list;
   // Everyone is unknown here: with full control, it passes for SYSTEM, whose entry has none.
-  played_.accounts.pop_back();
+  fake_.accounts.pop_back();
   EXPECT_TRUE(Check(list.Allow(TrustedInstallerId(), kFullControl)
                         .Allow(TrustedInstallerId(), kFullControl)
                         .Allow(SystemId(), 0)
@@ -97,14 +97,14 @@ TEST_F(AccountLookup, AFailedOneLeavesTheAccountOfTheEntryBefore) {
 
 TEST_F(AccountLookup, StartsFromEmptyNames) {
   // No look-up ever writes a name.
-  played_.accounts.clear();
+  fake_.accounts.clear();
   AccessList list;
   EXPECT_FALSE(
       Check(list.Allow(TrustedInstallerId(), kFullControl).Allow(SystemId(), kFullControl)));
 }
 
 TEST_F(AccountLookup, IsNeverToldMoreThanItsBuffersHold) {
-  played_.neededChars = 0xFFFFFFFF;
+  fake_.neededChars = 0xFFFFFFFF;
   AccessList list;
   EXPECT_FALSE(Check(list.Allow(EveryoneId(), kFullControl)
                          .Allow(EveryoneId(), kFullControl)
@@ -113,7 +113,7 @@ TEST_F(AccountLookup, IsNeverToldMoreThanItsBuffersHold) {
 }
 
 TEST_F(AccountLookup, ALongNameIsWholeAndNoOtherAccounts) {
-  played_.accounts.back().name = std::wstring(1000, L'n');
+  fake_.accounts.back().name = std::wstring(1000, L'n');
   AccessList list;
   EXPECT_FALSE(Check(list.Allow(EveryoneId(), kFullControl).Allow(EveryoneId(), kFullControl)));
   EXPECT_THAT(ToldSizes(), ElementsAre(Pair(0U, 0U), Pair(1001U, 1U)));

@@ -3,9 +3,9 @@
 #include <stdexcept>
 #include <type_traits>
 
+#include "fake_catalogs.h"
+#include "fake_trust.h"
 #include "import_patch.h"
-#include "played_catalogs.h"
-#include "played_trust.h"
 #include "security/trust/zq_authenticode_helper.h"
 #include "support/call_record.h"
 #include "support/import_watch.h"
@@ -24,8 +24,8 @@ constexpr LONG kBadDigest = static_cast<LONG>(0x80096010);
 
 const wchar_t* const kPath = L"C:\\folder\\file.dll";
 
-PlayedSignature Signature(LONG verdict, std::uint8_t lastKeyByte) {
-  PlayedSignature signature;
+FakeSignature Signature(LONG verdict, std::uint8_t lastKeyByte) {
+  FakeSignature signature;
   signature.verdict = verdict;
   signature.key = {0x30, lastKeyByte};
   return signature;
@@ -37,9 +37,9 @@ std::vector<DWORD> IndexesOf(const std::vector<TrustCall>& calls) {
   return indexes;
 }
 
-DWORD playedFileType = FILE_TYPE_DISK;
+DWORD fakeFileType = FILE_TYPE_DISK;
 
-DWORD WINAPI PlayedFileType(HANDLE) { return playedFileType; }
+DWORD WINAPI FakeFileType(HANDLE) { return fakeFileType; }
 
 /// Sees how files are opened, for as long as it lives. One at a time.
 class SeenOpens {
@@ -107,7 +107,7 @@ TEST(GetSignatures, ANullPathHasNoSignaturesAndAsksNothing) {
 }
 
 TEST(GetSignatures, AsksForAnEmbeddedSignatureAsWindowsDocumentsIt) {
-  PlayedTrust trust;
+  FakeTrust trust;
   trust.embedded = {Signature(0, 1)};
   (void)Helper::GetSignatures(kPath, false);
 
@@ -130,7 +130,7 @@ TEST(GetSignatures, AsksForAnEmbeddedSignatureAsWindowsDocumentsIt) {
 }
 
 TEST(GetSignatures, HangsSignatureSettingsOnEachVerification) {
-  PlayedTrust trust;
+  FakeTrust trust;
   trust.embedded = {Signature(0, 1), Signature(0, 2)};
   (void)Helper::GetSignatures(kPath, false);
   for (const TrustCall& call : trust.calls) {
@@ -140,7 +140,7 @@ TEST(GetSignatures, HangsSignatureSettingsOnEachVerification) {
 }
 
 TEST(GetSignatures, VisitsThePrimaryAndAllNestedSignatures) {
-  PlayedTrust trust;
+  FakeTrust trust;
   trust.embedded = {Signature(0, 1), Signature(0, 2), Signature(0, 3)};
   const SignatureList signatures = Helper::GetSignatures(kPath, false);
   EXPECT_EQ(IndexesOf(trust.VerifyCalls()), (std::vector<DWORD>{0, 1, 2}));
@@ -148,7 +148,7 @@ TEST(GetSignatures, VisitsThePrimaryAndAllNestedSignatures) {
 }
 
 TEST(GetSignatures, ClosesEachStateBeforeTheNextVerification) {
-  PlayedTrust trust;
+  FakeTrust trust;
   trust.embedded = {Signature(0, 1), Signature(kBadDigest, 2), Signature(0, 3)};
   (void)Helper::GetSignatures(kPath, false);
 
@@ -163,7 +163,7 @@ TEST(GetSignatures, ClosesEachStateBeforeTheNextVerification) {
 }
 
 TEST(GetSignatures, ClosesTheStateWhenReadingTheSignerThrows) {
-  PlayedTrust trust;
+  FakeTrust trust;
   trust.embedded = {Signature(0, 1)};
   trust.embedded[0].key.clear();
   EXPECT_THROW((void)Helper::GetSignatures(kPath, false), std::out_of_range);
@@ -172,7 +172,7 @@ TEST(GetSignatures, ClosesTheStateWhenReadingTheSignerThrows) {
 }
 
 TEST(GetSignatures, ListsTheThreeVerdictsWithTheirValues) {
-  PlayedTrust trust;
+  FakeTrust trust;
   trust.embedded = {Signature(0, 1), Signature(kExpired, 2), Signature(kUnknownRoot, 3)};
   const SignatureList signatures = Helper::GetSignatures(kPath, false);
   ASSERT_EQ(signatures.size(), 3u);
@@ -182,14 +182,14 @@ TEST(GetSignatures, ListsTheThreeVerdictsWithTheirValues) {
 }
 
 TEST(GetSignatures, AnotherVerdictAddsNothingAndDoesNotEndTheLoop) {
-  PlayedTrust trust;
+  FakeTrust trust;
   trust.embedded = {Signature(kBadDigest, 1), Signature(1, 2), Signature(0, 3)};
   EXPECT_EQ(KeysOf(Helper::GetSignatures(kPath, false)), (std::vector<std::string>{"30 03"}));
   EXPECT_EQ(trust.VerifyCalls().size(), 3u);
 }
 
 TEST(GetSignatures, StopsByTheCountThatTheLastVerificationLeft) {
-  PlayedTrust trust;
+  FakeTrust trust;
   trust.embedded = {Signature(0, 1)};
   trust.secondaryCounts = std::vector<DWORD>{5, 5, 2};
   (void)Helper::GetSignatures(kPath, false);
@@ -197,7 +197,7 @@ TEST(GetSignatures, StopsByTheCountThatTheLastVerificationLeft) {
 }
 
 TEST(GetSignatures, KeepsTheCountWhereALaterVerificationWritesNone) {
-  PlayedTrust trust;
+  FakeTrust trust;
   trust.embedded = {Signature(0, 1)};
   trust.secondaryCounts = std::vector<DWORD>{2};
   (void)Helper::GetSignatures(kPath, false);
@@ -206,14 +206,14 @@ TEST(GetSignatures, KeepsTheCountWhereALaterVerificationWritesNone) {
 
 TEST(GetSignatures, ReadsTheCountBeforeTheStateIsClosed) {
   // The close of the fake writes over the settings: a count read after it would visit 64.
-  PlayedTrust trust;
+  FakeTrust trust;
   trust.embedded = {Signature(0, 1), Signature(kBadDigest, 2), Signature(0, 3)};
   (void)Helper::GetSignatures(kPath, false);
   EXPECT_EQ(IndexesOf(trust.VerifyCalls()), (std::vector<DWORD>{0, 1, 2}));
 }
 
 TEST(GetSignatures, AsksForEachSignatureWithWholeSettingsThoughACloseWroteOverThem) {
-  PlayedTrust trust;
+  FakeTrust trust;
   trust.embedded = {Signature(0, 1), Signature(0, 2), Signature(0, 3)};
   (void)Helper::GetSignatures(kPath, false);
   ASSERT_EQ(trust.VerifyCalls().size(), 3u);
@@ -225,7 +225,7 @@ TEST(GetSignatures, AsksForEachSignatureWithWholeSettingsThoughACloseWroteOverTh
 }
 
 TEST(GetSignatures, EndsAtSixtyFourForAMadeUpCount) {
-  PlayedTrust trust;
+  FakeTrust trust;
   trust.embedded = {Signature(0, 1)};
   trust.secondaryCounts = std::vector<DWORD>{0xFFFFFFFF};
   EXPECT_EQ(Helper::GetSignatures(kPath, false).size(), 64u);
@@ -235,7 +235,7 @@ TEST(GetSignatures, EndsAtSixtyFourForAMadeUpCount) {
 }
 
 TEST(GetSignatures, AsksOnceForAFileWithoutSignature) {
-  PlayedTrust trust;
+  FakeTrust trust;
   EXPECT_TRUE(Helper::GetSignatures(kPath, false).empty());
   EXPECT_EQ(IndexesOf(trust.VerifyCalls()), (std::vector<DWORD>{0}));
   EXPECT_EQ(trust.CloseCalls().size(), 1u);
@@ -245,9 +245,9 @@ TEST(GetSignatures, VerifiesThroughACatalogInTheSameLoop) {
   const TempFolder folder;
   const std::wstring path = folder.File(L"listed.exe");
   WriteWholeFile(path, "content");
-  PlayedTrust trust;
+  FakeTrust trust;
   trust.byCatalog = {Signature(0, 1), Signature(kUnknownRoot, 2)};
-  PlayedCatalogs catalogs;
+  FakeCatalogs catalogs;
   catalogs.catalogs = {L"C:\\catalogs\\first.cat", L"C:\\catalogs\\second.cat"};
 
   const SignatureList signatures = Helper::GetSignatures(path.c_str(), true);
@@ -267,7 +267,7 @@ TEST(GetSignatures, VerifiesThroughACatalogInTheSameLoop) {
 TEST(GetSignatures, ReadsSubjectThenIssuerBetweenVerificationAndClose) {
   CallRecord record;
   const LogCapture log(record);
-  PlayedTrust trust;
+  FakeTrust trust;
   trust.record = &record;
   trust.embedded = {Signature(0, 1), Signature(kBadDigest, 2), Signature(kUnknownRoot, 3)};
   (void)Helper::GetSignatures(kPath, false);
@@ -284,10 +284,10 @@ TEST(GetSignatures, HashesThenFindsTheCatalogThenVerifiesThenReleasesItsContext)
   const std::wstring path = folder.File(L"listed.exe");
   WriteWholeFile(path, "content");
   CallRecord record;
-  PlayedTrust trust;
+  FakeTrust trust;
   trust.record = &record;
   trust.byCatalog = {Signature(0, 1), Signature(kBadDigest, 2)};
-  PlayedCatalogs catalogs;
+  FakeCatalogs catalogs;
   catalogs.record = &record;
   catalogs.catalogs = {L"C:\\catalogs\\first.cat"};
   (void)Helper::GetSignatures(path.c_str(), true);
@@ -303,11 +303,11 @@ TEST(GetAllSignatures, ReleasesTheCatalogContextBeforeTheEmbeddedSignaturesAreAs
   const std::wstring path = folder.File(L"listed.exe");
   WriteWholeFile(path, "content");
   CallRecord record;
-  PlayedTrust trust;
+  FakeTrust trust;
   trust.record = &record;
   trust.byCatalog = {Signature(0, 1)};
   trust.embedded = {Signature(0, 2)};
-  PlayedCatalogs catalogs;
+  FakeCatalogs catalogs;
   catalogs.record = &record;
   catalogs.catalogs = {L"C:\\catalogs\\first.cat"};
   (void)Helper::GetAllSignatures(path.c_str());
@@ -320,9 +320,9 @@ TEST(GetSignatures, ReleasesTheCatalogContextAfterTheLastVerification) {
   const TempFolder folder;
   const std::wstring path = folder.File(L"listed.exe");
   WriteWholeFile(path, "content");
-  PlayedTrust trust;
+  FakeTrust trust;
   trust.byCatalog = {Signature(0, 1)};
-  PlayedCatalogs catalogs;
+  FakeCatalogs catalogs;
   catalogs.catalogs = {L"C:\\catalogs\\first.cat"};
 
   (void)Helper::GetSignatures(path.c_str(), true);
@@ -340,9 +340,9 @@ TEST(GetSignatures, VerifiesNothingWhereNoCatalogKnowsTheFile) {
   const TempFolder folder;
   const std::wstring path = folder.File(L"plain.exe");
   WriteWholeFile(path, "content");
-  PlayedTrust trust;
+  FakeTrust trust;
   trust.byCatalog = {Signature(0, 1)};
-  PlayedCatalogs catalogs;
+  FakeCatalogs catalogs;
   EXPECT_TRUE(Helper::GetSignatures(path.c_str(), true).empty());
   EXPECT_EQ(catalogs.Count("enum"), 1);
   EXPECT_TRUE(trust.calls.empty());
@@ -352,18 +352,18 @@ TEST(GetAllSignatures, ListsCatalogSignaturesBeforeEmbeddedOnes) {
   const TempFolder folder;
   const std::wstring path = folder.File(L"listed.exe");
   WriteWholeFile(path, "content");
-  PlayedTrust trust;
+  FakeTrust trust;
   trust.byCatalog = {Signature(0, 1), Signature(0, 2)};
   trust.embedded = {Signature(0, 3), Signature(0, 4)};
-  PlayedCatalogs catalogs;
+  FakeCatalogs catalogs;
   catalogs.catalogs = {L"C:\\catalogs\\first.cat"};
   EXPECT_EQ(KeysOf(Helper::GetAllSignatures(path.c_str())),
             (std::vector<std::string>{"30 01", "30 02", "30 03", "30 04"}));
 }
 
 TEST(GetAllSignatures, CallsForTheSameFileMayRunOneAfterTheOtherWithoutMemory) {
-  PlayedTrust trust;
-  PlayedCatalogs catalogs;
+  FakeTrust trust;
+  FakeCatalogs catalogs;
   trust.embedded = {Signature(0, 1)};
   EXPECT_EQ(Helper::GetAllSignatures(kPath).size(), 1u);
   trust.embedded.clear();
@@ -373,10 +373,10 @@ TEST(GetAllSignatures, CallsForTheSameFileMayRunOneAfterTheOtherWithoutMemory) {
 // What is no file on a disk has no signatures, and the system is not asked to verify it.
 
 TEST(GetSignatures, OfAPipeOrADeviceAreNoneAndNothingIsVerifiedOrOpened) {
-  PlayedTrust trust;
+  FakeTrust trust;
   trust.embedded = {Signature(0, 1)};
   trust.byCatalog = {Signature(0, 1)};
-  PlayedCatalogs catalogs;
+  FakeCatalogs catalogs;
   catalogs.catalogs = {L"C:\\catalogs\\first.cat"};
   const SeenOpens opens;
   for (const wchar_t* path :
@@ -393,7 +393,7 @@ TEST(GetSignatures, OfAPipeOrADeviceAreNoneAndNothingIsVerifiedOrOpened) {
 }
 
 TEST(GetSignatures, OfAPathThatIsTooLongForTheSystemAreAskedUnlessItsTextNamesAPipe) {
-  PlayedTrust trust;
+  FakeTrust trust;
   trust.embedded = {Signature(0, 1)};
   const std::wstring tail(40000, L'a');
   EXPECT_TRUE(Helper::GetSignatures((L"\\\\.\\pipe\\" + tail).c_str(), false).empty());
@@ -402,7 +402,7 @@ TEST(GetSignatures, OfAPathThatIsTooLongForTheSystemAreAskedUnlessItsTextNamesAP
 }
 
 TEST(GetSignatures, OfAReservedNameWithAnExtensionAreNoneWhereTheSystemMakesItADevice) {
-  PlayedTrust trust;
+  FakeTrust trust;
   trust.embedded = {Signature(0, 1)};
   for (const wchar_t* path : {L"COM1.dll", L"C:\\folder\\NUL.txt", L"aux.dll"}) {
     wchar_t full[MAX_PATH] = {};
@@ -420,22 +420,22 @@ TEST(GetSignatures, OfAHandleThatIsNoDiskFileAreNoneAndNothingIsVerified) {
   const std::wstring path = folder.File(L"looks.dll");
   WriteWholeFile(path, "content");
   for (const DWORD type : {FILE_TYPE_PIPE, FILE_TYPE_CHAR, FILE_TYPE_REMOTE, FILE_TYPE_UNKNOWN}) {
-    PlayedTrust trust;
+    FakeTrust trust;
     trust.embedded = {Signature(0, 1)};
     trust.byCatalog = {Signature(0, 1)};
-    PlayedCatalogs catalogs;
+    FakeCatalogs catalogs;
     catalogs.catalogs = {L"C:\\catalogs\\first.cat"};
-    playedFileType = type;
-    const Standin::ImportPatch patch("GetFileType", &PlayedFileType);
+    fakeFileType = type;
+    const Standin::ImportPatch patch("GetFileType", &FakeFileType);
     EXPECT_TRUE(Helper::GetAllSignatures(path.c_str()).empty()) << type;
     EXPECT_TRUE(trust.calls.empty()) << type;
-    playedFileType = FILE_TYPE_DISK;
+    fakeFileType = FILE_TYPE_DISK;
     EXPECT_EQ(Helper::GetAllSignatures(path.c_str()).size(), 2u);
   }
 }
 
 TEST(GetSignatures, OfABusyPipeThatOnlyTheOpeningRevealsAreNone) {
-  PlayedTrust trust;
+  FakeTrust trust;
   trust.embedded = {Signature(0, 1)};
   SeenOpens opens;
   opens.error = ERROR_PIPE_BUSY;
@@ -450,7 +450,7 @@ TEST(GetSignatures, OpenForTheAttributesOnlyAndLetNobodyActAsTheService) {
   const TempFolder folder;
   const std::wstring path = folder.File(L"plain.dll");
   WriteWholeFile(path, "content");
-  PlayedTrust trust;
+  FakeTrust trust;
   trust.embedded = {Signature(0, 1)};
   const SeenOpens opens;
   EXPECT_EQ(Helper::GetSignatures(path.c_str(), false).size(), 1u);
@@ -463,7 +463,7 @@ TEST(GetSignatures, OpenForTheAttributesOnlyAndLetNobodyActAsTheService) {
 }
 
 TEST(GetSignatures, AskOfANetworkPathLikeOfAnyOther) {
-  PlayedTrust trust;
+  FakeTrust trust;
   trust.embedded = {Signature(0, 1)};
   SeenOpens opens;
   opens.error = ERROR_BAD_NETPATH;  // and no server is reached

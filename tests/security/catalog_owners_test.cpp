@@ -4,7 +4,7 @@
 
 #include <utility>
 
-#include "played_catalogs.h"
+#include "fake_catalogs.h"
 
 using namespace TestSupport;
 using namespace Zq::Gantry::Platform;
@@ -26,7 +26,7 @@ UniqueCatalog NewCatalog(const UniqueCatalogAdmin& admin) {
 class CatalogOwners : public testing::Test {
  protected:
   CatalogOwners() { catalogs_.catalogs = {L"C:\\catalogs\\first.cat"}; }
-  PlayedCatalogs catalogs_;
+  FakeCatalogs catalogs_;
 };
 
 }  // namespace

@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "played_catalogs.h"
+#include "fake_catalogs.h"
 #include "security/trust/catalog_member.h"
 #include "security/trust/wintrust_layout.h"
 #include "security/trust/zq_authenticode_helper.h"
@@ -15,9 +15,8 @@ using Helper = ZQAuthenticodeHelper;
 
 namespace {
 
-// 00, 07, 0E, ... D9 in upper case, worked out by hand from the played hash.
-const wchar_t* const kPlayedTag =
-    L"00070E151C232A31383F464D545B626970777E858C939AA1A8AFB6BDC4CBD2D9";
+// 00, 07, 0E, ... D9 in upper case, worked out by hand from the fake hash.
+const wchar_t* const kFakeTag = L"00070E151C232A31383F464D545B626970777E858C939AA1A8AFB6BDC4CBD2D9";
 
 class GetSecurityCatalogInfo : public testing::Test {
  protected:
@@ -47,7 +46,7 @@ class GetSecurityCatalogInfo : public testing::Test {
 
   TempFolder folder_;
   std::wstring path_ = folder_.File(L"listed.exe");
-  PlayedCatalogs catalogs_;
+  FakeCatalogs catalogs_;
   LogCapture log_;
   VerificationData data_;
   VerificationData untouched_;
@@ -90,7 +89,7 @@ TEST_F(GetSecurityCatalogInfo, DescribesTheFileAsAMemberOfItsFirstCatalog) {
 TEST_F(GetSecurityCatalogInfo, TheMemberTagIsTheHashIn64UpperCaseDigits) {
   ASSERT_EQ(Ask(), 1);
   const UniqueCatalogInfo info(data_.pCatalog);
-  EXPECT_STREQ(info->pcwszMemberTag, kPlayedTag);
+  EXPECT_STREQ(info->pcwszMemberTag, kFakeTag);
   EXPECT_EQ(std::wstring(info->pcwszMemberTag).size(), 64u);
   EXPECT_EQ(catalogs_.askedHash, catalogs_.hash);
 }

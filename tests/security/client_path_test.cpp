@@ -6,7 +6,7 @@
 
 #include <gmock/gmock.h>
 
-#include "security/played_path_calls.h"
+#include "security/fake_path_calls.h"
 #include "security/trust/util_helper.h"
 #include "support/import_watch.h"
 #include "support/log_capture.h"
@@ -21,9 +21,9 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
 using TestSupport::ExpansionFailure;
+using TestSupport::FakeRpcQuery;
 using TestSupport::Info;
 using TestSupport::LogCapture;
-using TestSupport::PlayedRpcQuery;
 using TestSupport::Warning;
 
 constexpr wchar_t kComponent[] = L"WattleafService";
@@ -32,7 +32,7 @@ constexpr DWORD kClient = 4321;
 HANDLE ProcessHandle() { return reinterpret_cast<HANDLE>(0x1111); }
 HANDLE TokenHandle() { return reinterpret_cast<HANDLE>(0x2222); }
 
-/// What the played calls answer, and what they were asked.
+/// What the simulated calls answer, and what they were asked.
 struct Calls {
   HANDLE process = ProcessHandle();
   HANDLE token = TokenHandle();
@@ -53,7 +53,7 @@ struct Calls {
 
 Calls* calls = nullptr;
 
-HANDLE WINAPI PlayOpenProcess(DWORD access, BOOL inherit, DWORD process) {
+HANDLE WINAPI FakeOpenProcess(DWORD access, BOOL inherit, DWORD process) {
   calls->opened.insert(calls->opened.end(), {access, static_cast<DWORD>(inherit), process});
   SetLastError(87);
   return calls->process;
@@ -63,7 +63,7 @@ bool IsClosed(HANDLE handle) {
   return std::find(calls->closed.begin(), calls->closed.end(), handle) != calls->closed.end();
 }
 
-BOOL WINAPI PlayOpenProcessToken(HANDLE process, DWORD access, HANDLE* token) {
+BOOL WINAPI FakeOpenProcessToken(HANDLE process, DWORD access, HANDLE* token) {
   EXPECT_FALSE(IsClosed(process)) << "the process is still needed";
   calls->tokenOf.push_back(process);
   calls->tokenAccess = access;
@@ -73,7 +73,7 @@ BOOL WINAPI PlayOpenProcessToken(HANDLE process, DWORD access, HANDLE* token) {
 }
 
 /// As the system does it: cuts what does not fit, and reports a success.
-BOOL WINAPI PlayExpandForUser(HANDLE token, LPCWSTR text, LPWSTR result, DWORD chars) {
+BOOL WINAPI FakeExpandForUser(HANDLE token, LPCWSTR text, LPWSTR result, DWORD chars) {
   EXPECT_FALSE(IsClosed(token)) << "the token is still needed";
   const bool isFirst = calls->expandedFor.empty();
   if (isFirst) calls->expandChars = chars;
@@ -90,7 +90,7 @@ BOOL WINAPI PlayExpandForUser(HANDLE token, LPCWSTR text, LPWSTR result, DWORD c
   return TRUE;
 }
 
-BOOL WINAPI PlayCloseHandle(HANDLE handle) {
+BOOL WINAPI FakeCloseHandle(HANDLE handle) {
   calls->closed.push_back(handle);
   SetLastError(1);  // must not show in a line about an earlier failure
   return TRUE;
@@ -98,26 +98,26 @@ BOOL WINAPI PlayCloseHandle(HANDLE handle) {
 
 class ClientPath : public testing::Test {
  protected:
-  ClientPath() { calls = &played_; }
+  ClientPath() { calls = &fake_; }
   ~ClientPath() override { calls = nullptr; }
 
   std::wstring Expand() { return UtilHelper::GetFullExpandedPath(L"%PLACE%\\a.exe", kComponent); }
 
-  Calls played_;
+  Calls fake_;
   LogCapture log_;
-  PlayedRpcQuery rpc_ = PlayedRpcQuery::ServingClient(kClient);
+  FakeRpcQuery rpc_ = FakeRpcQuery::ServingClient(kClient);
 
  private:
-  ImportPatch openProcess_{"OpenProcess", &PlayOpenProcess};
-  ImportPatch openToken_{"OpenProcessToken", &PlayOpenProcessToken};
-  ImportPatch expand_{"ExpandEnvironmentStringsForUserW", &PlayExpandForUser};
-  ImportPatch close_{"CloseHandle", &PlayCloseHandle};
+  ImportPatch openProcess_{"OpenProcess", &FakeOpenProcess};
+  ImportPatch openToken_{"OpenProcessToken", &FakeOpenProcessToken};
+  ImportPatch expand_{"ExpandEnvironmentStringsForUserW", &FakeExpandForUser};
+  ImportPatch close_{"CloseHandle", &FakeCloseHandle};
 };
 
 TEST_F(ClientPath, AsksOnceWithVersionThreeForTheProcessIdOnly) {
   Expand();
   ASSERT_EQ(rpc_.Questions().size(), 1U);
-  const PlayedRpcQuery::Question& question = rpc_.Questions().front();
+  const FakeRpcQuery::Question& question = rpc_.Questions().front();
   EXPECT_EQ(question.binding, nullptr);
   unsigned int version = 0;
   unsigned int flags = 0;
@@ -130,12 +130,12 @@ TEST_F(ClientPath, AsksOnceWithVersionThreeForTheProcessIdOnly) {
 
 TEST_F(ClientPath, ExpandsWithTheVariablesOfTheClient) {
   EXPECT_EQ(Expand(), L"C:\\Client\\a.exe");
-  EXPECT_THAT(played_.opened, ElementsAre(0x1FFFFFU, 0U, kClient));
-  EXPECT_THAT(played_.tokenOf, ElementsAre(ProcessHandle()));
-  EXPECT_EQ(played_.tokenAccess, 0xF01FFU);
-  EXPECT_THAT(played_.expandedFor, ElementsAre(TokenHandle()));
-  EXPECT_THAT(played_.expandedTexts, ElementsAre(L"%PLACE%\\a.exe"));
-  EXPECT_EQ(played_.expandChars, 260U);
+  EXPECT_THAT(fake_.opened, ElementsAre(0x1FFFFFU, 0U, kClient));
+  EXPECT_THAT(fake_.tokenOf, ElementsAre(ProcessHandle()));
+  EXPECT_EQ(fake_.tokenAccess, 0xF01FFU);
+  EXPECT_THAT(fake_.expandedFor, ElementsAre(TokenHandle()));
+  EXPECT_THAT(fake_.expandedTexts, ElementsAre(L"%PLACE%\\a.exe"));
+  EXPECT_EQ(fake_.expandChars, 260U);
 }
 
 TEST_F(ClientPath, WritesNoLineAboutAnExpansionThatWorked) {
@@ -154,12 +154,12 @@ TEST_F(ClientPath, DoesNotAskForTheVariablesOfTheProcess) {
 
 TEST_F(ClientPath, ClosesTokenAndProcess) {
   Expand();
-  EXPECT_THAT(played_.closed, ElementsAre(TokenHandle(), ProcessHandle()));
+  EXPECT_THAT(fake_.closed, ElementsAre(TokenHandle(), ProcessHandle()));
 }
 
 TEST_F(ClientPath, IsEmptyWhereTheProcessCannotBeOpened) {
   for (const HANDLE handle : {HANDLE{nullptr}, INVALID_HANDLE_VALUE}) {
-    played_.process = handle;
+    fake_.process = handle;
     log_.Clear();
     EXPECT_EQ(Expand(), L"");
     ASSERT_EQ(log_.Records().size(), 2U);
@@ -168,43 +168,43 @@ TEST_F(ClientPath, IsEmptyWhereTheProcessCannotBeOpened) {
                       kComponent));
     EXPECT_EQ(log_.Records()[1].level, Standin::LogLevel::kWarning);
   }
-  EXPECT_THAT(played_.tokenOf, IsEmpty());
-  EXPECT_THAT(played_.closed, IsEmpty());
+  EXPECT_THAT(fake_.tokenOf, IsEmpty());
+  EXPECT_THAT(fake_.closed, IsEmpty());
 }
 
 TEST_F(ClientPath, IsEmptyWhereTheTokenCannotBeOpened) {
-  played_.tokenResult = FALSE;
+  fake_.tokenResult = FALSE;
   for (const HANDLE handle : {HANDLE{nullptr}, INVALID_HANDLE_VALUE}) {
-    played_.token = handle;
-    played_.closed.clear();
+    fake_.token = handle;
+    fake_.closed.clear();
     log_.Clear();
     EXPECT_EQ(Expand(), L"");
     // Only the full path of nothing is reported.
     ASSERT_EQ(log_.Records().size(), 1U);
     EXPECT_THAT(log_.Records()[0].text, testing::HasSubstr(L"function GetFullPathName with"));
-    EXPECT_THAT(played_.closed, ElementsAre(ProcessHandle()));
+    EXPECT_THAT(fake_.closed, ElementsAre(ProcessHandle()));
   }
-  EXPECT_THAT(played_.expandedFor, IsEmpty());
+  EXPECT_THAT(fake_.expandedFor, IsEmpty());
 }
 
 TEST_F(ClientPath, UsesATokenThatCameWithAFailure) {
-  played_.tokenResult = FALSE;
+  fake_.tokenResult = FALSE;
   EXPECT_EQ(Expand(), L"C:\\Client\\a.exe");
-  EXPECT_THAT(played_.closed, ElementsAre(TokenHandle(), ProcessHandle()));
+  EXPECT_THAT(fake_.closed, ElementsAre(TokenHandle(), ProcessHandle()));
 }
 
 TEST_F(ClientPath, IsEmptyWhereTheExpansionFails) {
-  played_.expandResult = FALSE;
+  fake_.expandResult = FALSE;
   EXPECT_EQ(Expand(), L"");
   ASSERT_EQ(log_.Records().size(), 2U);
   EXPECT_EQ(log_.Records()[0],
             Warning(ExpansionFailure(L"ExpandEnvironmentStringsForUser", 203), kComponent));
   EXPECT_THAT(log_.Records()[1].text, testing::HasSubstr(L"function GetFullPathName with"));
-  EXPECT_THAT(played_.closed, ElementsAre(TokenHandle(), ProcessHandle()));
+  EXPECT_THAT(fake_.closed, ElementsAre(TokenHandle(), ProcessHandle()));
 }
 
 TEST_F(ClientPath, NeverUsesTheBeginningOfAnExpansionThatWasCut) {
-  played_.expansion = L"C:\\Windows\\" + std::wstring(249, L'w');  // 260 characters
+  fake_.expansion = L"C:\\Windows\\" + std::wstring(249, L'w');  // 260 characters
   EXPECT_EQ(Expand(), L"");
   ASSERT_EQ(log_.Records().size(), 2U);
   EXPECT_EQ(log_.Records()[0],
@@ -212,33 +212,33 @@ TEST_F(ClientPath, NeverUsesTheBeginningOfAnExpansionThatWasCut) {
 }
 
 TEST_F(ClientPath, NeverUsesWhatAFailedExpansionLeft) {
-  played_.expandResult = FALSE;
-  played_.leftover = L"C:\\Windows\\a.exe";
+  fake_.expandResult = FALSE;
+  fake_.leftover = L"C:\\Windows\\a.exe";
   EXPECT_EQ(Expand(), L"");
   ASSERT_EQ(log_.Records().size(), 2U);
   EXPECT_THAT(log_.Records()[1].text, testing::HasSubstr(L"function GetFullPathName with"));
 }
 
 TEST_F(ClientPath, TakesAnExpansionForCutThatCannotBeHeldAgainstAWiderOne) {
-  played_.expansion = L"C:\\Windows\\" + std::wstring(248, L'w');  // 259 characters
-  played_.widerExpandResult = FALSE;
+  fake_.expansion = L"C:\\Windows\\" + std::wstring(248, L'w');  // 259 characters
+  fake_.widerExpandResult = FALSE;
   EXPECT_EQ(Expand(), L"");
   EXPECT_EQ(log_.Records().size(), 2U);
 }
 
 TEST_F(ClientPath, AsksASecondTimeOnlyForATextThatFillsTheBuffer) {
-  played_.expansion = L"C:\\Windows\\" + std::wstring(247, L'w');  // 258 characters
-  EXPECT_EQ(Expand(), played_.expansion);
-  EXPECT_EQ(played_.expandedFor.size(), 1U);
+  fake_.expansion = L"C:\\Windows\\" + std::wstring(247, L'w');  // 258 characters
+  EXPECT_EQ(Expand(), fake_.expansion);
+  EXPECT_EQ(fake_.expandedFor.size(), 1U);
 }
 
 TEST_F(ClientPath, TakesTheLongestExpansionThatFits) {
-  played_.expansion = L"C:\\Windows\\" + std::wstring(248, L'w');  // 259 characters
-  EXPECT_EQ(Expand(), played_.expansion);
+  fake_.expansion = L"C:\\Windows\\" + std::wstring(248, L'w');  // 259 characters
+  EXPECT_EQ(Expand(), fake_.expansion);
 }
 
 TEST(ClientPathForReal, ExpandsForThisProcessAsItsOwnClient) {
-  const PlayedRpcQuery rpc = PlayedRpcQuery::ServingClient(GetCurrentProcessId());
+  const FakeRpcQuery rpc = FakeRpcQuery::ServingClient(GetCurrentProcessId());
   wchar_t windows[MAX_PATH] = {};
   GetWindowsDirectoryW(windows, MAX_PATH);
   const std::wstring expected = std::wstring(windows) + L"\\a.exe";

@@ -9,8 +9,8 @@
 
 #include <type_traits>
 
+#include "fake_catalogs.h"
 #include "import_patch.h"
-#include "played_catalogs.h"
 #include "security/trust/zq_authenticode_helper.h"
 #include "support/log_capture.h"
 #include "support/temp_folder.h"
@@ -67,7 +67,7 @@ class CalculateFileHash : public testing::Test {
 
   TempFolder folder_;
   std::wstring path_ = folder_.File(L"hashed.bin");
-  PlayedCatalogs catalogs_;
+  FakeCatalogs catalogs_;
   LogCapture log_;
   Standin::ImportPatch create_{"CreateFileW", &SeenCreateFile};
   Standin::ImportPatch close_{"CloseHandle", &SeenCloseHandle};
@@ -110,7 +110,7 @@ TEST_F(CalculateFileHash, KeepsItsOwnContextAfterAFailure) {
 }
 
 TEST_F(CalculateFileHash, NeitherAcquiresNorReleasesWithAGivenContext) {
-  // A played context is the address that the first acquisition gives.
+  // A fake context is the address that the first acquisition gives.
   HCATADMIN given = nullptr;
   ASSERT_TRUE(CryptCATAdminAcquireContext2(&given, nullptr, L"SHA256", nullptr, 0));
   catalogs_.calls.clear();

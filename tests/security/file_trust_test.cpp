@@ -2,8 +2,8 @@
 
 #include <functional>
 
-#include "played_catalogs.h"
-#include "played_trust.h"
+#include "fake_catalogs.h"
+#include "fake_trust.h"
 #include "security/trust/zq_authenticode_helper.h"
 #include "support/import_watch.h"
 #include "support/log_capture.h"
@@ -20,8 +20,8 @@ constexpr LONG kUnknownRoot = static_cast<LONG>(0x800B0109);
 constexpr std::uint8_t kListed = 0x0a;
 constexpr std::uint8_t kUnlisted = 0x0b;
 
-PlayedSignature Signature(LONG verdict, std::uint8_t lastKeyByte) {
-  PlayedSignature signature;
+FakeSignature Signature(LONG verdict, std::uint8_t lastKeyByte) {
+  FakeSignature signature;
   signature.verdict = verdict;
   signature.key = {0x30, lastKeyByte};
   return signature;
@@ -51,8 +51,8 @@ class IsFileTrusted : public testing::Test {
 
   TempFolder folder_;
   std::wstring path_ = folder_.File(L"judged.dll");
-  PlayedTrust trust_;
-  PlayedCatalogs catalogs_;
+  FakeTrust trust_;
+  FakeCatalogs catalogs_;
   LogCapture log_;
   const KeyList keys_ = {"30 0c", "30 0a"};
 };
@@ -128,22 +128,22 @@ TEST_F(IsFileTrusted, ACatalogMayVouchForWindowsAndAnEmbeddedSignatureForTheKey)
 TEST_F(IsFileTrusted, NoFailingCallTurnsANoIntoAYes) {
   struct Failure {
     const char* label;
-    std::function<void(PlayedTrust&, PlayedCatalogs&)> apply;
+    std::function<void(FakeTrust&, FakeCatalogs&)> apply;
   };
   const Failure failures[] = {
-      {"acquire", [](PlayedTrust&, PlayedCatalogs& c) { c.failAcquire = true; }},
-      {"acquire gives null", [](PlayedTrust&, PlayedCatalogs& c) { c.acquireNull = true; }},
-      {"hash size", [](PlayedTrust&, PlayedCatalogs& c) { c.hashSizeZero = true; }},
-      {"hash", [](PlayedTrust&, PlayedCatalogs& c) { c.failHash = true; }},
-      {"enumerate", [](PlayedTrust&, PlayedCatalogs& c) { c.catalogs.clear(); }},
-      {"catalog info", [](PlayedTrust&, PlayedCatalogs& c) { c.failInfo = true; }},
-      {"state", [](PlayedTrust& t, PlayedCatalogs&) { t.leaveStateNull = true; }},
-      {"provider data", [](PlayedTrust& t, PlayedCatalogs&) { t.hideProvider = true; }},
-      {"signer", [](PlayedTrust& t, PlayedCatalogs&) { t.hideSigner = true; }},
-      {"certificate", [](PlayedTrust& t, PlayedCatalogs&) { t.hideCertificate = true; }},
-      {"context", [](PlayedTrust& t, PlayedCatalogs&) { t.hideCertificateContext = true; }},
+      {"acquire", [](FakeTrust&, FakeCatalogs& c) { c.failAcquire = true; }},
+      {"acquire gives null", [](FakeTrust&, FakeCatalogs& c) { c.acquireNull = true; }},
+      {"hash size", [](FakeTrust&, FakeCatalogs& c) { c.hashSizeZero = true; }},
+      {"hash", [](FakeTrust&, FakeCatalogs& c) { c.failHash = true; }},
+      {"enumerate", [](FakeTrust&, FakeCatalogs& c) { c.catalogs.clear(); }},
+      {"catalog info", [](FakeTrust&, FakeCatalogs& c) { c.failInfo = true; }},
+      {"state", [](FakeTrust& t, FakeCatalogs&) { t.leaveStateNull = true; }},
+      {"provider data", [](FakeTrust& t, FakeCatalogs&) { t.hideProvider = true; }},
+      {"signer", [](FakeTrust& t, FakeCatalogs&) { t.hideSigner = true; }},
+      {"certificate", [](FakeTrust& t, FakeCatalogs&) { t.hideCertificate = true; }},
+      {"context", [](FakeTrust& t, FakeCatalogs&) { t.hideCertificateContext = true; }},
   };
-  const std::vector<std::vector<PlayedSignature>> refused = {
+  const std::vector<std::vector<FakeSignature>> refused = {
       {},
       {Signature(kUnknownRoot, kListed)},
       {Signature(0, kUnlisted)},
@@ -152,10 +152,10 @@ TEST_F(IsFileTrusted, NoFailingCallTurnsANoIntoAYes) {
   };
   for (const Failure& failure : failures) {
     for (std::size_t i = 0; i < refused.size(); ++i) {
-      PlayedTrust trust;
+      FakeTrust trust;
       trust.embedded = refused[i];
       trust.byCatalog = refused[i];
-      PlayedCatalogs catalogs;
+      FakeCatalogs catalogs;
       catalogs.catalogs = {L"C:\\catalogs\\first.cat"};
       failure.apply(trust, catalogs);
       EXPECT_FALSE(Ask(keys_)) << failure.label << ", case " << i;

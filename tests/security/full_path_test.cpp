@@ -4,7 +4,7 @@
 
 #include <gmock/gmock.h>
 
-#include "security/played_path_calls.h"
+#include "security/fake_path_calls.h"
 #include "security/trust/util_helper.h"
 #include "support/import_watch.h"
 #include "support/log_capture.h"
@@ -16,10 +16,10 @@ using Standin::ImportPatch;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using TestSupport::ExpansionFailure;
+using TestSupport::FakeRpcQuery;
 using TestSupport::ImportWatch;
 using TestSupport::Info;
 using TestSupport::LogCapture;
-using TestSupport::PlayedRpcQuery;
 using TestSupport::ScopedVariable;
 using TestSupport::Warning;
 
@@ -34,7 +34,7 @@ std::wstring PathOfLength(std::size_t length) {
 }
 
 TEST(FullPath, ExpandsTheProcessesVariablesAndNormalises) {
-  const PlayedRpcQuery rpc;
+  const FakeRpcQuery rpc;
   const ScopedVariable place(L"WATTLEAF_PLACE", L"C:\\Some");
   const LogCapture log;
   EXPECT_EQ(UtilHelper::GetFullExpandedPath(L"%WATTLEAF_PLACE%\\a\\..\\b.dll", kComponent),
@@ -60,7 +60,7 @@ TEST(FullPath, IsEmptyForANullPathWithoutAnySystemCall) {
 TEST(FullPath, GoesOnWithAnEmptyTextWhereTheExpansionFails) {
   static std::wstring input;
   input = L"not asked";
-  const PlayedRpcQuery rpc;
+  const FakeRpcQuery rpc;
   const ImportPatch expand(
       "ExpandEnvironmentStringsW", +[](LPCWSTR, LPWSTR, DWORD) -> DWORD {
         SetLastError(8);
@@ -81,7 +81,7 @@ TEST(FullPath, GoesOnWithAnEmptyTextWhereTheExpansionFails) {
 }
 
 TEST(FullPath, NeverUsesWhatAFailedExpansionLeft) {
-  const PlayedRpcQuery rpc;
+  const FakeRpcQuery rpc;
   const ImportPatch expand(
       "ExpandEnvironmentStringsW", +[](LPCWSTR, LPWSTR text, DWORD chars) -> DWORD {
         wcscpy_s(text, chars, L"C:\\Windows\\a.dll");
@@ -93,7 +93,7 @@ TEST(FullPath, NeverUsesWhatAFailedExpansionLeft) {
 }
 
 TEST(FullPath, IsEmptyWhereTheFullPathFails) {
-  const PlayedRpcQuery rpc;
+  const FakeRpcQuery rpc;
   const ImportPatch full(
       "GetFullPathNameW", +[](LPCWSTR, DWORD, LPWSTR, LPWSTR*) -> DWORD {
         SetLastError(5);
@@ -108,7 +108,7 @@ TEST(FullPath, IsEmptyWhereTheFullPathFails) {
 TEST(FullPath, TellsBothCallsACapacityOf260Characters) {
   static DWORD expandChars = 0;
   static DWORD fullChars = 0;
-  const PlayedRpcQuery rpc;
+  const FakeRpcQuery rpc;
   const ImportPatch expand(
       "ExpandEnvironmentStringsW", +[](LPCWSTR, LPWSTR text, DWORD chars) -> DWORD {
         expandChars = chars;
@@ -126,14 +126,14 @@ TEST(FullPath, TellsBothCallsACapacityOf260Characters) {
 }
 
 TEST(FullPath, TakesTheLongestPathThatFits) {
-  const PlayedRpcQuery rpc;
+  const FakeRpcQuery rpc;
   const std::wstring path = PathOfLength(259);
   const LogCapture log;
   EXPECT_EQ(UtilHelper::GetFullExpandedPath(path.c_str(), L""), path);
 }
 
 TEST(FullPath, IsEmptyWhereTheExpansionDoesNotFit) {
-  const PlayedRpcQuery rpc;
+  const FakeRpcQuery rpc;
   const std::wstring value = PathOfLength(260);
   const ScopedVariable place(L"WATTLEAF_PLACE", value.c_str());
   const LogCapture log;
@@ -148,7 +148,7 @@ TEST(FullPath, IsEmptyWhereTheExpansionDoesNotFit) {
 TEST(FullPath, NeverUsesTheBeginningOfAnExpansionThatWasCut) {
   static std::wstring input;
   input = L"not asked";
-  const PlayedRpcQuery rpc;
+  const FakeRpcQuery rpc;
   // What the system does: a cut text, and the length that would have been needed as a success.
   const ImportPatch expand(
       "ExpandEnvironmentStringsW", +[](LPCWSTR, LPWSTR text, DWORD chars) -> DWORD {
@@ -170,7 +170,7 @@ TEST(FullPath, NeverUsesTheBeginningOfAnExpansionThatWasCut) {
 }
 
 TEST(FullPath, IsEmptyWhereOnlyTheFullPathDoesNotFit) {
-  const PlayedRpcQuery rpc;
+  const FakeRpcQuery rpc;
   // Relative, so the current folder comes in front.
   const std::wstring name(259, L'n');
   const LogCapture log;
@@ -183,7 +183,7 @@ TEST(FullPath, IsEmptyWhereOnlyTheFullPathDoesNotFit) {
 
 TEST(FullPath, AFullPathOf260CharactersDoesNotFit) {
   static DWORD result = 0;
-  const PlayedRpcQuery rpc;
+  const FakeRpcQuery rpc;
   const ImportPatch full(
       "GetFullPathNameW", +[](LPCWSTR, DWORD, LPWSTR text, LPWSTR*) -> DWORD {
         text[0] = L'x';
@@ -201,7 +201,7 @@ TEST(FullPath, AFullPathOf260CharactersDoesNotFit) {
 TEST(FullPath, AnyStatusButZeroMeansThatNobodyIsServed) {
   const ScopedVariable place(L"WATTLEAF_PLACE", L"C:\\Own");
   for (const RPC_STATUS status : {RPC_STATUS{5}, RPC_STATUS{1702}, RPC_STATUS{1725}}) {
-    const PlayedRpcQuery rpc(status);
+    const FakeRpcQuery rpc(status);
     const LogCapture log;
     EXPECT_EQ(UtilHelper::GetFullExpandedPath(L"%WATTLEAF_PLACE%\\a", L""), L"C:\\Own\\a");
   }

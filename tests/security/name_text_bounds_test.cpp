@@ -12,8 +12,8 @@
 #include <type_traits>
 #include <vector>
 
+#include "fake_trust.h"
 #include "import_patch.h"
-#include "played_trust.h"
 #include "security/trust/zq_authenticode_helper.h"
 
 // How much CertNameToStrW may write for a name: each block that the reading takes from the heap
@@ -197,7 +197,7 @@ TEST_F(NameTextBounds, ACertificateWhoseCommonNameFollowsAVeryLongTypeIsReadWhol
       X509_ASN_ENCODING, encoded.data(), static_cast<DWORD>(encoded.size()));
   ASSERT_NE(certificate, nullptr);
   const CERT_NAME_BLOB& read = certificate->pCertInfo->Subject;
-  PlayedTrust trust;
+  FakeTrust trust;
   trust.embedded.emplace_back();
   trust.embedded[0].encodedSubject.assign(read.pbData, read.pbData + read.cbData);
   CertFreeCertificateContext(certificate);

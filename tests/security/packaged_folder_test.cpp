@@ -4,8 +4,8 @@
 
 #include <gmock/gmock.h>
 
-#include "security/played_access_lists.h"
-#include "security/played_path_calls.h"
+#include "security/fake_access_lists.h"
+#include "security/fake_path_calls.h"
 #include "security/trust/zq_authenticode_helper.h"
 #include "support/call_record.h"
 #include "support/log_capture.h"
@@ -41,9 +41,9 @@ class PackagedFolder : public testing::Test {
  protected:
   PackagedFolder() {
     waits.clear();
-    played_.ignoreSizes = true;
+    fake_.ignoreSizes = true;
     good_.Allow(TrustedInstallerId(), kFullControl).Allow(SystemId(), kFullControl);
-    played_.list = good_.Get();
+    fake_.list = good_.Get();
   }
 
   /// The errors behind the three of the roots.
@@ -60,31 +60,31 @@ class PackagedFolder : public testing::Test {
   }
 
   const TestSupport::FixedRoots roots_;
-  const TestSupport::PlayedRpcQuery rpc_;
+  const TestSupport::FakeRpcQuery rpc_;
   const ImportPatch sleep_{"Sleep", &CountWait};
-  TestSupport::PlayedAccessLists played_;
+  TestSupport::FakeAccessLists fake_;
   AccessList good_;
   TestSupport::LogCapture log_;
 };
 
 TEST_F(PackagedFolder, IsItselfAskedForItsAccessListOnce) {
   EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(kFile));
-  ASSERT_EQ(played_.questions.size(), 1U);
-  EXPECT_EQ(played_.questions[0].path, L"D:\\WindowsApps");
+  ASSERT_EQ(fake_.questions.size(), 1U);
+  EXPECT_EQ(fake_.questions[0].path, L"D:\\WindowsApps");
   EXPECT_THAT(OwnershipErrors(), IsEmpty());
   EXPECT_THAT(waits, IsEmpty());
 }
 
 TEST_F(PackagedFolder, MayLieOnAnyDrive) {
   EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"z:\\WindowsApps\\a.exe"));
-  EXPECT_EQ(played_.questions[0].path, L"z:\\WindowsApps");
+  EXPECT_EQ(fake_.questions[0].path, L"z:\\WindowsApps");
 }
 
 TEST_F(PackagedFolder, IsTriedFiveTimesWithFourWaitsWhereItDoesNotExist) {
-  played_.failures = 100;
-  played_.lastError = 2;
+  fake_.failures = 100;
+  fake_.lastError = 2;
   EXPECT_FALSE(ZQAuthenticodeHelper::IsPathAllowed(kFile));
-  EXPECT_EQ(played_.questions.size(), 5U);
+  EXPECT_EQ(fake_.questions.size(), 5U);
   EXPECT_THAT(waits, ElementsAre(250U, 250U, 250U, 250U));
   EXPECT_THAT(OwnershipErrors(), ElementsAre(Attempt(1, 2), Attempt(2, 2), Attempt(3, 2),
                                              Attempt(4, 2), Attempt(5, 2)));
@@ -92,25 +92,25 @@ TEST_F(PackagedFolder, IsTriedFiveTimesWithFourWaitsWhereItDoesNotExist) {
 
 TEST_F(PackagedFolder, TriesFiveTimesWhereTheListLacksAnEntry) {
   AccessList lacking;
-  played_.list = lacking.Allow(SystemId(), kFullControl).Get();
+  fake_.list = lacking.Allow(SystemId(), kFullControl).Get();
   EXPECT_FALSE(ZQAuthenticodeHelper::IsPathAllowed(kFile));
-  EXPECT_EQ(played_.questions.size(), 5U);
+  EXPECT_EQ(fake_.questions.size(), 5U);
   EXPECT_EQ(waits.size(), 4U);
   EXPECT_THAT(OwnershipErrors(), ElementsAre(Attempt(1, 0), Attempt(2, 0), Attempt(3, 0),
                                              Attempt(4, 0), Attempt(5, 0)));
 }
 
 TEST_F(PackagedFolder, IsAllowedAtTheFirstYes) {
-  played_.failures = 2;
-  played_.lastError = 32;
+  fake_.failures = 2;
+  fake_.lastError = 32;
   EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(kFile));
-  EXPECT_EQ(played_.questions.size(), 3U);
+  EXPECT_EQ(fake_.questions.size(), 3U);
   EXPECT_THAT(waits, ElementsAre(250U, 250U));
   EXPECT_THAT(OwnershipErrors(), ElementsAre(Attempt(1, 32), Attempt(2, 32)));
 }
 
 TEST_F(PackagedFolder, IsAllowedByTheLastAttempt) {
-  played_.failures = 4;
+  fake_.failures = 4;
   EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(kFile));
   EXPECT_EQ(OwnershipErrors().size(), 4U);
 }
@@ -118,31 +118,31 @@ TEST_F(PackagedFolder, IsAllowedByTheLastAttempt) {
 TEST_F(PackagedFolder, IsTheOneOfTheExpandedPath) {
   const TestSupport::ScopedVariable place(L"WATTLEAF_PLACE", L"E:\\x\\..\\WindowsApps");
   EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"%WATTLEAF_PLACE%\\Some\\a.exe"));
-  EXPECT_EQ(played_.questions[0].path, L"E:\\WindowsApps");
+  EXPECT_EQ(fake_.questions[0].path, L"E:\\WindowsApps");
 }
 
 // What an allowed place does not promise.
 
 TEST_F(PackagedFolder, MayBeAUsersOwnThatGivesFullControlToBothAccounts) {
   AccessList shared;
-  played_.list = shared.Allow(EveryoneId(), kFullControl)
-                     .Allow(TrustedInstallerId(), kFullControl)
-                     .Allow(SystemId(), kFullControl)
-                     .Get();
+  fake_.list = shared.Allow(EveryoneId(), kFullControl)
+                   .Allow(TrustedInstallerId(), kFullControl)
+                   .Allow(SystemId(), kFullControl)
+                   .Get();
   EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"C:\\WindowsApps\\mine\\a.exe"));
-  EXPECT_EQ(played_.questions[0].path, L"C:\\WindowsApps");
+  EXPECT_EQ(fake_.questions[0].path, L"C:\\WindowsApps");
 }
 
 TEST_F(PackagedFolder, OfARemovableDriveIsJudgedByTheListThatCameWithIt) {
   EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"E:\\WindowsApps\\a.exe"));
-  EXPECT_EQ(played_.questions[0].path, L"E:\\WindowsApps");
-  played_.list = nullptr;  // a drive without access lists
+  EXPECT_EQ(fake_.questions[0].path, L"E:\\WindowsApps");
+  fake_.list = nullptr;  // a drive without access lists
   EXPECT_FALSE(ZQAuthenticodeHelper::IsPathAllowed(L"E:\\WindowsApps\\a.exe"));
 }
 
 TEST_F(PackagedFolder, OfAShareIsJudgedByTheListThatTheServerSupplies) {
   EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"\\\\server\\c:\\WindowsApps\\a.exe"));
-  EXPECT_EQ(played_.questions[0].path, L"\\\\server\\c:\\WindowsApps");
+  EXPECT_EQ(fake_.questions[0].path, L"\\\\server\\c:\\WindowsApps");
   EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"\\\\?\\UNC\\server\\x:\\WindowsApps\\a.exe"));
 }
 
@@ -155,11 +155,11 @@ TEST_F(PackagedFolder, CostsADescriptorThatIsKeptForEachAttempt) {
         return nullptr;
       });
   AccessList lacking;
-  played_.list = lacking.Allow(SystemId(), kFullControl).Get();
+  fake_.list = lacking.Allow(SystemId(), kFullControl).Get();
   EXPECT_FALSE(ZQAuthenticodeHelper::IsPathAllowed(kFile));
   EXPECT_FALSE(ZQAuthenticodeHelper::IsPathAllowed(kFile));
-  EXPECT_EQ(played_.descriptors.size(), 10U);
-  for (void* descriptor : played_.descriptors) {
+  EXPECT_EQ(fake_.descriptors.size(), 10U);
+  for (void* descriptor : fake_.descriptors) {
     EXPECT_THAT(freed, testing::Not(testing::Contains(descriptor)));
   }
 }
@@ -177,11 +177,11 @@ TEST(PackagedFolderOrder, LogsEachFailedAttemptBeforeItWaits) {
   waitRecord = &seen;
   const TestSupport::LogCapture log(seen);
   const TestSupport::FixedRoots roots;
-  const TestSupport::PlayedRpcQuery rpc;
+  const TestSupport::FakeRpcQuery rpc;
   const ImportPatch sleep("Sleep", &RecordWait);
-  TestSupport::PlayedAccessLists played;
-  played.failures = 5;
-  played.lastError = 2;
+  TestSupport::FakeAccessLists fake;
+  fake.failures = 5;
+  fake.lastError = 2;
   EXPECT_FALSE(ZQAuthenticodeHelper::IsPathAllowed(kFile));
   const auto attempt = [](int number) { return TestSupport::LogLine(Attempt(number, 2)); };
   EXPECT_THAT(seen.LinesOf({"log error: Security - GetNamed", "wait"}),
@@ -192,7 +192,7 @@ TEST(PackagedFolderOrder, LogsEachFailedAttemptBeforeItWaits) {
 TEST(PackagedFolderForReal, IsRefusedAfterOneSecondWhereItDoesNotExist) {
   waits.clear();
   const TestSupport::FixedRoots roots;
-  const TestSupport::PlayedRpcQuery rpc;
+  const TestSupport::FakeRpcQuery rpc;
   const ImportPatch sleep("Sleep", &CountWait);
   const TestSupport::LogCapture log;
   EXPECT_FALSE(ZQAuthenticodeHelper::IsPathAllowed(L"Q:\\WindowsApps\\Some\\a.exe"));

@@ -4,7 +4,7 @@
 
 #include <gmock/gmock.h>
 
-#include "security/played_path_calls.h"
+#include "security/fake_path_calls.h"
 #include "security/trust/zq_authenticode_helper.h"
 #include "support/log_capture.h"
 #include "support/temp_folder.h"
@@ -68,7 +68,7 @@ class PathAllowance : public testing::Test {
   }
 
   const TestSupport::FixedRoots roots_;
-  const TestSupport::PlayedRpcQuery rpc_;
+  const TestSupport::FakeRpcQuery rpc_;
   LogCapture log_;
 
  private:
@@ -215,8 +215,8 @@ class ServedPathAllowance : public testing::Test {
   }
 
   const TestSupport::FixedRoots roots_;
-  const TestSupport::PlayedRpcQuery rpc_ =
-      TestSupport::PlayedRpcQuery::ServingClient(GetCurrentProcessId());
+  const TestSupport::FakeRpcQuery rpc_ =
+      TestSupport::FakeRpcQuery::ServingClient(GetCurrentProcessId());
   const LogCapture log_;
 };
 

@@ -4,7 +4,7 @@
 
 #include <gmock/gmock.h>
 
-#include "security/played_access_lists.h"
+#include "security/fake_access_lists.h"
 #include "security/trust/zq_authenticode_helper.h"
 #include "support/log_capture.h"
 #include "support/temp_folder.h"
@@ -19,8 +19,8 @@ using testing::IsEmpty;
 using testing::Not;
 using TestSupport::AccessList;
 using TestSupport::EveryoneId;
+using TestSupport::FakeAccessLists;
 using TestSupport::LogCapture;
-using TestSupport::PlayedAccessLists;
 using TestSupport::SystemId;
 using TestSupport::TrustedInstallerId;
 
@@ -30,14 +30,14 @@ constexpr DWORD kEveryRightSpelledOut = 0x001F01FF;
 /// Here each look-up gives its account; what the told sizes do to it has tests of its own.
 class PathOwnership : public testing::Test {
  protected:
-  PathOwnership() { played_.ignoreSizes = true; }
+  PathOwnership() { fake_.ignoreSizes = true; }
 
   bool Check(AccessList& list) {
-    played_.list = list.Get();
+    fake_.list = list.Get();
     return ZQAuthenticodeHelper::CheckForFullConrolByTrustedInstallAndSystem(L"D:\\WindowsApps");
   }
 
-  PlayedAccessLists played_;
+  FakeAccessLists fake_;
   LogCapture log_;
 };
 
@@ -60,11 +60,11 @@ TEST_F(PathOwnership, AcceptsAMaskThatHoldsMoreThanTheBit) {
 TEST_F(PathOwnership, AsksForOwnerGroupAndAccessListOfTheFile) {
   AccessList list;
   Check(list);
-  ASSERT_EQ(played_.questions.size(), 1U);
-  EXPECT_EQ(played_.questions[0].path, L"D:\\WindowsApps");
-  EXPECT_EQ(played_.questions[0].type, 1);
-  EXPECT_EQ(played_.questions[0].information, 7U);
-  EXPECT_FALSE(played_.questions[0].wantsAuditList);
+  ASSERT_EQ(fake_.questions.size(), 1U);
+  EXPECT_EQ(fake_.questions[0].path, L"D:\\WindowsApps");
+  EXPECT_EQ(fake_.questions[0].type, 1);
+  EXPECT_EQ(fake_.questions[0].information, 7U);
+  EXPECT_FALSE(fake_.questions[0].wantsAuditList);
 }
 
 TEST_F(PathOwnership, RefusesWhereAnAccountIsMissing) {
@@ -88,7 +88,7 @@ TEST_F(PathOwnership, RefusesAnEntryOfAnotherTypeForEitherAccount) {
     EXPECT_FALSE(Check(
         system.Allow(TrustedInstallerId(), kFullControl).Add(type, SystemId(), kFullControl)));
   }
-  EXPECT_EQ(played_.lookups.size(), 10U);  // no account of another type is looked up
+  EXPECT_EQ(fake_.lookups.size(), 10U);  // no account of another type is looked up
 }
 
 TEST_F(PathOwnership, ADenyingEntryBesideBothChangesNothing) {
@@ -108,7 +108,7 @@ TEST_F(PathOwnership, RefusesASystemEntryThatSpellsOutAllRights) {
 }
 
 TEST_F(PathOwnership, ComparesNamesAndDomainsExactly) {
-  using Account = PlayedAccessLists::Account;
+  using Account = FakeAccessLists::Account;
   const std::vector<Account> rows{
       {SystemId(), L"NT AUTHORITY", L"System"},
       {SystemId(), L"nt authority", L"SYSTEM"},
@@ -121,13 +121,13 @@ TEST_F(PathOwnership, ComparesNamesAndDomainsExactly) {
       {SystemId(), L"SYSTEM", L"NT AUTHORITY"},
   };
   for (const Account& row : rows) {
-    played_.accounts[1] = row;
+    fake_.accounts[1] = row;
     AccessList list;
     EXPECT_FALSE(
         Check(list.Allow(TrustedInstallerId(), kFullControl).Allow(SystemId(), kFullControl)));
   }
-  played_.accounts[1] = {SystemId(), L"NT AUTHORITY", L"SYSTEM"};
-  played_.accounts[0] = {TrustedInstallerId(), L"NT AUTHORITY", L"TrustedInstaller"};
+  fake_.accounts[1] = {SystemId(), L"NT AUTHORITY", L"SYSTEM"};
+  fake_.accounts[0] = {TrustedInstallerId(), L"NT AUTHORITY", L"TrustedInstaller"};
   AccessList list;
   EXPECT_FALSE(
       Check(list.Allow(TrustedInstallerId(), kFullControl).Allow(SystemId(), kFullControl)));
@@ -136,14 +136,14 @@ TEST_F(PathOwnership, ComparesNamesAndDomainsExactly) {
 TEST_F(PathOwnership, RefusesAFailureAndAMissingAccessList) {
   AccessList good;
   good.Allow(TrustedInstallerId(), kFullControl).Allow(SystemId(), kFullControl);
-  played_.result = ERROR_ACCESS_DENIED;
+  fake_.result = ERROR_ACCESS_DENIED;
   EXPECT_FALSE(Check(good));
 
-  played_.result = ERROR_SUCCESS;
-  played_.list = nullptr;
+  fake_.result = ERROR_SUCCESS;
+  fake_.list = nullptr;
   EXPECT_FALSE(
       ZQAuthenticodeHelper::CheckForFullConrolByTrustedInstallAndSystem(L"D:\\WindowsApps"));
-  EXPECT_THAT(played_.lookups, IsEmpty());
+  EXPECT_THAT(fake_.lookups, IsEmpty());
   EXPECT_THAT(log_.Records(), IsEmpty());
 }
 
@@ -158,7 +158,7 @@ TEST_F(PathOwnership, GoesOnBehindAnEntryThatCannotBeFetched) {
   EXPECT_TRUE(Check(list.Allow(TrustedInstallerId(), kFullControl)
                         .Allow(EveryoneId(), kFullControl)
                         .Allow(SystemId(), kFullControl)));
-  EXPECT_EQ(played_.lookups.size(), 2U);
+  EXPECT_EQ(fake_.lookups.size(), 2U);
   AccessList lacking;
   EXPECT_FALSE(
       Check(lacking.Allow(TrustedInstallerId(), kFullControl).Allow(SystemId(), kFullControl)));
@@ -170,7 +170,7 @@ TEST_F(PathOwnership, WalksTheWholeListThoughBothAreFound) {
                         .Allow(SystemId(), kFullControl)
                         .Allow(EveryoneId(), kFullControl)
                         .Allow(EveryoneId(), 0)));
-  EXPECT_EQ(played_.lookups.size(), 4U);
+  EXPECT_EQ(fake_.lookups.size(), 4U);
 }
 
 TEST_F(PathOwnership, LogsAnExceptionAndKeepsWhatWasFound) {
@@ -232,8 +232,8 @@ TEST_F(PathOwnership, KeepsTheDescriptor) {
   AccessList list;
   EXPECT_TRUE(
       Check(list.Allow(TrustedInstallerId(), kFullControl).Allow(SystemId(), kFullControl)));
-  ASSERT_EQ(played_.descriptors.size(), 1U);
-  EXPECT_THAT(freed, Not(Contains(played_.descriptors[0])));
+  ASSERT_EQ(fake_.descriptors.size(), 1U);
+  EXPECT_THAT(freed, Not(Contains(fake_.descriptors[0])));
 }
 
 TEST(PathOwnershipForReal, RefusesAnOrdinaryFolderAndAMissingOne) {

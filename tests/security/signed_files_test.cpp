@@ -1,4 +1,4 @@
-// Files that the build has signed, judged by the system's own WinVerifyTrust. Catalogs are played,
+// Files that the build has signed, judged by the system's own WinVerifyTrust. Catalogs are faked,
 // and so are verdicts that the system cannot be brought to for want of roots and time.
 
 #include <windows.h>
@@ -11,8 +11,8 @@
 #include <thread>
 #include <vector>
 
+#include "fake_catalogs.h"
 #include "import_patch.h"
-#include "played_catalogs.h"
 #include "security/trust/trusted_keys.h"
 #include "security/trust/verify_result.h"
 #include "security/trust/wintrust_layout.h"
@@ -61,7 +61,7 @@ class SignedFiles : public testing::Test {
     return Helper::IsFileTrusted(Sample(sample).c_str(), &keys);
   }
 
-  PlayedCatalogs catalogs_;
+  FakeCatalogs catalogs_;
   LogCapture log_;
 };
 

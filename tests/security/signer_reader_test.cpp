@@ -4,7 +4,7 @@
 #include <cstring>
 #include <stdexcept>
 
-#include "played_trust.h"
+#include "fake_trust.h"
 #include "security/trust/zq_authenticode_helper.h"
 #include "support/log_capture.h"
 
@@ -14,7 +14,7 @@ using Helper = ZQAuthenticodeHelper;
 
 namespace {
 
-SignatureList Read(PlayedTrust& trust, const PlayedSignature& signature) {
+SignatureList Read(FakeTrust& trust, const FakeSignature& signature) {
   trust.embedded = {signature};
   return Helper::GetSignatures(L"C:\\file.dll", false);
 }
@@ -28,7 +28,7 @@ CERT_NAME_BLOB BlobOf(std::vector<std::uint8_t>& bytes) {
   return {static_cast<DWORD>(bytes.size()), bytes.data()};
 }
 
-// What the played name conversion was told, and what it answers.
+// What the fake name conversion was told, and what it answers.
 DWORD toldChars = 0;
 DWORD toldFormat = 0;
 DWORD toldEncoding = 0;
@@ -59,7 +59,7 @@ int rareBlockFrees = 0;
 void* (*realMalloc)(std::size_t) = nullptr;
 void (*realFree)(void*) = nullptr;
 
-void* PlayedMalloc(std::size_t size) {
+void* FakeMalloc(std::size_t size) {
   if (size != kRareBlockBytes) return realMalloc(size);
   if (refuseRareBlock) return nullptr;
   rareBlock = realMalloc(size);
@@ -68,13 +68,13 @@ void* PlayedMalloc(std::size_t size) {
   return rareBlock;
 }
 
-void PlayedFree(void* block) {
+void FakeFree(void* block) {
   if (block != nullptr && block == rareBlock) ++rareBlockFrees;
   realFree(block);
 }
 
-struct PlayedHeap {
-  PlayedHeap() {
+struct FakeHeap {
+  FakeHeap() {
     realMalloc = malloc_.Original<void*(std::size_t)>();
     realFree = free_.Original<void(void*)>();
     rareBlock = nullptr;
@@ -83,15 +83,15 @@ struct PlayedHeap {
   }
 
  private:
-  Standin::ImportPatch malloc_{"malloc", &PlayedMalloc};
-  Standin::ImportPatch free_{"free", &PlayedFree};
+  Standin::ImportPatch malloc_{"malloc", &FakeMalloc};
+  Standin::ImportPatch free_{"free", &FakeFree};
 };
 
 }  // namespace
 
 TEST(GetSignerDescriptor, ReadsKeyAndSubjectOfTheLeaf) {
-  PlayedTrust trust;
-  PlayedSignature signature;
+  FakeTrust trust;
+  FakeSignature signature;
   signature.key = {0x30, 0x82, 0x01, 0x0a, 0xff};
   signature.subject = L"C=US, S=California, L=Elmhurst, O=Firm, OU=One, OU=Two, CN=Name";
   const SignatureList signatures = Read(trust, signature);
@@ -107,17 +107,17 @@ TEST(GetSignerDescriptor, ReadsKeyAndSubjectOfTheLeaf) {
 }
 
 TEST(GetSignerDescriptor, LogsTheSubjectOnceAndNothingElse) {
-  PlayedTrust trust;
+  FakeTrust trust;
   const LogCapture log;
-  PlayedSignature signature;
+  FakeSignature signature;
   signature.subject = L"O=Firm, CN=Name";
   (void)Read(trust, signature);
   EXPECT_EQ(log.Records(), (std::vector<LogRecord>{Info(L"Subject = O=Firm\r\nCN=Name")}));
 }
 
 TEST(GetSignerDescriptor, TheIssuerIsReadAndDropped) {
-  PlayedTrust trust;
-  PlayedSignature signature;
+  FakeTrust trust;
+  FakeSignature signature;
   signature.issuer = L"CN=Somebody else, O=Authority";
   const SignatureList signatures = Read(trust, signature);
   EXPECT_EQ(signatures[0].issuer, L"");
@@ -125,7 +125,7 @@ TEST(GetSignerDescriptor, TheIssuerIsReadAndDropped) {
 }
 
 TEST(GetSignerDescriptor, NamesThatCannotBeReadCostALineEachAndLeaveTheKey) {
-  PlayedTrust trust;
+  FakeTrust trust;
   const Standin::ImportPatch failing("CertNameToStrW", &FailingNameToStr);
   const LogCapture log;
   const SignatureList signatures = Read(trust, {});
@@ -138,7 +138,7 @@ TEST(GetSignerDescriptor, NamesThatCannotBeReadCostALineEachAndLeaveTheKey) {
 }
 
 TEST(GetSignerDescriptor, ANullStateGivesAnEmptyRecordWithoutALine) {
-  const PlayedTrust trust;
+  const FakeTrust trust;
   const LogCapture log;
   EXPECT_TRUE(IsEmptyRecord(Helper::GetSignerDescriptor(nullptr)));
   EXPECT_TRUE(log.Records().empty());
@@ -147,20 +147,20 @@ TEST(GetSignerDescriptor, ANullStateGivesAnEmptyRecordWithoutALine) {
 TEST(GetSignerDescriptor, EachMissingStepGivesAnEmptyRecordThatIsListedWithItsVerdict) {
   struct Row {
     const char* label;
-    bool PlayedTrust::*failure;
+    bool FakeTrust::*failure;
   };
   const Row rows[] = {
-      {"no state", &PlayedTrust::leaveStateNull},
-      {"no provider data", &PlayedTrust::hideProvider},
-      {"no signer", &PlayedTrust::hideSigner},
-      {"no certificate", &PlayedTrust::hideCertificate},
-      {"no certificate context", &PlayedTrust::hideCertificateContext},
+      {"no state", &FakeTrust::leaveStateNull},
+      {"no provider data", &FakeTrust::hideProvider},
+      {"no signer", &FakeTrust::hideSigner},
+      {"no certificate", &FakeTrust::hideCertificate},
+      {"no certificate context", &FakeTrust::hideCertificateContext},
   };
   for (const Row& row : rows) {
-    PlayedTrust trust;
+    FakeTrust trust;
     trust.*row.failure = true;
     const LogCapture log;
-    PlayedSignature signature;
+    FakeSignature signature;
     signature.verdict = static_cast<LONG>(0x800B0109);
     const SignatureList signatures = Read(trust, signature);
     ASSERT_EQ(signatures.size(), 1u) << row.label;
@@ -172,8 +172,8 @@ TEST(GetSignerDescriptor, EachMissingStepGivesAnEmptyRecordThatIsListedWithItsVe
 }
 
 TEST(GetSignerDescriptor, AKeyWithoutBytesRaisesOutOfRange) {
-  PlayedTrust trust;
-  PlayedSignature signature;
+  FakeTrust trust;
+  FakeSignature signature;
   signature.key.clear();
   EXPECT_THROW((void)Read(trust, signature), std::out_of_range);
 }
@@ -204,7 +204,7 @@ TEST(GetNameText, ATextThatFillsItsBlockStillHasAnEnd) {
   std::vector<std::uint8_t> name(kRareNameBytes, 0x30);
   std::wstring text;
   {
-    const PlayedHeap heap;
+    const FakeHeap heap;
     text = Helper::GetNameText(BlobOf(name));
   }
   ASSERT_NE(rareBlock, nullptr);
@@ -216,7 +216,7 @@ TEST(GetNameText, ATextThatNobodyWroteIsEmpty) {
   std::vector<std::uint8_t> name(kRareNameBytes, 0x30);
   std::wstring text = L"not asked";
   {
-    const PlayedHeap heap;
+    const FakeHeap heap;
     text = Helper::GetNameText(BlobOf(name));
   }
   ASSERT_NE(rareBlock, nullptr);
@@ -234,7 +234,7 @@ TEST(GetNameText, AFailedConversionIsLoggedAndGivesItsBlockBack) {
   std::vector<std::uint8_t> name(kRareNameBytes, 0x30);
   std::wstring text = L"not asked";
   {
-    const PlayedHeap heap;
+    const FakeHeap heap;
     text = Helper::GetNameText(BlobOf(name));
   }
   EXPECT_EQ(text, L"");
@@ -251,7 +251,7 @@ TEST(GetNameText, ARefusedBlockIsLoggedAndNothingIsConverted) {
   std::vector<std::uint8_t> name(kRareNameBytes, 0x30);
   std::wstring text = L"not asked";
   {
-    const PlayedHeap heap;
+    const FakeHeap heap;
     refuseRareBlock = true;
     text = Helper::GetNameText(BlobOf(name));
   }

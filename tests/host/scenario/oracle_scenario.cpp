@@ -29,8 +29,8 @@
 #include <utility>
 #include <vector>
 
-#include "played_calls.h"
 #include "service_session.h"
+#include "simulated_calls.h"
 #include "worker_gate.h"
 
 namespace {
@@ -163,7 +163,7 @@ void WriteOutcome(ServiceSession& service, const std::string& start, const std::
 void Run(const std::string& folder, const std::string& icons,
          const std::vector<std::string>& passes) {
   ServiceSession service;
-  const Standin::PlayedCalls played(service.Library(), /*enabled=*/true);
+  const Standin::SimulatedCalls fake(service.Library(), /*enabled=*/true);
   // Kept until the process ends, like the worker that waits in it.
   static WorkerGate& gate = *new WorkerGate(service.Library());
   static_cast<void>(gate);

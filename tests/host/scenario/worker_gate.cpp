@@ -45,7 +45,7 @@ State& Shared() {
   return state;
 }
 
-void WINAPI PlayedSleep(DWORD length) {
+void WINAPI FakeSleep(DWORD length) {
   State& state = Shared();
   if (length == kStartDelay.count()) {
     state.worker = OpenThisThread();
@@ -58,7 +58,7 @@ void WINAPI PlayedSleep(DWORD length) {
   }
 }
 
-__time64_t PlayedTime(__time64_t* out) {
+__time64_t FakeTime(__time64_t* out) {
   const __time64_t now = Shared().clock;
   if (out != nullptr) *out = now;
   return now;
@@ -76,7 +76,7 @@ void AwaitWorker() {
 }  // namespace
 
 WorkerGate::WorkerGate(HMODULE library)
-    : sleep_(library, "Sleep", &PlayedSleep), time_(library, "_time64", &PlayedTime) {}
+    : sleep_(library, "Sleep", &FakeSleep), time_(library, "_time64", &FakeTime) {}
 
 void WorkerGate::SetClock(std::int64_t now) { Shared().clock = now; }
 

@@ -12,11 +12,11 @@
 #include <stdexcept>
 #include <system_error>
 
-#include "played_caller.h"
+#include "fake_caller.h"
 #include "support/import_watch.h"
 #include "support/log_capture.h"
 
-// Telling the caller, call by call, with every system call played.
+// Telling the caller, call by call, with every system call fake.
 namespace Zq::Gantry::Security {
 namespace {
 
@@ -26,12 +26,12 @@ using testing::EndsWith;
 using testing::IsEmpty;
 using testing::StartsWith;
 using TestSupport::Error;
+using TestSupport::FakeCaller;
 using TestSupport::ImportWatch;
 using TestSupport::LogCapture;
 using TestSupport::LogRecord;
-using TestSupport::PlayedCaller;
 
-constexpr DWORD kClient = PlayedCaller::kClient;
+constexpr DWORD kClient = FakeCaller::kClient;
 constexpr wchar_t kName[] = L"Some.App_q7m3xk2tdw9pa";
 constexpr LONG kNegative = -2147024891;  // a status whose highest bit is set
 
@@ -50,7 +50,7 @@ class CallerIdentity : public testing::Test {
   }
 
   RpcSecurityHelper helper_;
-  PlayedCaller played_;
+  FakeCaller fake_;
   LogCapture log_;
 };
 
@@ -58,7 +58,7 @@ TEST_F(CallerIdentity, IsThePackageFamilyNameOfTheClient) { EXPECT_EQ(Ask(), kNa
 
 TEST_F(CallerIdentity, ImpersonatesThenAsksThenClosesThenReverts) {
   Ask();
-  EXPECT_THAT(played_.order,
+  EXPECT_THAT(fake_.order,
               ElementsAre("query", "query", "open", "impersonate", "ask length of 1111",
                           "ask name of 1111", "close 1111", "revert"));
 }
@@ -73,15 +73,15 @@ TEST_F(CallerIdentity, MakesNoOtherSystemCall) {
 }
 
 TEST_F(CallerIdentity, WritesNoLineThoughTheFirstNameQueryIsToldThatItsBufferIsTooSmall) {
-  played_.lengthStatus = 122;
+  fake_.lengthStatus = 122;
   EXPECT_EQ(Ask(), kName);
   EXPECT_THAT(log_.Records(), IsEmpty());
 }
 
 TEST_F(CallerIdentity, QueriesTwiceWithVersionThreeForTheProcessIdOnly) {
   Ask();
-  ASSERT_EQ(played_.queries.size(), 2U);
-  for (const std::vector<unsigned char>& attributes : played_.queries) {
+  ASSERT_EQ(fake_.queries.size(), 2U);
+  for (const std::vector<unsigned char>& attributes : fake_.queries) {
     unsigned int version = 0;
     unsigned int flags = 0;
     std::memcpy(&version, attributes.data(), 4);
@@ -94,130 +94,130 @@ TEST_F(CallerIdentity, QueriesTwiceWithVersionThreeForTheProcessIdOnly) {
 
 TEST_F(CallerIdentity, QueriesAndImpersonatesWithoutABinding) {
   Ask();
-  EXPECT_THAT(played_.bindings, ElementsAre(nullptr, nullptr, nullptr));
+  EXPECT_THAT(fake_.bindings, ElementsAre(nullptr, nullptr, nullptr));
 }
 
 TEST_F(CallerIdentity, OpensTheProcessForALimitedQueryAndNotForHeirs) {
   Ask();
-  EXPECT_THAT(played_.opened, ElementsAre(0x1000U, 0U, kClient));
+  EXPECT_THAT(fake_.opened, ElementsAre(0x1000U, 0U, kClient));
 }
 
 TEST_F(CallerIdentity, OpensTheProcessOfAClientWhoseIdTakesAll32Bits) {
-  played_.client = 0xFFFFFFFC;
+  fake_.client = 0xFFFFFFFC;
   EXPECT_EQ(Ask(), kName);
-  EXPECT_THAT(played_.opened, ElementsAre(0x1000U, 0U, 0xFFFFFFFCU));
+  EXPECT_THAT(fake_.opened, ElementsAre(0x1000U, 0U, 0xFFFFFFFCU));
 }
 
 TEST_F(CallerIdentity, AsksForTheLengthWithoutABufferAndThenWithOneOfThatLength) {
   Ask();
-  EXPECT_THAT(played_.lengths, ElementsAre(0U, 23U));
-  ASSERT_EQ(played_.buffers.size(), 2U);
-  EXPECT_EQ(played_.buffers[0], nullptr);
-  EXPECT_NE(played_.buffers[1], nullptr);
+  EXPECT_THAT(fake_.lengths, ElementsAre(0U, 23U));
+  ASSERT_EQ(fake_.buffers.size(), 2U);
+  EXPECT_EQ(fake_.buffers[0], nullptr);
+  EXPECT_NE(fake_.buffers[1], nullptr);
 }
 
 TEST_F(CallerIdentity, RemovesZerosWhereverTheyLie) {
-  played_.name = std::wstring(L"\0So\0\0me.App\0_id\0\0", 17);
+  fake_.name = std::wstring(L"\0So\0\0me.App\0_id\0\0", 17);
   EXPECT_EQ(Ask(), L"Some.App_id");
 }
 
 TEST_F(CallerIdentity, KeepsEveryCharacterOfANameWithoutATerminator) {
-  played_.name = L"Some.App_id";
+  fake_.name = L"Some.App_id";
   EXPECT_EQ(Ask(), L"Some.App_id");
 }
 
 TEST_F(CallerIdentity, HoldsNothingWhereTheSystemWritesLessThanItsLength) {
-  played_.written = 4;
+  fake_.written = 4;
   EXPECT_EQ(Ask(), L"Some");
-  played_.Forget();
-  played_.written = 0;
+  fake_.Forget();
+  fake_.written = 0;
   EXPECT_EQ(Ask(), L"");
   EXPECT_THAT(log_.Records(), IsEmpty());
 }
 
 TEST_F(CallerIdentity, IsEmptyWithoutALineForALengthOfZero) {
-  played_.name.clear();
-  played_.lengthStatus = 0;
+  fake_.name.clear();
+  fake_.lengthStatus = 0;
   EXPECT_EQ(Ask(), L"");
   EXPECT_THAT(log_.Records(), IsEmpty());
-  EXPECT_THAT(played_.lengths, ElementsAre(0U, 0U));
-  EXPECT_THAT(played_.closed, ElementsAre(PlayedCaller::Handle(0x1111)));
+  EXPECT_THAT(fake_.lengths, ElementsAre(0U, 0U));
+  EXPECT_THAT(fake_.closed, ElementsAre(FakeCaller::Handle(0x1111)));
 }
 
 TEST_F(CallerIdentity, GoesOnFromAFirstNameQueryThatAnswersZero) {
-  played_.lengthStatus = 0;
+  fake_.lengthStatus = 0;
   EXPECT_EQ(Ask(), kName);
   EXPECT_THAT(log_.Records(), IsEmpty());
 }
 
 TEST_F(CallerIdentity, ChangesNothingOfTheObject) {
-  helper_.ClientProcessHandles[7] = PlayedCaller::Handle(0x7777);
+  helper_.ClientProcessHandles[7] = FakeCaller::Handle(0x7777);
   helper_.ExtraText = L"kept";
   Ask();
   EXPECT_EQ(helper_.ClientProcessHandles.size(), 1U);
   EXPECT_EQ(helper_.ExtraText, L"kept");
-  played_.Forget();
+  fake_.Forget();
   EXPECT_EQ(Ask(), kName) << "and can be asked again";
 }
 
 // Failures, in the order of the steps.
 
 TEST_F(CallerIdentity, AClientThatCannotBeToldHasNoName) {
-  played_.queryStatus = {1725, 1725};
+  fake_.queryStatus = {1725, 1725};
   EXPECT_EQ(Ask(), L"");
   ExpectFailure(L"RpcServerInqCallAttributes failed", L"1725");
-  EXPECT_THAT(played_.order, ElementsAre("query"));
+  EXPECT_THAT(fake_.order, ElementsAre("query"));
 }
 
 TEST_F(CallerIdentity, AClientWhoseProcessCannotBeOpenedHasNoName) {
-  played_.process = nullptr;
+  fake_.process = nullptr;
   EXPECT_EQ(Ask(), L"");
   ExpectFailure(L"OpenProcess yielded null or invalid handle", L"5");
-  EXPECT_THAT(played_.order, ElementsAre("query", "query", "open"));
+  EXPECT_THAT(fake_.order, ElementsAre("query", "query", "open"));
 }
 
 TEST_F(CallerIdentity, TakesTheInvalidHandleForAFailureAsWell) {
-  played_.process = INVALID_HANDLE_VALUE;
+  fake_.process = INVALID_HANDLE_VALUE;
   EXPECT_EQ(Ask(), L"");
   ExpectFailure(L"OpenProcess yielded null or invalid handle", L"5");
-  EXPECT_THAT(played_.order, ElementsAre("query", "query", "open")) << "nothing to close";
+  EXPECT_THAT(fake_.order, ElementsAre("query", "query", "open")) << "nothing to close";
 }
 
 TEST_F(CallerIdentity, AClientThatCannotBeImpersonatedHasNoNameAndIsNotReverted) {
-  played_.impersonateStatus = 1348;
+  fake_.impersonateStatus = 1348;
   EXPECT_EQ(Ask(), L"");
   ExpectFailure(L"Failed to impersonate client", L"1348");
-  EXPECT_THAT(played_.order, ElementsAre("query", "query", "open", "impersonate", "close 1111"));
+  EXPECT_THAT(fake_.order, ElementsAre("query", "query", "open", "impersonate", "close 1111"));
 }
 
 TEST_F(CallerIdentity, AClientThatIsNoPackageHasNoName) {
-  played_.lengthStatus = 15700;
+  fake_.lengthStatus = 15700;
   EXPECT_EQ(Ask(), L"");
   ExpectFailure(L"GetPackageFamilyName failed", L"15700");
-  EXPECT_THAT(played_.order, ElementsAre("query", "query", "open", "impersonate",
-                                         "ask length of 1111", "close 1111", "revert"));
+  EXPECT_THAT(fake_.order, ElementsAre("query", "query", "open", "impersonate",
+                                       "ask length of 1111", "close 1111", "revert"));
 }
 
 TEST_F(CallerIdentity, NoOtherStatusOfTheFirstNameQueryIsTakenForASmallBuffer) {
   // Next to 122 in number (121, 123) or in meaning (24, 111, 234).
   for (const LONG status : {LONG{1}, LONG{24}, LONG{111}, LONG{121}, LONG{123}, LONG{234}}) {
-    played_.lengthStatus = status;
-    played_.Forget();
+    fake_.lengthStatus = status;
+    fake_.Forget();
     log_.Clear();
     EXPECT_EQ(Ask(), L"");
     ExpectFailure(L"GetPackageFamilyName failed", std::to_wstring(status));
-    EXPECT_EQ(played_.lengths.size(), 1U) << status;
+    EXPECT_EQ(fake_.lengths.size(), 1U) << status;
   }
 }
 
 TEST_F(CallerIdentity, ANegativeStatusIsWrittenWithItsSign) {
-  played_.lengthStatus = kNegative;
+  fake_.lengthStatus = kNegative;
   EXPECT_EQ(Ask(), L"");
   ExpectFailure(L"GetPackageFamilyName failed", L"-2147024891");
 }
 
 TEST_F(CallerIdentity, AStatusIsPutIntoWordsByTheGenericCategory) {
-  played_.process = nullptr;
+  fake_.process = nullptr;
   Ask();
   const std::string words =
       std::system_error(5, std::generic_category(), "OpenProcess yielded null or invalid handle")
@@ -229,13 +229,13 @@ TEST_F(CallerIdentity, AStatusIsPutIntoWordsByTheGenericCategory) {
 
 TEST_F(CallerIdentity, ANameThatCannotBeReadAfterItsLengthIsTheErrorFive) {
   for (const LONG status : {LONG{122}, LONG{15700}, LONG{6}}) {
-    played_.nameStatus = status;
-    played_.Forget();
+    fake_.nameStatus = status;
+    fake_.Forget();
     log_.Clear();
     EXPECT_EQ(Ask(), L"");
     EXPECT_THAT(log_.Records(),
                 ElementsAre(Error(L"RpcSecurityHelper::GetPFNOfCaller - Caught error 5")));
-    EXPECT_THAT(played_.order,
+    EXPECT_THAT(fake_.order,
                 ElementsAre("query", "query", "open", "impersonate", "ask length of 1111",
                             "ask name of 1111", "close 1111", "revert"));
   }
@@ -250,7 +250,7 @@ TEST_F(CallerIdentity, LogsAFailureBeforeItClosesAndReverts) {
         linesAtClose.push_back(log->Records().size());
         return TRUE;
       });
-  played_.lengthStatus = 15700;
+  fake_.lengthStatus = 15700;
   Ask();
   EXPECT_THAT(linesAtClose, ElementsAre(1U));
 }
@@ -262,15 +262,15 @@ TEST_F(CallerIdentity, RevertsAndClosesWhateverIsThrown) {
       [] { throw "no exception object"; },
   };
   for (void (*thrower)() : throwers) {
-    played_.whileAsking = thrower;
-    played_.Forget();
+    fake_.whileAsking = thrower;
+    fake_.Forget();
     log_.Clear();
     EXPECT_EQ(Ask(), L"");
     EXPECT_THAT(
         log_.Records(),
         ElementsAre(Error(L"RpcSecurityHelper::GetPFNOfCaller - Unknown exception, Status: 8")));
-    EXPECT_THAT(played_.order, ElementsAre("query", "query", "open", "impersonate",
-                                           "ask length of 1111", "close 1111", "revert"));
+    EXPECT_THAT(fake_.order, ElementsAre("query", "query", "open", "impersonate",
+                                         "ask length of 1111", "close 1111", "revert"));
   }
 }
 
@@ -279,18 +279,18 @@ TEST_F(CallerIdentity, RevertsAndClosesWhateverIsThrown) {
 class KnownClient : public CallerIdentity {
  protected:
   KnownClient() {
-    played_.process = nullptr;
-    helper_.ClientProcessHandles[kClient] = PlayedCaller::Handle(0x7777);
+    fake_.process = nullptr;
+    helper_.ClientProcessHandles[kClient] = FakeCaller::Handle(0x7777);
   }
 };
 
 TEST_F(KnownClient, IsIdentifiedThoughItsProcessCannotBeOpened) {
   for (const HANDLE failed : {HANDLE{nullptr}, INVALID_HANDLE_VALUE}) {
-    played_.process = failed;
-    played_.Forget();
+    fake_.process = failed;
+    fake_.Forget();
     EXPECT_EQ(Ask(), kName);
     EXPECT_THAT(log_.Records(), IsEmpty());
-    EXPECT_THAT(played_.order,
+    EXPECT_THAT(fake_.order,
                 ElementsAre("query", "query", "open", "duplicate", "impersonate",
                             "ask length of 2222", "ask name of 2222", "close 2222", "revert"));
   }
@@ -298,78 +298,78 @@ TEST_F(KnownClient, IsIdentifiedThoughItsProcessCannotBeOpened) {
 
 TEST_F(KnownClient, IsDuplicatedWithinThisProcessForALimitedQueryAndNotForHeirs) {
   Ask();
-  EXPECT_THAT(played_.duplicatedFrom,
-              ElementsAre(GetCurrentProcess(), PlayedCaller::Handle(0x7777), GetCurrentProcess()));
-  EXPECT_THAT(played_.duplicatedWith, ElementsAre(0x1000U, 0U, 0U));
+  EXPECT_THAT(fake_.duplicatedFrom,
+              ElementsAre(GetCurrentProcess(), FakeCaller::Handle(0x7777), GetCurrentProcess()));
+  EXPECT_THAT(fake_.duplicatedWith, ElementsAre(0x1000U, 0U, 0U));
 }
 
 TEST_F(KnownClient, IsNotLookedUpWhereItsProcessCanBeOpened) {
-  played_.process = PlayedCaller::Handle(0x1111);
+  fake_.process = FakeCaller::Handle(0x1111);
   EXPECT_EQ(Ask(), kName);
-  EXPECT_THAT(played_.duplicatedFrom, IsEmpty());
+  EXPECT_THAT(fake_.duplicatedFrom, IsEmpty());
 }
 
 TEST_F(KnownClient, OfAnotherProcessIdIsNoHelp) {
   helper_.ClientProcessHandles.clear();
-  helper_.ClientProcessHandles[kClient + 4] = PlayedCaller::Handle(0x7777);
+  helper_.ClientProcessHandles[kClient + 4] = FakeCaller::Handle(0x7777);
   EXPECT_EQ(Ask(), L"");
   ExpectFailure(L"OpenProcess yielded null or invalid handle", L"5");
-  EXPECT_THAT(played_.duplicatedFrom, IsEmpty());
+  EXPECT_THAT(fake_.duplicatedFrom, IsEmpty());
 }
 
 TEST_F(KnownClient, WhoseHandleCannotBeDuplicatedHasNoName) {
-  played_.duplicated = FALSE;
-  for (const HANDLE left : {HANDLE{nullptr}, INVALID_HANDLE_VALUE, PlayedCaller::Handle(0x2222)}) {
-    played_.copy = left;
+  fake_.duplicated = FALSE;
+  for (const HANDLE left : {HANDLE{nullptr}, INVALID_HANDLE_VALUE, FakeCaller::Handle(0x2222)}) {
+    fake_.copy = left;
     log_.Clear();
     EXPECT_EQ(Ask(), L"") << "whatever the failed call has left";
     ExpectFailure(L"OpenProcess yielded null or invalid handle", L"5");
   }
-  EXPECT_THAT(played_.closed, IsEmpty());
+  EXPECT_THAT(fake_.closed, IsEmpty());
 }
 
 TEST_F(KnownClient, WhoseDuplicateIsNoHandleHasNoName) {
   for (const HANDLE copy : {HANDLE{nullptr}, INVALID_HANDLE_VALUE}) {
-    played_.copy = copy;
+    fake_.copy = copy;
     log_.Clear();
     EXPECT_EQ(Ask(), L"");
     ExpectFailure(L"OpenProcess yielded null or invalid handle", L"5");
   }
-  EXPECT_THAT(played_.closed, IsEmpty());
+  EXPECT_THAT(fake_.closed, IsEmpty());
 }
 
 TEST_F(KnownClient, KeepsTheHandleThatTheHostHolds) {
   Ask();
-  EXPECT_THAT(played_.closed, ElementsAre(PlayedCaller::Handle(0x2222)));
-  EXPECT_EQ(helper_.ClientProcessHandles.at(kClient), PlayedCaller::Handle(0x7777));
+  EXPECT_THAT(fake_.closed, ElementsAre(FakeCaller::Handle(0x2222)));
+  EXPECT_EQ(helper_.ClientProcessHandles.at(kClient), FakeCaller::Handle(0x7777));
 }
 
 TEST_F(CallerIdentity, TakesAClientThatCannotBeToldTheSecondTimeForProcessZero) {
-  played_.queryStatus = {RPC_S_OK, 1725};
+  fake_.queryStatus = {RPC_S_OK, 1725};
   EXPECT_EQ(Ask(), L"");
   ExpectFailure(L"OpenProcess yielded null or invalid handle", L"5");
-  EXPECT_THAT(played_.opened, ElementsAre(0x1000U, 0U, 0U));
+  EXPECT_THAT(fake_.opened, ElementsAre(0x1000U, 0U, 0U));
 }
 
 TEST_F(CallerIdentity, FindsTheEntryOfProcessZeroWhereTheSecondQueryFails) {
-  played_.queryStatus = {RPC_S_OK, 1725};
-  helper_.ClientProcessHandles[0] = PlayedCaller::Handle(0x7777);
+  fake_.queryStatus = {RPC_S_OK, 1725};
+  helper_.ClientProcessHandles[0] = FakeCaller::Handle(0x7777);
   EXPECT_EQ(Ask(), kName);
-  EXPECT_EQ(played_.duplicatedFrom.at(1), PlayedCaller::Handle(0x7777));
+  EXPECT_EQ(fake_.duplicatedFrom.at(1), FakeCaller::Handle(0x7777));
 }
 
 TEST_F(CallerIdentity, DuplicatesWhateverHandleTheHostHolds) {
-  played_.process = nullptr;
+  fake_.process = nullptr;
   helper_.ClientProcessHandles[kClient] = GetCurrentProcess();
   EXPECT_EQ(Ask(), kName);
-  EXPECT_EQ(played_.duplicatedFrom.at(1), GetCurrentProcess());
+  EXPECT_EQ(fake_.duplicatedFrom.at(1), GetCurrentProcess());
 }
 
 // Each call failing by itself.
 
 struct OneFailure {
   const char* label;
-  void (*breakIt)(PlayedCaller&);
+  void (*breakIt)(FakeCaller&);
   int opened;  // and so to be closed
   int reverted;
 };
@@ -379,36 +379,35 @@ std::ostream& operator<<(std::ostream& out, const OneFailure& row) { return out 
 class CallerIdentityFailure : public testing::TestWithParam<OneFailure> {};
 
 TEST_P(CallerIdentityFailure, NeverGivesANameAndLeavesTheThreadAndTheHandlesAsTheyWere) {
-  PlayedCaller played;
+  FakeCaller fake;
   const LogCapture log;
-  GetParam().breakIt(played);
+  GetParam().breakIt(fake);
   RpcSecurityHelper helper;
   EXPECT_EQ(helper.GetPFNOfCaller(), L"");
   EXPECT_EQ(log.Records().size(), 1U);
-  EXPECT_EQ(std::ssize(played.closed), GetParam().opened);
-  EXPECT_EQ(std::count(played.order.begin(), played.order.end(), "revert"), GetParam().reverted);
+  EXPECT_EQ(std::ssize(fake.closed), GetParam().opened);
+  EXPECT_EQ(std::count(fake.order.begin(), faked.order.end(), "revert"), GetParam().reverted);
 }
 
 constexpr OneFailure kFailures[] = {
-    {"FirstQuery", [](PlayedCaller& played) { played.queryStatus[0] = 5; }, 0, 0},
-    {"SecondQuery", [](PlayedCaller& played) { played.queryStatus[1] = 5; }, 0, 0},
-    {"OpenProcess", [](PlayedCaller& played) { played.process = nullptr; }, 0, 0},
-    {"Impersonate", [](PlayedCaller& played) { played.impersonateStatus = 5; }, 1, 0},
-    {"Length", [](PlayedCaller& played) { played.lengthStatus = 5; }, 1, 1},
-    {"Name", [](PlayedCaller& played) { played.nameStatus = 5; }, 1, 1},
-    {"FirstQueryBelowZero", [](PlayedCaller& played) { played.queryStatus[0] = kNegative; }, 0, 0},
-    {"SecondQueryBelowZero", [](PlayedCaller& played) { played.queryStatus[1] = kNegative; }, 0, 0},
-    {"ImpersonateBelowZero", [](PlayedCaller& played) { played.impersonateStatus = kNegative; }, 1,
-     0},
-    {"LengthBelowZero", [](PlayedCaller& played) { played.lengthStatus = kNegative; }, 1, 1},
-    {"NameBelowZero", [](PlayedCaller& played) { played.nameStatus = kNegative; }, 1, 1},
+    {"FirstQuery", [](FakeCaller& fake) { fake.queryStatus[0] = 5; }, 0, 0},
+    {"SecondQuery", [](FakeCaller& fake) { fake.queryStatus[1] = 5; }, 0, 0},
+    {"OpenProcess", [](FakeCaller& fake) { fake.process = nullptr; }, 0, 0},
+    {"Impersonate", [](FakeCaller& fake) { fake.impersonateStatus = 5; }, 1, 0},
+    {"Length", [](FakeCaller& fake) { fake.lengthStatus = 5; }, 1, 1},
+    {"Name", [](FakeCaller& fake) { fake.nameStatus = 5; }, 1, 1},
+    {"FirstQueryBelowZero", [](FakeCaller& fake) { fake.queryStatus[0] = kNegative; }, 0, 0},
+    {"SecondQueryBelowZero", [](FakeCaller& fake) { fake.queryStatus[1] = kNegative; }, 0, 0},
+    {"ImpersonateBelowZero", [](FakeCaller& fake) { fake.impersonateStatus = kNegative; }, 1, 0},
+    {"LengthBelowZero", [](FakeCaller& fake) { fake.lengthStatus = kNegative; }, 1, 1},
+    {"NameBelowZero", [](FakeCaller& fake) { fake.nameStatus = kNegative; }, 1, 1},
 };
 
 INSTANTIATE_TEST_SUITE_P(OneByOne, CallerIdentityFailure, testing::ValuesIn(kFailures),
                          [](const auto& instance) { return instance.param.label; });
 
 TEST_F(CallerIdentity, StandsThoughRevertingFails) {
-  played_.revertStatus = 1702;
+  fake_.revertStatus = 1702;
   EXPECT_EQ(Ask(), kName);
   EXPECT_THAT(log_.Records(), IsEmpty());
 }

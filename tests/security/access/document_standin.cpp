@@ -11,14 +11,14 @@ namespace {
 
 using Standin::Packages::RuntimeObject;
 
-class PlayedDocument final
+class FakeDocument final
     : public RuntimeObject<TestSupport::UnusedDocument, Zq::Gantry::Platform::WinRt::IXmlDocument> {
 };
 
-class PlayedFactory final : public RuntimeObject<IActivationFactory, IActivationFactory> {
+class FakeFactory final : public RuntimeObject<IActivationFactory, IActivationFactory> {
  public:
   STDMETHODIMP ActivateInstance(IInspectable** instance) override {
-    *instance = new PlayedDocument;
+    *instance = new FakeDocument;
     return S_OK;
   }
 };
@@ -27,7 +27,7 @@ class PlayedFactory final : public RuntimeObject<IActivationFactory, IActivation
 
 extern "C" __declspec(dllexport) HRESULT WINAPI
     DllGetActivationFactory(HSTRING, IActivationFactory** factory) {
-  *factory = new PlayedFactory;
+  *factory = new FakeFactory;
   return S_OK;
 }
 

@@ -34,7 +34,7 @@ constexpr wchar_t kElsewhere[] = L"D:\\Users\\file.dll";
 std::vector<std::wstring> subjects;
 std::size_t namesRead = 0;
 
-DWORD WINAPI PlayedNameToStr(DWORD, PCERT_NAME_BLOB, DWORD, LPWSTR text, DWORD chars) {
+DWORD WINAPI FakeNameToStr(DWORD, PCERT_NAME_BLOB, DWORD, LPWSTR text, DWORD chars) {
   // For each signature the subject's name is read and then the issuer's.
   const std::wstring& subject = subjects.at(namesRead++ / 2 % subjects.size());
   if (chars <= subject.size()) return 0;
@@ -60,7 +60,7 @@ class Facade : public testing::Test {
   bool NoPlaceWasAskedFor() const { return files_.rpc.Questions().empty(); }
 
   JudgedFiles files_;
-  Standin::ImportPatch names_{"CertNameToStrW", &PlayedNameToStr};
+  Standin::ImportPatch names_{"CertNameToStrW", &FakeNameToStr};
   ZQAuthenticodeFacade facade_;
 };
 

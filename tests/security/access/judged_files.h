@@ -5,31 +5,31 @@
 #include <string_view>
 #include <vector>
 
-#include "security/played_catalogs.h"
-#include "security/played_path_calls.h"
-#include "security/played_trust.h"
+#include "security/fake_catalogs.h"
+#include "security/fake_path_calls.h"
+#include "security/fake_trust.h"
 #include "security/trust/trusted_keys.h"
 #include "security/trust/verify_result.h"
 #include "support/log_capture.h"
 
 namespace TestSupport {
 
-/// Plays everything that a judgement of a file asks the system for: signatures, catalogs, places
+/// Fakes everything that a judgement of a file asks the system for: signatures, catalogs, places
 /// and the client. Without changes every file is unsigned and no call is being served.
 struct JudgedFiles {
   JudgedFiles() = default;
   /// The thread serves the process `client`.
-  explicit JudgedFiles(DWORD client) : rpc(PlayedRpcQuery::ServingClient(client)) {}
+  explicit JudgedFiles(DWORD client) : rpc(FakeRpcQuery::ServingClient(client)) {}
 
   FixedRoots roots;
-  PlayedTrust trust;
-  PlayedCatalogs catalogs;
-  PlayedRpcQuery rpc;
+  FakeTrust trust;
+  FakeCatalogs catalogs;
+  FakeRpcQuery rpc;
   LogCapture log;
 
   /// Every file bears one signature with this verdict and key.
   void SignAll(std::uint32_t verdict, const std::string& keyText) {
-    PlayedSignature signature;
+    FakeSignature signature;
     signature.verdict = static_cast<LONG>(verdict);
     signature.key = KeyBytes(keyText);
     trust.embedded = {signature};

@@ -14,7 +14,7 @@
 #include "support/log_capture.h"
 
 // The caller of a real remote procedure call, asked for on the thread that serves it. Two calls are
-// played: the attributes of the call, which not every system that the tests run on has, with the
+// fake: the attributes of the call, which not every system that the tests run on has, with the
 // client that the runtime really has; and the name, where the client shall be a packaged one.
 namespace Zq::Gantry::Security {
 namespace {

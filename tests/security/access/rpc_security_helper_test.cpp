@@ -13,7 +13,7 @@
 #include <cstddef>
 #include <type_traits>
 
-#include "played_caller.h"
+#include "fake_caller.h"
 #include "support/import_watch.h"
 
 // The object itself: its fields, its constants, its end.
@@ -106,12 +106,12 @@ TEST(RpcSecurityHelper, ComesAndGoesWithoutASystemCall) {
 }
 
 TEST(RpcSecurityHelper, ClosesNoHandleThatTheHostHolds) {
-  const TestSupport::PlayedCaller played;
+  const TestSupport::FakeCaller fake;
   {
     RpcSecurityHelper helper;
-    helper.ClientProcessHandles[4321] = TestSupport::PlayedCaller::Handle(0x7777);
+    helper.ClientProcessHandles[4321] = TestSupport::FakeCaller::Handle(0x7777);
   }
-  EXPECT_THAT(played.closed, IsEmpty());
+  EXPECT_THAT(fake.closed, IsEmpty());
 }
 
 std::vector<std::string> released;

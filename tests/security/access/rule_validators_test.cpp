@@ -15,8 +15,8 @@
 #include "import_patch.h"
 #include "platform/winrt/call_failure.h"
 #include "security/access/boxed_value.h"
-#include "security/access/played_rules.h"
-#include "security/played_path_calls.h"
+#include "security/access/fake_rules.h"
+#include "security/fake_path_calls.h"
 #include "support/log_capture.h"
 #include "support/runtime_text_ledger.h"
 
@@ -56,7 +56,7 @@ class RulesTest : public testing::Test {
 
   const RuntimeTextLedger texts;
   LogCapture log;
-  PlayedRpcQuery noClient;
+  FakeRpcQuery noClient;
   RuleCalls calls;
   bool isQuiet = true;
 };

@@ -69,7 +69,7 @@ int CountYes(const std::function<bool()>& question, int& steps) {
   }
 }
 
-/// Lets nothing fail inside a played call: the system's own would not take its memory from us.
+/// Lets nothing fail inside a simulated call: the system's own would not take its memory from us.
 template <int Tag, typename Result, typename... Arguments>
 class Unfailing {
  public:

@@ -8,7 +8,7 @@
 #include "support/log_capture.h"
 
 // Expansion of a path on a thread that serves a real remote procedure call. The expansion itself is
-// played: not every system that the tests run on has variables for each user.
+// fake: not every system that the tests run on has variables for each user.
 namespace Zq::Gantry::Server::Services {
 namespace {
 

@@ -1,4 +1,4 @@
-// The facade's question for tools on a thread that serves a client: who calls is played, call by
+// The facade's question for tools on a thread that serves a client: who calls is faked, call by
 // call.
 
 #include <windows.h>

@@ -25,7 +25,7 @@ using namespace TestSupport;
 using Standin::Packages::LiveObjects;
 using Standin::Packages::RuntimeObject;
 
-class PlayedDocument final : public RuntimeObject<UnusedDocument, IXmlDocument> {};
+class FakeDocument final : public RuntimeObject<UnusedDocument, IXmlDocument> {};
 
 struct Script {
   std::vector<std::string> calls;
@@ -41,7 +41,7 @@ Script* script = nullptr;
 
 class OtherObject final : public RuntimeObject<IInspectable, IInspectable> {};
 
-class PlayedFactory final : public RuntimeObject<IActivationFactory, IActivationFactory> {
+class FakeFactory final : public RuntimeObject<IActivationFactory, IActivationFactory> {
  public:
   STDMETHODIMP ActivateInstance(IInspectable** instance) override {
     script->calls.emplace_back("instance");
@@ -50,7 +50,7 @@ class PlayedFactory final : public RuntimeObject<IActivationFactory, IActivation
     if (script->givesAnotherClass) {
       *instance = new OtherObject;
     } else {
-      *instance = new PlayedDocument;
+      *instance = new FakeDocument;
     }
     return S_OK;
   }
@@ -64,7 +64,7 @@ HRESULT WINAPI GetFactory(HSTRING className, REFIID iid, void** factory) {
   script->calls.emplace_back(isRight ? "factory" : "another factory");
   if (!script->hasApartment) return CO_E_NOTINITIALIZED;
   if (FAILED(script->factoryResult) || script->givesNoFactory) return script->factoryResult;
-  *factory = static_cast<IActivationFactory*>(new PlayedFactory);
+  *factory = static_cast<IActivationFactory*>(new FakeFactory);
   return S_OK;
 }
 
@@ -77,11 +77,11 @@ HRESULT WINAPI KeepAlive(CO_MTA_USAGE_COOKIE* cookie) {
 
 class SharedDocument : public testing::Test {
  protected:
-  SharedDocument() { script = &played; }
+  SharedDocument() { script = &fake; }
   void TearDown() override { EXPECT_EQ(LiveObjects(), 0); }
 
   const RuntimeTextLedger texts;
-  Script played;
+  Script fake;
   Standin::ImportPatch factory{"RoGetActivationFactory", &GetFactory};
   Standin::ImportPatch keepAlive{"CoIncrementMTAUsage", &KeepAlive};
 };
@@ -92,39 +92,39 @@ TEST_F(SharedDocument, ComesFromTheFactoryOfItsClass) {
     EXPECT_TRUE(document);
     EXPECT_EQ(LiveObjects(), 1);
   }
-  EXPECT_THAT(played.calls, ElementsAre("factory", "instance"));
+  EXPECT_THAT(fake.calls, ElementsAre("factory", "instance"));
 }
 
 TEST_F(SharedDocument, KeepsTheApartmentAliveForAThreadWithoutOne) {
-  played.hasApartment = false;
+  fake.hasApartment = false;
   EXPECT_TRUE(TryMakeXmlDocument());
-  EXPECT_THAT(played.calls, ElementsAre("factory", "keep alive", "factory", "instance"));
+  EXPECT_THAT(fake.calls, ElementsAre("factory", "keep alive", "factory", "instance"));
 }
 
 TEST_F(SharedDocument, IsEmptyWhereNoApartmentCanBeHad) {
-  played.hasApartment = false;
-  played.usageResult = E_FAIL;
+  fake.hasApartment = false;
+  fake.usageResult = E_FAIL;
   EXPECT_FALSE(TryMakeXmlDocument());
-  EXPECT_THAT(played.calls, ElementsAre("factory", "keep alive"));
+  EXPECT_THAT(fake.calls, ElementsAre("factory", "keep alive"));
 }
 
 TEST_F(SharedDocument, IsEmptyWhereACallFails) {
-  played.factoryResult = REGDB_E_CLASSNOTREG;
+  fake.factoryResult = REGDB_E_CLASSNOTREG;
   EXPECT_FALSE(TryMakeXmlDocument());
-  EXPECT_THAT(played.calls, ElementsAre("factory")) << "no apartment is missing";
-  played.factoryResult = S_OK;
-  played.instanceResult = E_OUTOFMEMORY;
+  EXPECT_THAT(fake.calls, ElementsAre("factory")) << "no apartment is missing";
+  fake.factoryResult = S_OK;
+  fake.instanceResult = E_OUTOFMEMORY;
   EXPECT_FALSE(TryMakeXmlDocument());
 }
 
 TEST_F(SharedDocument, IsEmptyWhereACallGivesNothingOrSomethingElse) {
-  played.givesNoFactory = true;
+  fake.givesNoFactory = true;
   EXPECT_FALSE(TryMakeXmlDocument());
-  played.givesNoFactory = false;
-  played.givesNoInstance = true;
+  fake.givesNoFactory = false;
+  fake.givesNoInstance = true;
   EXPECT_FALSE(TryMakeXmlDocument());
-  played.givesNoInstance = false;
-  played.givesAnotherClass = true;
+  fake.givesNoInstance = false;
+  fake.givesAnotherClass = true;
   EXPECT_FALSE(TryMakeXmlDocument());
 }
 

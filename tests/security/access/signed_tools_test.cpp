@@ -1,5 +1,5 @@
 // The facade's questions on files that the build has signed, judged by the system's own calls. Only
-// catalogs and the client are played, and the verdict of a root that no machine knows.
+// catalogs and the client are faked, and the verdict of a root that no machine knows.
 
 #include <windows.h>
 
@@ -11,8 +11,8 @@
 #include "import_patch.h"
 #include "security/access/tool_launch.h"
 #include "security/facade/zq_authenticode_facade.h"
-#include "security/played_catalogs.h"
-#include "security/played_path_calls.h"
+#include "security/fake_catalogs.h"
+#include "security/fake_path_calls.h"
 #include "security/trust/verify_result.h"
 #include "support/log_capture.h"
 #include "support/temp_folder.h"
@@ -53,8 +53,8 @@ class SignedTools : public testing::Test {
   ScopedVariable windows_{L"windir", SampleFolder().c_str()};
   ScopedVariable programs86_{L"ProgramFiles(x86)", L"C:\\Program Files (x86)"};
   ScopedVariable programs_{L"ProgramFiles", L"C:\\Program Files"};
-  PlayedCatalogs catalogs_;
-  PlayedRpcQuery rpc_;
+  FakeCatalogs catalogs_;
+  FakeRpcQuery rpc_;
   LogCapture log_;
   ZQAuthenticodeFacade facade_;
 };

@@ -1,4 +1,4 @@
-#include "security/played_access_lists.h"
+#include "security/fake_access_lists.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@ namespace TestSupport {
 
 namespace {
 
-PlayedAccessLists* current = nullptr;
+FakeAccessLists* current = nullptr;
 
 AccountId MakeId(std::uint8_t authority, std::initializer_list<std::uint32_t> parts) {
   AccountId id{1, static_cast<std::uint8_t>(parts.size()), 0, 0, 0, 0, 0, authority};
@@ -56,7 +56,7 @@ AccessList& AccessList::Add(BYTE type, AccountId account, DWORD mask) {
   return *this;
 }
 
-PlayedAccessLists::PlayedAccessLists()
+FakeAccessLists::FakeAccessLists()
     : accounts{{TrustedInstallerId(), L"NT SERVICE", L"TrustedInstaller"},
                {SystemId(), L"NT AUTHORITY", L"SYSTEM"},
                {EveryoneId(), L"", L"Everyone"}},
@@ -65,15 +65,15 @@ PlayedAccessLists::PlayedAccessLists()
   current = this;
 }
 
-PlayedAccessLists::~PlayedAccessLists() {
+FakeAccessLists::~FakeAccessLists() {
   current = nullptr;
   for (void* descriptor : descriptors) LocalFree(descriptor);
 }
 
-DWORD WINAPI PlayedAccessLists::AnswerSecurity(LPWSTR path, SE_OBJECT_TYPE type,
-                                               SECURITY_INFORMATION information, PSID* owner,
-                                               PSID* group, PACL* list, PACL* audit,
-                                               PSECURITY_DESCRIPTOR* descriptor) {
+DWORD WINAPI FakeAccessLists::AnswerSecurity(LPWSTR path, SE_OBJECT_TYPE type,
+                                             SECURITY_INFORMATION information, PSID* owner,
+                                             PSID* group, PACL* list, PACL* audit,
+                                             PSECURITY_DESCRIPTOR* descriptor) {
   current->questions.push_back({path, type, information, audit != nullptr});
   SetLastError(current->lastError);
   if (current->failures > 0) {
@@ -90,8 +90,8 @@ DWORD WINAPI PlayedAccessLists::AnswerSecurity(LPWSTR path, SE_OBJECT_TYPE type,
   return ERROR_SUCCESS;
 }
 
-BOOL WINAPI PlayedAccessLists::AnswerLookup(LPCWSTR system, PSID id, LPWSTR name, LPDWORD nameChars,
-                                            LPWSTR domain, LPDWORD domainChars, SID_NAME_USE* use) {
+BOOL WINAPI FakeAccessLists::AnswerLookup(LPCWSTR system, PSID id, LPWSTR name, LPDWORD nameChars,
+                                          LPWSTR domain, LPDWORD domainChars, SID_NAME_USE* use) {
   current->lookups.push_back({system == nullptr, *nameChars, *domainChars});
   if (current->neededChars != 0) {
     *nameChars = *domainChars = current->neededChars;
@@ -106,8 +106,8 @@ BOOL WINAPI PlayedAccessLists::AnswerLookup(LPCWSTR system, PSID id, LPWSTR name
   return FALSE;
 }
 
-BOOL PlayedAccessLists::Look(const Account& account, LPWSTR name, DWORD& nameChars, LPWSTR domain,
-                             DWORD& domainChars) const {
+BOOL FakeAccessLists::Look(const Account& account, LPWSTR name, DWORD& nameChars, LPWSTR domain,
+                           DWORD& domainChars) const {
   const bool fits =
       ignoreSizes || (nameChars > account.name.size() && domainChars > account.domain.size());
   if (!fits) {

@@ -47,9 +47,9 @@ inline std::string DateOf(const Zq::Gantry::Server::Services::Wattleaf::DateTime
 }
 
 /// Days of samples by date, as JSON texts; a day that is not there is an empty array.
-class PlayedDays {
+class FakeDays {
  public:
-  PlayedDays(std::initializer_list<std::pair<const std::string, std::string>> days) : days_(days) {}
+  FakeDays(std::initializer_list<std::pair<const std::string, std::string>> days) : days_(days) {}
 
   Zq::Gantry::Server::Services::Wattleaf::DayReader Reader() {
     return [this](const Zq::Gantry::Server::Services::Wattleaf::DateTime& day) {

@@ -1,4 +1,4 @@
-#include "played_catalogs.h"
+#include "fake_catalogs.h"
 
 #include <wincrypt.h>
 #include <wintrust.h>
@@ -16,7 +16,7 @@ namespace TestSupport {
 
 namespace {
 
-PlayedCatalogs* current = nullptr;
+FakeCatalogs* current = nullptr;
 
 struct Context {
   bool isOpen = true;
@@ -52,8 +52,8 @@ Object* FindOpen(const std::vector<std::unique_ptr<Object>>& objects, HANDLE han
   return nullptr;
 }
 
-BOOL WINAPI PlayedAcquire(HCATADMIN* admin, const GUID* subsystem, PCWSTR algorithm,
-                          PCCERT_STRONG_SIGN_PARA policy, DWORD flags) {
+BOOL WINAPI FakeAcquire(HCATADMIN* admin, const GUID* subsystem, PCWSTR algorithm,
+                        PCCERT_STRONG_SIGN_PARA policy, DWORD flags) {
   Note("acquire");
   EXPECT_EQ(subsystem, nullptr);
   EXPECT_STREQ(algorithm, L"SHA256");
@@ -69,7 +69,7 @@ BOOL WINAPI PlayedAcquire(HCATADMIN* admin, const GUID* subsystem, PCWSTR algori
   return TRUE;
 }
 
-BOOL WINAPI PlayedHash(HCATADMIN admin, HANDLE file, DWORD* size, BYTE* bytes, DWORD flags) {
+BOOL WINAPI FakeHash(HCATADMIN admin, HANDLE file, DWORD* size, BYTE* bytes, DWORD flags) {
   Note(bytes == nullptr ? "hash size" : "hash");
   FindOpen(contexts, admin);
   DWORD handleFlags = 0;
@@ -86,8 +86,7 @@ BOOL WINAPI PlayedHash(HCATADMIN admin, HANDLE file, DWORD* size, BYTE* bytes, D
   return TRUE;
 }
 
-HCATINFO WINAPI PlayedEnum(HCATADMIN admin, BYTE* hash, DWORD size, DWORD flags,
-                           HCATINFO* previous) {
+HCATINFO WINAPI FakeEnum(HCATADMIN admin, BYTE* hash, DWORD size, DWORD flags, HCATINFO* previous) {
   Note("enum");
   FindOpen(contexts, admin);
   EXPECT_EQ(flags, 0u);
@@ -102,7 +101,7 @@ HCATINFO WINAPI PlayedEnum(HCATADMIN admin, BYTE* hash, DWORD size, DWORD flags,
   return openedCatalogs.back().get();
 }
 
-BOOL WINAPI PlayedInfo(HCATINFO catalog, CATALOG_INFO* info, DWORD flags) {
+BOOL WINAPI FakeInfo(HCATINFO catalog, CATALOG_INFO* info, DWORD flags) {
   Note("info");
   FindOpen(openedCatalogs, catalog);
   EXPECT_EQ(info->cbStruct, 524u);
@@ -114,7 +113,7 @@ BOOL WINAPI PlayedInfo(HCATINFO catalog, CATALOG_INFO* info, DWORD flags) {
   return TRUE;
 }
 
-BOOL WINAPI PlayedReleaseCatalog(HCATADMIN admin, HCATINFO catalog, DWORD flags) {
+BOOL WINAPI FakeReleaseCatalog(HCATADMIN admin, HCATINFO catalog, DWORD flags) {
   Note("release catalog");
   EXPECT_EQ(flags, 0u);
   FindOpen(contexts, admin);
@@ -127,7 +126,7 @@ BOOL WINAPI PlayedReleaseCatalog(HCATADMIN admin, HCATINFO catalog, DWORD flags)
   return TRUE;
 }
 
-BOOL WINAPI PlayedReleaseContext(HCATADMIN admin, DWORD flags) {
+BOOL WINAPI FakeReleaseContext(HCATADMIN admin, DWORD flags) {
   Note("release context");
   EXPECT_EQ(flags, 0u);
   if (Context* open = FindOpen(contexts, admin)) open->isOpen = false;
@@ -141,31 +140,31 @@ BOOL WINAPI PlayedReleaseContext(HCATADMIN admin, DWORD flags) {
 
 }  // namespace
 
-struct PlayedCatalogs::Patches {
-  Standin::ImportPatch acquire{"CryptCATAdminAcquireContext2", &PlayedAcquire};
-  Standin::ImportPatch hash{"CryptCATAdminCalcHashFromFileHandle2", &PlayedHash};
-  Standin::ImportPatch enumerate{"CryptCATAdminEnumCatalogFromHash", &PlayedEnum};
-  Standin::ImportPatch info{"CryptCATCatalogInfoFromContext", &PlayedInfo};
-  Standin::ImportPatch releaseCatalog{"CryptCATAdminReleaseCatalogContext", &PlayedReleaseCatalog};
-  Standin::ImportPatch releaseContext{"CryptCATAdminReleaseContext", &PlayedReleaseContext};
+struct FakeCatalogs::Patches {
+  Standin::ImportPatch acquire{"CryptCATAdminAcquireContext2", &FakeAcquire};
+  Standin::ImportPatch hash{"CryptCATAdminCalcHashFromFileHandle2", &FakeHash};
+  Standin::ImportPatch enumerate{"CryptCATAdminEnumCatalogFromHash", &FakeEnum};
+  Standin::ImportPatch info{"CryptCATCatalogInfoFromContext", &FakeInfo};
+  Standin::ImportPatch releaseCatalog{"CryptCATAdminReleaseCatalogContext", &FakeReleaseCatalog};
+  Standin::ImportPatch releaseContext{"CryptCATAdminReleaseContext", &FakeReleaseContext};
 };
 
-PlayedCatalogs::PlayedCatalogs() : patches_(std::make_unique<Patches>()) {
+FakeCatalogs::FakeCatalogs() : patches_(std::make_unique<Patches>()) {
   for (int i = 0; i < 32; ++i) hash.push_back(static_cast<std::uint8_t>(i * 7));
   current = this;
 }
 
-PlayedCatalogs::~PlayedCatalogs() {
+FakeCatalogs::~FakeCatalogs() {
   EXPECT_EQ(openCatalogs, 0);
   current = nullptr;
 }
 
-bool PlayedCatalogs::IsOpenContext(HANDLE context) {
+bool FakeCatalogs::IsOpenContext(HANDLE context) {
   return std::any_of(contexts.begin(), contexts.end(),
                      [context](const auto& one) { return one.get() == context && one->isOpen; });
 }
 
-int PlayedCatalogs::Count(const std::string& call) const {
+int FakeCatalogs::Count(const std::string& call) const {
   return static_cast<int>(std::count(calls.begin(), calls.end(), call));
 }
 

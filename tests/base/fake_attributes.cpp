@@ -1,27 +1,27 @@
-#include "base/played_attributes.h"
+#include "base/fake_attributes.h"
 
 namespace TestSupport {
 
-PlayedReparsePoint* PlayedReparsePoint::current_ = nullptr;
+FakeReparsePoint* FakeReparsePoint::current_ = nullptr;
 
-PlayedReparsePoint::PlayedReparsePoint(const std::wstring& path, DWORD tag)
+FakeReparsePoint::FakeReparsePoint(const std::wstring& path, DWORD tag)
     : path_(path),
       tag_(tag),
-      attributes_("GetFileAttributesW", &PlayedReparsePoint::Attributes),
-      find_("FindFirstFileW", &PlayedReparsePoint::Find) {
+      attributes_("GetFileAttributesW", &FakeReparsePoint::Attributes),
+      find_("FindFirstFileW", &FakeReparsePoint::Find) {
   current_ = this;
 }
 
-PlayedReparsePoint::~PlayedReparsePoint() { current_ = nullptr; }
+FakeReparsePoint::~FakeReparsePoint() { current_ = nullptr; }
 
-DWORD WINAPI PlayedReparsePoint::Attributes(const wchar_t* path) {
+DWORD WINAPI FakeReparsePoint::Attributes(const wchar_t* path) {
   if (current_ != nullptr && current_->path_ == path) {
     return FILE_ATTRIBUTE_ARCHIVE | FILE_ATTRIBUTE_REPARSE_POINT;
   }
   return current_->attributes_.Original<decltype(Attributes)>()(path);
 }
 
-HANDLE WINAPI PlayedReparsePoint::Find(const wchar_t* path, WIN32_FIND_DATAW* entry) {
+HANDLE WINAPI FakeReparsePoint::Find(const wchar_t* path, WIN32_FIND_DATAW* entry) {
   const HANDLE search = current_->find_.Original<decltype(Find)>()(path, entry);
   if (current_->path_ != path || search == INVALID_HANDLE_VALUE) return search;
   if (current_->searchFails_) {

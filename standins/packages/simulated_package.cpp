@@ -1,4 +1,4 @@
-#include "played_package.h"
+#include "simulated_package.h"
 
 #include <cstddef>
 #include <string>
@@ -46,9 +46,9 @@ std::wstring UriPath(const std::wstring& file) {
   return path;
 }
 
-class PlayedUri final : public RuntimeObject<UnusedUri, WinRt::IUriRuntimeClass> {
+class SimulatedUri final : public RuntimeObject<UnusedUri, WinRt::IUriRuntimeClass> {
  public:
-  explicit PlayedUri(Folder folder) : folder_(std::move(folder)) {}
+  explicit SimulatedUri(Folder folder) : folder_(std::move(folder)) {}
 
   STDMETHODIMP get_Path(HSTRING* value) override {
     return HandOutText(folder_->script, "LogoPath", Path(), value);
@@ -64,10 +64,10 @@ class PlayedUri final : public RuntimeObject<UnusedUri, WinRt::IUriRuntimeClass>
   Folder folder_;
 };
 
-class PlayedFolder final
+class SimulatedFolder final
     : public RuntimeObject<UnusedFolder, WinRt::IStorageFolder, WinRt::IStorageItem> {
  public:
-  explicit PlayedFolder(Folder folder) : folder_(std::move(folder)) {}
+  explicit SimulatedFolder(Folder folder) : folder_(std::move(folder)) {}
 
   STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
     const bool refused =
@@ -84,9 +84,9 @@ class PlayedFolder final
   Folder folder_;
 };
 
-class PlayedId final : public RuntimeObject<UnusedPackageId, WinRt::IPackageId> {
+class SimulatedId final : public RuntimeObject<UnusedPackageId, WinRt::IPackageId> {
  public:
-  explicit PlayedId(Folder folder) : folder_(std::move(folder)) {}
+  explicit SimulatedId(Folder folder) : folder_(std::move(folder)) {}
 
   STDMETHODIMP get_Name(HSTRING* value) override {
     return HandOutText(folder_->script, "Name", folder_->name, value);
@@ -96,10 +96,10 @@ class PlayedId final : public RuntimeObject<UnusedPackageId, WinRt::IPackageId> 
   Folder folder_;
 };
 
-class PlayedPackage final
+class SimulatedPackage final
     : public RuntimeObject<UnusedPackage, WinRt::IPackage, WinRt::IPackage2, WinRt::IPackage4> {
  public:
-  explicit PlayedPackage(Folder folder) : folder_(std::move(folder)) {}
+  explicit SimulatedPackage(Folder folder) : folder_(std::move(folder)) {}
 
   STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
     *object = nullptr;
@@ -110,11 +110,11 @@ class PlayedPackage final
   }
 
   STDMETHODIMP get_Id(WinRt::IPackageId** value) override {
-    return HandOut(folder_->script, "Id", value, [this] { return new PlayedId(folder_); });
+    return HandOut(folder_->script, "Id", value, [this] { return new SimulatedId(folder_); });
   }
   STDMETHODIMP get_InstalledLocation(WinRt::IStorageFolder** value) override {
     return HandOut(folder_->script, "InstalledLocation", value,
-                   [this] { return new PlayedFolder(folder_); });
+                   [this] { return new SimulatedFolder(folder_); });
   }
   STDMETHODIMP get_IsFramework(boolean* value) override {
     const boolean given = folder_->isFramework ? 1 : 0;
@@ -124,7 +124,7 @@ class PlayedPackage final
     return HandOutText(folder_->script, "DisplayName", folder_->shownName, value);
   }
   STDMETHODIMP get_Logo(WinRt::IUriRuntimeClass** value) override {
-    return HandOut(folder_->script, "Logo", value, [this] { return new PlayedUri(folder_); });
+    return HandOut(folder_->script, "Logo", value, [this] { return new SimulatedUri(folder_); });
   }
   STDMETHODIMP get_SignatureKind(WinRt::PackageSignatureKind* value) override {
     const auto given = static_cast<WinRt::PackageSignatureKind>(folder_->isSystem ? 4 : 3);
@@ -138,7 +138,7 @@ class PlayedPackage final
 }  // namespace
 
 WinRt::IPackage* MakePackage(std::shared_ptr<const PackageFolder> folder) {
-  return new PlayedPackage(std::move(folder));
+  return new SimulatedPackage(std::move(folder));
 }
 
 }  // namespace Standin::Packages

@@ -1,4 +1,4 @@
-#include "security/access/played_rules.h"
+#include "security/access/fake_rules.h"
 
 #include <algorithm>
 #include <type_traits>
@@ -35,9 +35,9 @@ Reference Adopt(Object* object) {
 
 using Attribute = RuntimeObject<UnusedNode, IXmlNode, IXmlNodeSerializer, IXmlAttribute>;
 
-class PlayedAttribute final : public Attribute {
+class FakeAttribute final : public Attribute {
  public:
-  PlayedAttribute(RuleCalls& calls, std::wstring value) : calls_(calls), value_(std::move(value)) {}
+  FakeAttribute(RuleCalls& calls, std::wstring value) : calls_(calls), value_(std::move(value)) {}
 
   STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
     *object = nullptr;
@@ -57,9 +57,9 @@ class PlayedAttribute final : public Attribute {
   std::wstring value_;
 };
 
-class PlayedMap final : public RuntimeObject<UnusedNodeMap, IXmlNamedNodeMap> {
+class FakeMap final : public RuntimeObject<UnusedNodeMap, IXmlNamedNodeMap> {
  public:
-  PlayedMap(RuleCalls& calls, std::map<std::wstring, std::wstring> attributes)
+  FakeMap(RuleCalls& calls, std::map<std::wstring, std::wstring> attributes)
       : calls_(calls), attributes_(std::move(attributes)) {}
 
   STDMETHODIMP GetNamedItem(HSTRING name, IXmlNode** node) override {
@@ -69,7 +69,7 @@ class PlayedMap final : public RuntimeObject<UnusedNodeMap, IXmlNamedNodeMap> {
         calls_.ResultOf(text == L"min" ? "GetNamedItem min" : "GetNamedItem max");
     const auto row = attributes_.find(text);
     if (FAILED(result) || row == attributes_.end()) return result;
-    *node = new PlayedAttribute(calls_, row->second);
+    *node = new FakeAttribute(calls_, row->second);
     return S_OK;
   }
 
@@ -80,9 +80,9 @@ class PlayedMap final : public RuntimeObject<UnusedNodeMap, IXmlNamedNodeMap> {
 
 using Node = RuntimeObject<UnusedNode, IXmlNode, IXmlNodeSerializer>;
 
-class PlayedNode final : public Node {
+class FakeNode final : public Node {
  public:
-  PlayedNode(RuleCalls& calls, NodeContent content) : calls_(calls), content_(std::move(content)) {}
+  FakeNode(RuleCalls& calls, NodeContent content) : calls_(calls), content_(std::move(content)) {}
 
   STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
     *object = nullptr;
@@ -100,7 +100,7 @@ class PlayedNode final : public Node {
     *value = nullptr;
     const HRESULT result = calls_.ResultOf("Attributes");
     if (FAILED(result) || !content_.hasAttributeMap) return result;
-    *value = new PlayedMap(calls_, content_.attributes);
+    *value = new FakeMap(calls_, content_.attributes);
     return S_OK;
   }
   STDMETHODIMP get_Value(HSTRING*) override { return E_NOTIMPL; }
@@ -117,9 +117,9 @@ struct BoxOf : UnusedValue, Reference {
 };
 
 template <typename Reference, PropertyType kType, typename Value>
-class PlayedBox final : public RuntimeObject<BoxOf<Reference, kType>, IPropertyValue, Reference> {
+class FakeBox final : public RuntimeObject<BoxOf<Reference, kType>, IPropertyValue, Reference> {
  public:
-  PlayedBox(RuleCalls& calls, Value value) : calls_(calls), value_(std::move(value)) {}
+  FakeBox(RuleCalls& calls, Value value) : calls_(calls), value_(std::move(value)) {}
 
   STDMETHODIMP get_Type(PropertyType* value) override {
     *value = kType;
@@ -143,9 +143,9 @@ class PlayedBox final : public RuntimeObject<BoxOf<Reference, kType>, IPropertyV
   Value value_;
 };
 
-class PlayedInt32 final : public RuntimeObject<UnusedValue, IPropertyValue> {
+class FakeInt32 final : public RuntimeObject<UnusedValue, IPropertyValue> {
  public:
-  explicit PlayedInt32(RuleCalls& calls) : calls_(calls) {}
+  explicit FakeInt32(RuleCalls& calls) : calls_(calls) {}
   STDMETHODIMP get_Type(PropertyType* value) override {
     *value = static_cast<PropertyType>(4);
     return calls_.ResultOf("Type");
@@ -157,7 +157,7 @@ class PlayedInt32 final : public RuntimeObject<UnusedValue, IPropertyValue> {
 
 template <typename Reference, PropertyType kType, typename Value>
 ValueReference MakeBox(RuleCalls& calls, Value value) {
-  IPropertyValue* box = new PlayedBox<Reference, kType, Value>(calls, std::move(value));
+  IPropertyValue* box = new FakeBox<Reference, kType, Value>(calls, std::move(value));
   return Adopt<ValueReference>(static_cast<IInspectable*>(box));
 }
 
@@ -171,7 +171,7 @@ class NoText final : public RuntimeObject<UnusedNode, IXmlNode> {
 }  // namespace
 
 XmlNodeReference MakeNode(RuleCalls& calls, NodeContent content) {
-  return Adopt<XmlNodeReference>(static_cast<IXmlNode*>(new PlayedNode(calls, std::move(content))));
+  return Adopt<XmlNodeReference>(static_cast<IXmlNode*>(new FakeNode(calls, std::move(content))));
 }
 
 XmlNodeReference MakeNodeWithoutText(RuleCalls&) {
@@ -194,7 +194,7 @@ ValueReference Box(RuleCalls& calls, bool truth) {
 
 ValueReference BoxInt32(RuleCalls& calls) {
   return Adopt<ValueReference>(
-      static_cast<IInspectable*>(static_cast<IPropertyValue*>(new PlayedInt32(calls))));
+      static_cast<IInspectable*>(static_cast<IPropertyValue*>(new FakeInt32(calls))));
 }
 
 ValueReference MakePlainObject(RuleCalls&) {

@@ -1,11 +1,11 @@
-#include "played_manager.h"
+#include "simulated_manager.h"
 
 #include <memory>
 #include <utility>
 #include <vector>
 
-#include "played_package.h"
 #include "runtime_object.h"
+#include "simulated_package.h"
 #include "unused_operations.h"
 
 namespace Standin::Packages {
@@ -21,9 +21,9 @@ struct Collection {
 };
 
 /// The package's own words count as well, where there is a package.
-class PlayedIterator final : public RuntimeObject<UnusedIterator, WinRt::IPackageIterator> {
+class SimulatedIterator final : public RuntimeObject<UnusedIterator, WinRt::IPackageIterator> {
  public:
-  explicit PlayedIterator(std::shared_ptr<const Collection> all) : all_(std::move(all)) {}
+  explicit SimulatedIterator(std::shared_ptr<const Collection> all) : all_(std::move(all)) {}
 
   STDMETHODIMP get_Current(WinRt::IPackage** value) override {
     *value = nullptr;
@@ -50,28 +50,28 @@ class PlayedIterator final : public RuntimeObject<UnusedIterator, WinRt::IPackag
   std::size_t at_ = 0;
 };
 
-class PlayedIterable final
+class SimulatedIterable final
     : public RuntimeObject<WinRt::IPackageIterable, WinRt::IPackageIterable> {
  public:
-  explicit PlayedIterable(std::shared_ptr<const Collection> all) : all_(std::move(all)) {}
+  explicit SimulatedIterable(std::shared_ptr<const Collection> all) : all_(std::move(all)) {}
 
   STDMETHODIMP First(WinRt::IPackageIterator** value) override {
-    return HandOut(all_->script, "First", value, [this] { return new PlayedIterator(all_); });
+    return HandOut(all_->script, "First", value, [this] { return new SimulatedIterator(all_); });
   }
 
  private:
   std::shared_ptr<const Collection> all_;
 };
 
-class PlayedManager final : public RuntimeObject<UnusedManager, WinRt::IPackageManager> {
+class SimulatedManager final : public RuntimeObject<UnusedManager, WinRt::IPackageManager> {
  public:
-  PlayedManager(std::wstring root, Script script)
+  SimulatedManager(std::wstring root, Script script)
       : root_(std::move(root)), script_(std::move(script)) {}
 
   STDMETHODIMP FindPackages(WinRt::IPackageIterable** value) override {
     return HandOut(script_, "FindPackages", value, [this] {
       const Collection all{ReadPackageFolders(root_, script_), script_};
-      return new PlayedIterable(std::make_shared<const Collection>(all));
+      return new SimulatedIterable(std::make_shared<const Collection>(all));
     });
   }
 
@@ -83,7 +83,7 @@ class PlayedManager final : public RuntimeObject<UnusedManager, WinRt::IPackageM
 }  // namespace
 
 WinRt::IPackageManager* MakeManager(std::wstring root, Script script) {
-  return new PlayedManager(std::move(root), std::move(script));
+  return new SimulatedManager(std::move(root), std::move(script));
 }
 
 }  // namespace Standin::Packages

@@ -7,10 +7,10 @@
 #include <array>
 #include <string>
 
-#include "played_calls.h"
+#include "simulated_calls.h"
 
-using Standin::AllPlayedCalls;
-using Standin::PlayedCalls;
+using Standin::AllSimulatedCalls;
+using Standin::SimulatedCalls;
 
 namespace {
 
@@ -25,42 +25,42 @@ RPC_STATUS AskCallAttributes() {
 
 }  // namespace
 
-TEST(PlayedCalls, CallAttributesSayThatNoCallIsServed) {
-  const PlayedCalls played(ThisProgram(), true);
+TEST(SimulatedCalls, CallAttributesSayThatNoCallIsServed) {
+  const SimulatedCalls fake(ThisProgram(), true);
   EXPECT_EQ(AskCallAttributes(), 1725);
 }
 
-TEST(PlayedCalls, OnlyImportedCallsArePlayed) {
+TEST(SimulatedCalls, OnlyImportedCallsAreSimulated) {
   // This program imports one call of the list.
-  const PlayedCalls played(ThisProgram(), true);
-  ASSERT_EQ(played.InPlace().size(), 1u);
-  EXPECT_STREQ(played.InPlace()[0].name, "RpcServerInqCallAttributesW");
+  const SimulatedCalls fake(ThisProgram(), true);
+  ASSERT_EQ(fake.InPlace().size(), 1u);
+  EXPECT_STREQ(fake.InPlace()[0].name, "RpcServerInqCallAttributesW");
 }
 
-TEST(PlayedCalls, ImportsAreRestoredAtTheEnd) {
+TEST(SimulatedCalls, ImportsAreRestoredAtTheEnd) {
   void** slot = Standin::FindImportSlot(ThisProgram(), "RpcServerInqCallAttributesW");
   ASSERT_NE(slot, nullptr);
   void* const before = *slot;
   {
-    const PlayedCalls played(ThisProgram(), true);
+    const SimulatedCalls fake(ThisProgram(), true);
     EXPECT_NE(*slot, before);
   }
   EXPECT_EQ(*slot, before);
 }
 
-TEST(PlayedCalls, NothingIsPlayedWhenTurnedOff) {
+TEST(SimulatedCalls, NothingIsSimulatedWhenTurnedOff) {
   void** slot = Standin::FindImportSlot(ThisProgram(), "RpcServerInqCallAttributesW");
   ASSERT_NE(slot, nullptr);
   void* const before = *slot;
-  const PlayedCalls played(ThisProgram(), false);
-  EXPECT_TRUE(played.InPlace().empty());
+  const SimulatedCalls fake(ThisProgram(), false);
+  EXPECT_TRUE(fake.InPlace().empty());
   EXPECT_EQ(*slot, before);
 }
 
-TEST(PlayedCalls, CatalogCallsFailWithAnErrorAndTouchOnlyTheirResults) {
+TEST(SimulatedCalls, CatalogCallsFailWithAnErrorAndTouchOnlyTheirResults) {
   using Acquire = BOOL(WINAPI*)(HANDLE*, const GUID*, const wchar_t*, const void*, DWORD);
   using Hash = BOOL(WINAPI*)(HANDLE, HANDLE, DWORD*, BYTE*, DWORD);
-  for (const auto& call : AllPlayedCalls()) {
+  for (const auto& call : AllSimulatedCalls()) {
     const std::string name = call.name;
     SetLastError(0);
     if (name == "CryptCATAdminAcquireContext2") {
@@ -78,9 +78,9 @@ TEST(PlayedCalls, CatalogCallsFailWithAnErrorAndTouchOnlyTheirResults) {
   }
 }
 
-TEST(PlayedCalls, TheIconIsWhatTheSiblingGives) {
+TEST(SimulatedCalls, TheIconIsWhatTheSiblingGives) {
   using Extract = HICON(WINAPI*)(HINSTANCE, char*, WORD*, WORD*);
-  const auto extract = reinterpret_cast<Extract>(AllPlayedCalls()[3].replacement);
+  const auto extract = reinterpret_cast<Extract>(AllSimulatedCalls()[3].replacement);
   std::array<char, MAX_PATH> system{"C:\\windows\\system32\\notepad.exe"};
   WORD index = 0;
   WORD id = 0;
@@ -92,11 +92,11 @@ TEST(PlayedCalls, TheIconIsWhatTheSiblingGives) {
   EXPECT_EQ(extract(nullptr, missing.data(), &index, &id), nullptr);
 }
 
-TEST(PlayedCalls, EachHasANameOfItsOwnAndAReason) {
-  ASSERT_EQ(AllPlayedCalls().size(), 4u);
-  EXPECT_STREQ(AllPlayedCalls()[0].name, "RpcServerInqCallAttributesW");
-  EXPECT_STREQ(AllPlayedCalls()[1].name, "CryptCATAdminAcquireContext2");
-  EXPECT_STREQ(AllPlayedCalls()[2].name, "CryptCATAdminCalcHashFromFileHandle2");
-  EXPECT_STREQ(AllPlayedCalls()[3].name, "ExtractAssociatedIconExA");
-  for (const auto& call : AllPlayedCalls()) EXPECT_STRNE(call.reason, "");
+TEST(SimulatedCalls, EachHasANameOfItsOwnAndAReason) {
+  ASSERT_EQ(AllSimulatedCalls().size(), 4u);
+  EXPECT_STREQ(AllSimulatedCalls()[0].name, "RpcServerInqCallAttributesW");
+  EXPECT_STREQ(AllSimulatedCalls()[1].name, "CryptCATAdminAcquireContext2");
+  EXPECT_STREQ(AllSimulatedCalls()[2].name, "CryptCATAdminCalcHashFromFileHandle2");
+  EXPECT_STREQ(AllSimulatedCalls()[3].name, "ExtractAssociatedIconExA");
+  for (const auto& call : AllSimulatedCalls()) EXPECT_STRNE(call.reason, "");
 }

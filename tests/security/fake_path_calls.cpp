@@ -1,4 +1,4 @@
-#include "security/played_path_calls.h"
+#include "security/fake_path_calls.h"
 
 #include <cstdint>
 #include <cstring>
@@ -7,23 +7,23 @@ namespace TestSupport {
 
 namespace {
 
-PlayedRpcQuery* current = nullptr;
+FakeRpcQuery* current = nullptr;
 
 constexpr std::size_t kAttributesBytes = 120;
 constexpr std::size_t kClientPidOffset = 64;
 
 }  // namespace
 
-PlayedRpcQuery::PlayedRpcQuery(RPC_STATUS status) : PlayedRpcQuery(status, 0) {}
+FakeRpcQuery::FakeRpcQuery(RPC_STATUS status) : FakeRpcQuery(status, 0) {}
 
-PlayedRpcQuery::PlayedRpcQuery(RPC_STATUS status, DWORD client)
+FakeRpcQuery::FakeRpcQuery(RPC_STATUS status, DWORD client)
     : status_(status), client_(client), patch_("RpcServerInqCallAttributesW", &Answer) {
   current = this;
 }
 
-PlayedRpcQuery::~PlayedRpcQuery() { current = nullptr; }
+FakeRpcQuery::~FakeRpcQuery() { current = nullptr; }
 
-RPC_STATUS RPC_ENTRY PlayedRpcQuery::Answer(RPC_BINDING_HANDLE binding, void* attributes) {
+RPC_STATUS RPC_ENTRY FakeRpcQuery::Answer(RPC_BINDING_HANDLE binding, void* attributes) {
   auto* bytes = static_cast<unsigned char*>(attributes);
   current->questions_.push_back({binding, {bytes, bytes + kAttributesBytes}});
   if (current->status_ != RPC_S_OK) return current->status_;

@@ -1,4 +1,4 @@
-#include "collection/played_tool.h"
+#include "collection/fake_tool.h"
 
 #include <windows.h>
 
@@ -18,7 +18,7 @@ struct State {
 std::mutex lock;
 State state;
 
-int __cdecl PlayedSystem(const char* commandLine) {
+int __cdecl FakeSystem(const char* commandLine) {
   std::function<void()> during;
   {
     const std::lock_guard guard(lock);
@@ -30,7 +30,7 @@ int __cdecl PlayedSystem(const char* commandLine) {
   return state.status;
 }
 
-BOOL WINAPI PlayedSetCurrentDirectory(const wchar_t* path) {
+BOOL WINAPI FakeSetCurrentDirectory(const wchar_t* path) {
   const std::wstring wide = path;
   std::string narrow;
   for (const wchar_t c : wide) narrow += static_cast<char>(c);
@@ -41,34 +41,34 @@ BOOL WINAPI PlayedSetCurrentDirectory(const wchar_t* path) {
 
 }  // namespace
 
-PlayedTool::PlayedTool()
-    : patchedSystem_("system", &PlayedSystem),
-      patchedDirectory_("SetCurrentDirectoryW", &PlayedSetCurrentDirectory) {
+FakeTool::FakeTool()
+    : patchedSystem_("system", &FakeSystem),
+      patchedDirectory_("SetCurrentDirectoryW", &FakeSetCurrentDirectory) {
   const std::lock_guard guard(lock);
   state = {};
 }
 
-PlayedTool::~PlayedTool() {
+FakeTool::~FakeTool() {
   const std::lock_guard guard(lock);
   state = {};
 }
 
-void PlayedTool::EndWith(int status) {
+void FakeTool::EndWith(int status) {
   const std::lock_guard guard(lock);
   state.status = status;
 }
 
-void PlayedTool::DuringRun(std::function<void()> action) {
+void FakeTool::DuringRun(std::function<void()> action) {
   const std::lock_guard guard(lock);
   state.during = std::move(action);
 }
 
-void PlayedTool::RefuseDirectories() {
+void FakeTool::RefuseDirectories() {
   const std::lock_guard guard(lock);
   state.entered = FALSE;
 }
 
-std::vector<std::string> PlayedTool::Calls() const {
+std::vector<std::string> FakeTool::Calls() const {
   const std::lock_guard guard(lock);
   return state.calls;
 }

@@ -8,15 +8,15 @@
 
 namespace TestSupport {
 
-/// Plays a link, or another reparse point, in the place of one file: a program cannot make a link
+/// Fakes a link, or another reparse point, in the place of one file: a program cannot make a link
 /// to a file everywhere. Calls for other paths go through. One at a time.
-class PlayedReparsePoint {
+class FakeReparsePoint {
  public:
   /// The file's attributes get the reparse bit; a search for it finds `tag`.
-  PlayedReparsePoint(const std::wstring& path, DWORD tag);
-  PlayedReparsePoint(const PlayedReparsePoint&) = delete;
-  PlayedReparsePoint& operator=(const PlayedReparsePoint&) = delete;
-  ~PlayedReparsePoint();
+  FakeReparsePoint(const std::wstring& path, DWORD tag);
+  FakeReparsePoint(const FakeReparsePoint&) = delete;
+  FakeReparsePoint& operator=(const FakeReparsePoint&) = delete;
+  ~FakeReparsePoint();
 
   /// From now on the search finds nothing, or a file without the reparse bit.
   void FailSearch() { searchFails_ = true; }
@@ -26,7 +26,7 @@ class PlayedReparsePoint {
   static DWORD WINAPI Attributes(const wchar_t* path);
   static HANDLE WINAPI Find(const wchar_t* path, WIN32_FIND_DATAW* entry);
 
-  static PlayedReparsePoint* current_;
+  static FakeReparsePoint* current_;
   std::wstring path_;
   DWORD tag_;
   DWORD searchBit_ = FILE_ATTRIBUTE_REPARSE_POINT;

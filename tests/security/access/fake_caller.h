@@ -13,19 +13,19 @@
 
 namespace TestSupport {
 
-/// Plays every system call that telling a caller takes, for as long as it lives, and writes down
+/// Fakes every system call that telling a caller takes, for as long as it lives, and writes down
 /// which was made when. As it stands, all succeed: the client 4321 is the package
 /// "Some.App_q7m3xk2tdw9pa".
-class PlayedCaller {
+class FakeCaller {
  public:
   static constexpr DWORD kClient = 4321;
   static constexpr LONG kFits = 0;
   static constexpr LONG kTooSmall = 122;
 
-  PlayedCaller();
-  PlayedCaller(const PlayedCaller&) = delete;
-  PlayedCaller& operator=(const PlayedCaller&) = delete;
-  ~PlayedCaller();
+  FakeCaller();
+  FakeCaller(const FakeCaller&) = delete;
+  FakeCaller& operator=(const FakeCaller&) = delete;
+  ~FakeCaller();
 
   static HANDLE Handle(std::uintptr_t number) { return reinterpret_cast<HANDLE>(number); }
 

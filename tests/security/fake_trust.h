@@ -16,8 +16,8 @@
 
 namespace TestSupport {
 
-/// One signature as the played system finds it.
-struct PlayedSignature {
+/// One signature as the fake system finds it.
+struct FakeSignature {
   LONG verdict = 0;
   std::vector<std::uint8_t> key = {0x30, 0x0a};
   /// As CertStrToNameW takes it: "CN=A, O=B".
@@ -56,22 +56,22 @@ struct TrustCall {
   HANDLE catalogAdmin = nullptr;
 };
 
-/// Plays WinVerifyTrust and the calls that read its state, for as long as it lives. One at a time.
+/// Fakes WinVerifyTrust and the calls that read its state, for as long as it lives. One at a time.
 ///
 /// Each verification opens a state of its own, whatever its verdict. The test fails for a
 /// verification that would lose the state before or whose catalog context is not open, for a state
 /// that is read or closed when it is not open, and for one that is still open at the end. A close
 /// writes over the signature settings and over what the state had handed out.
-class PlayedTrust {
+class FakeTrust {
  public:
-  PlayedTrust();
-  PlayedTrust(const PlayedTrust&) = delete;
-  PlayedTrust& operator=(const PlayedTrust&) = delete;
-  ~PlayedTrust();
+  FakeTrust();
+  FakeTrust(const FakeTrust&) = delete;
+  FakeTrust& operator=(const FakeTrust&) = delete;
+  ~FakeTrust();
 
   /// What a file carries itself, and what catalogs say of it. Without any: no signature.
-  std::vector<PlayedSignature> embedded;
-  std::vector<PlayedSignature> byCatalog;
+  std::vector<FakeSignature> embedded;
+  std::vector<FakeSignature> byCatalog;
   /// The verdict where there is no signature.
   LONG verdictOfNone = TRUST_E_NOSIGNATURE;
   /// What the verify calls leave in cSecondarySigs, one after the other; afterwards nothing is

@@ -1,7 +1,7 @@
-// Calls that a compatibility layer for Windows lacks or only stubs, played with an answer that
+// Calls that a compatibility layer for Windows lacks or only stubs, simulated with an answer that
 // Windows documents. Part of the simulated notebook; a real Windows needs none of them.
 
-#include "played_calls.h"
+#include "simulated_calls.h"
 
 #include <rpc.h>
 #include <shellapi.h>
@@ -35,8 +35,8 @@ auto Address(Function* function) {
 
 }  // namespace
 
-const std::vector<PlayedCall>& AllPlayedCalls() {
-  static const std::vector<PlayedCall> calls = {
+const std::vector<SimulatedCall>& AllSimulatedCalls() {
+  static const std::vector<SimulatedCall> calls = {
       {"RpcServerInqCallAttributesW",
        "Wine 8 ends the process; answers 1725, no client's call is being served",
        Address(&NoClientCall)},
@@ -51,9 +51,9 @@ const std::vector<PlayedCall>& AllPlayedCalls() {
   return calls;
 }
 
-PlayedCalls::PlayedCalls(HMODULE module, bool enabled) {
+SimulatedCalls::SimulatedCalls(HMODULE module, bool enabled) {
   if (!enabled) return;
-  for (const PlayedCall& call : AllPlayedCalls()) {
+  for (const SimulatedCall& call : AllSimulatedCalls()) {
     if (FindImportSlot(module, call.name) == nullptr) continue;
     patches_.push_back(std::make_unique<ImportPatch>(module, call.name, call.replacement));
     inPlace_.push_back(call);

@@ -74,7 +74,7 @@ struct NotedIcons {
 };
 
 /// A ranking of a store, without a file.
-struct PlayedRanking {
+struct FakeRanking {
   Zq::Gantry::Server::Services::Wattleaf::DesktopApps desktopApps;
   Zq::Gantry::Server::Services::Wattleaf::PackagedApps packagedApps;
   NotedIcons icons;

@@ -12,18 +12,18 @@
 
 namespace TestSupport {
 
-/// Plays RpcServerInqCallAttributesW for as long as it lives. Every test of code that expands paths
+/// Fakes RpcServerInqCallAttributesW for as long as it lives. Every test of code that expands paths
 /// needs one: the call is unimplemented on some systems that the tests run on and would end the
 /// process there, and no test thread serves a procedure call.
-class PlayedRpcQuery {
+class FakeRpcQuery {
  public:
   /// The thread serves nobody: the call fails with `status`.
-  explicit PlayedRpcQuery(RPC_STATUS status = RPC_S_NO_CALL_ACTIVE);
+  explicit FakeRpcQuery(RPC_STATUS status = RPC_S_NO_CALL_ACTIVE);
   /// The thread serves the process `client`.
-  static PlayedRpcQuery ServingClient(DWORD client) { return PlayedRpcQuery(RPC_S_OK, client); }
-  PlayedRpcQuery(const PlayedRpcQuery&) = delete;
-  PlayedRpcQuery& operator=(const PlayedRpcQuery&) = delete;
-  ~PlayedRpcQuery();
+  static FakeRpcQuery ServingClient(DWORD client) { return FakeRpcQuery(RPC_S_OK, client); }
+  FakeRpcQuery(const FakeRpcQuery&) = delete;
+  FakeRpcQuery& operator=(const FakeRpcQuery&) = delete;
+  ~FakeRpcQuery();
 
   struct Question {
     RPC_BINDING_HANDLE binding;
@@ -32,7 +32,7 @@ class PlayedRpcQuery {
   const std::vector<Question>& Questions() const { return questions_; }
 
  private:
-  PlayedRpcQuery(RPC_STATUS status, DWORD client);
+  FakeRpcQuery(RPC_STATUS status, DWORD client);
   static RPC_STATUS RPC_ENTRY Answer(RPC_BINDING_HANDLE binding, void* attributes);
 
   RPC_STATUS status_;

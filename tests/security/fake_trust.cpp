@@ -1,4 +1,4 @@
-#include "played_trust.h"
+#include "fake_trust.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@
 #include <memory>
 #include <type_traits>
 
-#include "played_catalogs.h"
+#include "fake_catalogs.h"
 #include "security/trust/wintrust_layout.h"
 
 namespace TestSupport {
@@ -17,11 +17,11 @@ using Zq::Gantry::Security::VerificationData;
 
 namespace {
 
-PlayedTrust* current = nullptr;
+FakeTrust* current = nullptr;
 
 // What an open state handle stands for: the structures that the reading calls hand out.
-struct PlayedState {
-  explicit PlayedState(const PlayedSignature& signature)
+struct FakeState {
+  explicit FakeState(const FakeSignature& signature)
       : key(signature.key),
         subject(signature.encodedSubject.empty() ? EncodeName(signature.subject)
                                                  : signature.encodedSubject),
@@ -51,17 +51,17 @@ struct PlayedState {
 };
 
 // Kept after their close, so that a late reader finds nothing, and no handle is ever given twice.
-std::vector<std::unique_ptr<PlayedState>> states;
+std::vector<std::unique_ptr<FakeState>> states;
 
 // The state whose provider data or signer was handed out last; one verification at a time.
-PlayedState* readState = nullptr;
+FakeState* readState = nullptr;
 
 void Note(const std::string& call) {
   if (current->record != nullptr) current->record->Add(call);
 }
 
 // Fails the test where the handle is no open state.
-PlayedState* FindOpen(HANDLE handle, const char* call) {
+FakeState* FindOpen(HANDLE handle, const char* call) {
   for (const auto& state : states) {
     if (state.get() == handle && state->isOpen) return state.get();
   }
@@ -113,7 +113,7 @@ void WriteSecondaryCount(DWORD& count, std::size_t signatures, std::size_t verif
 void ExpectNothingIsLost(const VerificationData& data) {
   EXPECT_EQ(data.hWVTStateData, nullptr) << "the state before is lost";
   if (data.dwUnionChoice != WTD_CHOICE_CATALOG) return;
-  EXPECT_TRUE(PlayedCatalogs::IsOpenContext(data.pCatalog->hCatAdmin))
+  EXPECT_TRUE(FakeCatalogs::IsOpenContext(data.pCatalog->hCatAdmin))
       << "verified through a context that is not open";
 }
 
@@ -127,11 +127,11 @@ LONG Verify(VerificationData& data) {
   WriteSecondaryCount(data.pSignatureSettings->cSecondarySigs, signatures.size(),
                       current->VerifyCalls().size() - 1);
   // An index beyond the last signature finds the last one again.
-  const PlayedSignature none{current->verdictOfNone, {0}, L"CN=Nobody", L"CN=Nobody", {}};
-  const PlayedSignature& signature =
+  const FakeSignature none{current->verdictOfNone, {0}, L"CN=Nobody", L"CN=Nobody", {}};
+  const FakeSignature& signature =
       signatures.empty() ? none : signatures[std::min<std::size_t>(asked, signatures.size() - 1)];
   if (!current->leaveStateNull) {
-    states.push_back(std::make_unique<PlayedState>(signature));
+    states.push_back(std::make_unique<FakeState>(signature));
     data.hWVTStateData = states.back().get();
     ++current->openStates;
   }
@@ -143,13 +143,13 @@ void Close(VerificationData& data) {
   // The last thing that the call may do with the settings is to write to them.
   std::memset(data.pSignatureSettings, 0xCC, sizeof(*data.pSignatureSettings));
   if (current->leaveStateNull && data.hWVTStateData == nullptr) return;
-  PlayedState* state = FindOpen(data.hWVTStateData, "close");
+  FakeState* state = FindOpen(data.hWVTStateData, "close");
   if (state == nullptr) return;
   state->Close();
   --current->openStates;
 }
 
-LONG WINAPI PlayedWinVerifyTrust(HWND window, GUID* action, LPVOID pointer) {
+LONG WINAPI FakeWinVerifyTrust(HWND window, GUID* action, LPVOID pointer) {
   auto& data = *static_cast<VerificationData*>(pointer);
   current->calls.push_back(Describe(window, *action, data));
   if (data.dwStateAction == WTD_STATEACTION_VERIFY) return Verify(data);
@@ -158,15 +158,15 @@ LONG WINAPI PlayedWinVerifyTrust(HWND window, GUID* action, LPVOID pointer) {
   return 0;
 }
 
-CRYPT_PROVIDER_DATA* WINAPI PlayedProvider(HANDLE state) {
+CRYPT_PROVIDER_DATA* WINAPI FakeProvider(HANDLE state) {
   Note("provider");
   readState = FindOpen(state, "reading");
   if (current->hideProvider || readState == nullptr) return nullptr;
   return &readState->provider;
 }
 
-CRYPT_PROVIDER_SGNR* WINAPI PlayedSigner(CRYPT_PROVIDER_DATA* provider, DWORD index,
-                                         BOOL isCounterSigner, DWORD counterIndex) {
+CRYPT_PROVIDER_SGNR* WINAPI FakeSigner(CRYPT_PROVIDER_DATA* provider, DWORD index,
+                                       BOOL isCounterSigner, DWORD counterIndex) {
   Note("signer");
   EXPECT_EQ(provider, &readState->provider);
   EXPECT_EQ(index, 0u);
@@ -175,7 +175,7 @@ CRYPT_PROVIDER_SGNR* WINAPI PlayedSigner(CRYPT_PROVIDER_DATA* provider, DWORD in
   return current->hideSigner ? nullptr : &readState->signer;
 }
 
-CRYPT_PROVIDER_CERT* WINAPI PlayedCertificate(CRYPT_PROVIDER_SGNR* signer, DWORD index) {
+CRYPT_PROVIDER_CERT* WINAPI FakeCertificate(CRYPT_PROVIDER_SGNR* signer, DWORD index) {
   Note("certificate");
   EXPECT_EQ(signer, &readState->signer);
   EXPECT_EQ(index, 0u);
@@ -195,28 +195,28 @@ DWORD WINAPI SeenNameToStr(DWORD encoding, PCERT_NAME_BLOB name, DWORD format, L
 
 }  // namespace
 
-struct PlayedTrust::Patches {
+struct FakeTrust::Patches {
   Patches() {
     auto* before = names.Original<std::remove_pointer_t<decltype(&CertNameToStrW)>>();
     if (before != &SeenNameToStr) realNameToStr = before;
   }
 
-  Standin::ImportPatch verify{"WinVerifyTrust", &PlayedWinVerifyTrust};
-  Standin::ImportPatch provider{"WTHelperProvDataFromStateData", &PlayedProvider};
-  Standin::ImportPatch signer{"WTHelperGetProvSignerFromChain", &PlayedSigner};
-  Standin::ImportPatch certificate{"WTHelperGetProvCertFromChain", &PlayedCertificate};
+  Standin::ImportPatch verify{"WinVerifyTrust", &FakeWinVerifyTrust};
+  Standin::ImportPatch provider{"WTHelperProvDataFromStateData", &FakeProvider};
+  Standin::ImportPatch signer{"WTHelperGetProvSignerFromChain", &FakeSigner};
+  Standin::ImportPatch certificate{"WTHelperGetProvCertFromChain", &FakeCertificate};
   Standin::ImportPatch names{"CertNameToStrW", &SeenNameToStr};
 };
 
-PlayedTrust::PlayedTrust() : patches_(std::make_unique<Patches>()) { current = this; }
+FakeTrust::FakeTrust() : patches_(std::make_unique<Patches>()) { current = this; }
 
-PlayedTrust::~PlayedTrust() {
+FakeTrust::~FakeTrust() {
   EXPECT_EQ(openStates, 0);
   current = nullptr;
   readState = nullptr;
 }
 
-std::vector<TrustCall> PlayedTrust::CallsOf(DWORD stateAction) const {
+std::vector<TrustCall> FakeTrust::CallsOf(DWORD stateAction) const {
   std::vector<TrustCall> result;
   for (const TrustCall& call : calls) {
     if (call.stateAction == stateAction) result.push_back(call);

@@ -11,18 +11,18 @@
 
 namespace TestSupport {
 
-/// Plays the security catalogs for as long as it lives. One at a time. Without changes: contexts
+/// Fakes the security catalogs for as long as it lives. One at a time. Without changes: contexts
 /// are given, the hash is the 32 bytes 0x00, 0x07, 0x0e, ..., and no catalog lists it.
 ///
 /// Each context and each catalog is a handle of its own. The test fails for a call with one that is
 /// not open, so for a second release and for a use after it, for a catalog that is released after
 /// its context, and for a catalog that is still open at the end.
-class PlayedCatalogs {
+class FakeCatalogs {
  public:
-  PlayedCatalogs();
-  PlayedCatalogs(const PlayedCatalogs&) = delete;
-  PlayedCatalogs& operator=(const PlayedCatalogs&) = delete;
-  ~PlayedCatalogs();
+  FakeCatalogs();
+  FakeCatalogs(const FakeCatalogs&) = delete;
+  FakeCatalogs& operator=(const FakeCatalogs&) = delete;
+  ~FakeCatalogs();
 
   /// The catalogs that list the hash, by their paths.
   std::vector<std::wstring> catalogs;

@@ -1,4 +1,4 @@
-#include "played_caller.h"
+#include "fake_caller.h"
 
 #include <algorithm>
 #include <cstring>
@@ -8,7 +8,7 @@ namespace TestSupport {
 
 namespace {
 
-PlayedCaller* current = nullptr;
+FakeCaller* current = nullptr;
 
 constexpr std::size_t kAttributesBytes = 120;
 constexpr std::size_t kClientPidOffset = 64;
@@ -21,10 +21,10 @@ std::string Text(const char* call, HANDLE handle) {
 
 }  // namespace
 
-PlayedCaller::PlayedCaller() { current = this; }
-PlayedCaller::~PlayedCaller() { current = nullptr; }
+FakeCaller::FakeCaller() { current = this; }
+FakeCaller::~FakeCaller() { current = nullptr; }
 
-void PlayedCaller::Forget() {
+void FakeCaller::Forget() {
   order.clear();
   queries.clear();
   bindings.clear();
@@ -36,7 +36,7 @@ void PlayedCaller::Forget() {
   closed.clear();
 }
 
-RPC_STATUS RPC_ENTRY PlayedCaller::Query(RPC_BINDING_HANDLE binding, void* attributes) {
+RPC_STATUS RPC_ENTRY FakeCaller::Query(RPC_BINDING_HANDLE binding, void* attributes) {
   auto* bytes = static_cast<unsigned char*>(attributes);
   const RPC_STATUS status = current->queryStatus[std::min<std::size_t>(current->queries.size(), 1)];
   current->order.push_back("query");
@@ -48,14 +48,14 @@ RPC_STATUS RPC_ENTRY PlayedCaller::Query(RPC_BINDING_HANDLE binding, void* attri
   return status;
 }
 
-HANDLE WINAPI PlayedCaller::Open(DWORD access, BOOL inherit, DWORD client) {
+HANDLE WINAPI FakeCaller::Open(DWORD access, BOOL inherit, DWORD client) {
   current->order.push_back("open");
   current->opened.insert(current->opened.end(), {access, static_cast<DWORD>(inherit), client});
   return client == 0 ? nullptr : current->process;
 }
 
-BOOL WINAPI PlayedCaller::Duplicate(HANDLE fromProcess, HANDLE handle, HANDLE toProcess,
-                                    HANDLE* copy, DWORD access, BOOL inherit, DWORD options) {
+BOOL WINAPI FakeCaller::Duplicate(HANDLE fromProcess, HANDLE handle, HANDLE toProcess, HANDLE* copy,
+                                  DWORD access, BOOL inherit, DWORD options) {
   current->order.push_back("duplicate");
   current->duplicatedFrom.insert(current->duplicatedFrom.end(), {fromProcess, handle, toProcess});
   current->duplicatedWith.insert(current->duplicatedWith.end(),
@@ -64,18 +64,18 @@ BOOL WINAPI PlayedCaller::Duplicate(HANDLE fromProcess, HANDLE handle, HANDLE to
   return current->duplicated;
 }
 
-RPC_STATUS RPC_ENTRY PlayedCaller::Impersonate(RPC_BINDING_HANDLE binding) {
+RPC_STATUS RPC_ENTRY FakeCaller::Impersonate(RPC_BINDING_HANDLE binding) {
   current->order.push_back("impersonate");
   current->bindings.push_back(binding);
   return current->impersonateStatus;
 }
 
-RPC_STATUS RPC_ENTRY PlayedCaller::Revert() {
+RPC_STATUS RPC_ENTRY FakeCaller::Revert() {
   current->order.push_back("revert");
   return current->revertStatus;
 }
 
-LONG WINAPI PlayedCaller::AskName(HANDLE process, UINT32* length, wchar_t* name) {
+LONG WINAPI FakeCaller::AskName(HANDLE process, UINT32* length, wchar_t* name) {
   const bool isFirst = current->lengths.empty();
   current->order.push_back(Text(isFirst ? "ask length of" : "ask name of", process));
   current->lengths.push_back(*length);
@@ -89,7 +89,7 @@ LONG WINAPI PlayedCaller::AskName(HANDLE process, UINT32* length, wchar_t* name)
   return current->nameStatus;
 }
 
-BOOL WINAPI PlayedCaller::Close(HANDLE handle) {
+BOOL WINAPI FakeCaller::Close(HANDLE handle) {
   current->order.push_back(Text("close", handle));
   current->closed.push_back(handle);
   return TRUE;

@@ -34,16 +34,16 @@ class AccessList {
   std::vector<std::uint32_t> memory_;  // access lists stand on 4-byte bounds
 };
 
-/// Plays GetNamedSecurityInfoW and LookupAccountSidW for as long as it lives: the files of a test
+/// Fakes GetNamedSecurityInfoW and LookupAccountSidW for as long as it lives: the files of a test
 /// cannot be given to TrustedInstaller, and account names differ between machines. A look-up
 /// behaves as documented: too small a size fails and leaves the size that is needed, terminator
 /// included; a success leaves the lengths without it.
-class PlayedAccessLists {
+class FakeAccessLists {
  public:
-  PlayedAccessLists();
-  PlayedAccessLists(const PlayedAccessLists&) = delete;
-  PlayedAccessLists& operator=(const PlayedAccessLists&) = delete;
-  ~PlayedAccessLists();
+  FakeAccessLists();
+  FakeAccessLists(const FakeAccessLists&) = delete;
+  FakeAccessLists& operator=(const FakeAccessLists&) = delete;
+  ~FakeAccessLists();
 
   struct Account {
     AccountId id;

@@ -8,14 +8,14 @@
 
 namespace TestSupport {
 
-/// Plays the command interpreter and the change of the current directory, which then stays as it
+/// Fakes the command interpreter and the change of the current directory, which then stays as it
 /// is.
-class PlayedTool {
+class FakeTool {
  public:
-  PlayedTool();
-  PlayedTool(const PlayedTool&) = delete;
-  PlayedTool& operator=(const PlayedTool&) = delete;
-  ~PlayedTool();
+  FakeTool();
+  FakeTool(const FakeTool&) = delete;
+  FakeTool& operator=(const FakeTool&) = delete;
+  ~FakeTool();
 
   /// What the tool ends with from now on; 0 at first.
   void EndWith(int status);

@@ -18,12 +18,12 @@ namespace TestSupport {
 
 /// A package manager of the test's own in the place of the system's, with packages in a folder, and
 /// the joining and leaving of the apartment. One at a time.
-class PlayedPackages {
+class FakePackages {
  public:
-  PlayedPackages();
-  PlayedPackages(const PlayedPackages&) = delete;
-  PlayedPackages& operator=(const PlayedPackages&) = delete;
-  ~PlayedPackages();
+  FakePackages();
+  FakePackages(const FakePackages&) = delete;
+  FakePackages& operator=(const FakePackages&) = delete;
+  ~FakePackages();
 
   /// A package folder, told by lines as the stand-in reads them.
   void Add(const std::wstring& folder, const std::string& lines);
@@ -52,7 +52,7 @@ class PackagesTest : public testing::Test {
   void TearDown() override;
 
   const RuntimeTextLedger texts;
-  PlayedPackages packages;
+  FakePackages packages;
 };
 
 }  // namespace TestSupport

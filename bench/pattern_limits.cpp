@@ -17,7 +17,9 @@ double MillisecondsSince(std::clock_t begin) {
   return static_cast<double>(std::clock() - begin) * 1000 / CLOCKS_PER_SEC;
 }
 
-bool PrintMatch(const char* label, const std::wstring& expression, const std::wstring& text) {
+/// Whether the answer is the expected one.
+bool PrintMatch(const char* label, const std::wstring& expression, const std::wstring& text,
+                bool expected) {
   const auto begin = std::clock();
   const auto pattern = Pattern::TryCompile(expression);
   const double compiling = MillisecondsSince(begin);
@@ -25,7 +27,8 @@ bool PrintMatch(const char* label, const std::wstring& expression, const std::ws
   const bool isMatch = pattern && pattern->Matches(text);
   std::printf("%-44s %-5s compiled in %7.2f ms, matched in %7.2f ms\n", label,
               isMatch ? "yes" : "no", compiling, MillisecondsSince(compiled));
-  return isMatch;
+  if (isMatch != expected) std::printf("  wrong: expected %s\n", expected ? "yes" : "no");
+  return isMatch == expected;
 }
 
 std::wstring Words(int count) {
@@ -34,17 +37,20 @@ std::wstring Words(int count) {
   return words;
 }
 
-void PrintPlainExpressions() {
-  PrintMatch("1,2,3", L"\\d+(?:,\\d+){0,499}", L"1,2,3");
-  PrintMatch("www.example.com", L"(?:[a-z0-9](?:[a-z0-9-]{0,61}[a-z0-9])?\\.){1,126}[a-z]{2,63}",
-             L"www.example.com");
-  PrintMatch("1,300 words, the last one", Words(1300), L"word2299");
-  PrintMatch(".{0,10000} on abc", L".{0,10000}", L"abc");
-  PrintMatch("[^<>]{0,9000} on 6,000 letters", L"[^<>]{0,9000}", std::wstring(6000, L'a'));
-  PrintMatch("foo(?=\\bbar)bar on foobar", L"foo(?=\\bbar)bar", L"foobar");
-  PrintMatch("a(?=^b)b on ab", L"a(?=^b)b", L"ab");
-  PrintMatch(".* on 10,000,000 letters", L".*", std::wstring(10'000'000, L'a'));
-  PrintMatch("(.*)\\1 on 1,000,000 letters", L"(.*)\\1", std::wstring(1'000'000, L'a'));
+bool PrintPlainExpressions() {
+  constexpr wchar_t kHostName[] = L"(?:[a-z0-9](?:[a-z0-9-]{0,61}[a-z0-9])?\\.){1,126}[a-z]{2,63}";
+  bool isRight = PrintMatch("1,2,3", L"\\d+(?:,\\d+){0,499}", L"1,2,3", true);
+  isRight &= PrintMatch("www.example.com", kHostName, L"www.example.com", true);
+  isRight &= PrintMatch("1,300 words, the last one", Words(1300), L"word2299", true);
+  isRight &= PrintMatch(".{0,10000} on abc", L".{0,10000}", L"abc", true);
+  isRight &= PrintMatch("[^<>]{0,9000} on 6,000 letters", L"[^<>]{0,9000}",
+                        std::wstring(6000, L'a'), true);
+  isRight &= PrintMatch("foo(?=\\bbar)bar on foobar", L"foo(?=\\bbar)bar", L"foobar", false);
+  isRight &= PrintMatch("a(?=^b)b on ab", L"a(?=^b)b", L"ab", false);
+  isRight &= PrintMatch(".* on 10,000,000 letters", L".*", std::wstring(10'000'000, L'a'), true);
+  isRight &=
+      PrintMatch("(.*)\\1 on 1,000,000 letters", L"(.*)\\1", std::wstring(1'000'000, L'a'), true);
+  return isRight;
 }
 
 /// The longest row of letters that matches; one letter does.
@@ -63,7 +69,7 @@ void PrintLongest(const char* label, const std::wstring& expression) {
 
 int main(int count, char** arguments) {
   const std::size_t letters = count > 1 ? std::stoul(arguments[1]) : 1'000'000;
-  PrintPlainExpressions();
+  bool isRight = PrintPlainExpressions();
   if (count == 1) {
     PrintLongest("(?:a|b)*", L"(?:a|b)*");
     PrintLongest("(a|b)*", L"(a|b)*");
@@ -71,6 +77,9 @@ int main(int count, char** arguments) {
   }
   const std::wstring text(letters, L'a');
   const auto begin = std::clock();
-  for (const auto& [label, expression] : HostilePatterns()) PrintMatch(label, expression, text);
+  for (const auto& [label, expression] : HostilePatterns()) {
+    isRight &= PrintMatch(label, expression, text, false);
+  }
   std::printf("all hostile ones: %.1f s\n", MillisecondsSince(begin) / 1000);
+  return isRight ? 0 : 1;
 }

@@ -29,7 +29,8 @@ DWORD WINAPI FakeModuleFileName(HMODULE module, wchar_t* buffer, DWORD size) {
   EXPECT_EQ(module, nullptr) << "the host's path, not this library's";
   EXPECT_EQ(size, 260U);
   ++timesAskedForThePath;
-  fakePath.copy(buffer, size - 1);
+  // As a system does that writes no terminator where the path is cut.
+  fakePath.copy(buffer, size);
   return static_cast<DWORD>(fakePath.size());
 }
 
@@ -97,6 +98,12 @@ TEST(HelperCore, AFailedLookUpOfThePathGivesAnEmptyDirectory) {
 
 TEST(HelperCore, APathThatFillsTheBufferStaysInsideIt) {
   const std::wstring path = L"C:\\" + std::wstring(400, L'x');
+  EXPECT_EQ(HostDirectoryFor(path.c_str()), L"C:");
+}
+
+TEST(HelperCore, APathThatFillsTheBufferExactlyLosesItsLastCharacter) {
+  // 260 characters before the name, and no terminator; the last of them is a separator.
+  const std::wstring path = L"C:\\" + std::wstring(256, L'x') + L"\\host.exe";
   EXPECT_EQ(HostDirectoryFor(path.c_str()), L"C:");
 }
 

@@ -409,11 +409,15 @@ TEST_F(LedgerPasses, OldestDayIsWorkedOutAgainAtTheNextPassAndLosesItsValueWithI
   EXPECT_EQ(next.dailyLedger.at(Day("2023-10-11")), 0.0F);
 }
 
-TEST_F(LedgerPasses, CalendarThatStandsStillEndsThePass) {
+// 211 steps: today, which has no samples, and 210 times the day before it, whose file is read
+// twice, since the day before that day is again the same one.
+TEST_F(LedgerPasses, CalendarThatStandsStillEndsThePassAfter211Steps) {
+  WriteOneInterval("2024-05-07");
   g_standingTime = Zq::Gantry::Server::Services::Wattleaf::InstantOf(Day(kToday));
   {
     const Standin::ImportPatch patch("_mktime64", &StandStill);
     Run();
   }
   EXPECT_EQ(helper.dailyLedger.size(), 1U);
+  EXPECT_EQ(Decrypted().size(), 420U);
 }

@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <string>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -86,4 +87,17 @@ TEST_F(EndOfAHostThatCollects, FreeingTheLibraryStopsDestroysAndUnloadsTheCollec
   ExpectEndsSoon(L"free-while-collecting");
   EXPECT_THAT(calls.Lines(),
               ElementsAre("create", "load", "callback", "start", "stop", "destroy", "unload"));
+}
+
+TEST_F(EndOfAHostThatCollects, FreeingTheLibraryDropsAnExceptionOfTheCollectorsStop) {
+  // Both runs write to one file.
+  std::vector<std::string> expected;
+  for (const wchar_t* failure : {L"stop standard", L"stop other"}) {
+    const ScopedVariable thrown(L"WATTLEAF_COLLECTOR_FAILURE", failure);
+    ExpectEndsSoon(L"free-while-collecting");
+    for (const char* call : {"create", "load", "callback", "start", "stop", "destroy", "unload"}) {
+      expected.push_back(call);
+    }
+    EXPECT_THAT(calls.Lines(), testing::ElementsAreArray(expected));
+  }
 }

@@ -145,3 +145,18 @@ TEST(Series, ClockOutsideTheCalendarStillHasAllEntries) {
   EXPECT_EQ(DaySeries(none, {}).size(), 7U);
   EXPECT_EQ(MonthSeries(none, none, {}).size(), 6U);
 }
+
+TEST(HourSeries, ShowsNegativeHoursAsTheyAre) {
+  EXPECT_EQ(ValuesOf(HourSeries(2, {{23, -1.5F}}, {{1, -2.5F}})),
+            (Values{0, 0, 0, 0, 0, 0, 0, 0, 0, -1.5F, 0, -2.5F}));
+}
+
+TEST(DaySeries, ShowsNegativeDaysAsTheyAre) {
+  EXPECT_EQ(ValuesOf(DaySeries(Day("2024-05-08"), {{Day("2024-05-07"), -2.5F}})),
+            (Values{0, 0, 0, 0, 0, 0, -2.5F}));
+}
+
+TEST(MonthSeries, AddsNegativeDaysAsTheyAre) {
+  const PowerLedger ledger{{Day("2024-05-01"), -7.0F}, {Day("2024-05-02"), 4.5F}};
+  EXPECT_EQ(ValuesOf(MonthsAt("2024-05-08", ledger)), (Values{0, 0, 0, 0, 0, -2.5F}));
+}

@@ -43,7 +43,7 @@ class FakeRelease {
   explicit FakeRelease(const char* name) : patch_(name, &Fake) { current_ = this; }
 
  private:
-  static Result WINAPI Simulate(Value value) {
+  static Result WINAPI Fake(Value value) {
     if (Witness(reinterpret_cast<const void*>(value))) return Result();
     return current_->patch_.template Original<Result WINAPI(Value)>()(value);
   }

@@ -45,7 +45,7 @@ class GetSecurityCatalogInfo : public testing::Test {
   }
 
   TempFolder folder_;
-  std::wstring path_ = folder_.File(L"listed.exe");
+  std::wstring path_ = folder_.File(L"listed %s.exe");
   FakeCatalogs catalogs_;
   LogCapture log_;
   VerificationData data_;

@@ -114,6 +114,10 @@ TEST_F(PathAllowance, RefusesPackagedApplicationsInLowerCase) {
   ExpectRefusedEverywhere(L"D:\\windowsapps\\x\\a.exe", L"D:\\windowsapps\\x\\a.exe");
 }
 
+TEST_F(PathAllowance, LogsAPathThatLooksLikeAFormatAsItIs) {
+  ExpectRefusedEverywhere(L"D:\\100%n %s\\a.dll", L"D:\\100%n %s\\a.dll");
+}
+
 TEST_F(PathAllowance, RefusesAPackagedFolderThatIsNotAtADrivesRoot) {
   ExpectRefusedEverywhere(L"D:\\Deep\\WindowsApps\\x\\a.exe", L"D:\\Deep\\WindowsApps\\x\\a.exe");
 }

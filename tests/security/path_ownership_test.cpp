@@ -173,28 +173,38 @@ TEST_F(PathOwnership, WalksTheWholeListThoughBothAreFound) {
   EXPECT_EQ(fake_.lookups.size(), 4U);
 }
 
-TEST_F(PathOwnership, LogsAnExceptionAndKeepsWhatWasFound) {
-  const ImportPatch getAce(
-      "GetAce", +[](PACL list, DWORD index, LPVOID* entry) -> BOOL {
-        if (index == 2) throw std::runtime_error("in the middle");
-        auto* bytes = reinterpret_cast<BYTE*>(list + 1);
-        for (; index > 0; --index) bytes += reinterpret_cast<ACE_HEADER*>(bytes)->AceSize;
-        *entry = bytes;
-        return TRUE;
-      });
-  const auto line =
-      TestSupport::Error(L"Exception in CheckForFullConrolByTrustedInstallAndSystem().");
-  AccessList late;
-  EXPECT_FALSE(Check(late.Allow(TrustedInstallerId(), kFullControl)
-                         .Allow(EveryoneId(), kFullControl)
-                         .Allow(SystemId(), kFullControl)));
-  EXPECT_THAT(log_.Records(), ElementsAre(line));
+namespace {
 
-  AccessList early;
-  EXPECT_TRUE(Check(early.Allow(TrustedInstallerId(), kFullControl)
-                        .Allow(SystemId(), kFullControl)
-                        .Allow(EveryoneId(), kFullControl)));
-  EXPECT_THAT(log_.Records(), ElementsAre(line, line));
+template <bool isStandard>
+BOOL WINAPI ThrowForTheThirdEntry(PACL list, DWORD index, LPVOID* entry) {
+  if (index == 2 && isStandard) throw std::runtime_error("in the middle");
+  if (index == 2) throw 5;
+  auto* bytes = reinterpret_cast<BYTE*>(list + 1);
+  for (; index > 0; --index) bytes += reinterpret_cast<ACE_HEADER*>(bytes)->AceSize;
+  *entry = bytes;
+  return TRUE;
+}
+
+}  // namespace
+
+TEST_F(PathOwnership, LogsAnExceptionAndKeepsWhatWasFound) {
+  for (auto* const getAce : {&ThrowForTheThirdEntry<true>, &ThrowForTheThirdEntry<false>}) {
+    log_.Clear();
+    const ImportPatch patch("GetAce", getAce);
+    const auto line =
+        TestSupport::Error(L"Exception in CheckForFullConrolByTrustedInstallAndSystem().");
+    AccessList late;
+    EXPECT_FALSE(Check(late.Allow(TrustedInstallerId(), kFullControl)
+                           .Allow(EveryoneId(), kFullControl)
+                           .Allow(SystemId(), kFullControl)));
+    EXPECT_THAT(log_.Records(), ElementsAre(line));
+
+    AccessList early;
+    EXPECT_TRUE(Check(early.Allow(TrustedInstallerId(), kFullControl)
+                          .Allow(SystemId(), kFullControl)
+                          .Allow(EveryoneId(), kFullControl)));
+    EXPECT_THAT(log_.Records(), ElementsAre(line, line));
+  }
 }
 
 TEST_F(PathOwnership, NoFailingCallTurnsANoIntoAYes) {

@@ -110,9 +110,9 @@ TEST(GetSignerDescriptor, LogsTheSubjectOnceAndNothingElse) {
   FakeTrust trust;
   const LogCapture log;
   FakeSignature signature;
-  signature.subject = L"O=Firm, CN=Name";
+  signature.subject = L"O=Firm, CN=100% %s %n";
   (void)Read(trust, signature);
-  EXPECT_EQ(log.Records(), (std::vector<LogRecord>{Info(L"Subject = O=Firm\r\nCN=Name")}));
+  EXPECT_EQ(log.Records(), (std::vector<LogRecord>{Info(L"Subject = O=Firm\r\nCN=100% %s %n")}));
 }
 
 TEST(GetSignerDescriptor, TheIssuerIsReadAndDropped) {

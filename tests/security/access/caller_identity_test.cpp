@@ -386,7 +386,7 @@ TEST_P(CallerIdentityFailure, NeverGivesANameAndLeavesTheThreadAndTheHandlesAsTh
   EXPECT_EQ(helper.GetPFNOfCaller(), L"");
   EXPECT_EQ(log.Records().size(), 1U);
   EXPECT_EQ(std::ssize(fake.closed), GetParam().opened);
-  EXPECT_EQ(std::count(fake.order.begin(), faked.order.end(), "revert"), GetParam().reverted);
+  EXPECT_EQ(std::count(fake.order.begin(), fake.order.end(), "revert"), GetParam().reverted);
 }
 
 constexpr OneFailure kFailures[] = {

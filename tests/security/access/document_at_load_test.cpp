@@ -66,6 +66,7 @@ TEST(DocumentAtLoad, IsMadeOnceAndReleasedWithTheLibrary) {
 }
 
 TEST(DocumentAtLoad, IsLeftOutWhereTheClassIsUnknownAndTheLibraryIsLoadedAllTheSame) {
+  RegDeleteKeyW(HKEY_LOCAL_MACHINE, kClassKey);  // left behind by a run that crashed
   const UniqueModule library(LoadLibraryW(L"WattleafService.dll"));
   EXPECT_TRUE(library);
   EXPECT_TRUE(IsLibraryLoaded());

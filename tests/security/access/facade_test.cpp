@@ -244,11 +244,14 @@ TEST_F(DropboxFile, AFailureWhileTheSignaturesAreReadIsLoggedAndCountsAsNo) {
 
 TEST_F(DropboxFile, EveryStandardExceptionIsLoggedWithItsText) {
   const Standin::ImportPatch reason(
-      "WinVerifyTrust", +[](HWND, GUID*, LPVOID) -> LONG { throw std::runtime_error("a reason"); });
+      "WinVerifyTrust",
+      +[](HWND, GUID*, LPVOID) -> LONG { throw std::runtime_error("100% of %s, %d and %n"); });
   EXPECT_FALSE(facade_.IsDropboxFileTrusted(kProtected));
-  EXPECT_THAT(files_.log.Records(),
-              ElementsAre(Info(L"Starting validation of Dropbox file."),
-                          Error(L"Problem while validating certificates from Dropbox. a reason")));
+  EXPECT_THAT(
+      files_.log.Records(),
+      ElementsAre(
+          Info(L"Starting validation of Dropbox file."),
+          Error(L"Problem while validating certificates from Dropbox. 100% of %s, %d and %n")));
   const Standin::ImportPatch memory(
       "WinVerifyTrust", +[](HWND, GUID*, LPVOID) -> LONG { throw std::bad_alloc(); });
   EXPECT_FALSE(facade_.IsDropboxFileTrusted(kProtected));

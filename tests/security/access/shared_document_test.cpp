@@ -130,9 +130,15 @@ TEST_F(SharedDocument, IsEmptyWhereACallGivesNothingOrSomethingElse) {
 
 HRESULT WINAPI NoMemory(const wchar_t*, UINT32, HSTRING*) { throw std::bad_alloc(); }
 
-TEST_F(SharedDocument, IsEmptyWhateverIsRaised) {
-  const Standin::ImportPatch text("WindowsCreateString", &NoMemory);
+HRESULT WINAPI NoStandardException(const wchar_t*, UINT32, HSTRING*) { throw 5; }
+
+TEST_F(SharedDocument, IsEmptyForEveryException) {
   EXPECT_TRUE(noexcept(TryMakeXmlDocument()));
+  {
+    const Standin::ImportPatch text("WindowsCreateString", &NoMemory);
+    EXPECT_FALSE(TryMakeXmlDocument());
+  }
+  const Standin::ImportPatch text("WindowsCreateString", &NoStandardException);
   EXPECT_FALSE(TryMakeXmlDocument());
 }
 

@@ -17,9 +17,8 @@ double MillisecondsSince(std::clock_t begin) {
   return static_cast<double>(std::clock() - begin) * 1000 / CLOCKS_PER_SEC;
 }
 
-/// Whether the answer is the expected one.
-bool PrintMatch(const char* label, const std::wstring& expression, const std::wstring& text,
-                bool expected) {
+/// The answer.
+bool PrintMatch(const char* label, const std::wstring& expression, const std::wstring& text) {
   const auto begin = std::clock();
   const auto pattern = Pattern::TryCompile(expression);
   const double compiling = MillisecondsSince(begin);
@@ -27,6 +26,13 @@ bool PrintMatch(const char* label, const std::wstring& expression, const std::ws
   const bool isMatch = pattern && pattern->Matches(text);
   std::printf("%-44s %-5s compiled in %7.2f ms, matched in %7.2f ms\n", label,
               isMatch ? "yes" : "no", compiling, MillisecondsSince(compiled));
+  return isMatch;
+}
+
+/// Whether the answer is the expected one.
+bool Answers(const char* label, const std::wstring& expression, const std::wstring& text,
+             bool expected) {
+  const bool isMatch = PrintMatch(label, expression, text);
   if (isMatch != expected) std::printf("  wrong: expected %s\n", expected ? "yes" : "no");
   return isMatch == expected;
 }
@@ -39,17 +45,17 @@ std::wstring Words(int count) {
 
 bool PrintPlainExpressions() {
   constexpr wchar_t kHostName[] = L"(?:[a-z0-9](?:[a-z0-9-]{0,61}[a-z0-9])?\\.){1,126}[a-z]{2,63}";
-  bool isRight = PrintMatch("1,2,3", L"\\d+(?:,\\d+){0,499}", L"1,2,3", true);
-  isRight &= PrintMatch("www.example.com", kHostName, L"www.example.com", true);
-  isRight &= PrintMatch("1,300 words, the last one", Words(1300), L"word2299", true);
-  isRight &= PrintMatch(".{0,10000} on abc", L".{0,10000}", L"abc", true);
-  isRight &= PrintMatch("[^<>]{0,9000} on 6,000 letters", L"[^<>]{0,9000}",
-                        std::wstring(6000, L'a'), true);
-  isRight &= PrintMatch("foo(?=\\bbar)bar on foobar", L"foo(?=\\bbar)bar", L"foobar", false);
-  isRight &= PrintMatch("a(?=^b)b on ab", L"a(?=^b)b", L"ab", false);
-  isRight &= PrintMatch(".* on 10,000,000 letters", L".*", std::wstring(10'000'000, L'a'), true);
+  bool isRight = Answers("1,2,3", L"\\d+(?:,\\d+){0,499}", L"1,2,3", true);
+  isRight &= Answers("www.example.com", kHostName, L"www.example.com", true);
+  isRight &= Answers("1,300 words, the last one", Words(1300), L"word2299", true);
+  isRight &= Answers(".{0,10000} on abc", L".{0,10000}", L"abc", true);
   isRight &=
-      PrintMatch("(.*)\\1 on 1,000,000 letters", L"(.*)\\1", std::wstring(1'000'000, L'a'), true);
+      Answers("[^<>]{0,9000} on 6,000 letters", L"[^<>]{0,9000}", std::wstring(6000, L'a'), true);
+  isRight &= Answers("foo(?=\\bbar)bar on foobar", L"foo(?=\\bbar)bar", L"foobar", false);
+  isRight &= Answers("a(?=^b)b on ab", L"a(?=^b)b", L"ab", false);
+  isRight &= Answers(".* on 10,000,000 letters", L".*", std::wstring(10'000'000, L'a'), true);
+  isRight &=
+      Answers("(.*)\\1 on 1,000,000 letters", L"(.*)\\1", std::wstring(1'000'000, L'a'), true);
   return isRight;
 }
 
@@ -78,7 +84,12 @@ int main(int count, char** arguments) {
   const std::wstring text(letters, L'a');
   const auto begin = std::clock();
   for (const auto& [label, expression] : HostilePatterns()) {
-    isRight &= PrintMatch(label, expression, text, false);
+    // Some of them match a short text.
+    if (count > 1) {
+      PrintMatch(label, expression, text);
+    } else {
+      isRight &= Answers(label, expression, text, false);
+    }
   }
   std::printf("all hostile ones: %.1f s\n", MillisecondsSince(begin) / 1000);
   return isRight ? 0 : 1;

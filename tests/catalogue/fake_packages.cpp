@@ -2,8 +2,8 @@
 
 #include <winstring.h>
 
-#include "simulated_manager.h"
 #include "runtime_object.h"
+#include "simulated_manager.h"
 
 namespace TestSupport {
 

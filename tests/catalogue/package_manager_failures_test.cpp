@@ -5,10 +5,10 @@
 #include <vector>
 
 #include "catalogue/package_manager.h"
-#include "simulated_package.h"
 #include "fake_packages.h"
 #include "import_patch.h"
 #include "platform/winrt/call_failure.h"
+#include "simulated_package.h"
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 using TestSupport::PackagesTest;

@@ -27,6 +27,8 @@ set(wanted
   abi/value_shapes.h
   abi/xml_shapes.h
   platform/win32/unique_resource.h
+  platform/winrt/runtime_reference.h
+  platform/winrt/runtime_text.h
   platform/winrt/unique_hstring.h
   security/access/access_manager.h
   security/access/client_information.h
@@ -37,13 +39,11 @@ set(wanted
   security/access/matching_descriptor.h
   security/access/rpc_security_helper.h
   security/access/rule_validators.h
-  platform/winrt/runtime_reference.h
-  platform/winrt/runtime_text.h
   security/access/tool_launch_table.h
+  security/facade/zq_authenticode_facade.h
   security/trust/file_hash.h
   security/trust/signer_descriptor.h
   security/trust/util_helper.h
-  security/facade/zq_authenticode_facade.h
   security/trust/zq_authenticode_helper.h
   service/zq_service.h
   wattleaf_export.h)

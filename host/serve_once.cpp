@@ -102,7 +102,7 @@ void PrintForPeople(const Report& report) {
   Print("WattleafService, asked by wattleaf_host " + report.version + "\n");
   Print("  library       " + report.library + "\n");
   Print("  pass          " + report.pass + "\n");
-  Print("  simulated calls  " + SimulatedText(report) + "\n\n");
+  Print("  simulated     " + SimulatedText(report) + "\n\n");
   Print(AnswerTable(report.answers));
   PrintDetails(report);
   Print("\n  data folder   " + report.dataFolder + "\n");

@@ -5,9 +5,9 @@
 #include <string_view>
 #include <vector>
 
-#include "security/fake_catalogs.h"
-#include "security/fake_path_calls.h"
-#include "security/fake_trust.h"
+#include "security/trust/fake_catalogs.h"
+#include "security/trust/fake_path_calls.h"
+#include "security/trust/fake_trust.h"
 #include "security/trust/trusted_keys.h"
 #include "security/trust/verify_result.h"
 #include "support/log_capture.h"

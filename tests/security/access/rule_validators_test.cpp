@@ -16,7 +16,7 @@
 #include "platform/winrt/call_failure.h"
 #include "security/access/boxed_value.h"
 #include "security/access/fake_rules.h"
-#include "security/fake_path_calls.h"
+#include "security/trust/fake_path_calls.h"
 #include "support/log_capture.h"
 #include "support/runtime_text_ledger.h"
 

@@ -12,8 +12,8 @@
 #include <type_traits>
 #include <vector>
 
-#include "fake_trust.h"
 #include "import_patch.h"
+#include "security/trust/fake_trust.h"
 #include "security/trust/zq_authenticode_helper.h"
 
 // How much CertNameToStrW may write for a name: each block that the reading takes from the heap

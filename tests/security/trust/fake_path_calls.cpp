@@ -1,4 +1,4 @@
-#include "security/fake_path_calls.h"
+#include "security/trust/fake_path_calls.h"
 
 #include <cstdint>
 #include <cstring>

@@ -4,8 +4,8 @@
 
 #include <gmock/gmock.h>
 
-#include "security/fake_access_lists.h"
-#include "security/fake_path_calls.h"
+#include "security/trust/fake_access_lists.h"
+#include "security/trust/fake_path_calls.h"
 #include "security/trust/zq_authenticode_helper.h"
 #include "support/call_record.h"
 #include "support/log_capture.h"

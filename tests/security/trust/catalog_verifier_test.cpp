@@ -2,8 +2,8 @@
 
 #include <cstring>
 
-#include "fake_catalogs.h"
 #include "security/trust/catalog_member.h"
+#include "security/trust/fake_catalogs.h"
 #include "security/trust/wintrust_layout.h"
 #include "security/trust/zq_authenticode_helper.h"
 #include "support/log_capture.h"

@@ -4,7 +4,7 @@
 
 #include <gmock/gmock.h>
 
-#include "security/fake_path_calls.h"
+#include "security/trust/fake_path_calls.h"
 #include "security/trust/util_helper.h"
 #include "support/import_watch.h"
 #include "support/log_capture.h"

@@ -1,4 +1,4 @@
-#include "security/fake_access_lists.h"
+#include "security/trust/fake_access_lists.h"
 
 #include <gtest/gtest.h>
 

@@ -4,7 +4,7 @@
 
 #include <gmock/gmock.h>
 
-#include "security/fake_path_calls.h"
+#include "security/trust/fake_path_calls.h"
 #include "security/trust/zq_authenticode_helper.h"
 #include "support/log_capture.h"
 #include "support/temp_folder.h"

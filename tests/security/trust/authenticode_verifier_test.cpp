@@ -3,9 +3,9 @@
 #include <stdexcept>
 #include <type_traits>
 
-#include "fake_catalogs.h"
-#include "fake_trust.h"
 #include "import_patch.h"
+#include "security/trust/fake_catalogs.h"
+#include "security/trust/fake_trust.h"
 #include "security/trust/zq_authenticode_helper.h"
 #include "support/call_record.h"
 #include "support/import_watch.h"

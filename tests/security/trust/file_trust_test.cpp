@@ -2,8 +2,8 @@
 
 #include <functional>
 
-#include "fake_catalogs.h"
-#include "fake_trust.h"
+#include "security/trust/fake_catalogs.h"
+#include "security/trust/fake_trust.h"
 #include "security/trust/zq_authenticode_helper.h"
 #include "support/import_watch.h"
 #include "support/log_capture.h"

@@ -1,4 +1,4 @@
-#include "fake_catalogs.h"
+#include "security/trust/fake_catalogs.h"
 
 #include <wincrypt.h>
 #include <wintrust.h>

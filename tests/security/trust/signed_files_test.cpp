@@ -11,8 +11,8 @@
 #include <thread>
 #include <vector>
 
-#include "fake_catalogs.h"
 #include "import_patch.h"
+#include "security/trust/fake_catalogs.h"
 #include "security/trust/trusted_keys.h"
 #include "security/trust/verify_result.h"
 #include "security/trust/wintrust_layout.h"

@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "security/fake_access_lists.h"
+#include "security/trust/fake_access_lists.h"
 #include "security/trust/zq_authenticode_helper.h"
 #include "support/log_capture.h"
 

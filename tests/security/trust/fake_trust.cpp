@@ -1,4 +1,4 @@
-#include "fake_trust.h"
+#include "security/trust/fake_trust.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@
 #include <memory>
 #include <type_traits>
 
-#include "fake_catalogs.h"
+#include "security/trust/fake_catalogs.h"
 #include "security/trust/wintrust_layout.h"
 
 namespace TestSupport {

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <stdexcept>
 
-#include "fake_trust.h"
+#include "security/trust/fake_trust.h"
 #include "security/trust/zq_authenticode_helper.h"
 #include "support/log_capture.h"
 

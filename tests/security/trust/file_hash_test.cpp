@@ -9,8 +9,8 @@
 
 #include <type_traits>
 
-#include "fake_catalogs.h"
 #include "import_patch.h"
+#include "security/trust/fake_catalogs.h"
 #include "security/trust/zq_authenticode_helper.h"
 #include "support/log_capture.h"
 #include "support/temp_folder.h"

@@ -4,7 +4,7 @@
 
 #include <utility>
 
-#include "fake_catalogs.h"
+#include "security/trust/fake_catalogs.h"
 
 using namespace TestSupport;
 using namespace Zq::Gantry::Platform;

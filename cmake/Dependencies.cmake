@@ -1,6 +1,6 @@
-# Third-party libraries, all as system headers. On Debian they come from packages; the cross-build
-# sees each header folder through a link of its own, since /usr/include would bring Linux headers in.
-set(WATTLEAF_DEPS "${CMAKE_SOURCE_DIR}/build/deps" CACHE PATH "Where tools/setup keeps fetched sources")
+# Third-party libraries, all as system headers. On Debian they come from packages. The cross-build
+# includes each header folder through a link of its own, because /usr/include contains Linux headers.
+set(WATTLEAF_DEPS "${CMAKE_SOURCE_DIR}/build/deps" CACHE PATH "The folder of the sources that tools/setup downloads")
 
 if(MSVC)
   find_package(RapidJSON CONFIG REQUIRED)
@@ -26,7 +26,7 @@ endif()
 
 function(wattleaf_packaged_headers target folder)
   if(NOT EXISTS "/usr/include/${folder}")
-    message(FATAL_ERROR "/usr/include/${folder} is missing: run ./test or ./run once, they install what the build needs.")
+    message(FATAL_ERROR "/usr/include/${folder} is missing: run tools/setup.")
   endif()
   set(links "${CMAKE_BINARY_DIR}/include-links/${folder}")
   file(MAKE_DIRECTORY "${links}")
@@ -40,10 +40,10 @@ if(WIN32)
   wattleaf_packaged_headers(wattleaf_cli11 CLI)
 endif()
 
-# pugixml in wide-character mode, which the packaged binary is not.
+# pugixml is compiled from source, because the packaged library is not in wide-character mode.
 set(pugixml_source "${WATTLEAF_DEPS}/pugixml/src")
 if(NOT EXISTS "${pugixml_source}/pugixml.cpp")
-  message(FATAL_ERROR "${pugixml_source} is missing: run tools/fetch-source pugixml, or ./test, which does.")
+  message(FATAL_ERROR "${pugixml_source} is missing: run tools/setup.")
 endif()
 add_library(wattleaf_pugixml STATIC "${pugixml_source}/pugixml.cpp")
 target_include_directories(wattleaf_pugixml SYSTEM PUBLIC "${pugixml_source}")
@@ -53,16 +53,16 @@ if(WATTLEAF_SANITIZE)
   target_compile_options(wattleaf_pugixml PRIVATE -fsanitize=address,undefined)
 endif()
 
-# PCRE2, 16 bits to a character: the packaged library natively, its source in the cross-build.
+# PCRE2 with 16-bit characters: natively the packaged library, in the cross-build compiled from source.
 add_library(wattleaf_pcre2 INTERFACE)
 if(WIN32)
-  # In a function, so that its settings end with it.
+  # A function, so that the settings apply to PCRE2 only.
   function(wattleaf_build_pcre2)
     set(source "${WATTLEAF_DEPS}/pcre2")
     if(NOT EXISTS "${source}/CMakeLists.txt")
-      message(FATAL_ERROR "${source} is missing: run tools/fetch-source pcre2, or ./test, which does.")
+      message(FATAL_ERROR "${source} is missing: run tools/setup.")
     endif()
-    # Warnings of a third party are not ours to mend.
+    # We do not fix warnings in third-party code.
     set(CMAKE_COMPILE_WARNING_AS_ERROR OFF)
     set(PCRE2_BUILD_PCRE2_8 OFF CACHE BOOL "" FORCE)
     set(PCRE2_BUILD_PCRE2_16 ON CACHE BOOL "" FORCE)
@@ -77,14 +77,14 @@ if(WIN32)
 else()
   find_library(WATTLEAF_PCRE2_LIBRARY pcre2-16)
   if(NOT WATTLEAF_PCRE2_LIBRARY)
-    message(FATAL_ERROR "libpcre2-16 is missing: run ./test once, it installs what the build needs.")
+    message(FATAL_ERROR "libpcre2-16 is missing: run tools/setup.")
   endif()
   target_link_libraries(wattleaf_pcre2 INTERFACE "${WATTLEAF_PCRE2_LIBRARY}")
 endif()
 
 set(googletest_source /usr/src/googletest)
 if(NOT EXISTS "${googletest_source}/CMakeLists.txt")
-  message(FATAL_ERROR "${googletest_source} is missing: run ./test once, it installs what the build needs.")
+  message(FATAL_ERROR "${googletest_source} is missing: run tools/setup.")
 endif()
 set(BUILD_GMOCK ON CACHE BOOL "" FORCE)
 set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)

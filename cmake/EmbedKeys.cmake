@@ -1,5 +1,5 @@
-# The trusted public keys of keys/, checked and written into a header of the build folder. A build
-# with WATTLEAF_KEYS=development puts the development key into the place of the service key.
+# Checks the trusted public keys of keys/ and writes them to a header in the build folder. With
+# WATTLEAF_KEYS=development, the development key replaces the service key.
 include(KeyLists)
 include(Signing)
 
@@ -17,10 +17,10 @@ if(WATTLEAF_KEYS STREQUAL "development")
   wattleaf_read_key_list(SERVICE FILE "${WATTLEAF_DEVELOPMENT_KEY}/public_key.txt" COUNT 1)
   wattleaf_check_key_repetition(POOL SINGLE SECOND SERVICE)
 elseif(NOT WATTLEAF_KEYS STREQUAL "supplied")
-  message(FATAL_ERROR "WATTLEAF_KEYS is \"${WATTLEAF_KEYS}\": supplied or development.")
+  message(FATAL_ERROR "WATTLEAF_KEYS is \"${WATTLEAF_KEYS}\", but must be supplied or development.")
 endif()
 
-# One constant array of texts, in the order of the list.
+# Sets <out> to the definition of a constant array with the texts of the list, in its order.
 function(wattleaf_key_array out name prefix)
   list(LENGTH ${prefix}_TEXTS count)
   set(rows "")

@@ -1,5 +1,5 @@
-# wattleaf_import_library(<target> <def>): for functions that the toolchain's import libraries lack and
-# that must stand in the import table all the same. With the SDK of Visual Studio there is nothing to add.
+# wattleaf_import_library(<target> <def>): an import library for functions that the toolchain's own import
+# libraries lack, so that the calls appear in the import table. Empty with MSVC, whose SDK has them all.
 function(wattleaf_import_library target def)
   add_library(${target} INTERFACE)
   if(NOT MINGW)

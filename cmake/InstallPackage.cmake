@@ -1,8 +1,7 @@
-# What `cmake --install` puts into place: the library with its import library, the headers that a
-# program may include, and a CMake package, so that
+# `cmake --install` installs the library with its import library, the public headers, and a CMake
+# package. A program then needs only
 #   find_package(WattleafService)
 #   target_link_libraries(program PRIVATE WattleafService::WattleafService)
-# is all that a user writes.
 include(CMakePackageConfigHelpers)
 include(GNUInstallDirs)
 
@@ -12,8 +11,8 @@ install(TARGETS WattleafService EXPORT WattleafServiceTargets
   ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
   FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/WattleafService"
   FILE_SET abi DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/WattleafService")
-# The C++ runtime that the library shares with its callers. Microsoft's redistributable
-# package installs that of MSVC.
+# The C++ runtime that the library shares with its callers. With MSVC, Microsoft's redistributable
+# package installs it.
 if(WATTLEAF_RUNTIME_FILES)
   install(PROGRAMS ${WATTLEAF_RUNTIME_FILES} DESTINATION "${CMAKE_INSTALL_BINDIR}")
 endif()

@@ -1,15 +1,15 @@
-# Reading and checking the key lists. A list is a text file with one public key a line: the DER
-# RSAPublicKey of a certificate as lower-case hexadecimal byte pairs separated by single blanks. Lines
-# that are empty or begin with '#' do not count.
+# Reads and checks the key lists. A list is a text file with one public key a line: the DER
+# RSAPublicKey of a certificate as lower-case hexadecimal byte pairs separated by single blanks. Empty lines
+# and lines that begin with '#' are ignored.
 
-# What a key of each size looks like: length in characters, first and last bytes.
+# The form of a key of each size: length in characters, first and last bytes.
 set(WATTLEAF_KEY_CHARACTERS_2048 809)
 set(WATTLEAF_KEY_BEGIN_2048 "30 82 01 0a 02 82 01 01 00 ")
 set(WATTLEAF_KEY_CHARACTERS_3072 1193)
 set(WATTLEAF_KEY_BEGIN_3072 "30 82 01 8a 02 82 01 81 00 ")
 set(WATTLEAF_KEY_END " 02 03 01 00 01")
 
-# Sets <out> to what is wrong with the text of a key of that many bits; to nothing for a good one.
+# Sets <out> to a description of the first error in the text of a key with <bits> bits, or to an empty text.
 function(wattleaf_key_fault out text bits)
   set(${out} "" PARENT_SCOPE)
   string(LENGTH "${text}" length)
@@ -40,8 +40,8 @@ function(wattleaf_key_fault out text bits)
 endfunction()
 
 # wattleaf_read_key_list(<prefix> FILE file COUNT count [LONG_FROM position])
-# Sets <prefix>_TEXTS to the keys and <prefix>_PLACES to their "file:line". From LONG_FROM on the keys
-# have 3072 bits, before it 2048. Ends the configuration where the list is not as told.
+# Sets <prefix>_TEXTS to the keys and <prefix>_PLACES to their "file:line". Keys before the position LONG_FROM
+# must have 2048 bits, the others 3072. An error in the list ends the configuration.
 function(wattleaf_read_key_list prefix)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "FILE;COUNT;LONG_FROM" "")
   if(NOT EXISTS "${arg_FILE}")
@@ -51,7 +51,7 @@ function(wattleaf_read_key_list prefix)
     set(arg_LONG_FROM ${arg_COUNT})
   endif()
 
-  # Cut by hand: list commands would trip over semicolons and brackets of a file that is no key list.
+  # Split without list commands, because they misread semicolons and brackets, which a wrong file may contain.
   file(READ "${arg_FILE}" rest)
   set(line_number 0)
   set(position 0)

@@ -1,6 +1,6 @@
-# wattleaf_rpc_stubs(<name> <idl>): the stubs of a remote procedure call, made at build time by the
-# toolchain's compiler of interface definitions. Gives the libraries <name>_client and <name>_server, with
-# <name>.h among their headers; who links one supplies MIDL_user_allocate and MIDL_user_free.
+# wattleaf_rpc_stubs(<name> <idl>): generates the stubs of a remote procedure call with the
+# toolchain's IDL compiler at build time. Defines the libraries <name>_client and <name>_server with
+# the header <name>.h. A program that links one must define MIDL_user_allocate and MIDL_user_free.
 enable_language(C)
 
 if(MSVC)
@@ -18,7 +18,7 @@ function(wattleaf_rpc_stubs name idl)
     set(commands COMMAND "${WATTLEAF_MIDL}" /nologo /env x64 /out "${folder}" /h "${name}.h"
       /cstub "${name}_client.c" /sstub "${name}_server.c" "${source}")
   else()
-    # Interpreted stubs: the others need headers of the compatibility layer.
+    # Interpreted stubs, because the others need headers of Wine.
     set(commands
       COMMAND "${WATTLEAF_WIDL}" -Oicf -h -o "${header}" "${source}"
       COMMAND "${WATTLEAF_WIDL}" -Oicf -c -o "${folder}/${name}_client.c" -H "${name}.h" "${source}"
@@ -31,7 +31,7 @@ function(wattleaf_rpc_stubs name idl)
     add_library(${name}_${side} STATIC "${folder}/${name}_${side}.c")
     add_dependencies(${name}_${side} ${name}_stubs)
     target_include_directories(${name}_${side} SYSTEM PUBLIC "${folder}")
-    # Written by a program: our warnings are not its own.
+    # Generated code: no warnings.
     target_compile_options(${name}_${side} PRIVATE $<IF:$<BOOL:${MSVC}>,/w,-w>)
     target_link_libraries(${name}_${side} PUBLIC rpcrt4)
   endforeach()

@@ -1,9 +1,9 @@
-# One C++ runtime for the library and its callers. Classes, strings and exceptions cross the library's
-# boundary, so both sides need the same one: with a copy in each, std::uncaught_exceptions() of the
-# caller is -1 after the first exception that it caught from the library.
+# One shared C++ runtime for the library and its callers, because classes, strings and exceptions cross the
+# library's boundary. With a separate copy in each, the caller's std::uncaught_exceptions() is -1 after
+# the first exception that it caught from the library.
 #
-# Programs that exchange nothing with the library in C++, and are copied to places of their own, link
-# wattleaf_standalone instead and bring their runtime along.
+# Programs that exchange no C++ objects with the library and are copied elsewhere link
+# wattleaf_standalone, which links the runtime statically.
 add_library(wattleaf_standalone INTERFACE)
 set(WATTLEAF_RUNTIME_FILES "")
 if(NOT MINGW)
@@ -11,7 +11,7 @@ if(NOT MINGW)
 endif()
 target_link_options(wattleaf_standalone INTERFACE -static)
 
-# The compiler's three runtime libraries, without debugging information, beside all programs of the
+# Copies the compiler's three runtime libraries, without debugging information, beside the programs of the
 # build.
 foreach(name libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
   execute_process(COMMAND "${CMAKE_CXX_COMPILER}" "-print-file-name=${name}"

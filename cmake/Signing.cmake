@@ -1,5 +1,5 @@
-# The development key: made once in the build folder, which it never leaves, to sign what the build
-# itself simulates (the collector stand-in, files for tests). Only a build with development keys trusts it.
+# The development key signs the collector stand-in and files for tests. It is created once in the build
+# folder and never leaves it. Only a build with development keys trusts it.
 set(WATTLEAF_DEVELOPMENT_KEY "${CMAKE_BINARY_DIR}/development-key")
 find_program(WATTLEAF_OPENSSL openssl)
 find_program(WATTLEAF_OSSLSIGNCODE osslsigncode)
@@ -8,8 +8,8 @@ if(WATTLEAF_OPENSSL AND WATTLEAF_OSSLSIGNCODE AND CMAKE_HOST_UNIX)
   set(WATTLEAF_CAN_SIGN ON)
 endif()
 
-# wattleaf_make_signing_key(<folder> <subject> [EXPIRED]): a fresh authority and a code-signing
-# certificate below it, unless they are there already. Leaves leaf.key, chain.pem and public_key.txt.
+# wattleaf_make_signing_key(<folder> <subject> [EXPIRED]): runs tools/make-signing-key, which writes leaf.key,
+# chain.pem and public_key.txt to the folder, unless they exist.
 function(wattleaf_make_signing_key folder subject)
   if(EXISTS "${folder}/public_key.txt")
     return()
@@ -17,7 +17,7 @@ function(wattleaf_make_signing_key folder subject)
   execute_process(COMMAND "${CMAKE_SOURCE_DIR}/tools/make-signing-key" "${folder}" "${subject}" ${ARGN}
     RESULT_VARIABLE status ERROR_VARIABLE errors)
   if(NOT status EQUAL 0)
-    message(FATAL_ERROR "No signing key could be made in ${folder}:\n${errors}")
+    message(FATAL_ERROR "Cannot create a signing key in ${folder}:\n${errors}")
   endif()
 endfunction()
 
@@ -26,10 +26,10 @@ if(WATTLEAF_CAN_SIGN AND WIN32)
 endif()
 
 # wattleaf_sign(TARGET target OUTPUT file [INPUT file] [KEY folder] [NEST])
-# Signs the file of a program or library target, or INPUT, which the target then only stands for, into
-# OUTPUT. KEY is a folder of wattleaf_make_signing_key, by default the development key's. NEST adds a
-# second signature to the first. Everything is built with `all`, through the target <target>_signed.
-# Without the signing tools OUTPUT is an unsigned copy.
+# Writes a signed copy of the target's file, or of INPUT, to OUTPUT. KEY is a folder of
+# wattleaf_make_signing_key, by default the development key's. NEST adds a second signature to the first.
+# The target <target>_signed builds all signed copies and is part of `all`.
+# Without the signing tools, OUTPUT is an unsigned copy.
 function(wattleaf_sign)
   cmake_parse_arguments(PARSE_ARGV 0 arg "NEST" "TARGET;OUTPUT;INPUT;KEY" "")
   if(NOT arg_INPUT)
@@ -53,7 +53,7 @@ function(wattleaf_sign)
     set(sign "${CMAKE_COMMAND}" -E copy "${arg_INPUT}" "${arg_OUTPUT}")
     set(depends ${arg_TARGET} "${arg_INPUT}")
   endif()
-  # The tool refuses to write over a file.
+  # osslsigncode does not overwrite an existing file.
   add_custom_command(OUTPUT "${arg_OUTPUT}"
     COMMAND "${CMAKE_COMMAND}" -E rm -f "${arg_OUTPUT}"
     COMMAND ${sign}

@@ -1,7 +1,6 @@
-# The one place for language level, warnings and platform definitions. Every target of ours links
-# wattleaf_flags.
+# Language level, warnings and platform definitions. Every target of this project links wattleaf_flags.
 option(WATTLEAF_SANITIZE "AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
-option(WATTLEAF_FUZZ "The portable core instrumented, and its fuzz targets; needs clang" OFF)
+option(WATTLEAF_FUZZ "Instrumented portable core and its fuzz targets; needs clang" OFF)
 
 add_library(wattleaf_flags INTERFACE)
 target_compile_features(wattleaf_flags INTERFACE cxx_std_20)
@@ -12,11 +11,11 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 find_package(Threads REQUIRED)
 
 if(MSVC)
-  # 4251, 4275: exported classes hold and extend standard ones, as their contract has it.
+  # 4251, 4275: the contract requires exported classes with members and bases from the standard library.
   target_compile_options(wattleaf_flags INTERFACE /W4 /permissive- /utf-8 /EHsc /wd4251 /wd4275)
 else()
   target_compile_options(wattleaf_flags INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
-  # GCC 12 at -O3 sees an overlapping copy in every `"text" + std::string` that it inlines.
+  # GCC 12 at -O3 reports an overlapping copy in every `"text" + std::string` that it inlines.
   target_compile_options(wattleaf_flags INTERFACE
     $<$<AND:$<CXX_COMPILER_ID:GNU>,$<CONFIG:Release>>:-Wno-restrict>)
 endif()
@@ -31,7 +30,7 @@ if(WATTLEAF_SANITIZE)
   target_link_options(wattleaf_flags INTERFACE -fsanitize=address,undefined)
 endif()
 if(WATTLEAF_FUZZ)
-  # RapidJSON's empty stack adds an offset to a null pointer and compares the sum, nothing more.
+  # RapidJSON's empty stack adds an offset to a null pointer, but only compares the sum.
   set(fuzz_flags -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize=pointer-overflow
     -fno-sanitize-recover=all)
   target_compile_options(wattleaf_flags INTERFACE ${fuzz_flags} -O1 -g1 -fno-omit-frame-pointer)

@@ -5,7 +5,7 @@ set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-posix)
 set(CMAKE_C_COMPILER x86_64-w64-mingw32-gcc-posix)
 set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
 
-# Programs of the build run in a private Wine prefix inside the build folder, never the user's own.
+# Programs of the build run in a private Wine prefix in the build folder, never in the user's own.
 set(CMAKE_CROSSCOMPILING_EMULATOR "${CMAKE_CURRENT_LIST_DIR}/../tools/under-wine;${CMAKE_BINARY_DIR}/prefix")
 
 set(CMAKE_FIND_ROOT_PATH /usr/x86_64-w64-mingw32)

@@ -15,7 +15,7 @@ bool HasPrefix(std::wstring_view text, std::wstring_view prefix) {
 
 std::optional<std::wstring> TryFindPackagedFolder(std::wstring_view fullPath) {
   // Kept on purpose: exact, though the roots are compared without regard to case (test
-  // PathRules.FindsThePackagedFolderInItsExactSpellingOnly).
+  // TryFindPackagedFolder.FindsOnlyTheExactSpelling).
   const std::size_t position = fullPath.find(kPackagedMarker);
   if (position == std::wstring_view::npos) return std::nullopt;
   return std::wstring(fullPath.substr(0, position + kPackagedMarker.size() - 1));

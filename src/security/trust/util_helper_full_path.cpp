@@ -77,7 +77,7 @@ void ExpandForClient(DWORD client, const wchar_t* filePath, PathBuffer& expanded
   }
   UniqueHandle token;
   // Kept on purpose: only the handle that the call leaves tells whether there is a token (test
-  // ClientPath.UsesATokenThatCameWithAFailure).
+  // GetFullExpandedPathForClient.UsesATokenThatAFailedCallReturned).
   OpenProcessToken(process.get(), TOKEN_ALL_ACCESS, token.out());
   DropInvalid(token);
   if (token) ExpandForToken(token.get(), filePath, expanded, component);

@@ -133,7 +133,7 @@ FileHash ZQAuthenticodeHelper::CalculateFileHash(const wchar_t* file, void* cata
 
   if (!HashInto(hash.bytes, file, catalogAdministrator)) {
     // Kept on purpose: on this way out a context of our own is not released (test
-    // CalculateFileHash.KeepsItsOwnContextAfterAFailure).
+    // CalculateFileHash.DoesNotReleaseItsOwnContextAfterAFailure).
     static_cast<void>(own.release());
     return hash;
   }

@@ -24,7 +24,7 @@ constexpr DWORD kAttemptPauseMilliseconds = 250;
 bool LiesBelow(const wchar_t* root, const std::wstring& expanded) {
   const std::wstring expandedRoot = UtilHelper::GetFullExpandedPath(root, kNoComponent);
   // Kept on purpose: a root that cannot be expanded is empty, and every path begins with it (test
-  // PathAllowance.AllowsEveryPathWhereARootCannotBeExpanded).
+  // IsPathAllowed.AllowsEveryPathWhenARootCannotBeExpanded).
   if (UtilHelper::BeginsWith(expanded, expandedRoot)) return true;
   LogManager::GetLogger()->LogError(L"%S - BeginsWith() failed [%s] [%s]", kFunctionName,
                                     expanded.c_str(), expandedRoot.c_str());
@@ -39,7 +39,7 @@ bool IsControlledBySystem(const std::wstring& folder) {
     }
     const DWORD error = GetLastError();
     // Kept on purpose: the text names one call, though the list may just lack an entry (test
-    // PackagedFolder.TriesFiveTimesWhereTheListLacksAnEntry).
+    // IsPathAllowedInPackagedFolder.TriesFiveTimesWhenTheListLacksAnEntry).
     LogManager::GetLogger()->LogError(
         L"Security - GetNamedSecurityInfo - Failed %d of %d times. Error Code = %d", attempt,
         kOwnershipAttempts, static_cast<int>(error));

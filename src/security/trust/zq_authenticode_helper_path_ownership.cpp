@@ -57,7 +57,7 @@ void JudgeEntry(ACL* list, DWORD index, AccountLookup& account, FullControl& con
   auto* allowed = static_cast<ACCESS_ALLOWED_ACE*>(entry);
   account.Look(&allowed->SidStart);
   // Kept on purpose: a mask that spells out every right is not full control (test
-  // PathOwnership.RefusesASystemEntryThatSpellsOutAllRights).
+  // CheckForFullConrolByTrustedInstallAndSystem.RefusesAMaskOfEveryRightWithoutGenericAll).
   if ((allowed->Mask & GENERIC_ALL) == 0) return;
   if (account.Is(L"NT SERVICE", L"TrustedInstaller")) {
     control.trustedInstaller = true;
@@ -75,7 +75,8 @@ void JudgeAccessList(const wchar_t* path, FullControl& control) {
       const_cast<wchar_t*>(path), SE_FILE_OBJECT,
       OWNER_SECURITY_INFORMATION | GROUP_SECURITY_INFORMATION | DACL_SECURITY_INFORMATION, &owner,
       &group, &list, /*sacl=*/nullptr, descriptor.out());
-  // Kept on purpose: the descriptor is never freed (test PathOwnership.KeepsTheDescriptor).
+  // Kept on purpose: the descriptor is never freed (test
+  // CheckForFullConrolByTrustedInstallAndSystem.NeverFreesTheDescriptor).
   static_cast<void>(descriptor.release());
   if (result != ERROR_SUCCESS || list == nullptr) return;
 

@@ -292,7 +292,7 @@ TEST_F(Facade, AFailureOfTheOtherQuestionsPassesOnAndIsNoYes) {
 }
 
 // A root that cannot be expanded opens every place (test
-// PathAllowance.AllowsEveryPathWhereARootCannotBeExpanded): here the signatures say no.
+// IsPathAllowed.AllowsEveryPathWhenARootCannotBeExpanded): here the signatures say no.
 TEST_F(Facade, NoFailingCallTurnsANoIntoAYes) {
   const TestSupport::TempFolder folder;
   const TestSupport::ScopedVariable place(L"windir", folder.Path().c_str());

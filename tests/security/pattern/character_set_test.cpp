@@ -42,7 +42,7 @@ TEST(CharacterSet, ComplementsAtBothEnds) {
   EXPECT_EQ(RangesOf(CharacterSet().Complement().Complement()), Ranges{});
 }
 
-TEST(ClassText, IsWrittenInHexadecimalAndInvertedForTheLastCharacter) {
+TEST(ClassText, WritesHexadecimalRangesAndInvertsASetWithTheLastCharacter) {
   CharacterSet set;
   EXPECT_EQ(ClassText(set), u"[^\\x{0000}-\\x{FFFF}]");
   EXPECT_EQ(ClassText(set.Complement()), u"[\\x{0000}-\\x{FFFF}]");
@@ -52,7 +52,7 @@ TEST(ClassText, IsWrittenInHexadecimalAndInvertedForTheLastCharacter) {
   EXPECT_EQ(ClassText(set.Complement()), u"[^\\x{0061}-\\x{0063}\\x{20AC}]");
 }
 
-TEST(CollatingElement, HasANameForEachAsciiCharacterButTheLetters) {
+TEST(FindCollatingElement, FindsCharactersByTheirNames) {
   // The first, some inside and the last of each row of the table.
   struct Row {
     std::u16string_view name;
@@ -108,7 +108,7 @@ TEST(CollatingElement, HasANameForEachAsciiCharacterButTheLetters) {
   EXPECT_FALSE(FindCollatingElement(u"ab"));
 }
 
-TEST(CodeUnits, SplitsWhatHasMoreThanSixteenBits) {
+TEST(CodeUnits, SplitsCharactersAbove16Bits) {
   EXPECT_EQ(CodeUnits(L"a\xFFFF"), u"a\xFFFF");
   EXPECT_EQ(CodeUnits(L"\U00010000\U0010FFFF"), u"\xD800\xDC00\xDBFF\xDFFF");
   EXPECT_EQ(CodeUnits(std::wstring(L"\0\xDC00", 2)), std::u16string(u"\0\xDC00", 2));

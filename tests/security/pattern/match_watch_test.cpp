@@ -23,7 +23,7 @@ std::size_t SpentAt(const Translation& translation, const MatchPlace& place) {
   return kAll - kCall - allowed;
 }
 
-TEST(MatchWatch, ChargesTheWayInBothDirections) {
+TEST(MatchWatch, ChargesForMovesInBothDirections) {
   EXPECT_EQ(SpentAt({}, {WatchPoint::kMoved, 0, 1000}), kCall);
   EXPECT_EQ(SpentAt({}, {WatchPoint::kMoved, 1000, 1000}), kCall + 1000);
   MatchWatch watch({});
@@ -32,7 +32,7 @@ TEST(MatchWatch, ChargesTheWayInBothDirections) {
   EXPECT_FALSE(watch.MayGoOn({WatchPoint::kMoved, 0, kAll}));
 }
 
-TEST(MatchWatch, ChargesWhatBegins) {
+TEST(MatchWatch, ChargesForRunsChoicesAndRepeatedReferences) {
   Translation translation;
   translation.longestFixedRun = 300;
   translation.mostAlternatives = 70;
@@ -43,12 +43,12 @@ TEST(MatchWatch, ChargesWhatBegins) {
             kCall + 200 + 800 + 300);
 }
 
-TEST(MatchWatch, ChargesAReferenceForWhatIsCompared) {
+TEST(MatchWatch, ChargesAReferenceForTheCharactersCompared) {
   EXPECT_EQ(SpentAt({}, {WatchPoint::kReference, 200, 1000, 800}), kCall + 200 + 100);
   EXPECT_EQ(SpentAt({}, {WatchPoint::kReference, 200, 1000, 801}), kCall + 200);
 }
 
-TEST(MatchWatch, ACharacterCostsMoreForAClassOfManyRanges) {
+TEST(MatchWatch, ChargesMorePerCharacterForAClassOfManyRanges) {
   Translation translation;
   translation.mostWideRanges = 11;
   EXPECT_EQ(MatchWatch({}).MayBegin(kAll), true);

@@ -87,7 +87,7 @@ TEST(PatternMemory, HostilePatternsTakeAtMost64Mebibytes) {
   EXPECT_GT(PeakOf(L"(a|b)*", text), 32 * kMebibyte) << "PCRE2 must take its memory from here";
 }
 
-TEST(PatternMemory, CompilingTakesAFewMebibytes) {
+TEST(PatternMemory, CompilingTakesAtMost16Mebibytes) {
   for (const std::wstring& expression :
        {Repeat(L"a", kMostExpressionChars), Repeat(L"()", 50'000),
         L"[" + Repeat(L"\\W", 49'999) + L"]", Repeat(L"a*", 50'000),
@@ -96,11 +96,11 @@ TEST(PatternMemory, CompilingTakesAFewMebibytes) {
   }
 }
 
-TEST(PatternMemory, AnExpressionBeyondTheLimitTakesNone) {
+TEST(PatternMemory, AnExpressionBeyondTheLimitAllocatesNothing) {
   EXPECT_EQ(PeakOf(std::wstring(kMostExpressionChars + 1, L'a'), L""), 0U);
 }
 
-TEST(PatternMemory, RunningOutIsThrownAndIsNoAnswer) {
+TEST(PatternMemory, RunningOutOfMemoryThrowsBadAlloc) {
   // Some allocations are made at the end of a long match only.
   const std::wstring text(20'000, L'a');
   int steps = 0;

@@ -101,7 +101,7 @@ void Compare(const RandomCase& random, Tally& tally) {
   }
 }
 
-TEST(PatternOracle, AnswersLikeTheStandardLibraryButForTheNamedDifferences) {
+TEST(PatternOracle, AgreesWithTheStandardLibraryExceptForDocumentedDifferences) {
   RandomExpressions expressions(/*seed=*/1, OtherCharacters());
   Tally tally;
   for (std::size_t i = 0; i < kExpressions && !testing::Test::HasFailure(); ++i) {

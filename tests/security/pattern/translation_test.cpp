@@ -24,15 +24,15 @@ std::u16string Repeat(std::u16string_view part, std::size_t times) {
   return text;
 }
 
-TEST(Translation, KeepsGroupsChoicesAndPlaces) {
+TEST(TranslateExpression, KeepsGroupsAlternativesAndAssertions) {
   EXPECT_EQ(Translated(u"^(a|(?:a))(?=a)(?!a)\\b\\B$"), u"\\A(a|(?:a))(?=a)(?!a)\\b\\B\\z");
 }
 
-TEST(Translation, WritesEveryQuantifierInNumbers) {
+TEST(TranslateExpression, WritesEveryQuantifierAsACount) {
   EXPECT_EQ(Translated(u"a?a??a{3}a{2,4}?a{1}"), u"a{0,1}a{0,1}?a{3,3}a{2,4}?a");
 }
 
-TEST(Translation, WatchesBothEndsOfALongRepetition) {
+TEST(TranslateExpression, WatchesBothEndsOfALongRepetition) {
   EXPECT_EQ(Translated(u"a*"), u"(?C0)a{0,}(?C0)");
   EXPECT_EQ(Translated(u"a+?"), u"(?C0)a{1,}?(?C0)");
   EXPECT_EQ(Translated(u"a{0,64}"), u"a{0,64}");
@@ -41,7 +41,7 @@ TEST(Translation, WatchesBothEndsOfALongRepetition) {
   EXPECT_EQ(Translated(u"a{65,}"), u"(?C1)a{65,}(?C0)");
 }
 
-TEST(Translation, WatchesALongRowOfItems) {
+TEST(TranslateExpression, WatchesALongRowOfItems) {
   EXPECT_EQ(Translated(Repeat(u"a", 64)), Repeat(u"a", 64));
   EXPECT_EQ(Translated(Repeat(u"a", 66)), Repeat(u"a", 65) + u"(?C0)a");
   EXPECT_EQ(Translated(u"a{40}a{0,25}a"), u"a{40,40}a{0,25}(?C0)a");
@@ -52,12 +52,12 @@ TEST(Translation, WatchesALongRowOfItems) {
   EXPECT_EQ(Translated(Repeat(u"a{0}", 66)), Repeat(u"a{0,0}", 65) + u"(?C0)a{0,0}");
 }
 
-TEST(Translation, WatchesEachRoundOfARepeatedGroup) {
+TEST(TranslateExpression, WatchesEachRoundOfARepeatedGroup) {
   EXPECT_EQ(Translated(u"(a|a)*"), u"(a|a(?C0)){0,}");
   EXPECT_EQ(Translated(u"(?:a){2}(a)"), u"(?:a(?C0)){2,2}(a)");
 }
 
-TEST(Translation, WatchesGroupsOfManyAlternatives) {
+TEST(TranslateExpression, WatchesGroupsOfManyAlternatives) {
   EXPECT_EQ(Translated(u"(?:a|" + Repeat(u"|", 30) + u")"), u"(?:a|" + Repeat(u"|", 30) + u")");
   EXPECT_EQ(Translated(u"a(?:a|" + Repeat(u"|", 31) + u")"),
             u"a(?:(?C2)a|" + Repeat(u"|", 31) + u")");
@@ -66,13 +66,13 @@ TEST(Translation, WatchesGroupsOfManyAlternatives) {
   EXPECT_EQ(Translated(Repeat(u"|", 32)), u"(?C2)" + Repeat(u"|", 32));
 }
 
-TEST(Translation, WatchesReferencesByTheirGroup) {
+TEST(TranslateExpression, WatchesReferencesByTheirGroup) {
   EXPECT_EQ(Translated(u"(a)\\1"), u"(a)(?C4)\\g{1}(?C0)");
   EXPECT_EQ(Translated(u"(a)(a)\\2"), u"(a)(a)(?C5)\\g{2}(?C0)");
   EXPECT_EQ(Translated(u"(a)\\1?"), u"(a)(?C3)\\g{1}{0,1}(?C0)");
 }
 
-TEST(Translation, CountsWhatMakesAMatchSlow) {
+TEST(TranslateExpression, CountsThePropertiesThatMakeAMatchSlow) {
   const auto translation = TranslateExpression(
       u"(a)(?:a)((a)|a|a)a{7}a{100,200}(\\1){30}[\\u0100\\u0102\\u0104][^a-c]\\1{300}");
   ASSERT_TRUE(translation);

@@ -40,14 +40,14 @@ class AccountLookup : public testing::Test {
   FakeAccessLists fake_;
 };
 
-TEST_F(AccountLookup, AsksTheLocalMachine) {
+TEST_F(AccountLookup, QueriesTheLocalMachine) {
   AccessList list;
   Check(list.Allow(SystemId(), kFullControl));
   ASSERT_EQ(fake_.lookups.size(), 1U);
   EXPECT_TRUE(fake_.lookups[0].onLocalMachine);
 }
 
-TEST_F(AccountLookup, TheFirstIsToldThatItsBuffersHoldNothing) {
+TEST_F(AccountLookup, FirstCallGetsBufferSizesOfZero) {
   AccessList list;
   EXPECT_FALSE(
       Check(list.Allow(TrustedInstallerId(), kFullControl).Allow(SystemId(), kFullControl)));
@@ -56,7 +56,7 @@ TEST_F(AccountLookup, TheFirstIsToldThatItsBuffersHoldNothing) {
   EXPECT_THAT(ToldSizes(), ElementsAre(Pair(0U, 0U), Pair(17U, 11U)));
 }
 
-TEST_F(AccountLookup, EachIsToldTheSizesThatTheOneBeforeLeft) {
+TEST_F(AccountLookup, EachCallGetsTheSizesThatThePreviousOneLeft) {
   AccessList list;
   EXPECT_TRUE(Check(list.Allow(TrustedInstallerId(), kFullControl)
                         .Allow(TrustedInstallerId(), kFullControl)
@@ -67,7 +67,7 @@ TEST_F(AccountLookup, EachIsToldTheSizesThatTheOneBeforeLeft) {
               ElementsAre(Pair(0U, 0U), Pair(17U, 11U), Pair(16U, 10U), Pair(7U, 13U)));
 }
 
-TEST_F(AccountLookup, SizesStartAnewForEachCall) {
+TEST_F(AccountLookup, SizesStartAtZeroInEachCheck) {
   AccessList list;
   list.Allow(SystemId(), kFullControl).Allow(SystemId(), kFullControl);
   Check(list);
@@ -75,7 +75,7 @@ TEST_F(AccountLookup, SizesStartAnewForEachCall) {
   EXPECT_THAT(ToldSizes(), ElementsAre(Pair(0U, 0U), Pair(7U, 13U), Pair(0U, 0U), Pair(7U, 13U)));
 }
 
-TEST_F(AccountLookup, TakesPlaceForEntriesWithoutFullControlToo) {
+TEST_F(AccountLookup, IsMadeForEntriesWithoutFullControlToo) {
   AccessList list;
   EXPECT_TRUE(Check(list.Allow(TrustedInstallerId(), 0)
                         .Allow(TrustedInstallerId(), kFullControl)
@@ -84,7 +84,7 @@ TEST_F(AccountLookup, TakesPlaceForEntriesWithoutFullControlToo) {
   EXPECT_EQ(fake_.lookups.size(), 4U);
 }
 
-TEST_F(AccountLookup, AFailedOneLeavesTheAccountOfTheEntryBefore) {
+TEST_F(AccountLookup, FailureKeepsTheAccountOfThePreviousEntry) {
   AccessList list;
   // Everyone is unknown here: with full control, it passes for SYSTEM, whose entry has none.
   fake_.accounts.pop_back();
@@ -103,7 +103,7 @@ TEST_F(AccountLookup, StartsFromEmptyNames) {
       Check(list.Allow(TrustedInstallerId(), kFullControl).Allow(SystemId(), kFullControl)));
 }
 
-TEST_F(AccountLookup, IsNeverToldMoreThanItsBuffersHold) {
+TEST_F(AccountLookup, NeverGetsSizesAboveItsBuffers) {
   fake_.neededChars = 0xFFFFFFFF;
   AccessList list;
   EXPECT_FALSE(Check(list.Allow(EveryoneId(), kFullControl)
@@ -112,7 +112,7 @@ TEST_F(AccountLookup, IsNeverToldMoreThanItsBuffersHold) {
   EXPECT_THAT(ToldSizes(), ElementsAre(Pair(0U, 0U), Pair(1024U, 1024U), Pair(1024U, 1024U)));
 }
 
-TEST_F(AccountLookup, ALongNameIsWholeAndNoOtherAccounts) {
+TEST_F(AccountLookup, ALongNameIsNotTakenForAnotherAccount) {
   fake_.accounts.back().name = std::wstring(1000, L'n');
   AccessList list;
   EXPECT_FALSE(Check(list.Allow(EveryoneId(), kFullControl).Allow(EveryoneId(), kFullControl)));

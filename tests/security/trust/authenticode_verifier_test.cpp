@@ -99,14 +99,14 @@ std::vector<std::string> KeysOf(const SignatureList& signatures) {
 
 }  // namespace
 
-TEST(GetSignatures, ANullPathHasNoSignaturesAndAsksNothing) {
+TEST(GetSignatures, ReturnsNothingForANullPathWithoutASystemCall) {
   const TestSupport::ImportWatch watch;
   EXPECT_TRUE(Helper::GetSignatures(nullptr, false).empty());
   EXPECT_TRUE(Helper::GetSignatures(nullptr, true).empty());
   EXPECT_TRUE(watch.Calls().empty());
 }
 
-TEST(GetSignatures, AsksForAnEmbeddedSignatureAsWindowsDocumentsIt) {
+TEST(GetSignatures, VerifiesAnEmbeddedSignatureAsWindowsDocumentsIt) {
   FakeTrust trust;
   trust.embedded = {Signature(0, 1)};
   (void)Helper::GetSignatures(kPath, false);
@@ -129,7 +129,7 @@ TEST(GetSignatures, AsksForAnEmbeddedSignatureAsWindowsDocumentsIt) {
   EXPECT_FALSE(call.hasKnownSubject);
 }
 
-TEST(GetSignatures, HangsSignatureSettingsOnEachVerification) {
+TEST(GetSignatures, PassesSignatureSettingsToEachCall) {
   FakeTrust trust;
   trust.embedded = {Signature(0, 1), Signature(0, 2)};
   (void)Helper::GetSignatures(kPath, false);
@@ -171,7 +171,7 @@ TEST(GetSignatures, ClosesTheStateWhenReadingTheSignerThrows) {
   EXPECT_EQ(trust.openStates, 0);
 }
 
-TEST(GetSignatures, ListsTheThreeVerdictsWithTheirValues) {
+TEST(GetSignatures, ListsVerifiedExpiredAndUntrustedRootWithTheirVerdicts) {
   FakeTrust trust;
   trust.embedded = {Signature(0, 1), Signature(kExpired, 2), Signature(kUnknownRoot, 3)};
   const SignatureList signatures = Helper::GetSignatures(kPath, false);
@@ -181,14 +181,14 @@ TEST(GetSignatures, ListsTheThreeVerdictsWithTheirValues) {
   EXPECT_EQ(signatures[2].verifyResult, 0x800B0109u);
 }
 
-TEST(GetSignatures, AnotherVerdictAddsNothingAndDoesNotEndTheLoop) {
+TEST(GetSignatures, SkipsOtherVerdictsAndContinues) {
   FakeTrust trust;
   trust.embedded = {Signature(kBadDigest, 1), Signature(1, 2), Signature(0, 3)};
   EXPECT_EQ(KeysOf(Helper::GetSignatures(kPath, false)), (std::vector<std::string>{"30 03"}));
   EXPECT_EQ(trust.VerifyCalls().size(), 3u);
 }
 
-TEST(GetSignatures, StopsByTheCountThatTheLastVerificationLeft) {
+TEST(GetSignatures, StopsAtTheCountOfTheLastVerification) {
   FakeTrust trust;
   trust.embedded = {Signature(0, 1)};
   trust.secondaryCounts = std::vector<DWORD>{5, 5, 2};
@@ -196,7 +196,7 @@ TEST(GetSignatures, StopsByTheCountThatTheLastVerificationLeft) {
   EXPECT_EQ(IndexesOf(trust.VerifyCalls()), (std::vector<DWORD>{0, 1, 2}));
 }
 
-TEST(GetSignatures, KeepsTheCountWhereALaterVerificationWritesNone) {
+TEST(GetSignatures, KeepsTheCountWhenALaterVerificationWritesNone) {
   FakeTrust trust;
   trust.embedded = {Signature(0, 1)};
   trust.secondaryCounts = std::vector<DWORD>{2};
@@ -212,7 +212,7 @@ TEST(GetSignatures, ReadsTheCountBeforeTheStateIsClosed) {
   EXPECT_EQ(IndexesOf(trust.VerifyCalls()), (std::vector<DWORD>{0, 1, 2}));
 }
 
-TEST(GetSignatures, AsksForEachSignatureWithWholeSettingsThoughACloseWroteOverThem) {
+TEST(GetSignatures, RestoresTheSettingsThatACloseOverwrote) {
   FakeTrust trust;
   trust.embedded = {Signature(0, 1), Signature(0, 2), Signature(0, 3)};
   (void)Helper::GetSignatures(kPath, false);
@@ -224,7 +224,7 @@ TEST(GetSignatures, AsksForEachSignatureWithWholeSettingsThoughACloseWroteOverTh
   }
 }
 
-TEST(GetSignatures, EndsAtSixtyFourForAMadeUpCount) {
+TEST(GetSignatures, StopsAtSixtyFourForAMadeUpCount) {
   FakeTrust trust;
   trust.embedded = {Signature(0, 1)};
   trust.secondaryCounts = std::vector<DWORD>{0xFFFFFFFF};
@@ -234,14 +234,14 @@ TEST(GetSignatures, EndsAtSixtyFourForAMadeUpCount) {
   EXPECT_EQ(trust.openStates, 0);
 }
 
-TEST(GetSignatures, AsksOnceForAFileWithoutSignature) {
+TEST(GetSignatures, VerifiesOnceForAnUnsignedFile) {
   FakeTrust trust;
   EXPECT_TRUE(Helper::GetSignatures(kPath, false).empty());
   EXPECT_EQ(IndexesOf(trust.VerifyCalls()), (std::vector<DWORD>{0}));
   EXPECT_EQ(trust.CloseCalls().size(), 1u);
 }
 
-TEST(GetSignatures, VerifiesThroughACatalogInTheSameLoop) {
+TEST(GetSignatures, VerifiesEachSignatureOfACatalog) {
   const TempFolder folder;
   const std::wstring path = folder.File(L"listed.exe");
   WriteWholeFile(path, "content");
@@ -298,7 +298,7 @@ TEST(GetSignatures, HashesThenFindsTheCatalogThenVerifiesThenReleasesItsContext)
                                       "verify catalog 1", "close", "release context"}));
 }
 
-TEST(GetAllSignatures, ReleasesTheCatalogContextBeforeTheEmbeddedSignaturesAreAsked) {
+TEST(GetAllSignatures, ReleasesTheCatalogContextBeforeVerifyingEmbeddedSignatures) {
   const TempFolder folder;
   const std::wstring path = folder.File(L"listed.exe");
   WriteWholeFile(path, "content");
@@ -336,7 +336,7 @@ TEST(GetSignatures, ReleasesTheCatalogContextAfterTheLastVerification) {
   EXPECT_EQ(trust.openStates, 0);
 }
 
-TEST(GetSignatures, VerifiesNothingWhereNoCatalogKnowsTheFile) {
+TEST(GetSignatures, VerifiesNothingWhenNoCatalogListsTheFile) {
   const TempFolder folder;
   const std::wstring path = folder.File(L"plain.exe");
   WriteWholeFile(path, "content");
@@ -361,7 +361,7 @@ TEST(GetAllSignatures, ListsCatalogSignaturesBeforeEmbeddedOnes) {
             (std::vector<std::string>{"30 01", "30 02", "30 03", "30 04"}));
 }
 
-TEST(GetAllSignatures, CallsForTheSameFileMayRunOneAfterTheOtherWithoutMemory) {
+TEST(GetAllSignatures, ReadsTheSignaturesAnewOnEachCall) {
   FakeTrust trust;
   FakeCatalogs catalogs;
   trust.embedded = {Signature(0, 1)};
@@ -372,7 +372,7 @@ TEST(GetAllSignatures, CallsForTheSameFileMayRunOneAfterTheOtherWithoutMemory) {
 
 // What is no file on a disk has no signatures, and the system is not asked to verify it.
 
-TEST(GetSignatures, OfAPipeOrADeviceAreNoneAndNothingIsVerifiedOrOpened) {
+TEST(GetSignatures, ReturnsNothingForAPipeOrADeviceWithoutOpeningOrVerifyingIt) {
   FakeTrust trust;
   trust.embedded = {Signature(0, 1)};
   trust.byCatalog = {Signature(0, 1)};
@@ -392,7 +392,7 @@ TEST(GetSignatures, OfAPipeOrADeviceAreNoneAndNothingIsVerifiedOrOpened) {
   EXPECT_TRUE(opens.paths.empty());
 }
 
-TEST(GetSignatures, OfAPathThatIsTooLongForTheSystemAreAskedUnlessItsTextNamesAPipe) {
+TEST(GetSignatures, VerifiesATooLongPathUnlessItNamesAPipe) {
   FakeTrust trust;
   trust.embedded = {Signature(0, 1)};
   const std::wstring tail(40000, L'a');
@@ -401,7 +401,7 @@ TEST(GetSignatures, OfAPathThatIsTooLongForTheSystemAreAskedUnlessItsTextNamesAP
   EXPECT_EQ(Helper::GetSignatures((L"C:\\" + tail).c_str(), false).size(), 1u);
 }
 
-TEST(GetSignatures, OfAReservedNameWithAnExtensionAreNoneWhereTheSystemMakesItADevice) {
+TEST(GetSignatures, ReturnsNothingForAReservedNameThatTheSystemMakesADevice) {
   FakeTrust trust;
   trust.embedded = {Signature(0, 1)};
   for (const wchar_t* path : {L"COM1.dll", L"C:\\folder\\NUL.txt", L"aux.dll"}) {
@@ -414,7 +414,7 @@ TEST(GetSignatures, OfAReservedNameWithAnExtensionAreNoneWhereTheSystemMakesItAD
   }
 }
 
-TEST(GetSignatures, OfAHandleThatIsNoDiskFileAreNoneAndNothingIsVerified) {
+TEST(GetSignatures, ReturnsNothingForAHandleThatIsNoDiskFileWithoutVerifyingIt) {
   // As with a link or a drive letter that leads to a pipe: only the handle tells.
   const TempFolder folder;
   const std::wstring path = folder.File(L"looks.dll");
@@ -434,7 +434,7 @@ TEST(GetSignatures, OfAHandleThatIsNoDiskFileAreNoneAndNothingIsVerified) {
   }
 }
 
-TEST(GetSignatures, OfABusyPipeThatOnlyTheOpeningRevealsAreNone) {
+TEST(GetSignatures, ReturnsNothingForABusyPipeThatOnlyOpeningReveals) {
   FakeTrust trust;
   trust.embedded = {Signature(0, 1)};
   SeenOpens opens;
@@ -446,7 +446,7 @@ TEST(GetSignatures, OfABusyPipeThatOnlyTheOpeningRevealsAreNone) {
       << "nothing is known of a file that cannot be opened: the system's call decides";
 }
 
-TEST(GetSignatures, OpenForTheAttributesOnlyAndLetNobodyActAsTheService) {
+TEST(GetSignatures, OpensTheFileForAttributesOnlyAtIdentificationLevel) {
   const TempFolder folder;
   const std::wstring path = folder.File(L"plain.dll");
   WriteWholeFile(path, "content");
@@ -462,7 +462,7 @@ TEST(GetSignatures, OpenForTheAttributesOnlyAndLetNobodyActAsTheService) {
   EXPECT_EQ(opens.closed, 1) << "before the verification ends";
 }
 
-TEST(GetSignatures, AskOfANetworkPathLikeOfAnyOther) {
+TEST(GetSignatures, TreatsANetworkPathLikeAnyOther) {
   FakeTrust trust;
   trust.embedded = {Signature(0, 1)};
   SeenOpens opens;

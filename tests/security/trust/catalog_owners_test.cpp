@@ -31,7 +31,7 @@ class CatalogOwners : public testing::Test {
 
 }  // namespace
 
-TEST_F(CatalogOwners, AContextIsReleasedOnceAlsoAfterAMove) {
+TEST_F(CatalogOwners, AMovedContextIsReleasedOnce) {
   {
     UniqueCatalogAdmin first = NewContext();
     EXPECT_TRUE(static_cast<bool>(first));
@@ -41,7 +41,7 @@ TEST_F(CatalogOwners, AContextIsReleasedOnceAlsoAfterAMove) {
   EXPECT_EQ(catalogs_.Count("release context"), 1);
 }
 
-TEST_F(CatalogOwners, AContextIsReleasedByResetAndNotAfterRelease) {
+TEST_F(CatalogOwners, ResetReleasesAContextAndReleaseGivesItUp) {
   UniqueCatalogAdmin admin = NewContext();
   admin.reset();
   EXPECT_EQ(catalogs_.Count("release context"), 1);
@@ -52,7 +52,7 @@ TEST_F(CatalogOwners, AContextIsReleasedByResetAndNotAfterRelease) {
   EXPECT_EQ(catalogs_.Count("release context"), 1);
 }
 
-TEST_F(CatalogOwners, ACatalogIsReleasedOnceAndBeforeItsContext) {
+TEST_F(CatalogOwners, AMovedCatalogIsReleasedOnceAndBeforeItsContext) {
   {
     const UniqueCatalogAdmin admin = NewContext();
     UniqueCatalog first = NewCatalog(admin);
@@ -64,7 +64,7 @@ TEST_F(CatalogOwners, ACatalogIsReleasedOnceAndBeforeItsContext) {
             (std::vector<std::string>{"acquire", "enum", "release catalog", "release context"}));
 }
 
-TEST_F(CatalogOwners, NoCatalogIsNothingToRelease) {
+TEST_F(CatalogOwners, AnEmptyOwnerReleasesNothing) {
   catalogs_.catalogs.clear();
   const UniqueCatalogAdmin admin = NewContext();
   {
@@ -74,7 +74,7 @@ TEST_F(CatalogOwners, NoCatalogIsNothingToRelease) {
   EXPECT_EQ(catalogs_.Count("release catalog"), 0);
 }
 
-TEST_F(CatalogOwners, AReleaseKeepsTheLastError) {
+TEST_F(CatalogOwners, ReleasingKeepsTheLastError) {
   UniqueCatalogAdmin admin = NewContext();
   UniqueCatalog catalog = NewCatalog(admin);
   SetLastError(77);

@@ -86,7 +86,7 @@ TEST_F(GetSecurityCatalogInfo, DescribesTheFileAsAMemberOfItsFirstCatalog) {
   EXPECT_EQ(catalogs_.Count("enum"), 1);
 }
 
-TEST_F(GetSecurityCatalogInfo, TheMemberTagIsTheHashIn64UpperCaseDigits) {
+TEST_F(GetSecurityCatalogInfo, UsesTheHashIn64UpperCaseDigitsAsMemberTag) {
   ASSERT_EQ(Ask(), 1);
   const UniqueCatalogInfo info(data_.pCatalog);
   EXPECT_STREQ(info->pcwszMemberTag, kFakeTag);
@@ -105,14 +105,14 @@ TEST_F(GetSecurityCatalogInfo, ReleasesTheCatalogAtOnceAndTheContextWithTheResul
   EXPECT_EQ(catalogs_.openContexts, 0);
 }
 
-TEST_F(GetSecurityCatalogInfo, APathWithoutTerminatorIsCutAt259Characters) {
+TEST_F(GetSecurityCatalogInfo, CutsACatalogPathWithoutTerminatorAt259Characters) {
   catalogs_.fillWholePath = true;
   ASSERT_EQ(Ask(), 1);
   const UniqueCatalogInfo info(data_.pCatalog);
   EXPECT_EQ(std::wstring(info->pcwszCatalogFilePath), std::wstring(259, L'x'));
 }
 
-TEST_F(GetSecurityCatalogInfo, AFailedContextIsLoggedWithTheSystemsError) {
+TEST_F(GetSecurityCatalogInfo, LogsTheErrorOfAFailedContext) {
   catalogs_.failAcquire = true;
   catalogs_.acquireError = 5;
   ExpectRefusal({Error(
@@ -121,39 +121,39 @@ TEST_F(GetSecurityCatalogInfo, AFailedContextIsLoggedWithTheSystemsError) {
   EXPECT_EQ(catalogs_.calls, (std::vector<std::string>{"acquire"}));
 }
 
-TEST_F(GetSecurityCatalogInfo, AFailedContextThatLeftAHandleIsNotReleased) {
+TEST_F(GetSecurityCatalogInfo, DoesNotReleaseAContextThatAFailedCallLeft) {
   catalogs_.failAcquire = true;
   catalogs_.leaveHandleOnFailure = true;
   EXPECT_EQ(Ask(), 0);
   EXPECT_EQ(catalogs_.calls, (std::vector<std::string>{"acquire"}));
 }
 
-TEST_F(GetSecurityCatalogInfo, ANullContextCountsAsAFailure) {
+TEST_F(GetSecurityCatalogInfo, TreatsANullContextAsAFailure) {
   catalogs_.acquireNull = true;
   SetLastError(6);
   EXPECT_EQ(Ask(), 0);
   EXPECT_EQ(catalogs_.calls, (std::vector<std::string>{"acquire"}));
 }
 
-TEST_F(GetSecurityCatalogInfo, ANullPathIsRefused) {
+TEST_F(GetSecurityCatalogInfo, RefusesANullPath) {
   EXPECT_EQ(Helper::GetSecurityCatalogInfo(nullptr, data_), 0);
   EXPECT_EQ(catalogs_.Count("enum"), 0);
   EXPECT_EQ(catalogs_.openContexts, 0);
 }
 
-TEST_F(GetSecurityCatalogInfo, AMissingFileIsRefusedWithoutAnErrorLineOrALookUp) {
+TEST_F(GetSecurityCatalogInfo, RefusesAMissingFileWithoutAnErrorLineOrALookUp) {
   path_ = folder_.File(L"missing.exe");
   ExpectRefusal({});
   EXPECT_EQ(catalogs_.calls, (std::vector<std::string>{"acquire", "release context"}));
 }
 
-TEST_F(GetSecurityCatalogInfo, AnEmptyHashTextNeverReachesTheLookUp) {
+TEST_F(GetSecurityCatalogInfo, NeverLooksUpAnEmptyHash) {
   catalogs_.failHash = true;
   ExpectRefusal({});
   EXPECT_EQ(catalogs_.Count("enum"), 0);
 }
 
-TEST_F(GetSecurityCatalogInfo, AFileThatNoCatalogListsCostsOneErrorLine) {
+TEST_F(GetSecurityCatalogInfo, LogsOneErrorForAFileThatNoCatalogLists) {
   catalogs_.catalogs.clear();
   catalogs_.enumError = 1168;
   ExpectRefusal({Error(
@@ -163,7 +163,7 @@ TEST_F(GetSecurityCatalogInfo, AFileThatNoCatalogListsCostsOneErrorLine) {
   EXPECT_EQ(catalogs_.Count("release context"), 1);
 }
 
-TEST_F(GetSecurityCatalogInfo, ACatalogWithoutAPathIsRefusedWithoutAnErrorLine) {
+TEST_F(GetSecurityCatalogInfo, RefusesACatalogWithoutAPathAndLogsNoError) {
   catalogs_.failInfo = true;
   ExpectRefusal({});
   EXPECT_EQ(catalogs_.calls,

@@ -96,10 +96,10 @@ BOOL WINAPI FakeCloseHandle(HANDLE handle) {
   return TRUE;
 }
 
-class ClientPath : public testing::Test {
+class GetFullExpandedPathForClient : public testing::Test {
  protected:
-  ClientPath() { calls = &fake_; }
-  ~ClientPath() override { calls = nullptr; }
+  GetFullExpandedPathForClient() { calls = &fake_; }
+  ~GetFullExpandedPathForClient() override { calls = nullptr; }
 
   std::wstring Expand() { return UtilHelper::GetFullExpandedPath(L"%PLACE%\\a.exe", kComponent); }
 
@@ -114,7 +114,7 @@ class ClientPath : public testing::Test {
   ImportPatch close_{"CloseHandle", &FakeCloseHandle};
 };
 
-TEST_F(ClientPath, AsksOnceWithVersionThreeForTheProcessIdOnly) {
+TEST_F(GetFullExpandedPathForClient, RequestsOnlyTheProcessIdWithVersion3OfTheAttributes) {
   Expand();
   ASSERT_EQ(rpc_.Questions().size(), 1U);
   const FakeRpcQuery::Question& question = rpc_.Questions().front();
@@ -128,7 +128,7 @@ TEST_F(ClientPath, AsksOnceWithVersionThreeForTheProcessIdOnly) {
   for (std::size_t i = 8; i < 120; ++i) EXPECT_EQ(question.attributes[i], 0) << i;
 }
 
-TEST_F(ClientPath, ExpandsWithTheVariablesOfTheClient) {
+TEST_F(GetFullExpandedPathForClient, ExpandsTheVariablesOfTheClient) {
   EXPECT_EQ(Expand(), L"C:\\Client\\a.exe");
   EXPECT_THAT(fake_.opened, ElementsAre(0x1FFFFFU, 0U, kClient));
   EXPECT_THAT(fake_.tokenOf, ElementsAre(ProcessHandle()));
@@ -138,13 +138,13 @@ TEST_F(ClientPath, ExpandsWithTheVariablesOfTheClient) {
   EXPECT_EQ(fake_.expandChars, 260U);
 }
 
-TEST_F(ClientPath, WritesNoLineAboutAnExpansionThatWorked) {
+TEST_F(GetFullExpandedPathForClient, LogsNothingAboutASuccessfulExpansion) {
   Expand();
   EXPECT_THAT(log_.Records(),
               ElementsAre(Info(L"GetFullPathName: [C:\\Client\\a.exe]", kComponent)));
 }
 
-TEST_F(ClientPath, DoesNotAskForTheVariablesOfTheProcess) {
+TEST_F(GetFullExpandedPathForClient, NeverExpandsTheVariablesOfThisProcess) {
   const TestSupport::ImportWatch watch;
   Expand();
   EXPECT_THAT(watch.Calls(), ElementsAre("RpcServerInqCallAttributesW", "OpenProcess",
@@ -152,12 +152,12 @@ TEST_F(ClientPath, DoesNotAskForTheVariablesOfTheProcess) {
                                          "CloseHandle", "CloseHandle", "GetFullPathNameW"));
 }
 
-TEST_F(ClientPath, ClosesTokenAndProcess) {
+TEST_F(GetFullExpandedPathForClient, ClosesTokenAndProcess) {
   Expand();
   EXPECT_THAT(fake_.closed, ElementsAre(TokenHandle(), ProcessHandle()));
 }
 
-TEST_F(ClientPath, IsEmptyWhereTheProcessCannotBeOpened) {
+TEST_F(GetFullExpandedPathForClient, IsEmptyWhenTheProcessCannotBeOpened) {
   for (const HANDLE handle : {HANDLE{nullptr}, INVALID_HANDLE_VALUE}) {
     fake_.process = handle;
     log_.Clear();
@@ -172,7 +172,7 @@ TEST_F(ClientPath, IsEmptyWhereTheProcessCannotBeOpened) {
   EXPECT_THAT(fake_.closed, IsEmpty());
 }
 
-TEST_F(ClientPath, IsEmptyWhereTheTokenCannotBeOpened) {
+TEST_F(GetFullExpandedPathForClient, IsEmptyWhenTheTokenCannotBeOpened) {
   fake_.tokenResult = FALSE;
   for (const HANDLE handle : {HANDLE{nullptr}, INVALID_HANDLE_VALUE}) {
     fake_.token = handle;
@@ -187,13 +187,13 @@ TEST_F(ClientPath, IsEmptyWhereTheTokenCannotBeOpened) {
   EXPECT_THAT(fake_.expandedFor, IsEmpty());
 }
 
-TEST_F(ClientPath, UsesATokenThatCameWithAFailure) {
+TEST_F(GetFullExpandedPathForClient, UsesATokenThatAFailedCallReturned) {
   fake_.tokenResult = FALSE;
   EXPECT_EQ(Expand(), L"C:\\Client\\a.exe");
   EXPECT_THAT(fake_.closed, ElementsAre(TokenHandle(), ProcessHandle()));
 }
 
-TEST_F(ClientPath, IsEmptyWhereTheExpansionFails) {
+TEST_F(GetFullExpandedPathForClient, IsEmptyWhenTheExpansionFails) {
   fake_.expandResult = FALSE;
   EXPECT_EQ(Expand(), L"");
   ASSERT_EQ(log_.Records().size(), 2U);
@@ -203,7 +203,7 @@ TEST_F(ClientPath, IsEmptyWhereTheExpansionFails) {
   EXPECT_THAT(fake_.closed, ElementsAre(TokenHandle(), ProcessHandle()));
 }
 
-TEST_F(ClientPath, NeverUsesTheBeginningOfAnExpansionThatWasCut) {
+TEST_F(GetFullExpandedPathForClient, NeverUsesATruncatedExpansion) {
   fake_.expansion = L"C:\\Windows\\" + std::wstring(249, L'w');  // 260 characters
   EXPECT_EQ(Expand(), L"");
   ASSERT_EQ(log_.Records().size(), 2U);
@@ -211,7 +211,7 @@ TEST_F(ClientPath, NeverUsesTheBeginningOfAnExpansionThatWasCut) {
             Warning(ExpansionFailure(L"ExpandEnvironmentStringsForUser", 203), kComponent));
 }
 
-TEST_F(ClientPath, NeverUsesWhatAFailedExpansionLeft) {
+TEST_F(GetFullExpandedPathForClient, NeverUsesTheTextOfAFailedExpansion) {
   fake_.expandResult = FALSE;
   fake_.leftover = L"C:\\Windows\\a.exe";
   EXPECT_EQ(Expand(), L"");
@@ -219,25 +219,25 @@ TEST_F(ClientPath, NeverUsesWhatAFailedExpansionLeft) {
   EXPECT_THAT(log_.Records()[1].text, testing::HasSubstr(L"function GetFullPathName with"));
 }
 
-TEST_F(ClientPath, TakesAnExpansionForCutThatCannotBeHeldAgainstAWiderOne) {
+TEST_F(GetFullExpandedPathForClient, TreatsAFullBufferAsTruncatedWhenTheSecondExpansionFails) {
   fake_.expansion = L"C:\\Windows\\" + std::wstring(248, L'w');  // 259 characters
   fake_.widerExpandResult = FALSE;
   EXPECT_EQ(Expand(), L"");
   EXPECT_EQ(log_.Records().size(), 2U);
 }
 
-TEST_F(ClientPath, AsksASecondTimeOnlyForATextThatFillsTheBuffer) {
+TEST_F(GetFullExpandedPathForClient, ExpandsAgainOnlyWhenTheTextFillsTheBuffer) {
   fake_.expansion = L"C:\\Windows\\" + std::wstring(247, L'w');  // 258 characters
   EXPECT_EQ(Expand(), fake_.expansion);
   EXPECT_EQ(fake_.expandedFor.size(), 1U);
 }
 
-TEST_F(ClientPath, TakesTheLongestExpansionThatFits) {
+TEST_F(GetFullExpandedPathForClient, AcceptsTheLongestExpansionThatFits) {
   fake_.expansion = L"C:\\Windows\\" + std::wstring(248, L'w');  // 259 characters
   EXPECT_EQ(Expand(), fake_.expansion);
 }
 
-TEST(ClientPathForReal, ExpandsForThisProcessAsItsOwnClient) {
+TEST(GetFullExpandedPathWithARealToken, ExpandsForThisProcessAsItsOwnClient) {
   const FakeRpcQuery rpc = FakeRpcQuery::ServingClient(GetCurrentProcessId());
   wchar_t windows[MAX_PATH] = {};
   GetWindowsDirectoryW(windows, MAX_PATH);

@@ -10,7 +10,7 @@ struct Row {
   const wchar_t* path;
 };
 
-TEST(NamesADevice, PipesAndMailslotsOfThisMachine) {
+TEST(NamesADevice, IsTrueForPipesAndMailslotsOfThisMachine) {
   const Row rows[] = {
       {"pipe", L"\\\\.\\pipe\\name"},
       {"other case", L"\\\\.\\PiPe\\name"},
@@ -31,7 +31,7 @@ TEST(NamesADevice, PipesAndMailslotsOfThisMachine) {
   for (const Row& row : rows) EXPECT_TRUE(NamesADevice(row.path)) << row.label;
 }
 
-TEST(NamesADevice, PipesOfAServer) {
+TEST(NamesADevice, IsTrueForPipesAndMailslotsOfAServer) {
   const Row rows[] = {
       {"pipe", L"\\\\server\\pipe\\name"},
       {"other case", L"\\\\SERVER\\PIPE\\name"},
@@ -45,7 +45,7 @@ TEST(NamesADevice, PipesOfAServer) {
   for (const Row& row : rows) EXPECT_TRUE(NamesADevice(row.path)) << row.label;
 }
 
-TEST(NamesADevice, DevicesAndVolumesThemselves) {
+TEST(NamesADevice, IsTrueForDevicesAndVolumes) {
   const Row rows[] = {
       {"port", L"\\\\.\\COM1"},
       {"null device", L"\\\\.\\NUL"},
@@ -62,7 +62,7 @@ TEST(NamesADevice, DevicesAndVolumesThemselves) {
   for (const Row& row : rows) EXPECT_TRUE(NamesADevice(row.path)) << row.label;
 }
 
-TEST(NamesADevice, NoFileOnADiskOrAShare) {
+TEST(NamesADevice, IsFalseForFilesOnADiskOrAShare) {
   const Row rows[] = {
       {"empty", L""},
       {"separator", L"\\"},

@@ -75,7 +75,7 @@ class CalculateFileHash : public testing::Test {
 
 }  // namespace
 
-TEST_F(CalculateFileHash, WritesTheBytesInUpperCaseHexadecimal) {
+TEST_F(CalculateFileHash, ReturnsTheBytesAndUpperCaseHexadecimal) {
   catalogs_.hash = {0x00, 0x09, 0xAB, 0xff};
   const FileHash hash = HashWithOwnContext();
   EXPECT_EQ(hash.bytes, (std::vector<std::uint8_t>{0x00, 0x09, 0xAB, 0xff}));
@@ -83,7 +83,7 @@ TEST_F(CalculateFileHash, WritesTheBytesInUpperCaseHexadecimal) {
   EXPECT_TRUE(log_.Records().empty());
 }
 
-TEST_F(CalculateFileHash, OpensForReadingWithFullSharingAndCloses) {
+TEST_F(CalculateFileHash, OpensForReadingWithFullSharingAndClosesTheFile) {
   (void)HashWithOwnContext();
   EXPECT_EQ(opened.path, path_);
   EXPECT_EQ(opened.access, 0x80000000u);
@@ -101,7 +101,7 @@ TEST_F(CalculateFileHash, ReleasesItsOwnContextAfterASuccess) {
             (std::vector<std::string>{"acquire", "hash size", "hash", "release context"}));
 }
 
-TEST_F(CalculateFileHash, KeepsItsOwnContextAfterAFailure) {
+TEST_F(CalculateFileHash, DoesNotReleaseItsOwnContextAfterAFailure) {
   catalogs_.failHash = true;
   (void)HashWithOwnContext();
   EXPECT_EQ(catalogs_.Count("release context"), 0);
@@ -109,7 +109,7 @@ TEST_F(CalculateFileHash, KeepsItsOwnContextAfterAFailure) {
   EXPECT_EQ(closedCount, 1) << "the file is closed all the same";
 }
 
-TEST_F(CalculateFileHash, NeitherAcquiresNorReleasesWithAGivenContext) {
+TEST_F(CalculateFileHash, NeitherAcquiresNorReleasesAContextWhenOneIsGiven) {
   // A fake context is the address that the first acquisition gives.
   HCATADMIN given = nullptr;
   ASSERT_TRUE(CryptCATAdminAcquireContext2(&given, nullptr, L"SHA256", nullptr, 0));
@@ -118,7 +118,7 @@ TEST_F(CalculateFileHash, NeitherAcquiresNorReleasesWithAGivenContext) {
   EXPECT_EQ(catalogs_.calls, (std::vector<std::string>{"hash size", "hash"}));
 }
 
-TEST_F(CalculateFileHash, AFailedContextOpensNothingAndWritesNoLine) {
+TEST_F(CalculateFileHash, OpensNothingAndLogsNothingWhenNoContextIsAcquired) {
   catalogs_.failAcquire = true;
   opened = {};
   const FileHash hash = HashWithOwnContext();
@@ -128,7 +128,7 @@ TEST_F(CalculateFileHash, AFailedContextOpensNothingAndWritesNoLine) {
   EXPECT_TRUE(log_.Records().empty());
 }
 
-TEST_F(CalculateFileHash, AMissingFileGivesAnEmptyTextWithoutALine) {
+TEST_F(CalculateFileHash, ReturnsAnEmptyTextAndLogsNothingForAMissingFile) {
   path_ = folder_.File(L"missing.bin");
   const FileHash hash = HashWithOwnContext();
   EXPECT_TRUE(hash.bytes.empty());
@@ -137,14 +137,14 @@ TEST_F(CalculateFileHash, AMissingFileGivesAnEmptyTextWithoutALine) {
   EXPECT_TRUE(log_.Records().empty());
 }
 
-TEST_F(CalculateFileHash, AnyLengthThatTheSystemTellsIsTaken) {
+TEST_F(CalculateFileHash, AcceptsAnyLengthThatTheSystemReports) {
   catalogs_.hash.assign(100, 0xAB);
   const FileHash hash = HashWithOwnContext();
   EXPECT_EQ(hash.bytes, catalogs_.hash);
   EXPECT_EQ(hash.hexText.size(), 200u);
 }
 
-TEST_F(CalculateFileHash, OpensNoDeviceAndNoPipeThatItsPathNames) {
+TEST_F(CalculateFileHash, DoesNotOpenAPathThatNamesADeviceOrAPipe) {
   const std::wstring name = L"\\\\.\\pipe\\trust-test-" + std::to_wstring(GetCurrentProcessId());
   const HANDLE pipe =
       CreateNamedPipeW(name.c_str(), PIPE_ACCESS_OUTBOUND, PIPE_TYPE_BYTE, 1, 0, 0, 0, nullptr);
@@ -159,7 +159,7 @@ TEST_F(CalculateFileHash, OpensNoDeviceAndNoPipeThatItsPathNames) {
   CloseHandle(pipe);
 }
 
-TEST_F(CalculateFileHash, AHandleThatIsNoDiskFileCountsAsNotOpened) {
+TEST_F(CalculateFileHash, TreatsAHandleThatIsNoDiskFileAsNotOpened) {
   static DWORD type = FILE_TYPE_UNKNOWN;
   const Standin::ImportPatch patch(
       "GetFileType", +[](HANDLE) -> DWORD { return type; });
@@ -173,7 +173,7 @@ TEST_F(CalculateFileHash, AHandleThatIsNoDiskFileCountsAsNotOpened) {
   EXPECT_EQ(catalogs_.Count("hash size"), 0);
 }
 
-TEST_F(CalculateFileHash, ASizeOfZeroIsAFailureWhateverTheCallReturned) {
+TEST_F(CalculateFileHash, FailsForASizeOfZeroEvenWhenTheCallSucceeds) {
   catalogs_.hashSizeZero = true;
   EXPECT_TRUE(HashWithOwnContext().hexText.empty());
   EXPECT_EQ(catalogs_.Count("hash size"), 1);
@@ -181,12 +181,12 @@ TEST_F(CalculateFileHash, ASizeOfZeroIsAFailureWhateverTheCallReturned) {
   EXPECT_EQ(closedCount, 1);
 }
 
-TEST_F(CalculateFileHash, ASizeCountsAlsoWhereTheSizeCallSaysFalse) {
+TEST_F(CalculateFileHash, UsesTheSizeEvenWhenTheSizeCallReturnsFalse) {
   catalogs_.failHashSizeCall = true;
   EXPECT_EQ(HashWithOwnContext().hexText.size(), 64u);
 }
 
-TEST_F(CalculateFileHash, AFailedHashLeavesZeroBytesAndAnEmptyText) {
+TEST_F(CalculateFileHash, ReturnsZeroBytesAndAnEmptyTextWhenHashingFails) {
   catalogs_.failHash = true;
   const FileHash hash = HashWithOwnContext();
   EXPECT_EQ(hash.bytes, std::vector<std::uint8_t>(32, 0));

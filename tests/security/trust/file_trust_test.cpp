@@ -59,55 +59,55 @@ class IsFileTrusted : public testing::Test {
 
 }  // namespace
 
-TEST_F(IsFileTrusted, AListedKeyWithAnUntrustedRootIsRefused) {
+TEST_F(IsFileTrusted, RefusesAListedKeyWithAnUntrustedRoot) {
   trust_.embedded = {Signature(kUnknownRoot, kListed)};
   EXPECT_FALSE(Ask(keys_));
   EXPECT_EQ(log_.Records(), Lines(1, {Verdict(L"no", L"yes")}));
 }
 
-TEST_F(IsFileTrusted, AValidSignatureWithAnUnlistedKeyIsRefused) {
+TEST_F(IsFileTrusted, RefusesAValidSignatureWithAnUnlistedKey) {
   trust_.embedded = {Signature(0, kUnlisted)};
   EXPECT_FALSE(Ask(keys_));
   EXPECT_EQ(log_.Records(), Lines(1, {Verdict(L"yes", L"no")}));
 }
 
-TEST_F(IsFileTrusted, AValidSignatureWithAListedKeyIsTrusted) {
+TEST_F(IsFileTrusted, AcceptsAValidSignatureWithAListedKey) {
   trust_.embedded = {Signature(0, kListed)};
   EXPECT_TRUE(Ask(keys_));
   EXPECT_EQ(log_.Records(), Lines(1, {Verdict(L"yes", L"yes")}));
 }
 
-TEST_F(IsFileTrusted, AnExpiredCertificateWithAListedKeyIsTrusted) {
+TEST_F(IsFileTrusted, AcceptsAnExpiredCertificateWithAListedKey) {
   trust_.embedded = {Signature(kExpired, kListed)};
   EXPECT_TRUE(Ask(keys_));
   EXPECT_EQ(log_.Records(), Lines(1, {Verdict(L"yes", L"yes")}));
 }
 
-TEST_F(IsFileTrusted, TheTwoTestsNeedNotBeMetByTheSameSignature) {
+TEST_F(IsFileTrusted, AcceptsWhenDifferentSignaturesPassTheTwoTests) {
   trust_.embedded = {Signature(0, kUnlisted), Signature(kUnknownRoot, kListed)};
   EXPECT_TRUE(Ask(keys_));
   EXPECT_EQ(log_.Records(), Lines(2, {Verdict(L"yes", L"yes")}));
 }
 
-TEST_F(IsFileTrusted, AnUnlistedUntrustedSignatureIsRefusedTwice) {
+TEST_F(IsFileTrusted, RefusesAnUntrustedSignatureWithAnUnlistedKey) {
   trust_.embedded = {Signature(kUnknownRoot, kUnlisted)};
   EXPECT_FALSE(Ask(keys_));
   EXPECT_EQ(log_.Records(), Lines(1, {Verdict(L"no", L"no")}));
 }
 
-TEST_F(IsFileTrusted, AFileWithoutSignatureIsRefusedWithoutAVerdictLine) {
+TEST_F(IsFileTrusted, RefusesAnUnsignedFileWithoutAVerdictLine) {
   EXPECT_FALSE(Ask(keys_));
   EXPECT_EQ(log_.Records(), Lines(0, {}));
 }
 
-TEST_F(IsFileTrusted, AnEmptyKeyListIsRefusedAfterTheVerification) {
+TEST_F(IsFileTrusted, RefusesAnEmptyKeyListAfterTheVerification) {
   trust_.embedded = {Signature(0, kListed)};
   EXPECT_FALSE(Ask({}));
   EXPECT_EQ(trust_.VerifyCalls().size(), 1u);
   EXPECT_EQ(log_.Records(), Lines(1, {}));
 }
 
-TEST_F(IsFileTrusted, ANullPathOrListIsRefusedWithoutALineOrACall) {
+TEST_F(IsFileTrusted, RefusesANullPathOrListWithoutALogLineOrASystemCall) {
   trust_.embedded = {Signature(0, kListed)};
   const TestSupport::ImportWatch watch;
   EXPECT_FALSE(Helper::IsFileTrusted(nullptr, &keys_));
@@ -117,7 +117,7 @@ TEST_F(IsFileTrusted, ANullPathOrListIsRefusedWithoutALineOrACall) {
   EXPECT_TRUE(watch.Calls().empty());
 }
 
-TEST_F(IsFileTrusted, ACatalogMayVouchForWindowsAndAnEmbeddedSignatureForTheKey) {
+TEST_F(IsFileTrusted, AcceptsACatalogForWindowsAndAnEmbeddedSignatureForTheKey) {
   catalogs_.catalogs = {L"C:\\catalogs\\first.cat"};
   trust_.byCatalog = {Signature(0, kUnlisted)};
   trust_.embedded = {Signature(kUnknownRoot, kListed)};
@@ -125,7 +125,7 @@ TEST_F(IsFileTrusted, ACatalogMayVouchForWindowsAndAnEmbeddedSignatureForTheKey)
   EXPECT_EQ(log_.Records().back(), Verdict(L"yes", L"yes"));
 }
 
-TEST_F(IsFileTrusted, NoFailingCallTurnsANoIntoAYes) {
+TEST_F(IsFileTrusted, StillRefusesWhenASystemCallFails) {
   struct Failure {
     const char* label;
     std::function<void(FakeTrust&, FakeCatalogs&)> apply;
@@ -166,21 +166,21 @@ TEST_F(IsFileTrusted, NoFailingCallTurnsANoIntoAYes) {
   }
 }
 
-TEST_F(IsFileTrusted, ASignerThatCannotBeReadLosesItsKey) {
+TEST_F(IsFileTrusted, RefusesASignerThatCannotBeRead) {
   trust_.embedded = {Signature(0, kListed)};
   trust_.hideProvider = true;
   EXPECT_FALSE(Ask(keys_));
   EXPECT_EQ(log_.Records(), Lines(0, {Verdict(L"yes", L"no")}));
 }
 
-TEST_F(IsFileTrusted, ASignerWithoutAReadableKeyIsRefusedThoughTheListHoldsAnEmptyText) {
+TEST_F(IsFileTrusted, RefusesASignerWithoutAReadableKeyWhenTheListHasAnEmptyText) {
   trust_.embedded = {Signature(0, kListed)};
   trust_.hideProvider = true;
   EXPECT_FALSE(Ask({""}));
   EXPECT_EQ(log_.Records(), Lines(0, {Verdict(L"yes", L"no")}));
 }
 
-TEST_F(IsFileTrusted, HoldsNothingOpenSoThatTheFileCanBeReplacedAfterTheQuestion) {
+TEST_F(IsFileTrusted, LeavesTheFileClosedSoThatItCanBeReplacedAfterTheCheck) {
   catalogs_.catalogs = {L"C:\\catalogs\\first.cat"};
   trust_.byCatalog = {Signature(0, kListed)};
   trust_.embedded = {Signature(0, kListed)};

@@ -33,7 +33,7 @@ std::wstring PathOfLength(std::size_t length) {
   return path;
 }
 
-TEST(FullPath, ExpandsTheProcessesVariablesAndNormalises) {
+TEST(GetFullExpandedPath, ExpandsTheVariablesOfTheProcessAndNormalises) {
   const FakeRpcQuery rpc;
   const ScopedVariable place(L"WATTLEAF_PLACE", L"C:\\Some");
   const LogCapture log;
@@ -46,7 +46,7 @@ TEST(FullPath, ExpandsTheProcessesVariablesAndNormalises) {
                           Info(L"GetFullPathName: [C:\\Some\\b.dll]", kComponent)));
 }
 
-TEST(FullPath, IsEmptyForANullPathWithoutAnySystemCall) {
+TEST(GetFullExpandedPath, IsEmptyForANullPathWithoutAnySystemCall) {
   const LogCapture log;
   const ImportWatch watch;
   EXPECT_EQ(UtilHelper::GetFullExpandedPath(nullptr, kComponent), L"");
@@ -57,7 +57,7 @@ TEST(FullPath, IsEmptyForANullPathWithoutAnySystemCall) {
                                   kComponent)));
 }
 
-TEST(FullPath, GoesOnWithAnEmptyTextWhereTheExpansionFails) {
+TEST(GetFullExpandedPath, ContinuesWithAnEmptyTextWhenTheExpansionFails) {
   static std::wstring input;
   input = L"not asked";
   const FakeRpcQuery rpc;
@@ -80,7 +80,7 @@ TEST(FullPath, GoesOnWithAnEmptyTextWhereTheExpansionFails) {
                           Warning(ExpansionFailure(L"GetFullPathName", 123), kComponent)));
 }
 
-TEST(FullPath, NeverUsesWhatAFailedExpansionLeft) {
+TEST(GetFullExpandedPath, NeverUsesTheTextOfAFailedExpansion) {
   const FakeRpcQuery rpc;
   const ImportPatch expand(
       "ExpandEnvironmentStringsW", +[](LPCWSTR, LPWSTR text, DWORD chars) -> DWORD {
@@ -92,7 +92,7 @@ TEST(FullPath, NeverUsesWhatAFailedExpansionLeft) {
   EXPECT_EQ(log.Records().size(), 2U);
 }
 
-TEST(FullPath, IsEmptyWhereTheFullPathFails) {
+TEST(GetFullExpandedPath, IsEmptyWhenTheFullPathFails) {
   const FakeRpcQuery rpc;
   const ImportPatch full(
       "GetFullPathNameW", +[](LPCWSTR, DWORD, LPWSTR, LPWSTR*) -> DWORD {
@@ -105,7 +105,7 @@ TEST(FullPath, IsEmptyWhereTheFullPathFails) {
                                          Warning(ExpansionFailure(L"GetFullPathName", 5))));
 }
 
-TEST(FullPath, TellsBothCallsACapacityOf260Characters) {
+TEST(GetFullExpandedPath, PassesACapacityOf260CharactersToBothCalls) {
   static DWORD expandChars = 0;
   static DWORD fullChars = 0;
   const FakeRpcQuery rpc;
@@ -125,14 +125,14 @@ TEST(FullPath, TellsBothCallsACapacityOf260Characters) {
   EXPECT_EQ(fullChars, 260U);
 }
 
-TEST(FullPath, TakesTheLongestPathThatFits) {
+TEST(GetFullExpandedPath, AcceptsTheLongestPathThatFits) {
   const FakeRpcQuery rpc;
   const std::wstring path = PathOfLength(259);
   const LogCapture log;
   EXPECT_EQ(UtilHelper::GetFullExpandedPath(path.c_str(), L""), path);
 }
 
-TEST(FullPath, IsEmptyWhereTheExpansionDoesNotFit) {
+TEST(GetFullExpandedPath, IsEmptyWhenTheExpansionDoesNotFit) {
   const FakeRpcQuery rpc;
   const std::wstring value = PathOfLength(260);
   const ScopedVariable place(L"WATTLEAF_PLACE", value.c_str());
@@ -145,7 +145,7 @@ TEST(FullPath, IsEmptyWhereTheExpansionDoesNotFit) {
   }
 }
 
-TEST(FullPath, NeverUsesTheBeginningOfAnExpansionThatWasCut) {
+TEST(GetFullExpandedPath, NeverUsesATruncatedExpansion) {
   static std::wstring input;
   input = L"not asked";
   const FakeRpcQuery rpc;
@@ -169,7 +169,7 @@ TEST(FullPath, NeverUsesTheBeginningOfAnExpansionThatWasCut) {
                                          Warning(ExpansionFailure(L"GetFullPathName", 123))));
 }
 
-TEST(FullPath, IsEmptyWhereOnlyTheFullPathDoesNotFit) {
+TEST(GetFullExpandedPath, IsEmptyWhenOnlyTheFullPathDoesNotFit) {
   const FakeRpcQuery rpc;
   // Relative, so the current folder comes in front.
   const std::wstring name(259, L'n');
@@ -181,7 +181,7 @@ TEST(FullPath, IsEmptyWhereOnlyTheFullPathDoesNotFit) {
   EXPECT_EQ(records[1].level, Standin::LogLevel::kWarning);
 }
 
-TEST(FullPath, AFullPathOf260CharactersDoesNotFit) {
+TEST(GetFullExpandedPath, IsEmptyForAFullPathOf260Characters) {
   static DWORD result = 0;
   const FakeRpcQuery rpc;
   const ImportPatch full(
@@ -198,7 +198,7 @@ TEST(FullPath, AFullPathOf260CharactersDoesNotFit) {
   EXPECT_EQ(UtilHelper::GetFullExpandedPath(L"C:\\a", L""), L"x");
 }
 
-TEST(FullPath, AnyStatusButZeroMeansThatNobodyIsServed) {
+TEST(GetFullExpandedPath, TreatsEveryStatusButZeroAsNoClient) {
   const ScopedVariable place(L"WATTLEAF_PLACE", L"C:\\Own");
   for (const RPC_STATUS status : {RPC_STATUS{5}, RPC_STATUS{1702}, RPC_STATUS{1725}}) {
     const FakeRpcQuery rpc(status);

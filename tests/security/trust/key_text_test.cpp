@@ -23,12 +23,12 @@ TEST(BytesToHexText, IsEmptyForNullAndForNoBytes) {
   EXPECT_EQ(Helper::BytesToHexText(&byte, 0), "");
 }
 
-TEST(BytesToHexText, ThenTrimTextGivesTheFormOfTheKeyLists) {
+TEST(BytesToHexText, HasTheFormOfTheKeyListsAfterTrimText) {
   const std::uint8_t bytes[] = {0x30, 0x82, 0x01, 0x0a};
   EXPECT_EQ(Helper::TrimText(Helper::BytesToHexText(bytes, 4), kBlanks), "30 82 01 0a");
 }
 
-TEST(TrimText, DropsTheGivenCharactersAtBothEndsOnly) {
+TEST(TrimText, RemovesTheGivenCharactersAtBothEndsOnly) {
   EXPECT_EQ(Helper::TrimText("\t\v 30 82 \f\r\n", kBlanks), "30 82");
   EXPECT_EQ(Helper::TrimText("30 82", kBlanks), "30 82");
   EXPECT_EQ(Helper::TrimText("xxaxbxx", "x"), "axb");
@@ -40,10 +40,10 @@ TEST(TrimText, KeepsASingleCharacter) {
   EXPECT_EQ(Helper::TrimText("a", " "), "a");
 }
 
-TEST(TrimText, RaisesOutOfRangeForAnEmptyText) {
+TEST(TrimText, ThrowsOutOfRangeForAnEmptyText) {
   EXPECT_THROW((void)Helper::TrimText("", kBlanks), std::out_of_range);
 }
 
-TEST(TrimText, RaisesOutOfRangeForATextOfOnlySuchCharacters) {
+TEST(TrimText, ThrowsOutOfRangeWhenNothingRemains) {
   EXPECT_THROW((void)Helper::TrimText(" \t\r\n", kBlanks), std::out_of_range);
 }

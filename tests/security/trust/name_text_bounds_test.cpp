@@ -141,9 +141,9 @@ DWORD WINAPI MeasuredNameToStr(DWORD encoding, PCERT_NAME_BLOB name, DWORD forma
   return writtenChars = realNameToStr(encoding, name, format, text, chars);
 }
 
-class NameTextBounds : public testing::Test {
+class GetNameTextOnGuardedHeap : public testing::Test {
  protected:
-  NameTextBounds() {
+  GetNameTextOnGuardedHeap() {
     realNameToStr = measured_.Original<std::remove_pointer_t<decltype(&CertNameToStrW)>>();
   }
 
@@ -163,7 +163,7 @@ class NameTextBounds : public testing::Test {
 
 }  // namespace
 
-TEST_F(NameTextBounds, ANameOf5454BytesStaysInsideItsBlock) {
+TEST_F(GetNameTextOnGuardedHeap, StaysInsideItsBlockForANameOf5454Bytes) {
   // The type alone fills two characters per byte of the name; the quotes come after it.
   const Bytes name = NameOf({Attribute(LongType(2800), kPrintable, Bytes(2634, '"'))});
   ASSERT_EQ(name.size(), 5454u);
@@ -173,13 +173,13 @@ TEST_F(NameTextBounds, ANameOf5454BytesStaysInsideItsBlock) {
   EXPECT_EQ(text.back(), L'"');
 }
 
-TEST_F(NameTextBounds, ATypeOfManyNumbersIsReadWhole) {
+TEST_F(GetNameTextOnGuardedHeap, ReadsATypeOfManyNumbersCompletely) {
   const std::wstring text = Read(NameOf({Attribute(LongType(5000), kPrintable, {'x'})}));
   ASSERT_GT(text.size(), 4u * 4999);
   EXPECT_EQ(text.substr(text.size() - 6), L".127=x");
 }
 
-TEST_F(NameTextBounds, ShortTypesWithLongNamesAndSeparatorsFit) {
+TEST_F(GetNameTextOnGuardedHeap, FitsShortTypesWithLongNamesAndSeparators) {
   Bytes attributes;
   for (int i = 0; i < 200; ++i) {
     attributes = Join({attributes, Attribute({0x55, 0x04, 0x05}, kPrintable, {'"'})});
@@ -189,7 +189,7 @@ TEST_F(NameTextBounds, ShortTypesWithLongNamesAndSeparatorsFit) {
   EXPECT_EQ(text.back(), L'"');
 }
 
-TEST_F(NameTextBounds, ACertificateWhoseCommonNameFollowsAVeryLongTypeIsReadWhole) {
+TEST_F(GetNameTextOnGuardedHeap, ReadsACommonNameAfterAVeryLongType) {
   const Bytes subject = NameOf({Attribute(LongType(2000), kPrintable, Bytes(2000, '"')),
                                 Attribute(kCommonName, kPrintable, {'N', 'a', 'm', 'e'})});
   const Bytes encoded = CertificateOf(subject);
@@ -208,7 +208,7 @@ TEST_F(NameTextBounds, ACertificateWhoseCommonNameFollowsAVeryLongTypeIsReadWhol
   EXPECT_EQ(signatures[0].commonName, L"Name");
 }
 
-TEST_F(NameTextBounds, TwoThousandRandomNamesStayInsideTheirBlocks) {
+TEST_F(GetNameTextOnGuardedHeap, StaysInsideItsBlockFor2000RandomNames) {
   std::mt19937 random(20240229);
   const auto below = [&random](std::size_t limit) { return random() % limit; };
   const std::string characters = "\"\"\"\"a,=+\r\n <>#;\\\x01\x7f\xc3\xff";

@@ -11,7 +11,7 @@ using testing::IsEmpty;
 using TestSupport::LogCapture;
 using TestSupport::Warning;
 
-TEST(NullChecker, WarnsOfEachNullArgument) {
+TEST(NullChecker, LogsAWarningForEachNullArgument) {
   const LogCapture log;
   const int value = 1;
   std::vector<UtilHelper::NamedArgument> arguments{
@@ -26,7 +26,7 @@ TEST(NullChecker, WarnsOfEachNullArgument) {
                                   L"WattleafService")));
 }
 
-TEST(NullChecker, FindsANullArgumentBehindGoodOnes) {
+TEST(NullChecker, FindsANullArgumentAfterOthers) {
   const LogCapture log;
   const int value = 1;
   std::vector<UtilHelper::NamedArgument> arguments{{&value, "first"}, {nullptr, "last"}};
@@ -34,7 +34,7 @@ TEST(NullChecker, FindsANullArgumentBehindGoodOnes) {
   EXPECT_EQ(log.Records().size(), 1U);
 }
 
-TEST(NullChecker, IsQuietWhereNothingIsNull) {
+TEST(NullChecker, ReturnsFalseAndLogsNothingWhenNoArgumentIsNull) {
   const LogCapture log;
   const int value = 1;
   std::vector<UtilHelper::NamedArgument> arguments{{&value, "first"}, {&value, "second"}};
@@ -43,7 +43,7 @@ TEST(NullChecker, IsQuietWhereNothingIsNull) {
   EXPECT_THAT(log.Records(), IsEmpty());
 }
 
-TEST(NullChecker, ConsumesTheList) {
+TEST(NullChecker, EmptiesTheList) {
   const LogCapture log;
   const int value = 1;
   std::vector<UtilHelper::NamedArgument> arguments{{nullptr, "first"}, {&value, "second"}};
@@ -51,7 +51,7 @@ TEST(NullChecker, ConsumesTheList) {
   EXPECT_THAT(arguments, IsEmpty());
 }
 
-TEST(BeginsWith, IgnoresCaseAndTakesAnEmptyPrefix) {
+TEST(BeginsWith, IgnoresCaseAndAcceptsAnEmptyPrefix) {
   EXPECT_TRUE(UtilHelper::BeginsWith(L"c:\\windows\\x", L"C:\\WINDOWS\\"));
   EXPECT_FALSE(UtilHelper::BeginsWith(L"c:\\windows", L"C:\\WINDOWS\\"));
   EXPECT_TRUE(UtilHelper::BeginsWith(L"", L""));

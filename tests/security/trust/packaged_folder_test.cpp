@@ -37,9 +37,9 @@ LogRecord Attempt(int attempt, int error) {
                L" of 5 times. Error Code = " + std::to_wstring(error));
 }
 
-class PackagedFolder : public testing::Test {
+class IsPathAllowedInPackagedFolder : public testing::Test {
  protected:
-  PackagedFolder() {
+  IsPathAllowedInPackagedFolder() {
     waits.clear();
     fake_.ignoreSizes = true;
     good_.Allow(TrustedInstallerId(), kFullControl).Allow(SystemId(), kFullControl);
@@ -67,7 +67,7 @@ class PackagedFolder : public testing::Test {
   TestSupport::LogCapture log_;
 };
 
-TEST_F(PackagedFolder, IsItselfAskedForItsAccessListOnce) {
+TEST_F(IsPathAllowedInPackagedFolder, ReadsTheAccessListOfTheFolderOnce) {
   EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(kFile));
   ASSERT_EQ(fake_.questions.size(), 1U);
   EXPECT_EQ(fake_.questions[0].path, L"D:\\WindowsApps");
@@ -75,12 +75,12 @@ TEST_F(PackagedFolder, IsItselfAskedForItsAccessListOnce) {
   EXPECT_THAT(waits, IsEmpty());
 }
 
-TEST_F(PackagedFolder, MayLieOnAnyDrive) {
+TEST_F(IsPathAllowedInPackagedFolder, AcceptsAnyDrive) {
   EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"z:\\WindowsApps\\a.exe"));
   EXPECT_EQ(fake_.questions[0].path, L"z:\\WindowsApps");
 }
 
-TEST_F(PackagedFolder, IsTriedFiveTimesWithFourWaitsWhereItDoesNotExist) {
+TEST_F(IsPathAllowedInPackagedFolder, TriesFiveTimesWithFourWaitsWhenTheFolderDoesNotExist) {
   fake_.failures = 100;
   fake_.lastError = 2;
   EXPECT_FALSE(ZQAuthenticodeHelper::IsPathAllowed(kFile));
@@ -90,7 +90,7 @@ TEST_F(PackagedFolder, IsTriedFiveTimesWithFourWaitsWhereItDoesNotExist) {
                                              Attempt(4, 2), Attempt(5, 2)));
 }
 
-TEST_F(PackagedFolder, TriesFiveTimesWhereTheListLacksAnEntry) {
+TEST_F(IsPathAllowedInPackagedFolder, TriesFiveTimesWhenTheListLacksAnEntry) {
   AccessList lacking;
   fake_.list = lacking.Allow(SystemId(), kFullControl).Get();
   EXPECT_FALSE(ZQAuthenticodeHelper::IsPathAllowed(kFile));
@@ -100,7 +100,7 @@ TEST_F(PackagedFolder, TriesFiveTimesWhereTheListLacksAnEntry) {
                                              Attempt(4, 0), Attempt(5, 0)));
 }
 
-TEST_F(PackagedFolder, IsAllowedAtTheFirstYes) {
+TEST_F(IsPathAllowedInPackagedFolder, StopsAtTheFirstSuccess) {
   fake_.failures = 2;
   fake_.lastError = 32;
   EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(kFile));
@@ -109,13 +109,13 @@ TEST_F(PackagedFolder, IsAllowedAtTheFirstYes) {
   EXPECT_THAT(OwnershipErrors(), ElementsAre(Attempt(1, 32), Attempt(2, 32)));
 }
 
-TEST_F(PackagedFolder, IsAllowedByTheLastAttempt) {
+TEST_F(IsPathAllowedInPackagedFolder, AllowsWhenOnlyTheLastAttemptSucceeds) {
   fake_.failures = 4;
   EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(kFile));
   EXPECT_EQ(OwnershipErrors().size(), 4U);
 }
 
-TEST_F(PackagedFolder, IsTheOneOfTheExpandedPath) {
+TEST_F(IsPathAllowedInPackagedFolder, UsesTheFolderOfTheExpandedPath) {
   const TestSupport::ScopedVariable place(L"WATTLEAF_PLACE", L"E:\\x\\..\\WindowsApps");
   EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"%WATTLEAF_PLACE%\\Some\\a.exe"));
   EXPECT_EQ(fake_.questions[0].path, L"E:\\WindowsApps");
@@ -123,7 +123,7 @@ TEST_F(PackagedFolder, IsTheOneOfTheExpandedPath) {
 
 // What an allowed place does not promise.
 
-TEST_F(PackagedFolder, MayBeAUsersOwnThatGivesFullControlToBothAccounts) {
+TEST_F(IsPathAllowedInPackagedFolder, AllowsAUsersOwnFolderThatGivesFullControlToBothAccounts) {
   AccessList shared;
   fake_.list = shared.Allow(EveryoneId(), kFullControl)
                    .Allow(TrustedInstallerId(), kFullControl)
@@ -133,20 +133,20 @@ TEST_F(PackagedFolder, MayBeAUsersOwnThatGivesFullControlToBothAccounts) {
   EXPECT_EQ(fake_.questions[0].path, L"C:\\WindowsApps");
 }
 
-TEST_F(PackagedFolder, OfARemovableDriveIsJudgedByTheListThatCameWithIt) {
+TEST_F(IsPathAllowedInPackagedFolder, JudgesARemovableDriveByItsOwnAccessList) {
   EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"E:\\WindowsApps\\a.exe"));
   EXPECT_EQ(fake_.questions[0].path, L"E:\\WindowsApps");
   fake_.list = nullptr;  // a drive without access lists
   EXPECT_FALSE(ZQAuthenticodeHelper::IsPathAllowed(L"E:\\WindowsApps\\a.exe"));
 }
 
-TEST_F(PackagedFolder, OfAShareIsJudgedByTheListThatTheServerSupplies) {
+TEST_F(IsPathAllowedInPackagedFolder, JudgesAShareByTheAccessListThatItsServerSupplies) {
   EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"\\\\server\\c:\\WindowsApps\\a.exe"));
   EXPECT_EQ(fake_.questions[0].path, L"\\\\server\\c:\\WindowsApps");
   EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"\\\\?\\UNC\\server\\x:\\WindowsApps\\a.exe"));
 }
 
-TEST_F(PackagedFolder, CostsADescriptorThatIsKeptForEachAttempt) {
+TEST_F(IsPathAllowedInPackagedFolder, NeverFreesTheDescriptorOfAnAttempt) {
   static std::vector<HLOCAL> freed;
   freed.clear();
   const ImportPatch free(
@@ -172,7 +172,7 @@ void WINAPI RecordWait(DWORD milliseconds) {
   waitRecord->Add("wait " + std::to_string(milliseconds));
 }
 
-TEST(PackagedFolderOrder, LogsEachFailedAttemptBeforeItWaits) {
+TEST(IsPathAllowedCallOrder, LogsEachFailedAttemptBeforeTheWait) {
   CallRecord seen;
   waitRecord = &seen;
   const TestSupport::LogCapture log(seen);
@@ -189,7 +189,7 @@ TEST(PackagedFolderOrder, LogsEachFailedAttemptBeforeItWaits) {
                           attempt(4), "wait 250", attempt(5)));
 }
 
-TEST(PackagedFolderForReal, IsRefusedAfterOneSecondWhereItDoesNotExist) {
+TEST(IsPathAllowedOnRealFolders, RefusesAMissingPackagedFolderAfterOneSecond) {
   waits.clear();
   const TestSupport::FixedRoots roots;
   const TestSupport::FakeRpcQuery rpc;

@@ -46,9 +46,9 @@ DWORD WINAPI CountOwnershipCheck(LPWSTR, SE_OBJECT_TYPE, SECURITY_INFORMATION, P
   return ERROR_FILE_NOT_FOUND;
 }
 
-class PathAllowance : public testing::Test {
+class IsPathAllowed : public testing::Test {
  protected:
-  PathAllowance() { ownershipChecks = 0; }
+  IsPathAllowed() { ownershipChecks = 0; }
 
   std::vector<LogRecord> WarningsAndErrors() const {
     std::vector<LogRecord> errors;
@@ -75,7 +75,7 @@ class PathAllowance : public testing::Test {
   const ImportPatch security_{"GetNamedSecurityInfoW", &CountOwnershipCheck};
 };
 
-TEST_F(PathAllowance, AllowsAPathUnderARootInAnyCase) {
+TEST_F(IsPathAllowed, AllowsAPathBelowARootInAnyCase) {
   for (const wchar_t* path :
        {L"C:\\Windows\\a.dll", L"c:\\wINDOWS\\System32\\a.dll", L"C:\\PROGRAM FILES (X86)\\a.dll",
         L"c:\\program files\\x\\a.dll", L"%windir%\\a.dll", L"%ProgramFiles%\\x\\a.dll"}) {
@@ -84,7 +84,7 @@ TEST_F(PathAllowance, AllowsAPathUnderARootInAnyCase) {
   EXPECT_EQ(ownershipChecks, 0);
 }
 
-TEST_F(PathAllowance, LooksNoFurtherThanTheFirstRootThatMatches) {
+TEST_F(IsPathAllowed, StopsAtTheFirstMatchingRoot) {
   EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"C:\\Windows\\a.dll"));
   EXPECT_THAT(
       log_.Records(),
@@ -94,35 +94,35 @@ TEST_F(PathAllowance, LooksNoFurtherThanTheFirstRootThatMatches) {
                   Info(L"GetFullPathName: [C:\\Windows\\]")));
 }
 
-TEST_F(PathAllowance, WritesOneErrorForEachRootBeforeTheOneThatMatches) {
+TEST_F(IsPathAllowed, LogsOneErrorForEachRootBeforeTheMatchingOne) {
   EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"C:\\Program Files\\a.dll"));
   EXPECT_THAT(WarningsAndErrors(), ElementsAre(NotBelow(L"C:\\Program Files\\a.dll", kWindows),
                                                NotBelow(L"C:\\Program Files\\a.dll", kPrograms86)));
 }
 
-TEST_F(PathAllowance, RefusesASiblingThatExtendsARootsName) {
+TEST_F(IsPathAllowed, RefusesASiblingThatExtendsARootsName) {
   ExpectRefusedEverywhere(L"C:\\Windows2\\a.dll", L"C:\\Windows2\\a.dll");
   ExpectRefusedEverywhere(L"C:\\Program Files 2\\a.dll", L"C:\\Program Files 2\\a.dll");
   ExpectRefusedEverywhere(L"C:\\Windows", L"C:\\Windows");
 }
 
-TEST_F(PathAllowance, RefusesAPathThatLeavesARootAgain) {
+TEST_F(IsPathAllowed, RefusesAPathThatLeavesARoot) {
   ExpectRefusedEverywhere(L"%windir%\\..\\Users\\a.dll", L"C:\\Users\\a.dll");
 }
 
-TEST_F(PathAllowance, RefusesPackagedApplicationsInLowerCase) {
+TEST_F(IsPathAllowed, RefusesAPackagedFolderInLowerCase) {
   ExpectRefusedEverywhere(L"D:\\windowsapps\\x\\a.exe", L"D:\\windowsapps\\x\\a.exe");
 }
 
-TEST_F(PathAllowance, LogsAPathThatLooksLikeAFormatAsItIs) {
+TEST_F(IsPathAllowed, LogsAPathWithFormatCharactersUnchanged) {
   ExpectRefusedEverywhere(L"D:\\100%n %s\\a.dll", L"D:\\100%n %s\\a.dll");
 }
 
-TEST_F(PathAllowance, RefusesAPackagedFolderThatIsNotAtADrivesRoot) {
+TEST_F(IsPathAllowed, RefusesAPackagedFolderThatIsNotAtADrivesRoot) {
   ExpectRefusedEverywhere(L"D:\\Deep\\WindowsApps\\x\\a.exe", L"D:\\Deep\\WindowsApps\\x\\a.exe");
 }
 
-TEST_F(PathAllowance, RefusesAPathThatCannotBeExpanded) {
+TEST_F(IsPathAllowed, RefusesAPathThatCannotBeExpanded) {
   const std::wstring path = L"C:\\Windows\\" + std::wstring(300, L'a');
   EXPECT_FALSE(ZQAuthenticodeHelper::IsPathAllowed(path.c_str()));
   const std::vector<LogRecord> records = WarningsAndErrors();
@@ -133,7 +133,7 @@ TEST_F(PathAllowance, RefusesAPathThatCannotBeExpanded) {
   EXPECT_EQ(records[5], NoPackagedFolder(L""));
 }
 
-TEST_F(PathAllowance, RefusesANullPath) {
+TEST_F(IsPathAllowed, RefusesANullPath) {
   EXPECT_FALSE(ZQAuthenticodeHelper::IsPathAllowed(nullptr));
   EXPECT_THAT(WarningsAndErrors(),
               ElementsAre(TestSupport::Warning(
@@ -143,7 +143,7 @@ TEST_F(PathAllowance, RefusesANullPath) {
                           NotBelow(L"", kPrograms), NoPackagedFolder(L"")));
 }
 
-TEST_F(PathAllowance, AllowsEveryPathWhereARootCannotBeExpanded) {
+TEST_F(IsPathAllowed, AllowsEveryPathWhenARootCannotBeExpanded) {
   static decltype(&ExpandEnvironmentStringsW) real = nullptr;
   const ImportPatch expand(
       "ExpandEnvironmentStringsW", +[](LPCWSTR text, LPWSTR result, DWORD chars) -> DWORD {
@@ -154,7 +154,7 @@ TEST_F(PathAllowance, AllowsEveryPathWhereARootCannotBeExpanded) {
   EXPECT_EQ(ownershipChecks, 0);
 }
 
-TEST_F(PathAllowance, AllowsEveryPathWhereARootHasNoFullPath) {
+TEST_F(IsPathAllowed, AllowsEveryPathWhenARootHasNoFullPath) {
   static decltype(&GetFullPathNameW) real = nullptr;
   const ImportPatch full(
       "GetFullPathNameW", +[](LPCWSTR text, DWORD chars, LPWSTR result, LPWSTR* name) -> DWORD {
@@ -166,18 +166,18 @@ TEST_F(PathAllowance, AllowsEveryPathWhereARootHasNoFullPath) {
 
 // What an allowed place does not promise.
 
-TEST_F(PathAllowance, AllowsWindowsTempThoughOrdinaryUsersMayWriteThere) {
+TEST_F(IsPathAllowed, AllowsWindowsTempWhereOrdinaryUsersCanWrite) {
   EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"C:\\Windows\\Temp\\a.dll"));
   EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"C:\\Windows\\Temp\\deep\\below\\a.dll"));
   EXPECT_EQ(ownershipChecks, 0);
 }
 
-TEST_F(PathAllowance, AllowsAPathByItsTextThoughNoFileIsThere) {
+TEST_F(IsPathAllowed, AllowsAPathOfAMissingFile) {
   EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"C:\\Windows\\no such folder\\a.dll"));
   EXPECT_EQ(ownershipChecks, 0);
 }
 
-TEST_F(PathAllowance, AllowsAFolderBelowTheCurrentOneNamedLikeARootWhoseVariableIsNotSet) {
+TEST_F(IsPathAllowed, AllowsAFolderNamedLikeAnUnsetRootVariable) {
   const ScopedVariable unset(L"ProgramFiles(x86)", nullptr);
   wchar_t before[MAX_PATH] = {};
   GetCurrentDirectoryW(MAX_PATH, before);
@@ -194,20 +194,20 @@ TEST_F(PathAllowance, AllowsAFolderBelowTheCurrentOneNamedLikeARootWhoseVariable
   EXPECT_EQ(ownershipChecks, 0);
 }
 
-TEST_F(PathAllowance, ExpandsTheRootsAnewForEachQuestion) {
+TEST_F(IsPathAllowed, ExpandsTheRootsAnewOnEachCall) {
   EXPECT_FALSE(ZQAuthenticodeHelper::IsPathAllowed(L"E:\\System\\a.dll"));
   const ScopedVariable moved(L"windir", L"E:\\System");
   EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"E:\\System\\a.dll"));
 }
 
-TEST_F(PathAllowance, AsksForEachExpansionWhetherAClientIsServed) {
+TEST_F(IsPathAllowed, QueriesTheClientForEachExpansion) {
   EXPECT_FALSE(ZQAuthenticodeHelper::IsPathAllowed(L"E:\\a.dll"));
   EXPECT_EQ(rpc_.Questions().size(), 4U);  // the path and three roots
 }
 
 // While a client is served, its variables and not this process's say where the roots are.
 
-class ServedPathAllowance : public testing::Test {
+class IsPathAllowedForClient : public testing::Test {
  protected:
   /// What the client's own environment has made of the system's folder.
   static BOOL WINAPI ExpandForClient(HANDLE, LPCWSTR text, LPWSTR result, DWORD chars) {
@@ -224,25 +224,25 @@ class ServedPathAllowance : public testing::Test {
   const LogCapture log_;
 };
 
-TEST_F(ServedPathAllowance, FollowsTheVariablesOfTheClientsOwnEnvironment) {
+TEST_F(IsPathAllowedForClient, UsesTheVariablesOfTheClient) {
   const ImportPatch expand("ExpandEnvironmentStringsForUserW", &ExpandForClient);
   EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"D:\\Users\\anybody\\a.dll"));
   EXPECT_FALSE(ZQAuthenticodeHelper::IsPathAllowed(L"C:\\Windows\\a.dll"));
 }
 
-TEST_F(ServedPathAllowance, AllowsEveryPathWhereTheClientsProcessCannotBeOpened) {
+TEST_F(IsPathAllowedForClient, AllowsEveryPathWhenTheClientsProcessCannotBeOpened) {
   const ImportPatch open(
       "OpenProcess", +[](DWORD, BOOL, DWORD) -> HANDLE { return nullptr; });
   EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"D:\\Users\\anybody\\a.dll"));
 }
 
-TEST_F(ServedPathAllowance, AllowsEveryPathWhereTheClientsTokenCannotBeOpened) {
+TEST_F(IsPathAllowedForClient, AllowsEveryPathWhenTheClientsTokenCannotBeOpened) {
   const ImportPatch token(
       "OpenProcessToken", +[](HANDLE, DWORD, HANDLE*) -> BOOL { return FALSE; });
   EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"D:\\Users\\anybody\\a.dll"));
 }
 
-TEST_F(ServedPathAllowance, AllowsEveryPathWhereTheClientsVariablesCannotBeExpanded) {
+TEST_F(IsPathAllowedForClient, AllowsEveryPathWhenTheClientsVariablesCannotBeExpanded) {
   const ImportPatch expand(
       "ExpandEnvironmentStringsForUserW",
       +[](HANDLE, LPCWSTR, LPWSTR, DWORD) -> BOOL { return FALSE; });

@@ -28,9 +28,9 @@ constexpr DWORD kFullControl = 0x10000000;
 constexpr DWORD kEveryRightSpelledOut = 0x001F01FF;
 
 /// Here each look-up gives its account; what the told sizes do to it has tests of its own.
-class PathOwnership : public testing::Test {
+class CheckForFullConrolByTrustedInstallAndSystem : public testing::Test {
  protected:
-  PathOwnership() { fake_.ignoreSizes = true; }
+  CheckForFullConrolByTrustedInstallAndSystem() { fake_.ignoreSizes = true; }
 
   bool Check(AccessList& list) {
     fake_.list = list.Get();
@@ -41,7 +41,7 @@ class PathOwnership : public testing::Test {
   LogCapture log_;
 };
 
-TEST_F(PathOwnership, AcceptsFullControlOfBothAccountsInEitherOrder) {
+TEST_F(CheckForFullConrolByTrustedInstallAndSystem, AcceptsFullControlOfBothAccountsInEitherOrder) {
   AccessList list;
   EXPECT_TRUE(
       Check(list.Allow(TrustedInstallerId(), kFullControl).Allow(SystemId(), kFullControl)));
@@ -51,13 +51,13 @@ TEST_F(PathOwnership, AcceptsFullControlOfBothAccountsInEitherOrder) {
   EXPECT_THAT(log_.Records(), IsEmpty());
 }
 
-TEST_F(PathOwnership, AcceptsAMaskThatHoldsMoreThanTheBit) {
+TEST_F(CheckForFullConrolByTrustedInstallAndSystem, AcceptsAMaskWithMoreThanTheFullControlBit) {
   AccessList list;
   EXPECT_TRUE(Check(list.Allow(TrustedInstallerId(), kFullControl | kEveryRightSpelledOut)
                         .Allow(SystemId(), 0xF0000000)));
 }
 
-TEST_F(PathOwnership, AsksForOwnerGroupAndAccessListOfTheFile) {
+TEST_F(CheckForFullConrolByTrustedInstallAndSystem, RequestsOwnerGroupAndAccessListOfTheFile) {
   AccessList list;
   Check(list);
   ASSERT_EQ(fake_.questions.size(), 1U);
@@ -67,7 +67,7 @@ TEST_F(PathOwnership, AsksForOwnerGroupAndAccessListOfTheFile) {
   EXPECT_FALSE(fake_.questions[0].wantsAuditList);
 }
 
-TEST_F(PathOwnership, RefusesWhereAnAccountIsMissing) {
+TEST_F(CheckForFullConrolByTrustedInstallAndSystem, RefusesWhenAnAccountIsMissing) {
   AccessList empty;
   EXPECT_FALSE(Check(empty));
   AccessList systemOnly;
@@ -79,7 +79,7 @@ TEST_F(PathOwnership, RefusesWhereAnAccountIsMissing) {
   EXPECT_THAT(log_.Records(), IsEmpty());
 }
 
-TEST_F(PathOwnership, RefusesAnEntryOfAnotherTypeForEitherAccount) {
+TEST_F(CheckForFullConrolByTrustedInstallAndSystem, RefusesAnEntryOfAnotherTypeForEitherAccount) {
   for (const BYTE type : std::initializer_list<BYTE>{1, 2, 5, 9, 255}) {
     AccessList installer;
     EXPECT_FALSE(Check(
@@ -91,14 +91,14 @@ TEST_F(PathOwnership, RefusesAnEntryOfAnotherTypeForEitherAccount) {
   EXPECT_EQ(fake_.lookups.size(), 10U);  // no account of another type is looked up
 }
 
-TEST_F(PathOwnership, ADenyingEntryBesideBothChangesNothing) {
+TEST_F(CheckForFullConrolByTrustedInstallAndSystem, IgnoresADenyingEntry) {
   AccessList list;
   EXPECT_TRUE(Check(list.Deny(SystemId(), kFullControl)
                         .Allow(TrustedInstallerId(), kFullControl)
                         .Allow(SystemId(), kFullControl)));
 }
 
-TEST_F(PathOwnership, RefusesASystemEntryThatSpellsOutAllRights) {
+TEST_F(CheckForFullConrolByTrustedInstallAndSystem, RefusesAMaskOfEveryRightWithoutGenericAll) {
   AccessList list;
   EXPECT_FALSE(Check(
       list.Allow(TrustedInstallerId(), kFullControl).Allow(SystemId(), kEveryRightSpelledOut)));
@@ -107,7 +107,7 @@ TEST_F(PathOwnership, RefusesASystemEntryThatSpellsOutAllRights) {
       Check(installer.Allow(TrustedInstallerId(), ~kFullControl).Allow(SystemId(), kFullControl)));
 }
 
-TEST_F(PathOwnership, ComparesNamesAndDomainsExactly) {
+TEST_F(CheckForFullConrolByTrustedInstallAndSystem, ComparesNamesAndDomainsExactly) {
   using Account = FakeAccessLists::Account;
   const std::vector<Account> rows{
       {SystemId(), L"NT AUTHORITY", L"System"},
@@ -133,7 +133,8 @@ TEST_F(PathOwnership, ComparesNamesAndDomainsExactly) {
       Check(list.Allow(TrustedInstallerId(), kFullControl).Allow(SystemId(), kFullControl)));
 }
 
-TEST_F(PathOwnership, RefusesAFailureAndAMissingAccessList) {
+TEST_F(CheckForFullConrolByTrustedInstallAndSystem,
+       RefusesWhenTheAccessListCannotBeReadOrIsMissing) {
   AccessList good;
   good.Allow(TrustedInstallerId(), kFullControl).Allow(SystemId(), kFullControl);
   fake_.result = ERROR_ACCESS_DENIED;
@@ -147,7 +148,7 @@ TEST_F(PathOwnership, RefusesAFailureAndAMissingAccessList) {
   EXPECT_THAT(log_.Records(), IsEmpty());
 }
 
-TEST_F(PathOwnership, GoesOnBehindAnEntryThatCannotBeFetched) {
+TEST_F(CheckForFullConrolByTrustedInstallAndSystem, ContinuesAfterAnEntryThatCannotBeFetched) {
   static decltype(&GetAce) real = nullptr;
   const ImportPatch getAce(
       "GetAce", +[](PACL list, DWORD index, LPVOID* entry) -> BOOL {
@@ -164,7 +165,7 @@ TEST_F(PathOwnership, GoesOnBehindAnEntryThatCannotBeFetched) {
       Check(lacking.Allow(TrustedInstallerId(), kFullControl).Allow(SystemId(), kFullControl)));
 }
 
-TEST_F(PathOwnership, WalksTheWholeListThoughBothAreFound) {
+TEST_F(CheckForFullConrolByTrustedInstallAndSystem, WalksTheWholeListAfterBothAccountsAreFound) {
   AccessList list;
   EXPECT_TRUE(Check(list.Allow(TrustedInstallerId(), kFullControl)
                         .Allow(SystemId(), kFullControl)
@@ -187,7 +188,7 @@ BOOL WINAPI ThrowForTheThirdEntry(PACL list, DWORD index, LPVOID* entry) {
 
 }  // namespace
 
-TEST_F(PathOwnership, LogsAnExceptionAndKeepsWhatWasFound) {
+TEST_F(CheckForFullConrolByTrustedInstallAndSystem, LogsAnExceptionAndKeepsTheAccountsFoundSoFar) {
   for (auto* const getAce : {&ThrowForTheThirdEntry<true>, &ThrowForTheThirdEntry<false>}) {
     log_.Clear();
     const ImportPatch patch("GetAce", getAce);
@@ -207,7 +208,7 @@ TEST_F(PathOwnership, LogsAnExceptionAndKeepsWhatWasFound) {
   }
 }
 
-TEST_F(PathOwnership, NoFailingCallTurnsANoIntoAYes) {
+TEST_F(CheckForFullConrolByTrustedInstallAndSystem, StillRefusesWhenASystemCallFails) {
   struct Failing {
     const char* call;
     ULONG_PTR (*answer)();
@@ -232,7 +233,7 @@ TEST_F(PathOwnership, NoFailingCallTurnsANoIntoAYes) {
   }
 }
 
-TEST_F(PathOwnership, KeepsTheDescriptor) {
+TEST_F(CheckForFullConrolByTrustedInstallAndSystem, NeverFreesTheDescriptor) {
   static std::vector<HLOCAL> freed;
   const ImportPatch free(
       "LocalFree", +[](HLOCAL block) -> HLOCAL {
@@ -246,7 +247,8 @@ TEST_F(PathOwnership, KeepsTheDescriptor) {
   EXPECT_THAT(freed, Not(Contains(fake_.descriptors[0])));
 }
 
-TEST(PathOwnershipForReal, RefusesAnOrdinaryFolderAndAMissingOne) {
+TEST(CheckForFullConrolByTrustedInstallAndSystemOnRealFolders,
+     RefusesAnOrdinaryAMissingAndANullFolder) {
   const TestSupport::TempFolder folder;
   const LogCapture log;
   EXPECT_FALSE(

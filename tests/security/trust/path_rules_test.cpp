@@ -5,19 +5,19 @@
 namespace Zq::Gantry::Security {
 namespace {
 
-TEST(PathRules, HoldsTheThreeRootsInOrder) {
+TEST(AllowedRootPaths, HoldsTheThreeRootsInOrder) {
   ASSERT_EQ(AllowedRootPaths.size(), 3U);
   EXPECT_EQ(AllowedRootPaths[0], std::wstring(L"%windir%\\"));
   EXPECT_EQ(AllowedRootPaths[1], std::wstring(L"%PROGRAMFILES(x86)%\\"));
   EXPECT_EQ(AllowedRootPaths[2], std::wstring(L"%PROGRAMFILES%\\"));
 }
 
-TEST(PathRules, TheMarkerHasFourteenCharacters) {
+TEST(PackagedMarker, HasFourteenCharacters) {
   EXPECT_EQ(kPackagedMarker, std::wstring(L":\\WindowsApps\\"));
   EXPECT_EQ(kPackagedMarker.size(), 14U);
 }
 
-TEST(PathRules, ComparesAPrefixWithoutRegardToCase) {
+TEST(HasPrefix, IgnoresCase) {
   struct Row {
     const char* label;
     const wchar_t* text;
@@ -40,28 +40,28 @@ TEST(PathRules, ComparesAPrefixWithoutRegardToCase) {
   }
 }
 
-TEST(PathRules, AnEmptyPrefixStartsEveryText) {
+TEST(HasPrefix, IsTrueForAnEmptyPrefix) {
   EXPECT_TRUE(HasPrefix(L"", L""));
   EXPECT_TRUE(HasPrefix(L"D:\\anything", L""));
   EXPECT_FALSE(HasPrefix(L"", L"a"));
 }
 
-TEST(PathRules, FindsThePackagedFolderOfADrive) {
+TEST(TryFindPackagedFolder, FindsTheFolderAtTheRootOfADrive) {
   EXPECT_EQ(TryFindPackagedFolder(L"D:\\WindowsApps\\Some.App_1\\a.exe"), L"D:\\WindowsApps");
   EXPECT_EQ(TryFindPackagedFolder(L"D:\\WindowsApps\\"), L"D:\\WindowsApps");
   EXPECT_EQ(TryFindPackagedFolder(L"\\\\?\\E:\\WindowsApps\\a.exe"), L"\\\\?\\E:\\WindowsApps");
 }
 
-TEST(PathRules, TakesTheFirstOfSeveralPackagedFolders) {
+TEST(TryFindPackagedFolder, TakesTheFirstOfSeveral) {
   EXPECT_EQ(TryFindPackagedFolder(L"D:\\WindowsApps\\x:\\WindowsApps\\a.exe"), L"D:\\WindowsApps");
 }
 
-TEST(PathRules, FindsThePackagedFolderInItsExactSpellingOnly) {
+TEST(TryFindPackagedFolder, FindsOnlyTheExactSpelling) {
   EXPECT_EQ(TryFindPackagedFolder(L"d:\\windowsapps\\a.exe"), std::nullopt);
   EXPECT_EQ(TryFindPackagedFolder(L"D:\\WINDOWSAPPS\\a.exe"), std::nullopt);
 }
 
-TEST(PathRules, FindsNoPackagedFolderElsewhere) {
+TEST(TryFindPackagedFolder, FindsNothingInOtherPaths) {
   EXPECT_EQ(TryFindPackagedFolder(L""), std::nullopt);
   EXPECT_EQ(TryFindPackagedFolder(L"D:\\WindowsApps"), std::nullopt);
   EXPECT_EQ(TryFindPackagedFolder(L"D:\\WindowsApps2\\a.exe"), std::nullopt);

@@ -65,9 +65,9 @@ class SignedFiles : public testing::Test {
   LogCapture log_;
 };
 
-class OverruledFiles : public SignedFiles {
+class SignedFilesWithFakeVerdicts : public SignedFiles {
  protected:
-  OverruledFiles() {
+  SignedFilesWithFakeVerdicts() {
     realWinVerifyTrust = patch_.Original<std::remove_pointer_t<decltype(&WinVerifyTrust)>>();
     verdicts.clear();
   }
@@ -77,7 +77,7 @@ class OverruledFiles : public SignedFiles {
 
 }  // namespace
 
-TEST_F(OverruledFiles, TheSignersKeyAndSubjectAreReadFromTheFile) {
+TEST_F(SignedFilesWithFakeVerdicts, SignersKeyAndSubjectAreReadFromTheFile) {
   verdicts = {0};
   const SignatureList signatures = Helper::GetSignatures(Sample(L"other.dll").c_str(), false);
   ASSERT_EQ(signatures.size(), 1u);
@@ -92,25 +92,25 @@ TEST_F(OverruledFiles, TheSignersKeyAndSubjectAreReadFromTheFile) {
   EXPECT_EQ(signatures[0].issuer, L"");
 }
 
-TEST_F(OverruledFiles, ASignatureOfAListedKeyPassesWhereTheSystemKnowsTheRoot) {
+TEST_F(SignedFilesWithFakeVerdicts, AListedKeyIsTrustedWhenTheSystemTrustsTheRoot) {
   verdicts = {0};
   EXPECT_TRUE(IsTrusted(L"signed.dll", {KeyOf(L"signed")}));
 }
 
-TEST_F(OverruledFiles, TheSameFileIsRefusedWhereTheSystemDoesNotKnowTheRoot) {
+TEST_F(SignedFilesWithFakeVerdicts, AListedKeyIsRefusedWhenTheSystemDoesNotTrustTheRoot) {
   verdicts = {static_cast<LONG>(kUnknownRoot)};
   EXPECT_FALSE(IsTrusted(L"signed.dll", {KeyOf(L"signed")}));
   EXPECT_EQ(log_.Records().back(),
             Info(L"Security - IsFileTrusted - trusted by windows = no, trusted by Meridian = yes"));
 }
 
-TEST_F(OverruledFiles, AnExpiredSignerWithAListedKeyPasses) {
+TEST_F(SignedFilesWithFakeVerdicts, AnExpiredSignerWithAListedKeyIsTrusted) {
   verdicts = {static_cast<LONG>(kExpired)};
   EXPECT_TRUE(IsTrusted(L"expired.dll", {KeyOf(L"expired")}));
   EXPECT_FALSE(IsTrusted(L"expired.dll", {KeyOf(L"signed")}));
 }
 
-TEST_F(OverruledFiles, ASecondSignatureIsVisitedWithItsOwnVerdict) {
+TEST_F(SignedFilesWithFakeVerdicts, ANestedSignatureIsListedWithItsOwnVerdict) {
   verdicts = {0, static_cast<LONG>(kUnknownRoot)};
   const SignatureList signatures = Helper::GetSignatures(Sample(L"nested.dll").c_str(), false);
   ASSERT_EQ(signatures.size(), 2u);
@@ -119,7 +119,7 @@ TEST_F(OverruledFiles, ASecondSignatureIsVisitedWithItsOwnVerdict) {
   EXPECT_EQ(signatures[0].publicKey, KeyOf(L"signed"));
 }
 
-TEST_F(OverruledFiles, TheSuppliedKeysDoNotTrustTheDevelopmentKey) {
+TEST_F(SignedFilesWithFakeVerdicts, TheSuppliedKeysDoNotTrustTheDevelopmentKey) {
   verdicts = {0};
   // Every list but the one place that a development build changes.
   KeyList supplied(ServiceTrustedKeys.begin() + 1, ServiceTrustedKeys.end());
@@ -130,7 +130,7 @@ TEST_F(OverruledFiles, TheSuppliedKeysDoNotTrustTheDevelopmentKey) {
             Info(L"Security - IsFileTrusted - trusted by windows = yes, trusted by Meridian = no"));
 }
 
-TEST_F(OverruledFiles, ASuppliedServiceKeyDoesNotTrustTheDevelopmentKey) {
+TEST_F(SignedFilesWithFakeVerdicts, TheSuppliedServiceKeyDoesNotTrustTheDevelopmentKey) {
   verdicts = {0};
   KeyList supplied = {WATTLEAF_SUPPLIED_SERVICE_KEY};
   supplied.insert(supplied.end(), ServiceTrustedKeys.begin() + 1, ServiceTrustedKeys.end());
@@ -138,7 +138,7 @@ TEST_F(OverruledFiles, ASuppliedServiceKeyDoesNotTrustTheDevelopmentKey) {
   EXPECT_FALSE(IsTrusted(L"signed.dll", supplied));
 }
 
-TEST_F(OverruledFiles, TheBuildsOwnListTrustsTheDevelopmentKeyInADevelopmentBuildOnly) {
+TEST_F(SignedFilesWithFakeVerdicts, OnlyADevelopmentBuildTrustsTheDevelopmentKey) {
   verdicts = {0};
   const bool isDevelopment = std::string(WATTLEAF_KEYS_OF_THIS_BUILD) == "development";
   EXPECT_EQ(ServiceTrustedKeys.at(0) == KeyOf(L"signed"), isDevelopment);
@@ -146,7 +146,7 @@ TEST_F(OverruledFiles, TheBuildsOwnListTrustsTheDevelopmentKeyInADevelopmentBuil
   EXPECT_EQ(IsTrusted(L"signed.dll", ServiceTrustedKeys), isDevelopment);
 }
 
-TEST_F(OverruledFiles, AFileOfTheSameSignerHasTheSameKey) {
+TEST_F(SignedFilesWithFakeVerdicts, FilesOfTheSameSignerMatchByKeyAndSubject) {
   verdicts = {0};
   const SignatureList first = Helper::GetSignatures(Sample(L"signed.dll").c_str(), false);
   const SignatureList second = Helper::GetSignatures(Sample(L"nested.dll").c_str(), false);
@@ -175,7 +175,7 @@ TEST_F(SignedFiles, AFileChangedAfterSigningHasNoSignatures) {
   EXPECT_FALSE(Helper::IsFileTrusted(folder.File(L"changed.dll").c_str(), &keys));
 }
 
-TEST_F(SignedFiles, ACutSignatureIsNoSignature) {
+TEST_F(SignedFiles, ATruncatedSignatureIsNotTrusted) {
   const TempFolder folder;
   const std::string bytes = ReadWholeFile(Sample(L"signed.dll"));
   const KeyList keys = {KeyOf(L"signed")};
@@ -185,7 +185,7 @@ TEST_F(SignedFiles, ACutSignatureIsNoSignature) {
   }
 }
 
-TEST_F(SignedFiles, SeveralThreadsMayAskAtOnce) {
+TEST_F(SignedFiles, SignaturesCanBeReadOnSeveralThreadsAtOnce) {
   const std::wstring signedPath = Sample(L"nested.dll");
   const std::wstring unsignedPath = Sample(L"unsigned.dll");
   std::vector<std::size_t> counts(8);
@@ -200,7 +200,7 @@ TEST_F(SignedFiles, SeveralThreadsMayAskAtOnce) {
   EXPECT_EQ(counts, (std::vector<std::size_t>{2, 0, 2, 0, 2, 0, 2, 0}));
 }
 
-TEST_F(SignedFiles, AMissingFileAFolderAndRubbishHaveNoSignatures) {
+TEST_F(SignedFiles, AMissingFileAFolderAndInvalidContentHaveNoSignatures) {
   const TempFolder folder;
   WriteWholeFile(folder.File(L"rubbish.dll"), "MZ no program");
   WriteWholeFile(folder.File(L"empty.dll"), "");

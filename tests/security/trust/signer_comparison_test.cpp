@@ -28,7 +28,7 @@ SignerDescriptor WithName(const std::wstring& name) {
 
 }  // namespace
 
-TEST(VerifyResult, TheThreeListedVerdictsHaveTheSystemsValues) {
+TEST(IsListedResult, AcceptsVerifiedExpiredAndUntrustedRootOnly) {
   EXPECT_EQ(kVerified, 0u);
   EXPECT_EQ(kVerifiedButExpired, 2148204801u);  // 0x800B0101
   EXPECT_EQ(kUntrustedRoot, 2148204809u);       // 0x800B0109
@@ -40,7 +40,7 @@ TEST(VerifyResult, TheThreeListedVerdictsHaveTheSystemsValues) {
   }
 }
 
-TEST(IsTrustedByWindows, TakesVerifiedAndExpiredAndNothingElse) {
+TEST(IsTrustedByWindows, AcceptsVerifiedAndExpiredOnly) {
   struct Row {
     const char* label;
     SignatureList signatures;
@@ -83,7 +83,7 @@ TEST(IsTrustedByMeridian, ComparesKeysByteByByte) {
   }
 }
 
-TEST(IsTrustedByMeridian, CountsASignatureOfAnyVerdict) {
+TEST(IsTrustedByMeridian, AcceptsASignatureOfAnyVerdict) {
   const KeyList keys = {"30 0a"};
   for (const std::uint32_t result : {0u, 0x800B0101u, 0x800B0109u}) {
     EXPECT_TRUE(Helper::IsTrustedByMeridian({WithKey("30 0a", result)}, &keys)) << result;
@@ -96,12 +96,12 @@ TEST(IsTrustedByMeridian, IsFalseWithoutKeys) {
   EXPECT_FALSE(Helper::IsTrustedByMeridian({WithKey("30 0a")}, &none));
 }
 
-TEST(IsTrustedByMeridian, AKeyInUpperCaseHexadecimalNeverMatches) {
+TEST(IsTrustedByMeridian, NeverMatchesAListedKeyInUpperCase) {
   const KeyList keys = {"30 0A"};
   EXPECT_FALSE(Helper::IsTrustedByMeridian({WithKey("30 0a")}, &keys));
 }
 
-TEST(IsTrustedByMeridian, ASignerWithoutAReadableKeyIsNotTrustedThoughTheListHoldsAnEmptyText) {
+TEST(IsTrustedByMeridian, RefusesASignerWithoutAReadableKeyWhenTheListHasAnEmptyText) {
   const KeyList keys = {"", "30 0a"};
   EXPECT_FALSE(Helper::IsTrustedByMeridian({WithKey("")}, &keys));
   EXPECT_FALSE(Helper::IsTrustedByMeridian({WithKey(""), WithKey("30 0b")}, &keys));
@@ -133,7 +133,7 @@ TEST(SubjectsMatch, NeedsOneEqualCommonName) {
   }
 }
 
-TEST(SubjectsMatch, LooksAtNoOtherField) {
+TEST(SubjectsMatch, ComparesNoOtherField) {
   SignerDescriptor first(L"A", L"unit", L"place", L"firm", L"state", L"US", L"issuer");
   SignerDescriptor second = WithName(L"A");
   EXPECT_TRUE(Helper::SubjectsMatch({first}, {second}));
@@ -152,7 +152,7 @@ TEST(PublicKeysMatch, NeedsOneEqualKey) {
   EXPECT_FALSE(Helper::PublicKeysMatch({}, {}));
 }
 
-TEST(PublicKeysMatch, KeysThatCouldNotBeReadNeverMatch) {
+TEST(PublicKeysMatch, NeverMatchesKeysThatCouldNotBeRead) {
   EXPECT_FALSE(Helper::PublicKeysMatch({WithKey("")}, {WithKey("")}));
   EXPECT_FALSE(Helper::PublicKeysMatch({WithKey(""), WithKey("31")}, {WithKey(""), WithKey("30")}));
   EXPECT_TRUE(Helper::PublicKeysMatch({WithKey(""), WithKey("30")}, {WithKey(""), WithKey("30")}));

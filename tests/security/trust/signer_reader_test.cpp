@@ -89,7 +89,7 @@ struct FakeHeap {
 
 }  // namespace
 
-TEST(GetSignerDescriptor, ReadsKeyAndSubjectOfTheLeaf) {
+TEST(GetSignerDescriptor, ReadsKeyAndSubjectOfTheSignersCertificate) {
   FakeTrust trust;
   FakeSignature signature;
   signature.key = {0x30, 0x82, 0x01, 0x0a, 0xff};
@@ -115,7 +115,7 @@ TEST(GetSignerDescriptor, LogsTheSubjectOnceAndNothingElse) {
   EXPECT_EQ(log.Records(), (std::vector<LogRecord>{Info(L"Subject = O=Firm\r\nCN=100% %s %n")}));
 }
 
-TEST(GetSignerDescriptor, TheIssuerIsReadAndDropped) {
+TEST(GetSignerDescriptor, ReadsTheIssuerAndDropsIt) {
   FakeTrust trust;
   FakeSignature signature;
   signature.issuer = L"CN=Somebody else, O=Authority";
@@ -124,7 +124,7 @@ TEST(GetSignerDescriptor, TheIssuerIsReadAndDropped) {
   EXPECT_EQ(signatures[0].organization, L"");
 }
 
-TEST(GetSignerDescriptor, NamesThatCannotBeReadCostALineEachAndLeaveTheKey) {
+TEST(GetSignerDescriptor, LogsEachNameThatCannotBeReadAndKeepsTheKey) {
   FakeTrust trust;
   const Standin::ImportPatch failing("CertNameToStrW", &FailingNameToStr);
   const LogCapture log;
@@ -137,14 +137,14 @@ TEST(GetSignerDescriptor, NamesThatCannotBeReadCostALineEachAndLeaveTheKey) {
   EXPECT_EQ(signatures[0].commonName, L"");
 }
 
-TEST(GetSignerDescriptor, ANullStateGivesAnEmptyRecordWithoutALine) {
+TEST(GetSignerDescriptor, ReturnsAnEmptyRecordAndLogsNothingForANullState) {
   const FakeTrust trust;
   const LogCapture log;
   EXPECT_TRUE(IsEmptyRecord(Helper::GetSignerDescriptor(nullptr)));
   EXPECT_TRUE(log.Records().empty());
 }
 
-TEST(GetSignerDescriptor, EachMissingStepGivesAnEmptyRecordThatIsListedWithItsVerdict) {
+TEST(GetSignerDescriptor, ReturnsAnEmptyRecordWithTheVerdictWhenAStepFails) {
   struct Row {
     const char* label;
     bool FakeTrust::*failure;
@@ -171,19 +171,19 @@ TEST(GetSignerDescriptor, EachMissingStepGivesAnEmptyRecordThatIsListedWithItsVe
   }
 }
 
-TEST(GetSignerDescriptor, AKeyWithoutBytesRaisesOutOfRange) {
+TEST(GetSignerDescriptor, ThrowsOutOfRangeForAKeyWithoutBytes) {
   FakeTrust trust;
   FakeSignature signature;
   signature.key.clear();
   EXPECT_THROW((void)Read(trust, signature), std::out_of_range);
 }
 
-TEST(GetNameText, PutsEachRelativeNameOnALineOfItsOwn) {
+TEST(GetNameText, WritesEachRelativeNameOnItsOwnLine) {
   std::vector<std::uint8_t> name = EncodeName(L"C=US, O=Firm, CN=Name");
   EXPECT_EQ(Helper::GetNameText(BlobOf(name)), L"C=US\r\nO=Firm\r\nCN=Name");
 }
 
-TEST(GetNameText, AsksForNamesWithoutQuotesOneALine) {
+TEST(GetNameText, RequestsUnquotedNamesOnSeparateLines) {
   const Standin::ImportPatch greedy("CertNameToStrW", &GreedyNameToStr);
   std::vector<std::uint8_t> name(1, 0x30);
   (void)Helper::GetNameText(BlobOf(name));
@@ -191,7 +191,7 @@ TEST(GetNameText, AsksForNamesWithoutQuotesOneALine) {
   EXPECT_EQ(toldEncoding, 1u);
 }
 
-TEST(GetNameText, HasRoomForFourCharactersPerByteAndATerminator) {
+TEST(GetNameText, PassesRoomForFourCharactersPerByteAndATerminator) {
   const Standin::ImportPatch greedy("CertNameToStrW", &GreedyNameToStr);
   std::vector<std::uint8_t> name(100, 0x30);
   // The greedy call leaves no room for its own terminator.
@@ -199,7 +199,7 @@ TEST(GetNameText, HasRoomForFourCharactersPerByteAndATerminator) {
   EXPECT_EQ(toldChars, 401u);
 }
 
-TEST(GetNameText, ATextThatFillsItsBlockStillHasAnEnd) {
+TEST(GetNameText, TerminatesATextThatFillsItsBlock) {
   const Standin::ImportPatch greedy("CertNameToStrW", &GreedyNameToStr);
   std::vector<std::uint8_t> name(kRareNameBytes, 0x30);
   std::wstring text;
@@ -211,7 +211,7 @@ TEST(GetNameText, ATextThatFillsItsBlockStillHasAnEnd) {
   EXPECT_EQ(text.size(), 4u * kRareNameBytes + 1);
 }
 
-TEST(GetNameText, ATextThatNobodyWroteIsEmpty) {
+TEST(GetNameText, ReturnsAnEmptyTextWhenTheCallWritesNothing) {
   const Standin::ImportPatch idle("CertNameToStrW", &IdleNameToStr);
   std::vector<std::uint8_t> name(kRareNameBytes, 0x30);
   std::wstring text = L"not asked";
@@ -223,12 +223,12 @@ TEST(GetNameText, ATextThatNobodyWroteIsEmpty) {
   EXPECT_EQ(text.size(), 0u);
 }
 
-TEST(GetNameText, IsEmptyForANameWithoutBytes) {
+TEST(GetNameText, ReturnsAnEmptyTextForANameWithoutBytes) {
   std::vector<std::uint8_t> name;
   EXPECT_EQ(Helper::GetNameText(BlobOf(name)), L"");
 }
 
-TEST(GetNameText, AFailedConversionIsLoggedAndGivesItsBlockBack) {
+TEST(GetNameText, LogsAFailedConversionAndFreesItsBlock) {
   const Standin::ImportPatch failing("CertNameToStrW", &FailingNameToStr);
   const LogCapture log;
   std::vector<std::uint8_t> name(kRareNameBytes, 0x30);
@@ -244,7 +244,7 @@ TEST(GetNameText, AFailedConversionIsLoggedAndGivesItsBlockBack) {
             (std::vector<LogRecord>{Error(L"Error while retrieving Subject field.")}));
 }
 
-TEST(GetNameText, ARefusedBlockIsLoggedAndNothingIsConverted) {
+TEST(GetNameText, LogsAFailedAllocationAndConvertsNothing) {
   const Standin::ImportPatch greedy("CertNameToStrW", &GreedyNameToStr);
   toldChars = 0;
   const LogCapture log;

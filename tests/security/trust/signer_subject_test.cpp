@@ -41,12 +41,12 @@ TEST(ParseSubject, StoresEachKnownKeyInItsField) {
 
 TEST(ParseSubject, DoesNothingForAnEmptyText) { EXPECT_EQ(AllText(Parsed(L"")), L""); }
 
-TEST(ParseSubject, ReadsALastLineWithAndWithoutItsEnd) {
+TEST(ParseSubject, ReadsALastLineWithAndWithoutALineEnd) {
   EXPECT_EQ(Parsed(L"O=a\r\nCN=b").commonName, L"b");
   EXPECT_EQ(Parsed(L"O=a\r\nCN=b\r\n").commonName, L"b");
 }
 
-TEST(ParseSubject, CutsOnlyAtThePairOfCarriageReturnAndLineFeed) {
+TEST(ParseSubject, SplitsOnlyAtCarriageReturnLineFeed) {
   const SignerDescriptor record = Parsed(L"CN=a\nO=b\rOU=c\r\nL=d");
   EXPECT_EQ(record.commonName, L"a\nO=b\rOU=c");
   EXPECT_EQ(record.locality, L"d");
@@ -58,12 +58,12 @@ TEST(ParseSubject, KeepsTheLastOfSeveralEqualKeys) {
   EXPECT_EQ(Parsed(L"OU=one\r\nOU=").organizationalUnit, L"");
 }
 
-TEST(ParseSubject, StepsOverLinesThatAreNoFields) {
+TEST(ParseSubject, SkipsLinesThatAreNoFields) {
   const SignerDescriptor record = Parsed(L"\r\nrubbish\r\n\r\nCN=Name\r\n\r\n");
   EXPECT_EQ(AllText(record), L"Name");
 }
 
-TEST(ParseSubjectField, CutsAtTheFirstEqualsSign) {
+TEST(ParseSubjectField, SplitsAtTheFirstEqualsSign) {
   EXPECT_EQ(ParsedField(L"CN=A=B").commonName, L"A=B");
 }
 
@@ -71,13 +71,13 @@ TEST(ParseSubjectField, TakesTheSecondOfTwoWordsAsTheKey) {
   EXPECT_EQ(ParsedField(L"Foo CN=X").commonName, L"X");
 }
 
-TEST(ParseSubjectField, TakesWhatFollowsTheFirstBlankAsTheKey) {
+TEST(ParseSubjectField, TakesTheTextAfterTheFirstBlankAsTheKey) {
   EXPECT_EQ(AllText(ParsedField(L"Foo Bar CN=X")), L"");
   EXPECT_EQ(ParsedField(L" CN=X").commonName, L"X");
   EXPECT_EQ(AllText(ParsedField(L"CN =X")), L"");
 }
 
-TEST(ParseSubjectField, IgnoresOtherKeys) {
+TEST(ParseSubjectField, IgnoresUnknownKeys) {
   EXPECT_EQ(AllText(ParsedField(L"E=x")), L"");
   EXPECT_EQ(AllText(ParsedField(L"=x")), L"");
   EXPECT_EQ(AllText(ParsedField(L"ST=x")), L"");
@@ -93,11 +93,11 @@ TEST(ParseSubjectField, IgnoresALineWithoutEqualsSign) {
   EXPECT_EQ(AllText(ParsedField(L"")), L"");
 }
 
-TEST(ParseSubjectField, KeepsBlanksOfTheValue) {
+TEST(ParseSubjectField, KeepsBlanksInTheValue) {
   EXPECT_EQ(ParsedField(L"O= ZQ  Inc. ").organization, L" ZQ  Inc. ");
 }
 
-TEST(ParseSubjectField, LeavesTheOtherFieldsAsTheyWere) {
+TEST(ParseSubjectField, LeavesTheOtherFieldsUnchanged) {
   SignerDescriptor record;
   record.commonName = L"before";
   record.verifyResult = 7;

@@ -29,13 +29,13 @@ constexpr const wchar_t* kAuthority = L"DigiCert SHA2 Assured ID Code Signing CA
 
 }  // namespace
 
-TEST(SignerTables, ARowTakesItsTextsInAnotherOrderThanItsFields) {
+TEST(SignerDescriptor, ConstructorTakesTextsInAnotherOrderThanTheFields) {
   const SignerDescriptor row(L"cn", L"ou", L"l", L"o", L"s", L"c", L"i");
   EXPECT_EQ(FieldsOf(row), (Row{L"cn", L"ou", L"o", L"l", L"s", L"c", L"i"}));
   EXPECT_EQ(row.publicKey, "");
 }
 
-TEST(SignerTables, ZqHasTwoRowsThatDifferInTheUnit) {
+TEST(SignerTables, ZqHasTwoRowsThatDifferInTheOrganizationalUnit) {
   ASSERT_EQ(ZqSignerRows.size(), 2u);
   EXPECT_EQ(FieldsOf(ZqSignerRows[0]), (Row{L"ZQ Inc.", L"ZQ Assurance", L"ZQ Inc.", L"Elmhurst",
                                             L"California", L"US", kAuthority}));

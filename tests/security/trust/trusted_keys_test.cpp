@@ -60,7 +60,7 @@ bool Passes(std::size_t poolPosition, const KeyList& list) {
 
 }  // namespace
 
-TEST(TrustedKeys, TheListsHaveTheirSizes) {
+TEST(TrustedKeys, ListsHaveTheirSizes) {
   EXPECT_EQ(PublicKeyPool.size(), 45u);
   EXPECT_EQ(SingleKeyList.size(), 1u);
   EXPECT_EQ(SecondKeyList.size(), 4u);
@@ -69,19 +69,19 @@ TEST(TrustedKeys, TheListsHaveTheirSizes) {
   EXPECT_EQ(ExtendedTrustedKeys.size(), 35u);
 }
 
-TEST(TrustedKeys, ThePoolHas31KeysOf2048BitsAnd14Of3072) {
+TEST(TrustedKeys, PoolHas31KeysOf2048BitsAnd14Of3072) {
   ASSERT_EQ(PublicKeyPool.size(), 45u);
   for (std::size_t i = 0; i <= 30; ++i) ExpectShortForm(PublicKeyPool[i]);
   for (std::size_t i = 31; i <= 44; ++i) ExpectLongForm(PublicKeyPool[i]);
 }
 
-TEST(TrustedKeys, TheSmallListsHave2048Bits) {
+TEST(TrustedKeys, SmallListsHaveKeysOf2048Bits) {
   for (const std::string& key : SingleKeyList) ExpectShortForm(key);
   for (const std::string& key : SecondKeyList) ExpectShortForm(key);
   ExpectShortForm(ServiceTrustedKeys.at(0));
 }
 
-TEST(TrustedKeys, EveryKeyIs809Or1193CharactersLongWithoutUpperCaseLetters) {
+TEST(TrustedKeys, EveryKeyHas809Or1193CharactersAndNoUpperCaseLetters) {
   for (const KeyList* list : {&ServiceTrustedKeys, &ExtendedTrustedKeys, &SubsetKeyList}) {
     for (const std::string& key : *list) {
       EXPECT_TRUE(key.size() == 809 || key.size() == 1193) << key.size();
@@ -90,13 +90,13 @@ TEST(TrustedKeys, EveryKeyIs809Or1193CharactersLongWithoutUpperCaseLetters) {
   }
 }
 
-TEST(TrustedKeys, ThePoolRepeatsTwoKeysAndNoMore) {
+TEST(TrustedKeys, PoolRepeatsExactlyTwoKeys) {
   EXPECT_EQ(PublicKeyPool.at(12), PublicKeyPool.at(9));
   EXPECT_EQ(PublicKeyPool.at(13), PublicKeyPool.at(11));
   EXPECT_EQ(DifferentIn(PublicKeyPool), 43u);
 }
 
-TEST(TrustedKeys, ThereAre49DifferentKeysInAll) {
+TEST(TrustedKeys, ListsHave49DifferentKeysInAll) {
   KeyList all = PublicKeyPool;
   all.push_back(SingleKeyList.at(0));
   all.insert(all.end(), SecondKeyList.begin(), SecondKeyList.end());
@@ -107,18 +107,18 @@ TEST(TrustedKeys, ThereAre49DifferentKeysInAll) {
   EXPECT_EQ(DifferentIn(ExtendedTrustedKeys), 33u);
 }
 
-TEST(TrustedKeys, TheSubsetIsTakenFromThePoolByPosition) {
+TEST(TrustedKeys, SubsetIsTakenFromThePoolByPosition) {
   EXPECT_EQ(NamesOf(SubsetKeyList), "p17 p20 p24 p26 p33 p41 ");
 }
 
-TEST(TrustedKeys, TheServiceListIsComposedByPosition) {
+TEST(TrustedKeys, ServiceListIsComposedByPosition) {
   EXPECT_EQ(NamesOf(ServiceTrustedKeys),
             "service p0 p1 p2 p3 p4 p5 p6 p7 p8 p9 p10 p11 p9 p11 p14 p15 p16 p17 p18 p19 p20 p21 "
             "p22 p23 p24 p25 p27 single second0 second1 second2 second3 p28 p29 p30 p32 p35 p34 "
             "p37 p38 p39 p40 p42 p43 p44 ");
 }
 
-TEST(TrustedKeys, TheExtendedListIsComposedByPosition) {
+TEST(TrustedKeys, ExtendedListIsComposedByPosition) {
   EXPECT_EQ(NamesOf(ExtendedTrustedKeys),
             "single second0 second1 second2 p0 p1 p2 p3 p4 p5 p6 p7 p8 p9 p10 p11 p9 p11 p14 p15 "
             "p16 p17 p20 p22 p25 p26 p27 p31 p32 p35 p36 p37 p40 p43 p44 ");
@@ -141,7 +141,7 @@ TEST(TrustedKeys, PoolPositions33And41PassWithNeither) {
   }
 }
 
-TEST(TrustedKeys, TheServiceKeyStandsInNoOtherList) {
+TEST(TrustedKeys, ServiceKeyIsInNoOtherList) {
   const std::string& key = ServiceTrustedKeys.at(0);
   for (const KeyList* list :
        {&PublicKeyPool, &SingleKeyList, &SecondKeyList, &SubsetKeyList, &ExtendedTrustedKeys}) {

@@ -22,7 +22,7 @@ DateTime* GetCurrentDate() {
 }
 
 // Kept on purpose: the step is 86400 seconds and only the hour is put back, so a walk backwards
-// skips the day on which clocks go forward (test AddDays.SkipsTheSpringDayOnTheWayBack).
+// skips the day on which clocks go forward (test AddDays.SkipsTheSpringChangeDayBackward).
 DateTime& AddDays(DateTime& from, DateTime& result, int days) {
   const std::int32_t hour = from.tm_hour;
   const std::int64_t instant = MakeInstant(from) + days * kSecondsPerDay;

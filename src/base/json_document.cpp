@@ -96,7 +96,7 @@ GenericDocument* LoadJsonDocument(const std::wstring& path, std::size_t largestB
 }
 
 // Kept on purpose: in place, without a temporary file, and a write that fails half-way is not told
-// (test SaveJsonDocument.ReplacesWhatWasThere).
+// (test SaveJsonDocument.ReplacesAnExistingFile).
 bool SaveJsonDocument(const std::wstring& path, const GenericDocument& document) {
   const UniqueFile file = OpenForWriting(path);
   if (!file) return false;

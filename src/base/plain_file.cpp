@@ -72,7 +72,7 @@ bool CreateDirectoryTree(const std::wstring& path) {
     return false;
   }
   // Kept on purpose: a separator at the end of a new path makes the folder and answers false, for
-  // it is then made twice (test CreateDirectoryTree.AnswersFalseForANewPathWithASeparatorAtItsEnd).
+  // it is then made twice (test CreateDirectoryTree.ReturnsFalseForANewPathWithATrailingSeparator).
   for (auto length = missing.rbegin(); length != missing.rend(); ++length) {
     if (!CreateDirectoryW(path.substr(0, *length).c_str(), nullptr)) return false;
   }

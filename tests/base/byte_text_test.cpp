@@ -31,7 +31,7 @@ TEST(WidenBytes, SignExtendsHighBytes) {
   EXPECT_EQ(wide[2], L'\x7F');
 }
 
-TEST(WidenBytes, DecodesNothing) {
+TEST(WidenBytes, DoesNotDecodeUtf8) {
   // U+00E4 in UTF-8 has two bytes and stays two characters.
   EXPECT_EQ(Widened("\xC3\xA4").size(), 2U);
 }
@@ -45,7 +45,7 @@ TEST(NarrowChars, KeepsTheLowByte) {
   EXPECT_EQ(Narrowed(L""), "");
 }
 
-TEST(NarrowChars, GivesBackWhatWasWidened) {
+TEST(NarrowChars, InvertsWidenBytes) {
   std::string all;
   for (int byte = 0; byte < 256; ++byte) all += static_cast<char>(byte);
   EXPECT_EQ(Narrowed(Widened(all)), all);

@@ -11,7 +11,7 @@ using namespace Zq::Gantry::Server::Services::Wattleaf;
 using TestSupport::LocalTime;
 using TestSupport::Text;
 
-// In UTC; what clock changes do to all this has a file of its own.
+// In UTC; clock_change_test.cpp covers zones with clock changes.
 
 TEST(LocalTimeOf, SplitsAnInstant) {
   // 2024-03-01 was a Friday; 1709251200 is its first second.
@@ -22,7 +22,7 @@ TEST(LocalTimeOf, SplitsAnInstant) {
   EXPECT_EQ(Text(LocalTimeOf(0)), "1970-01-01 00:00:00 dst 0");
 }
 
-TEST(LocalTimeOf, HasNoFieldsOutsideTheCalendar) {
+TEST(LocalTimeOf, SetsAllFieldsToMinusOneOutsideTheCalendar) {
   for (const std::int64_t instant :
        {std::int64_t{-1}, std::int64_t{1} << 60, INT64_MIN, INT64_MAX}) {
     const DateTime time = LocalTimeOf(instant);
@@ -42,7 +42,7 @@ TEST(MakeInstant, NormalisesInPlace) {
   EXPECT_EQ(time.tm_yday, 62);
 }
 
-TEST(MakeInstant, RefusesTimesOutsideTheCalendarAndLeavesThem) {
+TEST(MakeInstant, ReturnsMinusOneOutsideTheCalendarAndLeavesItsArgument) {
   for (const int year : {1, 1895, 1968, 3900, 9999}) {
     DateTime time = LocalTime(year, 14, 45, 30);
     EXPECT_EQ(MakeInstant(time), -1) << year;
@@ -54,13 +54,13 @@ TEST(MakeInstant, RefusesTimesOutsideTheCalendarAndLeavesThem) {
   EXPECT_EQ(MakeInstant(none), -1);
 }
 
-TEST(InstantOf, LeavesItsArgument) {
+TEST(InstantOf, DoesNotNormaliseItsArgument) {
   const DateTime time = LocalTime(2023, 2, 31);
   EXPECT_EQ(InstantOf(time), 1677801600);
   EXPECT_EQ(time.tm_mday, 31);
 }
 
-TEST(DateTimeOrder, FollowsTheInstantAndChangesNoKey) {
+TEST(DateTimeOrder, ComparesInstantsAndDoesNotNormaliseKeys) {
   const DateTime overrun = LocalTime(2023, 2, 31);
   const DateTime plain = LocalTime(2023, 3, 3);
   EXPECT_FALSE(overrun < plain);
@@ -81,7 +81,7 @@ TEST(AddDays, GoesBackAWeekAndKeepsHourZero) {
   EXPECT_EQ(result.tm_wday, 1);
 }
 
-TEST(AddDays, NormalisesItsArgumentAndPutsTheHourBackAsItWas) {
+TEST(AddDays, NormalisesItsArgumentAndRestoresTheHourInTheResult) {
   DateTime from = LocalTime(2024, 2, 28, 49);
   DateTime result;
   AddDays(from, result, 1);
@@ -89,13 +89,13 @@ TEST(AddDays, NormalisesItsArgumentAndPutsTheHourBackAsItWas) {
   EXPECT_EQ(Text(result), "2024-03-02 49:00:00 dst 0");
 }
 
-TEST(AddDays, MayWriteOverItsArgument) {
+TEST(AddDays, AcceptsOneObjectAsArgumentAndResult) {
   DateTime day = LocalTime(2024, 12, 31, 5);
   AddDays(day, day, 1);
   EXPECT_EQ(Text(day), "2025-01-01 05:00:00 dst 0");
 }
 
-TEST(AddDays, TakesAnyNumberOfDays) {
+TEST(AddDays, LeavesTheCalendarForExtremeNumbersOfDays) {
   DateTime from = LocalTime(2024, 3, 1, 3);
   DateTime result;
   AddDays(from, result, 2147483647);

@@ -1,3 +1,5 @@
+#include "base/calendar.h"
+
 #include <windows.h>
 
 #include <time.h>
@@ -6,7 +8,6 @@
 
 #include <gtest/gtest.h>
 
-#include "base/calendar.h"
 #include "base/date_text.h"
 #include "base/date_time_text.h"
 #include "base/local_calendar.h"
@@ -18,7 +19,7 @@ using TestSupport::Text;
 namespace {
 
 // In UTC: 2026-11-20 00:00:01 and 23:59:59, a Friday.
-constexpr __time64_t kFirstSeconds = 1795132801;
+constexpr __time64_t kFirstSecond = 1795132801;
 constexpr __time64_t kLastSecond = 1795219199;
 
 __time64_t g_now = 0;
@@ -35,7 +36,7 @@ class CurrentTime : public testing::Test {
 
 }  // namespace
 
-TEST_F(CurrentTime, IsTheClocks) {
+TEST_F(CurrentTime, ComesFromTheSystemClock) {
   g_now = kLastSecond;
   EXPECT_EQ(CurrentInstant(), 1795219199);
   EXPECT_EQ(Text(*GetCurrentDateTime()), "2026-11-20 23:59:59 dst 0");
@@ -43,8 +44,8 @@ TEST_F(CurrentTime, IsTheClocks) {
   EXPECT_EQ(GetCurrentDateTime()->tm_yday, 323);
 }
 
-TEST_F(CurrentTime, IsTheSameDateAllDayLong) {
-  g_now = kFirstSeconds;
+TEST_F(CurrentTime, DateIsMidnightAllDayLong) {
+  g_now = kFirstSecond;
   const DateTime early = *GetCurrentDate();
   g_now = kLastSecond;
   const DateTime late = *GetCurrentDate();
@@ -54,8 +55,8 @@ TEST_F(CurrentTime, IsTheSameDateAllDayLong) {
   EXPECT_EQ(late.tm_yday, 323);
 }
 
-TEST_F(CurrentTime, StandsInOneStaticEachThatIsOverwritten) {
-  g_now = kFirstSeconds;
+TEST_F(CurrentTime, ReturnsAStaticThatTheNextCallOverwrites) {
+  g_now = kFirstSecond;
   DateTime* const time = GetCurrentDateTime();
   DateTime* const date = GetCurrentDate();
   EXPECT_NE(time, date);
@@ -67,8 +68,8 @@ TEST_F(CurrentTime, StandsInOneStaticEachThatIsOverwritten) {
   EXPECT_EQ(Text(*date), "2026-11-21 00:00:00 dst 0");
 }
 
-TEST_F(CurrentTime, HasAStaticForEachThread) {
-  g_now = kFirstSeconds;
+TEST_F(CurrentTime, ReturnsADifferentStaticOnEachThread) {
+  g_now = kFirstSecond;
   const DateTime* const time = GetCurrentDateTime();
   const DateTime* const date = GetCurrentDate();
   bool finished = false;
@@ -84,7 +85,7 @@ TEST_F(CurrentTime, HasAStaticForEachThread) {
   EXPECT_EQ(Text(*date), "2026-11-20 00:00:00 dst 0");
 }
 
-TEST_F(CurrentTime, HasNoFieldsForAClockOutsideTheCalendar) {
+TEST_F(CurrentTime, SetsFieldsToMinusOneForAClockOutsideTheCalendar) {
   g_now = -1;
   EXPECT_EQ(GetCurrentDateTime()->tm_year, -1);
   EXPECT_EQ(GetCurrentDateTime()->tm_hour, -1);
@@ -103,7 +104,7 @@ __time64_t CountInstant(struct tm*) {
 
 }  // namespace
 
-TEST(ParseDateTime, AsksForNoInstantWithoutAText) {
+TEST(ParseDateTime, ComputesNoInstantForNullArguments) {
   const Standin::ImportPatch patch("_mktime64", &CountInstant);
   g_instants = 0;
   DateTime time;

@@ -29,20 +29,20 @@ struct FieldCase {
 };
 
 const FieldCase kOutsideTheCalendar[] = {
-    {"second below", &DateTime::tm_sec, -1},      {"second above", &DateTime::tm_sec, 61},
-    {"minute below", &DateTime::tm_min, -1},      {"minute above", &DateTime::tm_min, 60},
-    {"hour below", &DateTime::tm_hour, -1},       {"hour above", &DateTime::tm_hour, 24},
-    {"day below", &DateTime::tm_mday, 0},         {"day above", &DateTime::tm_mday, 32},
-    {"month below", &DateTime::tm_mon, -1},       {"month above", &DateTime::tm_mon, 12},
-    {"year below", &DateTime::tm_year, -1901},    {"year above", &DateTime::tm_year, 8100},
-    {"weekday below", &DateTime::tm_wday, -1},    {"weekday above", &DateTime::tm_wday, 7},
-    {"year's day below", &DateTime::tm_yday, -1}, {"year's day above", &DateTime::tm_yday, 366},
-    {"far away", &DateTime::tm_mon, 2147483647},
+    {"second below", &DateTime::tm_sec, -1},       {"second above", &DateTime::tm_sec, 61},
+    {"minute below", &DateTime::tm_min, -1},       {"minute above", &DateTime::tm_min, 60},
+    {"hour below", &DateTime::tm_hour, -1},        {"hour above", &DateTime::tm_hour, 24},
+    {"day below", &DateTime::tm_mday, 0},          {"day above", &DateTime::tm_mday, 32},
+    {"month below", &DateTime::tm_mon, -1},        {"month above", &DateTime::tm_mon, 12},
+    {"year below", &DateTime::tm_year, -1901},     {"year above", &DateTime::tm_year, 8100},
+    {"weekday below", &DateTime::tm_wday, -1},     {"weekday above", &DateTime::tm_wday, 7},
+    {"day of year below", &DateTime::tm_yday, -1}, {"day of year above", &DateTime::tm_yday, 366},
+    {"far above", &DateTime::tm_mon, 2147483647},
 };
 
 }  // namespace
 
-TEST(FormatDateTime, PrintsEveryFormInUse) {
+TEST(FormatDateTime, PrintsEveryFormatInUse) {
   const FormatCase cases[] = {
       {kDateFormat, "2024-03-01"},
       {kSampleTimeFormat, "2024-03-01T14:05:09"},
@@ -53,7 +53,7 @@ TEST(FormatDateTime, PrintsEveryFormInUse) {
   for (const auto& [format, text] : cases) EXPECT_EQ(FormatDateTime(Afternoon(), format), text);
 }
 
-TEST(FormatDateTime, TellsTheTimeFormFromAnEscapedPercent) {
+TEST(FormatDateTime, DoesNotExpandTAfterAnEscapedPercent) {
   EXPECT_EQ(FormatDateTime(Afternoon(), "%%T=%T"), "%T=14:05:09");
   EXPECT_EQ(FormatDateTime(Afternoon(), "T%TT"), "T14:05:09T");
 }
@@ -68,11 +68,11 @@ TEST(FormatDateTime, IsEmptyForAFieldOutsideTheCalendar) {
   }
 }
 
-TEST(FormatDateTime, IsEmptyForATimeThatWasNeverFilled) {
+TEST(FormatDateTime, IsEmptyForAValueInitialisedTime) {
   EXPECT_EQ(FormatDateTime(DateTime{}, kDateFormat), "");
 }
 
-TEST(FormatDateTime, HasRoomFor511Bytes) {
+TEST(FormatDateTime, IsEmptyForATextAbove511Bytes) {
   EXPECT_EQ(FormatDateTime(Afternoon(), std::string(511, 'x').c_str()), std::string(511, 'x'));
   EXPECT_EQ(FormatDateTime(Afternoon(), std::string(512, 'x').c_str()), "");
 }

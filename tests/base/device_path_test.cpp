@@ -12,7 +12,7 @@ using namespace Zq::Gantry::Server::Services::Wattleaf;
 
 namespace {
 
-DWORD WINAPI GiveTwoTexts(const char* drive, char* buffer, DWORD capacity) {
+DWORD WINAPI ReturnTwoTexts(const char* drive, char* buffer, DWORD capacity) {
   EXPECT_STREQ(drive, "C:");
   EXPECT_EQ(capacity, 1024U);
   const char texts[] = "\\Device\\First\0\\Device\\Second\0";
@@ -20,34 +20,34 @@ DWORD WINAPI GiveTwoTexts(const char* drive, char* buffer, DWORD capacity) {
   return sizeof(texts);
 }
 
-DWORD WINAPI FailWithRubbish(const char*, char* buffer, DWORD) {
-  std::memcpy(buffer, "rubbish", 7);
+DWORD WINAPI FailWithGarbage(const char*, char* buffer, DWORD) {
+  std::memcpy(buffer, "garbage", 7);
   return 0;
 }
 
-DWORD WINAPI FillToTheBrim(const char*, char* buffer, DWORD capacity) {
+DWORD WINAPI FillWithoutATerminator(const char*, char* buffer, DWORD capacity) {
   std::memset(buffer, 'x', capacity);
   return capacity;
 }
 
 }  // namespace
 
-TEST(QueryDevicePath, GivesTheDeviceOfADrive) {
+TEST(QueryDevicePath, ReturnsTheDeviceOfADrive) {
   EXPECT_EQ(QueryDevicePath("C:").substr(0, 8), "\\Device\\");
 }
 
-TEST(QueryDevicePath, GivesTheFirstOfSeveralTexts) {
-  const Standin::ImportPatch patch("QueryDosDeviceA", &GiveTwoTexts);
+TEST(QueryDevicePath, ReturnsTheFirstOfSeveralTexts) {
+  const Standin::ImportPatch patch("QueryDosDeviceA", &ReturnTwoTexts);
   EXPECT_EQ(QueryDevicePath("C:"), "\\Device\\First");
 }
 
-TEST(QueryDevicePath, IsEmptyForADriveThatIsNotThere) {
+TEST(QueryDevicePath, IsEmptyForAMissingDrive) {
   EXPECT_EQ(QueryDevicePath("no drive:"), "");
-  const Standin::ImportPatch patch("QueryDosDeviceA", &FailWithRubbish);
+  const Standin::ImportPatch patch("QueryDosDeviceA", &FailWithGarbage);
   EXPECT_EQ(QueryDevicePath("C:"), "");
 }
 
-TEST(QueryDevicePath, EndsWithItsBuffer) {
-  const Standin::ImportPatch patch("QueryDosDeviceA", &FillToTheBrim);
+TEST(QueryDevicePath, TruncatesAnUnterminatedAnswerToItsBuffer) {
+  const Standin::ImportPatch patch("QueryDosDeviceA", &FillWithoutATerminator);
   EXPECT_EQ(QueryDevicePath("C:"), std::string(1023, 'x'));
 }

@@ -1,9 +1,10 @@
+#include "base/plain_file.h"
+
 #include <windows.h>
 
 #include <gtest/gtest.h>
 
 #include "base/fake_attributes.h"
-#include "base/plain_file.h"
 #include "import_patch.h"
 #include "support/temp_folder.h"
 
@@ -17,29 +18,29 @@ bool IsFolder(const std::wstring& path) {
   return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
-int g_createdFolders = 0;
+int g_creations = 0;
 
-BOOL WINAPI CountCreation(const wchar_t*, SECURITY_ATTRIBUTES* security) {
-  ++g_createdFolders;
+BOOL WINAPI CountAndFail(const wchar_t*, SECURITY_ATTRIBUTES* security) {
+  ++g_creations;
   EXPECT_EQ(security, nullptr);
   return FALSE;
 }
 
 }  // namespace
 
-TEST(CreateDirectoryTree, MakesEveryFolderOfAPath) {
+TEST(CreateDirectoryTree, CreatesEveryFolderOfAPath) {
   const TempFolder folder;
   EXPECT_TRUE(CreateDirectoryTree(folder.File(L"a\\b/c")));
   EXPECT_TRUE(IsFolder(folder.File(L"a\\b\\c")));
 }
 
-TEST(CreateDirectoryTree, IsContentWithAFolderThatIsThere) {
+TEST(CreateDirectoryTree, SucceedsForAnExistingFolder) {
   const TempFolder folder;
   EXPECT_TRUE(CreateDirectoryTree(folder.Path()));
   EXPECT_TRUE(CreateDirectoryTree(folder.Path() + L"\\"));
 }
 
-TEST(CreateDirectoryTree, IsContentWithAReparsePoint) {
+TEST(CreateDirectoryTree, SucceedsForAReparsePoint) {
   const TempFolder folder;
   TestSupport::WriteWholeFile(folder.File(L"link"), "x");
   const TestSupport::FakeReparsePoint fake(folder.File(L"link"), IO_REPARSE_TAG_SYMLINK);
@@ -54,7 +55,7 @@ TEST(CreateDirectoryTree, FailsForAnExistingPlainFile) {
   EXPECT_EQ(TestSupport::ReadWholeFile(folder.File(L"file")), "x");
 }
 
-TEST(CreateDirectoryTree, AnswersFalseForANewPathWithASeparatorAtItsEnd) {
+TEST(CreateDirectoryTree, ReturnsFalseForANewPathWithATrailingSeparator) {
   const TempFolder folder;
   EXPECT_FALSE(CreateDirectoryTree(folder.File(L"a\\b\\")));
   EXPECT_TRUE(IsFolder(folder.File(L"a\\b")));
@@ -68,7 +69,7 @@ TEST(CreateDirectoryTree, FailsForWildcards) {
   EXPECT_FALSE(IsFolder(folder.File(L"a?")));
 }
 
-TEST(CreateDirectoryTree, FailsForNothing) {
+TEST(CreateDirectoryTree, FailsForAnEmptyOrImpossiblePath) {
   EXPECT_FALSE(CreateDirectoryTree(L""));
   EXPECT_FALSE(CreateDirectoryTree(L"\\\\?\\nowhere:\\a"));
 }
@@ -81,7 +82,7 @@ TEST(CreateDirectoryTree, SurvivesFifteenThousandSeparators) {
   EXPECT_FALSE(CreateDirectoryTree(folder.File(L"x") + std::wstring(2000, L'\\') + L"y"));
 }
 
-TEST(CreateDirectoryTree, MakesNothingOfATextThatIsTooLongForAPath) {
+TEST(CreateDirectoryTree, CreatesNothingForATooLongPath) {
   const TempFolder folder;
   std::wstring path = folder.File(L"a");
   while (path.size() < 1000000) path += L"\\b";
@@ -89,10 +90,10 @@ TEST(CreateDirectoryTree, MakesNothingOfATextThatIsTooLongForAPath) {
   EXPECT_FALSE(IsFolder(folder.File(L"a")));
 }
 
-TEST(CreateDirectoryTree, StopsAtTheFirstFolderThatCannotBeMade) {
+TEST(CreateDirectoryTree, StopsAtTheFirstFolderThatCannotBeCreated) {
   const TempFolder folder;
-  g_createdFolders = 0;
-  const Standin::ImportPatch patch("CreateDirectoryW", &CountCreation);
+  g_creations = 0;
+  const Standin::ImportPatch patch("CreateDirectoryW", &CountAndFail);
   EXPECT_FALSE(CreateDirectoryTree(folder.File(L"a\\b\\c\\d")));
-  EXPECT_EQ(g_createdFolders, 1);
+  EXPECT_EQ(g_creations, 1);
 }

@@ -1,5 +1,7 @@
 #include "base/fake_attributes.h"
 
+#include <errno.h>
+
 namespace TestSupport {
 
 FakeReparsePoint* FakeReparsePoint::current_ = nullptr;
@@ -31,6 +33,11 @@ HANDLE WINAPI FakeReparsePoint::Find(const wchar_t* path, WIN32_FIND_DATAW* entr
   entry->dwFileAttributes |= current_->searchBit_;
   entry->dwReserved0 = current_->tag_;
   return search;
+}
+
+int FailingStatus::Fail(const wchar_t*, struct _stat64*) {
+  errno = EACCES;
+  return -1;
 }
 
 }  // namespace TestSupport

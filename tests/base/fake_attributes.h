@@ -2,23 +2,25 @@
 
 #include <windows.h>
 
+#include <sys/stat.h>
+
 #include <string>
 
 #include "import_patch.h"
 
 namespace TestSupport {
 
-/// Fakes a link, or another reparse point, in the place of one file: a program cannot make a link
-/// to a file everywhere. Calls for other paths go through. One at a time.
+/// Makes one existing file look like a link or another reparse point, since not every system lets a
+/// program create a link to a file. Calls for other paths reach the system. One at a time.
 class FakeReparsePoint {
  public:
-  /// The file's attributes get the reparse bit; a search for it finds `tag`.
+  /// The file's attributes have the reparse bit; a search for it returns `tag`.
   FakeReparsePoint(const std::wstring& path, DWORD tag);
   FakeReparsePoint(const FakeReparsePoint&) = delete;
   FakeReparsePoint& operator=(const FakeReparsePoint&) = delete;
   ~FakeReparsePoint();
 
-  /// From now on the search finds nothing, or a file without the reparse bit.
+  /// From now on the search fails, or finds the file without the reparse bit.
   void FailSearch() { searchFails_ = true; }
   void SearchFindsNoReparsePoint() { searchBit_ = 0; }
 
@@ -33,6 +35,14 @@ class FakeReparsePoint {
   bool searchFails_ = false;
   Standin::ImportPatch attributes_;
   Standin::ImportPatch find_;
+};
+
+/// Every status query of the standard library fails with EACCES while this object lives.
+class FailingStatus {
+ private:
+  static int Fail(const wchar_t* path, struct _stat64* status);
+
+  const Standin::ImportPatch patch_{"_wstat64", &FailingStatus::Fail};
 };
 
 }  // namespace TestSupport

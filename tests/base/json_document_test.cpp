@@ -32,14 +32,14 @@ GenericDocument Parsed(const char* text) {
 
 }  // namespace
 
-TEST(LoadJsonDocument, GivesWhatTheFileHolds) {
+TEST(LoadJsonDocument, ReturnsTheContentOfTheFile) {
   const auto document =
       LoadText(R"( [ {"Key":"2024-03-01","Value":1.5}, -7, true, null, "a\"b" ] )");
   ASSERT_TRUE(document);
   EXPECT_TRUE(*document == Parsed(R"([{"Key":"2024-03-01","Value":1.5},-7,true,null,"a\"b"])"));
 }
 
-TEST(LoadJsonDocument, IsNullForAFileThatIsNotThere) {
+TEST(LoadJsonDocument, IsNullForAMissingFile) {
   const ScratchFolder folder;
   EXPECT_FALSE(Load(folder.File("missing.json")));
   EXPECT_FALSE(Load(folder.File("missing") / "text.json"));
@@ -56,7 +56,7 @@ TEST(LoadJsonDocument, IsNullForTextThatDoesNotParse) {
   for (const std::string_view text : texts) EXPECT_FALSE(LoadText(text)) << text;
 }
 
-TEST(LoadJsonDocument, TakesAZeroByteForTheEnd) {
+TEST(LoadJsonDocument, TreatsAZeroByteAsTheEnd) {
   const auto document = LoadText(std::string_view("[12]\0\0\0\0", 8));
   ASSERT_TRUE(document);
   EXPECT_TRUE(*document == Parsed("[12]"));
@@ -72,7 +72,7 @@ TEST(LoadJsonDocument, IsNullForOtherEncodings) {
   EXPECT_FALSE(LoadText("\xEF\xBB\xBF[]"));
 }
 
-TEST(LoadJsonDocument, TakesTextsThatAreNoUtf8AsTheyAre) {
+TEST(LoadJsonDocument, KeepsStringsThatAreNotUtf8) {
   const auto document = LoadText("[\"\xC3(\xFF\x80\"]");
   ASSERT_TRUE(document);
   EXPECT_STREQ((*document)[0].GetString(), "\xC3(\xFF\x80");
@@ -91,14 +91,14 @@ TEST(LoadJsonDocument, ReadsAcrossItsBuffer) {
 TEST(SaveJsonDocument, WritesWithoutWhiteSpace) {
   const ScratchFolder folder;
   auto document = Parsed(R"([ { "Key" : "2024-03-01", "Value" : 0 }, [ ], "a/\"" ])");
-  // A 32-bit float goes out as the double that it is.
+  // A 32-bit float is written as a double of the same value.
   document[0]["Value"] = static_cast<double>(0.1F);
   EXPECT_TRUE(SaveJsonDocument(folder.File("out.json").wstring(), document));
   EXPECT_EQ(ReadBytes(folder.File("out.json")),
             R"([{"Key":"2024-03-01","Value":0.10000000149011612},[],"a/\""])");
 }
 
-TEST(SaveJsonDocument, ReplacesWhatWasThere) {
+TEST(SaveJsonDocument, ReplacesAnExistingFile) {
   const ScratchFolder folder;
   WriteBytes(folder.File("out.json"), std::string(100000, 'x'));
   EXPECT_TRUE(SaveJsonDocument(folder.File("out.json").wstring(), Parsed("[1]")));
@@ -126,13 +126,13 @@ TEST(SaveJsonDocument, WritesAcrossItsBuffer) {
   EXPECT_EQ(ReadBytes(folder.File("out.json")), text);
 }
 
-TEST(SaveJsonDocument, PassesOnBytesThatAreNoUtf8) {
+TEST(SaveJsonDocument, KeepsStringsThatAreNotUtf8) {
   const ScratchFolder folder;
   EXPECT_TRUE(SaveJsonDocument(folder.File("out.json").wstring(), Parsed("[\"\xC3(\xFF\"]")));
   EXPECT_EQ(ReadBytes(folder.File("out.json")), "[\"\xC3(\xFF\"]");
 }
 
-TEST(JsonFiles, TakeAnyUnicodePath) {
+TEST(JsonDocument, IsSavedAndLoadedUnderAnyUnicodePath) {
   const ScratchFolder folder;
   const std::wstring path =
       folder.File("x").parent_path().wstring() + L"/W\x00E4rme-\x96FB\x529B.json";

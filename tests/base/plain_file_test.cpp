@@ -2,9 +2,6 @@
 
 #include <windows.h>
 
-#include <errno.h>
-#include <sys/stat.h>
-
 #include <filesystem>
 
 #include <gtest/gtest.h>
@@ -15,6 +12,7 @@
 #include "support/temp_folder.h"
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
+using TestSupport::FailingStatus;
 using TestSupport::FakeReparsePoint;
 using TestSupport::TempFolder;
 
@@ -30,7 +28,7 @@ const TagCase kTags[] = {
     {"symbolic link", 0xA000000C, false},
     {"mount point", 0xA0000003, false},
     {"link of the Linux subsystem", 0xA000001D, false},
-    {"some vendor's name surrogate", 0x20001234, false},
+    {"name surrogate of a vendor", 0x20001234, false},
     {"link on a network file system", 0x80000014, false},
     {"application execution link", 0x8000001B, false},
     {"no tag", 0, false},
@@ -38,12 +36,6 @@ const TagCase kTags[] = {
     {"content compressed by the system", 0x80000017, true},
     {"content in the cloud", 0x9000001A, true},
 };
-
-// What the standard library asks for a status.
-int FailToTellStatus(const wchar_t*, struct _stat64*) {
-  errno = EACCES;
-  return -1;
-}
 
 DWORD WINAPI RefuseAttributes(const wchar_t*) {
   SetLastError(ERROR_ACCESS_DENIED);
@@ -79,7 +71,7 @@ TEST(IsPlainFile, IsFalseForAWildcard) {
   EXPECT_FALSE(IsPlainFile(folder.File(L"?.json")));
 }
 
-TEST(IsPlainFile, RefusesEveryReparsePointThatMayLeadElsewhere) {
+TEST(IsPlainFile, IsFalseForReparsePointsThatMayLeadElsewhere) {
   const TempFolder folder;
   const std::wstring path = folder.File(L"a.json");
   TestSupport::WriteWholeFile(path, "x");
@@ -89,7 +81,7 @@ TEST(IsPlainFile, RefusesEveryReparsePointThatMayLeadElsewhere) {
   }
 }
 
-TEST(IsPlainFile, RefusesAReparsePointWhoseTagCannotBeHad) {
+TEST(IsPlainFile, IsFalseForAReparsePointWhoseTagCannotBeRead) {
   const TempFolder folder;
   const std::wstring path = folder.File(L"a.json");
   TestSupport::WriteWholeFile(path, "x");
@@ -99,7 +91,7 @@ TEST(IsPlainFile, RefusesAReparsePointWhoseTagCannotBeHad) {
   EXPECT_FALSE(IsPlainFile(path));
 }
 
-TEST(IsPlainFile, RefusesAReparsePointThatHasChangedMeanwhile) {
+TEST(IsPlainFile, IsFalseForAReparsePointThatChangedMeanwhile) {
   const TempFolder folder;
   const std::wstring path = folder.File(L"a.json");
   TestSupport::WriteWholeFile(path, "x");
@@ -108,11 +100,11 @@ TEST(IsPlainFile, RefusesAReparsePointThatHasChangedMeanwhile) {
   EXPECT_FALSE(IsPlainFile(path));
 }
 
-TEST(IsPlainFile, ThrowsWhereTheStatusCannotBeHad) {
+TEST(IsPlainFile, ThrowsWhenTheStatusCannotBeRead) {
   const TempFolder folder;
   const std::wstring path = folder.File(L"a.json");
   TestSupport::WriteWholeFile(path, "x");
-  const Standin::ImportPatch patch("_wstat64", &FailToTellStatus);
+  const FailingStatus failure;
   try {
     IsPlainFile(path);
     FAIL() << "no exception";
@@ -121,21 +113,21 @@ TEST(IsPlainFile, ThrowsWhereTheStatusCannotBeHad) {
   }
 }
 
-TEST(IsPlainFile, IsFalseWhereTheAttributesCannotBeRead) {
+TEST(IsPlainFile, IsFalseWhenTheAttributesCannotBeRead) {
   const Standin::ImportPatch patch("GetFileAttributesW", &RefuseAttributes);
   EXPECT_FALSE(IsPlainFile(L"C:\\a.json"));
 }
 
-TEST(IsKnownPlainFile, IsFalseWhereTheStatusCannotBeRead) {
+TEST(IsKnownPlainFile, IsFalseWhenTheStatusCannotBeRead) {
   const TempFolder folder;
   const std::wstring path = folder.File(L"a.json");
   TestSupport::WriteWholeFile(path, "x");
   EXPECT_TRUE(IsKnownPlainFile(path));
-  const Standin::ImportPatch patch("_wstat64", &FailToTellStatus);
+  const FailingStatus failure;
   EXPECT_FALSE(IsKnownPlainFile(path));
 }
 
-TEST(TryIsPlainFile, AnswersAsIsPlainFileWhereAllQueriesSucceed) {
+TEST(TryIsPlainFile, AgreesWithIsPlainFileWhenAllQueriesSucceed) {
   const TempFolder folder;
   const std::wstring path = folder.File(L"a.json");
   TestSupport::WriteWholeFile(path, "x");
@@ -149,7 +141,7 @@ TEST(TryIsPlainFile, AnswersAsIsPlainFileWhereAllQueriesSucceed) {
   }
 }
 
-TEST(TryIsPlainFile, HasNoAnswerWhereAQueryFails) {
+TEST(TryIsPlainFile, IsEmptyWhenAQueryFails) {
   const TempFolder folder;
   const std::wstring path = folder.File(L"a.json");
   TestSupport::WriteWholeFile(path, "x");
@@ -158,7 +150,7 @@ TEST(TryIsPlainFile, HasNoAnswerWhereAQueryFails) {
     EXPECT_EQ(TryIsPlainFile(path), std::nullopt);
   }
   {
-    const Standin::ImportPatch patch("_wstat64", &FailToTellStatus);
+    const FailingStatus failure;
     EXPECT_EQ(TryIsPlainFile(path), std::nullopt);
   }
   {
@@ -171,7 +163,7 @@ TEST(TryIsPlainFile, HasNoAnswerWhereAQueryFails) {
   EXPECT_EQ(TryIsPlainFile(path), std::nullopt);
 }
 
-TEST(SaveJsonDocument, WritesThroughNoFakeLink) {
+TEST(SaveJsonDocument, DoesNotWriteThroughAFakeLink) {
   const TempFolder folder;
   const std::wstring path = folder.File(L"a.json");
   TestSupport::WriteWholeFile(path, "untouched");

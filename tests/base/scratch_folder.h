@@ -8,11 +8,12 @@
 
 namespace TestSupport {
 
-/// A new empty folder for tests that run on every system, removed with its content at the end.
+/// A new empty folder for tests that run on every system. The destructor removes it with its
+/// content.
 class ScratchFolder {
  public:
   ScratchFolder() {
-    // Until the name is new: a run that crashed may have left a folder behind.
+    // Repeats until the name is new, since a crashed run may have left a folder.
     do {
       path_ = std::filesystem::temp_directory_path() /
               ("wattleaf-core-" + std::to_string(std::random_device{}()));
@@ -25,7 +26,7 @@ class ScratchFolder {
     std::filesystem::remove_all(path_, ignored);
   }
 
-  std::filesystem::path File(const std::string& name) const { return path_ / name; }
+  [[nodiscard]] std::filesystem::path File(const std::string& name) const { return path_ / name; }
 
  private:
   std::filesystem::path path_;
@@ -35,7 +36,7 @@ inline void WriteBytes(const std::filesystem::path& path, const std::string& byt
   std::ofstream(path, std::ios::binary) << bytes;
 }
 
-inline std::string ReadBytes(const std::filesystem::path& path) {
+[[nodiscard]] inline std::string ReadBytes(const std::filesystem::path& path) {
   std::ifstream file(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(file), {}};
 }

@@ -11,14 +11,14 @@ using namespace std::string_literals;
 using Zq::Gantry::Server::Services::Wattleaf::FromUtf8;
 using Zq::Gantry::Server::Services::Wattleaf::ToUtf8;
 
-TEST(Utf8Text, GoesBothWaysForEachLength) {
+TEST(Utf8Text, ConvertsBothWaysForEachEncodedLength) {
   const std::wstring wide = L"a\u00e9\u20ac\U0001F333";
   const std::string bytes = "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x8C\xB3";
   EXPECT_EQ(ToUtf8(wide), bytes);
   EXPECT_EQ(FromUtf8(bytes), wide);
 }
 
-TEST(Utf8Text, OfNothingIsNothing) {
+TEST(Utf8Text, ConvertsEmptyTexts) {
   EXPECT_EQ(ToUtf8(L""), "");
   EXPECT_EQ(FromUtf8(""), L"");
 }
@@ -28,12 +28,12 @@ TEST(Utf8Text, KeepsEmbeddedZeros) {
   EXPECT_EQ(FromUtf8("a\0b"s), L"a\0b"s);
 }
 
-TEST(Utf8Text, ReplacesALoneSurrogate) {
+TEST(ToUtf8, ReplacesALoneSurrogate) {
   const std::wstring lone{L'x', static_cast<wchar_t>(0xD800), L'y'};
   EXPECT_EQ(ToUtf8(lone), "x\xEF\xBF\xBDy");
 }
 
-TEST(Utf8Text, ReplacesAByteThatLeadsNothing) {
+TEST(FromUtf8, ReplacesAnInvalidByte) {
   EXPECT_EQ(FromUtf8("caf\xE9"), L"caf\xFFFD");
   EXPECT_EQ(FromUtf8("\xFCmlaut"), L"\xFFFDmlaut");
 }

@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
+#include "base/zone_days.h"
 #include "collection/ledger_fixture.h"
 #include "ledger/fake_days.h"
-#include "ledger/zone_days.h"
 
 // The helper's clock and files around the days on which clocks change.
 

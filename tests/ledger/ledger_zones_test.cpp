@@ -4,10 +4,10 @@
 #include <string>
 #include <vector>
 
+#include "base/zone_days.h"
 #include "ledger/fake_days.h"
 #include "ledger/figures.h"
 #include "ledger/power_ledger.h"
-#include "ledger/zone_days.h"
 
 // The daily pass around the days on which clocks change. All steps are 86400 seconds with the hour
 // put back; what follows from that is kept as it is.

@@ -4,12 +4,12 @@
 #include <vector>
 
 #include "base/calendar.h"
+#include "base/zone_days.h"
 #include "ledger/day_energy.h"
 #include "ledger/fake_days.h"
 #include "ledger/hourly_energy.h"
 #include "ledger/series.h"
 #include "ledger/series_parts.h"
-#include "ledger/zone_days.h"
 
 // Samples and series around the days on which clocks change, and in summer, for which a text is
 // read as winter time with its hour put back.

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "base/date_text.h"
-#include "ledger/zone_days.h"
+#include "base/zone_days.h"
 #include "reports/fake_ranking.h"
 
 // The cutoff around the days on which clocks change: 86400 seconds back, and the hour put back.

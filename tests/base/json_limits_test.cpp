@@ -1,3 +1,5 @@
+// Input that the loader must refuse, or must read in spite of its size.
+
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -5,6 +7,7 @@
 #include "base/guarded_json_stream.h"
 #include "base/json_document.h"
 #include "base/scratch_folder.h"
+#include "base/wide_file.h"
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 using TestSupport::ScratchFolder;
@@ -36,30 +39,30 @@ std::string ArrayOfZeros(std::size_t count) { return "[" + Repeated("0,", count 
 
 }  // namespace
 
-TEST(HostileJson, MayNestSixtyFourDeep) {
+TEST(LoadJsonDocument, AcceptsNestingUpTo64Levels) {
   EXPECT_TRUE(LoadText(NestedArrays(64)));
   EXPECT_FALSE(LoadText(NestedArrays(65)));
   EXPECT_TRUE(LoadText(NestedObjects(64)));
   EXPECT_FALSE(LoadText(NestedObjects(65)));
 }
 
-TEST(HostileJson, CountsDepthNotNumberOfArrays) {
+TEST(LoadJsonDocument, LimitsTheDepthNotTheNumberOfArrays) {
   EXPECT_TRUE(LoadText("[" + Repeated("[[]],{\"a\":[]},", 1000) + "1]"));
 }
 
-TEST(HostileJson, IsUnreadableWhenItIsOneBracketOnly) {
+TEST(LoadJsonDocument, IsNullForMegabytesOfOpeningBrackets) {
   EXPECT_FALSE(LoadText(std::string(30U << 20, '[')));
   EXPECT_FALSE(LoadText(Repeated("{\"\":", 1U << 20)));
   EXPECT_FALSE(LoadText(std::string(64U << 20, '[')));
 }
 
-TEST(HostileJson, MayBeSixtyFourMebibytesLong) {
+TEST(LoadJsonDocument, AcceptsFilesUpTo64Mebibytes) {
   const std::size_t limit = 64U * 1024 * 1024;
   EXPECT_TRUE(LoadText("[]" + std::string(limit - 2, ' ')));
   EXPECT_FALSE(LoadText("[]" + std::string(limit - 1, ' ')));
 }
 
-TEST(HostileJson, MayBeAsLongAsTheCallerSays) {
+TEST(LoadJsonDocument, AcceptsFilesUpToTheCallersLimit) {
   const ScratchFolder folder;
   TestSupport::WriteBytes(folder.File("text.json"), "[1,2]");
   const std::wstring path = folder.File("text.json").wstring();
@@ -67,7 +70,7 @@ TEST(HostileJson, MayBeAsLongAsTheCallerSays) {
   EXPECT_FALSE(std::unique_ptr<GenericDocument>(LoadJsonDocument(path, 4)));
 }
 
-TEST(HostileJson, MayHoldEightMillionValues) {
+TEST(LoadJsonDocument, AcceptsUpToEightMillionValues) {
   // The array itself is one of them.
   const auto most = LoadText(ArrayOfZeros(7'999'999));
   ASSERT_TRUE(most);
@@ -75,7 +78,7 @@ TEST(HostileJson, MayHoldEightMillionValues) {
   EXPECT_FALSE(LoadText(ArrayOfZeros(8'000'000)));
 }
 
-TEST(HostileJson, MayHaveAsManyOpenValuesAsTheCallerSays) {
+TEST(LoadJsonDocument, AcceptsOpenValuesUpToTheCallersLimit) {
   const ScratchFolder folder;
   const std::wstring path = folder.File("text.json").wstring();
   const auto isRead = [&](const std::string& text, std::size_t mostOpenValues) {
@@ -83,7 +86,7 @@ TEST(HostileJson, MayHaveAsManyOpenValuesAsTheCallerSays) {
     return std::unique_ptr<GenericDocument>(
                LoadJsonDocument(path, kLargestDataFileBytes, mostOpenValues)) != nullptr;
   };
-  // The array, the values of an inner one, and the inner ones that have ended.
+  // Open are the array, the values of the current inner array, and each inner array that has ended.
   EXPECT_TRUE(isRead("[1,2,3]", 4));
   EXPECT_FALSE(isRead("[1,2,3]", 3));
   EXPECT_TRUE(isRead("[[1,2,3],[1,2,3],[1,2,3]]", 7));
@@ -92,22 +95,22 @@ TEST(HostileJson, MayHaveAsManyOpenValuesAsTheCallerSays) {
   EXPECT_FALSE(isRead(R"([{"a":1,"b":2},{"a":1,"b":2}])", 6));
 }
 
-TEST(HostileJson, MayHaveStringsOfSixteenMebibytes) {
-  // As they are spelled in the file: an escape has two bytes. Each string counts anew.
+TEST(LoadJsonDocument, AcceptsStringsUpTo16Mebibytes) {
+  // The limit counts the bytes in the file, of which an escape has two, for each string anew.
   const std::string longest = Repeated("\\n", 4U << 20) + std::string(8U << 20, 'n');
   EXPECT_TRUE(LoadText("[\"n\",\"" + longest + "\"]"));
   EXPECT_FALSE(LoadText("[\"" + longest + "n\"]"));
 }
 
-TEST(HostileJson, EndsAtAnExponentThatOverflowsInTheParser) {
-  // The exponent less the ten decimal places is below -2^31.
+TEST(LoadJsonDocument, IsNullForAnExponentThatOverflowsInTheParser) {
+  // The exponent minus the ten decimal places is below -2^31.
   EXPECT_FALSE(LoadText("[1.0000000000e-2147483639]"));
   EXPECT_FALSE(LoadText("1.0000000000E-2147483639"));
   EXPECT_FALSE(LoadText("{\"Power\":0.0000000000e-2147483639}"));
   EXPECT_FALSE(LoadText("[\"\\\"\",1e-1000000000]"));
 }
 
-TEST(HostileJson, TakesSmallAndLongNumbers) {
+TEST(LoadJsonDocument, ReadsTinyAndLongNumbers) {
   const auto document =
       LoadText("[1e-999999999,0." + std::string(100000, '0') + "1e-999999999,1e308,25e-1]");
   ASSERT_TRUE(document);
@@ -117,17 +120,16 @@ TEST(HostileJson, TakesSmallAndLongNumbers) {
   EXPECT_EQ((*document)[3].GetDouble(), 2.5);
 }
 
-TEST(HostileJson, LeavesTextsThatLookLikeExponentsAlone) {
+TEST(LoadJsonDocument, ReadsStringsThatLookLikeExponents) {
   const auto document = LoadText(R"(["1e-2147483639","\\",{"\"e99999999999":"e1234567890"}])");
   ASSERT_TRUE(document);
   EXPECT_STREQ((*document)[0].GetString(), "1e-2147483639");
 }
 
-TEST(HostileJson, EndsWhereAGrowingFilePassesTheLimit) {
+TEST(GuardedJsonStream, StopsWhenAGrowingFileExceedsTheLimit) {
   const ScratchFolder folder;
   TestSupport::WriteBytes(folder.File("text.json"), "[1,2,3]");
-  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(
-      std::fopen(folder.File("text.json").string().c_str(), "rb"), &std::fclose);
+  const UniqueFile file = OpenForReading(folder.File("text.json").wstring());
   ASSERT_TRUE(file);
   char buffer[8];
   GuardedJsonStream stream(file.get(), buffer, sizeof(buffer), 4);

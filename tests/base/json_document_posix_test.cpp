@@ -1,4 +1,5 @@
-// What only a system with links and a device that is always full can show.
+// Only a POSIX system lets a test create symbolic links and write to a device that is always full.
+
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -9,7 +10,7 @@
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 using TestSupport::ScratchFolder;
 
-TEST(SaveJsonDocument, WritesThroughNoLink) {
+TEST(SaveJsonDocument, DoesNotWriteThroughALink) {
   const ScratchFolder folder;
   TestSupport::WriteBytes(folder.File("target.json"), "untouched");
   std::filesystem::create_symlink(folder.File("target.json"), folder.File("link.json"));
@@ -22,7 +23,7 @@ TEST(SaveJsonDocument, WritesThroughNoLink) {
   EXPECT_FALSE(std::filesystem::exists(folder.File("nowhere.json")));
 }
 
-TEST(SaveJsonDocument, DoesNotTellAWriteThatFails) {
+TEST(SaveJsonDocument, ReturnsTrueWhenTheWriteFails) {
   GenericDocument document;
   document.SetArray();
   EXPECT_TRUE(SaveJsonDocument(L"/dev/full", document));

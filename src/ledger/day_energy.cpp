@@ -16,7 +16,7 @@ float LinkToDayBeforeWh(const DateTime& day, const rapidjson::Value& first, cons
 }
 
 // Kept on purpose: the power is that of the later sample, while every other interval takes the
-// earlier one's (test DayEnergy.LinkToTheDayAfterTakesThePowerOfTheLaterSample).
+// earlier one's (test DayEnergy.LinkToTheDayAfterUsesThePowerOfTheLaterSample).
 float LinkToDayAfterWh(const DateTime& day, const rapidjson::Value& last, const DayReader& read) {
   const auto next = read(ShiftKeepingHour(day, kSecondsPerDay));
   if (!HasSamples(next.get())) return 0.0F;
@@ -28,7 +28,7 @@ float LinkToDayAfterWh(const DateTime& day, const rapidjson::Value& last, const 
 
 // Kept on purpose: one branch for each sample, so nobody books the interval from the first sample
 // to the second, and a single sample gets its link backwards only (tests
-// DayEnergy.SkipsTheFirstInterval and DayEnergy.SingleSampleGetsOnlyItsLinkBackwards).
+// DayEnergy.SkipsTheFirstInterval and DayEnergy.SingleSampleHasOnlyItsLinkToTheDayBefore).
 float DayEnergyWh(const DateTime& day, const DayReader& read) {
   const auto samples = read(day);
   if (!HasSamples(samples.get())) return 0.0F;

@@ -23,7 +23,7 @@ bool IsSameHour(const DateTime& start, const std::optional<DateTime>& end) {
 
 // Kept on purpose: only the inner elements count; an hour that ends on an element of another type
 // spills into the next; and the first sum of an hour stays, a later one is dropped (tests
-// HourlyEnergy.TwoElementsGiveNoHour, .HourEndingOnAnotherTypeSpillsIntoTheNext and
+// HourlyEnergy.IsEmptyForTwoElements, .HourEndingOnAnotherTypeSpillsIntoTheNext and
 // .SecondSumOfAnHourIsDropped).
 std::map<int, float> HourlyEnergyWh(const GenericDocument* samples) {
   std::map<int, float> hours;

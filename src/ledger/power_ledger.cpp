@@ -26,7 +26,7 @@ class Walk {
   void Visit(const DateTime& day) {
     const auto [entry, isNew] = ledger_.try_emplace(day, 0.0F);
     // Kept on purpose: a value other than 0.0 is final, and the samples of its day stay (test
-    // UpdateLedger.BookedDayIsNotWorkedOutAndKeepsItsSamples).
+    // UpdateLedger.DoesNotComputeABookedDayAndKeepsItsSamples).
     if (!isNew && !IsSameDay(day, today_) && entry->second != 0.0F) return;
 
     entry->second = FiniteOrZero(days_.energyWh(day));

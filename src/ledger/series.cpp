@@ -32,8 +32,8 @@ float MonthEnergyWh(const PowerLedger& ledger, int month, int year) {
 }
 
 // Kept on purpose: the day of the month and the daylight flag stay today's, so that a late day runs
-// over into the month after (tests MonthSeries.LateDayOfTheMonthMislabelsAShorterMonth and
-// SeriesInZones.FirstDayOfASummerMonthMislabelsAWinterMonth).
+// over into the month after (tests MonthSeries.MislabelsAShorterMonthLateInTheMonth and
+// MonthSeries.MislabelsWinterMonthsOnTheFirstDayOfASummerMonth).
 std::string MonthLabel(DateTime now, int month, int year) {
   now.tm_mon = month - 1;
   now.tm_year = year - kFirstYear;

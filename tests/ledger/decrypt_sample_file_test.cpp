@@ -24,9 +24,9 @@ using TestSupport::Utf16;
 
 namespace {
 
-class Decryption : public testing::Test {
+class DecryptSampleFileTest : public testing::Test {
  protected:
-  /// The plain copy's content; "no copy" where there is none.
+  /// The content of the plain copy after decryption; "no copy" if there is no such file.
   std::string CopyOf(const std::string& encrypted) {
     TestSupport::WriteWholeFile(input_, encrypted);
     EXPECT_FALSE(DecryptSampleFile(input_));
@@ -40,7 +40,7 @@ class Decryption : public testing::Test {
 };
 
 int g_calls = 0;
-void* g_opened = nullptr;
+void* g_plainBlock = nullptr;
 Standin::ImportPatch* g_patch = nullptr;
 
 BOOL WINAPI DecodeOnlyOnce(const char* text, DWORD chars, DWORD flags, BYTE* bytes, DWORD* size,
@@ -51,29 +51,29 @@ BOOL WINAPI DecodeOnlyOnce(const char* text, DWORD chars, DWORD flags, BYTE* byt
                                                        usedFlags);
 }
 
-BOOL WINAPI OpenAndCheck(DATA_BLOB* closed, wchar_t** description, DATA_BLOB* entropy,
-                         void* reserved, CRYPTPROTECT_PROMPTSTRUCT* prompt, DWORD flags,
-                         DATA_BLOB* opened) {
+BOOL WINAPI UnprotectAndCheck(DATA_BLOB* encrypted, wchar_t** description, DATA_BLOB* entropy,
+                              void* reserved, CRYPTPROTECT_PROMPTSTRUCT* prompt, DWORD flags,
+                              DATA_BLOB* plain) {
   EXPECT_EQ(description, nullptr);
   EXPECT_EQ(entropy, nullptr);
   EXPECT_EQ(reserved, nullptr);
   EXPECT_EQ(prompt, nullptr);
   EXPECT_EQ(flags, 4U);
-  const BOOL result = g_patch->Original<decltype(OpenAndCheck)>()(closed, description, entropy,
-                                                                  reserved, prompt, flags, opened);
-  g_opened = opened->pbData;
+  const BOOL result = g_patch->Original<decltype(UnprotectAndCheck)>()(
+      encrypted, description, entropy, reserved, prompt, flags, plain);
+  g_plainBlock = plain->pbData;
   return result;
 }
 
 Standin::ImportPatch* g_freePatch = nullptr;
 
 HLOCAL WINAPI CountFree(HLOCAL block) {
-  if (block != nullptr && block == g_opened) ++g_calls;
+  if (block != nullptr && block == g_plainBlock) ++g_calls;
   return g_freePatch->Original<decltype(CountFree)>()(block);
 }
 
-std::size_t ReadTooLittle(void* buffer, std::size_t size, std::size_t count, std::FILE* file) {
-  return g_patch->Original<decltype(ReadTooLittle)>()(buffer, size, count - 1, file);
+std::size_t ReadOneByteLess(void* buffer, std::size_t size, std::size_t count, std::FILE* file) {
+  return g_patch->Original<decltype(ReadOneByteLess)>()(buffer, size, count - 1, file);
 }
 
 BOOL WINAPI CountDecoding(const char*, DWORD, DWORD, BYTE*, DWORD*, DWORD*, DWORD*) {
@@ -83,27 +83,27 @@ BOOL WINAPI CountDecoding(const char*, DWORD, DWORD, BYTE*, DWORD*, DWORD*, DWOR
 
 }  // namespace
 
-TEST_F(Decryption, WritesACopyAsLongAsTheBlob) {
+TEST_F(DecryptSampleFileTest, WritesACopyAsLongAsTheBlob) {
   // 13 characters.
   const std::string text = "[{\"Power\":1}]";
   EXPECT_EQ(CopyOf(Encrypted(Utf16(text))), text + std::string(13, '\0'));
 }
 
-TEST_F(Decryption, KeepsTheLowByteOfEachCharacter) {
+TEST_F(DecryptSampleFileTest, KeepsTheLowByteOfEachCharacter) {
   EXPECT_EQ(CopyOf(Encrypted("\x41\x4E\xE4\x00"s)), "\x41\xE4\0\0"s);
 }
 
-TEST_F(Decryption, ReplacesACopyThatIsThere) {
+TEST_F(DecryptSampleFileTest, ReplacesAnExistingCopy) {
   TestSupport::WriteWholeFile(output_, std::string(1000, 'x'));
   EXPECT_EQ(CopyOf(Encrypted(Utf16("[]"))), "[]\0\0"s);
 }
 
-TEST_F(Decryption, WritesNoCopyOfWhatIsNotEncryptedProperly) {
+TEST_F(DecryptSampleFileTest, WritesNoCopyOfInvalidInput) {
   const std::string whole = Encrypted(Utf16("[{\"Power\":1}]"));
   const std::pair<const char*, std::string> cases[] = {
       {"empty", ""},
-      {"no Base64", "!!!!"},
-      {"rubbish behind the start", whole.substr(0, 40) + "!!\x01\xFF" + whole.substr(40)},
+      {"not Base64", "!!!!"},
+      {"garbage after the start", whole.substr(0, 40) + "!!\x01\xFF" + whole.substr(40)},
       {"zero bytes", std::string(1000, '\0')},
       {"plain JSON", "[{\"Power\":1}]"},
       {"Base64 of something else", Base64("something else")},
@@ -113,7 +113,7 @@ TEST_F(Decryption, WritesNoCopyOfWhatIsNotEncryptedProperly) {
   for (const auto& [label, encrypted] : cases) EXPECT_EQ(CopyOf(encrypted), "no copy") << label;
 }
 
-TEST_F(Decryption, DoesNothingForAFileThatIsNotThere) {
+TEST_F(DecryptSampleFileTest, DoesNothingForAMissingFile) {
   EXPECT_FALSE(DecryptSampleFile(input_));
   EXPECT_FALSE(FileExists(output_));
   CreateDirectoryW(input_.c_str(), nullptr);
@@ -121,7 +121,7 @@ TEST_F(Decryption, DoesNothingForAFileThatIsNotThere) {
   EXPECT_FALSE(FileExists(output_));
 }
 
-TEST_F(Decryption, DoesNothingForAPathWithoutAFolder) {
+TEST_F(DecryptSampleFileTest, DoesNothingForAPathWithoutAFolder) {
   wchar_t before[MAX_PATH];
   GetCurrentDirectoryW(MAX_PATH, before);
   SetCurrentDirectoryW(folder_.Path().c_str());
@@ -130,7 +130,7 @@ TEST_F(Decryption, DoesNothingForAPathWithoutAFolder) {
     g_calls = 0;
     const Standin::ImportPatch patch("CryptStringToBinaryA", &CountDecoding);
     EXPECT_FALSE(DecryptSampleFile(L"a.json"));
-    EXPECT_EQ(g_calls, 0) << "it is not even read";
+    EXPECT_EQ(g_calls, 0) << "the file was decoded";
   }
   EXPECT_FALSE(FileExists(output_));
   EXPECT_FALSE(DecryptSampleFile(L"./a.json"));
@@ -138,7 +138,7 @@ TEST_F(Decryption, DoesNothingForAPathWithoutAFolder) {
   SetCurrentDirectoryW(before);
 }
 
-TEST_F(Decryption, StopsWhereTheSecondDecodingFails) {
+TEST_F(DecryptSampleFileTest, StopsWhenTheSecondDecodingFails) {
   const std::string encrypted = Encrypted(Utf16("[]"));
   g_calls = 0;
   Standin::ImportPatch patch("CryptStringToBinaryA", &DecodeOnlyOnce);
@@ -147,10 +147,10 @@ TEST_F(Decryption, StopsWhereTheSecondDecodingFails) {
   EXPECT_EQ(g_calls, 2);
 }
 
-TEST_F(Decryption, OpensAtMachineScopeAndReleasesTheBlobOnce) {
+TEST_F(DecryptSampleFileTest, UnprotectsAtMachineScopeAndReleasesTheBlobOnce) {
   const std::string encrypted = Encrypted(Utf16("[]"));
   g_calls = 0;
-  Standin::ImportPatch patch("CryptUnprotectData", &OpenAndCheck);
+  Standin::ImportPatch patch("CryptUnprotectData", &UnprotectAndCheck);
   g_patch = &patch;
   Standin::ImportPatch freePatch("LocalFree", &CountFree);
   g_freePatch = &freePatch;
@@ -158,17 +158,17 @@ TEST_F(Decryption, OpensAtMachineScopeAndReleasesTheBlobOnce) {
   EXPECT_EQ(g_calls, 1);
 }
 
-TEST_F(Decryption, TakesAShortReadForAFileThatCannotBeDecrypted) {
+TEST_F(DecryptSampleFileTest, WritesNoCopyAfterAShortRead) {
   TestSupport::WriteWholeFile(input_, Encrypted(Utf16("[]")));
   {
-    Standin::ImportPatch patch("fread", &ReadTooLittle);
+    Standin::ImportPatch patch("fread", &ReadOneByteLess);
     g_patch = &patch;
     EXPECT_FALSE(DecryptSampleFile(input_));
   }
   EXPECT_FALSE(FileExists(output_));
 }
 
-TEST_F(Decryption, DecodesNothingAboveTheLargestSize) {
+TEST_F(DecryptSampleFileTest, DoesNotDecodeAFileAboveTheSizeLimit) {
   g_calls = 0;
   const Standin::ImportPatch patch("CryptStringToBinaryA", &CountDecoding);
   TestSupport::WriteWholeFile(input_, std::string(kLargestDataFileBytes, 'A'));
@@ -179,13 +179,13 @@ TEST_F(Decryption, DecodesNothingAboveTheLargestSize) {
   EXPECT_EQ(g_calls, 1);
 }
 
-TEST_F(Decryption, WritesThroughNoLink) {
+TEST_F(DecryptSampleFileTest, DoesNotWriteThroughALink) {
   TestSupport::WriteWholeFile(output_, "untouched");
   const TestSupport::FakeReparsePoint fake(output_, IO_REPARSE_TAG_SYMLINK);
   EXPECT_EQ(CopyOf(Encrypted(Utf16("[]"))), "untouched");
 }
 
-TEST_F(Decryption, LeavesAFolderInTheCopysPlace) {
+TEST_F(DecryptSampleFileTest, LeavesAFolderAtTheCopysPath) {
   CreateDirectoryW(output_.c_str(), nullptr);
   TestSupport::WriteWholeFile(input_, Encrypted(Utf16("[]")));
   EXPECT_FALSE(DecryptSampleFile(input_));

@@ -27,17 +27,17 @@ std::string Base64(const std::string& bytes) {
   return text;
 }
 
-std::string Encrypted(const std::string& opened) {
-  std::string bytes = opened;
-  DATA_BLOB plain{static_cast<DWORD>(bytes.size()), reinterpret_cast<BYTE*>(bytes.data())};
-  DATA_BLOB closed{};
-  if (!CryptProtectData(&plain, nullptr, nullptr, nullptr, nullptr, CRYPTPROTECT_LOCAL_MACHINE,
-                        &closed)) {
+std::string Encrypted(const std::string& plain) {
+  std::string bytes = plain;
+  DATA_BLOB input{static_cast<DWORD>(bytes.size()), reinterpret_cast<BYTE*>(bytes.data())};
+  DATA_BLOB encrypted{};
+  if (!CryptProtectData(&input, nullptr, nullptr, nullptr, nullptr, CRYPTPROTECT_LOCAL_MACHINE,
+                        &encrypted)) {
     ADD_FAILURE() << "CryptProtectData: " << GetLastError();
     return {};
   }
-  const Zq::Gantry::Platform::UniqueLocalBlock owner(closed.pbData);
-  return Base64({reinterpret_cast<const char*>(closed.pbData), closed.cbData});
+  const Zq::Gantry::Platform::UniqueLocalBlock owner(encrypted.pbData);
+  return Base64({reinterpret_cast<const char*>(encrypted.pbData), encrypted.cbData});
 }
 
 }  // namespace TestSupport

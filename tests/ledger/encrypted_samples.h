@@ -6,13 +6,13 @@
 namespace TestSupport {
 
 /// `text` (ASCII) as UTF-16LE.
-std::string Utf16(std::string_view text);
+[[nodiscard]] std::string Utf16(std::string_view text);
 
-/// Base64 around a blob of the data protection interface at machine scope, as the collector writes
-/// it. Fails the test where the system refuses.
-std::string Encrypted(const std::string& opened);
+/// The Base64 text of `plain`, encrypted by the data protection interface at machine scope, as the
+/// collector writes it. Fails the test and returns an empty text if the system cannot encrypt.
+[[nodiscard]] std::string Encrypted(const std::string& plain);
 
 /// Base64 of any bytes.
-std::string Base64(const std::string& bytes);
+[[nodiscard]] std::string Base64(const std::string& bytes);
 
 }  // namespace TestSupport

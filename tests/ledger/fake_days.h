@@ -11,60 +11,66 @@
 
 namespace TestSupport {
 
-/// One sample as JSON text: "2024-05-06T10:00:00", the power as it stands in the text, the type.
-inline std::string Sample(const std::string& time, const std::string& power = "36",
-                          const std::string& type = "PCM_SENSOR") {
+/// What the ledger books for 36 watts (the default of `Sample`) over 300 and 600 seconds.
+inline constexpr float kWhOf300Seconds = 3.0F / 0.88F;
+inline constexpr float kWhOf600Seconds = 6.0F / 0.88F;
+
+/// One sample as JSON text. `time` is "2024-05-06T10:00:00", `power` any JSON value.
+[[nodiscard]] inline std::string Sample(const std::string& time, const std::string& power = "36",
+                                        const std::string& type = "PCM_SENSOR") {
   return R"({"TelemetryType":")" + type + R"(","SampleTime":")" + time + R"(","Power":)" + power +
          "}";
 }
 
-/// A JSON array of such texts.
-inline std::string List(const std::vector<std::string>& elements) {
+/// A JSON array of the given JSON texts.
+[[nodiscard]] inline std::string List(const std::vector<std::string>& elements) {
   std::string text = "[";
   for (const std::string& element : elements) text += (text.size() > 1 ? "," : "") + element;
   return text + "]";
 }
 
-/// A document as the JSON loader gives it; null for a text that does not parse.
-inline std::unique_ptr<Zq::Gantry::Server::Services::Wattleaf::GenericDocument> Document(
-    const std::string& json) {
+/// The parsed document; null if the text does not parse.
+[[nodiscard]] inline std::unique_ptr<Zq::Gantry::Server::Services::Wattleaf::GenericDocument>
+Document(const std::string& json) {
   auto document = std::make_unique<Zq::Gantry::Server::Services::Wattleaf::GenericDocument>();
   document->Parse(json.c_str());
   if (document->HasParseError()) return nullptr;
   return document;
 }
 
-/// A day at 00:00:00, as the ledger reads it from its file: "2024-05-06".
-inline Zq::Gantry::Server::Services::Wattleaf::DateTime Day(const std::string& date) {
+/// Midnight of a date such as "2024-05-06", as the ledger reads it from its file.
+[[nodiscard]] inline Zq::Gantry::Server::Services::Wattleaf::DateTime Day(const std::string& date) {
   using namespace Zq::Gantry::Server::Services::Wattleaf;
   DateTime day;
   return ParseDateTime(day, date.c_str(), kDateFormat);
 }
 
-inline std::string DateOf(const Zq::Gantry::Server::Services::Wattleaf::DateTime& day) {
+/// The date of a day, such as "2024-05-06".
+[[nodiscard]] inline std::string DateOf(
+    const Zq::Gantry::Server::Services::Wattleaf::DateTime& day) {
   using namespace Zq::Gantry::Server::Services::Wattleaf;
   return FormatDateTime(day, kDateFormat);
 }
 
-/// Days of samples by date, as JSON texts; a day that is not there is an empty array.
+/// Samples by date, as JSON texts. A date without an entry reads as an empty array.
 class FakeDays {
  public:
   FakeDays(std::initializer_list<std::pair<const std::string, std::string>> days) : days_(days) {}
 
-  Zq::Gantry::Server::Services::Wattleaf::DayReader Reader() {
+  [[nodiscard]] Zq::Gantry::Server::Services::Wattleaf::DayReader Reader() {
     return [this](const Zq::Gantry::Server::Services::Wattleaf::DateTime& day) {
-      asked_.push_back(DateOf(day));
-      const auto found = days_.find(asked_.back());
+      readDates_.push_back(DateOf(day));
+      const auto found = days_.find(readDates_.back());
       return Document(found != days_.end() ? found->second : "[]");
     };
   }
 
-  /// The days that were read, in order.
-  const std::vector<std::string>& Asked() const { return asked_; }
+  /// The dates that were read, in order.
+  [[nodiscard]] const std::vector<std::string>& ReadDates() const { return readDates_; }
 
  private:
   std::map<std::string, std::string> days_;
-  std::vector<std::string> asked_;
+  std::vector<std::string> readDates_;
 };
 
 }  // namespace TestSupport

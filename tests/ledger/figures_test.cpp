@@ -17,13 +17,13 @@ constexpr char kToday[] = "2024-05-08";
 
 }  // namespace
 
-TEST(AverageDayEnergy, OfAnEmptyLedgerIsZero) {
+TEST(AverageDayEnergy, IsZeroForAnEmptyLedger) {
   const float average = AverageDayEnergyWh(Day(kToday), {});
   EXPECT_EQ(average, 0.0F);
   EXPECT_EQ(TreesSaved(average), 0.0F);
 }
 
-TEST(AverageDayEnergy, OfSevenEntriesOfSevenIsSeven) {
+TEST(AverageDayEnergy, IsSevenForSevenDaysOfSeven) {
   PowerLedger ledger;
   for (int day = 2; day <= 8; ++day) ledger[Day("2024-05-0" + std::to_string(day))] = 7.0F;
   EXPECT_EQ(AverageDayEnergyWh(Day(kToday), ledger), 7.0F);
@@ -38,11 +38,11 @@ TEST(AverageDayEnergy, ReachesBackSixDays) {
   EXPECT_EQ(AverageDayEnergyWh(Day(kToday), {{Day("2024-05-01"), 7.0F}}), 0.0F);
 }
 
-TEST(AverageDayEnergy, LeavesOutAnEntryEightDaysOld) {
+TEST(AverageDayEnergy, OmitsAnEntryEightDaysOld) {
   EXPECT_EQ(AverageDayEnergyWh(Day(kToday), {{Day("2024-04-30"), 7.0F}}), 0.0F);
 }
 
-TEST(AverageDayEnergy, LeavesOutTomorrow) {
+TEST(AverageDayEnergy, OmitsTomorrow) {
   EXPECT_EQ(AverageDayEnergyWh(Day(kToday), {{Day("2024-05-09"), 7.0F}}), 0.0F);
 }
 
@@ -61,31 +61,32 @@ TEST(AverageDayEnergy, AddsIn32BitFloat) {
 }
 
 TEST(AverageDayEnergy, DividesTheSumOnceBySeven) {
-  // Times a seventh, it ends in ...203.
+  // Multiplied by a seventh, the result ends in ...203.
   const float today = std::bit_cast<float>(std::uint32_t{0x42081FC2});  // 34.03101
   EXPECT_EQ(std::bit_cast<std::uint32_t>(AverageDayEnergyWh(Day(kToday), {{Day(kToday), today}})),
             0x409B9202U);
 }
 
-TEST(AverageDayEnergy, TakesNegativeDaysAsTheyAre) {
+TEST(AverageDayEnergy, AddsNegativeDays) {
   EXPECT_EQ(AverageDayEnergyWh(Day(kToday), {{Day(kToday), -14.0F}, {Day("2024-05-07"), 7.0F}}),
             -1.0F);
 }
 
-TEST(AverageDayEnergy, SumBeyond32BitFloatIsZero) {
+TEST(AverageDayEnergy, IsZeroForASumBeyond32BitFloat) {
   constexpr float kMost = std::numeric_limits<float>::max();
   EXPECT_EQ(AverageDayEnergyWh(Day(kToday), {{Day(kToday), kMost}, {Day("2024-05-07"), kMost}}),
             0.0F);
 }
 
-TEST(TreesSaved, OfAnAverageOf300WattHours) { EXPECT_FLOAT_EQ(TreesSaved(300.0F), 1.095F); }
+TEST(TreesSaved, Is1095ThousandthsFor300WattHours) { EXPECT_FLOAT_EQ(TreesSaved(300.0F), 1.095F); }
 
-TEST(TreesSaved, TakesFourStepsIn32BitFloatInTheirOrder) {
-  // 361.78: another order of the four steps, factors drawn together, or double give another result.
+TEST(TreesSaved, ComputesFourStepsIn32BitFloatInOrder) {
+  // For 361.78 the result differs in another order of the four steps, with combined factors, or in
+  // double.
   EXPECT_EQ(std::bit_cast<std::uint32_t>(TreesSaved(361.78F)), 0x3FA9060DU);
 }
 
-TEST(TreesSaved, TakesItsStepsInOrder) {
-  // With the factors drawn together, or in double, it ends in ...D79.
+TEST(TreesSaved, DoesNotCombineItsFactors) {
+  // With combined factors, or in double, the result ends in ...D79.
   EXPECT_EQ(std::bit_cast<std::uint32_t>(TreesSaved(0.1F)), 0x39BF5D78U);
 }

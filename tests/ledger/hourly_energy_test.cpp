@@ -14,10 +14,6 @@ namespace {
 
 using Hours = std::map<int, float>;
 
-// 36 watts for 300 seconds, divided by the ledger's divisor.
-constexpr float kThree = 3.0F / 0.88F;
-constexpr float kSix = 6.0F / 0.88F;
-
 std::string At(const std::string& time, const std::string& power = "36",
                const std::string& type = "PCM_SENSOR") {
   return Sample("2024-05-06T" + time, power, type);
@@ -29,26 +25,26 @@ Hours HoursOf(const std::vector<std::string>& elements) {
 
 }  // namespace
 
-TEST(HourlyEnergy, DayThatIsNoArrayOfSamplesHasNoHours) {
+TEST(HourlyEnergy, IsEmptyWithoutAnArrayOfSamples) {
   EXPECT_EQ(HourlyEnergyWh(nullptr), Hours());
   for (const char* json : {"[]", "{}", "null", "1"}) {
     EXPECT_EQ(HourlyEnergyWh(Document(json).get()), Hours()) << json;
   }
 }
 
-TEST(HourlyEnergy, OneElementGivesNoHour) { EXPECT_EQ(HoursOf({At("10:00:00")}), Hours()); }
+TEST(HourlyEnergy, IsEmptyForOneElement) { EXPECT_EQ(HoursOf({At("10:00:00")}), Hours()); }
 
-TEST(HourlyEnergy, TwoElementsGiveNoHour) {
+TEST(HourlyEnergy, IsEmptyForTwoElements) {
   EXPECT_EQ(HoursOf({At("10:00:00"), At("10:05:00")}), Hours());
 }
 
-TEST(HourlyEnergy, ThreeElementsInOneHourBookOnlyTheSecondInterval) {
+TEST(HourlyEnergy, BooksOnlyTheSecondIntervalOfThreeElementsInOneHour) {
   EXPECT_EQ(HoursOf({At("10:00:00", "999"), At("10:05:00"), At("10:10:00", "999")}),
-            (Hours{{10, kThree}}));
+            (Hours{{10, kWhOf300Seconds}}));
 }
 
 TEST(HourlyEnergy, AddsInOrderInFloatAndDividesTheSumOnce) {
-  // As in the energy of a day: no other order or precision gives this number.
+  // The same samples as in DayEnergy.AddsInOrderInFloatAndDividesTheSumOnce.
   const Hours hours = HoursOf({At("09:00:00"), At("10:00:00", "108.0"), At("10:01:58", "11.6"),
                                At("10:08:00", "70.3"), At("10:15:24", "54.5"),
                                At("10:21:23", "87.3"), At("10:25:37", "62.3"), At("10:33:30")});
@@ -56,86 +52,87 @@ TEST(HourlyEnergy, AddsInOrderInFloatAndDividesTheSumOnce) {
   EXPECT_EQ(std::bit_cast<std::uint32_t>(hours.at(10)), 0x4216B64FU);
 }
 
-TEST(HourlyEnergy, NegativePowerMakesANegativeHour) {
+TEST(HourlyEnergy, IsNegativeForNegativePower) {
   EXPECT_EQ(HoursOf({At("10:00:00"), At("10:05:00", "-36"), At("10:10:00")}),
-            (Hours{{10, -kThree}}));
+            (Hours{{10, -kWhOf300Seconds}}));
 }
 
-TEST(HourlyEnergy, SamplesAtTheSameTimeAreNotBooked) {
+TEST(HourlyEnergy, BooksNothingBetweenSamplesAtTheSameTime) {
   EXPECT_EQ(HoursOf({At("10:00:00"), At("10:05:00"), At("10:05:00"), At("10:10:00")}),
-            (Hours{{10, kThree}}));
+            (Hours{{10, kWhOf300Seconds}}));
 }
 
-TEST(HourlyEnergy, HourEndsWhereTheClockShowsAnotherHourNotByTheTimePassed) {
-  // A day later the clock shows the same hour: the gap between is not booked, the hour goes on.
+TEST(HourlyEnergy, EndsAnHourWhenTheClockShowsAnotherHour) {
+  // One day later the clock shows the same hour: the gap is not booked and the hour continues.
   const auto nextDay = [](const std::string& time) { return Sample("2024-05-07T" + time); };
   EXPECT_EQ(HoursOf({At("10:00:00"), At("10:00:00"), At("10:05:00"), nextDay("10:06:00"),
                      nextDay("10:11:00")}),
-            (Hours{{10, kSix}}));
-  // And a second before the hour is full it has not ended, a second later it has.
+            (Hours{{10, kWhOf600Seconds}}));
+  // One second before the full hour the hour has not ended; at the next sample it has.
   EXPECT_EQ(
       HoursOf({At("10:50:00"), At("10:54:59"), At("10:59:59"), At("11:04:59"), At("11:09:59")}),
-      (Hours{{10, kSix}, {11, kThree}}));
+      (Hours{{10, kWhOf600Seconds}, {11, kWhOf300Seconds}}));
 }
 
 TEST(HourlyEnergy, CountsBothTypes) {
   EXPECT_EQ(HoursOf({At("10:00:00"), At("10:05:00", "36", "PCM_CHARGER"), At("10:10:00")}),
-            (Hours{{10, kThree}}));
+            (Hours{{10, kWhOf300Seconds}}));
 }
 
-TEST(HourlyEnergy, IntervalAcrossTheHourBelongsToTheHourItStartsIn) {
+TEST(HourlyEnergy, BooksAnIntervalAcrossTheHourInTheHourItStarts) {
   EXPECT_EQ(HoursOf({At("10:00:00"), At("10:56:00"), At("11:01:00"), At("11:06:00")}),
-            (Hours{{10, kThree}, {11, kThree}}));
+            (Hours{{10, kWhOf300Seconds}, {11, kWhOf300Seconds}}));
 }
 
-TEST(HourlyEnergy, GapOf601SecondsIsNotBookedAnd600Are) {
+TEST(HourlyEnergy, BooksGapsUpTo600Seconds) {
   EXPECT_EQ(HoursOf({At("09:00:00"), At("10:00:00"), At("10:10:01"), At("10:20:01")}),
-            (Hours{{10, kSix}}));
+            (Hours{{10, kWhOf600Seconds}}));
 }
 
-TEST(HourlyEnergy, BackwardStepIsNotBooked) {
+TEST(HourlyEnergy, BooksNothingForAStepBackInTime) {
   EXPECT_EQ(HoursOf({At("09:00:00"), At("10:10:00"), At("10:05:00")}), (Hours{{10, 0.0F}}));
 }
 
-TEST(HourlyEnergy, HourThatBookedNothingEntersWithZero) {
+TEST(HourlyEnergy, IncludesAnHourThatBookedNothingWithZero) {
   EXPECT_EQ(HoursOf({At("09:00:00"), At("10:00:00"), At("12:00:00"), At("12:05:00")}),
-            (Hours{{10, 0.0F}, {12, kThree}}));
+            (Hours{{10, 0.0F}, {12, kWhOf300Seconds}}));
 }
 
-TEST(HourlyEnergy, HourEndingOnAnotherTypeSpillsIntoTheNext) {
-  // 10:50 to 10:55 is not flushed at 10:55, which is of another type, but with the next hour.
+TEST(HourlyEnergy, CarriesAnHourThatEndsOnAnotherTypeIntoTheNext) {
+  // The sum of 10:50 to 10:55 is not closed at 10:55, a sample of another type, but at 11:05.
   EXPECT_EQ(HoursOf({At("10:45:00"), At("10:50:00"), At("10:55:00", "999", "PCM_SCREEN"),
                      At("11:00:00"), At("11:05:00")}),
-            (Hours{{11, kSix}}));
+            (Hours{{11, kWhOf600Seconds}}));
 }
 
-TEST(HourlyEnergy, SumBeforeALastInnerElementOfAnotherTypeIsLost) {
+TEST(HourlyEnergy, LosesTheSumBeforeALastInnerElementOfAnotherType) {
   EXPECT_EQ(HoursOf({At("10:45:00"), At("10:50:00"), At("10:55:00", "36", "X"), At("10:59:00")}),
             Hours());
 }
 
-TEST(HourlyEnergy, SecondSumOfAnHourIsDropped) {
+TEST(HourlyEnergy, DropsTheSecondSumOfAnHour) {
   EXPECT_EQ(HoursOf({At("10:00:00"), At("10:05:00"), At("10:10:00"), At("11:00:00", "72"),
                      At("10:20:00", "999"), At("10:25:00", "999"), At("10:30:00")}),
-            (Hours{{10, kThree}, {11, 0.0F}}));
+            (Hours{{10, kWhOf300Seconds}, {11, 0.0F}}));
 }
 
-TEST(HourlyEnergy, ElementWithoutStringTimeHasNoInterval) {
+TEST(HourlyEnergy, BooksNoIntervalForAnElementWithoutAStringTime) {
   const std::string timeless = R"({"TelemetryType":"PCM_SENSOR","Power":999})";
-  // The hour goes on beyond it and is still closed by the last inner element.
+  // The hour continues after the element and is closed by the last inner element.
   EXPECT_EQ(HoursOf({At("10:00:00"), At("10:05:00"), At("10:10:00"), timeless, At("10:20:00"),
                      At("10:25:00"), At("10:30:00")}),
             (Hours{{10, 9.0F / 0.88F}}));
   EXPECT_EQ(HoursOf({At("10:00:00"), At("10:05:00"), At("10:10:00"), timeless}),
-            (Hours{{10, kThree}}));
+            (Hours{{10, kWhOf300Seconds}}));
 }
 
-TEST(HourlyEnergy, NumbersBeyond32BitFloatCountAsZero) {
+TEST(HourlyEnergy, CountsNumbersBeyond32BitFloatAsZero) {
   EXPECT_EQ(HoursOf({At("10:00:00"), At("10:05:00", "1e300"), At("10:10:00", "3e38"),
                      At("10:15:00"), At("10:20:00")}),
-            (Hours{{10, kThree}}));
+            (Hours{{10, kWhOf300Seconds}}));
 }
 
-TEST(HourlyEnergy, NonObjectsAreSteppedOver) {
-  EXPECT_EQ(HoursOf({"null", "1", "[]", At("10:05:00"), At("10:10:00")}), (Hours{{10, kThree}}));
+TEST(HourlyEnergy, SkipsElementsThatAreNotObjects) {
+  EXPECT_EQ(HoursOf({"null", "1", "[]", At("10:05:00"), At("10:10:00")}),
+            (Hours{{10, kWhOf300Seconds}}));
 }

@@ -17,7 +17,7 @@ namespace {
 
 constexpr char kOldest[] = "2024-01-10";
 
-/// The ledger after a load, as pairs of date and value in the map's order.
+/// The entries of a ledger as dates and values, in the order of the map.
 using Entries = std::vector<std::pair<std::string, float>>;
 
 Entries EntriesOf(const PowerLedger& ledger) {
@@ -41,34 +41,34 @@ std::string Text(const PowerLedger& ledger) {
 
 }  // namespace
 
-TEST(PowerLedger, ReachesBack210Days) {
+TEST(OldestDay, Is210DaysBack) {
   EXPECT_EQ(kRetentionSeconds, 18144000);
   EXPECT_EQ(DateOf(OldestDay(Day("2024-08-07"))), kOldest);
 }
 
-TEST(LoadLedger, EntersWhatTheFileHolds) {
+TEST(LoadLedger, ReadsTheEntriesOfTheFile) {
   EXPECT_EQ(Loaded(R"([{"Key":"2024-03-01","Value":12.5},{"Key":"2024-03-02","Value":3}])"),
             (Entries{{"2024-03-01", 12.5F}, {"2024-03-02", 3.0F}}));
 }
 
-TEST(LoadLedger, DropsTheOldestDayAndWhatLiesBehindIt) {
+TEST(LoadLedger, DropsTheOldestDayAndEarlierDays) {
   EXPECT_EQ(Loaded(R"([{"Key":"2024-01-09","Value":1},{"Key":"2024-01-10","Value":2},)"
                    R"({"Key":"2024-01-11","Value":3}])"),
             (Entries{{"2024-01-11", 3.0F}}));
 }
 
-TEST(LoadLedger, ReplacesWhatTheMapHoldsAndTheLaterElementWins) {
+TEST(LoadLedger, ReplacesExistingEntriesAndTheLaterElementWins) {
   PowerLedger ledger{{Day("2024-03-01"), 1.0F}, {Day("2024-03-05"), 5.0F}};
   LoadLedger(*Document(R"([{"Key":"2024-03-01","Value":2},{"Key":"2024-03-01","Value":3}])"),
              Day(kOldest), ledger);
   EXPECT_EQ(EntriesOf(ledger), (Entries{{"2024-03-01", 3.0F}, {"2024-03-05", 5.0F}}));
 }
 
-TEST(LoadLedger, KeepsDaysOfTheFuture) {
+TEST(LoadLedger, KeepsFutureDays) {
   EXPECT_EQ(Loaded(R"([{"Key":"2999-01-01","Value":1}])"), (Entries{{"2999-01-01", 1.0F}}));
 }
 
-TEST(LoadLedger, LeavesTheMapAsItWasForARootThatIsNoArray) {
+TEST(LoadLedger, LeavesTheMapUnchangedForARootThatIsNotAnArray) {
   for (const char* json : {"{}", "null", "5", R"({"Key":"2024-03-01","Value":1})"}) {
     PowerLedger ledger{{Day("2024-03-05"), 5.0F}};
     LoadLedger(*Document(json), Day(kOldest), ledger);
@@ -76,7 +76,7 @@ TEST(LoadLedger, LeavesTheMapAsItWasForARootThatIsNoArray) {
   }
 }
 
-TEST(LoadLedger, StepsOverElementsWithoutStringKeyOrNumberValue) {
+TEST(LoadLedger, SkipsElementsWithoutAStringKeyOrANumberValue) {
   for (const char* element :
        {"null", "1", "[]", "{}", R"({"Key":"2024-03-01"})", R"({"Value":1})",
         R"({"Key":20240301,"Value":1})", R"({"Key":null,"Value":1})",
@@ -87,13 +87,13 @@ TEST(LoadLedger, StepsOverElementsWithoutStringKeyOrNumberValue) {
   }
 }
 
-TEST(LoadLedger, DropsKeysThatAreNoDates) {
+TEST(LoadLedger, DropsKeysThatAreNotDates) {
   for (const char* key : {"", "today", "03/01/2024", "0000-00-00", "99999-01-01", "3500-01-01"}) {
     EXPECT_EQ(Loaded(std::string(R"([{"Key":")") + key + R"(","Value":1}])"), Entries()) << key;
   }
 }
 
-TEST(LoadLedger, TakesAValueBeyond32BitFloatAsZero) {
+TEST(LoadLedger, ReadsAValueBeyond32BitFloatAsZero) {
   EXPECT_EQ(Loaded(R"([{"Key":"2024-03-01","Value":1e39},{"Key":"2024-03-02","Value":-1e300}])"),
             (Entries{{"2024-03-01", 0.0F}, {"2024-03-02", 0.0F}}));
 }
@@ -110,7 +110,7 @@ TEST(LedgerDocument, WritesTheFloatWithAllDigitsOfTheDouble) {
             R"([{"Key":"2024-03-02","Value":0.10000000149011612}])");
 }
 
-TEST(LedgerDocument, ComesBackByALoad) {
+TEST(LedgerDocument, IsReadBackByLoadLedger) {
   const PowerLedger ledger{{Day("2024-03-01"), 0.1F}, {Day("2024-03-02"), 6.0F / 0.88F}};
   EXPECT_EQ(Loaded(Text(ledger)), EntriesOf(ledger));
 }

@@ -1,4 +1,4 @@
-// Links to a folder that the build has made for real; the attribute calls are not fake here.
+// The build creates real symbolic links to a folder. No attribute call is faked here.
 
 #include <windows.h>
 
@@ -7,9 +7,9 @@
 #include <memory>
 #include <string>
 
-#include "base/date_text.h"
 #include "base/json_document.h"
 #include "base/plain_file.h"
+#include "ledger/fake_days.h"
 #include "ledger/sample_files.h"
 #include "ledger/sample_reader.h"
 #include "support/temp_folder.h"
@@ -22,59 +22,54 @@ namespace {
 const std::wstring kFolder = WATTLEAF_LINKED_FOLDER;
 const std::wstring kWitness = kFolder + L"\\target\\witness.txt";
 
-DateTime Day(const char* date) {
-  DateTime day;
-  return ParseDateTime(day, date, kDateFormat);
-}
-
 std::unique_ptr<GenericDocument> SamplesOf(const DateTime& day) {
   return std::unique_ptr<GenericDocument>(
       ReadSamplesOfDay(kFolder, day, [](const std::wstring&) { ADD_FAILURE() << "decrypted"; }));
 }
 
-void ExpectLinkWithAttributes(const std::wstring& path) {
+void ExpectLink(const std::wstring& path) {
   const DWORD attributes = GetFileAttributesW(path.c_str());
   ASSERT_NE(attributes, INVALID_FILE_ATTRIBUTES);
-  EXPECT_NE(attributes & FILE_ATTRIBUTE_REPARSE_POINT, 0U) << "the link is gone, or never was one";
+  EXPECT_NE(attributes & FILE_ATTRIBUTE_REPARSE_POINT, 0U) << "not a link";
 }
 
 }  // namespace
 
-TEST(RealLinks, ALinkToAFolderIsNoPlainFile) {
+TEST(IsPlainFile, IsFalseForARealLinkToAFolder) {
   const std::wstring link = kFolder + L"\\link";
-  ExpectLinkWithAttributes(link);
+  ExpectLink(link);
   EXPECT_FALSE(IsPlainFile(link));
 }
 
-TEST(RealLinks, ALinkToAFolderCountsAsADirectoryThatIsThere) {
+TEST(CreateDirectoryTree, SucceedsForARealLinkToAFolder) {
   EXPECT_TRUE(CreateDirectoryTree(kFolder + L"\\link"));
 }
 
-TEST(RealLinks, AnEncryptedFileThatIsALinkIsTreatedAsNoFile) {
+TEST(ReadSamplesOfDay, TreatsARealLinkAsAMissingEncryptedFile) {
   const DateTime day = Day("2026-01-05");
-  ExpectLinkWithAttributes(EncryptedSamplePath(kFolder, day));
+  ExpectLink(EncryptedSamplePath(kFolder, day));
   const auto samples = SamplesOf(day);
   ASSERT_NE(samples, nullptr);
   EXPECT_TRUE(samples->IsArray());
   EXPECT_TRUE(samples->Empty());
-  ExpectLinkWithAttributes(EncryptedSamplePath(kFolder, day));
+  ExpectLink(EncryptedSamplePath(kFolder, day));
 }
 
-TEST(RealLinks, APlainCopyThatIsALinkIsNeitherReadNorDeleted) {
+TEST(ReadSamplesOfDay, NeitherReadsNorDeletesACopyThatIsARealLink) {
   const DateTime day = Day("2026-01-06");
-  ExpectLinkWithAttributes(PlainSamplePath(kFolder, day));
+  ExpectLink(PlainSamplePath(kFolder, day));
   const auto samples = SamplesOf(day);
   ASSERT_NE(samples, nullptr);
   EXPECT_TRUE(samples->IsArray());
   EXPECT_TRUE(samples->Empty());
-  ExpectLinkWithAttributes(PlainSamplePath(kFolder, day));
+  ExpectLink(PlainSamplePath(kFolder, day));
   EXPECT_TRUE(FileExists(kWitness));
 }
 
-TEST(RealLinks, ALedgerPathThatIsALinkIsNotWrittenThrough) {
+TEST(SaveJsonDocument, DoesNotWriteThroughARealLink) {
   GenericDocument document;
   document.Parse("[]");
   EXPECT_FALSE(SaveJsonDocument(kFolder + L"\\link", document));
-  ExpectLinkWithAttributes(kFolder + L"\\link");
+  ExpectLink(kFolder + L"\\link");
   EXPECT_EQ(ReadWholeFile(kWitness), "untouched");
 }

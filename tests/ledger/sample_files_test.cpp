@@ -8,14 +8,14 @@
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 using namespace std::string_literals;
 
-TEST(SamplePaths, CarryTheDate) {
+TEST(SamplePaths, ContainTheDate) {
   const DateTime day = TestSupport::LocalTime(2024, 3, 1);
   EXPECT_EQ(EncryptedSamplePath(L"C:\\Data", day), L"C:\\Data\\PcmSampleData_2024-03-01.json");
   EXPECT_EQ(PlainSamplePath(L"C:\\Data", day),
             L"C:\\Data\\unencrypt-PcmSampleData_2024-03-01.json");
 }
 
-TEST(PlainCopyPath, PutsItsWordBeforeTheFileName) {
+TEST(PlainCopyPath, PrefixesTheFileName) {
   EXPECT_EQ(PlainCopyPath(L"C:\\Data\\a.json"), L"C:\\Data\\unencrypt-a.json");
   EXPECT_EQ(PlainCopyPath(L"C:\\Data/a.json"), L"C:\\Data/unencrypt-a.json");
   EXPECT_EQ(PlainCopyPath(L"C:/Da\\ta/"), L"C:/Da\\ta/unencrypt-");
@@ -23,7 +23,7 @@ TEST(PlainCopyPath, PutsItsWordBeforeTheFileName) {
   EXPECT_EQ(PlainCopyPath(L""), L"");
 }
 
-TEST(PlainCopyPath, AgreesWithThePlainSamplePath) {
+TEST(PlainCopyPath, AgreesWithPlainSamplePath) {
   const DateTime day = TestSupport::LocalTime(2024, 3, 1);
   EXPECT_EQ(PlainCopyPath(EncryptedSamplePath(L"C:\\Data", day)),
             PlainSamplePath(L"C:\\Data", day));
@@ -39,7 +39,7 @@ TEST(PlainCopyContent, KeepsTheLowByteOfEachCharacter) {
   EXPECT_EQ(PlainCopyContent("\x41\x4E\xE4\x00"s), "\x41\xE4\0\0"s);
 }
 
-TEST(PlainCopyContent, TakesAnOddByteForHalfACharacter) {
+TEST(PlainCopyContent, KeepsATrailingOddByte) {
   EXPECT_EQ(PlainCopyContent("a\0b\0c"s), "abc\0\0"s);
   EXPECT_EQ(PlainCopyContent("a"), "a");
 }

@@ -3,7 +3,6 @@
 #include <windows.h>
 
 #include <errno.h>
-#include <sys/stat.h>
 
 #include <cstdio>
 #include <filesystem>
@@ -13,26 +12,29 @@
 
 #include <gtest/gtest.h>
 
-#include "base/date_time_text.h"
 #include "base/fake_attributes.h"
 #include "import_patch.h"
 #include "ledger/encrypted_samples.h"
-#include "support/temp_folder.h"
+#include "ledger/sample_folder.h"
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 using TestSupport::Encrypted;
+using TestSupport::FailingStatus;
+using TestSupport::FakeReparsePoint;
 using TestSupport::FileExists;
+using TestSupport::ReadWholeFile;
 using TestSupport::Utf16;
 using TestSupport::WriteWholeFile;
 
 namespace {
 
-class ReadSamples : public testing::Test {
+class ReadSamplesOfDayTest : public testing::Test {
  protected:
+  /// Reads the day and records the paths that are reported before a decryption.
   std::unique_ptr<GenericDocument> Read() {
     return std::unique_ptr<GenericDocument>(
-        ReadSamplesOfDay(folder_.Path(), TestSupport::LocalTime(2024, 3, 1),
-                         [this](const std::wstring& path) { told_.push_back(path); }));
+        ReadSamplesOfDay(samples_.folder.Path(), samples_.day,
+                         [this](const std::wstring& path) { reported_.push_back(path); }));
   }
 
   bool ReadsAnEmptyArray() {
@@ -40,21 +42,15 @@ class ReadSamples : public testing::Test {
     return document && document->IsArray() && document->Empty();
   }
 
-  bool WasTold() { return told_ == std::vector<std::wstring>{encrypted_}; }
+  bool ReportedTheEncryptedFile() const {
+    return reported_ == std::vector<std::wstring>{samples_.encrypted};
+  }
 
-  const TestSupport::TempFolder folder_;
-  const std::wstring encrypted_ = folder_.File(L"PcmSampleData_2024-03-01.json");
-  const std::wstring plain_ = folder_.File(L"unencrypt-PcmSampleData_2024-03-01.json");
-  std::vector<std::wstring> told_;
+  const TestSupport::SampleFolder samples_;
+  std::vector<std::wstring> reported_;
 };
 
-// What the standard library asks for a status.
-int FailToTellStatus(const wchar_t*, struct _stat64*) {
-  errno = EACCES;
-  return -1;
-}
-
-int DeleteNothing(const wchar_t*) {
+int FailToDelete(const wchar_t*) {
   errno = EACCES;
   return -1;
 }
@@ -69,229 +65,179 @@ errno_t OpenForReadingOnly(std::FILE** file, const wchar_t* path, const wchar_t*
 
 }  // namespace
 
-TEST_F(ReadSamples, DecryptsReadsAndDeletesTheCopy) {
-  WriteWholeFile(encrypted_, Encrypted(Utf16(R"([{"Power":1.5},{"Power":2}])")));
+TEST_F(ReadSamplesOfDayTest, DecryptsReadsAndDeletesTheCopy) {
+  WriteWholeFile(samples_.encrypted, Encrypted(Utf16(R"([{"Power":1.5},{"Power":2}])")));
   const auto document = Read();
   ASSERT_TRUE(document);
   ASSERT_TRUE(document->IsArray());
   ASSERT_EQ(document->Size(), 2U);
   EXPECT_EQ((*document)[0]["Power"].GetDouble(), 1.5);
-  EXPECT_TRUE(WasTold());
-  EXPECT_FALSE(FileExists(plain_));
-  EXPECT_TRUE(FileExists(encrypted_));
+  EXPECT_TRUE(ReportedTheEncryptedFile());
+  EXPECT_FALSE(FileExists(samples_.plain));
+  EXPECT_TRUE(FileExists(samples_.encrypted));
 }
 
-TEST_F(ReadSamples, GiveAnEmptyArrayForAnEmptyArray) {
-  WriteWholeFile(encrypted_, Encrypted(Utf16("[]")));
+TEST_F(ReadSamplesOfDayTest, ReturnsAnEmptyArrayForAnEmptyArray) {
+  WriteWholeFile(samples_.encrypted, Encrypted(Utf16("[]")));
   EXPECT_TRUE(ReadsAnEmptyArray());
-  EXPECT_TRUE(WasTold());
-  EXPECT_FALSE(FileExists(plain_));
+  EXPECT_TRUE(ReportedTheEncryptedFile());
+  EXPECT_FALSE(FileExists(samples_.plain));
 }
 
-TEST_F(ReadSamples, AreEmptyWithoutAFile) {
+TEST_F(ReadSamplesOfDayTest, ReturnsAnEmptyArrayForAMissingFile) {
   EXPECT_TRUE(ReadsAnEmptyArray());
-  EXPECT_TRUE(told_.empty());
+  EXPECT_TRUE(reported_.empty());
 }
 
-TEST_F(ReadSamples, AreEmptyForAFileOfNoBytes) {
-  WriteWholeFile(encrypted_, "");
+TEST_F(ReadSamplesOfDayTest, ReturnsAnEmptyArrayForAnEmptyFile) {
+  WriteWholeFile(samples_.encrypted, "");
   EXPECT_TRUE(ReadsAnEmptyArray());
-  EXPECT_TRUE(WasTold());
-  EXPECT_FALSE(FileExists(plain_));
+  EXPECT_TRUE(ReportedTheEncryptedFile());
+  EXPECT_FALSE(FileExists(samples_.plain));
 }
 
-TEST_F(ReadSamples, AreEmptyForBrokenBase64AndTheFileStays) {
-  WriteWholeFile(encrypted_, "!!!!");
+TEST_F(ReadSamplesOfDayTest, ReturnsAnEmptyArrayForInvalidBase64AndKeepsTheFile) {
+  WriteWholeFile(samples_.encrypted, "!!!!");
   EXPECT_TRUE(ReadsAnEmptyArray());
-  EXPECT_TRUE(WasTold());
-  EXPECT_FALSE(FileExists(plain_));
-  EXPECT_EQ(TestSupport::ReadWholeFile(encrypted_), "!!!!");
+  EXPECT_TRUE(ReportedTheEncryptedFile());
+  EXPECT_FALSE(FileExists(samples_.plain));
+  EXPECT_EQ(ReadWholeFile(samples_.encrypted), "!!!!");
 }
 
-TEST_F(ReadSamples, TakeAFolderForNoFile) {
-  CreateDirectoryW(encrypted_.c_str(), nullptr);
-  CreateDirectoryW(plain_.c_str(), nullptr);
+TEST_F(ReadSamplesOfDayTest, TreatsAFolderAsAMissingFile) {
+  CreateDirectoryW(samples_.encrypted.c_str(), nullptr);
+  CreateDirectoryW(samples_.plain.c_str(), nullptr);
   EXPECT_TRUE(ReadsAnEmptyArray());
-  EXPECT_TRUE(told_.empty());
-  EXPECT_TRUE(FileExists(encrypted_));
-  EXPECT_TRUE(FileExists(plain_));
+  EXPECT_TRUE(reported_.empty());
+  EXPECT_TRUE(FileExists(samples_.encrypted));
+  EXPECT_TRUE(FileExists(samples_.plain));
 }
 
-TEST_F(ReadSamples, TakeALinkForNoFile) {
-  WriteWholeFile(encrypted_, Encrypted(Utf16("[1]")));
-  const TestSupport::FakeReparsePoint fake(encrypted_, IO_REPARSE_TAG_SYMLINK);
+TEST_F(ReadSamplesOfDayTest, TreatsALinkAsAMissingFile) {
+  WriteWholeFile(samples_.encrypted, Encrypted(Utf16("[1]")));
+  const FakeReparsePoint fake(samples_.encrypted, IO_REPARSE_TAG_SYMLINK);
   EXPECT_TRUE(ReadsAnEmptyArray());
-  EXPECT_TRUE(told_.empty());
-  EXPECT_FALSE(FileExists(plain_));
+  EXPECT_TRUE(reported_.empty());
+  EXPECT_FALSE(FileExists(samples_.plain));
 }
 
-TEST_F(ReadSamples, NeitherReadNorDeleteNorWriteACopyThatIsALink) {
-  WriteWholeFile(encrypted_, Encrypted(Utf16("[1]")));
-  WriteWholeFile(plain_, "[2]");
+TEST_F(ReadSamplesOfDayTest, NeitherReadsNorDeletesNorWritesACopyThatIsALink) {
+  WriteWholeFile(samples_.encrypted, Encrypted(Utf16("[1]")));
+  WriteWholeFile(samples_.plain, "[2]");
   {
-    const TestSupport::FakeReparsePoint fake(plain_, IO_REPARSE_TAG_SYMLINK);
+    const FakeReparsePoint fake(samples_.plain, IO_REPARSE_TAG_SYMLINK);
     EXPECT_TRUE(ReadsAnEmptyArray());
   }
-  EXPECT_TRUE(WasTold());
-  EXPECT_EQ(TestSupport::ReadWholeFile(plain_), "[2]");
+  EXPECT_TRUE(ReportedTheEncryptedFile());
+  EXPECT_EQ(ReadWholeFile(samples_.plain), "[2]");
 }
 
-TEST_F(ReadSamples, AreNullForACopyThatDoesNotParseAndItIsDeleted) {
+TEST_F(ReadSamplesOfDayTest, ReturnsNullForACopyThatDoesNotParseAndDeletesIt) {
   for (const char* text : {"", "no JSON", "[{\"Power\":1},", "[1"}) {
-    WriteWholeFile(plain_, text);
+    WriteWholeFile(samples_.plain, text);
     EXPECT_FALSE(Read()) << text;
-    EXPECT_FALSE(FileExists(plain_)) << text;
+    EXPECT_FALSE(FileExists(samples_.plain)) << text;
   }
 }
 
-TEST_F(ReadSamples, AreNullForEncryptedTextThatIsNoJson) {
-  WriteWholeFile(encrypted_, Encrypted(Utf16("[{\"Power\":")));
+TEST_F(ReadSamplesOfDayTest, ReturnsNullForEncryptedTextThatIsNotJson) {
+  WriteWholeFile(samples_.encrypted, Encrypted(Utf16("[{\"Power\":")));
   EXPECT_FALSE(Read());
-  EXPECT_FALSE(FileExists(plain_));
-  WriteWholeFile(encrypted_, Encrypted("[{\"Power\":1}]"));  // one byte a character
+  EXPECT_FALSE(FileExists(samples_.plain));
+  WriteWholeFile(samples_.encrypted, Encrypted("[{\"Power\":1}]"));  // one byte a character
   EXPECT_FALSE(Read());
-  EXPECT_FALSE(FileExists(plain_));
+  EXPECT_FALSE(FileExists(samples_.plain));
 }
 
-TEST_F(ReadSamples, TakeALeftoverCopyWithoutAnEncryptedFile) {
-  WriteWholeFile(plain_, "[7]");
+TEST_F(ReadSamplesOfDayTest, ReadsALeftoverCopyWithoutAnEncryptedFile) {
+  WriteWholeFile(samples_.plain, "[7]");
   const auto document = Read();
   ASSERT_TRUE(document);
   EXPECT_EQ((*document)[0].GetInt(), 7);
-  EXPECT_TRUE(told_.empty());
-  EXPECT_FALSE(FileExists(plain_));
+  EXPECT_TRUE(reported_.empty());
+  EXPECT_FALSE(FileExists(samples_.plain));
 }
 
-TEST_F(ReadSamples, TakeALeftoverCopyWhenTodaysDecryptionFails) {
-  WriteWholeFile(plain_, "[7]");
-  WriteWholeFile(encrypted_, "!!!!");
+TEST_F(ReadSamplesOfDayTest, ReadsALeftoverCopyWhenDecryptionFails) {
+  WriteWholeFile(samples_.plain, "[7]");
+  WriteWholeFile(samples_.encrypted, "!!!!");
   const auto document = Read();
   ASSERT_TRUE(document);
   EXPECT_EQ((*document)[0].GetInt(), 7);
-  EXPECT_TRUE(WasTold());
-  EXPECT_FALSE(FileExists(plain_));
+  EXPECT_TRUE(ReportedTheEncryptedFile());
+  EXPECT_FALSE(FileExists(samples_.plain));
 }
 
-TEST_F(ReadSamples, TakeAReadOnlyCopyWhichCanNeitherBeWrittenNorDeleted) {
-  WriteWholeFile(plain_, "[7]");
-  WriteWholeFile(encrypted_, Encrypted(Utf16("[1]")));
+TEST_F(ReadSamplesOfDayTest, ReadsACopyThatCanNeitherBeWrittenNorDeleted) {
+  WriteWholeFile(samples_.plain, "[7]");
+  WriteWholeFile(samples_.encrypted, Encrypted(Utf16("[1]")));
   {
-    // Fake, since some systems let an administrator write and delete it all the same.
-    const Standin::ImportPatch deletion("_wunlink", &DeleteNothing);
+    // Faked, since some systems let an administrator write and delete a read-only file.
+    const Standin::ImportPatch deletion("_wunlink", &FailToDelete);
     const Standin::ImportPatch opening("_wfopen_s", &OpenForReadingOnly);
     g_open = opening.Original<decltype(OpenForReadingOnly)>();
     const auto document = Read();
     ASSERT_TRUE(document);
     EXPECT_EQ((*document)[0].GetInt(), 7);
   }
-  EXPECT_TRUE(FileExists(plain_));
+  EXPECT_TRUE(FileExists(samples_.plain));
   const auto next = Read();
   ASSERT_TRUE(next);
   EXPECT_EQ((*next)[0].GetInt(), 1);
-  EXPECT_FALSE(FileExists(plain_));
+  EXPECT_FALSE(FileExists(samples_.plain));
 }
 
-TEST_F(ReadSamples, AreAnnouncedBeforeTheyAreDecrypted) {
-  WriteWholeFile(encrypted_, Encrypted(Utf16("[1]")));
+TEST_F(ReadSamplesOfDayTest, ReportsThePathBeforeDecryption) {
+  WriteWholeFile(samples_.encrypted, Encrypted(Utf16("[1]")));
   bool wasThere = true;
   const std::unique_ptr<GenericDocument> document(
-      ReadSamplesOfDay(folder_.Path(), TestSupport::LocalTime(2024, 3, 1),
-                       [&](const std::wstring&) { wasThere = FileExists(plain_); }));
+      ReadSamplesOfDay(samples_.folder.Path(), samples_.day,
+                       [&](const std::wstring&) { wasThere = FileExists(samples_.plain); }));
   EXPECT_FALSE(wasThere);
   EXPECT_TRUE(document);
 }
 
-TEST_F(ReadSamples, AreGivenAsTheyAreWhenTheyAreNoArray) {
-  WriteWholeFile(encrypted_, Encrypted(Utf16("{\"Power\":1}")));
+TEST_F(ReadSamplesOfDayTest, ReturnsADocumentThatIsNotAnArrayUnchanged) {
+  WriteWholeFile(samples_.encrypted, Encrypted(Utf16("{\"Power\":1}")));
   const auto document = Read();
   ASSERT_TRUE(document);
   EXPECT_TRUE(document->IsObject());
 }
 
-TEST_F(ReadSamples, AreNullForSixtyFourMegabytesOfOneBracket) {
-  WriteWholeFile(plain_, std::string(64U << 20, '['));
+TEST_F(ReadSamplesOfDayTest, ReturnsNullForMegabytesOfOpeningBrackets) {
+  WriteWholeFile(samples_.plain, std::string(64U << 20, '['));
   EXPECT_FALSE(Read());
-  EXPECT_FALSE(FileExists(plain_));
-  WriteWholeFile(encrypted_, Encrypted(Utf16(std::string(1U << 20, '['))));
+  EXPECT_FALSE(FileExists(samples_.plain));
+  WriteWholeFile(samples_.encrypted, Encrypted(Utf16(std::string(1U << 20, '['))));
   EXPECT_FALSE(Read());
-  EXPECT_FALSE(FileExists(plain_));
+  EXPECT_FALSE(FileExists(samples_.plain));
 }
 
-TEST_F(ReadSamples, PassTheExceptionOfAStatusQueryOn) {
-  WriteWholeFile(encrypted_, Encrypted(Utf16("[]")));
-  const Standin::ImportPatch patch("_wstat64", &FailToTellStatus);
+TEST_F(ReadSamplesOfDayTest, PropagatesTheExceptionOfAFailedStatusQuery) {
+  WriteWholeFile(samples_.encrypted, Encrypted(Utf16("[]")));
+  const FailingStatus failure;
   EXPECT_THROW(Read(), std::filesystem::filesystem_error);
-  EXPECT_TRUE(told_.empty());
+  EXPECT_TRUE(reported_.empty());
 }
 
-TEST_F(ReadSamples, OfADayThatCountsAsGoneComeFromALeftoverCopyOnly) {
-  WriteWholeFile(encrypted_, Encrypted(Utf16("[1]")));
-  const auto readGone = [this] {
-    return std::unique_ptr<GenericDocument>(
-        ReadLeftoverCopyOfDay(folder_.Path(), TestSupport::LocalTime(2024, 3, 1)));
-  };
-  const auto empty = readGone();
-  ASSERT_TRUE(empty && empty->IsArray());
-  EXPECT_TRUE(empty->Empty());
-  WriteWholeFile(plain_, "[7]");
-  const auto left = readGone();
-  ASSERT_TRUE(left);
-  EXPECT_EQ((*left)[0].GetInt(), 7);
-  EXPECT_FALSE(FileExists(plain_));
-  EXPECT_TRUE(FileExists(encrypted_));
+// A hard link cannot be told from the file itself, so the file is read and written through it.
+TEST_F(ReadSamplesOfDayTest, ReadsASampleFileThatIsAHardLink) {
+  const std::wstring other = samples_.folder.File(L"other.txt");
+  WriteWholeFile(other, Encrypted(Utf16("[5]")));
+  ASSERT_TRUE(CreateHardLinkW(samples_.encrypted.c_str(), other.c_str(), nullptr));
+  const auto document = Read();
+  ASSERT_TRUE(document);
+  EXPECT_EQ((*document)[0].GetInt(), 5);
 }
 
-TEST_F(ReadSamples, OfADayThatCountsAsGoneAskNothingOfTheEncryptedFile) {
-  WriteWholeFile(encrypted_, Encrypted(Utf16("[1]")));
-  // The status of the encrypted file cannot be read; that of the copy is not asked, as it is
-  // absent.
-  const Standin::ImportPatch patch("_wstat64", &FailToTellStatus);
-  EXPECT_NO_THROW(std::unique_ptr<GenericDocument>(
-      ReadLeftoverCopyOfDay(folder_.Path(), TestSupport::LocalTime(2024, 3, 1))));
-}
-
-TEST_F(ReadSamples, LeaveNoCopyOfAnyDayAfterTheRemoval) {
-  const std::wstring other = folder_.File(L"unencrypt-PcmSampleData_1999-12-31.json");
-  WriteWholeFile(plain_, "[7]");
-  WriteWholeFile(other, "");
-  RemoveLeftoverCopies(folder_.Path());
-  EXPECT_FALSE(FileExists(plain_));
-  EXPECT_FALSE(FileExists(other));
-  RemoveLeftoverCopies(folder_.Path());
-  RemoveLeftoverCopies(folder_.File(L"missing"));
-}
-
-TEST_F(ReadSamples, LoseNothingButCopiesInTheRemoval) {
-  const std::vector<std::wstring> names{L"PcmSampleData_2024-03-01.json",
-                                        L"PowerConsumption.json",
-                                        L"Powerlog.json",
-                                        L"unencrypt-PcmSampleData_2024-03-01.json.bak",
-                                        L"unencrypt-PcmSampleData_2024-03-012.json",
-                                        L"unencrypt-PcmSampleData.json",
-                                        L"an unencrypt-PcmSampleData_2024-03-01.json"};
-  for (const std::wstring& name : names) WriteWholeFile(folder_.File(name), "x");
-  RemoveLeftoverCopies(folder_.Path());
-  for (const std::wstring& name : names) EXPECT_TRUE(FileExists(folder_.File(name)));
-}
-
-TEST_F(ReadSamples, LoseNoFolderAndNoLinkInTheRemoval) {
-  const std::wstring asFolder = folder_.File(L"unencrypt-PcmSampleData_2024-03-02.json");
-  const std::wstring after = folder_.File(L"unencrypt-PcmSampleData_2024-03-03.json");
-  WriteWholeFile(plain_, "[7]");
-  CreateDirectoryW(asFolder.c_str(), nullptr);
-  WriteWholeFile(after, "[7]");
-  {
-    const TestSupport::FakeReparsePoint fake(plain_, IO_REPARSE_TAG_SYMLINK);
-    RemoveLeftoverCopies(folder_.Path());
-  }
-  EXPECT_TRUE(FileExists(plain_));
-  EXPECT_TRUE(FileExists(asFolder));
-  EXPECT_FALSE(FileExists(after));
-}
-
-TEST_F(ReadSamples, LoseNoCopyWhoseStatusCannotBeReadInTheRemoval) {
-  WriteWholeFile(plain_, "[7]");
-  const Standin::ImportPatch patch("_wstat64", &FailToTellStatus);
-  RemoveLeftoverCopies(folder_.Path());
-  EXPECT_TRUE(FileExists(plain_));
+TEST_F(ReadSamplesOfDayTest, WritesThroughAHardLinkedCopyAndDeletesOnlyItsName) {
+  const std::wstring other = samples_.folder.File(L"other.txt");
+  WriteWholeFile(other, "another program's file");
+  ASSERT_TRUE(CreateHardLinkW(samples_.plain.c_str(), other.c_str(), nullptr));
+  WriteWholeFile(samples_.encrypted, Encrypted(Utf16("[5]")));
+  const auto document = Read();
+  ASSERT_TRUE(document);
+  EXPECT_EQ((*document)[0].GetInt(), 5);
+  EXPECT_FALSE(FileExists(samples_.plain));
+  EXPECT_EQ(ReadWholeFile(other).substr(0, 3), "[5]");
 }

@@ -13,7 +13,7 @@ using namespace TestSupport;
 
 namespace {
 
-/// Every hour of a day at its own value, so that a wrong day or hour shows.
+/// The 24 hours of a day with the values `base` to `base + 23`, so that a wrong day or hour shows.
 std::map<int, float> HoursFrom(float base) {
   std::map<int, float> hours;
   for (int hour = 0; hour < 24; ++hour) hours[hour] = base + static_cast<float>(hour);
@@ -29,21 +29,21 @@ Series MonthsAt(const std::string& date, const PowerLedger& ledger = {}) {
 
 }  // namespace
 
-TEST(HourSeries, AfternoonTakesAllHoursFromToday) {
+TEST(HourSeries, TakesAllHoursFromTodayInTheAfternoon) {
   const Series series = HourSeries(14, HoursFrom(1000), HoursFrom(0));
   EXPECT_EQ(LabelsOf(series), (Labels{"2:00", "3:00", "4:00", "5:00", "6:00", "7:00", "8:00",
                                       "9:00", "10:00", "11:00", "12:00", "13:00"}));
   EXPECT_EQ(ValuesOf(series), (Values{2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13}));
 }
 
-TEST(HourSeries, EarlyMorningBeginsWithYesterday) {
+TEST(HourSeries, BeginsWithYesterdayInTheEarlyMorning) {
   const Series series = HourSeries(5, HoursFrom(1000), HoursFrom(0));
   EXPECT_EQ(LabelsOf(series), (Labels{"17:00", "18:00", "19:00", "20:00", "21:00", "22:00", "23:00",
                                       "0:00", "1:00", "2:00", "3:00", "4:00"}));
   EXPECT_EQ(ValuesOf(series), (Values{1017, 1018, 1019, 1020, 1021, 1022, 1023, 0, 1, 2, 3, 4}));
 }
 
-TEST(HourSeries, AfterMidnightTakesAllHoursFromYesterday) {
+TEST(HourSeries, TakesAllHoursFromYesterdayAfterMidnight) {
   const Series series = HourSeries(0, HoursFrom(1000), HoursFrom(0));
   EXPECT_EQ(LabelsOf(series), (Labels{"12:00", "13:00", "14:00", "15:00", "16:00", "17:00", "18:00",
                                       "19:00", "20:00", "21:00", "22:00", "23:00"}));
@@ -51,7 +51,7 @@ TEST(HourSeries, AfterMidnightTakesAllHoursFromYesterday) {
             (Values{1012, 1013, 1014, 1015, 1016, 1017, 1018, 1019, 1020, 1021, 1022, 1023}));
 }
 
-TEST(HourSeries, EndsWithTheHourBeforeThePresentOneAtEveryHour) {
+TEST(HourSeries, EndsWithTheHourBeforeTheCurrentOne) {
   for (int now = 0; now < 24; ++now) {
     SCOPED_TRACE(now);
     Labels labels;
@@ -67,12 +67,12 @@ TEST(HourSeries, EndsWithTheHourBeforeThePresentOneAtEveryHour) {
   }
 }
 
-TEST(HourSeries, MissingHoursAreZero) {
+TEST(HourSeries, ShowsMissingHoursAsZero) {
   EXPECT_EQ(ValuesOf(HourSeries(5, {}, {{3, 1.5F}})),
             (Values{0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1.5F, 0}));
 }
 
-TEST(DaySeries, OnAWednesdayRunsFromWednesdayToTuesday) {
+TEST(DaySeries, RunsFromWednesdayToTuesdayOnAWednesday) {
   EXPECT_EQ(LabelsOf(DaySeries(Day("2024-05-08"), {})),
             (Labels{"Wed", "Thu", "Fri", "Sat", "Sun", "Mon", "Tue"}));
 }
@@ -85,18 +85,18 @@ TEST(DaySeries, HoldsSevenDaysBeforeTodayOldestFirst) {
   EXPECT_EQ(ValuesOf(DaySeries(Day("2024-05-09"), ledger)), (Values{2, 3, 4, 5, 6, 7, 8}));
 }
 
-TEST(DaySeries, EntryForYesterdayIsTheLast) {
+TEST(DaySeries, EndsWithYesterday) {
   EXPECT_EQ(ValuesOf(DaySeries(Day("2024-05-08"), {{Day("2024-05-07"), 2.5F}})),
             (Values{0, 0, 0, 0, 0, 0, 2.5F}));
 }
 
-TEST(DaySeries, LeavesTheLedgerWithoutNewEntries) {
+TEST(DaySeries, AddsNoEntriesToTheLedger) {
   const PowerLedger ledger;
   EXPECT_EQ(ValuesOf(DaySeries(Day("2024-05-08"), ledger)), Values(7, 0.0F));
   EXPECT_TRUE(ledger.empty());
 }
 
-TEST(MonthSeries, InFebruaryRunsFromSeptemberAcrossTheYear) {
+TEST(MonthSeries, RunsFromSeptemberAcrossTheYearInFebruary) {
   const PowerLedger ledger{{Day("2023-02-10"), 900.0F}, {Day("2023-09-10"), 1.0F},
                            {Day("2023-12-31"), 4.0F},   {Day("2024-01-01"), 5.0F},
                            {Day("2024-02-01"), 6.0F},   {Day("2023-08-31"), 900.0F}};
@@ -105,7 +105,7 @@ TEST(MonthSeries, InFebruaryRunsFromSeptemberAcrossTheYear) {
   EXPECT_EQ(ValuesOf(series), (Values{1, 0, 0, 4, 5, 6}));
 }
 
-TEST(MonthSeries, TakesTheFirstAndTheLastDayOfEachMonth) {
+TEST(MonthSeries, IncludesTheFirstAndTheLastDayOfEachMonth) {
   PowerLedger ledger;
   const char* const days[] = {"2023-11-30", "2023-12-01", "2023-12-31", "2024-01-01", "2024-01-31",
                               "2024-02-01", "2024-02-29", "2024-03-01", "2024-03-31", "2024-04-01",
@@ -118,7 +118,7 @@ TEST(MonthSeries, TakesTheFirstAndTheLastDayOfEachMonth) {
   EXPECT_EQ(ValuesOf(MonthsAt("2024-05-08", ledger)), (Values{6, 24, 96, 384, 1536, 6144}));
 }
 
-TEST(MonthSeries, AllEnergyInTheRunningMonthIsTheLastSum) {
+TEST(MonthSeries, EndsWithTheSumOfTheCurrentMonth) {
   const PowerLedger ledger{{Day("2024-05-01"), 1.5F}, {Day("2024-05-08"), 2.0F}};
   EXPECT_EQ(ValuesOf(MonthsAt("2024-05-08", ledger)), (Values{0, 0, 0, 0, 0, 3.5F}));
 }
@@ -133,30 +133,30 @@ TEST(MonthSeries, AddsInTheOrderOfTheDays) {
   EXPECT_EQ(MonthsAt("2024-05-08", rising).back().energyWh, 16777218.0F);
 }
 
-TEST(MonthSeries, LateDayOfTheMonthMislabelsAShorterMonth) {
+TEST(MonthSeries, MislabelsAShorterMonthLateInTheMonth) {
   const Series series = MonthsAt("2023-03-31", {{Day("2023-02-14"), 7.0F}});
   EXPECT_EQ(LabelsOf(series), (Labels{"Oct", "Dec", "Dec", "Jan", "Mar", "Mar"}));
   EXPECT_EQ(ValuesOf(series), (Values{0, 0, 0, 0, 7, 0}));
 }
 
-TEST(Series, ClockOutsideTheCalendarStillHasAllEntries) {
+TEST(Series, HasAllEntriesForAClockOutsideTheCalendar) {
   const DateTime none = LocalTimeOf(-1);
   EXPECT_EQ(HourSeries(none.tm_hour, {}, {}).size(), 12U);
   EXPECT_EQ(DaySeries(none, {}).size(), 7U);
   EXPECT_EQ(MonthSeries(none, none, {}).size(), 6U);
 }
 
-TEST(HourSeries, ShowsNegativeHoursAsTheyAre) {
+TEST(HourSeries, ShowsNegativeHours) {
   EXPECT_EQ(ValuesOf(HourSeries(2, {{23, -1.5F}}, {{1, -2.5F}})),
             (Values{0, 0, 0, 0, 0, 0, 0, 0, 0, -1.5F, 0, -2.5F}));
 }
 
-TEST(DaySeries, ShowsNegativeDaysAsTheyAre) {
+TEST(DaySeries, ShowsNegativeDays) {
   EXPECT_EQ(ValuesOf(DaySeries(Day("2024-05-08"), {{Day("2024-05-07"), -2.5F}})),
             (Values{0, 0, 0, 0, 0, 0, -2.5F}));
 }
 
-TEST(MonthSeries, AddsNegativeDaysAsTheyAre) {
+TEST(MonthSeries, AddsNegativeDays) {
   const PowerLedger ledger{{Day("2024-05-01"), -7.0F}, {Day("2024-05-02"), 4.5F}};
   EXPECT_EQ(ValuesOf(MonthsAt("2024-05-08", ledger)), (Values{0, 0, 0, 0, 0, -2.5F}));
 }

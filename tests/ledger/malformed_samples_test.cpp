@@ -4,7 +4,8 @@
 #include "ledger/fake_days.h"
 #include "ledger/sample_element.h"
 
-// What others may have left in the data folder in the place of samples.
+// Sample documents that the collector would not write: every program of the user can write to the
+// data folder.
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 using namespace TestSupport;
@@ -12,7 +13,6 @@ using namespace TestSupport;
 namespace {
 
 constexpr char kToday[] = "2024-05-06";
-constexpr float kThree = 3.0F / 0.88F;
 
 std::string At(const std::string& time, const std::string& power = "36") {
   return Sample(std::string(kToday) + "T" + time, power);
@@ -24,29 +24,30 @@ float EnergyOf(const std::string& json) {
 
 }  // namespace
 
-TEST(HostileSamples, DayThatIsNoArrayOfSamplesIsEmpty) {
+TEST(DayEnergy, IsZeroWithoutAnArrayOfSamples) {
   for (const char* json : {"[]", "{}", "null", "42", "\"[]\"", "not json"}) {
     EXPECT_EQ(EnergyOf(json), 0.0F) << json;
   }
 }
 
-TEST(HostileSamples, MissingDocumentIsEmpty) {
+TEST(DayEnergy, IsZeroForAMissingDocument) {
   EXPECT_EQ(DayEnergyWh(Day(kToday), [](const DateTime&) { return nullptr; }), 0.0F);
 }
 
-TEST(HostileSamples, ElementWithoutStringTypeIsSteppedOver) {
+TEST(DayEnergy, SkipsElementsWithoutAStringType) {
   for (const char* element :
        {"null", "7", "\"PCM_SENSOR\"", "[]", "{}", R"({"SampleTime":"2024-05-06T10:05:00"})",
         R"({"TelemetryType":1,"SampleTime":"2024-05-06T10:05:00","Power":36})",
         R"({"TelemetryType":["PCM_SENSOR"],"SampleTime":"2024-05-06T10:05:00","Power":36})"}) {
     SCOPED_TRACE(element);
     EXPECT_FALSE(IsCountedSample(*Document(element)));
-    // The intervals that touch the element are gone, the ones after it stay.
-    EXPECT_EQ(EnergyOf(List({At("09:00:00"), element, At("10:10:00"), At("10:15:00")})), kThree);
+    // The intervals on both sides of the element are lost, later ones are booked.
+    EXPECT_EQ(EnergyOf(List({At("09:00:00"), element, At("10:10:00"), At("10:15:00")})),
+              kWhOf300Seconds);
   }
 }
 
-TEST(HostileSamples, ElementWithoutStringTimeHasNoInterval) {
+TEST(DayEnergy, BooksNoIntervalForElementsWithoutAStringTime) {
   for (const char* element : {R"({"TelemetryType":"PCM_SENSOR","Power":36})",
                               R"({"TelemetryType":"PCM_SENSOR","SampleTime":5,"Power":36})",
                               R"({"TelemetryType":"PCM_SENSOR","SampleTime":null,"Power":36})"}) {
@@ -55,36 +56,36 @@ TEST(HostileSamples, ElementWithoutStringTimeHasNoInterval) {
     EXPECT_EQ(EnergyOf(List({element, element})), 0.0F);
     EXPECT_EQ(
         EnergyOf(List({element, At("10:00:00"), element, At("10:10:00"), At("10:15:00"), element})),
-        kThree);
+        kWhOf300Seconds);
   }
 }
 
-TEST(HostileSamples, NeighbourWithoutStringTimeHasNoLink) {
+TEST(DayEnergy, HasNoLinkToANeighbourWithoutAStringTime) {
   FakeDays days{{"2024-05-05", R"([{"Power":36}])"},
                 {kToday, List({At("00:00:00"), At("23:59:59")})},
                 {"2024-05-07", "[null]"}};
   EXPECT_EQ(DayEnergyWh(Day(kToday), days.Reader()), 0.0F);
 }
 
-TEST(HostileSamples, TimesThatAreNoTimesContributeNothing) {
+TEST(DayEnergy, BooksNothingForUnreadableTimes) {
   EXPECT_EQ(EnergyOf(List({Sample(""), Sample("yesterday"), Sample("99"), At("00:00:00")})), 0.0F);
 }
 
-TEST(HostileSamples, PowerOfAnotherTypeIsZero) {
+TEST(SamplePowerWatts, IsZeroForAPowerThatIsNotANumber) {
   for (const char* power : {"\"36\"", "null", "true", "[36]", "{}"}) {
     SCOPED_TRACE(power);
     EXPECT_EQ(SamplePowerWatts(*Document(At("10:00:00", power))), 0.0F);
     EXPECT_EQ(
         EnergyOf(List({At("09:00:00"), At("10:00:00", power), At("10:05:00"), At("10:10:00")})),
-        kThree);
+        kWhOf300Seconds);
   }
 }
 
-TEST(HostileSamples, MissingPowerIsZero) {
+TEST(SamplePowerWatts, IsZeroForAMissingPower) {
   EXPECT_EQ(SamplePowerWatts(*Document(R"({"TelemetryType":"PCM_SENSOR"})")), 0.0F);
 }
 
-TEST(HostileSamples, PowerMayBeIntegerOrReal) {
+TEST(SamplePowerWatts, ReadsIntegersAndReals) {
   EXPECT_EQ(SamplePowerWatts(*Document(R"({"Power":36})")), 36.0F);
   EXPECT_EQ(SamplePowerWatts(*Document(R"({"Power":-2})")), -2.0F);
   EXPECT_EQ(SamplePowerWatts(*Document(R"({"Power":36.25})")), 36.25F);
@@ -92,23 +93,23 @@ TEST(HostileSamples, PowerMayBeIntegerOrReal) {
             18446744073709551616.0F);
 }
 
-TEST(HostileSamples, PowerBeyond32BitFloatCountsAsZero) {
+TEST(DayEnergy, CountsAPowerBeyond32BitFloatAsZero) {
   for (const char* power : {"1e39", "-1e300", "1.7e308"}) {
     SCOPED_TRACE(power);
     EXPECT_EQ(
         EnergyOf(List({At("09:00:00"), At("10:00:00", power), At("10:05:00"), At("10:10:00")})),
-        kThree);
+        kWhOf300Seconds);
   }
 }
 
-TEST(HostileSamples, IntervalBeyond32BitFloatCountsAsZero) {
-  // The power is finite, but not 300 times the power.
+TEST(DayEnergy, CountsAnIntervalBeyond32BitFloatAsZero) {
+  // The power is finite, 300 times the power is not.
   EXPECT_EQ(
       EnergyOf(List({At("09:00:00"), At("10:00:00", "3e38"), At("10:05:00"), At("10:10:00")})),
-      kThree);
+      kWhOf300Seconds);
 }
 
-TEST(HostileSamples, SumBeyond32BitFloatBooksNothing) {
+TEST(DayEnergy, IsZeroForASumBeyond32BitFloat) {
   // One second at 3.4e38 W is 9.4e34 Wh; 3,650 of them are more than a float holds.
   std::vector<std::string> elements;
   for (int second = 0; second < 3660; ++second) {
@@ -120,8 +121,9 @@ TEST(HostileSamples, SumBeyond32BitFloatBooksNothing) {
   EXPECT_EQ(EnergyOf(List(elements)), 0.0F);
 }
 
-TEST(HostileSamples, SamplesTwoToThe32SecondsAndAHundredApartCountAsAHundred) {
-  // 4294967296 seconds and 100 more, of which the low 32 bits count: 100 s at 36 W are 1 Wh.
+TEST(DayEnergy, UsesTheLow32BitsOfTheSecondsBetweenSamples) {
+  // The two samples are 4294967296 + 100 seconds apart. The low 32 bits are 100: 100 s at 36 W are
+  // 1 Wh.
   EXPECT_EQ(EnergyOf(List(
                 {At("09:00:00"), Sample("1970-01-02T00:00:00"), Sample("2106-02-08T06:29:56")})),
             1.0F / 0.88F);

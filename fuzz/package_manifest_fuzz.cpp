@@ -8,7 +8,6 @@
 #include <string>
 
 #include "catalogue/package_logo.h"
-#include "catalogue/package_manifest.h"
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 

@@ -7,7 +7,7 @@
 #include <memory>
 
 #include "base/json_document.h"
-#include "catalogue/icon_target.h"
+#include "catalogue/icon_finder.h"
 #include "reports/ranking.h"
 #include "reports/ranking_text.h"
 
@@ -21,17 +21,19 @@ std::filesystem::path ScratchFile() {
   return path + "/Powerlog.json";
 }
 
-/// Finds a copy that would land outside the directory "d".
-bool Copy(const std::string&, const std::string& target) {
-  const bool isBelow = target.starts_with("d\\") && target.ends_with(".png");
-  if (!isBelow || !StaysInDirectory("d", target.substr(2))) std::abort();
-  return target.size() % 2 == 0;
-}
+/// Writes nothing; stops at a copy that would land outside the directory "d".
+class CheckingIconMaker final : public IconMaker {
+ public:
+  std::string ExportAppIcon(const std::string& executable, const IconFile& file) override {
+    return executable.size() % 2 == 0 ? file.Path() : std::string();
+  }
 
-std::string Export(const std::string& path, const std::string& directory,
-                   const std::string& displayName, const std::string& prefix) {
-  return path.size() % 2 == 0 ? directory + displayName + prefix : std::string();
-}
+  bool CopyLogo(const std::string&, const std::string& target) override {
+    const bool isBelow = target.starts_with("d\\") && target.ends_with(".png");
+    if (!isBelow || !IconFile{"d", target.substr(2)}.StaysInDirectory()) std::abort();
+    return target.size() % 2 == 0;
+  }
+};
 
 }  // namespace
 
@@ -46,8 +48,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const ReportingPeriod period({.tm_mday = 1, .tm_year = 100}, 5500);
   const DesktopApps desktopApps{{L"a", L""}, {L"Meadow", L""}};
   const PackagedApps packagedApps{{"", {}}, {"A", {}}, {"Alder", {}}};
-  const IconProduction icons{"d", "\\Device\\V", Export, Copy};
-  const Ranking ranking = RankApplications(*store, period, desktopApps, packagedApps, icons);
+  CheckingIconMaker icons;
+  const Ranking ranking = RankApplications(*store, period, desktopApps, packagedApps, "d", icons);
   if (ranking.size() > kMostRankedApps || RankingText(ranking).empty()) std::abort();
   return 0;
 }

@@ -16,13 +16,13 @@ constexpr DWORD kDisplayIconBytes = 256;
 Platform::UniqueRegKey OpenKey(HKEY parent, const wchar_t* path) {
   Platform::UniqueRegKey key;
   if (RegOpenKeyExW(parent, path, /*options=*/0, KEY_READ, key.out()) != ERROR_SUCCESS) {
-    // Whatever a failing call left there is no key.
+    // A failing call may leave a value in the key that must not be closed.
     static_cast<void>(key.release());
   }
   return key;
 }
 
-/// One value as text, whatever its type. Stored texts may lack their end or have several.
+/// One value as text; its type is ignored. Stored texts may lack a terminator or hold several.
 class ValueText {
  public:
   bool Read(HKEY key, const wchar_t* name, DWORD bytes) {
@@ -39,7 +39,7 @@ void AddProgram(HKEY key, DesktopApps& apps) {
   ValueText name;
   ValueText icon;
   if (!name.Read(key, kDisplayNameValue, kTextBytes)) return;
-  // The outcome does not matter: without an icon the program is installed all the same.
+  // A program without an icon is installed too.
   static_cast<void>(icon.Read(key, kDisplayIconValue, kDisplayIconBytes));
   apps[name.Get()] = icon.Get();
 }
@@ -55,8 +55,8 @@ void AddSubkeys(HKEY root, DesktopApps& apps) {
     if (status == ERROR_SUCCESS) {
       failures = 0;
       const Platform::UniqueRegKey subkey = OpenKey(root, name);
-      // Kept on purpose: tried again with the length as it was left, in which the system then finds
-      // no room for the name (test DesktopAppsCalls.ASubkeyIsTriedAgainUntilItOpens).
+      // Kept on purpose: the same index is tried again without resetting `nameChars`, so the next
+      // call may report too little room (test DesktopAppsCalls.ASubkeyIsTriedAgainUntilItOpens).
       if (!subkey) continue;
       AddProgram(subkey.get(), apps);
     } else {

@@ -21,7 +21,8 @@ struct Translation {
 };
 static_assert(sizeof(Translation) == 4);
 
-/// The longest path that the system knows, its end included. Wine 8 does not survive a longer one.
+/// The longest path that the system accepts, its terminator included. Wine 8 crashes on a longer
+/// one.
 constexpr std::size_t kMaxPathBytes = 32'767;
 
 using VersionBlock = std::vector<BYTE>;
@@ -35,16 +36,16 @@ VersionBlock ReadVersionBlock(const std::string& path) {
   return block;
 }
 
-/// `length`, or what is left of the block behind `value` if that is less.
+/// `length`, or the bytes from `value` to the end of the block if those are fewer.
 std::size_t WithinBlock(const VersionBlock& block, const void* value, std::size_t length) {
   const auto start = reinterpret_cast<std::uintptr_t>(block.data());
   const auto offset = reinterpret_cast<std::uintptr_t>(value) - start;
   return offset <= block.size() ? std::min(length, block.size() - offset) : length;
 }
 
-/// The value behind a key of the resource, with as many units as the call tells, for data bytes and
-/// for texts characters; empty if there is none. The call may pass on a length that the
-/// executable's author made up, so the block bounds it too.
+/// The value of a key of the resource: bytes for data, characters for texts; empty if the key does
+/// not exist. The length that VerQueryValueA reports comes from the executable's author, so it is
+/// limited to the block.
 std::string_view Query(const VersionBlock& block, const char* key) {
   void* value = nullptr;
   UINT length = 0;
@@ -54,7 +55,7 @@ std::string_view Query(const VersionBlock& block, const char* key) {
 
 std::vector<Translation> Translations(const VersionBlock& block) {
   const std::string_view list = Query(block, "\\VarFileInfo\\Translation");
-  // A remainder is no translation.
+  // A cut-off last entry does not count.
   std::vector<Translation> translations(list.size() / sizeof(Translation));
   if (!translations.empty()) {
     std::memcpy(translations.data(), list.data(), translations.size() * sizeof(Translation));
@@ -78,7 +79,7 @@ std::string GetFileDescription(const std::string& path) {
   if (block.empty()) return std::string();
   for (const Translation& translation : Translations(block)) {
     const std::string_view text = DescriptionIn(block, translation);
-    // The first that is there ends the search, even if its text is empty.
+    // The first description ends the search, even if its text is empty.
     if (!text.empty()) return std::string(text.substr(0, text.find('\0')));
   }
   return std::string();

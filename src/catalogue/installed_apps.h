@@ -1,16 +1,38 @@
 #pragma once
 
+#include <atomic>
 #include <map>
+#include <memory>
 #include <string>
+#include <utility>
 
-#include "catalogue/uwp_app_record.h"
-
+// The two catalogues of installed applications, and how they are shared between threads.
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
-/// Display name to the raw text of the icon's place, of the desktop programs declared as installed.
+/// Desktop programs that declare themselves as installed. Key: display name, as it stands in the
+/// registry. Value: the raw text of the icon's location, empty if the program declares none.
 using DesktopApps = std::map<std::wstring, std::wstring>;
 
-/// Package name (without version) to what is shown of the package. Ordered by bytes, then length.
+/// What clients see of one packaged application. Both texts hold the low byte of each UTF-16 unit.
+struct UwpAppRecord {
+  std::string DisplayName;
+  std::string Logo;  ///< absolute path of a small logo file
+};
+
+/// Packaged applications. Key: the package name without its version, ordered by bytes, then length.
 using PackagedApps = std::map<std::string, UwpAppRecord>;
+
+/// A value that is built aside and then replaced as a whole. A reader keeps the value that it took,
+/// even if the value is replaced later. Both operations may be called on any thread.
+template <typename Value>
+class Published {
+ public:
+  /// Never null; a default-constructed value before the first Replace.
+  [[nodiscard]] std::shared_ptr<const Value> Current() const { return current_.load(); }
+  void Replace(Value value) { current_.store(std::make_shared<const Value>(std::move(value))); }
+
+ private:
+  std::atomic<std::shared_ptr<const Value>> current_{std::make_shared<const Value>()};
+};
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

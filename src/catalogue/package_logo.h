@@ -1,21 +1,33 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 
+// The small logo of a packaged application; docs/formats/appx-manifest.md. Any thread.
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
-/// Reads the logo path from the manifest with this path; leaves `logo` alone where there is none.
+/// A larger manifest counts as unreadable, since the maker of the package chooses its size.
+inline constexpr std::int64_t kLargestManifestBytes = 4 * 1024 * 1024;
+
+/// Reads the logo path from the manifest at this path; leaves `logo` unchanged if there is none.
 using ManifestReader = std::function<void(const std::wstring& manifestPath, std::wstring& logo)>;
 
-/// The logo file of the package in `installedPath`: a file on disk that is a variant of the one
-/// that the manifest names. Empty where there is none. A directory that cannot be searched is told
-/// on standard error.
-std::wstring FindManifestLogo(const std::wstring& installedPath,
-                              const ManifestReader& readManifest);
+/// The small logo that a manifest names for its first application, relative to the package's
+/// directory; an attribute without a value is an empty text. Empty optional if the file cannot be
+/// read or parsed, or names no logo. Nothing is logged.
+[[nodiscard]] std::optional<std::wstring> TryReadManifestLogo(const std::wstring& manifestPath);
 
-/// A variant of `manifestLogo` in the directory that it names, below `installedPath`: the first
-/// file for 100 percent scaling, or else the first one with "44x44" in its name.
-std::wstring FindLogoVariant(const std::wstring& installedPath, const std::wstring& manifestLogo);
+/// The logo file of the package in `installedPath`: a file on disk that is a variant of the one
+/// that the manifest names. Empty if there is no such file. A directory that cannot be searched is
+/// reported on standard error.
+[[nodiscard]] std::wstring FindManifestLogo(const std::wstring& installedPath,
+                                            const ManifestReader& readManifest);
+
+/// A variant of `manifestLogo` in its own directory below `installedPath`: the first file for 100
+/// percent scaling, otherwise the first one with "44x44" in its name. Empty if there is neither.
+[[nodiscard]] std::wstring FindLogoVariant(const std::wstring& installedPath,
+                                           const std::wstring& manifestLogo);
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -76,7 +76,7 @@ class RuntimeWalk final : public PackageWalk {
   bool MoveNext() override { return FetchValue(*iterator_.get(), &IPackageIterator::MoveNext); }
 
  private:
-  // First, and so the last to go: no object may be released behind it.
+  // Declared first and so destroyed last: no object may be released after the apartment is left.
   ApartmentMembership apartment_;
   UniqueInterface<IPackageIterator> iterator_;
 };

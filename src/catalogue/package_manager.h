@@ -2,15 +2,16 @@
 
 #include <memory>
 
-#include "catalogue/installed_package.h"
+#include "catalogue/packaged_apps.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
-/// A walk over the packages of all users, asked of the system's package manager. Used and destroyed
-/// on the thread that called this, which belongs to the multithreaded apartment until then if it
-/// had none.
+/// A walk over the packages of all users (Windows.Management.Deployment.PackageManager). Use and
+/// destroy it on the thread that called this function. That thread joins the multithreaded
+/// apartment for the walk's life unless it is in an apartment already.
 ///
-/// Every failure of the runtime is raised as Platform::WinRt::CallFailure, by this and by the walk.
-std::unique_ptr<PackageWalk> FindAllPackages();
+/// This function and the walk report every failure of the runtime by throwing
+/// Platform::WinRt::CallFailure; nothing is logged.
+[[nodiscard]] std::unique_ptr<PackageWalk> FindAllPackages();
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -6,11 +6,11 @@ namespace Zq::Gantry::Server::Services::Wattleaf {
 
 namespace {
 
-/// What `ask` gives; empty where it raises anything.
-template <typename Ask>
-std::wstring TextOrEmpty(Ask ask) {
+/// The text that `read` returns; empty if it throws.
+template <typename Read>
+std::wstring TextOrEmpty(Read read) {
   try {
-    return ask();
+    return read();
   } catch (...) {
     return {};
   }

@@ -13,7 +13,6 @@
 #include "base/date_time.h"
 #include "base/json_document.h"
 #include "catalogue/installed_apps.h"
-#include "catalogue/published.h"
 #include "collection/collector_status.h"
 #include "collection/data_collector.h"
 #include "platform/win32/owners.h"

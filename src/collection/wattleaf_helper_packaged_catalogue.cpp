@@ -1,7 +1,7 @@
 #include <utility>
 
+#include "catalogue/package_logo.h"
 #include "catalogue/package_manager.h"
-#include "catalogue/package_manifest.h"
 #include "catalogue/packaged_apps.h"
 #include "collection/wattleaf_helper.h"
 #include "logging/trace_logger.h"

@@ -1,14 +1,12 @@
 #include "base/byte_text.h"
 #include "base/calendar.h"
 #include "base/plain_file.h"
-#include "catalogue/drive_path.h"
+#include "catalogue/app_identity.h"
 #include "catalogue/icon_export.h"
-#include "catalogue/logo_copy.h"
 #include "collection/power_store_access.h"
 #include "collection/wattleaf_helper.h"
-#include "reports/power_log_format.h"
+#include "reports/power_store.h"
 #include "reports/ranking.h"
-#include "reports/ranking_request.h"
 #include "reports/ranking_text.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
@@ -40,11 +38,11 @@ void WattleafHelper::GetTop20PowerApps(std::wstring& request, std::wstring& resu
     const auto store = LoadPowerStore(path, storeMutex);
     if (store == nullptr || !store->IsArray()) return;
 
-    const IconProduction icons{NarrowDirectory(wanted.iconDirectory), devicePrefix, ExportAppIcon,
-                               CopyLogo};
+    SystemIconMaker icons(devicePrefix);
     const auto desktopApps = win32Apps.Current();
     const auto packagedApps = uwpApps.Current();
-    result = RankingText(RankApplications(*store, period, *desktopApps, *packagedApps, icons));
+    result = RankingText(RankApplications(*store, period, *desktopApps, *packagedApps,
+                                          NarrowDirectory(wanted.iconDirectory), icons));
   } catch (...) {
     // The client asks again.
   }

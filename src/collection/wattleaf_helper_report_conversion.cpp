@@ -5,13 +5,13 @@
 #include "base/calendar.h"
 #include "base/date_text.h"
 #include "base/plain_file.h"
-#include "catalogue/drive_path.h"
+#include "catalogue/app_identity.h"
 #include "catalogue/file_description.h"
 #include "collection/power_store_access.h"
 #include "collection/wattleaf_helper.h"
-#include "reports/power_log_format.h"
 #include "reports/power_report.h"
 #include "reports/power_store.h"
+#include "reports/report_tool.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 

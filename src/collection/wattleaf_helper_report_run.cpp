@@ -1,7 +1,7 @@
 #include "collection/wattleaf_helper.h"
 #include "logging/trace_logger.h"
 #include "reports/report_runner.h"
-#include "reports/tool_failure_text.h"
+#include "reports/report_tool.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 

@@ -2,15 +2,14 @@
 
 #include <utility>
 
-#include "catalogue/drive_path.h"
-#include "reports/package_match.h"
+#include "catalogue/app_identity.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
 namespace {
 
-/// An entry without its texts: two strings, a node of the map and what the heap adds to three
-/// blocks.
+/// The size of an entry without its texts: two strings, a node of the map, and the heap's overhead
+/// for three blocks.
 constexpr std::size_t kEntryBytes = 2 * sizeof(std::string) + 4 * sizeof(void*) + 3 * 16;
 
 }  // namespace
@@ -31,8 +30,8 @@ std::string DisplayNames::Resolve(const std::string& appId) {
   return *name;
 }
 
-// A description counts as found even if it is empty, since asking for it reads a file. What is not
-// on the system drive does not: that answer costs nothing.
+// An empty description is remembered too, since finding it out reads a file. Executables outside
+// the system drive are not remembered: deciding that costs nothing.
 std::optional<std::string> DisplayNames::TryDescribe(const std::string& appId) const {
   if (devicePrefix_.empty()) return std::nullopt;
   const auto path = TryDrivePath(appId, devicePrefix_);
@@ -40,7 +39,7 @@ std::optional<std::string> DisplayNames::TryDescribe(const std::string& appId) c
   return describeFile_(*path);
 }
 
-// Kept on purpose: the walk goes on after a match, so the last matching key wins (test
+// Kept on purpose: the search goes on after a match, so the last matching key wins (test
 // DisplayNames.TakesTheLastMatchingPackageInKeyOrder).
 std::optional<std::string> DisplayNames::TryPackageName(const std::string& appId) const {
   const UwpAppRecord* package = nullptr;

@@ -11,21 +11,21 @@
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
-/// Finds the names under which applications are shown, for one run of the conversion. A name that
-/// was found is not looked up again, up to as many bytes of names as may be remembered.
+/// Finds the display names of applications, for one run of the conversion. A name that was found
+/// is remembered, up to a limit of bytes. Used by one thread.
 class DisplayNames {
  public:
-  /// The description of an executable, empty where it has none.
+  /// Returns an executable's description, or an empty text.
   using DescribeFile = std::function<std::string(const std::string& path)>;
 
-  /// `devicePrefix` is the device path of the system drive, empty where it has none. `packagedApps`
-  /// is borrowed.
+  /// `devicePrefix` is the device path of the system drive, or empty. `packagedApps` is borrowed
+  /// for the object's life.
   DisplayNames(std::string devicePrefix, const PackagedApps& packagedApps,
                DescribeFile describeFile,
                std::size_t mostRememberedBytes = kMostRememberedNameBytes);
 
-  /// Empty if no name is known.
-  std::string Resolve(const std::string& appId);
+  /// The display name of the application with this identity; empty if no name is known.
+  [[nodiscard]] std::string Resolve(const std::string& appId);
 
  private:
   std::optional<std::string> TryDescribe(const std::string& appId) const;

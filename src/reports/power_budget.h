@@ -1,13 +1,17 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <string_view>
 
 #include "base/guarded_json_stream.h"
 #include "base/json_document.h"
 
-// What one pass over the report and the store may take. The sum stays below 1 GiB; it is worked out
-// in docs/decisions/reports.md, "Budget".
+// The memory and file sizes that one pass over the report and the store may take. The sum stays
+// below 1 GiB; docs/decisions/reports.md, "Budget", has the arithmetic.
 namespace Zq::Gantry::Server::Services::Wattleaf {
+
+struct PowerLogRecord;
 
 inline constexpr std::size_t kBytesPerMebibyte = 1024U * 1024;
 
@@ -19,24 +23,35 @@ inline constexpr std::size_t kJsonValuesPerRow = 9;
 inline constexpr std::size_t kMostPowerStoreRows = (kMostJsonValues - 1) / kJsonValuesPerRow;
 static_assert(kMostPowerStoreRows == 888'888);
 
-/// While the store is read, its rows and the values of one row are open at a time.
+/// JSON values open at one time while the store is read: its rows, and the values of one row.
 inline constexpr std::size_t kMostOpenStoreValues = 1'000'000;
 static_assert(kMostOpenStoreValues > 1 + kMostPowerStoreRows + kJsonValuesPerRow);
 
-/// A row of more bytes is dropped, so that each of its names is short enough to be read.
+/// A larger row is dropped, so that each of its names is short enough to be read back.
 inline constexpr std::size_t kLargestPowerStoreRowBytes = kLongestJsonStringBytes;
 
 /// A report whose text and tree may need more counts as one that does not parse.
 inline constexpr std::size_t kMostReportTreeBytes = 576 * kBytesPerMebibyte;
 
-/// Display names that one conversion remembers; further ones are looked up for each row.
+/// Display names that one conversion remembers. Further names are looked up for each row.
 inline constexpr std::size_t kMostRememberedNameBytes = 32 * kBytesPerMebibyte;
 
-/// What the rows of a store may come to; the default is what the next pass can read.
+/// The limits of a store. The default is what the next pass can read back.
 struct PowerStoreLimits {
   std::size_t rows = kMostPowerStoreRows;
   std::size_t rowBytes = kLargestPowerStoreRowBytes;
   std::size_t fileBytes = kLargestPowerStoreBytes;
 };
+
+/// The bytes of a row in the store's file, including the comma or bracket after it. The energy is
+/// counted with its longest text, since it changes while rows of one identity are added up.
+[[nodiscard]] std::size_t StoredRowBytes(const PowerLogRecord& row);
+
+/// An upper bound of the bytes of a report of this length and its copy in the parser's characters.
+[[nodiscard]] std::uint64_t MostReportTextBytes(std::uint64_t fileBytes);
+
+/// An upper bound of the bytes that exist at one time while the parser reads this text, in any
+/// encoding: the text itself, its copy in the parser's characters, and the tree.
+[[nodiscard]] std::uint64_t MostReportTreeBytes(std::string_view text);
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -4,13 +4,12 @@
 #include <iterator>
 
 #include "base/local_calendar.h"
-#include "reports/stored_row_size.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
 namespace {
 
-/// The bracket that opens the array; the one that closes it stands where a row has its comma.
+/// The opening bracket. The closing one takes the place of the last row's comma.
 constexpr std::size_t kArrayBytes = 1;
 
 }  // namespace
@@ -45,8 +44,8 @@ bool PowerLog::Fits(std::size_t rowBytes) const {
   return records_.size() < limits_.rows && kArrayBytes + rowsBytes_ + rowBytes <= limits_.fileBytes;
 }
 
-/// Drops what is older than `instant` until the row fits. If that is not enough, the row is the one
-/// that goes.
+/// Removes rows older than `instant` until the new row fits; false if it does not fit even then,
+/// and the new row is the one to drop.
 bool PowerLog::MakeRoom(std::size_t rowBytes, std::int64_t instant) {
   if (Fits(rowBytes)) return true;
   if (!isOrderedByAge_) OrderByAge();
@@ -58,7 +57,7 @@ bool PowerLog::MakeRoom(std::size_t rowBytes, std::int64_t instant) {
   return false;
 }
 
-/// Until now no row has gone: the places are those from 0 on.
+/// No row has been removed yet, so the positions are 0, 1, 2 and so on.
 void PowerLog::OrderByAge() {
   byAge_.reserve(limits_.rows);
   std::uint64_t place = 0;

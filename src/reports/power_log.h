@@ -5,48 +5,58 @@
 #include <limits>
 #include <list>
 #include <map>
+#include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "base/date_time.h"
 #include "reports/power_budget.h"
-#include "reports/power_log_record.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
-/// The rows of one conversion in order of insertion, never more than the store may hold. Two rows
-/// are the same row if their names have the same bytes and their times the same instant.
+/// One row of the 30-day store.
+struct PowerLogRecord {
+  std::string Name;              ///< the application's identity in the report, UTF-8
+  std::string DisplayName;       ///< bytes; empty if no name is known
+  DateTime TimeStamp;            ///< local
+  std::int64_t TotalEnergy = 0;  ///< in the report's own unit, which nothing here interprets
+};
+
+/// The rows of one conversion in order of insertion, within the limits of the store. Two rows have
+/// the same identity if their names have the same bytes and their times the same instant. Used by
+/// one thread.
 class PowerLog {
  public:
   explicit PowerLog(const PowerStoreLimits& limits = {}) : limits_(limits) {}
   PowerLog(const PowerLog&) = delete;
   PowerLog& operator=(const PowerLog&) = delete;
 
-  /// The row of that identity; null if there is none. Valid until the next Append.
-  PowerLogRecord* TryFind(std::string_view name, const DateTime& time);
+  /// The row of this identity, or null. Valid until the next Append; the log owns it.
+  [[nodiscard]] PowerLogRecord* TryFind(std::string_view name, const DateTime& time);
 
   /// Adds a row whose identity is not in the log; a second row of one identity is dropped. If the
-  /// rows exceed the limits, the oldest go, and of one second those added last. What has gone
-  /// stays away: a row of that second or an older one is dropped from then on. A row that exceeds
-  /// the limits alone is dropped and displaces no other.
+  /// rows exceed the limits, the oldest are removed, and among those of one second the ones added
+  /// last. From then on, rows as old as a removed one or older are dropped. A row that exceeds the
+  /// limits by itself is dropped and displaces no other.
   void Append(PowerLogRecord record);
 
-  const std::list<PowerLogRecord>& Records() const { return records_; }
+  [[nodiscard]] const std::list<PowerLogRecord>& Records() const { return records_; }
 
  private:
   using Row = std::list<PowerLogRecord>::iterator;
 
-  /// Instant first: it tells most rows apart without looking at a name. Ordered, not hashed: names
-  /// are chosen by others, and no choice of theirs makes an ordered search slow.
+  /// The instant comes first, since it separates most rows without comparing names. Ordered, not
+  /// hashed: others choose the names, and no choice makes an ordered search slow.
   using Identity = std::pair<std::int64_t, std::string_view>;
 
   struct Age {
     std::int64_t instant;
-    std::uint64_t place;  ///< in order of insertion
+    std::uint64_t place;  ///< position in order of insertion
     Row row;
   };
 
-  /// True if `left` stays longer than `right`.
+  /// Whether `left` is removed after `right`.
   static bool StaysLonger(const Age& left, const Age& right);
 
   bool Fits(std::size_t rowBytes) const;
@@ -56,10 +66,10 @@ class PowerLog {
 
   PowerStoreLimits limits_;
   std::list<PowerLogRecord> records_;
-  std::map<Identity, Row> byIdentity_;  // the names belong to the rows
+  std::map<Identity, Row> byIdentity_;  // the rows own the names
   std::size_t rowsBytes_ = 0;
 
-  /// A heap with the row that goes next on top, made when the first row must go.
+  /// A heap with the next row to remove on top. Built when the first row must be removed.
   std::vector<Age> byAge_;
   bool isOrderedByAge_ = false;
   std::uint64_t nextPlace_ = 0;

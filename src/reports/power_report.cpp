@@ -9,7 +9,6 @@
 #include "base/utf8_text.h"
 #include "base/wide_file.h"
 #include "reports/decimal_text.h"
-#include "reports/report_tree_size.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
@@ -20,8 +19,8 @@ constexpr wchar_t kTimeStamp[] = L"TimeStamp";
 constexpr wchar_t kEnergy[] = L"TotalEnergyConsumption";
 constexpr wchar_t kEnergyValue[] = L"Value";
 
-/// What pugixml's own loader does with an open file, which cannot be limited: the whole file in a
-/// block that the document then owns, default options.
+/// Like pugixml's own loader, which has no limit: reads the whole file into a block that the
+/// document then owns, and parses it with default options.
 bool Load(std::FILE* file, std::size_t bytes, std::size_t mostTreeBytes,
           pugi::xml_document& document) {
   std::unique_ptr<void, pugi::deallocation_function> block(
@@ -34,7 +33,7 @@ bool Load(std::FILE* file, std::size_t bytes, std::size_t mostTreeBytes,
 }
 
 bool LoadFile(const std::wstring& path, std::size_t mostTreeBytes, pugi::xml_document& document) {
-  // Shared: a scanner that holds the report must not cost the rows of a day.
+  // With full sharing, so that a virus scanner that holds the report does not cost a day's rows.
   const UniqueFile file = OpenSharedForReading(path);
   if (!file) return false;
   const std::int64_t length = LengthBytes(file.get());
@@ -44,7 +43,7 @@ bool LoadFile(const std::wstring& path, std::size_t mostTreeBytes, pugi::xml_doc
   return Load(file.get(), static_cast<std::size_t>(length), mostTreeBytes, document);
 }
 
-/// What the report books on no application.
+/// The names under which the report sums up energy that belongs to no application.
 bool IsNoApplication(std::string_view name) {
   return name == "Unknown" || name == "System Interrupts";
 }
@@ -68,7 +67,7 @@ class RowReader {
     if (!period_.Includes(time)) return;
 
     const auto energy = TryEnergy(row);
-    // Kept on purpose: a new row without energy takes that of the row that was read before it (test
+    // Kept on purpose: a new row without an energy takes the one of the row read before it (test
     // PowerReport.RowWithoutEnergyTakesThatOfTheRowBefore).
     energy_ = energy.value_or(energy_);
     if (PowerLogRecord* known = log_.TryFind(name, time)) {

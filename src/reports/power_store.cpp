@@ -4,8 +4,6 @@
 
 #include "base/date_text.h"
 #include "base/json_member.h"
-#include "reports/power_log_format.h"
-#include "reports/stored_energy.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
@@ -23,12 +21,12 @@ void MergeRow(const rapidjson::Value& row, const ReportingPeriod& period, PowerL
   ParseDateTime(time, timeStamp->GetString(), kTimeStampFormat);
   if (!period.Includes(time)) return;
   if (log.TryFind(std::string_view(name->GetString(), name->GetStringLength()), time)) return;
-  // Kept on purpose: what was written in 64 bits comes back as its low 32 (test
+  // Kept on purpose: an energy is written with 64 bits and read back with its low 32 (test
   // PowerStore.CutsEnergyToItsLow32Bits).
   log.Append({TextOf(*name), TextOf(*displayName), time, StoredEnergyLow32(*energy)});
 }
 
-/// The rows as the events of a JSON text; names are handed over uncopied.
+/// Writes the rows as JSON events; names are passed on without a copy.
 class RowEvents {
  public:
   explicit RowEvents(const PowerLog& log) : log_(log) {}
@@ -69,13 +67,26 @@ void MergePowerStore(const GenericDocument& store, const ReportingPeriod& period
   for (const rapidjson::Value& row : store.GetArray()) MergeRow(row, period, log);
 }
 
-// Through events, which make each object as large as its members: adding them one by one would
+// Through events, so that each object is as large as its members: adding members one by one would
 // reserve room for sixteen.
 GenericDocument PowerStoreDocument(const PowerLog& log) {
   GenericDocument document;
   RowEvents events(log);
   document.Populate(events);
   return document;
+}
+
+std::int64_t StoredEnergy(const rapidjson::Value& number) {
+  if (number.IsInt64()) return number.GetInt64();
+  if (number.IsUint64()) return static_cast<std::int64_t>(number.GetUint64());
+  constexpr double kTwoToThe63 = 9223372036854775808.0;
+  const double value = number.GetDouble();
+  const bool fits = value >= -kTwoToThe63 && value < kTwoToThe63;
+  return fits ? static_cast<std::int64_t>(value) : 0;
+}
+
+std::int64_t StoredEnergyLow32(const rapidjson::Value& number) {
+  return static_cast<std::int32_t>(static_cast<std::uint64_t>(StoredEnergy(number)));
 }
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -9,9 +9,8 @@
 #include "base/byte_text.h"
 #include "base/date_text.h"
 #include "base/json_member.h"
-#include "catalogue/drive_path.h"
-#include "reports/power_log_format.h"
-#include "reports/stored_energy.h"
+#include "catalogue/app_identity.h"
+#include "reports/power_store.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
@@ -23,7 +22,7 @@ struct CountedRow {
   const rapidjson::Value& energy;
 };
 
-/// A row of an application that has a name to be shown under.
+/// A row of an application that has a display name.
 struct NamedRow {
   std::string appId;
   std::string displayName;
@@ -34,7 +33,7 @@ bool IsInPeriod(const rapidjson::Value& timeStamp, const ReportingPeriod& period
   return period.Includes(ParseDateTime(time, timeStamp.GetString(), kTimeStampFormat));
 }
 
-/// Each time is read once for both passes: reading it is most of the work.
+/// The times are read once for both passes, since reading them is most of the work.
 std::vector<CountedRow> RowsOfPeriod(const rapidjson::Value& rows, const ReportingPeriod& period) {
   std::vector<CountedRow> counted;
   for (const rapidjson::Value& row : rows.GetArray()) {
@@ -46,9 +45,9 @@ std::vector<CountedRow> RowsOfPeriod(const rapidjson::Value& rows, const Reporti
   return counted;
 }
 
-// Kept on purpose: the total takes the low 32 bits of an energy, the shares take all 64 (test
-// Ranking.TotalReads32BitsAndSharesRead64). The sum cannot overflow: an array has less than 2^32
-// elements.
+// Kept on purpose: the total adds the low 32 bits of each energy, while the shares use all 64 (test
+// Ranking.TotalReads32BitsAndSharesRead64). The sum cannot overflow, since an array has fewer than
+// 2^32 elements.
 std::int64_t TotalEnergy(const std::vector<CountedRow>& rows) {
   std::int64_t total = 0;
   for (const CountedRow& row : rows) total += StoredEnergyLow32(row.energy);
@@ -63,15 +62,15 @@ std::optional<NamedRow> TryNamedRow(const rapidjson::Value& element) {
   return NamedRow{TextOf(*name), TextOf(*displayName)};
 }
 
-/// A desktop program counts only under the exact name of an installed one; packaged applications
-/// are not asked.
+/// A desktop program is shown only if an installed one has exactly this name. Packaged applications
+/// are always shown.
 bool IsShown(const NamedRow& row, const DesktopApps& desktopApps) {
   if (!IsDevicePath(row.appId)) return true;
   const std::string& name = row.displayName;
   return desktopApps.contains(WidenBytes(name.data(), name.data() + name.size()));
 }
 
-/// Percent; every step in 32-bit float.
+/// In percent. Every step is done in 32-bit float.
 float ShareOf(std::int64_t energy, std::int64_t total) {
   return static_cast<float>(energy) * 100.0F / static_cast<float>(total);
 }
@@ -94,10 +93,10 @@ bool RanksBefore(const TopAppEntry& left, const TopAppEntry& right) {
 
 Ranking RankApplications(const rapidjson::Value& rows, const ReportingPeriod& period,
                          const DesktopApps& desktopApps, const PackagedApps& packagedApps,
-                         const IconProduction& icons) {
+                         std::string_view iconDirectory, IconMaker& icons) {
   const std::vector<CountedRow> counted = RowsOfPeriod(rows, period);
   const std::int64_t total = TotalEnergy(counted);
-  IconFinder iconFinder(packagedApps, icons);
+  IconFinder iconFinder(packagedApps, iconDirectory, icons);
   std::map<std::string, TopAppEntry> rankedApps;
   for (const CountedRow& row : counted) {
     const std::optional<NamedRow> app = TryNamedRow(row.element);

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "base/utf8_text.h"
+#include "reports/decimal_text.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
@@ -24,7 +25,7 @@ bool WriteEntry(Writer& writer, const TopAppEntry& entry) {
          writer.EndObject();
 }
 
-// Kept on purpose: the writer refuses a number that is not finite, and the text written so far is
+// Kept on purpose: the writer rejects a number that is not finite, and the text written so far is
 // the answer (test RankingText.EndsBehindTheColonOfAValueThatIsNotFinite).
 bool WriteRanking(Writer& writer, const Ranking& ranking) {
   if (!writer.StartArray()) return false;
@@ -35,6 +36,14 @@ bool WriteRanking(Writer& writer, const Ranking& ranking) {
 }
 
 }  // namespace
+
+// Kept on purpose: the first "?" ends the directory even if it is part of one, as in "\\?\C:"
+// (test RankingRequest.EndsTheDirectoryAtTheFirstQuestionMarkAlsoInsideAPath).
+RankingRequest SplitRankingRequest(const std::wstring& input) {
+  const auto separator = input.find(L'?');
+  if (separator == std::wstring::npos) return {};
+  return {input.substr(0, separator), DecimalNumber(input.c_str() + separator + 1)};
+}
 
 std::wstring RankingText(const Ranking& ranking) {
   rapidjson::StringBuffer buffer;

@@ -1,30 +1,31 @@
+#include "reports/report_runner.h"
+
 #include <windows.h>
 
 #include <cstdlib>
 #include <optional>
 #include <string>
 
-#include "reports/report_runner.h"
-
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
 namespace {
 
-/// Its presence alone counts: then programs are not looked for in the current directory.
+/// If this variable exists, with any value, programs are not searched for in the current directory
+/// (NeedCurrentDirectoryForExePath).
 constexpr wchar_t kKeepOutName[] = L"NoDefaultCurrentDirectoryInExePath";
 constexpr std::size_t kLongestVariableChars = 32767;
 
 std::optional<std::wstring> TryReadVariable(const wchar_t* name) {
   std::wstring value(kLongestVariableChars + 1, L'\0');
-  SetLastError(ERROR_SUCCESS);  // an empty value is no failure, and its length is 0 too
+  SetLastError(ERROR_SUCCESS);  // a length of 0 is also that of an empty value
   const DWORD chars = GetEnvironmentVariableW(name, value.data(), static_cast<DWORD>(value.size()));
   if (chars == 0 && GetLastError() != ERROR_SUCCESS) return std::nullopt;
   value.resize(chars);
   return value;
 }
 
-/// Keeps the current directory out of the search for programs for as long as it lives, in this
-/// process and those it starts.
+/// While it lives, this process and those it starts do not search for programs in the current
+/// directory.
 class ScopedSafeSearch {
  public:
   ScopedSafeSearch() : before_(TryReadVariable(kKeepOutName)) {

@@ -2,17 +2,13 @@
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
-// The operating system's tool is found through the search path; its output names are relative.
-inline constexpr char kPowerReportCommand[] = "POWERCFG /SRUMUTIL /OUTPUT Powerlog.xml /XML";
-inline constexpr char kEnergyReportCommand[] =
-    "POWERCFG /ENERGY /OUTPUT EnergyReport.xml /DURATION 60 /XML";
-
-/// Makes `folder` the current directory of the whole process, for good, then hands `commandLine` to
-/// the command interpreter and waits for its end. Gives the exit status; 0 means success. A
-/// directory that cannot be entered is not told: the tool then runs in the one before.
+/// Makes `folder` the current directory of the whole process and leaves it so, then passes
+/// `commandLine` to the command interpreter and waits until it ends. Returns the interpreter's exit
+/// status; 0 means success. If the directory cannot be entered, the tool runs in the current one;
+/// that failure is not reported.
 ///
-/// For the time of the call the current directory is no place where programs are looked for: users
-/// may write there.
-int RunReportTool(const wchar_t* folder, const char* commandLine);
+/// During the call, programs are not searched for in the current directory of this process or of
+/// its children, since ordinary users may write to it.
+[[nodiscard]] int RunReportTool(const wchar_t* folder, const char* commandLine);
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -7,7 +7,7 @@ namespace Zq::Gantry::Server::Services::Wattleaf {
 
 namespace {
 
-/// In 32 bits, where the smallest number is its own negative.
+/// The negative in 32-bit arithmetic, where the smallest number is its own negative.
 std::int32_t Negated(std::int32_t days) {
   return static_cast<std::int32_t>(0U - static_cast<std::uint32_t>(days));
 }

@@ -6,15 +6,15 @@
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
-/// The rows that count: those from a cutoff on, the cutoff's own second included.
+/// The time range whose rows count: from a cutoff on, including the cutoff's own second.
 class ReportingPeriod {
  public:
-  /// From `days` steps of 86400 seconds before `now`, with the hour of `now` put back by hand.
-  /// A cutoff outside the calendar lets every row count that has a time.
+  /// The cutoff is `days` steps of 86400 seconds before `now`, both local, with its hour then set
+  /// to that of `now`. If the cutoff is outside the calendar, every row with a valid time counts.
   ReportingPeriod(const DateTime& now, std::int32_t days);
 
   /// A time outside the calendar never counts.
-  bool Includes(const DateTime& time) const;
+  [[nodiscard]] bool Includes(const DateTime& time) const;
 
  private:
   std::int64_t firstInstant_;

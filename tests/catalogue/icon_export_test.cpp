@@ -119,7 +119,8 @@ TEST(ExportAppIcon, OfAnotherDriveIsNone) {
 
 TEST(ExportAppIcon, AsksForTheFirstIconOfThePathBelowTheDrive) {
   FakeExtraction extraction(false);
-  ExportAppIcon("\\Device\\HarddiskVolume3\\Tools\\a.exe", "C:\\Icons", "A", kDevice);
+  static_cast<void>(
+      ExportAppIcon("\\Device\\HarddiskVolume3\\Tools\\a.exe", "C:\\Icons", "A", kDevice));
   EXPECT_EQ(extraction.calls, 1);
   EXPECT_EQ(extraction.buffer, Buffer("C:\\Tools\\a.exe"));
   EXPECT_EQ(extraction.instance, nullptr);
@@ -129,13 +130,14 @@ TEST(ExportAppIcon, AsksForTheFirstIconOfThePathBelowTheDrive) {
 
 TEST(ExportAppIcon, KeepsTheDevicePathOfAnotherDrive) {
   FakeExtraction extraction(false);
-  ExportAppIcon("\\Device\\HarddiskVolume5\\a.exe", "C:\\Icons", "A", kDevice);
+  static_cast<void>(ExportAppIcon("\\Device\\HarddiskVolume5\\a.exe", "C:\\Icons", "A", kDevice));
   EXPECT_EQ(extraction.buffer, Buffer("\\Device\\HarddiskVolume5\\a.exe"));
 }
 
 TEST(ExportAppIcon, TakesTheBytesFromTheStartWhereverThePrefixStands) {
   FakeExtraction extraction(false);
-  ExportAppIcon("\\Device\\Mup\\x\\Device\\HarddiskVolume3\\a.exe", "C:\\Icons", "A", kDevice);
+  static_cast<void>(
+      ExportAppIcon("\\Device\\Mup\\x\\Device\\HarddiskVolume3\\a.exe", "C:\\Icons", "A", kDevice));
   EXPECT_EQ(extraction.buffer, Buffer("C:rddiskVolume3\\a.exe"));
 }
 
@@ -149,10 +151,10 @@ TEST(ExportAppIcon, WithoutADevicePrefixAsksWithAnEmptyPath) {
 TEST(ExportAppIcon, APathOf259BytesFitsAndALongerOneIsAnEmptyPath) {
   FakeExtraction extraction(false);
   const std::string fits(259, 'p');
-  ExportAppIcon(fits, "C:\\Icons", "A", kDevice);
+  static_cast<void>(ExportAppIcon(fits, "C:\\Icons", "A", kDevice));
   EXPECT_EQ(extraction.buffer, Buffer(fits));
   for (const std::size_t bytes : {260, 261, 1'000'000}) {
-    ExportAppIcon(std::string(bytes, 'p'), "C:\\Icons", "A", kDevice);
+    static_cast<void>(ExportAppIcon(std::string(bytes, 'p'), "C:\\Icons", "A", kDevice));
     EXPECT_EQ(extraction.buffer, Buffer("")) << bytes;
   }
   EXPECT_EQ(extraction.calls, 4);
@@ -160,7 +162,8 @@ TEST(ExportAppIcon, APathOf259BytesFitsAndALongerOneIsAnEmptyPath) {
 
 TEST(ExportAppIcon, APathEndsAtItsFirstZero) {
   FakeExtraction extraction(false);
-  ExportAppIcon(std::string("C:\\a.exe\0", 9) + std::string(300, 'p'), "C:\\Icons", "A", kDevice);
+  static_cast<void>(ExportAppIcon(std::string("C:\\a.exe\0", 9) + std::string(300, 'p'),
+                                  "C:\\Icons", "A", kDevice));
   EXPECT_EQ(extraction.buffer, Buffer("C:\\a.exe"));
 }
 
@@ -175,7 +178,7 @@ TEST(ExportAppIcon, SavesEachTimeAnewAndDestroysTheIcon) {
   const TempFolder folder;
   TestSupport::WriteWholeFile(folder.File(L"A.png"), "of last year");
   FakeExtraction extraction(true);
-  ExportAppIcon("x", Narrow(folder.Path()), "A", kDevice);
+  static_cast<void>(ExportAppIcon("x", Narrow(folder.Path()), "A", kDevice));
   EXPECT_EQ(TestSupport::ReadPng(folder.File(L"A.png")).width, 32u);
   EXPECT_EQ(extraction.destroyed, 1);
 }
@@ -184,7 +187,7 @@ TEST(ExportAppIcon, DestroysTheIconOnlyAfterItsImageAndTheLibraryAreDone) {
   const TempFolder folder;
   GdiplusCalls gdiplus;
   const FakeExtraction extraction(true, &gdiplus.record);
-  ExportAppIcon("x", Narrow(folder.Path()), "A", kDevice);
+  static_cast<void>(ExportAppIcon("x", Narrow(folder.Path()), "A", kDevice));
   const std::vector<std::string> calls = {"extract", "start", "bitmap",      "save",
                                           "dispose", "stop",  "destroy icon"};
   EXPECT_EQ(gdiplus.record.Lines(), calls);

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "catalogue/gdiplus_calls.h"
-#include "catalogue/icon_png.h"
+#include "catalogue/icon_export.h"
 #include "catalogue/sample_program.h"
 #include "support/temp_folder.h"
 

@@ -1,4 +1,4 @@
-#include "catalogue/icon_png.h"
+#include "catalogue/icon_export.h"
 
 #include <gtest/gtest.h>
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <utility>
 
+#include "catalogue/package_logo.h"
 #include "catalogue/package_manager.h"
-#include "catalogue/package_manifest.h"
 #include "catalogue/packaged_apps.h"
 #include "installed_applications.h"
 

@@ -161,7 +161,8 @@ TEST_F(NotebookPrograms, HaveIconsOfTheirOwnColours) {
   for (const auto& app : Standin::kDesktopApps) {
     if (!IsHere(app) || !IsAscii(app.program)) continue;
     const std::string device = kDevice + std::string("\\") + std::string(app.program);
-    ExportAppIcon(device, std::string(path.begin(), path.end()), "icon", kDevice);
+    static_cast<void>(
+        ExportAppIcon(device, std::string(path.begin(), path.end()), "icon", kDevice));
     const auto picture = TestSupport::ReadPng(folder.File(L"icon.png"));
     EXPECT_EQ(picture.width, 32u) << app.program;
     EXPECT_EQ(picture.middle >> 24, 0xFFu) << app.program;

@@ -19,7 +19,7 @@ using std::min;
 }  // namespace Gdiplus
 #include <gdiplus.h>
 
-#include "catalogue/package_manifest.h"
+#include "catalogue/package_logo.h"
 #include "support/temp_folder.h"
 
 using Standin::PackagedApp;

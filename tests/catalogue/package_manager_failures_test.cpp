@@ -109,16 +109,16 @@ TEST_F(PackagesTest, NoManagerNoCollectionAndNoIteratorAreRaised) {
   for (const std::string call : {"ActivateInstance", "FindPackages", "First"}) {
     packages.script = {};
     packages.script.Add("fail:" + call + "=80070005");
-    EXPECT_EQ(Raised([] { FindAllPackages(); }), E_ACCESSDENIED) << call;
+    EXPECT_EQ(Raised([] { static_cast<void>(FindAllPackages()); }), E_ACCESSDENIED) << call;
     packages.script = {};
     packages.script.Add("null:" + call);
-    EXPECT_EQ(Raised([] { FindAllPackages(); }), E_POINTER) << call;
+    EXPECT_EQ(Raised([] { static_cast<void>(FindAllPackages()); }), E_POINTER) << call;
   }
 }
 
 TEST_F(PackagesTest, ObjectThatIsNoManagerIsRaised) {
   const Standin::ImportPatch patch("RoActivateInstance", &GivesAPackage);
-  EXPECT_EQ(Raised([] { FindAllPackages(); }), E_NOINTERFACE);
+  EXPECT_EQ(Raised([] { static_cast<void>(FindAllPackages()); }), E_NOINTERFACE);
 }
 
 TEST_F(PackagesTest, FailuresOfTheWalkAreRaised) {

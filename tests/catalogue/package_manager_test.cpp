@@ -84,13 +84,13 @@ TEST_F(PackagesTest, ApartmentIsJoinedBeforeAndLeftBehindTheLastObject) {
 
 TEST_F(PackagesTest, ApartmentThatTheThreadHadIsLeftAsOftenAsItWasJoined) {
   packages.initializeResult = S_FALSE;
-  FindAllPackages();
+  static_cast<void>(FindAllPackages());
   EXPECT_EQ(packages.calls, (Calls{"join 0", kMake, "leave 0"}));
 }
 
 TEST_F(PackagesTest, ThreadOfAnotherApartmentStaysInIt) {
   packages.initializeResult = RPC_E_CHANGED_MODE;
-  FindAllPackages();
+  static_cast<void>(FindAllPackages());
   EXPECT_EQ(packages.calls, (Calls{"join 0", kMake}));
 }
 

@@ -1,4 +1,4 @@
-#include "catalogue/package_manifest.h"
+#include "catalogue/package_logo.h"
 
 #include <gtest/gtest.h>
 

@@ -37,10 +37,10 @@ TEST_F(DisplayNamesOfExecutables, AreTheDescriptionsOfTheFilesOnTheSystemDrive) 
 
 TEST_F(DisplayNamesOfExecutables, AreAskedForOnce) {
   DisplayNames names(kPrefix, packages, Describe("Meadow Office"));
-  names.Resolve("\\Device\\HarddiskVolume3\\a.exe");
+  static_cast<void>(names.Resolve("\\Device\\HarddiskVolume3\\a.exe"));
   EXPECT_EQ(names.Resolve("\\Device\\HarddiskVolume3\\a.exe"), "Meadow Office");
   EXPECT_EQ(asked.size(), 1U);
-  names.Resolve("\\Device\\HarddiskVolume3\\b.exe");
+  static_cast<void>(names.Resolve("\\Device\\HarddiskVolume3\\b.exe"));
   EXPECT_EQ(asked.size(), 2U);
 }
 
@@ -52,7 +52,8 @@ TEST_F(DisplayNamesOfExecutables, AreAskedForOnceAlsoWhereTheyAreEmpty) {
 }
 
 TEST_F(DisplayNamesOfExecutables, AreForgottenWithTheRun) {
-  DisplayNames(kPrefix, packages, Describe("old")).Resolve("\\Device\\HarddiskVolume3\\a.exe");
+  static_cast<void>(
+      DisplayNames(kPrefix, packages, Describe("old")).Resolve("\\Device\\HarddiskVolume3\\a.exe"));
   DisplayNames next(kPrefix, packages, Describe("new"));
   EXPECT_EQ(next.Resolve("\\Device\\HarddiskVolume3\\a.exe"), "new");
 }
@@ -85,9 +86,9 @@ TEST_F(DisplayNamesOfExecutables, AreNeverThoseOfAPackage) {
 
 TEST_F(DisplayNamesOfExecutables, GetTheBytesOfThePathAsTheyStand) {
   DisplayNames names(kPrefix, packages, Describe(""));
-  names.Resolve(
-      "\\Device\\HarddiskVolume3\\Stra\xC3\x9F"
-      "e\\\xE9\x9B\xBB.exe");
+  static_cast<void>(
+      names.Resolve("\\Device\\HarddiskVolume3\\Stra\xC3\x9F"
+                    "e\\\xE9\x9B\xBB.exe"));
   EXPECT_EQ(asked, std::vector<std::string>{"C:\\Stra\xC3\x9F"
                                             "e\\\xE9\x9B\xBB.exe"});
 }
@@ -157,9 +158,11 @@ TEST_F(DisplayNamesOfExecutables, AreRememberedAsLongAsThereIsRoomForThem) {
     EXPECT_EQ(names.Resolve(appId), "Meadow Office");
   }
   EXPECT_EQ(asked.size(), 3U) << "the large one is asked for twice";
-  for (int i = 0; i < 20; ++i) names.Resolve("\\Device\\HarddiskVolume3\\" + std::to_string(i));
+  for (int i = 0; i < 20; ++i)
+    static_cast<void>(names.Resolve("\\Device\\HarddiskVolume3\\" + std::to_string(i)));
   asked.clear();
-  for (int i = 0; i < 20; ++i) names.Resolve("\\Device\\HarddiskVolume3\\" + std::to_string(i));
+  for (int i = 0; i < 20; ++i)
+    static_cast<void>(names.Resolve("\\Device\\HarddiskVolume3\\" + std::to_string(i)));
   EXPECT_GE(asked.size(), 14U);
   EXPECT_LT(asked.size(), 20U);
 }

@@ -9,9 +9,10 @@
 
 #include "base/date_text.h"
 #include "base/json_document.h"
+#include "catalogue/recording_icon_maker.h"
 #include "reports/ranking.h"
 
-// A 30-day store as text, and icons that are only noted down.
+// A 30-day store as text, and its ranking.
 namespace TestSupport {
 
 /// A text as JSON needs it.
@@ -50,34 +51,11 @@ inline Zq::Gantry::Server::Services::Wattleaf::ReportingPeriod OneDay() {
   return {TimeOf("2026-11-14:10:30:15"), 1};
 }
 
-/// What the makers of icons were asked, and what they answer.
-struct NotedIcons {
-  /// "path|directory|display name|device prefix" and "from|to".
-  std::vector<std::string> exports{};
-  std::vector<std::string> copies{};
-  std::string exported{};
-  bool isCopied = true;
-
-  Zq::Gantry::Server::Services::Wattleaf::IconProduction Production(
-      const std::string& directory = "C:\\Icons") {
-    return {directory, "\\Device\\HarddiskVolume3",
-            [this](const std::string& path, const std::string& target, const std::string& name,
-                   const std::string& prefix) {
-              exports.push_back(path + "|" + target + "|" + name + "|" + prefix);
-              return exported;
-            },
-            [this](const std::string& from, const std::string& to) {
-              copies.push_back(from + "|" + to);
-              return isCopied;
-            }};
-  }
-};
-
 /// A ranking of a store, without a file.
 struct FakeRanking {
   Zq::Gantry::Server::Services::Wattleaf::DesktopApps desktopApps;
   Zq::Gantry::Server::Services::Wattleaf::PackagedApps packagedApps;
-  NotedIcons icons;
+  RecordingIconMaker icons;
 
   Zq::Gantry::Server::Services::Wattleaf::Ranking Rank(
       const std::vector<std::string>& rows,
@@ -89,7 +67,7 @@ struct FakeRanking {
       ADD_FAILURE() << "no array: " << text;
       return {};
     }
-    return RankApplications(document, period, desktopApps, packagedApps, icons.Production());
+    return RankApplications(document, period, desktopApps, packagedApps, kIconDirectory, icons);
   }
 };
 

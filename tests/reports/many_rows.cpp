@@ -6,10 +6,10 @@
 #include "base/date_text.h"
 #include "base/local_calendar.h"
 #include "reports/power_budget.h"
-#include "reports/power_log_format.h"
 #include "reports/power_report.h"
 #include "reports/power_store.h"
 #include "reports/report_times.h"
+#include "reports/report_tool.h"
 
 namespace TestSupport {
 

@@ -12,7 +12,6 @@
 #include "base/scratch_folder.h"
 #include "reports/power_store.h"
 #include "reports/report_times.h"
-#include "reports/stored_row_size.h"
 
 // What is written as the store, the next pass can read.
 

@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "base/local_calendar.h"
+#include "reports/power_budget.h"
 #include "reports/power_log.h"
 #include "reports/report_times.h"
-#include "reports/stored_row_size.h"
 
 // Which rows a log gives up when they are more than its store may hold.
 

@@ -15,6 +15,7 @@
 
 #include "reports/real_tool.h"
 #include "reports/report_runner.h"
+#include "reports/report_tool.h"
 #include "support/temp_folder.h"
 
 using namespace TestSupport;

@@ -1,4 +1,4 @@
-#include "reports/ranking_request.h"
+#include "reports/ranking_text.h"
 
 #include <gtest/gtest.h>
 

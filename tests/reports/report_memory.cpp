@@ -16,7 +16,8 @@
 #include "reports/many_rows.h"
 #include "reports/peak_memory.h"
 #include "reports/power_budget.h"
-#include "reports/power_log_format.h"
+#include "reports/power_store.h"
+#include "reports/report_tool.h"
 
 namespace {
 

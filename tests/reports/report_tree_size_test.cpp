@@ -1,4 +1,4 @@
-#include "reports/report_tree_size.h"
+#include "reports/power_budget.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "reports/tool_failure_text.h"
+#include "reports/report_tool.h"
 
 #include <gtest/gtest.h>
 

@@ -1,32 +1,60 @@
-#include "reports/report_tree_size.h"
+#include "reports/power_budget.h"
 
 #include <algorithm>
+#include <numeric>
 #include <pugixml.hpp>
+
+#include "reports/power_log.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
 namespace {
 
+constexpr std::string_view kRowWithoutNames =
+    R"({"Name":"","DisplayName":"","TimeStamp":"2026-11-14:02:10:46",)"
+    R"("TotalEnergy":-9223372036854775808},)";
+
 // What pugixml allocates: eight words for an element or a text, five for an attribute, in pages of
-// 32 KiB that lose less than a hundredth to their heads and ends.
+// 32 KiB of which less than a hundredth is lost to headers and unused ends.
 constexpr std::uint64_t kNodeBytes = 8 * sizeof(void*);
 constexpr std::uint64_t kAttributeBytes = 5 * sizeof(void*);
 constexpr std::uint64_t kPageBytes = 32 * 1024;
 constexpr std::uint64_t kPageLossDivisor = 100;
 
-/// A null character is not a blank.
+/// The bytes that RapidJSON's writer needs for one byte of a string.
+std::size_t WrittenBytes(char c) {
+  switch (c) {
+    case '"':
+    case '\\':
+    case '\b':
+    case '\f':
+    case '\n':
+    case '\r':
+    case '\t':
+      return 2;
+    default:
+      return static_cast<unsigned char>(c) < 0x20 ? std::string_view("\\u0000").size() : 1;
+  }
+}
+
+std::size_t WrittenBytes(std::string_view text) {
+  return std::accumulate(text.begin(), text.end(), std::size_t{0},
+                         [](std::size_t sum, char c) { return sum + WrittenBytes(c); });
+}
+
+/// A null character does not count as blank.
 bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 
-/// Whether a text may follow the tag at the start of `part`, which reaches to the next "<". A ">"
-/// inside an attribute lets it count one too many, never one too few.
+/// Whether a text may follow the tag at the start of `part`, which ends before the next "<". A ">"
+/// inside an attribute makes the count one too high, never too low.
 bool MayHoldText(std::string_view part) {
   const auto end = part.find('>');
   return end != std::string_view::npos && !std::all_of(part.begin() + end + 1, part.end(), IsBlank);
 }
 
-/// Each "<" begins an element unless it ends one, and one text may follow the tag. In an encoding
-/// of more than one byte "<" and ">" have zeros beside them, so that each tag has a text here; and
-/// "</" need not be what it looks like.
+/// Each "<" begins an element unless it begins an end tag, and one text may follow the tag. In an
+/// encoding with more than one byte a character, zeros stand beside "<" and ">": then every tag
+/// counts as followed by a text, and "</" cannot be trusted to begin an end tag.
 std::uint64_t MostNodes(std::string_view text) {
   const bool isOfBytes = text.find('\0') == std::string_view::npos;
   std::uint64_t nodes = 0;
@@ -42,6 +70,10 @@ std::uint64_t MostNodes(std::string_view text) {
 
 }  // namespace
 
+std::size_t StoredRowBytes(const PowerLogRecord& row) {
+  return kRowWithoutNames.size() + WrittenBytes(row.Name) + WrittenBytes(row.DisplayName);
+}
+
 std::uint64_t MostReportTextBytes(std::uint64_t fileBytes) {
   return fileBytes * (1 + sizeof(pugi::char_t));
 }
@@ -50,7 +82,7 @@ std::uint64_t MostReportTreeBytes(std::string_view text) {
   const auto attributes = static_cast<std::uint64_t>(std::count(text.begin(), text.end(), '='));
   const std::uint64_t nodes = MostNodes(text) * kNodeBytes + attributes * kAttributeBytes;
   const std::uint64_t tree = nodes + nodes / kPageLossDivisor + kPageBytes;
-  // The file's own bytes are released before the tree grows.
+  // The parser releases the file's own bytes before the tree grows.
   return text.size() * sizeof(pugi::char_t) + std::max<std::uint64_t>(text.size(), tree);
 }
 

@@ -1,4 +1,4 @@
-#include "catalogue/drive_path.h"
+#include "catalogue/app_identity.h"
 
 #include <gtest/gtest.h>
 
@@ -9,21 +9,21 @@ using Zq::Gantry::Server::Services::Wattleaf::TryDrivePath;
 
 constexpr char kPrefix[] = "\\Device\\HarddiskVolume3";
 
-TEST(DrivePath, ReplacesThePrefixByTheDrive) {
+TEST(TryDrivePath, ReplacesThePrefixByTheDrive) {
   EXPECT_EQ(TryDrivePath("\\Device\\HarddiskVolume3\\Tools\\a.exe", kPrefix), "C:\\Tools\\a.exe");
 }
 
-TEST(DrivePath, IsNoneForAnotherDrive) {
+TEST(TryDrivePath, ReturnsNothingForAnotherDrive) {
   EXPECT_EQ(TryDrivePath("\\Device\\HarddiskVolume5\\a.exe", kPrefix), std::nullopt);
 }
 
-TEST(DrivePath, TakesTheBytesFromTheStartWhereverThePrefixStands) {
+TEST(TryDrivePath, ReplacesTheFirstBytesWhereverThePrefixOccurs) {
   // The prefix has 23 bytes; "\\Device\\Mup\\x\\Device\\Ha" are the first 23 of the path.
   EXPECT_EQ(TryDrivePath("\\Device\\Mup\\x\\Device\\HarddiskVolume3\\a.exe", kPrefix),
             "C:rddiskVolume3\\a.exe");
 }
 
-TEST(DrivePath, OfADeviceBeginsWithTheDeviceFolder) {
+TEST(IsDevicePath, AcceptsOnlyPathsThatBeginWithTheDeviceFolder) {
   EXPECT_TRUE(IsDevicePath("\\Device\\"));
   EXPECT_FALSE(IsDevicePath("\\Device"));
   EXPECT_FALSE(IsDevicePath("\\device\\x"));

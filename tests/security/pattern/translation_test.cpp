@@ -4,10 +4,14 @@
 
 #include <string>
 
+#include "security/pattern/expression_text.h"
+
 namespace Zq::Gantry::Security {
 namespace {
 
-/// The translation with each literal letter "a" written as one again, for reading.
+using TestSupport::Repeat;
+
+/// The translation, with the letter "a" instead of its hexadecimal form for readability.
 std::u16string Translated(std::u16string_view expression) {
   std::u16string text =
       TranslateExpression(expression).value_or(Translation{u"invalid"}).expression;
@@ -15,12 +19,6 @@ std::u16string Translated(std::u16string_view expression) {
   for (std::size_t at = 0; (at = text.find(kLetter, at)) != text.npos; ++at) {
     text.replace(at, kLetter.size(), u"a");
   }
-  return text;
-}
-
-std::u16string Repeat(std::u16string_view part, std::size_t times) {
-  std::u16string text;
-  while (times-- > 0) text += part;
   return text;
 }
 
@@ -45,10 +43,10 @@ TEST(TranslateExpression, WatchesALongRowOfItems) {
   EXPECT_EQ(Translated(Repeat(u"a", 64)), Repeat(u"a", 64));
   EXPECT_EQ(Translated(Repeat(u"a", 66)), Repeat(u"a", 65) + u"(?C0)a");
   EXPECT_EQ(Translated(u"a{40}a{0,25}a"), u"a{40,40}a{0,25}(?C0)a");
-  // Counted anew after a watch point.
+  // The count starts again after a watch point.
   EXPECT_EQ(Translated(Repeat(u"a", 64) + u"a*" + Repeat(u"a", 64)),
             Repeat(u"a", 64) + u"(?C0)a{0,}(?C0)" + Repeat(u"a", 64));
-  // Also where an item may be left out.
+  // Optional items count too.
   EXPECT_EQ(Translated(Repeat(u"a{0}", 66)), Repeat(u"a{0,0}", 65) + u"(?C0)a{0,0}");
 }
 

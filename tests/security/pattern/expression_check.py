@@ -1,10 +1,10 @@
-"""Holds our answers on random expressions against Python's re, a matcher of others.
+"""Compares the results of Pattern on random expressions with those of Python's re.
 
-expression_check.py PROGRAM...: the command that prints the table, an emulator in front included.
+expression_check.py PROGRAM...: the command that prints the table, with an emulator before it if needed.
 
-The expressions are read here a second time, by a reader of its own, which says whether they are valid
-and writes them in Python's words: classes as plain sets of characters, places as look-arounds that
-Python has no other opinion on, and a reference as one that matches nothing while its group is unset.
+A second, independent reader decides here whether an expression is valid and translates it to Python:
+classes to plain sets of characters, assertions to forms with the same meaning in both, and a reference
+to one that matches the empty text while its group is unset.
 """
 
 import re
@@ -35,12 +35,12 @@ NAMED = {
     "xdigit": ascii_where(lambda c: c in "0123456789abcdefABCDEF"), "d": DIGIT, "s": SPACE, "w": WORD,
 }
 CONTROLS = {"f": 0x0C, "n": 0x0A, "r": 0x0D, "t": 0x09, "v": 0x0B}
-# Of POSIX' names those that the table uses.
+# The POSIX names that the table uses.
 COLLATING = {"hyphen": 0x2D, "NUL": 0x00, "one": 0x31, "underscore": 0x5F}
 
 
 class Codes:
-    """A set of characters: those that are listed, or all others."""
+    """A set of characters: the listed ones, or all others."""
 
     def __init__(self, listed=(), inverted=False):
         self.listed = set(listed)
@@ -55,11 +55,11 @@ class Codes:
             return Codes(other.listed - self.listed, True)
         return Codes(self.listed | other.listed)
 
-    def others(self):
+    def complement(self):
         return Codes(self.listed, not self.inverted)
 
     def text(self):
-        """The set as a class of Python's."""
+        """The set as a Python class."""
         if not self.listed:
             return r"[\u0000-\uffff]" if self.inverted else r"(?:(?!))"
         ranges = []
@@ -122,9 +122,9 @@ class Reader:
         return "".join(parts)
 
     def term(self):
-        for token, place in (("^", r"\A"), ("$", r"\Z"), (r"\b", r"\b"), (r"\B", r"(?!\b)")):
+        for token, assertion in (("^", r"\A"), ("$", r"\Z"), (r"\b", r"\b"), (r"\B", r"(?!\b)")):
             if self.take(token):
-                return place
+                return assertion
         for token in ("(?=", "(?!"):
             if self.take(token):
                 return token + self.alternatives() + self.pattern(r"\)").group()
@@ -168,7 +168,7 @@ class Reader:
         return rf"(?:(?({number.group()})\{number.group()}))"
 
     def escape(self):
-        """Codes, and whether they may stand in a range: those of one character do."""
+        """The codes, and whether they can be an end of a range, as single characters can."""
         letter = self.next()
         sets = {"d": DIGIT, "w": WORD, "s": SPACE}
         if letter in sets:
@@ -192,7 +192,7 @@ class Reader:
         opening = self.match(r"\[([.:=])")
         if opening:
             kind = opening.group(1)
-            # Any characters, line ends too.
+            # Any character, including line ends.
             name = self.pattern(rf"((?s:[^{kind}]*)){re.escape(kind)}\]").group(1)
             if kind == ":":
                 if name.lower() not in NAMED or not name.isascii():
@@ -227,7 +227,7 @@ class Reader:
             if not is_single or not is_last_single or min(first.listed) > min(last.listed):
                 raise Invalid
             codes |= Codes(range(min(first.listed), min(last.listed) + 1))
-        return codes.others() if inverted else codes
+        return codes.complement() if inverted else codes
 
 
 def compiled(expression):
@@ -246,24 +246,24 @@ def main():
     table = subprocess.run(sys.argv[1:], check=True, capture_output=True, text=True).stdout
     pattern, expression, texts, matches, invalid, wrong = None, "", 0, 0, 0, 0
     for line in table.splitlines():
-        kind, field, answer = line.split()
-        text, is_yes = decoded(field), answer == "1"
+        kind, field, result = line.split()
+        text, is_true = decoded(field), result == "1"
         if kind == "E":
             expression, pattern = text, compiled(text)
             invalid += pattern is None
-            if is_yes != (pattern is not None):
-                sys.exit(f"{expression!r}: we say {'valid' if is_yes else 'invalid'}, the oracle does not")
+            if is_true != (pattern is not None):
+                sys.exit(f"{expression!r}: {'valid' if is_true else 'invalid'} for Pattern only")
             continue
         texts += 1
-        matches += is_yes
-        if (pattern.match(text) is not None) != is_yes:
+        matches += is_true
+        if (pattern.match(text) is not None) != is_true:
             wrong += 1
-            print(f"{expression!r} on {text!r}: we say {is_yes}")
+            print(f"{expression!r} on {text!r}: {'match' if is_true else 'no match'} for Pattern only")
     if wrong:
-        sys.exit(f"{wrong} answers differ")
+        sys.exit(f"{wrong} results differ")
     if texts < SMALLEST_TABLE or matches < SMALLEST_TABLE // 20 or invalid < 500:
         sys.exit(f"too small a table: {texts} texts, {matches} matches, {invalid} invalid expressions")
-    print(f"{texts} answers agree, {matches} of them matches; {invalid} expressions are invalid")
+    print(f"{texts} results agree, {matches} of them matches; {invalid} expressions are invalid")
 
 
 if __name__ == "__main__":

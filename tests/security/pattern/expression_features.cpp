@@ -26,7 +26,7 @@ class FeatureReader {
     std::size_t number = 0;  ///< 0: does not capture
     bool isLookAhead = false;
     bool hasAlternatives = false;
-    std::vector<std::size_t> certain;  ///< groups that have matched for sure, at this place
+    std::vector<std::size_t> certain;  ///< groups that have certainly matched at this position
   };
 
   wchar_t At(std::size_t offset = 0) const {
@@ -40,7 +40,7 @@ class FeatureReader {
   void ReadReference();
   void OpenGroup();
   void CloseGroup();
-  bool ReadQuantifiers();  ///< whether the first one asks for one round at least
+  bool ReadQuantifiers();  ///< false if the first one allows zero repetitions
 
   std::wstring_view text_;
   std::size_t at_ = 0;
@@ -62,7 +62,7 @@ void FeatureReader::ReadTerm() {
     groups_.back().certain.clear();
     return;
   }
-  if (c == L'^' && lookAheads_ > 0) found_.hasPlaceInLookAhead = true;
+  if (c == L'^' && lookAheads_ > 0) found_.hasAssertionInLookAhead = true;
   ReadQuantifiers();
 }
 
@@ -77,7 +77,7 @@ void FeatureReader::ReadEscape() {
   const wchar_t c = At();
   if (c >= L'1' && c <= L'9') return ReadReference();
   if (c == L'0' && IsDigit(At(1))) found_.hasDigitAfterNull = true;
-  if ((c == L'b' || c == L'B') && lookAheads_ > 0) found_.hasPlaceInLookAhead = true;
+  if ((c == L'b' || c == L'B') && lookAheads_ > 0) found_.hasAssertionInLookAhead = true;
   at_ += c == L'c' ? 2 : c == L'x' ? 3 : c == L'u' ? 5 : 1;
   ReadQuantifiers();
 }
@@ -146,18 +146,18 @@ void FeatureReader::CloseGroup() {
 }
 
 bool FeatureReader::ReadQuantifiers() {
-  bool asksForOne = true;
+  bool isRequired = true;
   for (int count = 0;; ++count) {
     const wchar_t c = At();
-    if (c != L'*' && c != L'+' && c != L'?' && c != L'{') return asksForOne;
+    if (c != L'*' && c != L'+' && c != L'?' && c != L'{') return isRequired;
     if (count > 0) found_.hasTwoQuantifiers = true;
-    const bool isNone = c == L'*' || c == L'?' || (c == L'{' && At(1) == L'0');
-    if (count == 0 && isNone) asksForOne = false;
+    const bool allowsZero = c == L'*' || c == L'?' || (c == L'{' && At(1) == L'0');
+    if (count == 0 && allowsZero) isRequired = false;
     if (c == L'{') {
       const std::size_t end = text_.find(L'}', at_);
       if (end == text_.npos) {
         at_ = text_.size();
-        return asksForOne;
+        return isRequired;
       }
       at_ = end;
     }

@@ -4,23 +4,23 @@
 
 namespace TestSupport {
 
-/// What in an expression GCC's standard library and this one see differently; docs/rules.md names
-/// the same differences.
+/// The features of an expression that GCC's standard library and this library treat differently;
+/// docs/rules.md lists the same differences.
 struct ExpressionFeatures {
-  // Accepted by the standard library, not by us.
+  // Valid for the standard library only.
   bool hasTwoQuantifiers = false;        ///< a+*
   bool hasDigitAfterNull = false;        ///< \01
   bool hasControlWithoutLetter = false;  ///< \c1
-  // Accepted by us, not by the standard library.
-  bool hasCollatedCharacter = false;  ///< [.-.], a character that is no letter
+  // Valid for this library only.
+  bool hasCollatedCharacter = false;  ///< [.-.], a single character that is no letter
   bool hasCollatedRangeEnd = false;   ///< [a-[.b.]]
-  // Accepted by both, with other answers.
-  bool hasControlLetter = false;       ///< \cJ
-  bool hasPlaceInLookAhead = false;    ///< ^, \b or \B in a look-ahead
-  bool hasUncertainReference = false;  ///< to a group that may not have matched
+  // Valid for both, with different matches.
+  bool hasControlLetter = false;         ///< \cJ
+  bool hasAssertionInLookAhead = false;  ///< ^, \b or \B in a look-ahead
+  bool hasUncertainReference = false;    ///< a reference to a group that may not have matched
 };
 
-/// Read character by character, so that an invalid expression has features too.
-ExpressionFeatures FeaturesOf(std::wstring_view expression);
+/// Reads the expression character by character, so that an invalid one has features too.
+[[nodiscard]] ExpressionFeatures FeaturesOf(std::wstring_view expression);
 
 }  // namespace TestSupport

@@ -1,6 +1,7 @@
-// Prints random expressions with texts and our answers, for expression_check.py. A line each: "E",
-// the expression, 1 if it is valid; below it "T", a text, 1 if it matches. Texts are written as the
-// hexadecimal codes of their 16-bit characters, four digits each, after a point.
+// Prints random expressions and texts with the results of Pattern, for expression_check.py. One
+// line for each expression: "E", the expression, 1 if it is valid; then one for each of its texts:
+// "T", the text, 1 if it matches. Texts are a point and the hexadecimal codes of their 16-bit
+// characters, four digits each.
 
 #include <cstdio>
 #include <string>
@@ -18,10 +19,10 @@ using Zq::Gantry::Security::Pattern;
 constexpr std::size_t kExpressions = 14'000;
 constexpr std::size_t kTextsEach = 20;
 
-void PrintRow(char kind, const std::wstring& text, bool answer) {
+void PrintRow(char kind, const std::wstring& text, bool result) {
   std::printf("%c .", kind);
   for (const char16_t unit : CodeUnits(text)) std::printf("%04x", static_cast<unsigned>(unit));
-  std::printf(" %d\n", answer ? 1 : 0);
+  std::printf(" %d\n", result ? 1 : 0);
 }
 
 }  // namespace

@@ -8,7 +8,7 @@ namespace {
 constexpr std::size_t kAll = 200'000'000;
 constexpr std::size_t kCall = 8;
 
-/// What a watch charges at `place`, found by the longest move that it still allows there.
+/// The charge of a watch at `place`, found by the longest move that it still allows afterwards.
 std::size_t SpentAt(const Translation& translation, const MatchPlace& place) {
   MatchWatch first(translation);
   EXPECT_TRUE(first.MayGoOn(place));

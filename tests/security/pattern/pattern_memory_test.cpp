@@ -1,5 +1,5 @@
-// What matching takes of the memory, and what it does when there is none. A program of its own,
-// since it replaces the allocation of the whole program.
+// The memory that matching takes, and what happens when it runs out. A program of its own, because
+// it replaces operator new of the whole program.
 
 #include <gtest/gtest.h>
 
@@ -13,13 +13,13 @@
 
 namespace {
 
-// How many more allocations succeed before one fails; -1: all.
+// The number of allocations that succeed before one fails; -1 for no failure.
 long long remaining = -1;
 
 std::size_t inUse = 0;
 std::size_t peak = 0;
 
-/// Each block is preceded by its size.
+/// Each block has its size before it.
 constexpr std::size_t kHead = alignof(std::max_align_t);
 
 void* TryAllocate(std::size_t size) {
@@ -62,7 +62,7 @@ using TestSupport::Repeat;
 
 constexpr std::size_t kMebibyte = 1024 * 1024;
 
-/// What compiling and matching took at most at one time, beside what was there before.
+/// The peak of memory that compiling and matching take, without the memory in use before.
 std::size_t PeakOf(const std::wstring& expression, const std::wstring& text) {
   const std::size_t before = inUse;
   peak = inUse;
@@ -76,7 +76,7 @@ std::size_t PeakOf(const std::wstring& expression, const std::wstring& text) {
 
 TEST(PatternMemory, HostilePatternsTakeAtMost64Mebibytes) {
   const std::wstring text(1'000'000, L'a');
-  // What is made once for all stays.
+  // The first call allocates memory that stays.
   static_cast<void>(Pattern::TryCompile(L"."));
   for (const std::wstring& expression :
        {L"(a|b)*"s, L"(?:a|b)*"s, L"(a+)+b"s, Repeat(L"(a?)", 3000) + L".*x",
@@ -84,7 +84,7 @@ TEST(PatternMemory, HostilePatternsTakeAtMost64Mebibytes) {
         Repeat(L"(", 199) + L"a" + Repeat(L")*", 199) + L"x"}) {
     EXPECT_LE(PeakOf(expression, text), 64 * kMebibyte) << expression.size();
   }
-  EXPECT_GT(PeakOf(L"(a|b)*", text), 32 * kMebibyte) << "PCRE2 must take its memory from here";
+  EXPECT_GT(PeakOf(L"(a|b)*", text), 32 * kMebibyte) << "PCRE2 must allocate here";
 }
 
 TEST(PatternMemory, CompilingTakesAtMost16Mebibytes) {
@@ -101,7 +101,7 @@ TEST(PatternMemory, AnExpressionBeyondTheLimitAllocatesNothing) {
 }
 
 TEST(PatternMemory, RunningOutOfMemoryThrowsBadAlloc) {
-  // Some allocations are made at the end of a long match only.
+  // Some allocations happen only at the end of a long match.
   const std::wstring text(20'000, L'a');
   int steps = 0;
   for (bool isDone = false; !isDone; ++steps) {

@@ -14,8 +14,8 @@ using namespace TestSupport;
 
 using Clock = std::chrono::steady_clock;
 
-// Measured: below a second each on an idle machine. A match without limits would take minutes to
-// years.
+// Measured: less than a second each on an idle machine. Without limits a match would take minutes
+// to years.
 constexpr double kLongestSeconds = 20;
 
 TEST(PatternStack, HostilePatternsEndInTimeOnHalfAMegabyteOfStack) {

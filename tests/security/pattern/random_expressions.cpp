@@ -6,7 +6,7 @@ namespace TestSupport {
 
 namespace {
 
-/// Nested repetitions take the standard library's matcher exponential time.
+/// With nested repetitions the standard library's matcher takes exponential time.
 constexpr int kMostQuantifiers = 4;
 constexpr int kDeepest = 3;
 
@@ -28,7 +28,7 @@ RandomCase RandomExpressions::Next(std::size_t texts) {
   groups_ = 0;
   quantifiers_ = kMostQuantifiers;
   RandomCase next{Alternatives(0), {}};
-  if (random_.Below(10) < 3) next.expression = Spoilt(std::move(next.expression));
+  if (random_.Below(10) < 3) next.expression = Damaged(std::move(next.expression));
   for (; texts > 0; --texts) next.texts.push_back(Text());
   return next;
 }
@@ -115,13 +115,13 @@ std::wstring RandomExpressions::Quantifier() {
   return text;
 }
 
-std::wstring RandomExpressions::Spoilt(std::wstring expression) {
-  constexpr std::wstring_view kSpoilers = L"()[]{}*+?|^$\\.:=!-,012axucdwsbBQEKpkgGRXNhAzZ<>P'";
+std::wstring RandomExpressions::Damaged(std::wstring expression) {
+  constexpr std::wstring_view kInsertions = L"()[]{}*+?|^$\\.:=!-,012axucdwsbBQEKpkgGRXNhAzZ<>P'";
   for (std::size_t changes = 1 + random_.Below(2); changes > 0; --changes) {
     const std::size_t place = random_.Below(expression.size() + 1);
     if (place < expression.size() && random_.IsOneIn(3)) expression.erase(place, 1);
     if (random_.IsOneIn(4)) continue;
-    expression.insert(place, 1, kSpoilers[random_.Below(kSpoilers.size())]);
+    expression.insert(place, 1, kInsertions[random_.Below(kInsertions.size())]);
   }
   return expression;
 }

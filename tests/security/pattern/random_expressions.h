@@ -14,28 +14,29 @@ class RandomSequence {
   explicit RandomSequence(std::uint64_t seed) : state_(seed) {}
 
   /// A number below `limit`.
-  std::size_t Below(std::size_t limit);
-  bool IsOneIn(std::size_t limit) { return Below(limit) == 0; }
+  [[nodiscard]] std::size_t Below(std::size_t limit);
+  /// True with a probability of 1 / `limit`.
+  [[nodiscard]] bool IsOneIn(std::size_t limit) { return Below(limit) == 0; }
 
  private:
   std::uint64_t state_;
 };
 
-/// A small expression and texts to match with it.
+/// A small expression and texts to match.
 struct RandomCase {
   std::wstring expression;
   std::vector<std::wstring> texts;
 };
 
-/// Writes small expressions that use all of the grammar. Three in ten are spoilt by random changes,
-/// most of which make them invalid. Texts have up to six characters, most of them of a few that the
-/// expressions use too.
+/// Generates small expressions that use the whole grammar. Three in ten get random changes, most of
+/// which make them invalid. Texts have up to six characters, mostly ones that the expressions use
+/// too.
 class RandomExpressions {
  public:
-  /// `others`: characters for texts and expressions beside the ASCII ones.
+  /// `others`: further characters for texts and expressions.
   RandomExpressions(std::uint64_t seed, std::wstring others);
 
-  RandomCase Next(std::size_t texts);
+  [[nodiscard]] RandomCase Next(std::size_t texts);
 
  private:
   std::wstring Alternatives(int depth);
@@ -45,14 +46,14 @@ class RandomExpressions {
   std::wstring ClassPart();
   std::wstring Quantifier();
   std::wstring Character();
-  std::wstring Spoilt(std::wstring expression);
+  std::wstring Damaged(std::wstring expression);
   std::wstring Text();
   std::wstring OneOf(const std::vector<std::wstring_view>& choices);
 
   RandomSequence random_;
   std::wstring others_;
-  int groups_ = 0;       ///< capturing ones so far
-  int quantifiers_ = 0;  ///< that may still be used
+  int groups_ = 0;       ///< capturing groups so far
+  int quantifiers_ = 0;  ///< quantifiers left for this expression
 };
 
 }  // namespace TestSupport

@@ -1,6 +1,6 @@
-# Run as a script: each way in which a key list can be wrong ends the configuration with the file and
-# the line. Needs KEYS (the supplied folder), CMAKE_LISTS (cmake/ of the project) and WORK (scratch).
-# With LISTS set the script is the child: it reads that folder.
+# Run as a script: checks that every mistake in a key list ends the configuration and reports file and
+# line. Needs KEYS (the supplied folder), CMAKE_LISTS (cmake/ of the project) and WORK (scratch).
+# With LISTS set, the script is its own child process and reads that folder.
 cmake_minimum_required(VERSION 3.25)
 include("${CMAKE_LISTS}/KeyLists.cmake")
 if(LISTS)
@@ -9,7 +9,7 @@ if(LISTS)
 endif()
 
 set(failures 0)
-# expect(<label> <file> <pattern of the error, empty for none>): reads the scratch folder.
+# expect(<label> <pattern of the error, empty for none>): reads the scratch folder.
 function(expect label pattern)
   execute_process(
     COMMAND "${CMAKE_COMMAND}" "-DCMAKE_LISTS=${CMAKE_LISTS}" "-DLISTS=${WORK}" -P "${CMAKE_CURRENT_LIST_FILE}"
@@ -24,7 +24,7 @@ function(expect label pattern)
     message("${label}: accepted")
     set(failures 1 PARENT_SCOPE)
   elseif(NOT errors MATCHES "${pattern}")
-    message("${label}: \"${errors}\" does not say \"${pattern}\"")
+    message("${label}: \"${errors}\" does not match \"${pattern}\"")
     set(failures 1 PARENT_SCOPE)
   endif()
 endfunction()
@@ -61,13 +61,13 @@ string(REPLACE " " "  " wide "${single}")
 file(WRITE "${WORK}/single_key_list.txt" "${wide}\n")
 expect("two blanks" "single_key_list.txt:1: the key at position 0 is not made of")
 file(WRITE "${WORK}/single_key_list.txt" "30;82[\n")
-expect("rubbish" "single_key_list.txt:1: the key at position 0 is not made of")
+expect("no hexadecimal digits" "single_key_list.txt:1: the key at position 0 is not made of")
 
 file(WRITE "${WORK}/single_key_list.txt" "${long_key}\n")
-expect("3072 bits where 2048 belong" "single_key_list.txt:1: .* has 1193 characters where a 2048-bit key has 809")
+expect("3072 bits in a list of 2048" "single_key_list.txt:1: .* has 1193 characters where a 2048-bit key has 809")
 string(SUBSTRING "${single}" 0 806 cut)
 file(WRITE "${WORK}/single_key_list.txt" "${cut}\n")
-expect("cut" "single_key_list.txt:1: .* has 806 characters")
+expect("truncated" "single_key_list.txt:1: .* has 806 characters")
 string(REGEX REPLACE "^30 82 01 0a" "30 82 01 0b" other "${single}")
 file(WRITE "${WORK}/single_key_list.txt" "${other}\n")
 expect("another beginning" "single_key_list.txt:1: .* does not begin with 30 82 01 0a")
@@ -85,7 +85,7 @@ file(WRITE "${WORK}/single_key_list.txt" "# nothing\n")
 expect("no key" "single_key_list.txt:1: 0 keys where this list has exactly 1")
 list(GET second 0 second0)
 file(WRITE "${WORK}/single_key_list.txt" "${single}\n${second0}\n")
-expect("a key too many" "single_key_list.txt:2: a key too many, this list has exactly 1")
+expect("one key too many" "single_key_list.txt:2: a key too many, this list has exactly 1")
 file(REMOVE "${WORK}/single_key_list.txt")
 expect("no file" "single_key_list.txt: this key list is missing")
 
@@ -99,7 +99,7 @@ list(REMOVE_AT pool 8)
 list(INSERT pool 8 "${pool9}")
 string(REPLACE ";" "\n" text "${pool}")
 file(WRITE "${WORK}/public_key_pool.txt" "${text}\n")
-expect("a further repetition in the pool" "public_key_pool.txt:10: repeats the key of .*public_key_pool.txt:9")
+expect("another repetition in the pool" "public_key_pool.txt:10: repeats the key of .*public_key_pool.txt:9")
 list(REMOVE_AT pool 8)
 list(INSERT pool 8 "${pool8}")
 list(REMOVE_AT pool 12)
@@ -110,5 +110,5 @@ expect("position 12 without its repetition" "public_key_pool.txt:13: the key at 
 
 file(REMOVE_RECURSE "${WORK}")
 if(failures)
-  message(FATAL_ERROR "The check of the key lists does not do what it should.")
+  message(FATAL_ERROR "Some key lists were not checked as expected; see above.")
 endif()

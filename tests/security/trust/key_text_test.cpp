@@ -1,8 +1,8 @@
+#include "security/trust/zq_authenticode_helper.h"
+
 #include <gtest/gtest.h>
 
 #include <stdexcept>
-
-#include "security/trust/zq_authenticode_helper.h"
 
 using Helper = Zq::Gantry::Security::ZQAuthenticodeHelper;
 

@@ -1,7 +1,8 @@
+#include "security/trust/zq_authenticode_helper.h"
+
 #include <gtest/gtest.h>
 
 #include "security/trust/verify_result.h"
-#include "security/trust/zq_authenticode_helper.h"
 
 using namespace Zq::Gantry::Security;
 using Helper = ZQAuthenticodeHelper;

@@ -1,6 +1,6 @@
-#include <gtest/gtest.h>
-
 #include "security/trust/zq_authenticode_helper.h"
+
+#include <gtest/gtest.h>
 
 using namespace Zq::Gantry::Security;
 
@@ -18,7 +18,7 @@ SignerDescriptor ParsedField(const std::wstring& line) {
   return record;
 }
 
-// Every text field behind the other, to see that nothing was stored.
+// All text fields joined, to check that nothing was stored.
 std::wstring AllText(const SignerDescriptor& record) {
   return record.commonName + record.organizationalUnit + record.organization + record.locality +
          record.state + record.country + record.issuer;
@@ -59,7 +59,7 @@ TEST(ParseSubject, KeepsTheLastOfSeveralEqualKeys) {
 }
 
 TEST(ParseSubject, SkipsLinesThatAreNoFields) {
-  const SignerDescriptor record = Parsed(L"\r\nrubbish\r\n\r\nCN=Name\r\n\r\n");
+  const SignerDescriptor record = Parsed(L"\r\ninvalid\r\n\r\nCN=Name\r\n\r\n");
   EXPECT_EQ(AllText(record), L"Name");
 }
 

@@ -11,7 +11,7 @@ using namespace Zq::Gantry::Security;
 
 namespace {
 
-// The fields of a row in the order of the record.
+// The fields of a row in the order of SignerDescriptor.
 using Row = std::vector<std::wstring>;
 
 Row FieldsOf(const SignerDescriptor& row) {

@@ -1,3 +1,3 @@
-// A library for the build to sign and for tests to judge; nobody loads it.
+// A library that the build signs and the tests verify; it is never loaded.
 
 extern "C" __declspec(dllexport) int WattleafTrustSample() { return 1; }

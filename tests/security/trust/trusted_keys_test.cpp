@@ -11,10 +11,10 @@ using namespace Zq::Gantry::Security;
 
 namespace {
 
-// "service", or the name of a base list's entry: what stands at a position of a derived list.
+// The name of a key by its base list and position: "p0", "single", "second0", or "service".
 std::string NameOf(const std::string& key) {
   for (std::size_t i = 0; i < PublicKeyPool.size(); ++i) {
-    // Positions 12 and 13 repeat earlier ones and are told by those.
+    // Positions 12 and 13 repeat earlier ones and get the names of those.
     if (PublicKeyPool[i] == key) return "p" + std::to_string(i);
   }
   if (SingleKeyList[0] == key) return "single";

@@ -1,13 +1,14 @@
+#include "security/trust/zq_authenticode_helper.h"
+
 #include <windows.h>
 
 #include <gmock/gmock.h>
 
 #include "security/trust/fake_access_lists.h"
-#include "security/trust/zq_authenticode_helper.h"
 #include "support/log_capture.h"
 
-// What the look-up of an entry's account is told and what becomes of its failures: oddities of the
-// ownership test that are kept, since they decide which access lists pass.
+// The arguments of each LookupAccountSidW call and the effect of its failures. The ownership check
+// keeps these oddities on purpose, because they decide which access lists pass.
 namespace Zq::Gantry::Security {
 namespace {
 
@@ -16,10 +17,9 @@ using testing::Pair;
 using TestSupport::AccessList;
 using TestSupport::EveryoneId;
 using TestSupport::FakeAccessLists;
+using TestSupport::kFullControl;
 using TestSupport::SystemId;
 using TestSupport::TrustedInstallerId;
-
-constexpr DWORD kFullControl = 0x10000000;
 
 class AccountLookup : public testing::Test {
  protected:
@@ -28,8 +28,8 @@ class AccountLookup : public testing::Test {
     return ZQAuthenticodeHelper::CheckForFullConrolByTrustedInstallAndSystem(L"D:\\WindowsApps");
   }
 
-  /// Characters that each look-up was told that name and domain may take.
-  std::vector<std::pair<DWORD, DWORD>> ToldSizes() const {
+  /// The sizes of name and domain in characters, as each look-up got them.
+  std::vector<std::pair<DWORD, DWORD>> SizesPassed() const {
     std::vector<std::pair<DWORD, DWORD>> sizes;
     for (const auto& lookup : fake_.lookups) {
       sizes.emplace_back(lookup.nameChars, lookup.domainChars);
@@ -51,9 +51,9 @@ TEST_F(AccountLookup, FirstCallGetsBufferSizesOfZero) {
   AccessList list;
   EXPECT_FALSE(
       Check(list.Allow(TrustedInstallerId(), kFullControl).Allow(SystemId(), kFullControl)));
-  // TrustedInstaller asks for 16 + 1 and "NT SERVICE" for 10 + 1; that is too little for
-  // "NT AUTHORITY", which takes 12 + 1.
-  EXPECT_THAT(ToldSizes(), ElementsAre(Pair(0U, 0U), Pair(17U, 11U)));
+  // "TrustedInstaller" needs 16 + 1 and "NT SERVICE" 10 + 1, too little for "NT AUTHORITY", which
+  // needs 12 + 1.
+  EXPECT_THAT(SizesPassed(), ElementsAre(Pair(0U, 0U), Pair(17U, 11U)));
 }
 
 TEST_F(AccountLookup, EachCallGetsTheSizesThatThePreviousOneLeft) {
@@ -62,8 +62,8 @@ TEST_F(AccountLookup, EachCallGetsTheSizesThatThePreviousOneLeft) {
                         .Allow(TrustedInstallerId(), kFullControl)
                         .Allow(SystemId(), kFullControl)
                         .Allow(SystemId(), kFullControl)));
-  // A success leaves the lengths without terminator.
-  EXPECT_THAT(ToldSizes(),
+  // A successful call writes the lengths without terminator.
+  EXPECT_THAT(SizesPassed(),
               ElementsAre(Pair(0U, 0U), Pair(17U, 11U), Pair(16U, 10U), Pair(7U, 13U)));
 }
 
@@ -72,7 +72,7 @@ TEST_F(AccountLookup, SizesStartAtZeroInEachCheck) {
   list.Allow(SystemId(), kFullControl).Allow(SystemId(), kFullControl);
   Check(list);
   Check(list);
-  EXPECT_THAT(ToldSizes(), ElementsAre(Pair(0U, 0U), Pair(7U, 13U), Pair(0U, 0U), Pair(7U, 13U)));
+  EXPECT_THAT(SizesPassed(), ElementsAre(Pair(0U, 0U), Pair(7U, 13U), Pair(0U, 0U), Pair(7U, 13U)));
 }
 
 TEST_F(AccountLookup, IsMadeForEntriesWithoutFullControlToo) {
@@ -86,7 +86,7 @@ TEST_F(AccountLookup, IsMadeForEntriesWithoutFullControlToo) {
 
 TEST_F(AccountLookup, FailureKeepsTheAccountOfThePreviousEntry) {
   AccessList list;
-  // Everyone is unknown here: with full control, it passes for SYSTEM, whose entry has none.
+  // The look-up of Everyone fails: its full control counts for SYSTEM, whose own entry has none.
   fake_.accounts.pop_back();
   EXPECT_TRUE(Check(list.Allow(TrustedInstallerId(), kFullControl)
                         .Allow(TrustedInstallerId(), kFullControl)
@@ -96,7 +96,7 @@ TEST_F(AccountLookup, FailureKeepsTheAccountOfThePreviousEntry) {
 }
 
 TEST_F(AccountLookup, StartsFromEmptyNames) {
-  // No look-up ever writes a name.
+  // Every look-up fails, so none writes a name.
   fake_.accounts.clear();
   AccessList list;
   EXPECT_FALSE(
@@ -109,14 +109,14 @@ TEST_F(AccountLookup, NeverGetsSizesAboveItsBuffers) {
   EXPECT_FALSE(Check(list.Allow(EveryoneId(), kFullControl)
                          .Allow(EveryoneId(), kFullControl)
                          .Allow(EveryoneId(), kFullControl)));
-  EXPECT_THAT(ToldSizes(), ElementsAre(Pair(0U, 0U), Pair(1024U, 1024U), Pair(1024U, 1024U)));
+  EXPECT_THAT(SizesPassed(), ElementsAre(Pair(0U, 0U), Pair(1024U, 1024U), Pair(1024U, 1024U)));
 }
 
 TEST_F(AccountLookup, ALongNameIsNotTakenForAnotherAccount) {
   fake_.accounts.back().name = std::wstring(1000, L'n');
   AccessList list;
   EXPECT_FALSE(Check(list.Allow(EveryoneId(), kFullControl).Allow(EveryoneId(), kFullControl)));
-  EXPECT_THAT(ToldSizes(), ElementsAre(Pair(0U, 0U), Pair(1001U, 1U)));
+  EXPECT_THAT(SizesPassed(), ElementsAre(Pair(0U, 0U), Pair(1001U, 1U)));
 }
 
 }  // namespace

@@ -1,3 +1,5 @@
+#include "security/trust/util_helper.h"
+
 #include <windows.h>
 
 #include <algorithm>
@@ -7,11 +9,11 @@
 #include <gmock/gmock.h>
 
 #include "security/trust/fake_path_calls.h"
-#include "security/trust/util_helper.h"
 #include "support/import_watch.h"
 #include "support/log_capture.h"
 
-// The expansion on a thread that serves a client: whose process, whose token, whose variables.
+// The expansion on a thread that serves a client: it uses the client's process, token and
+// variables.
 namespace Zq::Gantry::Server::Services {
 namespace {
 
@@ -32,14 +34,14 @@ constexpr DWORD kClient = 4321;
 HANDLE ProcessHandle() { return reinterpret_cast<HANDLE>(0x1111); }
 HANDLE TokenHandle() { return reinterpret_cast<HANDLE>(0x2222); }
 
-/// What the simulated calls answer, and what they were asked.
+/// The answers of the fake calls, and the arguments that they got.
 struct Calls {
   HANDLE process = ProcessHandle();
   HANDLE token = TokenHandle();
   BOOL tokenResult = TRUE;
   BOOL expandResult = TRUE;
-  BOOL widerExpandResult = TRUE;  // of any further time
-  const wchar_t* leftover = L"";  // what a failing expansion leaves behind
+  BOOL widerExpandResult = TRUE;  // of every call after the first
+  const wchar_t* leftover = L"";  // what a failed expansion writes
   std::wstring expansion = L"C:\\Client\\a.exe";
 
   std::vector<DWORD> opened;  // access, inherit, process id
@@ -47,7 +49,7 @@ struct Calls {
   DWORD tokenAccess = 0;
   std::vector<HANDLE> expandedFor;
   std::vector<std::wstring> expandedTexts;
-  DWORD expandChars = 0;  // of the first time
+  DWORD expandChars = 0;  // of the first call
   std::vector<HANDLE> closed;
 };
 
@@ -72,7 +74,7 @@ BOOL WINAPI FakeOpenProcessToken(HANDLE process, DWORD access, HANDLE* token) {
   return calls->tokenResult;
 }
 
-/// As the system does it: cuts what does not fit, and reports a success.
+/// Like the system, truncates a text that does not fit and reports success.
 BOOL WINAPI FakeExpandForUser(HANDLE token, LPCWSTR text, LPWSTR result, DWORD chars) {
   EXPECT_FALSE(IsClosed(token)) << "the token is still needed";
   const bool isFirst = calls->expandedFor.empty();
@@ -92,7 +94,7 @@ BOOL WINAPI FakeExpandForUser(HANDLE token, LPCWSTR text, LPWSTR result, DWORD c
 
 BOOL WINAPI FakeCloseHandle(HANDLE handle) {
   calls->closed.push_back(handle);
-  SetLastError(1);  // must not show in a line about an earlier failure
+  SetLastError(1);  // must not be logged as the error of an earlier call
   return TRUE;
 }
 
@@ -179,7 +181,7 @@ TEST_F(GetFullExpandedPathForClient, IsEmptyWhenTheTokenCannotBeOpened) {
     fake_.closed.clear();
     log_.Clear();
     EXPECT_EQ(Expand(), L"");
-    // Only the full path of nothing is reported.
+    // Only the full path of the empty text is logged.
     ASSERT_EQ(log_.Records().size(), 1U);
     EXPECT_THAT(log_.Records()[0].text, testing::HasSubstr(L"function GetFullPathName with"));
     EXPECT_THAT(fake_.closed, ElementsAre(ProcessHandle()));
@@ -243,7 +245,7 @@ TEST(GetFullExpandedPathWithARealToken, ExpandsForThisProcessAsItsOwnClient) {
   GetWindowsDirectoryW(windows, MAX_PATH);
   const std::wstring expected = std::wstring(windows) + L"\\a.exe";
   const LogCapture log;
-  // Every user has this variable; the case of its value is the machine's choice.
+  // Every user has this variable; the case of its value differs between machines.
   const std::wstring path = UtilHelper::GetFullExpandedPath(L"%SystemRoot%\\x\\..\\a.exe", L"");
   EXPECT_TRUE(UtilHelper::BeginsWith(path, expected) && path.size() == expected.size());
   EXPECT_EQ(log.Records().size(), 1U);

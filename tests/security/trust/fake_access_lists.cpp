@@ -65,28 +65,25 @@ FakeAccessLists::FakeAccessLists()
   current = this;
 }
 
-FakeAccessLists::~FakeAccessLists() {
-  current = nullptr;
-  for (void* descriptor : descriptors) LocalFree(descriptor);
-}
+FakeAccessLists::~FakeAccessLists() { current = nullptr; }
 
 DWORD WINAPI FakeAccessLists::AnswerSecurity(LPWSTR path, SE_OBJECT_TYPE type,
                                              SECURITY_INFORMATION information, PSID* owner,
                                              PSID* group, PACL* list, PACL* audit,
                                              PSECURITY_DESCRIPTOR* descriptor) {
-  current->questions.push_back({path, type, information, audit != nullptr});
+  current->queries.push_back({path, type, information, audit != nullptr});
   SetLastError(current->lastError);
   if (current->failures > 0) {
     --current->failures;
     return ERROR_FILE_NOT_FOUND;
   }
-  // Also with a failure: a caller that looks at the list before the result is found out.
+  // Also on failure, so that the test fails if a caller uses the list without checking the result.
   *list = current->list;
   if (current->result != ERROR_SUCCESS) return current->result;
   *owner = nullptr;
   *group = nullptr;
-  *descriptor = LocalAlloc(LPTR, 64);
-  current->descriptors.push_back(*descriptor);
+  current->descriptors.emplace_back(LocalAlloc(LPTR, 64));
+  *descriptor = current->descriptors.back().get();
   return ERROR_SUCCESS;
 }
 

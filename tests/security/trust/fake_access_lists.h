@@ -9,14 +9,18 @@
 #include <vector>
 
 #include "import_patch.h"
+#include "platform/win32/owners.h"
 
 namespace TestSupport {
 
 using AccountId = std::vector<std::uint8_t>;  ///< a security identifier in its binary form
 
-AccountId TrustedInstallerId();
-AccountId SystemId();
-AccountId EveryoneId();
+[[nodiscard]] AccountId TrustedInstallerId();
+[[nodiscard]] AccountId SystemId();
+[[nodiscard]] AccountId EveryoneId();
+
+/// GENERIC_ALL, the one bit that counts as full control.
+inline constexpr DWORD kFullControl = 0x10000000;
 
 /// An access list in memory, made with the system's own calls.
 class AccessList {
@@ -25,19 +29,19 @@ class AccessList {
 
   AccessList& Allow(AccountId account, DWORD mask);
   AccessList& Deny(AccountId account, DWORD mask);
-  /// An entry of the plain shape with any type byte.
+  /// An entry of the layout of ACCESS_ALLOWED_ACE with any type byte.
   AccessList& Add(BYTE type, AccountId account, DWORD mask);
 
-  ACL* Get() { return reinterpret_cast<ACL*>(memory_.data()); }
+  [[nodiscard]] ACL* Get() { return reinterpret_cast<ACL*>(memory_.data()); }
 
  private:
-  std::vector<std::uint32_t> memory_;  // access lists stand on 4-byte bounds
+  std::vector<std::uint32_t> memory_;  // access lists are aligned to 4 bytes
 };
 
-/// Fakes GetNamedSecurityInfoW and LookupAccountSidW for as long as it lives: the files of a test
-/// cannot be given to TrustedInstaller, and account names differ between machines. A look-up
-/// behaves as documented: too small a size fails and leaves the size that is needed, terminator
-/// included; a success leaves the lengths without it.
+/// Fakes GetNamedSecurityInfoW and LookupAccountSidW for as long as it lives, because a test cannot
+/// make TrustedInstaller the owner of a file and account names differ between machines. A look-up
+/// behaves as documented: a size that is too small fails and writes the size needed, terminator
+/// included; a success writes the lengths without it. One at a time.
 class FakeAccessLists {
  public:
   FakeAccessLists();
@@ -50,7 +54,7 @@ class FakeAccessLists {
     std::wstring domain;
     std::wstring name;
   };
-  struct Question {
+  struct Query {
     std::wstring path;
     int type;
     DWORD information;
@@ -62,19 +66,20 @@ class FakeAccessLists {
     DWORD domainChars;
   };
 
-  // What is answered.
+  // The answers.
   ACL* list = nullptr;
   DWORD result = ERROR_SUCCESS;
   DWORD lastError = 0;
-  int failures = 0;          ///< so many questions give ERROR_FILE_NOT_FOUND before the list comes
-  bool ignoreSizes = false;  ///< look-ups work whatever size they are told
-  DWORD neededChars = 0;     ///< where not 0, each look-up fails and asks for so many characters
-  std::vector<Account> accounts;  ///< all others are unknown, and their look-ups leave everything
+  int failures = 0;               ///< the first so many queries fail with ERROR_FILE_NOT_FOUND
+  bool ignoreSizes = false;       ///< look-ups succeed with any buffer size
+  DWORD neededChars = 0;          ///< if not 0, each look-up fails and requests this size
+  std::vector<Account> accounts;  ///< look-ups of others fail and write nothing
 
-  // What was asked.
-  std::vector<Question> questions;
+  // The calls.
+  std::vector<Query> queries;
   std::vector<Lookup> lookups;
-  std::vector<void*> descriptors;  ///< handed out, each a block of the local heap
+  /// The descriptors handed out, each a block of the local heap; freed at the end.
+  std::vector<Zq::Gantry::Platform::UniqueLocalBlock> descriptors;
 
  private:
   static DWORD WINAPI AnswerSecurity(LPWSTR path, SE_OBJECT_TYPE type,
@@ -82,8 +87,8 @@ class FakeAccessLists {
                                      PACL* list, PACL* audit, PSECURITY_DESCRIPTOR* descriptor);
   static BOOL WINAPI AnswerLookup(LPCWSTR system, PSID id, LPWSTR name, LPDWORD nameChars,
                                   LPWSTR domain, LPDWORD domainChars, SID_NAME_USE* use);
-  BOOL Look(const Account& account, LPWSTR name, DWORD& nameChars, LPWSTR domain,
-            DWORD& domainChars) const;
+  [[nodiscard]] BOOL Look(const Account& account, LPWSTR name, DWORD& nameChars, LPWSTR domain,
+                          DWORD& domainChars) const;
 
   Standin::ImportPatch security_;
   Standin::ImportPatch lookup_;

@@ -48,4 +48,11 @@ std::wstring ExpansionFailure(const std::wstring& function, int error) {
          function + L" with result " + std::to_wstring(error);
 }
 
+std::vector<LogRecord> WarningsAndErrors(const LogCapture& log) {
+  std::vector<LogRecord> records = log.Records();
+  std::erase_if(records,
+                [](const LogRecord& record) { return record.level == Standin::LogLevel::kInfo; });
+  return records;
+}
+
 }  // namespace TestSupport

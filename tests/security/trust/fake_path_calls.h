@@ -9,27 +9,30 @@
 #include <vector>
 
 #include "import_patch.h"
+#include "support/log_capture.h"
 
 namespace TestSupport {
 
 /// Fakes RpcServerInqCallAttributesW for as long as it lives. Every test of code that expands paths
-/// needs one: the call is unimplemented on some systems that the tests run on and would end the
-/// process there, and no test thread serves a procedure call.
+/// needs one: some systems that the tests run on do not implement the call and end the process, and
+/// no test thread serves a remote procedure call. One at a time.
 class FakeRpcQuery {
  public:
-  /// The thread serves nobody: the call fails with `status`.
+  /// The thread serves no call: the query fails with `status`.
   explicit FakeRpcQuery(RPC_STATUS status = RPC_S_NO_CALL_ACTIVE);
-  /// The thread serves the process `client`.
-  static FakeRpcQuery ServingClient(DWORD client) { return FakeRpcQuery(RPC_S_OK, client); }
+  /// The thread serves a call of the process `client`.
+  [[nodiscard]] static FakeRpcQuery ServingClient(DWORD client) {
+    return FakeRpcQuery(RPC_S_OK, client);
+  }
   FakeRpcQuery(const FakeRpcQuery&) = delete;
   FakeRpcQuery& operator=(const FakeRpcQuery&) = delete;
   ~FakeRpcQuery();
 
   struct Question {
     RPC_BINDING_HANDLE binding;
-    std::vector<unsigned char> attributes;  ///< the 120 bytes as they were handed in
+    std::vector<unsigned char> attributes;  ///< the 120 bytes as the caller filled them
   };
-  const std::vector<Question>& Questions() const { return questions_; }
+  [[nodiscard]] const std::vector<Question>& Questions() const { return questions_; }
 
  private:
   FakeRpcQuery(RPC_STATUS status, DWORD client);
@@ -41,7 +44,8 @@ class FakeRpcQuery {
   Standin::ImportPatch patch_;
 };
 
-/// One variable of this process's environment for a while; absent where `value` is null.
+/// Sets a variable of this process's environment for as long as it lives, or removes it if `value`
+/// is null.
 class ScopedVariable {
  public:
   ScopedVariable(std::wstring name, const wchar_t* value);
@@ -54,14 +58,17 @@ class ScopedVariable {
   std::optional<std::wstring> before_;
 };
 
-/// The allowed roots in fixed places, whatever the machine's.
+/// Puts the allowed roots in fixed places, independent of the machine.
 struct FixedRoots {
   ScopedVariable windows{L"windir", L"C:\\Windows"};
   ScopedVariable programs86{L"ProgramFiles(x86)", L"C:\\Program Files (x86)"};
   ScopedVariable programs{L"ProgramFiles", L"C:\\Program Files"};
 };
 
-/// The warning that the expansion of a path writes when `function` failed with `error`.
-std::wstring ExpansionFailure(const std::wstring& function, int error);
+/// The text that the expansion of a path logs if `function` failed with `error`.
+[[nodiscard]] std::wstring ExpansionFailure(const std::wstring& function, int error);
+
+/// The records of `log` that are warnings or errors.
+[[nodiscard]] std::vector<LogRecord> WarningsAndErrors(const LogCapture& log);
 
 }  // namespace TestSupport

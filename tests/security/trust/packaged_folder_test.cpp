@@ -1,3 +1,5 @@
+#include "security/trust/zq_authenticode_helper.h"
+
 #include <windows.h>
 
 #include <algorithm>
@@ -6,11 +8,10 @@
 
 #include "security/trust/fake_access_lists.h"
 #include "security/trust/fake_path_calls.h"
-#include "security/trust/zq_authenticode_helper.h"
 #include "support/call_record.h"
 #include "support/log_capture.h"
 
-// Files of packaged applications: allowed where their folder belongs to the system.
+// Files of packaged applications are allowed if the system controls their folder.
 namespace Zq::Gantry::Security {
 namespace {
 
@@ -21,16 +22,16 @@ using TestSupport::AccessList;
 using TestSupport::CallRecord;
 using TestSupport::Error;
 using TestSupport::EveryoneId;
+using TestSupport::kFullControl;
 using TestSupport::LogRecord;
 using TestSupport::SystemId;
 using TestSupport::TrustedInstallerId;
 
 constexpr wchar_t kFile[] = L"D:\\WindowsApps\\Some.App_1.0\\bin\\a.exe";
-constexpr DWORD kFullControl = 0x10000000;
 
 std::vector<DWORD> waits;
 
-void WINAPI CountWait(DWORD milliseconds) { waits.push_back(milliseconds); }
+void WINAPI FakeSleep(DWORD milliseconds) { waits.push_back(milliseconds); }
 
 LogRecord Attempt(int attempt, int error) {
   return Error(L"Security - GetNamedSecurityInfo - Failed " + std::to_wstring(attempt) +
@@ -46,14 +47,11 @@ class IsPathAllowedInPackagedFolder : public testing::Test {
     fake_.list = good_.Get();
   }
 
-  /// The errors behind the three of the roots.
+  /// The errors after the first three, which are about the roots.
   std::vector<LogRecord> OwnershipErrors() const {
-    std::vector<LogRecord> errors;
-    for (const LogRecord& record : log_.Records()) {
-      if (record.level != Standin::LogLevel::kInfo) errors.push_back(record);
-    }
+    const std::vector<LogRecord> errors = TestSupport::WarningsAndErrors(log_);
     if (errors.size() < 3) {
-      ADD_FAILURE() << "the roots were not asked";
+      ADD_FAILURE() << "the path was not compared with the roots";
       return {};
     }
     return {errors.begin() + 3, errors.end()};
@@ -61,7 +59,7 @@ class IsPathAllowedInPackagedFolder : public testing::Test {
 
   const TestSupport::FixedRoots roots_;
   const TestSupport::FakeRpcQuery rpc_;
-  const ImportPatch sleep_{"Sleep", &CountWait};
+  const ImportPatch sleep_{"Sleep", &FakeSleep};
   TestSupport::FakeAccessLists fake_;
   AccessList good_;
   TestSupport::LogCapture log_;
@@ -69,22 +67,22 @@ class IsPathAllowedInPackagedFolder : public testing::Test {
 
 TEST_F(IsPathAllowedInPackagedFolder, ReadsTheAccessListOfTheFolderOnce) {
   EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(kFile));
-  ASSERT_EQ(fake_.questions.size(), 1U);
-  EXPECT_EQ(fake_.questions[0].path, L"D:\\WindowsApps");
+  ASSERT_EQ(fake_.queries.size(), 1U);
+  EXPECT_EQ(fake_.queries[0].path, L"D:\\WindowsApps");
   EXPECT_THAT(OwnershipErrors(), IsEmpty());
   EXPECT_THAT(waits, IsEmpty());
 }
 
 TEST_F(IsPathAllowedInPackagedFolder, AcceptsAnyDrive) {
   EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"z:\\WindowsApps\\a.exe"));
-  EXPECT_EQ(fake_.questions[0].path, L"z:\\WindowsApps");
+  EXPECT_EQ(fake_.queries[0].path, L"z:\\WindowsApps");
 }
 
 TEST_F(IsPathAllowedInPackagedFolder, TriesFiveTimesWithFourWaitsWhenTheFolderDoesNotExist) {
   fake_.failures = 100;
   fake_.lastError = 2;
   EXPECT_FALSE(ZQAuthenticodeHelper::IsPathAllowed(kFile));
-  EXPECT_EQ(fake_.questions.size(), 5U);
+  EXPECT_EQ(fake_.queries.size(), 5U);
   EXPECT_THAT(waits, ElementsAre(250U, 250U, 250U, 250U));
   EXPECT_THAT(OwnershipErrors(), ElementsAre(Attempt(1, 2), Attempt(2, 2), Attempt(3, 2),
                                              Attempt(4, 2), Attempt(5, 2)));
@@ -94,7 +92,7 @@ TEST_F(IsPathAllowedInPackagedFolder, TriesFiveTimesWhenTheListLacksAnEntry) {
   AccessList lacking;
   fake_.list = lacking.Allow(SystemId(), kFullControl).Get();
   EXPECT_FALSE(ZQAuthenticodeHelper::IsPathAllowed(kFile));
-  EXPECT_EQ(fake_.questions.size(), 5U);
+  EXPECT_EQ(fake_.queries.size(), 5U);
   EXPECT_EQ(waits.size(), 4U);
   EXPECT_THAT(OwnershipErrors(), ElementsAre(Attempt(1, 0), Attempt(2, 0), Attempt(3, 0),
                                              Attempt(4, 0), Attempt(5, 0)));
@@ -104,7 +102,7 @@ TEST_F(IsPathAllowedInPackagedFolder, StopsAtTheFirstSuccess) {
   fake_.failures = 2;
   fake_.lastError = 32;
   EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(kFile));
-  EXPECT_EQ(fake_.questions.size(), 3U);
+  EXPECT_EQ(fake_.queries.size(), 3U);
   EXPECT_THAT(waits, ElementsAre(250U, 250U));
   EXPECT_THAT(OwnershipErrors(), ElementsAre(Attempt(1, 32), Attempt(2, 32)));
 }
@@ -118,10 +116,10 @@ TEST_F(IsPathAllowedInPackagedFolder, AllowsWhenOnlyTheLastAttemptSucceeds) {
 TEST_F(IsPathAllowedInPackagedFolder, UsesTheFolderOfTheExpandedPath) {
   const TestSupport::ScopedVariable place(L"WATTLEAF_PLACE", L"E:\\x\\..\\WindowsApps");
   EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"%WATTLEAF_PLACE%\\Some\\a.exe"));
-  EXPECT_EQ(fake_.questions[0].path, L"E:\\WindowsApps");
+  EXPECT_EQ(fake_.queries[0].path, L"E:\\WindowsApps");
 }
 
-// What an allowed place does not promise.
+// What an allowed place does not guarantee.
 
 TEST_F(IsPathAllowedInPackagedFolder, AllowsAUsersOwnFolderThatGivesFullControlToBothAccounts) {
   AccessList shared;
@@ -130,19 +128,19 @@ TEST_F(IsPathAllowedInPackagedFolder, AllowsAUsersOwnFolderThatGivesFullControlT
                    .Allow(SystemId(), kFullControl)
                    .Get();
   EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"C:\\WindowsApps\\mine\\a.exe"));
-  EXPECT_EQ(fake_.questions[0].path, L"C:\\WindowsApps");
+  EXPECT_EQ(fake_.queries[0].path, L"C:\\WindowsApps");
 }
 
 TEST_F(IsPathAllowedInPackagedFolder, JudgesARemovableDriveByItsOwnAccessList) {
   EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"E:\\WindowsApps\\a.exe"));
-  EXPECT_EQ(fake_.questions[0].path, L"E:\\WindowsApps");
+  EXPECT_EQ(fake_.queries[0].path, L"E:\\WindowsApps");
   fake_.list = nullptr;  // a drive without access lists
   EXPECT_FALSE(ZQAuthenticodeHelper::IsPathAllowed(L"E:\\WindowsApps\\a.exe"));
 }
 
 TEST_F(IsPathAllowedInPackagedFolder, JudgesAShareByTheAccessListThatItsServerSupplies) {
   EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"\\\\server\\c:\\WindowsApps\\a.exe"));
-  EXPECT_EQ(fake_.questions[0].path, L"\\\\server\\c:\\WindowsApps");
+  EXPECT_EQ(fake_.queries[0].path, L"\\\\server\\c:\\WindowsApps");
   EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"\\\\?\\UNC\\server\\x:\\WindowsApps\\a.exe"));
 }
 
@@ -159,32 +157,32 @@ TEST_F(IsPathAllowedInPackagedFolder, NeverFreesTheDescriptorOfAnAttempt) {
   EXPECT_FALSE(ZQAuthenticodeHelper::IsPathAllowed(kFile));
   EXPECT_FALSE(ZQAuthenticodeHelper::IsPathAllowed(kFile));
   EXPECT_EQ(fake_.descriptors.size(), 10U);
-  for (void* descriptor : fake_.descriptors) {
-    EXPECT_THAT(freed, testing::Not(testing::Contains(descriptor)));
+  for (const auto& descriptor : fake_.descriptors) {
+    EXPECT_THAT(freed, testing::Not(testing::Contains(descriptor.get())));
   }
 }
 
-// One order of lines and waits.
+// Log lines and waits in one order.
 
 CallRecord* waitRecord = nullptr;
 
-void WINAPI RecordWait(DWORD milliseconds) {
+void WINAPI RecordingSleep(DWORD milliseconds) {
   waitRecord->Add("wait " + std::to_string(milliseconds));
 }
 
 TEST(IsPathAllowedCallOrder, LogsEachFailedAttemptBeforeTheWait) {
-  CallRecord seen;
-  waitRecord = &seen;
-  const TestSupport::LogCapture log(seen);
+  CallRecord record;
+  waitRecord = &record;
+  const TestSupport::LogCapture log(record);
   const TestSupport::FixedRoots roots;
   const TestSupport::FakeRpcQuery rpc;
-  const ImportPatch sleep("Sleep", &RecordWait);
+  const ImportPatch sleep("Sleep", &RecordingSleep);
   TestSupport::FakeAccessLists fake;
   fake.failures = 5;
   fake.lastError = 2;
   EXPECT_FALSE(ZQAuthenticodeHelper::IsPathAllowed(kFile));
   const auto attempt = [](int number) { return TestSupport::LogLine(Attempt(number, 2)); };
-  EXPECT_THAT(seen.LinesOf({"log error: Security - GetNamed", "wait"}),
+  EXPECT_THAT(record.LinesOf({"log error: Security - GetNamed", "wait"}),
               ElementsAre(attempt(1), "wait 250", attempt(2), "wait 250", attempt(3), "wait 250",
                           attempt(4), "wait 250", attempt(5)));
 }
@@ -193,7 +191,7 @@ TEST(IsPathAllowedOnRealFolders, RefusesAMissingPackagedFolderAfterOneSecond) {
   waits.clear();
   const TestSupport::FixedRoots roots;
   const TestSupport::FakeRpcQuery rpc;
-  const ImportPatch sleep("Sleep", &CountWait);
+  const ImportPatch sleep("Sleep", &FakeSleep);
   const TestSupport::LogCapture log;
   EXPECT_FALSE(ZQAuthenticodeHelper::IsPathAllowed(L"Q:\\WindowsApps\\Some\\a.exe"));
   DWORD waited = 0;

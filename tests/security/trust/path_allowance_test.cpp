@@ -1,3 +1,5 @@
+#include "security/trust/zq_authenticode_helper.h"
+
 #include <windows.h>
 
 #include <aclapi.h>
@@ -5,7 +7,6 @@
 #include <gmock/gmock.h>
 
 #include "security/trust/fake_path_calls.h"
-#include "security/trust/zq_authenticode_helper.h"
 #include "support/log_capture.h"
 #include "support/temp_folder.h"
 
@@ -20,6 +21,7 @@ using TestSupport::Info;
 using TestSupport::LogCapture;
 using TestSupport::LogRecord;
 using TestSupport::ScopedVariable;
+using TestSupport::WarningsAndErrors;
 
 constexpr wchar_t kWindows[] = L"C:\\Windows\\";
 constexpr wchar_t kPrograms86[] = L"C:\\Program Files (x86)\\";
@@ -50,18 +52,10 @@ class IsPathAllowed : public testing::Test {
  protected:
   IsPathAllowed() { ownershipChecks = 0; }
 
-  std::vector<LogRecord> WarningsAndErrors() const {
-    std::vector<LogRecord> errors;
-    for (const LogRecord& record : log_.Records()) {
-      if (record.level != Standin::LogLevel::kInfo) errors.push_back(record);
-    }
-    return errors;
-  }
-
   void ExpectRefusedEverywhere(const std::wstring& path, const std::wstring& expanded) {
     log_.Clear();
     EXPECT_FALSE(ZQAuthenticodeHelper::IsPathAllowed(path.c_str()));
-    EXPECT_THAT(WarningsAndErrors(),
+    EXPECT_THAT(WarningsAndErrors(log_),
                 ElementsAre(NotBelow(expanded, kWindows), NotBelow(expanded, kPrograms86),
                             NotBelow(expanded, kPrograms), NoPackagedFolder(expanded)));
     EXPECT_EQ(ownershipChecks, 0);
@@ -96,8 +90,9 @@ TEST_F(IsPathAllowed, StopsAtTheFirstMatchingRoot) {
 
 TEST_F(IsPathAllowed, LogsOneErrorForEachRootBeforeTheMatchingOne) {
   EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"C:\\Program Files\\a.dll"));
-  EXPECT_THAT(WarningsAndErrors(), ElementsAre(NotBelow(L"C:\\Program Files\\a.dll", kWindows),
-                                               NotBelow(L"C:\\Program Files\\a.dll", kPrograms86)));
+  EXPECT_THAT(WarningsAndErrors(log_),
+              ElementsAre(NotBelow(L"C:\\Program Files\\a.dll", kWindows),
+                          NotBelow(L"C:\\Program Files\\a.dll", kPrograms86)));
 }
 
 TEST_F(IsPathAllowed, RefusesASiblingThatExtendsARootsName) {
@@ -125,8 +120,8 @@ TEST_F(IsPathAllowed, RefusesAPackagedFolderThatIsNotAtADrivesRoot) {
 TEST_F(IsPathAllowed, RefusesAPathThatCannotBeExpanded) {
   const std::wstring path = L"C:\\Windows\\" + std::wstring(300, L'a');
   EXPECT_FALSE(ZQAuthenticodeHelper::IsPathAllowed(path.c_str()));
-  const std::vector<LogRecord> records = WarningsAndErrors();
-  ASSERT_EQ(records.size(), 6U);  // behind the two warnings of the expansion
+  const std::vector<LogRecord> records = WarningsAndErrors(log_);
+  ASSERT_EQ(records.size(), 6U);  // the first two are the warnings of the expansion
   EXPECT_EQ(records[2], NotBelow(L"", kWindows));
   EXPECT_EQ(records[3], NotBelow(L"", kPrograms86));
   EXPECT_EQ(records[4], NotBelow(L"", kPrograms));
@@ -135,7 +130,7 @@ TEST_F(IsPathAllowed, RefusesAPathThatCannotBeExpanded) {
 
 TEST_F(IsPathAllowed, RefusesANullPath) {
   EXPECT_FALSE(ZQAuthenticodeHelper::IsPathAllowed(nullptr));
-  EXPECT_THAT(WarningsAndErrors(),
+  EXPECT_THAT(WarningsAndErrors(log_),
               ElementsAre(TestSupport::Warning(
                               L"class Zq::Gantry::Server::Services::UtilHelper.NullChecker - "
                               L"filePath cannot be null"),
@@ -150,7 +145,7 @@ TEST_F(IsPathAllowed, AllowsEveryPathWhenARootCannotBeExpanded) {
         return text == std::wstring(L"%PROGRAMFILES%\\") ? 0 : real(text, result, chars);
       });
   real = expand.Original<std::remove_pointer_t<decltype(real)>>();
-  EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"D:\\Users\\anybody\\a.dll"));
+  EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"D:\\Users\\someone\\a.dll"));
   EXPECT_EQ(ownershipChecks, 0);
 }
 
@@ -161,10 +156,10 @@ TEST_F(IsPathAllowed, AllowsEveryPathWhenARootHasNoFullPath) {
         return text == std::wstring(kWindows) ? 0 : real(text, chars, result, name);
       });
   real = full.Original<std::remove_pointer_t<decltype(real)>>();
-  EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"D:\\Users\\anybody\\a.dll"));
+  EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"D:\\Users\\someone\\a.dll"));
 }
 
-// What an allowed place does not promise.
+// What an allowed place does not guarantee.
 
 TEST_F(IsPathAllowed, AllowsWindowsTempWhereOrdinaryUsersCanWrite) {
   EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"C:\\Windows\\Temp\\a.dll"));
@@ -205,15 +200,16 @@ TEST_F(IsPathAllowed, QueriesTheClientForEachExpansion) {
   EXPECT_EQ(rpc_.Questions().size(), 4U);  // the path and three roots
 }
 
-// While a client is served, its variables and not this process's say where the roots are.
+// While the thread serves a client, the client's variables define the roots, not those of this
+// process.
 
 class IsPathAllowedForClient : public testing::Test {
  protected:
-  /// What the client's own environment has made of the system's folder.
+  /// The client's environment sets %windir% to a folder of its own.
   static BOOL WINAPI ExpandForClient(HANDLE, LPCWSTR text, LPWSTR result, DWORD chars) {
     std::wstring path = text;
     const std::wstring variable = L"%windir%";
-    if (path.rfind(variable, 0) == 0) path.replace(0, variable.size(), L"D:\\Users\\anybody");
+    if (path.rfind(variable, 0) == 0) path.replace(0, variable.size(), L"D:\\Users\\someone");
     wcscpy_s(result, chars, path.c_str());
     return TRUE;
   }
@@ -226,27 +222,27 @@ class IsPathAllowedForClient : public testing::Test {
 
 TEST_F(IsPathAllowedForClient, UsesTheVariablesOfTheClient) {
   const ImportPatch expand("ExpandEnvironmentStringsForUserW", &ExpandForClient);
-  EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"D:\\Users\\anybody\\a.dll"));
+  EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"D:\\Users\\someone\\a.dll"));
   EXPECT_FALSE(ZQAuthenticodeHelper::IsPathAllowed(L"C:\\Windows\\a.dll"));
 }
 
 TEST_F(IsPathAllowedForClient, AllowsEveryPathWhenTheClientsProcessCannotBeOpened) {
   const ImportPatch open(
       "OpenProcess", +[](DWORD, BOOL, DWORD) -> HANDLE { return nullptr; });
-  EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"D:\\Users\\anybody\\a.dll"));
+  EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"D:\\Users\\someone\\a.dll"));
 }
 
 TEST_F(IsPathAllowedForClient, AllowsEveryPathWhenTheClientsTokenCannotBeOpened) {
   const ImportPatch token(
       "OpenProcessToken", +[](HANDLE, DWORD, HANDLE*) -> BOOL { return FALSE; });
-  EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"D:\\Users\\anybody\\a.dll"));
+  EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"D:\\Users\\someone\\a.dll"));
 }
 
 TEST_F(IsPathAllowedForClient, AllowsEveryPathWhenTheClientsVariablesCannotBeExpanded) {
   const ImportPatch expand(
       "ExpandEnvironmentStringsForUserW",
       +[](HANDLE, LPCWSTR, LPWSTR, DWORD) -> BOOL { return FALSE; });
-  EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"D:\\Users\\anybody\\a.dll"));
+  EXPECT_TRUE(ZQAuthenticodeHelper::IsPathAllowed(L"D:\\Users\\someone\\a.dll"));
 }
 
 }  // namespace

@@ -1,3 +1,5 @@
+#include "security/trust/zq_authenticode_helper.h"
+
 #include <windows.h>
 
 #include <stdexcept>
@@ -5,7 +7,6 @@
 #include <gmock/gmock.h>
 
 #include "security/trust/fake_access_lists.h"
-#include "security/trust/zq_authenticode_helper.h"
 #include "support/log_capture.h"
 #include "support/temp_folder.h"
 
@@ -20,14 +21,15 @@ using testing::Not;
 using TestSupport::AccessList;
 using TestSupport::EveryoneId;
 using TestSupport::FakeAccessLists;
+using TestSupport::kFullControl;
 using TestSupport::LogCapture;
 using TestSupport::SystemId;
 using TestSupport::TrustedInstallerId;
 
-constexpr DWORD kFullControl = 0x10000000;
-constexpr DWORD kEveryRightSpelledOut = 0x001F01FF;
+/// FILE_ALL_ACCESS, without GENERIC_ALL.
+constexpr DWORD kEveryFileRight = 0x001F01FF;
 
-/// Here each look-up gives its account; what the told sizes do to it has tests of its own.
+/// Each look-up finds its account; account_lookup_test.cpp covers the effect of the buffer sizes.
 class CheckForFullConrolByTrustedInstallAndSystem : public testing::Test {
  protected:
   CheckForFullConrolByTrustedInstallAndSystem() { fake_.ignoreSizes = true; }
@@ -53,18 +55,18 @@ TEST_F(CheckForFullConrolByTrustedInstallAndSystem, AcceptsFullControlOfBothAcco
 
 TEST_F(CheckForFullConrolByTrustedInstallAndSystem, AcceptsAMaskWithMoreThanTheFullControlBit) {
   AccessList list;
-  EXPECT_TRUE(Check(list.Allow(TrustedInstallerId(), kFullControl | kEveryRightSpelledOut)
+  EXPECT_TRUE(Check(list.Allow(TrustedInstallerId(), kFullControl | kEveryFileRight)
                         .Allow(SystemId(), 0xF0000000)));
 }
 
 TEST_F(CheckForFullConrolByTrustedInstallAndSystem, RequestsOwnerGroupAndAccessListOfTheFile) {
   AccessList list;
   Check(list);
-  ASSERT_EQ(fake_.questions.size(), 1U);
-  EXPECT_EQ(fake_.questions[0].path, L"D:\\WindowsApps");
-  EXPECT_EQ(fake_.questions[0].type, 1);
-  EXPECT_EQ(fake_.questions[0].information, 7U);
-  EXPECT_FALSE(fake_.questions[0].wantsAuditList);
+  ASSERT_EQ(fake_.queries.size(), 1U);
+  EXPECT_EQ(fake_.queries[0].path, L"D:\\WindowsApps");
+  EXPECT_EQ(fake_.queries[0].type, 1);
+  EXPECT_EQ(fake_.queries[0].information, 7U);
+  EXPECT_FALSE(fake_.queries[0].wantsAuditList);
 }
 
 TEST_F(CheckForFullConrolByTrustedInstallAndSystem, RefusesWhenAnAccountIsMissing) {
@@ -88,7 +90,7 @@ TEST_F(CheckForFullConrolByTrustedInstallAndSystem, RefusesAnEntryOfAnotherTypeF
     EXPECT_FALSE(Check(
         system.Allow(TrustedInstallerId(), kFullControl).Add(type, SystemId(), kFullControl)));
   }
-  EXPECT_EQ(fake_.lookups.size(), 10U);  // no account of another type is looked up
+  EXPECT_EQ(fake_.lookups.size(), 10U);  // only the entries that allow are looked up
 }
 
 TEST_F(CheckForFullConrolByTrustedInstallAndSystem, IgnoresADenyingEntry) {
@@ -100,8 +102,8 @@ TEST_F(CheckForFullConrolByTrustedInstallAndSystem, IgnoresADenyingEntry) {
 
 TEST_F(CheckForFullConrolByTrustedInstallAndSystem, RefusesAMaskOfEveryRightWithoutGenericAll) {
   AccessList list;
-  EXPECT_FALSE(Check(
-      list.Allow(TrustedInstallerId(), kFullControl).Allow(SystemId(), kEveryRightSpelledOut)));
+  EXPECT_FALSE(
+      Check(list.Allow(TrustedInstallerId(), kFullControl).Allow(SystemId(), kEveryFileRight)));
   AccessList installer;
   EXPECT_FALSE(
       Check(installer.Allow(TrustedInstallerId(), ~kFullControl).Allow(SystemId(), kFullControl)));
@@ -178,7 +180,7 @@ namespace {
 
 template <bool isStandard>
 BOOL WINAPI ThrowForTheThirdEntry(PACL list, DWORD index, LPVOID* entry) {
-  if (index == 2 && isStandard) throw std::runtime_error("in the middle");
+  if (index == 2 && isStandard) throw std::runtime_error("third entry");
   if (index == 2) throw 5;
   auto* bytes = reinterpret_cast<BYTE*>(list + 1);
   for (; index > 0; --index) bytes += reinterpret_cast<ACE_HEADER*>(bytes)->AceSize;
@@ -223,8 +225,8 @@ TEST_F(CheckForFullConrolByTrustedInstallAndSystem, StillRefusesWhenASystemCallF
     AccessList others;
     EXPECT_FALSE(Check(others.Allow(EveryoneId(), kFullControl))) << row.call;
     AccessList spelledOut;
-    EXPECT_FALSE(Check(spelledOut.Allow(TrustedInstallerId(), kEveryRightSpelledOut)
-                           .Allow(SystemId(), kEveryRightSpelledOut)))
+    EXPECT_FALSE(Check(
+        spelledOut.Allow(TrustedInstallerId(), kEveryFileRight).Allow(SystemId(), kEveryFileRight)))
         << row.call;
     AccessList denying;
     EXPECT_FALSE(
@@ -244,7 +246,7 @@ TEST_F(CheckForFullConrolByTrustedInstallAndSystem, NeverFreesTheDescriptor) {
   EXPECT_TRUE(
       Check(list.Allow(TrustedInstallerId(), kFullControl).Allow(SystemId(), kFullControl)));
   ASSERT_EQ(fake_.descriptors.size(), 1U);
-  EXPECT_THAT(freed, Not(Contains(fake_.descriptors[0])));
+  EXPECT_THAT(freed, Not(Contains(fake_.descriptors[0].get())));
 }
 
 TEST(CheckForFullConrolByTrustedInstallAndSystemOnRealFolders,

@@ -1,3 +1,5 @@
+#include "security/trust/util_helper.h"
+
 #include <windows.h>
 
 #include <cwchar>
@@ -5,7 +7,6 @@
 #include <gmock/gmock.h>
 
 #include "security/trust/fake_path_calls.h"
-#include "security/trust/util_helper.h"
 #include "support/import_watch.h"
 #include "support/log_capture.h"
 
@@ -59,7 +60,7 @@ TEST(GetFullExpandedPath, IsEmptyForANullPathWithoutAnySystemCall) {
 
 TEST(GetFullExpandedPath, ContinuesWithAnEmptyTextWhenTheExpansionFails) {
   static std::wstring input;
-  input = L"not asked";
+  input = L"unset";
   const FakeRpcQuery rpc;
   const ImportPatch expand(
       "ExpandEnvironmentStringsW", +[](LPCWSTR, LPWSTR, DWORD) -> DWORD {
@@ -139,7 +140,8 @@ TEST(GetFullExpandedPath, IsEmptyWhenTheExpansionDoesNotFit) {
   const LogCapture log;
   EXPECT_EQ(UtilHelper::GetFullExpandedPath(L"%WATTLEAF_PLACE%", L""), L"");
   EXPECT_EQ(UtilHelper::GetFullExpandedPath(value.c_str(), L""), L"");
-  ASSERT_EQ(log.Records().size(), 4U);  // each time: no expansion, and no full path of nothing
+  // Each call logs the failed expansion and the failed full path of the empty text.
+  ASSERT_EQ(log.Records().size(), 4U);
   for (const TestSupport::LogRecord& record : log.Records()) {
     EXPECT_EQ(record.level, Standin::LogLevel::kWarning);
   }
@@ -147,9 +149,9 @@ TEST(GetFullExpandedPath, IsEmptyWhenTheExpansionDoesNotFit) {
 
 TEST(GetFullExpandedPath, NeverUsesATruncatedExpansion) {
   static std::wstring input;
-  input = L"not asked";
+  input = L"unset";
   const FakeRpcQuery rpc;
-  // What the system does: a cut text, and the length that would have been needed as a success.
+  // Like the system, truncates the text and returns the length needed.
   const ImportPatch expand(
       "ExpandEnvironmentStringsW", +[](LPCWSTR, LPWSTR text, DWORD chars) -> DWORD {
         std::wstring(chars, L'w').copy(text, chars);
@@ -171,7 +173,7 @@ TEST(GetFullExpandedPath, NeverUsesATruncatedExpansion) {
 
 TEST(GetFullExpandedPath, IsEmptyWhenOnlyTheFullPathDoesNotFit) {
   const FakeRpcQuery rpc;
-  // Relative, so the current folder comes in front.
+  // Relative, so the full path begins with the current folder.
   const std::wstring name(259, L'n');
   const LogCapture log;
   EXPECT_EQ(UtilHelper::GetFullExpandedPath(name.c_str(), L""), L"");
@@ -205,6 +207,52 @@ TEST(GetFullExpandedPath, TreatsEveryStatusButZeroAsNoClient) {
     const LogCapture log;
     EXPECT_EQ(UtilHelper::GetFullExpandedPath(L"%WATTLEAF_PLACE%\\a", L""), L"C:\\Own\\a");
   }
+}
+
+TEST(NullChecker, LogsAWarningForEachNullArgument) {
+  const LogCapture log;
+  const int value = 1;
+  std::vector<UtilHelper::NamedArgument> arguments{
+      {nullptr, "first"}, {&value, "second"}, {nullptr, "third"}};
+  EXPECT_TRUE(UtilHelper::NullChecker(arguments, L"WattleafService"));
+  EXPECT_THAT(log.Records(),
+              ElementsAre(Warning(L"class Zq::Gantry::Server::Services::UtilHelper.NullChecker - "
+                                  L"first cannot be null",
+                                  L"WattleafService"),
+                          Warning(L"class Zq::Gantry::Server::Services::UtilHelper.NullChecker - "
+                                  L"third cannot be null",
+                                  L"WattleafService")));
+}
+
+TEST(NullChecker, FindsANullArgumentAfterOthers) {
+  const LogCapture log;
+  const int value = 1;
+  std::vector<UtilHelper::NamedArgument> arguments{{&value, "first"}, {nullptr, "last"}};
+  EXPECT_TRUE(UtilHelper::NullChecker(arguments, L""));
+  EXPECT_EQ(log.Records().size(), 1U);
+}
+
+TEST(NullChecker, ReturnsFalseAndLogsNothingWhenNoArgumentIsNull) {
+  const LogCapture log;
+  const int value = 1;
+  std::vector<UtilHelper::NamedArgument> arguments{{&value, "first"}, {&value, "second"}};
+  EXPECT_FALSE(UtilHelper::NullChecker(arguments, L"WattleafService"));
+  EXPECT_FALSE(UtilHelper::NullChecker(arguments, L"WattleafService"));  // an empty list
+  EXPECT_THAT(log.Records(), IsEmpty());
+}
+
+TEST(NullChecker, EmptiesTheList) {
+  const LogCapture log;
+  const int value = 1;
+  std::vector<UtilHelper::NamedArgument> arguments{{nullptr, "first"}, {&value, "second"}};
+  UtilHelper::NullChecker(arguments, L"");
+  EXPECT_THAT(arguments, IsEmpty());
+}
+
+TEST(BeginsWith, IgnoresCaseAndAcceptsAnEmptyPrefix) {
+  EXPECT_TRUE(UtilHelper::BeginsWith(L"c:\\windows\\x", L"C:\\WINDOWS\\"));
+  EXPECT_FALSE(UtilHelper::BeginsWith(L"c:\\windows", L"C:\\WINDOWS\\"));
+  EXPECT_TRUE(UtilHelper::BeginsWith(L"", L""));
 }
 
 }  // namespace

@@ -46,8 +46,8 @@ TEST_F(CatalogOwners, ResetReleasesAContextAndReleaseGivesItUp) {
   admin.reset();
   EXPECT_EQ(catalogs_.Count("release context"), 1);
   admin = NewContext();
-  const HCATADMIN given = admin.release();
-  EXPECT_NE(given, nullptr);
+  const HCATADMIN released = admin.release();
+  EXPECT_NE(released, nullptr);
   admin.reset();
   EXPECT_EQ(catalogs_.Count("release context"), 1);
 }

@@ -27,7 +27,7 @@ struct Catalog {
   bool isOpen = true;
 };
 
-// Kept after their release, so that no handle is ever given twice.
+// Kept after their release, so that no handle value is used twice.
 std::vector<std::unique_ptr<Context>> contexts;
 std::vector<std::unique_ptr<Catalog>> openedCatalogs;
 
@@ -42,7 +42,7 @@ HANDLE NewContext() {
   return contexts.back().get();
 }
 
-// The object of a handle that was given and not released yet; fails the test where there is none.
+// The object of a handle that is open; fails the test if there is none.
 template <typename Object>
 Object* FindOpen(const std::vector<std::unique_ptr<Object>>& objects, HANDLE handle) {
   for (const auto& object : objects) {
@@ -91,7 +91,7 @@ HCATINFO WINAPI FakeEnum(HCATADMIN admin, BYTE* hash, DWORD size, DWORD flags, H
   FindOpen(contexts, admin);
   EXPECT_EQ(flags, 0u);
   EXPECT_EQ(previous, nullptr);
-  current->askedHash.assign(hash, hash + size);
+  current->queriedHash.assign(hash, hash + size);
   if (current->catalogs.empty()) {
     SetLastError(current->enumError);
     return nullptr;
@@ -118,7 +118,7 @@ BOOL WINAPI FakeReleaseCatalog(HCATADMIN admin, HCATINFO catalog, DWORD flags) {
   EXPECT_EQ(flags, 0u);
   FindOpen(contexts, admin);
   if (Catalog* open = FindOpen(openedCatalogs, catalog)) {
-    EXPECT_EQ(open->context, admin) << "a catalog belongs to the context that it came from";
+    EXPECT_EQ(open->context, admin) << "a catalog belongs to the context that returned it";
     open->isOpen = false;
   }
   --current->openCatalogs;

@@ -11,11 +11,12 @@
 
 namespace TestSupport {
 
-/// Fakes the security catalogs for as long as it lives. One at a time. Without changes: contexts
-/// are given, the hash is the 32 bytes 0x00, 0x07, 0x0e, ..., and no catalog lists it.
+/// Fakes the calls that search the security catalogs for as long as it lives. One at a time. By
+/// default contexts can be acquired, the hash is the 32 bytes 0x00, 0x07, 0x0e, ..., and no catalog
+/// lists it.
 ///
-/// Each context and each catalog is a handle of its own. The test fails for a call with one that is
-/// not open, so for a second release and for a use after it, for a catalog that is released after
+/// Each context and each catalog has a handle of its own. The test fails for a call with a handle
+/// that is not open (a second release, a use after release), for a catalog that is released after
 /// its context, and for a catalog that is still open at the end.
 class FakeCatalogs {
  public:
@@ -24,37 +25,37 @@ class FakeCatalogs {
   FakeCatalogs& operator=(const FakeCatalogs&) = delete;
   ~FakeCatalogs();
 
-  /// The catalogs that list the hash, by their paths.
+  /// The paths of the catalogs that list the hash.
   std::vector<std::wstring> catalogs;
   std::vector<std::uint8_t> hash;
 
-  /// Failures; the last error that goes with each is its `...Error`.
+  /// Failures; `...Error` is the last error that the failed call sets.
   bool failAcquire = false;
   DWORD acquireError = 120;
   bool acquireNull = false;
-  bool leaveHandleOnFailure = false;  ///< the failing call writes a handle all the same
+  bool leaveHandleOnFailure = false;  ///< the failed call also writes a handle
   bool hashSizeZero = false;
-  bool failHashSizeCall = false;  ///< false, although the size is told
+  bool failHashSizeCall = false;  ///< returns FALSE, although it writes the size
   bool failHash = false;
   DWORD enumError = 1168;
   bool failInfo = false;
   bool fillWholePath = false;  ///< a path of 260 characters without terminator
 
-  /// Whether the context of the handle is open at this moment; false without an instance.
-  static bool IsOpenContext(HANDLE context);
+  /// Whether the context of the handle is open; false without an instance.
+  [[nodiscard]] static bool IsOpenContext(HANDLE context);
 
-  /// Takes each call too, in one order with what else adds to it.
+  /// If not null, gets each call too, in one order with the other users of the record.
   CallRecord* record = nullptr;
-  /// What was seen, in order: "acquire", "hash size", "hash", "enum", "info", "release catalog",
+  /// The calls in order: "acquire", "hash size", "hash", "enum", "info", "release catalog",
   /// "release context".
   std::vector<std::string> calls;
-  /// What is held; both must be 0 in the end.
+  /// How many are open; the destructor checks that no catalog is.
   int openContexts = 0;
   int openCatalogs = 0;
-  /// What the enumeration was asked for.
-  std::vector<std::uint8_t> askedHash;
+  /// The hash that the enumeration got.
+  std::vector<std::uint8_t> queriedHash;
 
-  int Count(const std::string& call) const;
+  [[nodiscard]] int Count(const std::string& call) const;
 
  private:
   struct Patches;

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <cstring>
 #include <memory>
 #include <type_traits>
@@ -19,7 +18,7 @@ namespace {
 
 FakeTrust* current = nullptr;
 
-// What an open state handle stands for: the structures that the reading calls hand out.
+// The object of a state handle: the structures that the reading calls return.
 struct FakeState {
   explicit FakeState(const FakeSignature& signature)
       : key(signature.key),
@@ -50,17 +49,17 @@ struct FakeState {
   CRYPT_PROVIDER_CERT certificate{};
 };
 
-// Kept after their close, so that a late reader finds nothing, and no handle is ever given twice.
+// Kept after their close, so that a late read fails the test and no handle value is used twice.
 std::vector<std::unique_ptr<FakeState>> states;
 
-// The state whose provider data or signer was handed out last; one verification at a time.
+// The state whose provider data was returned last; one verification at a time.
 FakeState* readState = nullptr;
 
 void Note(const std::string& call) {
   if (current->record != nullptr) current->record->Add(call);
 }
 
-// Fails the test where the handle is no open state.
+// Fails the test if the handle is no open state.
 FakeState* FindOpen(HANDLE handle, const char* call) {
   for (const auto& state : states) {
     if (state.get() == handle && state->isOpen) return state.get();
@@ -110,8 +109,8 @@ void WriteSecondaryCount(DWORD& count, std::size_t signatures, std::size_t verif
   }
 }
 
-void ExpectNothingIsLost(const VerificationData& data) {
-  EXPECT_EQ(data.hWVTStateData, nullptr) << "the state before is lost";
+void ExpectNoStateIsOverwritten(const VerificationData& data) {
+  EXPECT_EQ(data.hWVTStateData, nullptr) << "the previous state is overwritten";
   if (data.dwUnionChoice != WTD_CHOICE_CATALOG) return;
   EXPECT_TRUE(FakeCatalogs::IsOpenContext(data.pCatalog->hCatAdmin))
       << "verified through a context that is not open";
@@ -119,17 +118,17 @@ void ExpectNothingIsLost(const VerificationData& data) {
 
 LONG Verify(VerificationData& data) {
   const bool isFile = data.dwUnionChoice == WTD_CHOICE_FILE;
-  const DWORD asked = data.pSignatureSettings->dwIndex;
-  Note((isFile ? "verify embedded " : "verify catalog ") + std::to_string(asked));
-  ExpectNothingIsLost(data);
+  const DWORD index = data.pSignatureSettings->dwIndex;
+  Note((isFile ? "verify embedded " : "verify catalog ") + std::to_string(index));
+  ExpectNoStateIsOverwritten(data);
 
   const auto& signatures = isFile ? current->embedded : current->byCatalog;
   WriteSecondaryCount(data.pSignatureSettings->cSecondarySigs, signatures.size(),
                       current->VerifyCalls().size() - 1);
-  // An index beyond the last signature finds the last one again.
-  const FakeSignature none{current->verdictOfNone, {0}, L"CN=Nobody", L"CN=Nobody", {}};
+  // An index after the last signature finds the last one again.
+  const FakeSignature none{TRUST_E_NOSIGNATURE, {0}, L"CN=None", L"CN=None", {}};
   const FakeSignature& signature =
-      signatures.empty() ? none : signatures[std::min<std::size_t>(asked, signatures.size() - 1)];
+      signatures.empty() ? none : signatures[std::min<std::size_t>(index, signatures.size() - 1)];
   if (!current->leaveStateNull) {
     states.push_back(std::make_unique<FakeState>(signature));
     data.hWVTStateData = states.back().get();
@@ -140,7 +139,7 @@ LONG Verify(VerificationData& data) {
 
 void Close(VerificationData& data) {
   Note("close");
-  // The last thing that the call may do with the settings is to write to them.
+  // The system may write to the settings until the call returns.
   std::memset(data.pSignatureSettings, 0xCC, sizeof(*data.pSignatureSettings));
   if (current->leaveStateNull && data.hWVTStateData == nullptr) return;
   FakeState* state = FindOpen(data.hWVTStateData, "close");
@@ -183,11 +182,11 @@ CRYPT_PROVIDER_CERT* WINAPI FakeCertificate(CRYPT_PROVIDER_SGNR* signer, DWORD i
   return current->hideCertificate ? nullptr : &readState->certificate;
 }
 
-// Which of the names that the state has handed out is read; the conversion itself is the system's.
+// Records which name of the state is read; the system converts it.
 decltype(&CertNameToStrW) realNameToStr = nullptr;
 
-DWORD WINAPI SeenNameToStr(DWORD encoding, PCERT_NAME_BLOB name, DWORD format, LPWSTR text,
-                           DWORD chars) {
+DWORD WINAPI RecordingNameToStr(DWORD encoding, PCERT_NAME_BLOB name, DWORD format, LPWSTR text,
+                                DWORD chars) {
   if (readState != nullptr && name->pbData == readState->subject.data()) Note("subject");
   if (readState != nullptr && name->pbData == readState->issuer.data()) Note("issuer");
   return realNameToStr(encoding, name, format, text, chars);
@@ -197,15 +196,15 @@ DWORD WINAPI SeenNameToStr(DWORD encoding, PCERT_NAME_BLOB name, DWORD format, L
 
 struct FakeTrust::Patches {
   Patches() {
-    auto* before = names.Original<std::remove_pointer_t<decltype(&CertNameToStrW)>>();
-    if (before != &SeenNameToStr) realNameToStr = before;
+    auto* original = names.Original<std::remove_pointer_t<decltype(&CertNameToStrW)>>();
+    if (original != &RecordingNameToStr) realNameToStr = original;
   }
 
   Standin::ImportPatch verify{"WinVerifyTrust", &FakeWinVerifyTrust};
   Standin::ImportPatch provider{"WTHelperProvDataFromStateData", &FakeProvider};
   Standin::ImportPatch signer{"WTHelperGetProvSignerFromChain", &FakeSigner};
   Standin::ImportPatch certificate{"WTHelperGetProvCertFromChain", &FakeCertificate};
-  Standin::ImportPatch names{"CertNameToStrW", &SeenNameToStr};
+  Standin::ImportPatch names{"CertNameToStrW", &RecordingNameToStr};
 };
 
 FakeTrust::FakeTrust() : patches_(std::make_unique<Patches>()) { current = this; }
@@ -224,14 +223,11 @@ std::vector<TrustCall> FakeTrust::CallsOf(DWORD stateAction) const {
   return result;
 }
 
-std::string KeyTextOf(const std::vector<std::uint8_t>& bytes) {
-  std::string text;
-  for (const std::uint8_t byte : bytes) {
-    char pair[4];
-    std::snprintf(pair, sizeof(pair), "%02x", byte);
-    text += (text.empty() ? "" : " ") + std::string(pair);
-  }
-  return text;
+FakeSignature Signature(LONG verdict, std::uint8_t lastKeyByte) {
+  FakeSignature signature;
+  signature.verdict = verdict;
+  signature.key = {0x30, lastKeyByte};
+  return signature;
 }
 
 std::vector<std::uint8_t> EncodeName(const std::wstring& name) {

@@ -16,18 +16,27 @@
 
 namespace TestSupport {
 
-/// One signature as the fake system finds it.
+/// One signature that the fake system finds.
 struct FakeSignature {
   LONG verdict = 0;
   std::vector<std::uint8_t> key = {0x30, 0x0a};
   /// As CertStrToNameW takes it: "CN=A, O=B".
   std::wstring subject = L"CN=Signer";
   std::wstring issuer = L"CN=Authority";
-  /// Where not empty, the subject in its encoded form instead.
+  /// If not empty, the encoded subject, which replaces `subject`.
   std::vector<std::uint8_t> encodedSubject;
 };
 
-/// One call of WinVerifyTrust, with copies of what it was given.
+/// The failing verdicts that keep a signature on the list, as WinVerifyTrust returns them.
+inline constexpr LONG kExpiredVerdict = static_cast<LONG>(0x800B0101);
+inline constexpr LONG kUntrustedRootVerdict = static_cast<LONG>(0x800B0109);
+/// TRUST_E_BAD_DIGEST.
+inline constexpr LONG kBadDigestVerdict = static_cast<LONG>(0x80096010);
+
+/// A signature with the key bytes 0x30 and `lastKeyByte`.
+[[nodiscard]] FakeSignature Signature(LONG verdict, std::uint8_t lastKeyByte);
+
+/// One call of WinVerifyTrust, with copies of its arguments.
 struct TrustCall {
   bool hasWindow = false;
   GUID action = {};
@@ -41,12 +50,12 @@ struct TrustCall {
   DWORD index = 0;
   DWORD flags = 0;
   bool hasPolicy = false;
-  /// Of the file choice.
+  /// For WTD_CHOICE_FILE.
   DWORD fileInfoSize = 0;
   std::wstring path;
   bool hasFileHandle = false;
   bool hasKnownSubject = false;
-  /// Of the catalog choice.
+  /// For WTD_CHOICE_CATALOG.
   DWORD catalogInfoSize = 0;
   DWORD catalogVersion = 0;
   std::wstring catalogPath;
@@ -58,10 +67,10 @@ struct TrustCall {
 
 /// Fakes WinVerifyTrust and the calls that read its state, for as long as it lives. One at a time.
 ///
-/// Each verification opens a state of its own, whatever its verdict. The test fails for a
-/// verification that would lose the state before or whose catalog context is not open, for a state
-/// that is read or closed when it is not open, and for one that is still open at the end. A close
-/// writes over the signature settings and over what the state had handed out.
+/// Each verification opens a state of its own, with any verdict. The test fails for a verification
+/// that would overwrite an open state or whose catalog context is not open, for a state that is
+/// read or closed when it is not open, and for one that is still open at the end. A close
+/// overwrites the signature settings and the data that the state handed out.
 class FakeTrust {
  public:
   FakeTrust();
@@ -69,13 +78,11 @@ class FakeTrust {
   FakeTrust& operator=(const FakeTrust&) = delete;
   ~FakeTrust();
 
-  /// What a file carries itself, and what catalogs say of it. Without any: no signature.
+  /// The signatures in the file, and those of catalogs that list it. By default there are none.
   std::vector<FakeSignature> embedded;
   std::vector<FakeSignature> byCatalog;
-  /// The verdict where there is no signature.
-  LONG verdictOfNone = TRUST_E_NOSIGNATURE;
-  /// What the verify calls leave in cSecondarySigs, one after the other; afterwards nothing is
-  /// written. Without a value: the number of signatures less one.
+  /// The counts that successive verify calls write to cSecondarySigs; later calls write nothing.
+  /// Without a value, each call writes the number of signatures less one.
   std::optional<std::vector<DWORD>> secondaryCounts;
 
   /// Failures.
@@ -85,15 +92,18 @@ class FakeTrust {
   bool hideCertificate = false;
   bool hideCertificateContext = false;
 
-  /// Takes each call too, in one order with what else adds to it: "verify embedded 0", "verify
-  /// catalog 0", "provider", "signer", "certificate", "subject", "issuer", "close".
+  /// If not null, gets each call too, in one order with the other users of the record: "verify
+  /// embedded 0", "verify catalog 0", "provider", "signer", "certificate", "subject", "issuer",
+  /// "close".
   CallRecord* record = nullptr;
-  /// What was seen. `openStates` must be 0 in the end.
+  /// The calls so far; the destructor checks that no state is open.
   std::vector<TrustCall> calls;
   int openStates = 0;
 
-  std::vector<TrustCall> VerifyCalls() const { return CallsOf(WTD_STATEACTION_VERIFY); }
-  std::vector<TrustCall> CloseCalls() const { return CallsOf(WTD_STATEACTION_CLOSE); }
+  [[nodiscard]] std::vector<TrustCall> VerifyCalls() const {
+    return CallsOf(WTD_STATEACTION_VERIFY);
+  }
+  [[nodiscard]] std::vector<TrustCall> CloseCalls() const { return CallsOf(WTD_STATEACTION_CLOSE); }
 
  private:
   struct Patches;
@@ -102,10 +112,7 @@ class FakeTrust {
   std::unique_ptr<Patches> patches_;
 };
 
-/// The text of a key of `bytes` as the system writes it; for lists of keys.
-std::string KeyTextOf(const std::vector<std::uint8_t>& bytes);
-
 /// The DER form of a name such as "CN=A, O=B".
-std::vector<std::uint8_t> EncodeName(const std::wstring& name);
+[[nodiscard]] std::vector<std::uint8_t> EncodeName(const std::wstring& name);
 
 }  // namespace TestSupport

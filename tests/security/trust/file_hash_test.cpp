@@ -1,3 +1,5 @@
+#include "security/trust/zq_authenticode_helper.h"
+
 #include <windows.h>
 
 #include <wincrypt.h>
@@ -7,11 +9,10 @@
 
 #include <gtest/gtest.h>
 
-#include <type_traits>
-
 #include "import_patch.h"
+#include "platform/win32/owners.h"
 #include "security/trust/fake_catalogs.h"
-#include "security/trust/zq_authenticode_helper.h"
+#include "security/trust/file_open_watch.h"
 #include "support/log_capture.h"
 #include "support/temp_folder.h"
 
@@ -21,46 +22,11 @@ using Helper = ZQAuthenticodeHelper;
 
 namespace {
 
-// What CreateFileW was asked for, and how many of its handles are open.
-struct OpenCall {
-  std::wstring path;
-  DWORD access = 0;
-  DWORD share = 0;
-  bool hasSecurity = false;
-  DWORD disposition = 0;
-  DWORD attributes = 0;
-  bool hasTemplate = false;
-};
-
-OpenCall opened;
-HANDLE openedHandle = nullptr;
-int closedCount = 0;
-decltype(&CreateFileW) realCreateFile = nullptr;
-decltype(&CloseHandle) realCloseHandle = nullptr;
-
-HANDLE WINAPI SeenCreateFile(LPCWSTR path, DWORD access, DWORD share,
-                             LPSECURITY_ATTRIBUTES security, DWORD disposition, DWORD attributes,
-                             HANDLE templateFile) {
-  opened = {
-      path, access, share, security != nullptr, disposition, attributes, templateFile != nullptr};
-  openedHandle =
-      realCreateFile(path, access, share, security, disposition, attributes, templateFile);
-  return openedHandle;
-}
-
-BOOL WINAPI SeenCloseHandle(HANDLE handle) {
-  if (handle == openedHandle) ++closedCount;
-  return realCloseHandle(handle);
-}
-
 class CalculateFileHash : public testing::Test {
  protected:
   CalculateFileHash() {
     WriteWholeFile(path_, "content");
-    realCreateFile = create_.Original<std::remove_pointer_t<decltype(&CreateFileW)>>();
-    realCloseHandle = close_.Original<std::remove_pointer_t<decltype(&CloseHandle)>>();
-    closedCount = 0;
-    openedHandle = nullptr;
+    watch_.Clear();
   }
 
   FileHash HashWithOwnContext() { return Helper::CalculateFileHash(path_.c_str(), nullptr); }
@@ -69,8 +35,7 @@ class CalculateFileHash : public testing::Test {
   std::wstring path_ = folder_.File(L"hashed.bin");
   FakeCatalogs catalogs_;
   LogCapture log_;
-  Standin::ImportPatch create_{"CreateFileW", &SeenCreateFile};
-  Standin::ImportPatch close_{"CloseHandle", &SeenCloseHandle};
+  FileOpenWatch watch_;
 };
 
 }  // namespace
@@ -85,14 +50,16 @@ TEST_F(CalculateFileHash, ReturnsTheBytesAndUpperCaseHexadecimal) {
 
 TEST_F(CalculateFileHash, OpensForReadingWithFullSharingAndClosesTheFile) {
   (void)HashWithOwnContext();
-  EXPECT_EQ(opened.path, path_);
-  EXPECT_EQ(opened.access, 0x80000000u);
-  EXPECT_EQ(opened.share, 7u);
-  EXPECT_FALSE(opened.hasSecurity);
-  EXPECT_EQ(opened.disposition, 3u);
-  EXPECT_EQ(opened.attributes, 0u);
-  EXPECT_FALSE(opened.hasTemplate);
-  EXPECT_EQ(closedCount, 1);
+  ASSERT_EQ(watch_.opens.size(), 1u);
+  const FileOpenWatch::Open& open = watch_.opens.front();
+  EXPECT_EQ(open.path, path_);
+  EXPECT_EQ(open.access, 0x80000000u);  // GENERIC_READ
+  EXPECT_EQ(open.share, 7u);            // read, write and delete
+  EXPECT_FALSE(open.hasSecurity);
+  EXPECT_EQ(open.disposition, 3u);  // OPEN_EXISTING
+  EXPECT_EQ(open.flags, 0u);
+  EXPECT_FALSE(open.hasTemplate);
+  EXPECT_EQ(watch_.closed, 1);
 }
 
 TEST_F(CalculateFileHash, ReleasesItsOwnContextAfterASuccess) {
@@ -106,11 +73,10 @@ TEST_F(CalculateFileHash, DoesNotReleaseItsOwnContextAfterAFailure) {
   (void)HashWithOwnContext();
   EXPECT_EQ(catalogs_.Count("release context"), 0);
   EXPECT_EQ(catalogs_.openContexts, 1);
-  EXPECT_EQ(closedCount, 1) << "the file is closed all the same";
+  EXPECT_EQ(watch_.closed, 1) << "the file must be closed after a failure too";
 }
 
 TEST_F(CalculateFileHash, NeitherAcquiresNorReleasesAContextWhenOneIsGiven) {
-  // A fake context is the address that the first acquisition gives.
   HCATADMIN given = nullptr;
   ASSERT_TRUE(CryptCATAdminAcquireContext2(&given, nullptr, L"SHA256", nullptr, 0));
   catalogs_.calls.clear();
@@ -120,11 +86,10 @@ TEST_F(CalculateFileHash, NeitherAcquiresNorReleasesAContextWhenOneIsGiven) {
 
 TEST_F(CalculateFileHash, OpensNothingAndLogsNothingWhenNoContextIsAcquired) {
   catalogs_.failAcquire = true;
-  opened = {};
   const FileHash hash = HashWithOwnContext();
   EXPECT_TRUE(hash.bytes.empty());
   EXPECT_TRUE(hash.hexText.empty());
-  EXPECT_EQ(opened.path, L"");
+  EXPECT_TRUE(watch_.opens.empty());
   EXPECT_TRUE(log_.Records().empty());
 }
 
@@ -146,17 +111,16 @@ TEST_F(CalculateFileHash, AcceptsAnyLengthThatTheSystemReports) {
 
 TEST_F(CalculateFileHash, DoesNotOpenAPathThatNamesADeviceOrAPipe) {
   const std::wstring name = L"\\\\.\\pipe\\trust-test-" + std::to_wstring(GetCurrentProcessId());
-  const HANDLE pipe =
-      CreateNamedPipeW(name.c_str(), PIPE_ACCESS_OUTBOUND, PIPE_TYPE_BYTE, 1, 0, 0, 0, nullptr);
-  ASSERT_NE(pipe, INVALID_HANDLE_VALUE);
+  const Zq::Gantry::Platform::UniqueFileHandle pipe(
+      CreateNamedPipeW(name.c_str(), PIPE_ACCESS_OUTBOUND, PIPE_TYPE_BYTE, 1, 0, 0, 0, nullptr));
+  ASSERT_TRUE(static_cast<bool>(pipe));
   for (const std::wstring& path : {std::wstring(L"\\\\.\\NUL"), std::wstring(L"NUL"), name}) {
     path_ = path;
-    opened = {};
+    watch_.Clear();
     EXPECT_TRUE(HashWithOwnContext().hexText.empty());
-    EXPECT_EQ(opened.path, L"");
+    EXPECT_TRUE(watch_.opens.empty());
   }
   EXPECT_EQ(catalogs_.Count("hash size"), 0);
-  CloseHandle(pipe);
 }
 
 TEST_F(CalculateFileHash, TreatsAHandleThatIsNoDiskFileAsNotOpened) {
@@ -165,10 +129,10 @@ TEST_F(CalculateFileHash, TreatsAHandleThatIsNoDiskFileAsNotOpened) {
       "GetFileType", +[](HANDLE) -> DWORD { return type; });
   for (const DWORD other : {FILE_TYPE_PIPE, FILE_TYPE_CHAR, FILE_TYPE_REMOTE, FILE_TYPE_UNKNOWN}) {
     type = other;
-    closedCount = 0;
+    watch_.Clear();
     EXPECT_TRUE(HashWithOwnContext().hexText.empty()) << other;
-    EXPECT_NE(openedHandle, INVALID_HANDLE_VALUE);
-    EXPECT_EQ(closedCount, 1) << other;
+    EXPECT_NE(watch_.lastHandle, INVALID_HANDLE_VALUE);
+    EXPECT_EQ(watch_.closed, 1) << other;
   }
   EXPECT_EQ(catalogs_.Count("hash size"), 0);
 }
@@ -178,7 +142,7 @@ TEST_F(CalculateFileHash, FailsForASizeOfZeroEvenWhenTheCallSucceeds) {
   EXPECT_TRUE(HashWithOwnContext().hexText.empty());
   EXPECT_EQ(catalogs_.Count("hash size"), 1);
   EXPECT_EQ(catalogs_.Count("hash"), 0);
-  EXPECT_EQ(closedCount, 1);
+  EXPECT_EQ(watch_.closed, 1);
 }
 
 TEST_F(CalculateFileHash, UsesTheSizeEvenWhenTheSizeCallReturnsFalse) {

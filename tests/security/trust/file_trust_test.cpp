@@ -1,10 +1,12 @@
+#include "security/trust/zq_authenticode_helper.h"
+
 #include <gtest/gtest.h>
 
 #include <functional>
 
+#include "platform/win32/owners.h"
 #include "security/trust/fake_catalogs.h"
 #include "security/trust/fake_trust.h"
-#include "security/trust/zq_authenticode_helper.h"
 #include "support/import_watch.h"
 #include "support/log_capture.h"
 #include "support/temp_folder.h"
@@ -15,17 +17,8 @@ using Helper = ZQAuthenticodeHelper;
 
 namespace {
 
-constexpr LONG kExpired = static_cast<LONG>(0x800B0101);
-constexpr LONG kUnknownRoot = static_cast<LONG>(0x800B0109);
 constexpr std::uint8_t kListed = 0x0a;
 constexpr std::uint8_t kUnlisted = 0x0b;
-
-FakeSignature Signature(LONG verdict, std::uint8_t lastKeyByte) {
-  FakeSignature signature;
-  signature.verdict = verdict;
-  signature.key = {0x30, lastKeyByte};
-  return signature;
-}
 
 LogRecord Verdict(const std::wstring& byWindows, const std::wstring& byMeridian) {
   return Info(L"Security - IsFileTrusted - trusted by windows = " + byWindows +
@@ -36,10 +29,12 @@ class IsFileTrusted : public testing::Test {
  protected:
   IsFileTrusted() { WriteWholeFile(path_, "content"); }
 
-  bool Ask(const KeyList& keys) { return Helper::IsFileTrusted(path_.c_str(), &keys); }
+  [[nodiscard]] bool IsTrusted(const KeyList& keys) {
+    return Helper::IsFileTrusted(path_.c_str(), &keys);
+  }
 
-  // The lines that the two sources write for a file that no catalog lists, then a line for each
-  // embedded signature, then `last`.
+  // The lines of the catalog search for a file that no catalog lists, one line for each embedded
+  // signature, and then `last`.
   std::vector<LogRecord> Lines(int signers, std::vector<LogRecord> last) const {
     std::vector<LogRecord> lines = {Info(L"Security - GetSecurityCatalogInfo - File = " + path_),
                                     Error(L"Security - GetSecurityCatalogInfo - Failed during "
@@ -60,49 +55,49 @@ class IsFileTrusted : public testing::Test {
 }  // namespace
 
 TEST_F(IsFileTrusted, RefusesAListedKeyWithAnUntrustedRoot) {
-  trust_.embedded = {Signature(kUnknownRoot, kListed)};
-  EXPECT_FALSE(Ask(keys_));
+  trust_.embedded = {Signature(kUntrustedRootVerdict, kListed)};
+  EXPECT_FALSE(IsTrusted(keys_));
   EXPECT_EQ(log_.Records(), Lines(1, {Verdict(L"no", L"yes")}));
 }
 
 TEST_F(IsFileTrusted, RefusesAValidSignatureWithAnUnlistedKey) {
   trust_.embedded = {Signature(0, kUnlisted)};
-  EXPECT_FALSE(Ask(keys_));
+  EXPECT_FALSE(IsTrusted(keys_));
   EXPECT_EQ(log_.Records(), Lines(1, {Verdict(L"yes", L"no")}));
 }
 
 TEST_F(IsFileTrusted, AcceptsAValidSignatureWithAListedKey) {
   trust_.embedded = {Signature(0, kListed)};
-  EXPECT_TRUE(Ask(keys_));
+  EXPECT_TRUE(IsTrusted(keys_));
   EXPECT_EQ(log_.Records(), Lines(1, {Verdict(L"yes", L"yes")}));
 }
 
 TEST_F(IsFileTrusted, AcceptsAnExpiredCertificateWithAListedKey) {
-  trust_.embedded = {Signature(kExpired, kListed)};
-  EXPECT_TRUE(Ask(keys_));
+  trust_.embedded = {Signature(kExpiredVerdict, kListed)};
+  EXPECT_TRUE(IsTrusted(keys_));
   EXPECT_EQ(log_.Records(), Lines(1, {Verdict(L"yes", L"yes")}));
 }
 
 TEST_F(IsFileTrusted, AcceptsWhenDifferentSignaturesPassTheTwoTests) {
-  trust_.embedded = {Signature(0, kUnlisted), Signature(kUnknownRoot, kListed)};
-  EXPECT_TRUE(Ask(keys_));
+  trust_.embedded = {Signature(0, kUnlisted), Signature(kUntrustedRootVerdict, kListed)};
+  EXPECT_TRUE(IsTrusted(keys_));
   EXPECT_EQ(log_.Records(), Lines(2, {Verdict(L"yes", L"yes")}));
 }
 
 TEST_F(IsFileTrusted, RefusesAnUntrustedSignatureWithAnUnlistedKey) {
-  trust_.embedded = {Signature(kUnknownRoot, kUnlisted)};
-  EXPECT_FALSE(Ask(keys_));
+  trust_.embedded = {Signature(kUntrustedRootVerdict, kUnlisted)};
+  EXPECT_FALSE(IsTrusted(keys_));
   EXPECT_EQ(log_.Records(), Lines(1, {Verdict(L"no", L"no")}));
 }
 
 TEST_F(IsFileTrusted, RefusesAnUnsignedFileWithoutAVerdictLine) {
-  EXPECT_FALSE(Ask(keys_));
+  EXPECT_FALSE(IsTrusted(keys_));
   EXPECT_EQ(log_.Records(), Lines(0, {}));
 }
 
 TEST_F(IsFileTrusted, RefusesAnEmptyKeyListAfterTheVerification) {
   trust_.embedded = {Signature(0, kListed)};
-  EXPECT_FALSE(Ask({}));
+  EXPECT_FALSE(IsTrusted({}));
   EXPECT_EQ(trust_.VerifyCalls().size(), 1u);
   EXPECT_EQ(log_.Records(), Lines(1, {}));
 }
@@ -120,8 +115,8 @@ TEST_F(IsFileTrusted, RefusesANullPathOrListWithoutALogLineOrASystemCall) {
 TEST_F(IsFileTrusted, AcceptsACatalogForWindowsAndAnEmbeddedSignatureForTheKey) {
   catalogs_.catalogs = {L"C:\\catalogs\\first.cat"};
   trust_.byCatalog = {Signature(0, kUnlisted)};
-  trust_.embedded = {Signature(kUnknownRoot, kListed)};
-  EXPECT_TRUE(Ask(keys_));
+  trust_.embedded = {Signature(kUntrustedRootVerdict, kListed)};
+  EXPECT_TRUE(IsTrusted(keys_));
   EXPECT_EQ(log_.Records().back(), Verdict(L"yes", L"yes"));
 }
 
@@ -145,10 +140,10 @@ TEST_F(IsFileTrusted, StillRefusesWhenASystemCallFails) {
   };
   const std::vector<std::vector<FakeSignature>> refused = {
       {},
-      {Signature(kUnknownRoot, kListed)},
+      {Signature(kUntrustedRootVerdict, kListed)},
       {Signature(0, kUnlisted)},
-      {Signature(kExpired, kUnlisted)},
-      {Signature(static_cast<LONG>(0x80096010), kListed)},
+      {Signature(kExpiredVerdict, kUnlisted)},
+      {Signature(kBadDigestVerdict, kListed)},
   };
   for (const Failure& failure : failures) {
     for (std::size_t i = 0; i < refused.size(); ++i) {
@@ -158,7 +153,7 @@ TEST_F(IsFileTrusted, StillRefusesWhenASystemCallFails) {
       FakeCatalogs catalogs;
       catalogs.catalogs = {L"C:\\catalogs\\first.cat"};
       failure.apply(trust, catalogs);
-      EXPECT_FALSE(Ask(keys_)) << failure.label << ", case " << i;
+      EXPECT_FALSE(IsTrusted(keys_)) << failure.label << ", case " << i;
       EXPECT_EQ(trust.openStates, 0) << failure.label;
       EXPECT_EQ(catalogs.openContexts, 0) << failure.label;
       EXPECT_EQ(catalogs.openCatalogs, 0) << failure.label;
@@ -169,14 +164,14 @@ TEST_F(IsFileTrusted, StillRefusesWhenASystemCallFails) {
 TEST_F(IsFileTrusted, RefusesASignerThatCannotBeRead) {
   trust_.embedded = {Signature(0, kListed)};
   trust_.hideProvider = true;
-  EXPECT_FALSE(Ask(keys_));
+  EXPECT_FALSE(IsTrusted(keys_));
   EXPECT_EQ(log_.Records(), Lines(0, {Verdict(L"yes", L"no")}));
 }
 
 TEST_F(IsFileTrusted, RefusesASignerWithoutAReadableKeyWhenTheListHasAnEmptyText) {
   trust_.embedded = {Signature(0, kListed)};
   trust_.hideProvider = true;
-  EXPECT_FALSE(Ask({""}));
+  EXPECT_FALSE(IsTrusted({""}));
   EXPECT_EQ(log_.Records(), Lines(0, {Verdict(L"yes", L"no")}));
 }
 
@@ -184,10 +179,9 @@ TEST_F(IsFileTrusted, LeavesTheFileClosedSoThatItCanBeReplacedAfterTheCheck) {
   catalogs_.catalogs = {L"C:\\catalogs\\first.cat"};
   trust_.byCatalog = {Signature(0, kListed)};
   trust_.embedded = {Signature(0, kListed)};
-  ASSERT_TRUE(Ask(keys_));
-  // Without any sharing: fails where somebody still has the file open.
-  const HANDLE alone =
-      CreateFileW(path_.c_str(), GENERIC_WRITE | DELETE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
-  EXPECT_NE(alone, INVALID_HANDLE_VALUE);
-  CloseHandle(alone);
+  ASSERT_TRUE(IsTrusted(keys_));
+  // Fails if a handle of the file is still open, because it shares nothing.
+  const Zq::Gantry::Platform::UniqueFileHandle exclusive(
+      CreateFileW(path_.c_str(), GENERIC_WRITE | DELETE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+  EXPECT_TRUE(static_cast<bool>(exclusive));
 }

@@ -1,3 +1,5 @@
+#include "security/trust/zq_authenticode_helper.h"
+
 #include <windows.h>
 
 #include <wincrypt.h>
@@ -13,11 +15,11 @@
 #include <vector>
 
 #include "import_patch.h"
+#include "platform/win32/owners.h"
 #include "security/trust/fake_trust.h"
-#include "security/trust/zq_authenticode_helper.h"
 
-// How much CertNameToStrW may write for a name: each block that the reading takes from the heap
-// ends at a page that nobody may touch, so that a character too many ends the test program.
+// CertNameToStrW never writes more than the block of the name holds. Each block that GetNameText
+// allocates ends at an inaccessible page, so that one character too many ends the test program.
 
 using namespace TestSupport;
 using namespace Zq::Gantry::Security;
@@ -63,12 +65,19 @@ Bytes NameOf(std::initializer_list<Bytes> attributes) {
   return Encode(kSequence, sets);
 }
 
-/// "2.47.127.127...": four characters for each byte, the most that a type can have.
+/// "2.47.127.127...": four characters for each byte, the most that a type can take.
 Bytes LongType(std::size_t bytes) { return Bytes(bytes, 0x7F); }
 
 const Bytes kCommonName = {0x55, 0x04, 0x03};
 
-/// A certificate that nobody has signed, of a key that is none.
+struct CertificatePolicy {
+  using Type = const CERT_CONTEXT*;
+  static Type Empty() { return nullptr; }
+  static void Release(Type certificate) { CertFreeCertificateContext(certificate); }
+};
+using UniqueCertificate = Zq::Gantry::Platform::UniqueResource<CertificatePolicy>;
+
+/// An unsigned certificate with an invalid key.
 Bytes CertificateOf(const Bytes& subject) {
   const Bytes rsa =
       Encode(kSequence, Join({Encode(0x06, {0x2A, 0x86, 0x48, 0x86, 0xF7, 0x0D, 0x01, 0x01, 0x0B}),
@@ -86,11 +95,12 @@ Bytes CertificateOf(const Bytes& subject) {
 
 constexpr std::size_t kPageBytes = 4096;
 
-std::array<void*, 64> guardedBlocks{};  // no container: it would allocate
+std::array<void*, 64> guardedBlocks{};  // fixed size, because a container would allocate
 void* (*realMalloc)(std::size_t) = nullptr;
 void (*realFree)(void*) = nullptr;
 
-/// The block's end, rounded up to a whole character, is the beginning of the forbidden page.
+/// The end of the block, rounded up to a whole character, is the beginning of the inaccessible
+/// page.
 void* GuardedMalloc(std::size_t bytes) {
   const std::size_t room = (bytes + kPageBytes - 1) / kPageBytes * kPageBytes;
   auto* pages = static_cast<char*>(
@@ -130,7 +140,7 @@ struct GuardedHeap {
   Standin::ImportPatch free_{"free", &GuardedFree};
 };
 
-// What the system's conversion was given, and what it says to have written.
+// The capacity that the last conversion got, and the characters that it reported.
 DWORD capacityChars = 0;
 DWORD writtenChars = 0;
 decltype(&CertNameToStrW) realNameToStr = nullptr;
@@ -147,11 +157,11 @@ class GetNameTextOnGuardedHeap : public testing::Test {
     realNameToStr = measured_.Original<std::remove_pointer_t<decltype(&CertNameToStrW)>>();
   }
 
-  /// The text of an encoded name, read on the guarded heap.
+  /// The text of an encoded name; GetNameText runs on the guarded heap.
   static std::wstring Read(Bytes name) {
     const CERT_NAME_BLOB blob = {static_cast<DWORD>(name.size()), name.data()};
     std::wstring text;
-    text.reserve(4 * name.size() + 64);  // not on the guarded heap, so that it may outlive it
+    text.reserve(4 * name.size() + 64);  // on the normal heap, because it outlives the guarded one
     const GuardedHeap heap;
     text = static_cast<const std::wstring&>(Helper::GetNameText(blob));
     return text;
@@ -164,12 +174,12 @@ class GetNameTextOnGuardedHeap : public testing::Test {
 }  // namespace
 
 TEST_F(GetNameTextOnGuardedHeap, StaysInsideItsBlockForANameOf5454Bytes) {
-  // The type alone fills two characters per byte of the name; the quotes come after it.
+  // The type alone fills two characters per byte of the name; the quotes follow it.
   const Bytes name = NameOf({Attribute(LongType(2800), kPrintable, Bytes(2634, '"'))});
   ASSERT_EQ(name.size(), 5454u);
   const std::wstring text = Read(name);
   EXPECT_LE(writtenChars, capacityChars);
-  EXPECT_NE(text.find(L".127.127="), std::wstring::npos) << "the type is whole";
+  EXPECT_NE(text.find(L".127.127="), std::wstring::npos) << "the type must be complete";
   EXPECT_EQ(text.back(), L'"');
 }
 
@@ -193,14 +203,13 @@ TEST_F(GetNameTextOnGuardedHeap, ReadsACommonNameAfterAVeryLongType) {
   const Bytes subject = NameOf({Attribute(LongType(2000), kPrintable, Bytes(2000, '"')),
                                 Attribute(kCommonName, kPrintable, {'N', 'a', 'm', 'e'})});
   const Bytes encoded = CertificateOf(subject);
-  const CERT_CONTEXT* certificate = CertCreateCertificateContext(
-      X509_ASN_ENCODING, encoded.data(), static_cast<DWORD>(encoded.size()));
-  ASSERT_NE(certificate, nullptr);
-  const CERT_NAME_BLOB& read = certificate->pCertInfo->Subject;
+  const UniqueCertificate certificate(CertCreateCertificateContext(
+      X509_ASN_ENCODING, encoded.data(), static_cast<DWORD>(encoded.size())));
+  ASSERT_TRUE(static_cast<bool>(certificate));
+  const CERT_NAME_BLOB& read = certificate.get()->pCertInfo->Subject;
   FakeTrust trust;
   trust.embedded.emplace_back();
   trust.embedded[0].encodedSubject.assign(read.pbData, read.pbData + read.cbData);
-  CertFreeCertificateContext(certificate);
   ASSERT_EQ(trust.embedded[0].encodedSubject, subject);
 
   const SignatureList signatures = Helper::GetSignatures(L"C:\\file.dll", false);
@@ -222,7 +231,7 @@ TEST_F(GetNameTextOnGuardedHeap, StaysInsideItsBlockFor2000RandomNames) {
       for (std::size_t attribute = below(4); attribute > 0; --attribute) {
         const Bytes type = below(3) == 0 ? LongType(below(400)) : types[below(std::size(types))];
         const std::uint8_t tag = valueTags[below(std::size(valueTags))];
-        // Some systems read far outside an empty wide text.
+        // Some systems read far outside the buffer for an empty wide text.
         Bytes value(below(300) + (tag == kWide ? 2 : 0));
         for (std::uint8_t& byte : value) {
           byte = static_cast<std::uint8_t>(characters[below(characters.size())]);

@@ -1,5 +1,7 @@
-// Files that the build has signed, judged by the system's own WinVerifyTrust. Catalogs are faked,
-// and so are verdicts that the system cannot be brought to for want of roots and time.
+// Files that the build signs, verified by the real WinVerifyTrust. Catalogs are faked, and so are
+// the verdicts that need a trusted root or another date.
+
+#include "security/trust/zq_authenticode_helper.h"
 
 #include <windows.h>
 
@@ -16,7 +18,6 @@
 #include "security/trust/trusted_keys.h"
 #include "security/trust/verify_result.h"
 #include "security/trust/wintrust_layout.h"
-#include "security/trust/zq_authenticode_helper.h"
 #include "support/log_capture.h"
 #include "support/temp_folder.h"
 
@@ -25,9 +26,6 @@ using namespace Zq::Gantry::Security;
 using Helper = ZQAuthenticodeHelper;
 
 namespace {
-
-constexpr std::uint32_t kExpired = 0x800B0101;
-constexpr std::uint32_t kUnknownRoot = 0x800B0109;
 
 std::wstring Sample(const std::wstring& name) {
   wchar_t program[MAX_PATH] = {};
@@ -41,18 +39,18 @@ std::string KeyOf(const std::wstring& signer) {
   return line.substr(0, line.find('\n'));
 }
 
-// Gives each verification the verdict of `verdicts` at its index instead of the system's, which
-// still makes the state.
+// Replaces the verdict for the signature at each index by that of `verdicts`; the real call still
+// makes the state.
 std::vector<LONG> verdicts;
 decltype(&WinVerifyTrust) realWinVerifyTrust = nullptr;
 
-LONG WINAPI OverruledWinVerifyTrust(HWND window, GUID* action, LPVOID pointer) {
+LONG WINAPI WinVerifyTrustWithFakeVerdict(HWND window, GUID* action, LPVOID pointer) {
   const LONG real = realWinVerifyTrust(window, action, pointer);
   const auto& data = *static_cast<VerificationData*>(pointer);
   const DWORD index = data.pSignatureSettings->dwIndex;
-  const bool isOverruled = data.dwStateAction == WTD_STATEACTION_VERIFY &&
-                           IsListedResult(static_cast<std::uint32_t>(real));
-  return isOverruled && index < verdicts.size() ? verdicts[index] : real;
+  const bool isReplaced = data.dwStateAction == WTD_STATEACTION_VERIFY &&
+                          IsListedResult(static_cast<std::uint32_t>(real));
+  return isReplaced && index < verdicts.size() ? verdicts[index] : real;
 }
 
 class SignedFiles : public testing::Test {
@@ -72,7 +70,7 @@ class SignedFilesWithFakeVerdicts : public SignedFiles {
     verdicts.clear();
   }
 
-  Standin::ImportPatch patch_{"WinVerifyTrust", &OverruledWinVerifyTrust};
+  Standin::ImportPatch patch_{"WinVerifyTrust", &WinVerifyTrustWithFakeVerdict};
 };
 
 }  // namespace
@@ -98,30 +96,30 @@ TEST_F(SignedFilesWithFakeVerdicts, AListedKeyIsTrustedWhenTheSystemTrustsTheRoo
 }
 
 TEST_F(SignedFilesWithFakeVerdicts, AListedKeyIsRefusedWhenTheSystemDoesNotTrustTheRoot) {
-  verdicts = {static_cast<LONG>(kUnknownRoot)};
+  verdicts = {static_cast<LONG>(kUntrustedRoot)};
   EXPECT_FALSE(IsTrusted(L"signed.dll", {KeyOf(L"signed")}));
   EXPECT_EQ(log_.Records().back(),
             Info(L"Security - IsFileTrusted - trusted by windows = no, trusted by Meridian = yes"));
 }
 
 TEST_F(SignedFilesWithFakeVerdicts, AnExpiredSignerWithAListedKeyIsTrusted) {
-  verdicts = {static_cast<LONG>(kExpired)};
+  verdicts = {static_cast<LONG>(kVerifiedButExpired)};
   EXPECT_TRUE(IsTrusted(L"expired.dll", {KeyOf(L"expired")}));
   EXPECT_FALSE(IsTrusted(L"expired.dll", {KeyOf(L"signed")}));
 }
 
 TEST_F(SignedFilesWithFakeVerdicts, ANestedSignatureIsListedWithItsOwnVerdict) {
-  verdicts = {0, static_cast<LONG>(kUnknownRoot)};
+  verdicts = {0, static_cast<LONG>(kUntrustedRoot)};
   const SignatureList signatures = Helper::GetSignatures(Sample(L"nested.dll").c_str(), false);
   ASSERT_EQ(signatures.size(), 2u);
   EXPECT_EQ(signatures[0].verifyResult, 0u);
-  EXPECT_EQ(signatures[1].verifyResult, kUnknownRoot);
+  EXPECT_EQ(signatures[1].verifyResult, kUntrustedRoot);
   EXPECT_EQ(signatures[0].publicKey, KeyOf(L"signed"));
 }
 
 TEST_F(SignedFilesWithFakeVerdicts, TheSuppliedKeysDoNotTrustTheDevelopmentKey) {
   verdicts = {0};
-  // Every list but the one place that a development build changes.
+  // All keys but the one that a development build replaces.
   KeyList supplied(ServiceTrustedKeys.begin() + 1, ServiceTrustedKeys.end());
   EXPECT_FALSE(IsTrusted(L"signed.dll", supplied));
   EXPECT_FALSE(IsTrusted(L"signed.dll", ExtendedTrustedKeys));
@@ -202,10 +200,10 @@ TEST_F(SignedFiles, SignaturesCanBeReadOnSeveralThreadsAtOnce) {
 
 TEST_F(SignedFiles, AMissingFileAFolderAndInvalidContentHaveNoSignatures) {
   const TempFolder folder;
-  WriteWholeFile(folder.File(L"rubbish.dll"), "MZ no program");
+  WriteWholeFile(folder.File(L"invalid.dll"), "MZ invalid");
   WriteWholeFile(folder.File(L"empty.dll"), "");
   for (const std::wstring& path : {folder.File(L"missing.dll"), folder.Path(),
-                                   folder.File(L"rubbish.dll"), folder.File(L"empty.dll")}) {
+                                   folder.File(L"invalid.dll"), folder.File(L"empty.dll")}) {
     EXPECT_TRUE(Helper::GetSignatures(path.c_str(), false).empty());
   }
 }

@@ -1,3 +1,5 @@
+#include "security/trust/zq_authenticode_helper.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -5,7 +7,6 @@
 #include <stdexcept>
 
 #include "security/trust/fake_trust.h"
-#include "security/trust/zq_authenticode_helper.h"
 #include "support/log_capture.h"
 
 using namespace TestSupport;
@@ -28,42 +29,44 @@ CERT_NAME_BLOB BlobOf(std::vector<std::uint8_t>& bytes) {
   return {static_cast<DWORD>(bytes.size()), bytes.data()};
 }
 
-// What the fake name conversion was told, and what it answers.
-DWORD toldChars = 0;
-DWORD toldFormat = 0;
-DWORD toldEncoding = 0;
+// The arguments of the last fake name conversion.
+DWORD passedChars = 0;
+DWORD passedFormat = 0;
+DWORD passedEncoding = 0;
 
 DWORD WINAPI FailingNameToStr(DWORD, PCERT_NAME_BLOB, DWORD, LPWSTR, DWORD) { return 0; }
 
+/// Writes nothing and reports success.
 DWORD WINAPI IdleNameToStr(DWORD, PCERT_NAME_BLOB, DWORD, LPWSTR, DWORD capacity) {
   return capacity;
 }
 
+/// Fills the whole buffer, without a terminator.
 DWORD WINAPI GreedyNameToStr(DWORD encoding, PCERT_NAME_BLOB, DWORD format, LPWSTR text,
                              DWORD capacity) {
-  toldEncoding = encoding;
-  toldFormat = format;
-  toldChars = capacity;
+  passedEncoding = encoding;
+  passedFormat = format;
+  passedChars = capacity;
   for (DWORD i = 0; i < capacity; ++i) text[i] = L'x';
   return capacity;
 }
 
-// A block size that nothing else in a test asks for: a name of 70,001 bytes, four characters for
-// each, the terminator of the call and one of the reader's own.
+// A block size that only GetNameText requests: for a name of 70,001 bytes, four characters each, a
+// terminator written by the call and one written by GetNameText.
 constexpr DWORD kRareNameBytes = 70001;
 constexpr std::size_t kRareBlockBytes = (4 * kRareNameBytes + 2) * sizeof(wchar_t);
 
 void* rareBlock = nullptr;
-bool refuseRareBlock = false;
+bool failRareBlock = false;
 int rareBlockFrees = 0;
 void* (*realMalloc)(std::size_t) = nullptr;
 void (*realFree)(void*) = nullptr;
 
 void* FakeMalloc(std::size_t size) {
   if (size != kRareBlockBytes) return realMalloc(size);
-  if (refuseRareBlock) return nullptr;
+  if (failRareBlock) return nullptr;
   rareBlock = realMalloc(size);
-  // Nothing that the code did not write passes for an end of text.
+  // So that unwritten memory has no terminator.
   if (rareBlock != nullptr) std::memset(rareBlock, 0x41, size);
   return rareBlock;
 }
@@ -78,7 +81,7 @@ struct FakeHeap {
     realMalloc = malloc_.Original<void*(std::size_t)>();
     realFree = free_.Original<void(void*)>();
     rareBlock = nullptr;
-    refuseRareBlock = false;
+    failRareBlock = false;
     rareBlockFrees = 0;
   }
 
@@ -118,7 +121,7 @@ TEST(GetSignerDescriptor, LogsTheSubjectOnceAndNothingElse) {
 TEST(GetSignerDescriptor, ReadsTheIssuerAndDropsIt) {
   FakeTrust trust;
   FakeSignature signature;
-  signature.issuer = L"CN=Somebody else, O=Authority";
+  signature.issuer = L"CN=Other, O=Authority";
   const SignatureList signatures = Read(trust, signature);
   EXPECT_EQ(signatures[0].issuer, L"");
   EXPECT_EQ(signatures[0].organization, L"");
@@ -187,16 +190,16 @@ TEST(GetNameText, RequestsUnquotedNamesOnSeparateLines) {
   const Standin::ImportPatch greedy("CertNameToStrW", &GreedyNameToStr);
   std::vector<std::uint8_t> name(1, 0x30);
   (void)Helper::GetNameText(BlobOf(name));
-  EXPECT_EQ(toldFormat, 0x18000003u);
-  EXPECT_EQ(toldEncoding, 1u);
+  EXPECT_EQ(passedFormat, 0x18000003u);
+  EXPECT_EQ(passedEncoding, 1u);
 }
 
 TEST(GetNameText, PassesRoomForFourCharactersPerByteAndATerminator) {
   const Standin::ImportPatch greedy("CertNameToStrW", &GreedyNameToStr);
   std::vector<std::uint8_t> name(100, 0x30);
-  // The greedy call leaves no room for its own terminator.
+  // The greedy call fills the room of its own terminator too.
   EXPECT_EQ(Helper::GetNameText(BlobOf(name)).size(), 401u);
-  EXPECT_EQ(toldChars, 401u);
+  EXPECT_EQ(passedChars, 401u);
 }
 
 TEST(GetNameText, TerminatesATextThatFillsItsBlock) {
@@ -214,7 +217,7 @@ TEST(GetNameText, TerminatesATextThatFillsItsBlock) {
 TEST(GetNameText, ReturnsAnEmptyTextWhenTheCallWritesNothing) {
   const Standin::ImportPatch idle("CertNameToStrW", &IdleNameToStr);
   std::vector<std::uint8_t> name(kRareNameBytes, 0x30);
-  std::wstring text = L"not asked";
+  std::wstring text = L"unset";
   {
     const FakeHeap heap;
     text = Helper::GetNameText(BlobOf(name));
@@ -232,7 +235,7 @@ TEST(GetNameText, LogsAFailedConversionAndFreesItsBlock) {
   const Standin::ImportPatch failing("CertNameToStrW", &FailingNameToStr);
   const LogCapture log;
   std::vector<std::uint8_t> name(kRareNameBytes, 0x30);
-  std::wstring text = L"not asked";
+  std::wstring text = L"unset";
   {
     const FakeHeap heap;
     text = Helper::GetNameText(BlobOf(name));
@@ -246,17 +249,17 @@ TEST(GetNameText, LogsAFailedConversionAndFreesItsBlock) {
 
 TEST(GetNameText, LogsAFailedAllocationAndConvertsNothing) {
   const Standin::ImportPatch greedy("CertNameToStrW", &GreedyNameToStr);
-  toldChars = 0;
+  passedChars = 0;
   const LogCapture log;
   std::vector<std::uint8_t> name(kRareNameBytes, 0x30);
-  std::wstring text = L"not asked";
+  std::wstring text = L"unset";
   {
     const FakeHeap heap;
-    refuseRareBlock = true;
+    failRareBlock = true;
     text = Helper::GetNameText(BlobOf(name));
   }
   EXPECT_EQ(text, L"");
-  EXPECT_EQ(toldChars, 0u);
+  EXPECT_EQ(passedChars, 0u);
   EXPECT_EQ(log.Records(),
             (std::vector<LogRecord>{Error(L"NULL pointer returned by Malloc() to pszString.")}));
 }

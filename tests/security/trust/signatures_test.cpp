@@ -1,12 +1,11 @@
+#include "security/trust/zq_authenticode_helper.h"
+
 #include <gtest/gtest.h>
 
 #include <stdexcept>
-#include <type_traits>
 
-#include "import_patch.h"
 #include "security/trust/fake_catalogs.h"
 #include "security/trust/fake_trust.h"
-#include "security/trust/zq_authenticode_helper.h"
 #include "support/call_record.h"
 #include "support/import_watch.h"
 #include "support/log_capture.h"
@@ -18,78 +17,13 @@ using Helper = ZQAuthenticodeHelper;
 
 namespace {
 
-constexpr LONG kExpired = static_cast<LONG>(0x800B0101);
-constexpr LONG kUnknownRoot = static_cast<LONG>(0x800B0109);
-constexpr LONG kBadDigest = static_cast<LONG>(0x80096010);
-
 const wchar_t* const kPath = L"C:\\folder\\file.dll";
-
-FakeSignature Signature(LONG verdict, std::uint8_t lastKeyByte) {
-  FakeSignature signature;
-  signature.verdict = verdict;
-  signature.key = {0x30, lastKeyByte};
-  return signature;
-}
 
 std::vector<DWORD> IndexesOf(const std::vector<TrustCall>& calls) {
   std::vector<DWORD> indexes;
   for (const TrustCall& call : calls) indexes.push_back(call.index);
   return indexes;
 }
-
-DWORD fakeFileType = FILE_TYPE_DISK;
-
-DWORD WINAPI FakeFileType(HANDLE) { return fakeFileType; }
-
-/// Sees how files are opened, for as long as it lives. One at a time.
-class SeenOpens {
- public:
-  SeenOpens() {
-    current = this;
-    realOpen_ = open_.Original<std::remove_pointer_t<decltype(&CreateFileW)>>();
-    realClose_ = close_.Original<std::remove_pointer_t<decltype(&CloseHandle)>>();
-  }
-  SeenOpens(const SeenOpens&) = delete;
-  SeenOpens& operator=(const SeenOpens&) = delete;
-  ~SeenOpens() { current = nullptr; }
-
-  DWORD error = ERROR_SUCCESS;  ///< where another, each opening fails with it
-  std::vector<std::wstring> paths;
-  DWORD access = 0;
-  DWORD share = 0;
-  DWORD disposition = 0;
-  DWORD flags = 0;
-  int closed = 0;
-
- private:
-  static HANDLE WINAPI Open(LPCWSTR path, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security,
-                            DWORD disposition, DWORD flags, HANDLE templateFile) {
-    current->paths.push_back(path);
-    current->access = access;
-    current->share = share;
-    current->disposition = disposition;
-    current->flags = flags;
-    if (current->error != ERROR_SUCCESS) {
-      SetLastError(current->error);
-      return INVALID_HANDLE_VALUE;
-    }
-    current->handle_ =
-        current->realOpen_(path, access, share, security, disposition, flags, templateFile);
-    return current->handle_;
-  }
-
-  static BOOL WINAPI Close(HANDLE handle) {
-    if (handle == current->handle_) ++current->closed;
-    return current->realClose_(handle);
-  }
-
-  static inline SeenOpens* current = nullptr;
-  HANDLE handle_ = INVALID_HANDLE_VALUE;
-  decltype(&CreateFileW) realOpen_ = nullptr;
-  decltype(&CloseHandle) realClose_ = nullptr;
-  Standin::ImportPatch open_{"CreateFileW", &Open};
-  Standin::ImportPatch close_{"CloseHandle", &Close};
-};
 
 std::vector<std::string> KeysOf(const SignatureList& signatures) {
   std::vector<std::string> keys;
@@ -100,7 +34,7 @@ std::vector<std::string> KeysOf(const SignatureList& signatures) {
 }  // namespace
 
 TEST(GetSignatures, ReturnsNothingForANullPathWithoutASystemCall) {
-  const TestSupport::ImportWatch watch;
+  const ImportWatch watch;
   EXPECT_TRUE(Helper::GetSignatures(nullptr, false).empty());
   EXPECT_TRUE(Helper::GetSignatures(nullptr, true).empty());
   EXPECT_TRUE(watch.Calls().empty());
@@ -149,13 +83,13 @@ TEST(GetSignatures, VisitsThePrimaryAndAllNestedSignatures) {
 
 TEST(GetSignatures, ClosesEachStateBeforeTheNextVerification) {
   FakeTrust trust;
-  trust.embedded = {Signature(0, 1), Signature(kBadDigest, 2), Signature(0, 3)};
+  trust.embedded = {Signature(0, 1), Signature(kBadDigestVerdict, 2), Signature(0, 3)};
   (void)Helper::GetSignatures(kPath, false);
 
   ASSERT_EQ(trust.calls.size(), 6u);
   for (std::size_t i = 0; i < 6; i += 2) {
     EXPECT_EQ(trust.calls[i].stateAction, 1u);
-    EXPECT_FALSE(trust.calls[i].hasState) << "the handle is cleared after the close";
+    EXPECT_FALSE(trust.calls[i].hasState) << "the previous close must clear the handle";
     EXPECT_EQ(trust.calls[i + 1].stateAction, 2u);
     EXPECT_TRUE(trust.calls[i + 1].hasState);
   }
@@ -173,7 +107,8 @@ TEST(GetSignatures, ClosesTheStateWhenReadingTheSignerThrows) {
 
 TEST(GetSignatures, ListsVerifiedExpiredAndUntrustedRootWithTheirVerdicts) {
   FakeTrust trust;
-  trust.embedded = {Signature(0, 1), Signature(kExpired, 2), Signature(kUnknownRoot, 3)};
+  trust.embedded = {Signature(0, 1), Signature(kExpiredVerdict, 2),
+                    Signature(kUntrustedRootVerdict, 3)};
   const SignatureList signatures = Helper::GetSignatures(kPath, false);
   ASSERT_EQ(signatures.size(), 3u);
   EXPECT_EQ(signatures[0].verifyResult, 0u);
@@ -183,7 +118,7 @@ TEST(GetSignatures, ListsVerifiedExpiredAndUntrustedRootWithTheirVerdicts) {
 
 TEST(GetSignatures, SkipsOtherVerdictsAndContinues) {
   FakeTrust trust;
-  trust.embedded = {Signature(kBadDigest, 1), Signature(1, 2), Signature(0, 3)};
+  trust.embedded = {Signature(kBadDigestVerdict, 1), Signature(1, 2), Signature(0, 3)};
   EXPECT_EQ(KeysOf(Helper::GetSignatures(kPath, false)), (std::vector<std::string>{"30 03"}));
   EXPECT_EQ(trust.VerifyCalls().size(), 3u);
 }
@@ -205,9 +140,9 @@ TEST(GetSignatures, KeepsTheCountWhenALaterVerificationWritesNone) {
 }
 
 TEST(GetSignatures, ReadsTheCountBeforeTheStateIsClosed) {
-  // The close of the fake writes over the settings: a count read after it would visit 64.
+  // The fake close overwrites the settings: a count that is read after it would give 64 visits.
   FakeTrust trust;
-  trust.embedded = {Signature(0, 1), Signature(kBadDigest, 2), Signature(0, 3)};
+  trust.embedded = {Signature(0, 1), Signature(kBadDigestVerdict, 2), Signature(0, 3)};
   (void)Helper::GetSignatures(kPath, false);
   EXPECT_EQ(IndexesOf(trust.VerifyCalls()), (std::vector<DWORD>{0, 1, 2}));
 }
@@ -246,7 +181,7 @@ TEST(GetSignatures, VerifiesEachSignatureOfACatalog) {
   const std::wstring path = folder.File(L"listed.exe");
   WriteWholeFile(path, "content");
   FakeTrust trust;
-  trust.byCatalog = {Signature(0, 1), Signature(kUnknownRoot, 2)};
+  trust.byCatalog = {Signature(0, 1), Signature(kUntrustedRootVerdict, 2)};
   FakeCatalogs catalogs;
   catalogs.catalogs = {L"C:\\catalogs\\first.cat", L"C:\\catalogs\\second.cat"};
 
@@ -269,7 +204,8 @@ TEST(GetSignatures, ReadsSubjectThenIssuerBetweenVerificationAndClose) {
   const LogCapture log(record);
   FakeTrust trust;
   trust.record = &record;
-  trust.embedded = {Signature(0, 1), Signature(kBadDigest, 2), Signature(kUnknownRoot, 3)};
+  trust.embedded = {Signature(0, 1), Signature(kBadDigestVerdict, 2),
+                    Signature(kUntrustedRootVerdict, 3)};
   (void)Helper::GetSignatures(kPath, false);
   EXPECT_EQ(record.Lines(), (std::vector<std::string>{
                                 "verify embedded 0", "provider", "signer", "certificate", "subject",
@@ -286,7 +222,7 @@ TEST(GetSignatures, HashesThenFindsTheCatalogThenVerifiesThenReleasesItsContext)
   CallRecord record;
   FakeTrust trust;
   trust.record = &record;
-  trust.byCatalog = {Signature(0, 1), Signature(kBadDigest, 2)};
+  trust.byCatalog = {Signature(0, 1), Signature(kBadDigestVerdict, 2)};
   FakeCatalogs catalogs;
   catalogs.record = &record;
   catalogs.catalogs = {L"C:\\catalogs\\first.cat"};
@@ -368,107 +304,4 @@ TEST(GetAllSignatures, ReadsTheSignaturesAnewOnEachCall) {
   EXPECT_EQ(Helper::GetAllSignatures(kPath).size(), 1u);
   trust.embedded.clear();
   EXPECT_TRUE(Helper::GetAllSignatures(kPath).empty());
-}
-
-// What is no file on a disk has no signatures, and the system is not asked to verify it.
-
-TEST(GetSignatures, ReturnsNothingForAPipeOrADeviceWithoutOpeningOrVerifyingIt) {
-  FakeTrust trust;
-  trust.embedded = {Signature(0, 1)};
-  trust.byCatalog = {Signature(0, 1)};
-  FakeCatalogs catalogs;
-  catalogs.catalogs = {L"C:\\catalogs\\first.cat"};
-  const SeenOpens opens;
-  for (const wchar_t* path :
-       {L"\\\\.\\pipe\\trust-test", L"//./PIPE/trust-test", L"\\\\?\\pipe\\trust-test",
-        L"\\\\server\\pipe\\trust-test", L"\\\\?\\UNC\\server\\pipe\\trust-test",
-        L"\\\\.\\mailslot\\trust-test", L"\\\\.\\x\\..\\pipe\\trust-test",
-        L"\\\\?\\pipe\\..\\C:\\trust-test", L"\\\\.\\COM1", L"\\\\.\\NUL", L"NUL", L"nul", L"CON",
-        L"COM1", L"COM1:", L"\\\\.\\C:", L"\\\\.\\PhysicalDrive0"}) {
-    EXPECT_TRUE(Helper::GetAllSignatures(path).empty()) << testing::PrintToString(path);
-  }
-  EXPECT_TRUE(trust.calls.empty());
-  EXPECT_EQ(catalogs.Count("hash size"), 0);
-  EXPECT_TRUE(opens.paths.empty());
-}
-
-TEST(GetSignatures, VerifiesATooLongPathUnlessItNamesAPipe) {
-  FakeTrust trust;
-  trust.embedded = {Signature(0, 1)};
-  const std::wstring tail(40000, L'a');
-  EXPECT_TRUE(Helper::GetSignatures((L"\\\\.\\pipe\\" + tail).c_str(), false).empty());
-  EXPECT_TRUE(trust.calls.empty());
-  EXPECT_EQ(Helper::GetSignatures((L"C:\\" + tail).c_str(), false).size(), 1u);
-}
-
-TEST(GetSignatures, ReturnsNothingForAReservedNameThatTheSystemMakesADevice) {
-  FakeTrust trust;
-  trust.embedded = {Signature(0, 1)};
-  for (const wchar_t* path : {L"COM1.dll", L"C:\\folder\\NUL.txt", L"aux.dll"}) {
-    wchar_t full[MAX_PATH] = {};
-    GetFullPathNameW(path, MAX_PATH, full, nullptr);
-    const bool isDevice = std::wstring(full).rfind(L"\\\\.\\", 0) == 0;
-    trust.calls.clear();
-    EXPECT_EQ(Helper::GetSignatures(path, false).empty(), isDevice);
-    EXPECT_EQ(trust.calls.empty(), isDevice);
-  }
-}
-
-TEST(GetSignatures, ReturnsNothingForAHandleThatIsNoDiskFileWithoutVerifyingIt) {
-  // As with a link or a drive letter that leads to a pipe: only the handle tells.
-  const TempFolder folder;
-  const std::wstring path = folder.File(L"looks.dll");
-  WriteWholeFile(path, "content");
-  for (const DWORD type : {FILE_TYPE_PIPE, FILE_TYPE_CHAR, FILE_TYPE_REMOTE, FILE_TYPE_UNKNOWN}) {
-    FakeTrust trust;
-    trust.embedded = {Signature(0, 1)};
-    trust.byCatalog = {Signature(0, 1)};
-    FakeCatalogs catalogs;
-    catalogs.catalogs = {L"C:\\catalogs\\first.cat"};
-    fakeFileType = type;
-    const Standin::ImportPatch patch("GetFileType", &FakeFileType);
-    EXPECT_TRUE(Helper::GetAllSignatures(path.c_str()).empty()) << type;
-    EXPECT_TRUE(trust.calls.empty()) << type;
-    fakeFileType = FILE_TYPE_DISK;
-    EXPECT_EQ(Helper::GetAllSignatures(path.c_str()).size(), 2u);
-  }
-}
-
-TEST(GetSignatures, ReturnsNothingForABusyPipeThatOnlyOpeningReveals) {
-  FakeTrust trust;
-  trust.embedded = {Signature(0, 1)};
-  SeenOpens opens;
-  opens.error = ERROR_PIPE_BUSY;
-  EXPECT_TRUE(Helper::GetSignatures(L"C:\\folder\\link.dll", false).empty());
-  EXPECT_TRUE(trust.calls.empty());
-  opens.error = ERROR_ACCESS_DENIED;
-  EXPECT_EQ(Helper::GetSignatures(L"C:\\folder\\link.dll", false).size(), 1u)
-      << "nothing is known of a file that cannot be opened: the system's call decides";
-}
-
-TEST(GetSignatures, OpensTheFileForAttributesOnlyAtIdentificationLevel) {
-  const TempFolder folder;
-  const std::wstring path = folder.File(L"plain.dll");
-  WriteWholeFile(path, "content");
-  FakeTrust trust;
-  trust.embedded = {Signature(0, 1)};
-  const SeenOpens opens;
-  EXPECT_EQ(Helper::GetSignatures(path.c_str(), false).size(), 1u);
-  EXPECT_EQ(opens.paths, (std::vector<std::wstring>{path}));
-  EXPECT_EQ(opens.access, 0x80u);     // FILE_READ_ATTRIBUTES
-  EXPECT_EQ(opens.share, 7u);         // read, write and delete
-  EXPECT_EQ(opens.disposition, 3u);   // OPEN_EXISTING
-  EXPECT_EQ(opens.flags, 0x110000u);  // SECURITY_SQOS_PRESENT, SECURITY_IDENTIFICATION
-  EXPECT_EQ(opens.closed, 1) << "before the verification ends";
-}
-
-TEST(GetSignatures, TreatsANetworkPathLikeAnyOther) {
-  FakeTrust trust;
-  trust.embedded = {Signature(0, 1)};
-  SeenOpens opens;
-  opens.error = ERROR_BAD_NETPATH;  // and no server is reached
-  const std::wstring path = L"\\\\server\\share\\file.dll";
-  EXPECT_EQ(Helper::GetSignatures(path.c_str(), false).size(), 1u);
-  EXPECT_EQ(opens.paths, (std::vector<std::wstring>{path}));
-  EXPECT_EQ(trust.calls.front().path, path);
 }

@@ -1,3 +1,5 @@
+#include "security/trust/zq_authenticode_helper.h"
+
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -5,7 +7,6 @@
 #include "security/trust/catalog_member.h"
 #include "security/trust/fake_catalogs.h"
 #include "security/trust/wintrust_layout.h"
-#include "security/trust/zq_authenticode_helper.h"
 #include "support/log_capture.h"
 #include "support/temp_folder.h"
 
@@ -15,7 +16,7 @@ using Helper = ZQAuthenticodeHelper;
 
 namespace {
 
-// 00, 07, 0E, ... D9 in upper case, worked out by hand from the fake hash.
+// The fake hash 00, 07, 0E, ... D9 in upper case, worked out by hand.
 const wchar_t* const kFakeTag = L"00070E151C232A31383F464D545B626970777E858C939AA1A8AFB6BDC4CBD2D9";
 
 class GetSecurityCatalogInfo : public testing::Test {
@@ -27,11 +28,14 @@ class GetSecurityCatalogInfo : public testing::Test {
     std::memset(&untouched_, 0x5A, sizeof(untouched_));
   }
 
-  std::int32_t Ask() { return Helper::GetSecurityCatalogInfo(path_.c_str(), data_); }
+  [[nodiscard]] std::int32_t FindCatalog() {
+    return Helper::GetSecurityCatalogInfo(path_.c_str(), data_);
+  }
 
-  // 0, nothing left over, `data_` as it was, and exactly these lines behind the first.
+  // The result is 0, nothing is open, `data_` is unchanged, and the log is the first line and
+  // `lines`.
   void ExpectRefusal(const std::vector<LogRecord>& lines) {
-    EXPECT_EQ(Ask(), 0);
+    EXPECT_EQ(FindCatalog(), 0);
     EXPECT_EQ(std::memcmp(&data_, &untouched_, sizeof(data_)), 0);
     EXPECT_EQ(catalogs_.openContexts, 0);
     EXPECT_EQ(catalogs_.openCatalogs, 0);
@@ -55,7 +59,7 @@ class GetSecurityCatalogInfo : public testing::Test {
 }  // namespace
 
 TEST_F(GetSecurityCatalogInfo, FillsTheDataForAListedFile) {
-  ASSERT_EQ(Ask(), 1);
+  ASSERT_EQ(FindCatalog(), 1);
   const UniqueCatalogInfo info(data_.pCatalog);
   EXPECT_EQ(data_.cbStruct, 88u);
   EXPECT_EQ(data_.pPolicyCallbackData, nullptr);
@@ -72,7 +76,7 @@ TEST_F(GetSecurityCatalogInfo, FillsTheDataForAListedFile) {
 }
 
 TEST_F(GetSecurityCatalogInfo, DescribesTheFileAsAMemberOfItsFirstCatalog) {
-  ASSERT_EQ(Ask(), 1);
+  ASSERT_EQ(FindCatalog(), 1);
   const UniqueCatalogInfo info(data_.pCatalog);
   EXPECT_EQ(info->cbStruct, 72u);
   EXPECT_EQ(info->dwCatalogVersion, 0u);
@@ -87,15 +91,15 @@ TEST_F(GetSecurityCatalogInfo, DescribesTheFileAsAMemberOfItsFirstCatalog) {
 }
 
 TEST_F(GetSecurityCatalogInfo, UsesTheHashIn64UpperCaseDigitsAsMemberTag) {
-  ASSERT_EQ(Ask(), 1);
+  ASSERT_EQ(FindCatalog(), 1);
   const UniqueCatalogInfo info(data_.pCatalog);
   EXPECT_STREQ(info->pcwszMemberTag, kFakeTag);
   EXPECT_EQ(std::wstring(info->pcwszMemberTag).size(), 64u);
-  EXPECT_EQ(catalogs_.askedHash, catalogs_.hash);
+  EXPECT_EQ(catalogs_.queriedHash, catalogs_.hash);
 }
 
 TEST_F(GetSecurityCatalogInfo, ReleasesTheCatalogAtOnceAndTheContextWithTheResult) {
-  ASSERT_EQ(Ask(), 1);
+  ASSERT_EQ(FindCatalog(), 1);
   UniqueCatalogInfo info(data_.pCatalog);
   EXPECT_EQ(catalogs_.calls, (std::vector<std::string>{"acquire", "hash size", "hash", "enum",
                                                        "info", "release catalog"}));
@@ -107,7 +111,7 @@ TEST_F(GetSecurityCatalogInfo, ReleasesTheCatalogAtOnceAndTheContextWithTheResul
 
 TEST_F(GetSecurityCatalogInfo, CutsACatalogPathWithoutTerminatorAt259Characters) {
   catalogs_.fillWholePath = true;
-  ASSERT_EQ(Ask(), 1);
+  ASSERT_EQ(FindCatalog(), 1);
   const UniqueCatalogInfo info(data_.pCatalog);
   EXPECT_EQ(std::wstring(info->pcwszCatalogFilePath), std::wstring(259, L'x'));
 }
@@ -124,14 +128,14 @@ TEST_F(GetSecurityCatalogInfo, LogsTheErrorOfAFailedContext) {
 TEST_F(GetSecurityCatalogInfo, DoesNotReleaseAContextThatAFailedCallLeft) {
   catalogs_.failAcquire = true;
   catalogs_.leaveHandleOnFailure = true;
-  EXPECT_EQ(Ask(), 0);
+  EXPECT_EQ(FindCatalog(), 0);
   EXPECT_EQ(catalogs_.calls, (std::vector<std::string>{"acquire"}));
 }
 
 TEST_F(GetSecurityCatalogInfo, TreatsANullContextAsAFailure) {
   catalogs_.acquireNull = true;
   SetLastError(6);
-  EXPECT_EQ(Ask(), 0);
+  EXPECT_EQ(FindCatalog(), 0);
   EXPECT_EQ(catalogs_.calls, (std::vector<std::string>{"acquire"}));
 }
 

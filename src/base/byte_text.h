@@ -11,3 +11,10 @@ std::wstring WidenBytes(const char* begin, const char* end);
 std::string NarrowChars(const wchar_t* begin, const wchar_t* end);
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf
+
+namespace Zq::Gantry::Server::Services {
+
+/// Without operations; the name is part of the library's interface.
+class StringUtils {};
+
+}  // namespace Zq::Gantry::Server::Services

@@ -4,6 +4,10 @@
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
+bool operator<(const DateTime& left, const DateTime& right) {
+  return InstantOf(left) < InstantOf(right);
+}
+
 // The statics are handed out and overwritten; one for each thread, since the daily pass and the
 // host's threads ask at the same time.
 DateTime* GetCurrentDateTime() {

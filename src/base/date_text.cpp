@@ -7,7 +7,6 @@
 #include <locale>
 #include <sstream>
 
-#include "base/broken_down_time.h"
 #include "base/local_calendar.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {

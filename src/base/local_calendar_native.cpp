@@ -2,8 +2,6 @@
 
 #include <ctime>
 
-#include "base/broken_down_time.h"
-
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
 namespace {

@@ -2,8 +2,6 @@
 
 #include <time.h>
 
-#include "base/broken_down_time.h"
-
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
 std::int64_t CurrentInstant() { return _time64(nullptr); }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -19,5 +20,12 @@ std::optional<bool> TryIsPlainFile(const std::wstring& path);
 
 /// Makes the folder and all above it. True where it is there in the end.
 bool CreateDirectoryTree(const std::wstring& path);
+
+/// Whether a path with these attributes (GetFileAttributesW) is a link of any kind; none for a
+/// reparse point whose tag cannot be read.
+std::optional<bool> TryIsLink(const std::wstring& path, std::uint32_t attributes);
+
+/// The same; a reparse point whose tag cannot be read counts as a link.
+bool IsLink(const std::wstring& path, std::uint32_t attributes);
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

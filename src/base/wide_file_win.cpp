@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include "base/link_check.h"
+#include "base/plain_file.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 

@@ -70,6 +70,14 @@ WattleafHelper::~WattleafHelper() {
   UnloadCollector();
 }
 
+std::string WattleafHelper::GetDevicePath(std::string drive) {
+  std::array<char, 1024> buffer{};
+  const auto capacity = static_cast<DWORD>(buffer.size());
+  if (QueryDosDeviceA(drive.c_str(), buffer.data(), capacity) == 0) return {};
+  buffer.back() = '\0';
+  return buffer.data();  // the first of several texts
+}
+
 bool WattleafHelper::IsDataChanged() { return dataChanged.load(std::memory_order_relaxed); }
 
 bool WattleafHelper::IsDataAvailable() { return dataAvailable.load(std::memory_order_relaxed); }

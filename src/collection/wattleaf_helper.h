@@ -10,7 +10,7 @@
 #include <thread>
 #include <vector>
 
-#include "base/date_time.h"
+#include "base/calendar.h"
 #include "base/json_document.h"
 #include "catalogue/installed_apps.h"
 #include "collection/collector_status.h"

@@ -9,7 +9,6 @@
 
 #include "base/calendar.h"
 #include "base/date_text.h"
-#include "base/device_path.h"
 #include "base/plain_file.h"
 #include "collection/wattleaf_helper.h"
 #include "ledger/day_energy.h"
@@ -78,8 +77,6 @@ void AnswerOrLog(std::wstring& result, const wchar_t* message, MakeText makeText
 }
 
 }  // namespace
-
-std::string WattleafHelper::GetDevicePath(std::string drive) { return QueryDevicePath(drive); }
 
 GenericDocument* WattleafHelper::GetJsonFromDate(const DateTime& day) {
   const std::wstring encrypted = EncryptedSamplePath(collectionPath, day);

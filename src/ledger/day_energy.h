@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/date_time.h"
+#include "base/calendar.h"
 #include "ledger/sample_files.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {

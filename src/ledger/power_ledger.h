@@ -5,7 +5,6 @@
 #include <map>
 
 #include "base/calendar.h"
-#include "base/date_time.h"
 #include "base/json_document.h"
 
 // The ledger of daily energy: which days are worked out, and its form on disk, an array of objects

@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "base/date_text.h"
-#include "base/json_member.h"
+#include "base/json_document.h"
 #include "base/local_calendar.h"
 #include "ledger/energy_arithmetic.h"
 

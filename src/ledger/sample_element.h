@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "base/date_time.h"
+#include "base/calendar.h"
 #include "base/json_document.h"
 
 // One element of a day's list of samples, read with care: the data folder is written by others.

@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "base/date_time.h"
+#include "base/calendar.h"
 #include "base/json_document.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {

@@ -3,7 +3,7 @@
 #include <functional>
 #include <string>
 
-#include "base/date_time.h"
+#include "base/calendar.h"
 #include "base/json_document.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {

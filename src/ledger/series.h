@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "base/date_time.h"
+#include "base/calendar.h"
 #include "ledger/power_ledger.h"
 
 // The data of the three charts, in chart order: the oldest entry first.

@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "base/date_time.h"
+#include "base/calendar.h"
 #include "reports/power_budget.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {

@@ -3,7 +3,7 @@
 #include <string_view>
 
 #include "base/date_text.h"
-#include "base/json_member.h"
+#include "base/json_document.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 

@@ -8,7 +8,7 @@
 
 #include "base/byte_text.h"
 #include "base/date_text.h"
-#include "base/json_member.h"
+#include "base/json_document.h"
 #include "catalogue/app_identity.h"
 #include "reports/power_store.h"
 

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "base/date_time.h"
+#include "base/calendar.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 

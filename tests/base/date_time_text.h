@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <string>
 
-#include "base/date_time.h"
+#include "base/calendar.h"
 
 namespace TestSupport {
 

@@ -5,7 +5,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "base/date_time.h"
+#include "base/calendar.h"
 #include "base/local_calendar.h"
 
 // The clock changes of 2025 in the two zones in which the zone tests run. Both days are Sundays,

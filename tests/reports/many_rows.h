@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <string>
 
-#include "base/date_time.h"
+#include "base/calendar.h"
 
 // Reports and stores of any number of rows, for measurements.
 namespace TestSupport {

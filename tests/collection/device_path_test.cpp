@@ -1,14 +1,13 @@
-#include "base/device_path.h"
-
 #include <windows.h>
 
 #include <cstring>
 
 #include <gtest/gtest.h>
 
+#include "collection/open_helper.h"
 #include "import_patch.h"
 
-using namespace Zq::Gantry::Server::Services::Wattleaf;
+using TestSupport::OpenHelper;
 
 namespace {
 
@@ -32,22 +31,22 @@ DWORD WINAPI FillWithoutATerminator(const char*, char* buffer, DWORD capacity) {
 
 }  // namespace
 
-TEST(QueryDevicePath, ReturnsTheDeviceOfADrive) {
-  EXPECT_EQ(QueryDevicePath("C:").substr(0, 8), "\\Device\\");
+TEST(GetDevicePath, ReturnsTheDeviceOfADrive) {
+  EXPECT_EQ(OpenHelper().GetDevicePath("C:").substr(0, 8), "\\Device\\");
 }
 
-TEST(QueryDevicePath, ReturnsTheFirstOfSeveralTexts) {
+TEST(GetDevicePath, ReturnsTheFirstOfSeveralTexts) {
   const Standin::ImportPatch patch("QueryDosDeviceA", &ReturnTwoTexts);
-  EXPECT_EQ(QueryDevicePath("C:"), "\\Device\\First");
+  EXPECT_EQ(OpenHelper().GetDevicePath("C:"), "\\Device\\First");
 }
 
-TEST(QueryDevicePath, IsEmptyForAMissingDrive) {
-  EXPECT_EQ(QueryDevicePath("no drive:"), "");
+TEST(GetDevicePath, IsEmptyForAMissingDrive) {
+  EXPECT_EQ(OpenHelper().GetDevicePath("no drive:"), "");
   const Standin::ImportPatch patch("QueryDosDeviceA", &FailWithGarbage);
-  EXPECT_EQ(QueryDevicePath("C:"), "");
+  EXPECT_EQ(OpenHelper().GetDevicePath("C:"), "");
 }
 
-TEST(QueryDevicePath, TruncatesAnUnterminatedAnswerToItsBuffer) {
+TEST(GetDevicePath, TruncatesAnUnterminatedAnswerToItsBuffer) {
   const Standin::ImportPatch patch("QueryDosDeviceA", &FillWithoutATerminator);
-  EXPECT_EQ(QueryDevicePath("C:"), std::string(1023, 'x'));
+  EXPECT_EQ(OpenHelper().GetDevicePath("C:"), std::string(1023, 'x'));
 }

@@ -12,13 +12,10 @@
 #include "base/plain_file.h"
 #include "collection/wattleaf_helper.h"
 #include "ledger/day_energy.h"
-#include "ledger/figures.h"
-#include "ledger/hourly_energy.h"
 #include "ledger/power_ledger.h"
 #include "ledger/sample_files.h"
 #include "ledger/sample_reader.h"
 #include "ledger/series.h"
-#include "ledger/series_text.h"
 #include "logging/trace_logger.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {

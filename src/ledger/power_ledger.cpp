@@ -5,7 +5,7 @@
 #include "base/date_text.h"
 #include "base/json_document.h"
 #include "base/local_calendar.h"
-#include "ledger/energy_arithmetic.h"
+#include "ledger/sample_energy.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
@@ -60,6 +60,8 @@ void LoadElement(const rapidjson::Value& element, const DateTime& oldest, PowerL
   if (oldest < day) ledger[day] = NarrowToFloat(value->GetDouble());
 }
 
+constexpr int kAveragedDays = 7;
+
 }  // namespace
 
 DateTime OldestDay(const DateTime& today) { return ShiftKeepingHour(today, -kRetentionSeconds); }
@@ -96,5 +98,18 @@ GenericDocument LedgerDocument(const PowerLedger& ledger) {
   }
   return document;
 }
+
+float AverageDayEnergyWh(const DateTime& today, const PowerLedger& ledger) {
+  float sumWh = 0.0F;
+  DateTime day = today;
+  for (int i = 0; i < kAveragedDays; ++i) {
+    const auto entry = ledger.find(day);
+    if (entry != ledger.end()) sumWh += entry->second;
+    day = ShiftKeepingHour(day, -kSecondsPerDay);
+  }
+  return FiniteOrZero(sumWh / static_cast<float>(kAveragedDays));
+}
+
+float TreesSaved(float averageWh) { return averageWh * 365.0F * 3.0F / 1000.0F / 300.0F; }
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

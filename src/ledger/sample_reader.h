@@ -8,6 +8,12 @@
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
+/// Writes the plain copy of an encrypted sample file beside it: Base64 text around a blob of the
+/// data protection interface at machine scope. A file that cannot be read, decoded or opened, or is
+/// larger than kLargestDataFileBytes, leaves no copy; nothing is logged.
+/// Kept on purpose: always false, whatever happened; ask for the copy instead.
+bool DecryptSampleFile(const std::wstring& path);
+
 /// One day's samples from the data folder: decrypts that day's file, reads the plain copy and
 /// deletes it. The caller owns the document: an empty array for a day without readable samples,
 /// null for a copy that does not parse. `beforeDecrypting` gets the path of an encrypted file that

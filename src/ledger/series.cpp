@@ -1,10 +1,16 @@
 #include "ledger/series.h"
 
+#include <rapidjson/stringbuffer.h>
+#include <rapidjson/writer.h>
+
 #include <algorithm>
 
+#include "base/byte_text.h"
 #include "base/calendar.h"
 #include "base/date_text.h"
+#include "base/json_document.h"
 #include "base/local_calendar.h"
+#include "ledger/sample_energy.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
@@ -45,6 +51,39 @@ std::string MonthLabel(DateTime now, int month, int year) {
   return FormatDateTime(now, "%b");
 }
 
+using Allocator = GenericDocument::AllocatorType;
+
+double ShownEnergy(const SeriesEntry& entry) {
+  return static_cast<double>(FiniteOrZero(entry.energyWh));
+}
+
+rapidjson::Value RangeOf(const Series& series, Allocator& allocator) {
+  double smallest = series.empty() ? 0.0 : ShownEnergy(series.front());
+  double largest = smallest;
+  for (const SeriesEntry& entry : series) {
+    const double energy = ShownEnergy(entry);
+    if (energy <= smallest) smallest = energy;
+    if (energy >= largest) largest = energy;
+  }
+  rapidjson::Value range(rapidjson::kArrayType);
+  range.PushBack(smallest, allocator);
+  range.PushBack(largest, allocator);
+  return range;
+}
+
+rapidjson::Value EntriesOf(const Series& series, const char* labelKey, Allocator& allocator) {
+  rapidjson::Value entries(rapidjson::kArrayType);
+  for (const SeriesEntry& entry : series) {
+    rapidjson::Value label(entry.label.c_str(),
+                           static_cast<rapidjson::SizeType>(entry.label.size()), allocator);
+    rapidjson::Value object(rapidjson::kObjectType);
+    object.AddMember(rapidjson::StringRef(labelKey), label, allocator);
+    object.AddMember("Value", ShownEnergy(entry), allocator);
+    entries.PushBack(object, allocator);
+  }
+  return entries;
+}
+
 }  // namespace
 
 Series HourSeries(int hourNow, const std::map<int, float>& yesterday,
@@ -81,6 +120,18 @@ Series MonthSeries(const DateTime& today, const DateTime& now, const PowerLedger
   }
   std::reverse(series.begin(), series.end());
   return series;
+}
+
+std::wstring SeriesText(const Series& series, const char* labelKey) {
+  GenericDocument document(rapidjson::kObjectType);
+  Allocator& allocator = document.GetAllocator();
+  document.AddMember("Range", RangeOf(series, allocator), allocator);
+  document.AddMember("Value", EntriesOf(series, labelKey, allocator), allocator);
+
+  rapidjson::StringBuffer buffer;
+  rapidjson::Writer<rapidjson::StringBuffer> writer(buffer);
+  document.Accept(writer);
+  return WidenBytes(buffer.GetString(), buffer.GetString() + buffer.GetSize());
 }
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

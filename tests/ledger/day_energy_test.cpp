@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "ledger/fake_days.h"
+#include "ledger/sample_energy.h"
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 using namespace TestSupport;

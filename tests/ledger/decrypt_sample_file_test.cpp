@@ -1,4 +1,4 @@
-#include "ledger/decrypt_sample_file.h"
+#include "ledger/sample_reader.h"
 
 #include <windows.h>
 

@@ -1,4 +1,4 @@
-#include "ledger/energy_arithmetic.h"
+#include "ledger/sample_energy.h"
 
 #include <gtest/gtest.h>
 

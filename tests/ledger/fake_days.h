@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "base/date_text.h"
-#include "ledger/sample_files.h"
+#include "ledger/day_energy.h"
 
 namespace TestSupport {
 

@@ -1,4 +1,4 @@
-#include "ledger/figures.h"
+#include "ledger/power_ledger.h"
 
 #include <gtest/gtest.h>
 

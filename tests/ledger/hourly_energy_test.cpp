@@ -1,4 +1,4 @@
-#include "ledger/hourly_energy.h"
+#include "ledger/day_energy.h"
 
 #include <gtest/gtest.h>
 

@@ -6,7 +6,6 @@
 
 #include "base/zone_days.h"
 #include "ledger/fake_days.h"
-#include "ledger/figures.h"
 #include "ledger/power_ledger.h"
 
 // The ledger around the days on which clocks change. Each step moves by 86400 seconds and restores

@@ -2,7 +2,7 @@
 
 #include "ledger/day_energy.h"
 #include "ledger/fake_days.h"
-#include "ledger/sample_element.h"
+#include "ledger/sample_energy.h"
 
 // Sample documents that the collector would not write: every program of the user can write to the
 // data folder.

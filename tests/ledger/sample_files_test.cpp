@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "base/date_time_text.h"
-#include "ledger/plain_copy.h"
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 using namespace std::string_literals;

@@ -1,4 +1,4 @@
-#include "ledger/series_text.h"
+#include "ledger/series.h"
 
 #include <gtest/gtest.h>
 

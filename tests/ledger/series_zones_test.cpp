@@ -7,7 +7,6 @@
 #include "base/zone_days.h"
 #include "ledger/day_energy.h"
 #include "ledger/fake_days.h"
-#include "ledger/hourly_energy.h"
 #include "ledger/series.h"
 #include "ledger/series_parts.h"
 

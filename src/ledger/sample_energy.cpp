@@ -1,12 +1,12 @@
-#include "ledger/sample_element.h"
+#include "ledger/sample_energy.h"
 
 #include <array>
+#include <cmath>
 #include <string_view>
 
 #include "base/date_text.h"
 #include "base/json_document.h"
 #include "base/local_calendar.h"
-#include "ledger/energy_arithmetic.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
@@ -18,6 +18,18 @@ constexpr char kPowerKey[] = "Power";
 constexpr std::array<std::string_view, 2> kCountedTypes{"PCM_CHARGER", "PCM_SENSOR"};
 
 }  // namespace
+
+float FiniteOrZero(float value) { return std::isfinite(value) ? value : 0.0F; }
+
+float NarrowToFloat(double value) { return FiniteOrZero(static_cast<float>(value)); }
+
+float IntervalEnergyWh(std::int64_t seconds, float watts) {
+  // Kept on purpose: a difference counts by its low 32 bits (test
+  // IntervalEnergyWh.UsesTheLow32BitsOfTheDifference).
+  const auto length = static_cast<std::int32_t>(seconds);
+  if (length < 1 || length > kLargestIntervalSeconds) return 0.0F;
+  return FiniteOrZero(static_cast<float>(length) * watts / kSecondsPerHour);
+}
 
 bool HasSamples(const GenericDocument* samples) {
   return samples != nullptr && samples->IsArray() && !samples->Empty();

@@ -3,11 +3,19 @@
 #include <array>
 #include <system_error>
 
-#include "collection/process_end.h"
+#include "platform/wmi/platform_probes.h"
+#include "platform/wmi/support_decision.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
 namespace {
+
+namespace WMI = Zq::Gantry::Server::Shared::WMI;
+
+/// Whether the process is ending, as opposed to the library being freed. True only within the
+/// library's static clean-up: by then the system has killed all other threads, and other libraries
+/// may have been cleaned up already.
+bool isProcessEnding = false;
 
 /// Directory of the process's executable, without trailing separator; empty if it has none.
 std::wstring HostDirectory() {
@@ -49,7 +57,7 @@ WattleafHelper& WattleafHelper::Instance() {
     Storage(const Storage&) = delete;
     Storage& operator=(const Storage&) = delete;
     ~Storage() {
-      if (!IsProcessEnding()) helper.~WattleafHelper();
+      if (!isProcessEnding) helper.~WattleafHelper();
     }
     WattleafHelper helper;
   };
@@ -82,4 +90,27 @@ bool WattleafHelper::IsDataChanged() { return dataChanged.load(std::memory_order
 
 bool WattleafHelper::IsDataAvailable() { return dataAvailable.load(std::memory_order_relaxed); }
 
+int WattleafHelper::IsPlatformSupported() {
+  const int known = PlatformSupportState.load(std::memory_order_relaxed);
+  if (known != WMI::kPlatformUndecided) return known;
+
+  const int decided =
+      WMI::DecidePlatformSupport(WMI::ReadBiosPlatformFlag, WMI::FindCarbonSupportOemString);
+  // The probes take long enough for the collector, or another thread, to settle the state: what
+  // was stored first stands.
+  int stored = WMI::kPlatformUndecided;
+  const bool isFirst =
+      PlatformSupportState.compare_exchange_strong(stored, decided, std::memory_order_relaxed);
+  return isFirst ? decided : stored;
+}
+
 }  // namespace Zq::Gantry::Server::Services::Wattleaf
+
+// Called before the static clean-up. On DLL_PROCESS_DETACH the system passes null if the library is
+// freed, and another pointer if the process ends. Nothing else is done here.
+extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, void* reserved) {
+  if (reason == DLL_PROCESS_DETACH) {
+    Zq::Gantry::Server::Services::Wattleaf::isProcessEnding = reserved != nullptr;
+  }
+  return TRUE;
+}

@@ -1,3 +1,5 @@
+#include "collection/wattleaf_helper.h"
+
 #include <windows.h>
 
 #include <exception>
@@ -8,7 +10,6 @@
 #include "base/byte_text.h"
 #include "base/plain_file.h"
 #include "collection/collector_status.h"
-#include "collection/wattleaf_helper.h"
 #include "logging/trace_logger.h"
 #include "platform/wmi/support_decision.h"
 #include "security/trust/trusted_keys.h"

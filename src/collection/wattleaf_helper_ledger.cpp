@@ -1,3 +1,5 @@
+#include "collection/wattleaf_helper.h"
+
 #include <io.h>
 
 #include <algorithm>
@@ -10,7 +12,6 @@
 #include "base/calendar.h"
 #include "base/date_text.h"
 #include "base/plain_file.h"
-#include "collection/wattleaf_helper.h"
 #include "ledger/day_energy.h"
 #include "ledger/power_ledger.h"
 #include "ledger/sample_files.h"

@@ -1,9 +1,10 @@
+#include "collection/wattleaf_helper.h"
+
 #include <windows.h>
 
 #include <memory>
 #include <thread>
 
-#include "collection/wattleaf_helper.h"
 #include "collection/worker_plan.h"
 #include "platform/win32/thread_handle.h"
 

@@ -1,9 +1,11 @@
+#include "collection/wattleaf_helper.h"
+
 #include <utility>
 
+#include "catalogue/desktop_apps.h"
 #include "catalogue/package_logo.h"
 #include "catalogue/package_manager.h"
 #include "catalogue/packaged_apps.h"
-#include "collection/wattleaf_helper.h"
 #include "logging/trace_logger.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
@@ -13,6 +15,13 @@ namespace {
 void LogError(const wchar_t* text) { Logging::LogManager::GetLogger()->LogError(text); }
 
 }  // namespace
+
+void WattleafHelper::LoadInstalledWin32Apps() {
+  // Filled aside: a request walks the map that it took meanwhile.
+  DesktopApps apps = *win32Apps.Current();
+  AddInstalledPrograms(apps);
+  win32Apps.Replace(std::move(apps));
+}
 
 // What the walk itself raises leaves the operation, and the catalogue stays as it was.
 void WattleafHelper::LoadInstalledUWPApps() {

@@ -1,0 +1,135 @@
+#include "collection/wattleaf_helper.h"
+
+#include <io.h>
+
+#include <cstdio>
+
+#include "base/byte_text.h"
+#include "base/calendar.h"
+#include "base/date_text.h"
+#include "base/json_document.h"
+#include "base/plain_file.h"
+#include "catalogue/app_identity.h"
+#include "catalogue/file_description.h"
+#include "catalogue/icon_export.h"
+#include "logging/trace_logger.h"
+#include "reports/power_budget.h"
+#include "reports/power_report.h"
+#include "reports/power_store.h"
+#include "reports/ranking.h"
+#include "reports/ranking_text.h"
+#include "reports/report_runner.h"
+#include "reports/report_tool.h"
+
+namespace Zq::Gantry::Server::Services::Wattleaf {
+
+namespace {
+
+/// Reads the 30-day store, holding the lock while it is open and not longer. Null for a store that
+/// is missing, no plain file, too large or no JSON.
+std::unique_ptr<GenericDocument> LoadPowerStore(const std::wstring& path, std::mutex& storeMutex) {
+  const std::lock_guard lock(storeMutex);
+  if (!IsKnownPlainFile(path)) return nullptr;
+  return std::unique_ptr<GenericDocument>(
+      LoadJsonDocument(path, kLargestPowerStoreBytes, kMostOpenStoreValues));
+}
+
+/// Writes it under the same lock. A store that cannot be opened stays as it is, and nobody is told.
+void SavePowerStore(const std::wstring& path, const GenericDocument& store,
+                    std::mutex& storeMutex) {
+  const std::lock_guard lock(storeMutex);
+  static_cast<void>(SaveJsonDocument(path, store));
+}
+
+/// Lets the exception of a negative status out, as the text's own function tells.
+void LogToolFailure(std::wstring_view literal, int status) {
+  const std::wstring text = ToolFailureText(literal, status);
+  // The text is an argument: it may end in "%" or hold "%d", and nothing follows that would fill
+  // it.
+  Logging::LogManager::GetLogger()->LogError(L"%s", text.c_str());
+}
+
+std::string LogTimeNow() { return FormatLogTime(*GetCurrentDateTime()); }
+
+/// Narrowed for the narrow calls that write icons; what lies above the low byte is lost.
+std::string NarrowDirectory(const std::wstring& directory) {
+  return NarrowChars(directory.data(), directory.data() + directory.size());
+}
+
+/// A zero would cut the path short and make another folder than the one that was asked for.
+void MakeIconDirectory(const std::wstring& directory) {
+  if (directory.empty() || directory.find(L'\0') != std::wstring::npos) return;
+  static_cast<void>(CreateDirectoryTree(directory));
+}
+
+}  // namespace
+
+void WattleafHelper::OnGetTop20PowerApps() {
+  const int status = RunReportTool(collectionPath, kPowerReportCommand);
+  if (status != 0) return LogToolFailure(kPowerReportFailure, status);
+
+  ConvertPowerLogXmltoJson();
+  // Kept on purpose: it waits for whoever holds the lock and guards nothing (test
+  // ReportRun.WaitsForAHolderOfTheLockAfterTheConversion).
+  const std::lock_guard wait(dataMutex);
+}
+
+void WattleafHelper::OnGetErrorAndWarnings() {
+  const int status = RunReportTool(collectionPath, kEnergyReportCommand);
+  if (status != 0) return LogToolFailure(kEnergyReportFailure, status);
+
+  const std::lock_guard lock(dataMutex);
+  errorsAndWarningsJson.clear();
+}
+
+// Kept on purpose: nothing fills the text and nobody reads the report, so the answer is the empty
+// list, without the lock (tests ErrorsAndWarnings.*).
+void WattleafHelper::GetErrorsAndWarnings(std::wstring& result) {
+  result = errorsAndWarningsJson.empty() ? L"[]" : errorsAndWarningsJson;
+}
+
+void WattleafHelper::ConvertPowerLogXmltoJson() {
+  const std::wstring folder = std::wstring(collectionPath) + L"\\";
+  const std::wstring reportPath = folder + kPowerReportFileName;
+  const std::wstring storePath = folder + kPowerStoreFileName;
+  const std::string devicePrefix = GetDevicePath(kSystemDrive);
+  const ReportingPeriod period(*GetCurrentDateTime(), kPowerStoreDays);
+
+  PowerLog log;
+  if (IsKnownPlainFile(reportPath)) {
+    std::printf("XML parsing started at :%s\n", LogTimeNow().c_str());
+    const auto packagedApps = uwpApps.Current();
+    DisplayNames names(devicePrefix, *packagedApps, &GetFileDescription);
+    ReadPowerReport(reportPath, period, names, log);
+    _wunlink(reportPath.c_str());
+  }
+  std::printf("XML parsing completed :%s\n", LogTimeNow().c_str());
+
+  if (const auto store = LoadPowerStore(storePath, storeMutex))
+    MergePowerStore(*store, period, log);
+  SavePowerStore(storePath, PowerStoreDocument(log), storeMutex);
+}
+
+// Whatever fails, also a status that cannot be had, leaves the result as it was, without a line.
+void WattleafHelper::GetTop20PowerApps(std::wstring& request, std::wstring& result) {
+  try {
+    const RankingRequest wanted = SplitRankingRequest(request);
+    MakeIconDirectory(wanted.iconDirectory);
+    const std::string devicePrefix = GetDevicePath(kSystemDrive);
+    const ReportingPeriod period(*GetCurrentDateTime(), wanted.days);
+
+    const std::wstring path = std::wstring(collectionPath) + L"\\" + kPowerStoreFileName;
+    const auto store = LoadPowerStore(path, storeMutex);
+    if (store == nullptr || !store->IsArray()) return;
+
+    SystemIconMaker icons(devicePrefix);
+    const auto desktopApps = win32Apps.Current();
+    const auto packagedApps = uwpApps.Current();
+    result = RankingText(RankApplications(*store, period, *desktopApps, *packagedApps,
+                                          NarrowDirectory(wanted.iconDirectory), icons));
+  } catch (...) {
+    // The client asks again.
+  }
+}
+
+}  // namespace Zq::Gantry::Server::Services::Wattleaf

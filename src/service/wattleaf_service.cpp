@@ -1,14 +1,60 @@
 #include "service/wattleaf_service.h"
 
 #include <windows.h>
+
 #include <wtsapi32.h>
+
+#include <cwchar>
+#include <memory>
+#include <string>
 
 #include "collection/wattleaf_helper.h"
 #include "logging/trace_logger.h"
+#include "wattleaf_export.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
+namespace {
+
 using Logging::LogManager;
+
+constexpr std::size_t kLongestNameChars = 64;
+
+/// What stands behind the host's opaque session handle.
+struct SessionRecord {
+  std::unique_ptr<wchar_t[]> name;
+};
+
+/// A copy of `name`. A null name and one beyond the limit are a caller's error and give an empty
+/// text: the limit is hard, and nothing is truncated.
+std::unique_ptr<wchar_t[]> CopySessionName(const wchar_t* name) {
+  const std::size_t length = name == nullptr ? 0 : wcsnlen(name, kLongestNameChars);
+  auto copy = std::make_unique<wchar_t[]>(length + 1);
+  const bool fits = length < kLongestNameChars || name[length] == L'\0';
+  if (fits && length > 0) std::char_traits<wchar_t>::copy(copy.get(), name, length);
+  return copy;
+}
+
+}  // namespace
+
+int WattleafService::StartSession(wchar_t* name, void** handle) {
+  if (handle != nullptr) {
+    auto record = std::make_unique<SessionRecord>();
+    record->name = CopySessionName(name);
+    *handle = record.release();
+  }
+  LogManager::GetLogger()->LogInfo(L"WattleafService::StartSession");
+  return 0;
+}
+
+int WattleafService::EndSession(void** handle) {
+  if (handle != nullptr && *handle != nullptr) {
+    // Kept on purpose: the host's variable is not cleared, its pointer is dead.
+    const std::unique_ptr<SessionRecord> record(static_cast<SessionRecord*>(*handle));
+  }
+  LogManager::GetLogger()->LogInfo(L"WattleafService::EndSession");
+  return 0;
+}
 
 void WattleafService::startup_task() { WattleafHelper::Instance().StartProcessing(); }
 
@@ -32,3 +78,8 @@ void WattleafService::session_change_task(unsigned long event, void*) {
 void WattleafService::control_code_task(unsigned long) {}
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf
+
+/// The exported factory; the host owns the object and destroys it through its virtual destructor.
+extern "C" WATTLEAF_API Zq::Gantry::Server::Services::ZQService* ZQCreateService() {
+  return new Zq::Gantry::Server::Services::Wattleaf::WattleafService();
+}

@@ -1,10 +1,10 @@
+#include "service/wattleaf_service.h"
+
 #include <string>
 
 #include "collection/wattleaf_helper.h"
 #include "service/command_table.h"
-#include "service/number_text.h"
-#include "service/result_block.h"
-#include "service/wattleaf_service.h"
+#include "service/result_text.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 

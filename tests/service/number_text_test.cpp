@@ -1,4 +1,4 @@
-#include "service/number_text.h"
+#include "service/result_text.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "service/result_block.h"
+#include "service/result_text.h"
 
 #include <gtest/gtest.h>
 

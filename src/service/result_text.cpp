@@ -1,7 +1,10 @@
-#include "service/number_text.h"
+#include "service/result_text.h"
 
 #include <charconv>
+#include <cstdlib>
 #include <limits>
+
+#include "service/command_table.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
@@ -24,5 +27,17 @@ std::wstring FloatToWideString(float value) {
 }
 
 std::wstring IntToWideString(int value) { return std::to_wstring(value); }
+
+bool HandOver(const std::wstring& result, wchar_t** output) {
+  const std::size_t chars = result.size() + 1;
+  if (output == nullptr || result.empty() || chars > kLargestResultChars) return false;
+
+  auto* block = static_cast<wchar_t*>(std::malloc(chars * sizeof(wchar_t)));
+  if (block == nullptr) return false;
+  result.copy(block, result.size());
+  block[result.size()] = L'\0';
+  *output = block;
+  return true;
+}
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

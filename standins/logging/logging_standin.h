@@ -1,6 +1,6 @@
 #pragma once
 
-#include "logging/logging_api.h"
+#include "logging/trace_logger.h"
 
 // Stand-in for the host's Logging.dll: what only the stand-in offers.
 namespace Standin {

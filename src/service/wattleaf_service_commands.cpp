@@ -1,5 +1,6 @@
 #include "service/wattleaf_service.h"
 
+#include <optional>
 #include <string>
 
 #include "collection/wattleaf_helper.h"
@@ -58,11 +59,12 @@ int WattleafService::ExecuteCommand(void*, unsigned int command, wchar_t* input,
                                     std::function<void(wchar_t*)>,
                                     Security::RequestConfiguration*) {
   if (input == nullptr) return kNoResult;
-  if (command < kFirstCommand || command > kLastCommand) return kUnknownCommand;
+  const std::optional<Command> known = TryCommand(command);
+  if (!known) return kUnknownCommand;
 
   std::wstring request = input;
-  const std::wstring result = RunCommand(static_cast<Command>(command), request);
-  return HandOver(result, output) ? 0 : kNoResult;
+  const std::wstring result = RunCommand(*known, request);
+  return HandOver(result, output) ? kResultHandedOver : kNoResult;
 }
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -108,10 +108,10 @@ TEST_F(PackagesTest, FailuresBesideAPropertyDoNotTouchIt) {
 TEST_F(PackagesTest, NoManagerNoCollectionAndNoIteratorAreRaised) {
   for (const std::string call : {"ActivateInstance", "FindPackages", "First"}) {
     packages.script = {};
-    packages.script.Add("fail:" + call + "=80070005");
+    EXPECT_TRUE(packages.script.Add("fail:" + call + "=80070005"));
     EXPECT_EQ(Raised([] { static_cast<void>(FindAllPackages()); }), E_ACCESSDENIED) << call;
     packages.script = {};
-    packages.script.Add("null:" + call);
+    EXPECT_TRUE(packages.script.Add("null:" + call));
     EXPECT_EQ(Raised([] { static_cast<void>(FindAllPackages()); }), E_POINTER) << call;
   }
 }
@@ -123,7 +123,7 @@ TEST_F(PackagesTest, ObjectThatIsNoManagerIsRaised) {
 
 TEST_F(PackagesTest, FailuresOfTheWalkAreRaised) {
   packages.Add(L"a", "name=A\nscript=fail:MoveNext=80004005,fail:Current=80070005\n");
-  packages.script.Add("fail:HasCurrent=8000000E");
+  EXPECT_TRUE(packages.script.Add("fail:HasCurrent=8000000E"));
   const auto walk = FindAllPackages();
   EXPECT_EQ(Raised([&] { walk->HasCurrent(); }), static_cast<HRESULT>(0x8000000EUL));
   EXPECT_EQ(Raised([&] { walk->Current(); }), E_ACCESSDENIED);

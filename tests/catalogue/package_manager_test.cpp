@@ -95,7 +95,7 @@ TEST_F(PackagesTest, ThreadOfAnotherApartmentStaysInIt) {
 }
 
 TEST_F(PackagesTest, ApartmentIsLeftWhereTheManagerFails) {
-  packages.script.Add("fail:FindPackages=80070005");
+  EXPECT_TRUE(packages.script.Add("fail:FindPackages=80070005"));
   EXPECT_THROW(FindAllPackages(), CallFailure);
   EXPECT_EQ(packages.calls, (Calls{"join 0", kMake, "leave 0"}));
 }

@@ -171,7 +171,7 @@ TEST_F(PackagedCatalogue, FailureBeforeTheLoopLeavesTheOperationAndTheCatalogueA
        {"fail:ActivateInstance=80040154", "fail:FindPackages=80070005", "null:FindPackages",
         "fail:First=80004005", "fail:HasCurrent=80004005"}) {
     packages.script = {};
-    packages.script.Add(words);
+    EXPECT_TRUE(packages.script.Add(words));
     AddApp(L"a", "App");
     EXPECT_THROW(helper.LoadInstalledUWPApps(), CallFailure) << words;
     EXPECT_EQ(helper.uwpApps.Current()->size(), 1U) << words;

@@ -137,7 +137,7 @@ INSTANTIATE_TEST_SUITE_P(Each, BiosCommandNull, testing::ValuesIn(StepsWithObjec
 TEST_F(BiosCommand, OutDataThatHoldsNoObjectIsAFailureOfTheStep) {
   Simulate("outdata-null");
   EXPECT_EQ(Run(), E_FAIL);
-  firmware.script().Reset("");
+  EXPECT_TRUE(firmware.script().Reset("").empty());
   firmware.script().Answer("Get(OutData)", [](VARIANT* value) {
     value->vt = VT_UNKNOWN;
     value->punkVal = nullptr;

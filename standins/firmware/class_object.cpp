@@ -7,6 +7,8 @@ namespace Standin::Firmware {
 
 namespace {
 
+using Zq::Gantry::Platform::ScopedVariant;
+
 std::string DescribeArray(const SAFEARRAY* array) {
   if (array == nullptr) return " null";
   const auto* bytes = static_cast<const std::uint8_t*>(array->pvData);
@@ -27,7 +29,7 @@ std::string Describe(const VARIANT& value) {
   return text;
 }
 
-/// `target` is empty. A null array, which VariantCopy refuses, is copied as one.
+/// `target` is empty. VariantCopy refuses a null array, which is copied here.
 void CopyVariant(VARIANT* target, const VARIANT& source) {
   if ((source.vt & VT_ARRAY) != 0 && source.parray == nullptr) {
     *target = source;
@@ -64,7 +66,7 @@ STDMETHODIMP ClassObject::Get(LPCWSTR name, LONG flags, VARIANT* value, CIMTYPE*
     if (property == properties_.end()) return static_cast<HRESULT>(WBEM_E_NOT_FOUND);
     make = property->second;
   }
-  // As the real one does: what the variant held before is written over.
+  // Like the real one, overwrites what the variant held without clearing it.
   VariantInit(value);
   make(value);
   return S_OK;
@@ -74,18 +76,14 @@ STDMETHODIMP ClassObject::Put(LPCWSTR name, LONG flags, VARIANT* value, CIMTYPE 
   const std::string detail =
       Describe(*value) + " " + std::to_string(flags) + " " + std::to_string(type);
   if (const auto result = TheScript().Enter("Put(" + Narrow(name) + ")", detail)) return *result;
-  Keep(name, *value);
+  SetProperty(name, *value);
   return S_OK;
 }
 
-void ClassObject::Keep(const std::wstring& name, const VARIANT& value) {
-  const std::shared_ptr<VARIANT> copy(new VARIANT, [](VARIANT* kept) {
-    VariantClear(kept);
-    delete kept;
-  });
-  VariantInit(copy.get());
-  CopyVariant(copy.get(), value);
-  properties_[name] = [copy](VARIANT* target) { CopyVariant(target, *copy); };
+void ClassObject::SetProperty(const std::wstring& name, const VARIANT& value) {
+  const auto copy = std::make_shared<ScopedVariant>();
+  CopyVariant(copy->get(), value);
+  properties_[name] = [copy](VARIANT* target) { CopyVariant(target, **copy); };
 }
 
 STDMETHODIMP ClassObject::SpawnInstance(LONG flags, IWbemClassObject** instance) {
@@ -108,12 +106,9 @@ STDMETHODIMP ClassObject::GetMethod(LPCWSTR name, LONG flags, IWbemClassObject**
   return S_OK;
 }
 
-VARIANT ClassObject::Find(const std::wstring& name) const {
-  VARIANT value;
-  VariantInit(&value);
+void ClassObject::Read(const std::wstring& name, ScopedVariant& value) const {
   const auto property = properties_.find(name);
-  if (property != properties_.end()) property->second(&value);
-  return value;
+  if (property != properties_.end()) property->second(value.get());
 }
 
 }  // namespace Standin::Firmware

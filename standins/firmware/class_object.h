@@ -3,16 +3,17 @@
 #include <map>
 #include <string>
 
+#include "firmware_script.h"
 #include "live_object.h"
-#include "script.h"
-#include "unused_operations.h"
+#include "platform/win32/com_owners.h"
+#include "unused_wmi_methods.h"
 
 // Part of the stand-in for the firmware's WMI objects.
 namespace Standin::Firmware {
 
-/// A class or an instance: a bag of properties that can be put and got. Classes with a method table
-/// answer GetMethod.
-class ClassObject final : public LiveObject<UnusedClassObject> {
+/// A class or an instance of WMI: its name and its properties. The class zqqBIntM has methods, so
+/// it answers GetMethod.
+class ClassObject final : public LiveObject<UnusedClassObjectMethods> {
  public:
   explicit ClassObject(std::wstring className) : className_(std::move(className)) {}
 
@@ -23,17 +24,17 @@ class ClassObject final : public LiveObject<UnusedClassObject> {
   STDMETHODIMP GetMethod(LPCWSTR name, LONG flags, IWbemClassObject** input,
                          IWbemClassObject** output) override;
 
-  /// A value that is made anew for each Get.
+  /// Each Get calls `make` for a fresh value.
   void SetProperty(const std::wstring& name, VariantMaker make) {
     properties_[name] = std::move(make);
   }
-  /// A copy of this value, from now on.
-  void Keep(const std::wstring& name, const VARIANT& value);
-  /// The script can refuse the query for IWbemClassObject under this name.
+  /// Each Get returns a copy of `value`, which is copied here.
+  void SetProperty(const std::wstring& name, const VARIANT& value);
+  /// The name under which the script can refuse QueryInterface for IWbemClassObject.
   void NameQuery(const std::string& call) { queryCall_ = call; }
-  /// The value of a property, for the stand-in's own use: no trace. Empty if there is none. The
-  /// caller clears it.
-  VARIANT Find(const std::wstring& name) const;
+  /// Reads a property for the stand-in's own use, without a line in the trace. `value` is empty
+  /// before, and stays so if there is no such property.
+  void Read(const std::wstring& name, Zq::Gantry::Platform::ScopedVariant& value) const;
 
  private:
   ~ClassObject() override;

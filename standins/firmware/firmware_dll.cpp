@@ -1,12 +1,13 @@
-// Stand-in for the firmware's WMI classes and for the one class of WMI that the library reads. It
-// simulates a supported notebook: what is written to firmware item 0x010A is read back, item 0x010B
-// has its flag set, and the third OEM string carries the marker.
+// Stand-in for the firmware's WMI classes and for Win32_ComputerSystem, which the library reads. It
+// simulates a supported notebook: firmware item 0x010A returns the value last written to it, item
+// 0x010B has its flag set, and the third OEM string has the marker.
 //
 // The environment variable WATTLEAF_FIRMWARE makes it deviate; comma-separated words:
 //   flag-clear              the platform flag is not set
 //   drops-write, reads-six  item 0x010A does not keep the value; it always reads as 6
-//   no-marker, marker-lower-case, marker-goes-on    the third OEM string; the last one goes on with
-//                           a digit
+//   no-marker, marker-lower-case, marker-goes-on    the third OEM string; with the last word a
+//   digit
+//                           follows the marker
 //   oem-missing, oem-null, oem-empty, oem-text, oem-number, oem-truth, oem-numbers    the property
 //                           is absent, or of another type
 //   no-computer-system, two-computer-systems, invalid-class, invalid-query    the enumeration
@@ -14,9 +15,9 @@
 //   no-class, no-input-class, no-method, no-instance, slow-instance, no-call  the command's steps
 //   outdata-null, return-code-null, data-null, data-short, data-long, data-numbers,
 //   data-two-dimensional, data-from-one, data-from-minus-one                  the answer's shape
-//   fail:CALL=HEX, fail:CALL#N=HEX    the call, or its N-th occurrence, gives this HRESULT and no
-//                           object; script.h has the names of the calls
-// A word that means nothing is named on standard error.
+//   fail:CALL=HEX, fail:CALL#N=HEX    the call, or its N-th occurrence, returns this HRESULT and no
+//                           object; firmware_script.h lists the names of the calls
+// An unknown word is reported on standard error.
 
 #include <windows.h>
 
@@ -25,13 +26,13 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "firmware_script.h"
 #include "live_object.h"
 #include "locator.h"
-#include "script.h"
 
 namespace {
 
-/// Once for the process.
+/// Reads WATTLEAF_FIRMWARE once for the process.
 void ReadEnvironment() {
   static const bool done = [] {
     const char* words = std::getenv("WATTLEAF_FIRMWARE");

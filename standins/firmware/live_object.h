@@ -9,13 +9,13 @@
 // Part of the stand-in for the firmware's WMI objects.
 namespace Standin::Firmware {
 
-/// How many objects of the stand-in are alive; the class factory is not counted.
-inline std::atomic<int>& LiveObjects() {
+/// The number of live objects of the stand-in, without the class factory.
+[[nodiscard]] inline std::atomic<int>& LiveObjects() {
   static std::atomic<int> count{0};
   return count;
 }
 
-/// The reference count of a COM object, which begins at the 1 of its creator.
+/// A COM object with a reference count. The creator owns the first reference.
 template <typename Base>
 class LiveObject : public Base {
  public:

@@ -4,8 +4,9 @@
 
 #include <string>
 
+#include "firmware_script.h"
 #include "live_object.h"
-#include "script.h"
+#include "platform/win32/com_owners.h"
 #include "services.h"
 
 namespace Standin::Firmware {
@@ -57,10 +58,8 @@ class Factory final : public IClassFactory {
     *object = nullptr;
     if (outer != nullptr) return CLASS_E_NOAGGREGATION;
     if (const auto result = TheScript().Enter("CreateInstance")) return *result;
-    auto* locator = new Locator;
-    const HRESULT result = locator->QueryInterface(iid, object);
-    locator->Release();
-    return result;
+    const Zq::Gantry::Platform::UniqueInterface<Locator> locator(new Locator);
+    return locator.get()->QueryInterface(iid, object);
   }
   STDMETHODIMP LockServer(BOOL) override { return S_OK; }
 };

@@ -7,7 +7,8 @@
 // Part of the stand-in for the firmware's WMI objects.
 namespace Standin::Firmware {
 
-/// The factory of locators, one for the process; it is never deleted and counts no references.
-IClassFactory& LocatorFactory();
+/// The class factory of IWbemLocator: one for the process, never deleted, without a reference
+/// count.
+[[nodiscard]] IClassFactory& LocatorFactory();
 
 }  // namespace Standin::Firmware

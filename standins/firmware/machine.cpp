@@ -1,6 +1,6 @@
 #include "machine.h"
 
-#include "script.h"
+#include "firmware_script.h"
 #include "variants.h"
 
 namespace Standin::Firmware {

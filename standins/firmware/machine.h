@@ -10,10 +10,10 @@
 #include <string>
 #include <vector>
 
-// Part of the stand-in for the firmware's WMI objects: the notebook behind them.
+// Part of the stand-in for the firmware's WMI objects: the simulated notebook that answers them.
 namespace Standin::Firmware {
 
-/// A command as it arrived.
+/// A command as the firmware received it.
 struct ReceivedCommand {
   std::string method;
   std::string sign;
@@ -24,13 +24,15 @@ struct ReceivedCommand {
   std::vector<std::uint8_t> data;
 };
 
-/// Item 0x010A keeps what is written to it; item 0x010B reads as the platform flag.
+/// The firmware's items. Reading item 0x010A returns the value last written to it; reading item
+/// 0x010B returns the platform flag. From any thread.
 class Machine {
  public:
   void Reset();
-  /// The bytes that the firmware answers, before the script distorts their shape.
-  std::vector<std::uint8_t> Run(const ReceivedCommand& command, std::size_t outputBytes);
-  std::vector<ReceivedCommand> Received() const;
+  /// Runs a command. Returns `outputBytes` bytes, whose shape the script may change later.
+  [[nodiscard]] std::vector<std::uint8_t> Run(const ReceivedCommand& command,
+                                              std::size_t outputBytes);
+  [[nodiscard]] std::vector<ReceivedCommand> Received() const;
 
  private:
   mutable std::mutex lock_;
@@ -39,12 +41,12 @@ class Machine {
 };
 
 /// The one machine of the process.
-Machine& TheMachine();
+[[nodiscard]] Machine& TheMachine();
 
-/// The member Data of an answer, in the shape that the script asks for.
+/// Fills the member Data of an answer, in the shape that the script sets.
 void MakeAnswerData(VARIANT* value, std::vector<std::uint8_t> bytes);
 
-/// The property OEMStringArray, in the form that the script asks for.
+/// Fills the property OEMStringArray, in the form that the script sets.
 void MakeOemStrings(VARIANT* value);
 
 }  // namespace Standin::Firmware

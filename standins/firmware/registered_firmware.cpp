@@ -12,17 +12,10 @@ RegisteredFirmware::RegisteredFirmware(const std::string& words) {
   const auto unknown = TheScript().Reset(words);
   if (!unknown.empty()) throw std::runtime_error("unknown firmware word: " + unknown.front());
   TheMachine().Reset();
-  CoInitializeEx(nullptr, COINIT_MULTITHREADED);
-  const HRESULT result = CoRegisterClassObject(CLSID_WbemLocator, &LocatorFactory(),
-                                               CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie_);
-  if (SUCCEEDED(result)) return;
-  CoUninitialize();
-  throw std::runtime_error("COM does not take the firmware stand-in");
-}
-
-RegisteredFirmware::~RegisteredFirmware() {
-  CoRevokeClassObject(cookie_);
-  CoUninitialize();
+  const HRESULT result =
+      CoRegisterClassObject(CLSID_WbemLocator, &LocatorFactory(), CLSCTX_INPROC_SERVER,
+                            REGCLS_MULTIPLEUSE, registration_.out());
+  if (FAILED(result)) throw std::runtime_error("COM does not register the firmware stand-in");
 }
 
 }  // namespace Standin::Firmware

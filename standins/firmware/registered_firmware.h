@@ -2,31 +2,44 @@
 
 #include <windows.h>
 
+#include <objbase.h>
+
 #include <string>
 
+#include "firmware_script.h"
 #include "live_object.h"
 #include "machine.h"
-#include "script.h"
+#include "platform/win32/com_membership.h"
+#include "platform/win32/unique_resource.h"
 
 // Part of the stand-in for the firmware's WMI objects.
 namespace Standin::Firmware {
 
-/// Simulates WMI in this process for as long as it lives: for all threads of the multithreaded
-/// apartment, of which the calling thread becomes a member.
+/// One class object in COM's table of the process; 0 is none.
+struct ClassRegistrationPolicy {
+  using Type = DWORD;
+  static Type Empty() { return 0; }
+  static void Release(Type cookie) { CoRevokeClassObject(cookie); }
+};
+using ClassRegistration = Zq::Gantry::Platform::UniqueResource<ClassRegistrationPolicy>;
+
+/// Simulates WMI in this process while the object exists: for all threads of the multithreaded
+/// apartment, which the calling thread joins. Created and destroyed on one thread.
 class RegisteredFirmware {
  public:
-  /// `words` as in WATTLEAF_FIRMWARE. Throws std::runtime_error for an unknown word, or where COM
-  /// refuses.
+  /// `words` as in WATTLEAF_FIRMWARE. Throws std::runtime_error for an unknown word, or if COM does
+  /// not register the class.
   explicit RegisteredFirmware(const std::string& words = {});
   RegisteredFirmware(const RegisteredFirmware&) = delete;
   RegisteredFirmware& operator=(const RegisteredFirmware&) = delete;
-  ~RegisteredFirmware();
 
-  Script& script() { return TheScript(); }
-  Machine& machine() { return TheMachine(); }
+  [[nodiscard]] Script& script() { return TheScript(); }
+  [[nodiscard]] Machine& machine() { return TheMachine(); }
 
  private:
-  DWORD cookie_ = 0;
+  // The order matters: the registration ends before the membership.
+  Zq::Gantry::Platform::ComMembership membership_;
+  ClassRegistration registration_;
 };
 
 }  // namespace Standin::Firmware

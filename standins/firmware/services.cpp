@@ -2,41 +2,79 @@
 
 #include <cstdlib>
 #include <string>
+#include <vector>
 
 #include "class_object.h"
-#include "enumerator.h"
+#include "firmware_script.h"
 #include "machine.h"
+#include "platform/win32/com_owners.h"
 #include "variants.h"
 
 namespace Standin::Firmware {
 
 namespace {
 
+using Zq::Gantry::Platform::ScopedVariant;
+using Zq::Gantry::Platform::UniqueInterface;
+
 constexpr wchar_t kInstancePath[] =
     L"\\\\NOTEBOOK\\root\\wmi:ZqqBIntM.InstanceName=\"ACPI\\\\PNP0C14\\\\ZQ_0\"";
 constexpr wchar_t kMethodPrefix[] = L"zqqBIOSInt";
 
-/// The flags and, where the call has more than that, a remark.
+/// Hands out its objects in order, one a call, and each of them once.
+class Enumerator final : public LiveObject<UnusedEnumeratorMethods> {
+ public:
+  explicit Enumerator(std::string className) : className_(std::move(className)) {}
+  /// Takes the reference over; null is handed out as null.
+  void Add(IWbemClassObject* object) { objects_.emplace_back(object); }
+
+  STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
+    *object = nullptr;
+    if (iid != IID_IUnknown && iid != IID_IEnumWbemClassObject) return E_NOINTERFACE;
+    *object = static_cast<IEnumWbemClassObject*>(this);
+    AddRef();
+    return S_OK;
+  }
+  STDMETHODIMP Next(LONG timeout, ULONG count, IWbemClassObject** objects,
+                    ULONG* returned) override {
+    *objects = nullptr;
+    *returned = 0;
+    const std::string detail = std::to_string(timeout) + " " + std::to_string(count);
+    if (const auto result = TheScript().Enter("Next(" + className_ + ")", detail)) return *result;
+    if (next_ == objects_.size()) return static_cast<HRESULT>(WBEM_S_FALSE);
+    *objects = objects_[next_++].release();
+    *returned = 1;
+    return S_OK;
+  }
+
+ private:
+  ~Enumerator() override { TheScript().End("enumerator"); }
+
+  std::string className_;
+  std::vector<UniqueInterface<IWbemClassObject>> objects_;
+  std::size_t next_ = 0;
+};
+
+/// The flags, and a remark if the call passes a context or asks for a call result.
 std::string Options(LONG flags, const IWbemContext* context, const void* callResult = nullptr) {
   return std::to_string(flags) + (context != nullptr ? " with context" : "") +
          (callResult != nullptr ? " with call result" : "");
 }
 
 LONG NumberOf(const ClassObject& block, const wchar_t* member) {
-  const VARIANT value = block.Find(member);
-  return value.vt == VT_I4 ? value.lVal : 0;
+  ScopedVariant value;
+  block.Read(member, value);
+  return value->vt == VT_I4 ? value->lVal : 0;
 }
 
 std::vector<std::uint8_t> BytesOf(const ClassObject& block, const wchar_t* member, bool& isNull) {
-  VARIANT value = block.Find(member);
-  isNull = value.vt == (VT_ARRAY | VT_UI1) && value.parray == nullptr;
-  std::vector<std::uint8_t> bytes;
-  if (value.vt == (VT_ARRAY | VT_UI1) && !isNull) {
-    const auto* data = static_cast<const std::uint8_t*>(value.parray->pvData);
-    bytes.assign(data, data + value.parray->rgsabound[0].cElements);
-  }
-  VariantClear(&value);
-  return bytes;
+  ScopedVariant value;
+  block.Read(member, value);
+  const bool isArray = value->vt == (VT_ARRAY | VT_UI1);
+  isNull = isArray && value->parray == nullptr;
+  if (!isArray || isNull) return {};
+  const auto* data = static_cast<const std::uint8_t*>(value->parray->pvData);
+  return {data, data + value->parray->rgsabound[0].cElements};
 }
 
 ReceivedCommand ReadCommand(const wchar_t* method, const ClassObject& block) {
@@ -53,18 +91,17 @@ ReceivedCommand ReadCommand(const wchar_t* method, const ClassObject& block) {
   return command;
 }
 
-/// The embedded input block; null if the call carries none of ours.
+/// The embedded input block, which `input` owns; null if there is no block of this stand-in.
 ClassObject* InputBlock(IWbemClassObject* input) {
   const auto* instance = dynamic_cast<const ClassObject*>(input);
   if (instance == nullptr) return nullptr;
-  VARIANT value = instance->Find(L"InData");
-  auto* block = value.vt == VT_UNKNOWN ? dynamic_cast<ClassObject*>(value.punkVal) : nullptr;
-  VariantClear(&value);  // The instance keeps its own reference.
-  return block;
+  ScopedVariant value;
+  instance->Read(L"InData", value);
+  return value->vt == VT_UNKNOWN ? dynamic_cast<ClassObject*>(value->punkVal) : nullptr;
 }
 
 IWbemClassObject* MakeResult(const std::vector<std::uint8_t>& bytes) {
-  Zq::Gantry::Platform::UniqueInterface<ClassObject> block(new ClassObject(L"zqqBDataOut"));
+  const UniqueInterface<ClassObject> block(new ClassObject(L"zqqBDataOut"));
   block.get()->SetProperty(L"rwReturnCode", [](VARIANT* value) { MakeNumber(value, 0); });
   block.get()->SetProperty(L"Data", [bytes](VARIANT* value) { MakeAnswerData(value, bytes); });
   block.get()->NameQuery("QueryInterface(OutData)");
@@ -74,7 +111,7 @@ IWbemClassObject* MakeResult(const std::vector<std::uint8_t>& bytes) {
   embedded.vt = VT_UNKNOWN;
   embedded.punkVal = block.get();
   auto* result = new ClassObject(L"__PARAMETERS");
-  result->Keep(L"OutData", embedded);
+  result->SetProperty(L"OutData", embedded);
   return result;
 }
 

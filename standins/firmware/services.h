@@ -5,16 +5,16 @@
 #include <objidl.h>
 
 #include "live_object.h"
-#include "unused_operations.h"
+#include "unused_wmi_methods.h"
 
 // Part of the stand-in for the firmware's WMI objects.
 namespace Standin::Firmware {
 
-/// COM sets a proxy's security through IClientSecurity, which this object, no proxy, answers
-/// itself.
-class SecuredServices : public UnusedServices, public IClientSecurity {};
+/// IWbemServices, and IClientSecurity, through which CoSetProxyBlanket sets the security of a
+/// proxy: this object is not a proxy, so it implements the interface itself.
+class SecuredServices : public UnusedServicesMethods, public IClientSecurity {};
 
-/// Both namespaces: the firmware's classes and the machine's description.
+/// The connection to either namespace: the firmware's classes and the machine's description.
 class Services final : public LiveObject<SecuredServices> {
  public:
   STDMETHODIMP QueryInterface(REFIID iid, void** object) override;

@@ -8,8 +8,9 @@
 #include <string>
 #include <vector>
 
-// Part of the stand-in for the firmware's WMI objects: values as WMI hands them out. The calls that
-// make them are others than those of the library under test, so that a test can replace those.
+// Part of the stand-in for the firmware's WMI objects: values as WMI hands them out. They are made
+// by other calls than those that the library under test makes, so that a test can replace the
+// latter.
 namespace Standin::Firmware {
 
 inline void MakeArray(VARIANT* value, VARTYPE type, LONG lowerBound, ULONG count) {

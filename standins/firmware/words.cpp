@@ -18,7 +18,7 @@ struct Word {
 
 constexpr HRESULT Result(unsigned long code) { return static_cast<HRESULT>(code); }
 
-/// Words that change one call. Those that change the machine itself are asked by name.
+/// Words that change one call.
 constexpr Word kCallWords[] = {
     {"no-locator", [](Script& s) { s.Fail("CreateInstance", Result(REGDB_E_CLASSNOTREG)); }},
     {"no-firmware-namespace",
@@ -69,6 +69,7 @@ constexpr Word kCallWords[] = {
      }},
 };
 
+/// Words that the code of the machine looks up in the script itself.
 constexpr const char* kMachineWords[] = {
     "flag-clear",
     "drops-write",

@@ -1,4 +1,4 @@
-#include "script.h"
+#include "firmware_script.h"
 
 #include <algorithm>
 #include <cwchar>

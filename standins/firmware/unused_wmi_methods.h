@@ -4,10 +4,11 @@
 
 #include <wbemidl.h>
 
-// Part of the stand-in for the firmware's WMI objects: the operations that nobody calls.
+// Part of the stand-in for the firmware's WMI objects: the methods that the library never calls.
+// Each returns E_NOTIMPL.
 namespace Standin::Firmware {
 
-class UnusedEnumerator : public IEnumWbemClassObject {
+class UnusedEnumeratorMethods : public IEnumWbemClassObject {
  public:
   STDMETHODIMP Reset() override { return E_NOTIMPL; }
   STDMETHODIMP NextAsync(ULONG, IWbemObjectSink*) override { return E_NOTIMPL; }
@@ -15,7 +16,7 @@ class UnusedEnumerator : public IEnumWbemClassObject {
   STDMETHODIMP Skip(LONG, ULONG) override { return E_NOTIMPL; }
 };
 
-class UnusedClassObject : public IWbemClassObject {
+class UnusedClassObjectMethods : public IWbemClassObject {
  public:
   STDMETHODIMP GetQualifierSet(IWbemQualifierSet**) override { return E_NOTIMPL; }
   STDMETHODIMP Delete(LPCWSTR) override { return E_NOTIMPL; }
@@ -43,7 +44,7 @@ class UnusedClassObject : public IWbemClassObject {
   STDMETHODIMP GetMethodOrigin(LPCWSTR, BSTR*) override { return E_NOTIMPL; }
 };
 
-class UnusedServices : public IWbemServices {
+class UnusedServicesMethods : public IWbemServices {
  public:
   STDMETHODIMP OpenNamespace(const BSTR, LONG, IWbemContext*, IWbemServices**,
                              IWbemCallResult**) override {

@@ -9,10 +9,10 @@
 namespace Standin::Packages {
 
 /// The name of a package's folder: name, version, architecture and family suffix.
-std::string FullName(const PackagedApp& app);
+[[nodiscard]] std::string FullName(const PackagedApp& app);
 
-/// Writes the package's folder below `root`: what is told of it, its manifest and its logos.
-/// Raises std::filesystem::filesystem_error or std::runtime_error where that fails.
+/// Writes the package's folder below `root`: its "package.txt", its manifest and its logos. Throws
+/// std::filesystem::filesystem_error or std::runtime_error on failure.
 void WritePackage(const std::filesystem::path& root, const PackagedApp& app);
 
 }  // namespace Standin::Packages

@@ -1,31 +1,26 @@
 #include "package_folder.h"
 
-#include <windows.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 
+#include "base/utf8_text.h"
+
 namespace Standin::Packages {
 
 namespace {
 
-std::wstring Wide(const std::string& text) {
-  const int length = static_cast<int>(text.size());
-  std::wstring wide(text.size(), L'\0');
-  const int written = MultiByteToWideChar(CP_UTF8, 0, text.data(), length, wide.data(), length);
-  wide.resize(static_cast<std::size_t>(written));
-  return wide;
-}
+using Zq::Gantry::Server::Services::Wattleaf::FromUtf8;
 
+/// False for an unknown line.
 bool TakeLine(const std::string& key, const std::string& value, PackageFolder& package) {
   if (key == "name") {
-    package.name = Wide(value);
+    package.name = FromUtf8(value);
   } else if (key == "shown") {
-    package.shownName = Wide(value);
+    package.shownName = FromUtf8(value);
   } else if (key == "logo") {
-    package.logo = Wide(value);
+    package.logo = FromUtf8(value);
   } else if (key == "kind") {
     package.isFramework = value == "framework";
     package.isSystem = value == "system";
@@ -57,9 +52,9 @@ std::optional<PackageFolder> TryReadPackage(const std::filesystem::path& folder,
 }  // namespace
 
 std::vector<PackageFolder> ReadPackageFolders(const std::wstring& root, const Script& script) {
-  std::error_code noRoot;
+  std::error_code ignored;  // no such folder: no packages
   std::vector<PackageFolder> packages;
-  for (const auto& entry : std::filesystem::directory_iterator(root, noRoot)) {
+  for (const auto& entry : std::filesystem::directory_iterator(root, ignored)) {
     if (auto package = TryReadPackage(entry.path(), script))
       packages.push_back(std::move(*package));
   }

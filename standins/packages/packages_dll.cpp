@@ -1,9 +1,9 @@
 // Stand-in for the system's package manager. It simulates the packages below
-// "C:\Program Files\WindowsApps": each folder with a file "package.txt" is one (package_folder.h
-// has its lines); the manifest and the logos beside it are real files.
+// "C:\Program Files\WindowsApps": each folder with a file "package.txt" is a package
+// (package_folder.h describes its lines); the manifest and the logos beside it are real files.
 //
-// Environment variables make it deviate: WATTLEAF_PACKAGES holds words of script.h,
-// WATTLEAF_PACKAGES_ROOT another folder. A word that means nothing is told on standard error.
+// Environment variables change that: WATTLEAF_PACKAGES holds words of package_script.h,
+// WATTLEAF_PACKAGES_ROOT another folder. An unknown word is reported on standard error.
 
 #include <windows.h>
 
@@ -15,7 +15,7 @@
 #include <string_view>
 
 #include "runtime_object.h"
-#include "simulated_manager.h"
+#include "simulated_packages.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-// Part of the simulated notebook: puts its packaged applications into a folder.
+// Part of the simulated notebook: writes its packaged applications into a folder.
 //   packages_setup FOLDER
 
 #include <cstdio>

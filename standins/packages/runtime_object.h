@@ -9,19 +9,19 @@
 
 #include <winstring.h>
 
-#include "script.h"
+#include "package_script.h"
 
 // Part of the stand-in for the package manager.
 namespace Standin::Packages {
 
-/// How many objects of the stand-in are alive.
-inline std::atomic<int>& LiveObjects() {
+/// The number of live objects of the stand-in.
+[[nodiscard]] inline std::atomic<int>& LiveObjects() {
   static std::atomic<int> count{0};
   return count;
 }
 
-/// An object of the runtime: the reference count, which begins at the 1 of its creator, and the
-/// interfaces that it offers. `Base` derives from all of them.
+/// An object of the Windows Runtime: a reference count, of which the creator owns the first
+/// reference, and QueryInterface for the listed interfaces. `Base` derives from all of them.
 template <typename Base, typename FirstInterface, typename... Interfaces>
 class RuntimeObject : public Base {
  public:
@@ -63,25 +63,29 @@ class RuntimeObject : public Base {
   std::atomic<ULONG> references_{1};
 };
 
-/// Hands out what `call` gives, as the script wants it: `make` gives a new reference.
+/// Ends `call` as the script says: with the object that `make` creates, which the caller owns, with
+/// null, or with a failure.
 template <typename Object, typename Make>
-HRESULT HandOut(const Script& script, const char* call, Object** object, Make make) {
+[[nodiscard]] HRESULT HandOut(const Script& script, const char* call, Object** object, Make make) {
   *object = nullptr;
   const HRESULT result = script.ResultOf(call);
-  if (SUCCEEDED(result) && !script.GivesNull(call)) *object = make();
+  if (SUCCEEDED(result) && !script.ReturnsNull(call)) *object = make();
   return result;
 }
 
-inline HRESULT HandOutText(const Script& script, const char* call, const std::wstring& text,
-                           HSTRING* value) {
+/// The same for a text, of which the caller gets a new HSTRING.
+[[nodiscard]] inline HRESULT HandOutText(const Script& script, const char* call,
+                                         const std::wstring& text, HSTRING* value) {
   *value = nullptr;
   const HRESULT result = script.ResultOf(call);
   if (FAILED(result)) return result;
   return WindowsCreateString(text.data(), static_cast<UINT32>(text.size()), value);
 }
 
+/// The same for a plain value; a failure leaves `value` unchanged.
 template <typename Value>
-HRESULT HandOutValue(const Script& script, const char* call, Value given, Value* value) {
+[[nodiscard]] HRESULT HandOutValue(const Script& script, const char* call, Value given,
+                                   Value* value) {
   const HRESULT result = script.ResultOf(call);
   if (SUCCEEDED(result)) *value = given;
   return result;

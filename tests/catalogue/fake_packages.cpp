@@ -3,7 +3,7 @@
 #include <winstring.h>
 
 #include "runtime_object.h"
-#include "simulated_manager.h"
+#include "simulated_packages.h"
 
 namespace TestSupport {
 

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "import_patch.h"
-#include "script.h"
+#include "package_script.h"
 #include "support/runtime_text_ledger.h"
 #include "support/temp_folder.h"
 

@@ -8,7 +8,7 @@
 #include "fake_packages.h"
 #include "import_patch.h"
 #include "platform/winrt/call_failure.h"
-#include "simulated_package.h"
+#include "simulated_packages.h"
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 using TestSupport::PackagesTest;

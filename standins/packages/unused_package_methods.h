@@ -2,12 +2,13 @@
 
 #include "abi/package_shapes.h"
 
-// Part of the stand-in for the package manager: the operations that nobody calls.
+// Part of the stand-in for the package manager: the methods that the library never calls. Each
+// returns E_NOTIMPL.
 namespace Standin::Packages {
 
 namespace WinRt = Zq::Gantry::Platform::WinRt;
 
-struct UnusedUri : WinRt::IUriRuntimeClass {
+struct UnusedUriMethods : WinRt::IUriRuntimeClass {
   STDMETHODIMP get_AbsoluteUri(HSTRING*) override { return E_NOTIMPL; }
   STDMETHODIMP get_DisplayUri(HSTRING*) override { return E_NOTIMPL; }
   STDMETHODIMP get_Domain(HSTRING*) override { return E_NOTIMPL; }
@@ -26,7 +27,7 @@ struct UnusedUri : WinRt::IUriRuntimeClass {
   STDMETHODIMP CombineUri(HSTRING, IUriRuntimeClass**) override { return E_NOTIMPL; }
 };
 
-struct UnusedFolder : WinRt::IStorageFolder, WinRt::IStorageItem {
+struct UnusedFolderMethods : WinRt::IStorageFolder, WinRt::IStorageItem {
   STDMETHODIMP CreateFileAsyncOverloadDefaultOptions(HSTRING, IInspectable**) override {
     return E_NOTIMPL;
   }
@@ -61,7 +62,7 @@ struct UnusedFolder : WinRt::IStorageFolder, WinRt::IStorageItem {
   STDMETHODIMP IsOfType(UINT32, boolean*) override { return E_NOTIMPL; }
 };
 
-struct UnusedPackageId : WinRt::IPackageId {
+struct UnusedPackageIdMethods : WinRt::IPackageId {
   STDMETHODIMP get_Version(WinRt::PackageVersion*) override { return E_NOTIMPL; }
   STDMETHODIMP get_Architecture(INT32*) override { return E_NOTIMPL; }
   STDMETHODIMP get_ResourceId(HSTRING*) override { return E_NOTIMPL; }
@@ -71,7 +72,7 @@ struct UnusedPackageId : WinRt::IPackageId {
   STDMETHODIMP get_FamilyName(HSTRING*) override { return E_NOTIMPL; }
 };
 
-struct UnusedPackage : WinRt::IPackage, WinRt::IPackage2, WinRt::IPackage4 {
+struct UnusedPackageMethods : WinRt::IPackage, WinRt::IPackage2, WinRt::IPackage4 {
   STDMETHODIMP get_Dependencies(IInspectable**) override { return E_NOTIMPL; }
   STDMETHODIMP get_PublisherDisplayName(HSTRING*) override { return E_NOTIMPL; }
   STDMETHODIMP get_Description(HSTRING*) override { return E_NOTIMPL; }
@@ -82,11 +83,11 @@ struct UnusedPackage : WinRt::IPackage, WinRt::IPackage2, WinRt::IPackage4 {
   STDMETHODIMP VerifyContentIntegrityAsync(IInspectable**) override { return E_NOTIMPL; }
 };
 
-struct UnusedIterator : WinRt::IPackageIterator {
+struct UnusedIteratorMethods : WinRt::IPackageIterator {
   STDMETHODIMP GetMany(UINT32, WinRt::IPackage**, UINT32*) override { return E_NOTIMPL; }
 };
 
-struct UnusedManager : WinRt::IPackageManager {
+struct UnusedManagerMethods : WinRt::IPackageManager {
   STDMETHODIMP AddPackageAsync(WinRt::IUriRuntimeClass*, IInspectable*, UINT32,
                                IInspectable**) override {
     return E_NOTIMPL;

@@ -1,4 +1,4 @@
-#include "script.h"
+#include "package_script.h"
 
 #include <cstdlib>
 #include <sstream>
@@ -6,10 +6,10 @@
 namespace Standin::Packages {
 
 bool Script::Add(const std::string& words) {
-  bool understood = true;
+  bool known = true;
   std::istringstream list(words);
-  for (std::string word; std::getline(list, word, ',');) understood &= AddWord(word);
-  return understood;
+  for (std::string word; std::getline(list, word, ',');) known &= AddWord(word);
+  return known;
 }
 
 bool Script::AddWord(const std::string& word) {

@@ -1,4 +1,4 @@
-// Stand-in: the collector's view of the local calendar.
+// Stand-in: local calendar days for the collector.
 
 #include "calendar_days.h"
 
@@ -18,13 +18,13 @@ std::tm LocalFields(std::int64_t instant) {
   return fields;
 }
 
-/// The instant of local midnight; days of the month may run over.
+/// The instant of local midnight; `day` may lie outside the month.
 std::int64_t Midnight(int year, int month, int day) {
   std::tm fields{};
   fields.tm_year = year;
   fields.tm_mon = month;
   fields.tm_mday = day;
-  fields.tm_isdst = -1;  // the library decides whether it is summer time
+  fields.tm_isdst = -1;  // the C library decides whether it is summer time
   return _mktime64(&fields);
 }
 
@@ -50,7 +50,7 @@ CalendarDay DayOf(std::int64_t instant) { return DayOfFields(LocalFields(instant
 
 CalendarDay DayAfter(const CalendarDay& day, int days) {
   const std::tm fields = LocalFields(day.begin);
-  // Noon is inside the wanted day whatever the clocks do.
+  // Noon lies in the wanted day even if the clocks change at midnight.
   const std::int64_t noon =
       Midnight(fields.tm_year, fields.tm_mon, fields.tm_mday + days) + 12 * 3600;
   return DayOf(noon);

@@ -12,20 +12,14 @@ namespace Standin {
 
 namespace {
 
-constexpr wchar_t kUsualTruthPath[] =
+constexpr wchar_t kDefaultTruthPath[] =
     L"C:\\ProgramData\\ZQ\\TelemetryDataCollector\\PCMCollector-truth.json";
-
-std::string Narrow(const std::wstring& text) {
-  std::string narrow;
-  for (const wchar_t c : text) narrow += static_cast<char>(c);
-  return narrow;
-}
 
 }  // namespace
 
 CollectorSettings ReadCollectorSettings() {
   CollectorSettings settings{};
-  settings.status = Narrow(ReadVariable(L"WATTLEAF_COLLECTOR_STATUS"));
+  settings.status = ReadAsciiVariable(L"WATTLEAF_COLLECTOR_STATUS");
   settings.days = static_cast<int>(std::clamp<std::int64_t>(
       ReadNumberVariable(L"WATTLEAF_COLLECTOR_DAYS", kMostDays), 0, kMostDays));
   settings.model.seed =
@@ -34,8 +28,8 @@ CollectorSettings ReadCollectorSettings() {
       std::max<std::int64_t>(ReadNumberVariable(L"WATTLEAF_COLLECTOR_PERIOD", 60), 1);
   settings.now = ReadNumberVariable(L"WATTLEAF_COLLECTOR_NOW", _time64(nullptr));
   settings.truthPath = ReadVariable(L"WATTLEAF_COLLECTOR_TRUTH");
-  if (settings.truthPath.empty()) settings.truthPath = kUsualTruthPath;
-  settings.failure = Narrow(ReadVariable(L"WATTLEAF_COLLECTOR_FAILURE"));
+  if (settings.truthPath.empty()) settings.truthPath = kDefaultTruthPath;
+  settings.failure = ReadAsciiVariable(L"WATTLEAF_COLLECTOR_FAILURE");
   settings.holdsLock = ReadVariable(L"WATTLEAF_COLLECTOR_LOCK") == L"held";
   return settings;
 }

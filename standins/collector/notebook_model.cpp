@@ -1,4 +1,4 @@
-// Stand-in: a seeded model of how a notebook is used.
+// Stand-in: a seeded model of the use of a notebook.
 
 #include "notebook_model.h"
 
@@ -13,9 +13,9 @@ namespace {
 
 constexpr std::int64_t kMinute = 60;
 constexpr std::int64_t kHour = 3600;
-constexpr std::int64_t kUsualDaySeconds = 86400;
+constexpr std::int64_t kNormalDaySeconds = 86400;
 constexpr std::int64_t kDaysOfSleep = 7;
-constexpr std::int64_t kShortestPutBackSeconds = 10 * kMinute;
+constexpr std::int64_t kSmallestSetBackSeconds = 10 * kMinute;
 
 enum Purpose : std::uint64_t {
   kNightPurpose = 1,
@@ -26,41 +26,42 @@ enum Purpose : std::uint64_t {
 };
 enum class DayKind { kOff, kNothingMeasured, kSingleSample, kOffice, kLeisure };
 
-/// A stretch of time in which the notebook is awake.
+/// A period in which the notebook is awake.
 struct Session {
   std::int64_t begin;
   std::int64_t end;
 };
 
-/// The first day of the week of sleep that begins in a stretch of kHabitDays.
-std::int64_t FirstDayOfSleep(std::uint64_t seed, std::int64_t stretch) {
-  return stretch * kHabitDays + Random(seed, stretch, kSleepPurpose).Between(0, kHabitDays - 1);
+/// The first day of the week of sleep that begins in a period of kHabitDays.
+std::int64_t FirstDayOfSleep(std::uint64_t seed, std::int64_t period) {
+  return period * kHabitDays + Random(seed, period, kSleepPurpose).Between(0, kHabitDays - 1);
 }
 
-/// The week may reach into the stretch after its own.
+/// The week may end in the period after its own.
 bool IsWeekOfSleep(std::uint64_t seed, std::int64_t dayNumber) {
-  const std::int64_t stretch = dayNumber / kHabitDays;
+  const std::int64_t period = dayNumber / kHabitDays;
   for (const std::int64_t first :
-       {FirstDayOfSleep(seed, stretch - 1), FirstDayOfSleep(seed, stretch)}) {
+       {FirstDayOfSleep(seed, period - 1), FirstDayOfSleep(seed, period)}) {
     if (dayNumber >= first && dayNumber < first + kDaysOfSleep) return true;
   }
   return false;
 }
 
-/// The day of a stretch on which the clock is put back, from which second of it and by how much.
+/// The day of a period on which the clock is set back, from which second of the day and by how
+/// much.
 struct WrongClock {
   std::int64_t dayNumber;
   std::int64_t fromSecond;
   std::int64_t behindSeconds;
 };
 
-WrongClock WrongClockOf(std::uint64_t seed, std::int64_t stretch) {
-  static constexpr std::array<std::int64_t, 4> kSteps = {kShortestPutBackSeconds, 45 * kMinute,
+WrongClock WrongClockOf(std::uint64_t seed, std::int64_t period) {
+  static constexpr std::array<std::int64_t, 4> kSteps = {kSmallestSetBackSeconds, 45 * kMinute,
                                                          kHour, 3 * kHour};
-  Random random(seed, stretch, kClockPurpose);
+  Random random(seed, period, kClockPurpose);
   WrongClock clock{};
   do {
-    clock.dayNumber = stretch * kHabitDays + random.Between(0, kHabitDays - 1);
+    clock.dayNumber = period * kHabitDays + random.Between(0, kHabitDays - 1);
   } while (IsWeekOfSleep(seed, clock.dayNumber));
   clock.fromSecond = random.Between(10 * kHour, 16 * kHour);
   clock.behindSeconds = kSteps[static_cast<std::size_t>(random.Between(0, 3))];
@@ -71,7 +72,7 @@ bool HasWrongClock(std::uint64_t seed, std::int64_t dayNumber) {
   return WrongClockOf(seed, dayNumber / kHabitDays).dayNumber == dayNumber;
 }
 
-bool ClocksChange(const ModelDay& day) { return day.lengthSeconds != kUsualDaySeconds; }
+bool ClocksChange(const ModelDay& day) { return day.lengthSeconds != kNormalDaySeconds; }
 
 bool IsWeekend(std::int64_t dayNumber) {
   const std::int64_t weekday = (dayNumber + 3) % 7;  // 1970-01-01 was a Thursday; 0 is Monday
@@ -80,18 +81,18 @@ bool IsWeekend(std::int64_t dayNumber) {
 
 DayKind ChooseKind(const ModelSettings& settings, const ModelDay& day, Random& random) {
   const bool weekend = IsWeekend(day.number);
-  const DayKind usual = weekend ? DayKind::kLeisure : DayKind::kOffice;
+  const DayKind normal = weekend ? DayKind::kLeisure : DayKind::kOffice;
   const std::int64_t draw = random.Between(1, 100);
-  if (ClocksChange(day)) return usual;
+  if (ClocksChange(day)) return normal;
   if (IsWeekOfSleep(settings.seed, day.number)) return DayKind::kOff;
   if (HasWrongClock(settings.seed, day.number)) return DayKind::kOffice;
   if (draw <= (weekend ? 18 : 4)) return DayKind::kOff;
   if (draw <= (weekend ? 22 : 6)) return DayKind::kNothingMeasured;
   if (draw <= (weekend ? 30 : 9)) return DayKind::kSingleSample;
-  return usual;
+  return normal;
 }
 
-/// Whether the notebook stays awake over the midnight that ends this day.
+/// Whether the notebook stays awake across the midnight that ends this day.
 bool StaysAwakeAfter(const ModelSettings& settings, std::int64_t dayNumber) {
   return Random(settings.seed, dayNumber, kNightPurpose).Chance(30);
 }
@@ -126,20 +127,20 @@ void AddNights(const ModelSettings& settings, const ModelDay& day, Random& rando
   if (ClocksChange(day)) sessions.push_back({30 * kMinute, 5 * kHour});
 }
 
-/// In the order of time, overlapping ones joined, inside the day.
-std::vector<Session> Tidy(std::vector<Session> sessions, std::int64_t dayEnd) {
+/// Sorted by time, overlapping sessions joined, cut at the end of the day.
+std::vector<Session> Normalised(std::vector<Session> sessions, std::int64_t dayEnd) {
   std::sort(sessions.begin(), sessions.end(),
             [](const Session& left, const Session& right) { return left.begin < right.begin; });
-  std::vector<Session> tidy;
+  std::vector<Session> result;
   for (Session session : sessions) {
     session.end = std::min(session.end, dayEnd);
-    if (!tidy.empty() && session.begin <= tidy.back().end) {
-      tidy.back().end = std::max(tidy.back().end, session.end);
+    if (!result.empty() && session.begin <= result.back().end) {
+      result.back().end = std::max(result.back().end, session.end);
     } else {
-      tidy.push_back(session);
+      result.push_back(session);
     }
   }
-  return tidy;
+  return result;
 }
 
 std::string Padded(std::int64_t value, std::size_t digits) {
@@ -147,20 +148,20 @@ std::string Padded(std::int64_t value, std::size_t digits) {
   return text.size() < digits ? std::string(digits - text.size(), '0') + text : text;
 }
 
-/// Whole or real, short or with all the digits of a double.
+/// A whole or a decimal number, with few digits or as many as a double has.
 std::string PowerText(std::int64_t milliwatts, Random& random) {
   const std::int64_t form = random.Between(1, 100);
   const std::string whole = std::to_string(milliwatts / 1000);
   if (form <= 25) return whole;
   if (form <= 40) return whole + "." + std::to_string(milliwatts / 100 % 10);
   if (form <= 92) return whole + "." + Padded(milliwatts % 1000, 3);
-  // Two statements: the operands of one sum are drawn in no fixed order.
+  // Two statements: the order in which the operands of one sum are evaluated is not fixed.
   const std::string middle = Padded(random.Between(0, 999'999'999), 9);
   const std::string tail = std::to_string(random.Between(1, 999));
   return whole + "." + Padded(milliwatts % 1000, 3) + middle + tail;
 }
 
-/// Writes the samples of one awake stretch after the other.
+/// Writes the samples of each session in turn.
 class SampleWriter {
  public:
   SampleWriter(const ModelSettings& settings, Random& random)
@@ -214,12 +215,12 @@ class SampleWriter {
   std::vector<ModelSample> samples_;
 };
 
-/// From a moment on at which the notebook is awake.
-void PutClockBack(const WrongClock& clock, std::vector<ModelSample>& samples) {
+/// Sets the clock back from a sample on at which the notebook is awake.
+void SetClockBack(const WrongClock& clock, std::vector<ModelSample>& samples) {
   bool isBehind = false;
   for (std::size_t i = 1; i < samples.size(); ++i) {
     const std::int64_t since = samples[i].offsetSeconds - samples[i - 1].offsetSeconds;
-    isBehind |= samples[i].offsetSeconds >= clock.fromSecond && since < kShortestPutBackSeconds;
+    isBehind |= samples[i].offsetSeconds >= clock.fromSecond && since < kSmallestSetBackSeconds;
     if (isBehind) samples[i].clockSeconds = -clock.behindSeconds;
   }
 }
@@ -233,7 +234,7 @@ std::vector<Session> PlanSessions(const ModelSettings& settings, const ModelDay&
     AddLeisureHours(random, sessions);
   }
   AddNights(settings, day, random, sessions);
-  return Tidy(std::move(sessions), day.lengthSeconds);
+  return Normalised(std::move(sessions), day.lengthSeconds);
 }
 
 }  // namespace
@@ -247,8 +248,8 @@ std::optional<std::vector<ModelSample>> MakeDay(const ModelSettings& settings,
   if (kind == DayKind::kOff) return std::nullopt;
   if (kind == DayKind::kNothingMeasured) return std::vector<ModelSample>();
   if (kind == DayKind::kSingleSample) {
-    // Often close enough to midnight to link with a neighbour.
-    writer.WriteMoment(plan.Chance(50) ? plan.Between(0, 300) : plan.Between(0, kUsualDaySeconds));
+    // Often so close to midnight that the interval to the neighbouring day counts.
+    writer.WriteMoment(plan.Chance(50) ? plan.Between(0, 300) : plan.Between(0, kNormalDaySeconds));
     std::vector<ModelSample> samples = writer.Take();
     samples.resize(std::min<std::size_t>(samples.size(), 1));
     return samples;
@@ -258,7 +259,7 @@ std::optional<std::vector<ModelSample>> MakeDay(const ModelSettings& settings,
   }
   std::vector<ModelSample> samples = writer.Take();
   if (HasWrongClock(settings.seed, day.number)) {
-    PutClockBack(WrongClockOf(settings.seed, day.number / kHabitDays), samples);
+    SetClockBack(WrongClockOf(settings.seed, day.number / kHabitDays), samples);
   }
   return samples;
 }

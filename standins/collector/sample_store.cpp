@@ -7,8 +7,10 @@
 #include <dpapi.h>
 #include <wincrypt.h>
 
-#include <cstdio>
 #include <stdexcept>
+
+#include "platform/win32/owners.h"
+#include "whole_file.h"
 
 namespace Standin {
 
@@ -17,16 +19,13 @@ namespace {
 constexpr wchar_t kSamplePathStart[] =
     L"C:\\ProgramData\\ZQ\\TelemetryDataCollector\\PCMCollector\\PcmSampleData_";
 
-void WriteFileWhole(const std::wstring& path, const std::string& bytes) {
-  std::FILE* file = _wfopen(path.c_str(), L"wb");
-  if (file == nullptr) throw std::runtime_error("the collector cannot write a file");
-  const std::size_t written = std::fwrite(bytes.data(), 1, bytes.size(), file);
-  if (std::fclose(file) != 0 || written != bytes.size()) {
-    throw std::runtime_error("the collector cannot fill a file");
+void WriteWholeFile(const std::wstring& path, const std::string& bytes) {
+  if (!TryWriteWholeFile(path, bytes)) {
+    throw std::runtime_error("the collector cannot write a file");
   }
 }
 
-/// UTF-16LE. Each character of `text` is one of Latin-1.
+/// Latin-1 to UTF-16LE.
 std::string Widen(const std::string& text) {
   std::string wide;
   wide.reserve(text.size() * 2);
@@ -43,9 +42,8 @@ std::string Protect(std::string plain) {
   if (!CryptProtectData(&in, L"", nullptr, nullptr, nullptr, CRYPTPROTECT_LOCAL_MACHINE, &out)) {
     throw std::runtime_error("the collector cannot protect its samples");
   }
-  std::string protectedBytes(reinterpret_cast<const char*>(out.pbData), out.cbData);
-  LocalFree(out.pbData);
-  return protectedBytes;
+  const Zq::Gantry::Platform::UniqueLocalBlock block(out.pbData);
+  return {reinterpret_cast<const char*>(out.pbData), out.cbData};
 }
 
 std::string ToBase64(const std::string& bytes) {
@@ -67,7 +65,8 @@ std::string Member(const char* name, const std::string& value) {
 
 std::string Quoted(const std::string& text) { return "\"" + text + "\""; }
 
-/// As the file has it: the power as a number, and a member that nobody reads.
+/// The text of a sample file: the power is a number, and there is a member that the library
+/// ignores.
 std::string FileText(const std::vector<WrittenSample>& samples) {
   std::string text = "[";
   for (const WrittenSample& sample : samples) {
@@ -80,7 +79,7 @@ std::string FileText(const std::vector<WrittenSample>& samples) {
   return text + "]";
 }
 
-/// As the truth has it: the power as the text of the number.
+/// The text of the plain file: the power is a string with the digits of the number.
 std::string TruthText(const std::vector<WrittenSample>& samples) {
   std::string text = "[";
   for (const WrittenSample& sample : samples) {
@@ -120,11 +119,11 @@ void SampleStore::WriteDay(const CalendarDay& day, std::int64_t now) {
     if (instant > now) break;
     samples.push_back({sample.type, LocalTimeText(instant + sample.clockSeconds), sample.power});
   }
-  // Before its first sample the day has no file yet.
+  // A day has no file before its first sample.
   if (samples.empty() && !model->empty()) return;
 
   const std::wstring date(day.date.begin(), day.date.end());
-  WriteFileWhole(kSamplePathStart + date + L".json", ToBase64(Protect(Widen(FileText(samples)))));
+  WriteWholeFile(kSamplePathStart + date + L".json", ToBase64(Protect(Widen(FileText(samples)))));
   days_[day.date] = std::move(samples);
 }
 
@@ -134,7 +133,7 @@ void SampleStore::WriteTruth() const {
     if (text.back() != '[') text += ",\n";
     text += '{' + Member("date", Quoted(date)) + ',' + Member("samples", TruthText(samples)) + '}';
   }
-  WriteFileWhole(settings_.truthPath, text + "]}\n");
+  WriteWholeFile(settings_.truthPath, text + "]}\n");
 }
 
 }  // namespace Standin

@@ -1,6 +1,7 @@
 #pragma once
 
-// Stand-in: the days that the collector has written, as encrypted files and as plain truth.
+// Stand-in: the days that the collector has written, as encrypted files and, for tests, in one file
+// of plain text.
 
 #include <cstdint>
 #include <map>
@@ -12,13 +13,15 @@
 
 namespace Standin {
 
-/// One sample exactly as it stands in a file. `power` is empty where the sample has none.
+/// One sample, each member as in the file. `power` is empty if the sample has none.
 struct WrittenSample {
   std::string type;
   std::string time;
   std::string power;
 };
 
+/// Writes the samples of the model as the files of the data folder. Throws std::runtime_error if a
+/// file cannot be written.
 class SampleStore {
  public:
   explicit SampleStore(CollectorSettings settings) : settings_(std::move(settings)) {}
@@ -26,7 +29,8 @@ class SampleStore {
   /// Writes the days up to and including that of the settings' "now".
   void WriteFirstDays();
   /// Completes the day that was the current one, adds the days that have begun since, and writes
-  /// the current one up to `now`. Leaves the files of all other days alone, deleted ones too.
+  /// the current one up to `now`. Does not touch the files of other days, and does not write a
+  /// deleted one again.
   void Advance(std::int64_t now);
 
  private:

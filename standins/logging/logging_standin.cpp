@@ -1,19 +1,22 @@
-// Stand-in for the host's closed Logging.dll. Each record becomes one line of UTF-8 text, "[level]
-// [component] text" with line breaks written as \n, appended to the file that the environment
-// variable WATTLEAF_LOG_FILE names, or to standard error.
+// Stand-in for the host's closed Logging.dll. Each record is one line of UTF-8 text, "[level]
+// [component] text" with line breaks written as \n. It is appended to the file that the environment
+// variable WATTLEAF_LOG_FILE names, or written to standard error.
 
 #include "logging_standin.h"
-
-#include <windows.h>
 
 #include <cstdarg>
 #include <cstdio>
 #include <mutex>
 #include <string>
 
+#include "base/utf8_text.h"
+#include "base/wide_file.h"
 #include "logging/trace_logger.h"
 
 namespace {
+
+using Zq::Gantry::Server::Services::Wattleaf::ToUtf8;
+using Zq::Gantry::Server::Services::Wattleaf::UniqueFile;
 
 struct Sink {
   Standin::LogSink call = nullptr;
@@ -28,15 +31,6 @@ std::mutex& Lock() {
 Sink& CurrentSink() {
   static Sink sink;
   return sink;
-}
-
-std::string ToUtf8(const std::wstring& text) {
-  const int length = static_cast<int>(text.size());
-  const int bytes =
-      WideCharToMultiByte(CP_UTF8, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
-  std::string utf8(static_cast<std::size_t>(bytes), '\0');
-  WideCharToMultiByte(CP_UTF8, 0, text.data(), length, utf8.data(), bytes, nullptr, nullptr);
-  return utf8;
 }
 
 std::wstring Print(const wchar_t* format, va_list arguments) {
@@ -70,13 +64,10 @@ void WriteLine(Standin::LogLevel level, const std::wstring& component, const std
   line += '\n';
 
   const wchar_t* path = _wgetenv(L"WATTLEAF_LOG_FILE");
-  std::FILE* file = path != nullptr && *path != L'\0' ? _wfopen(path, L"ab") : nullptr;
-  std::fwrite(line.data(), 1, line.size(), file != nullptr ? file : stderr);
-  if (file != nullptr) {
-    std::fclose(file);
-  } else {
-    std::fflush(stderr);
-  }
+  const UniqueFile log(path != nullptr && *path != L'\0' ? _wfopen(path, L"ab") : nullptr);
+  std::FILE* file = log ? log.get() : stderr;
+  std::fwrite(line.data(), 1, line.size(), file);
+  std::fflush(file);
 }
 
 void Record(Standin::LogLevel level, const wchar_t* component, const wchar_t* format,

@@ -1,7 +1,6 @@
-// Part of a second form of the Logging.dll stand-in, for programs that link the library and know
-// nothing of stand-ins. The library cannot be loaded without Logging.dll, so what the system lacks
-// is simulated from here: the calls of simulated_calls.h, in the library's import table, while it
-// is loaded.
+// Part of a second build of the Logging.dll stand-in, for programs that link the library and use no
+// stand-ins themselves. The library always loads Logging.dll, so this DLL simulates the calls of
+// simulated_calls.h in the library's import table, for as long as it is loaded.
 
 #include <windows.h>
 
@@ -17,7 +16,7 @@ std::optional<Standin::SimulatedCalls> simulated;
 
 BOOL WINAPI DllMain(HINSTANCE, DWORD reason, void*) {
   if (reason != DLL_PROCESS_ATTACH) return TRUE;
-  // The imports of all libraries of a program are in place before the first of them is told so.
+  // The system fills all import tables of a program before it calls the first DllMain.
   if (const HMODULE library = GetModuleHandleW(L"WattleafService.dll")) {
     simulated.emplace(library, /*enabled=*/true);
   }

@@ -1,4 +1,4 @@
-// Stand-in: a desktop program of the simulated notebook. It does nothing; what counts are its icon
-// and its version resource.
+// Stand-in: a desktop program of the simulated notebook. It does nothing: the library reads its
+// icon and its version resource.
 
 int main() { return 0; }

@@ -1,5 +1,5 @@
 # The desktop programs of the simulated notebook as real executables: bin/drive_c mirrors drive C:.
-# Icons and resource scripts are made by the build, named by the program's number in the list.
+# The build makes icons and resource scripts, named by the program's number in the list.
 enable_language(RC)
 find_package(Python3 REQUIRED COMPONENTS Interpreter)
 
@@ -42,6 +42,5 @@ foreach(program IN LISTS programs)
 endforeach()
 
 add_executable(notebook_setup notebook_setup.cpp)
-target_include_directories(notebook_setup PRIVATE "${CMAKE_SOURCE_DIR}/src")
-target_link_libraries(notebook_setup PRIVATE wattleaf_notebook advapi32)
+target_link_libraries(notebook_setup PRIVATE wattleaf_notebook wattleaf_core advapi32)
 add_custom_target(notebook_programs ALL DEPENDS ${programs} notebook_setup)

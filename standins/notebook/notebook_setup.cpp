@@ -1,6 +1,5 @@
-// Stand-in: registers the desktop programs of the simulated notebook as installed, the way their
-// set-up programs would have done it. Safe to repeat. Exit status 1 where a key could not be
-// written.
+// Stand-in: registers the desktop programs of the simulated notebook as installed, as their set-up
+// programs would. Safe to repeat. Exit status 1 if a key cannot be written.
 
 #include <windows.h>
 
@@ -11,13 +10,17 @@
 #include <string>
 #include <string_view>
 
+#include "base/utf8_text.h"
 #include "installed_applications.h"
 #include "platform/win32/owners.h"
 
 namespace {
 
+using Zq::Gantry::Platform::UniqueRegKey;
+using Zq::Gantry::Server::Services::Wattleaf::FromUtf8;
+
 struct Root {
-  std::string_view name;  // as the list has it
+  std::string_view name;  // as in desktop_apps.txt
   HKEY hive;
   std::wstring_view path;
 };
@@ -41,15 +44,6 @@ struct InstalledKey {
   std::optional<std::wstring> displayVersion = std::nullopt;
 };
 
-/// From UTF-8.
-std::wstring Widen(std::string_view text) {
-  const int length = static_cast<int>(text.size());
-  std::wstring wide(text.size(), L'\0');
-  const int written = MultiByteToWideChar(CP_UTF8, 0, text.data(), length, wide.data(), length);
-  wide.resize(static_cast<std::size_t>(written));
-  return wide;
-}
-
 bool SetText(HKEY key, const wchar_t* value, const std::optional<std::wstring>& text) {
   if (!text) return true;
   const auto bytes = static_cast<DWORD>((text->size() + 1) * sizeof(wchar_t));
@@ -62,7 +56,7 @@ bool Register(const InstalledKey& program) {
                                  [&](const Root& one) { return one.name == program.root; });
   if (root == kRoots.end()) return false;
   const std::wstring path = std::wstring(root->path) + program.name;
-  Zq::Gantry::Platform::UniqueRegKey key;
+  UniqueRegKey key;
   const bool written =
       RegCreateKeyExW(root->hive, path.c_str(), /*reserved=*/0, /*class=*/nullptr,
                       REG_OPTION_NON_VOLATILE, KEY_WRITE, /*security=*/nullptr, key.out(),
@@ -78,16 +72,16 @@ bool RegisterPrograms() {
   bool all = true;
   for (const Standin::DesktopApp& app : Standin::kDesktopApps) {
     if (app.registeredName.empty()) continue;
-    const std::wstring name = Widen(app.registeredName);
-    const std::wstring version = Widen(app.version);
-    // Two versions of one program have a key each.
+    const std::wstring name = FromUtf8(app.registeredName);
+    const std::wstring version = FromUtf8(app.version);
+    // Each of two versions of one program has a key.
     all &= Register({app.registeredIn, name + L' ' + version, name,
-                     L"\"C:\\" + Widen(app.program) + L"\",0", version});
+                     L"\"C:\\" + FromUtf8(app.program) + L"\",0", version});
   }
   return all;
 }
 
-/// What real machines have beside proper entries.
+/// Entries of real machines that describe no complete program.
 bool RegisterOddities() {
   const bool update = Register({"1", L"Update 2026", std::nullopt, L"C:\\Windows\\update.ico"});
   const bool longName = Register({"1", L"Long name", std::wstring(256, L'n'), L""});

@@ -6,10 +6,10 @@
 
 namespace Standin {
 
-/// The splitmix64 sequence: the same numbers everywhere.
+/// The splitmix64 sequence: the same numbers on every platform.
 class Random {
  public:
-  /// A stream of its own for each period of time (a day, an hour) and purpose.
+  /// Each combination of seed, period of time (a day or an hour) and purpose has its own sequence.
   Random(std::uint64_t seed, std::int64_t period, std::uint64_t purpose)
       : state_(seed * 0xD1342543DE82EF95ULL + static_cast<std::uint64_t>(period) * 0x9E3779B1ULL +
                purpose * 0xC2B2AE3D27D4EB4FULL) {

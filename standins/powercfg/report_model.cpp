@@ -1,4 +1,4 @@
-// Stand-in: a seeded model of how much energy the applications of a notebook take.
+// Stand-in: a seeded model of the energy that the applications of a notebook use.
 
 #include "report_model.h"
 
@@ -17,7 +17,7 @@ constexpr std::int64_t kHour = 3600;
 enum Purpose : std::uint64_t {
   kMinutePurpose = 1,
   kAwakePurpose = 2,
-  kHabitPurpose = 1000,  // and the application's place in the list
+  kHabitPurpose = 1000,  // plus the application's place in the list
   kRowPurpose = 2000,    // likewise
 };
 
@@ -27,10 +27,10 @@ struct Application {
   std::int64_t percent;  // of the hours awake in which it runs
 };
 
-/// A name outside ASCII of a program that is not installed.
+/// A program with a name outside ASCII that is not installed.
 constexpr char kForeignProgram[] = "\\Program Files\\\xE6\xB3\xA2\\\xE6\xB3\xA2.exe";
-/// Packages that are installed no longer, two of them with names outside ASCII, up to characters of
-/// four bytes, and one that an update has replaced.
+/// Packages that are no longer installed: two with names outside ASCII, one of them with a
+/// character of four bytes, and one that an update has replaced.
 constexpr std::array<const char*, 4> kRemovedPackages = {
     "\xC4\x8C"
     "apek.Robot_1.0.7.0_x64__n6s1d8k4q2v7h!App",
@@ -38,7 +38,7 @@ constexpr std::array<const char*, 4> kRemovedPackages = {
     "Plum.Sketch_2.0.0.0_x64__n6s1d8k4q2v7h",
     "Otter.Chat_8.16.0.0_x64__m5t9yk3w7zc8n",
 };
-/// Services share one program of Windows; the row names the service behind it.
+/// Services share one program of Windows; the row also names the service.
 constexpr std::array<const char*, 3> kServices = {
     "\\windows\\system32\\svchost.exe [HearthCache]",
     "\\windows\\system32\\svchost.exe [LocalServiceNetwork]",
@@ -48,9 +48,9 @@ constexpr std::array<const char*, 2> kOtherDrive = {
     "\\Device\\HarddiskVolume9\\Toolbox\\hammer.exe",
     "\\Device\\HarddiskVolume9\\Nuts & 'Bolts'\\nut.exe",
 };
-constexpr std::array<const char*, 3> kNobodys = {"Unknown", "System Interrupts", "System"};
+constexpr std::array<const char*, 3> kWithoutProgram = {"Unknown", "System Interrupts", "System"};
 
-/// The full name of the package; each application by its id where there are several.
+/// The full name of the package; with several applications, one name with the id of each.
 std::vector<std::string> PackagedIds(const PackagedApp& app) {
   const std::string fullName = std::string(app.name) + '_' + std::string(app.version) + "_x64__" +
                                std::string(app.familySuffix);
@@ -74,13 +74,13 @@ std::vector<std::string> Identities(const ReportSettings& settings) {
   }
   ids.insert(ids.end(), kRemovedPackages.begin(), kRemovedPackages.end());
   ids.insert(ids.end(), kOtherDrive.begin(), kOtherDrive.end());
-  // A path that holds the prefix of C: further on only.
+  // A path with the prefix of C: in its middle.
   ids.push_back("\\Device\\Mup\\attic" + settings.devicePrefix + "\\trunk.exe");
-  ids.insert(ids.end(), kNobodys.begin(), kNobodys.end());
+  ids.insert(ids.end(), kWithoutProgram.begin(), kWithoutProgram.end());
   return ids;
 }
 
-bool IsAskedFor(const std::string& only, const std::string& id) {
+bool IsWanted(const std::string& only, const std::string& id) {
   if (only.empty()) return true;
   std::istringstream parts(only);
   for (std::string part; std::getline(parts, part, '|');) {
@@ -96,12 +96,12 @@ std::vector<Application> Applications(const ReportSettings& settings) {
     const std::int64_t size = habit.Between(3, 60);
     const std::int64_t percent = habit.Between(15, 85);
     applications.push_back({std::move(id), size * size / 10 + 1, percent});
-    if (!IsAskedFor(settings.only, applications.back().appId)) applications.back().percent = 0;
+    if (!IsWanted(settings.only, applications.back().appId)) applications.back().percent = 0;
   }
   return applications;
 }
 
-/// By the clock of Greenwich: working hours on most days, seldom at night.
+/// In UTC: working hours on most days, rarely at night.
 bool IsAwake(std::uint64_t seed, std::int64_t hour) {
   const std::int64_t hourOfDay = hour % 24;
   const bool weekend = (hour / 24 + 3) % 7 >= 5;  // 1970-01-01 was a Thursday; 0 is Monday
@@ -110,7 +110,7 @@ bool IsAwake(std::uint64_t seed, std::int64_t hour) {
   return random.Chance(weekend ? 45 : 80);
 }
 
-/// Writes the rows of one hour after the other.
+/// Writes the rows, hour after hour.
 class RowWriter {
  public:
   explicit RowWriter(const ReportSettings& settings)
@@ -132,7 +132,7 @@ class RowWriter {
  private:
   static TotalEnergy Energy(std::int64_t energy) { return {std::to_string(energy)}; }
 
-  /// A row of the usual form for most values of `oddity`, from 1 to 1000.
+  /// A well-formed row for most values of `oddity`, which is from 1 to 1000.
   void WriteRows(const std::string& appId, const std::string& time, std::int64_t energy,
                  std::int64_t oddity) {
     if (oddity <= 15) {
@@ -145,7 +145,7 @@ class RowWriter {
     if (oddity >= 960) WriteCompanion(appId, time, energy, oddity);
   }
 
-  /// A second row beside the usual one.
+  /// A second row for the same application and hour.
   void WriteCompanion(const std::string& appId, const std::string& time, std::int64_t energy,
                       std::int64_t oddity) {
     if (oddity < 975) {

@@ -37,7 +37,7 @@ std::string FirstLine(ReportEncoding encoding) {
   return std::string("<?xml version=\"1.0\" encoding=\"") + name + "\"?>\r\n";
 }
 
-/// With elements and attributes around what is read, as a real report has them.
+/// Has further elements and attributes, as a real report does.
 std::string RowText(const ReportRow& row) {
   std::string text = "  <Application" + Attribute("AppId", row.appId) +
                      Attribute("TimeStamp", row.timeStamp) + " Interactive=\"1\">\r\n" +
@@ -58,7 +58,7 @@ void AppendCharacter(std::string& bytes, std::uint32_t character) {
   AppendUtf16(bytes, 0xDC00 + (character & 0x3FF));
 }
 
-/// How many bytes follow the first one of a character, and what bits of it count.
+/// The number of bytes after the first one of a character, and the first one's bits of its code.
 struct LeadByte {
   int following;
   std::uint32_t bits;

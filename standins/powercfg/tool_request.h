@@ -1,6 +1,6 @@
 #pragma once
 
-// Stand-in: the command lines that the tool understands. Portable.
+// Stand-in: the command lines that the tool understands. Portable, so that it is tested natively.
 
 #include <optional>
 #include <string>
@@ -15,10 +15,10 @@ struct ToolRequest {
   std::wstring file;
 };
 
-/// From the arguments after the program's name. Understands exactly
+/// Reads the arguments after the program's name. Understands exactly
 ///   /SRUMUTIL /OUTPUT <file> /XML
 ///   /ENERGY /OUTPUT <file> /DURATION <seconds> /XML
-/// in these letters and this order, and nothing else.
-std::optional<ToolRequest> TryReadRequest(const std::vector<std::wstring>& arguments);
+/// in this case and this order, and nothing else.
+[[nodiscard]] std::optional<ToolRequest> TryReadRequest(const std::vector<std::wstring>& arguments);
 
 }  // namespace Standin

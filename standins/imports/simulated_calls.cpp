@@ -1,5 +1,5 @@
-// Calls that a compatibility layer for Windows lacks or only stubs, simulated with an answer that
-// Windows documents. Part of the simulated notebook; a real Windows needs none of them.
+// Calls that Wine lacks or only stubs, simulated with a result that Windows documents. Part of the
+// simulated notebook; a real Windows needs none of them.
 
 #include "simulated_calls.h"
 

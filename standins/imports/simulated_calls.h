@@ -9,27 +9,26 @@
 
 namespace Standin {
 
-/// One call of the library that is answered here in place of a system that lacks it or only stubs
-/// it.
+/// A call of the library that is simulated because the system lacks it or has only a stub.
 struct SimulatedCall {
   const char* name;
-  /// Why it is simulated, and what the simulated call answers.
+  /// Why the call is simulated, and what the simulated call returns.
   const char* reason;
   void (*replacement)();
 };
 
-/// The whole list, the only one.
-const std::vector<SimulatedCall>& AllSimulatedCalls();
+/// All calls that can be simulated. The README lists them too.
+[[nodiscard]] const std::vector<SimulatedCall>& AllSimulatedCalls();
 
-/// Simulates, in one module's import table and for as long as it lives, the calls of the list that
-/// the module imports.
+/// Simulates the calls of the list that one module imports, in its import table. The destructor
+/// restores them.
 class SimulatedCalls {
  public:
-  /// With `enabled` false, none is simulated.
+  /// With `enabled` false, simulates no call.
   SimulatedCalls(HMODULE module, bool enabled);
 
-  /// The calls that are in place.
-  const std::vector<SimulatedCall>& InPlace() const { return inPlace_; }
+  /// The calls that are simulated in this module.
+  [[nodiscard]] const std::vector<SimulatedCall>& InPlace() const { return inPlace_; }
 
  private:
   std::vector<std::unique_ptr<ImportPatch>> patches_;

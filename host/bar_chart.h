@@ -3,15 +3,16 @@
 #include <cstddef>
 #include <string>
 
-#include "series.h"
+#include "answer.h"
 
 namespace WattleafHost {
 
-/// The longest bar, in characters, where nothing else is asked for.
+/// The default length of the longest bar, in characters.
 inline constexpr std::size_t kLongestBarChars = 60;
 
 /// One line for each entry: label, value, and a bar whose length is the value's share of the
-/// largest one, in steps of half a character. A value above zero never shows as nothing.
-std::string BarChart(const Series& series, std::size_t longestBarChars = kLongestBarChars);
+/// largest one, in steps of half a character. A value above zero has at least the shortest bar.
+[[nodiscard]] std::string BarChart(const Series& series,
+                                   std::size_t longestBarChars = kLongestBarChars);
 
 }  // namespace WattleafHost

@@ -12,8 +12,9 @@
 #include <string>
 #include <utility>
 
+#include "base/utf8_text.h"
 #include "places.h"
-#include "wide_text.h"
+#include "platform/win32/unique_resource.h"
 
 namespace WattleafHost {
 
@@ -26,20 +27,28 @@ bool IsTerminal(DWORD standardHandle) {
   return GetConsoleMode(GetStdHandle(standardHandle), &mode) != 0;
 }
 
-/// Standard output as this program was given it.
+/// The stream to the standard output that this program was started with.
 std::FILE*& OwnOutput() {
   static std::FILE* file = stdout;
   return file;
 }
 
-/// Below 0 where the log goes to standard error.
-int OpenLogForAppending() {
-  const std::wstring path = ToWide(LogFile());
-  if (path.empty()) return -1;
-  int file = -1;
+/// Descriptor of a file of the C library: empty is -1.
+struct DescriptorPolicy {
+  using Type = int;
+  static Type Empty() { return -1; }
+  static void Release(Type file) { _close(file); }
+};
+using UniqueDescriptor = Zq::Gantry::Platform::UniqueResource<DescriptorPolicy>;
+
+/// Empty if the log goes to standard error or its file cannot be opened.
+UniqueDescriptor OpenLogForAppending() {
+  const std::wstring path = Zq::Gantry::Server::Services::Wattleaf::FromUtf8(LogFile());
+  UniqueDescriptor file;
+  if (path.empty()) return file;
   const int mode = _O_WRONLY | _O_CREAT | _O_APPEND | _O_BINARY;
-  const int failed = _wsopen_s(&file, path.c_str(), mode, _SH_DENYNO, _S_IREAD | _S_IWRITE);
-  return failed == 0 ? file : -1;
+  const int failed = _wsopen_s(file.out(), path.c_str(), mode, _SH_DENYNO, _S_IREAD | _S_IWRITE);
+  return failed == 0 ? std::move(file) : UniqueDescriptor();
 }
 
 }  // namespace
@@ -51,22 +60,21 @@ void PrepareConsole() {
 }
 
 void UseSystemZone() {
-  // A TZ variable in the environment would be taken as a POSIX text ("Europe/Berlin" then means
-  // UTC), and days would begin at another hour than Windows' own. Without it the C library asks the
-  // system. It reads TZ once, so this comes before any local time.
+  // The C library reads the variable TZ as a POSIX text, in which "Europe/Berlin" is UTC, and days
+  // would begin at another hour than in Windows. Without TZ it uses the system's zone. It reads TZ
+  // once, so this call comes before the first local time.
   _putenv("TZ=");
   _tzset();
 }
 
-void KeepOutputToOurselves() {
+void ReserveStandardOutput() {
   std::fflush(stdout);
   const int kept = _dup(_fileno(stdout));
   if (kept < 0) return;
   OwnOutput() = _fdopen(kept, "wb");
-  const int log = OpenLogForAppending();
-  _dup2(log < 0 ? _fileno(stderr) : log, _fileno(stdout));
-  if (log >= 0) _close(log);
-  // Otherwise its lines would stand behind those that the log gets meanwhile.
+  const UniqueDescriptor log = OpenLogForAppending();
+  _dup2(log ? log.get() : _fileno(stderr), _fileno(stdout));
+  // With a buffer, the service's lines would follow log lines that are written after them.
   std::setvbuf(stdout, nullptr, _IONBF, 0);
 }
 

@@ -5,24 +5,24 @@
 
 namespace WattleafHost {
 
-/// Standard output and error carry UTF-8 with plain line ends.
+/// Sets standard output and error to UTF-8 with "\n" as the line end.
 void PrepareConsole();
 
-/// Makes the C library, which the service shares, use Windows' own time zone.
+/// Makes the C library, which the service shares, use the time zone of Windows.
 void UseSystemZone();
 
-/// From now on standard output is this program's alone: what the service and the tools that it
-/// starts write there goes to the log, in its place among the log's lines.
-void KeepOutputToOurselves();
+/// Reserves standard output for Print. From now on the output of the service and of the tools that
+/// it starts goes to the log, in order with the log's lines.
+void ReserveStandardOutput();
 
-/// UTF-8 to standard output, as it stands.
+/// Writes UTF-8 text unchanged to standard output.
 void Print(const std::string& text);
 
-/// One line to standard error, behind the program's name.
+/// Writes one line to standard error, with the program's name first.
 void Notice(const std::string& text);
 
-/// A line on standard error that is written over while something is waited for, and wiped at the
-/// end. Silent where standard error is no terminal.
+/// A line on standard error that is overwritten during a wait and erased by the destructor. If
+/// standard error is not a terminal, writes a line every ten seconds instead.
 class ProgressLine {
  public:
   explicit ProgressLine(std::string text);

@@ -3,8 +3,6 @@
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
 
-#include "command_titles.h"
-
 namespace WattleafHost {
 
 namespace {
@@ -40,7 +38,7 @@ void WriteAnswer(JsonWriter& writer, const Answer& answer) {
   writer.Key("status");
   writer.Int(answer.status);
   writer.Key("text");
-  if (answer.status == 0) {
+  if (HasResult(answer)) {
     WriteText(writer, answer.text);
   } else {
     writer.Null();

@@ -12,26 +12,26 @@ struct SimulatedRow {
   std::string reason;
 };
 
-/// What the host hands to machines. All texts are UTF-8.
+/// One run of the host. All texts are UTF-8.
 struct Report {
   std::string version;
   std::string library;
-  /// "completed", "not started" or "still running"; empty where no pass was asked for.
+  /// "completed", "not started" or "still running"; empty without serve-once.
   std::string pass;
   std::vector<SimulatedRow> simulatedCalls;
   std::vector<Answer> answers;
   std::string dataFolder;
-  /// What command 2 is asked with.
+  /// The input of command 2.
   std::string iconFolder;
   unsigned int days = 0;
-  /// Empty where the log goes to standard error.
+  /// Empty if the log goes to standard error.
   std::string log;
 };
 
-/// One object on one line: "host", "library", "pass" (where there was one), "simulatedCalls"
+/// One object on one line: "host", "library", "pass" (if there is one), "simulatedCalls"
 /// (objects of "name" and "reason"), "commands" (objects of "number", "title", "status" and "text",
 /// which is null unless the status is 0), "dataFolder", "iconFolder", "days" and "log" (a text or
 /// null).
-std::string ToJson(const Report& report);
+[[nodiscard]] std::string ToJson(const Report& report);
 
 }  // namespace WattleafHost

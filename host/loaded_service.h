@@ -11,24 +11,25 @@
 
 namespace WattleafHost {
 
-/// WattleafService.dll and its service object. Reached as the real host reaches it: through the
-/// exported factory and the virtual operations, nothing else.
+/// WattleafService.dll and its service object, reached as the real host reaches them: through the
+/// exported factory and the virtual operations only.
 class LoadedService {
  public:
-  /// Loads the library from this program's folder. Throws std::runtime_error where that fails.
+  /// Loads the library from this program's folder. Throws std::runtime_error on failure.
   LoadedService();
 
-  HMODULE Module() const { return module_.get(); }
+  [[nodiscard]] HMODULE Module() const { return module_.get(); }
   /// UTF-8.
-  std::string LibraryPath() const;
+  [[nodiscard]] std::string LibraryPath() const;
 
   /// Starts the background work.
   void Start() { service_->startup_task(); }
 
-  Answer Ask(unsigned int number, const std::string& input);
+  /// Runs one command; `input` is UTF-8.
+  [[nodiscard]] Answer Run(unsigned int number, const std::string& input);
 
  private:
-  // The order matters: the object goes before its code does.
+  // The order matters: the object is destroyed before its code is unloaded.
   Zq::Gantry::Platform::UniqueModule module_;
   std::unique_ptr<Zq::Gantry::Server::Services::ZQService> service_;
 };

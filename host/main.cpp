@@ -1,16 +1,35 @@
-// A console host for integrators: loads WattleafService.dll the way the real host does and asks its
+// A console host for integrators: loads WattleafService.dll as the real host does and runs its
 // commands.
 
-#include <exception>
+#include <windows.h>
 
-#include "command_line.h"
+#include <shellapi.h>
+
+#include <exception>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "base/utf8_text.h"
 #include "console.h"
-#include "exit_status.h"
 #include "options.h"
-#include "serve_once.h"
-#include "single_command.h"
+#include "platform/win32/owners.h"
+#include "subcommands.h"
 
 namespace {
+
+/// The arguments after the program's name, as UTF-8. From the system, since the C library's are in
+/// the code page, and its start-up code may have expanded "*" and "?", which command 2 needs.
+std::vector<std::string> CommandLineArguments() {
+  int count = 0;
+  wchar_t** texts = CommandLineToArgvW(GetCommandLineW(), &count);
+  const Zq::Gantry::Platform::UniqueLocalBlock block(texts);
+  std::vector<std::string> arguments;
+  for (int i = 1; texts != nullptr && i < count; ++i) {
+    arguments.push_back(Zq::Gantry::Server::Services::Wattleaf::ToUtf8(texts[i]));
+  }
+  return arguments;
+}
 
 int Run(const WattleafHost::Options& options) {
   try {
@@ -27,10 +46,10 @@ int Run(const WattleafHost::Options& options) {
 int main() {
   WattleafHost::UseSystemZone();
   WattleafHost::PrepareConsole();
-  const auto request = WattleafHost::ReadOptions(WattleafHost::CommandLineArguments());
+  const auto request = WattleafHost::ReadOptions(CommandLineArguments());
   if (const auto* finished = std::get_if<WattleafHost::Finished>(&request)) {
     return finished->exitStatus;
   }
-  WattleafHost::KeepOutputToOurselves();
+  WattleafHost::ReserveStandardOutput();
   return Run(std::get<WattleafHost::Options>(request));
 }

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <iostream>
 
-#include "exit_status.h"
 #include "places.h"
 
 namespace WattleafHost {
@@ -12,39 +11,40 @@ namespace WattleafHost {
 namespace {
 
 constexpr const char* kDescription =
-    "Loads WattleafService.dll as its host does, from beside this program, and asks its commands.";
+    "Loads WattleafService.dll from this program's folder, as the real host does, and runs its "
+    "commands.";
 
 constexpr const char* kFooter =
-    "Exit status: 0 done; 1 a command gave another status than 0; 2 wrong arguments;\n"
+    "Exit status: 0 done; 1 a command returned a status other than 0; 2 wrong arguments;\n"
     "3 no pass was completed (serve-once); 4 the library cannot be loaded or failed.";
 
-constexpr const char* kServeOnce = "Start collection, let one pass happen, run all ten commands";
+constexpr const char* kServeOnce = "Start collection, wait for one pass, run all ten commands";
 
 constexpr const char* kCommand = "Run one command without starting collection";
 
 constexpr const char* kCommandFooter =
-    "Nothing is started: command 4 reads the sample files on disk and 7 probes the platform, "
-    "while\n"
+    "Collection is not started. Command 4 reads the sample files on disk; 7 probes the platform;\n"
     "1, 3, 5 and 6 read the ledger in memory, which only a pass of serve-once fills. 2 reads the\n"
-    "store of application energy, but without a pass it knows no desktop program and no logo.";
+    "store of application energy, but without a pass it finds no desktop programs and no logos.";
 
-/// Command 2 takes everything from the first "?" on for the days.
+/// Command 2 reads everything after the first "?" as the days.
 std::string CheckIconFolder(const std::string& folder) {
-  return folder.find('?') == std::string::npos ? "" : "a folder has no '?' in its name";
+  return folder.find('?') == std::string::npos ? "" : "the name of a folder cannot contain '?'";
 }
 
 void AddOptions(CLI::App& app, Options& options) {
-  // Before the subcommands are added, which inherit it: --json may stand behind them too.
+  // Set before the subcommands are added, which inherit it: --json may follow them too.
   app.fallthrough();
   app.set_version_flag("--version", "wattleaf_host " WATTLEAF_HOST_VERSION);
-  app.add_flag("--json", options.json, "Print one JSON object, for machines");
+  app.add_flag("--json", options.json, "Print one JSON object, for programs");
   app.add_flag_callback(
       "--no-simulated-calls", [&options] { options.simulateCalls = false; },
       "Simulate no system calls: for a real Windows");
-  app.add_option("--icons", options.iconFolder, "Where command 2 puts icons; made if missing")
+  app.add_option("--icons", options.iconFolder,
+                 "The folder for the icons of command 2; created if missing")
       ->check(CheckIconFolder)
       ->capture_default_str();
-  app.add_option("--days", options.days, "How many days command 2 looks back")
+  app.add_option("--days", options.days, "The number of days that command 2 covers")
       ->check(CLI::Range(0U, 36500U))
       ->capture_default_str();
 
@@ -52,7 +52,7 @@ void AddOptions(CLI::App& app, Options& options) {
   serveOnce->add_flag("--real-time", options.realTime,
                       "Let the worker sleep its 90 seconds instead of skipping them");
   serveOnce
-      ->add_option("--limit", options.limitSeconds, "Wait for the pass at most this many seconds")
+      ->add_option("--limit", options.limitSeconds, "The longest wait for the pass, in seconds")
       ->check(CLI::Range(1U, 86400U))
       ->capture_default_str();
 
@@ -70,11 +70,11 @@ void AddOptions(CLI::App& app, Options& options) {
 
 std::variant<Options, Finished> ReadOptions(const std::vector<std::string>& arguments) {
   Options options;
-  options.iconFolder = UsualIconFolder();
+  options.iconFolder = DefaultIconFolder();
   CLI::App app(kDescription, "wattleaf_host");
   AddOptions(app, options);
   try {
-    // Taken from the back.
+    // The parser takes the arguments from the back.
     app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
     return options;
   } catch (const CLI::Success& request) {

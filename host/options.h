@@ -7,30 +7,41 @@
 
 namespace WattleafHost {
 
-/// What the user asked for.
+// The program's exit statuses.
+inline constexpr int kDone = 0;
+/// A command returned a status other than 0.
+inline constexpr int kCommandFailed = 1;
+inline constexpr int kWrongArguments = 2;
+/// serve-once: no pass was completed; commands were run nevertheless.
+inline constexpr int kNoPass = 3;
+/// The library cannot be loaded, or it threw an exception.
+inline constexpr int kNoService = 4;
+
+/// The command line. Texts are UTF-8.
 struct Options {
   bool json = false;
   bool simulateCalls = true;
-  /// serve-once: the worker sleeps its 90 seconds; the day's sleep ends the pass without being
-  /// waited for.
+  /// serve-once: the worker sleeps its 90 seconds. The sleep of a day after the pass ends the wait.
   bool realTime = false;
-  /// serve-once: how long to wait for the pass.
+  /// serve-once: the longest wait for the pass.
   unsigned int limitSeconds = 900;
-  /// serve-once where false, command where true.
+  /// True for the subcommand command, false for serve-once.
   bool oneCommand = false;
   unsigned int number = 0;
-  /// command: nothing where none was given.
+  /// command: nothing if no input was given.
   std::optional<std::string> input;
-  /// What command 2 is asked with, unless an input was given. The folder is UTF-8.
+  /// The input of command 2, unless `input` has one.
   std::string iconFolder;
   unsigned int days = 30;
 };
 
-/// The program ends with this status; help, version or usage has been printed.
+/// The program must end with this status; help, version or usage has been printed.
 struct Finished {
   int exitStatus = 0;
 };
 
-std::variant<Options, Finished> ReadOptions(const std::vector<std::string>& arguments);
+/// Reads the arguments after the program's name, which are UTF-8.
+[[nodiscard]] std::variant<Options, Finished> ReadOptions(
+    const std::vector<std::string>& arguments);
 
 }  // namespace WattleafHost

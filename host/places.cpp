@@ -4,9 +4,12 @@
 
 #include <algorithm>
 
-#include "wide_text.h"
+#include "base/utf8_text.h"
 
 namespace WattleafHost {
+
+using Zq::Gantry::Server::Services::Wattleaf::FromUtf8;
+using Zq::Gantry::Server::Services::Wattleaf::ToUtf8;
 
 std::wstring ModulePath(HMODULE module) {
   constexpr std::size_t kLongestPathChars = 32768;
@@ -27,10 +30,10 @@ std::string LogFile() {
   return path == nullptr ? std::string() : ToUtf8(path);
 }
 
-std::string UsualIconFolder() { return ToUtf8(ProgramFolder()) + "\\Icons"; }
+std::string DefaultIconFolder() { return ToUtf8(ProgramFolder()) + "\\Icons"; }
 
 bool IsFile(const std::string& path) {
-  const DWORD attributes = GetFileAttributesW(ToWide(path).c_str());
+  const DWORD attributes = GetFileAttributesW(FromUtf8(path).c_str());
   return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
 }
 

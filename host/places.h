@@ -6,25 +6,25 @@
 
 namespace WattleafHost {
 
-/// The full path of a loaded module; null means the program itself.
-std::wstring ModulePath(HMODULE module);
+/// The full path of a loaded module; null is the program itself.
+[[nodiscard]] std::wstring ModulePath(HMODULE module);
 
-/// The folder of the program, without trailing separator.
-std::wstring ProgramFolder();
+/// The folder of the program, without a separator at its end.
+[[nodiscard]] std::wstring ProgramFolder();
 
-/// The folder in which samples and ledger lie; fixed by the service. UTF-8, like all that follows.
+/// The folder of samples and ledger, which the service fixes. UTF-8, like all texts below.
 inline constexpr const char* kDataFolder =
     "C:\\ProgramData\\ZQ\\TelemetryDataCollector\\PCMCollector";
 
-/// The log file of the stand-in of Logging.dll, from WATTLEAF_LOG_FILE; empty where it writes to
+/// The log file of the stand-in for Logging.dll, from WATTLEAF_LOG_FILE; empty if it writes to
 /// standard error.
-std::string LogFile();
+[[nodiscard]] std::string LogFile();
 
-/// Where icons go unless another folder is chosen: beside the program, where only administrators
-/// write in an installed host.
-std::string UsualIconFolder();
+/// The default folder for icons: beside the program, where only administrators can write once the
+/// host is installed.
+[[nodiscard]] std::string DefaultIconFolder();
 
-/// Whether a file is there, which is no folder.
-bool IsFile(const std::string& path);
+/// Whether `path` is a file that exists; false for a folder.
+[[nodiscard]] bool IsFile(const std::string& path);
 
 }  // namespace WattleafHost

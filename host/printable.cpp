@@ -53,7 +53,7 @@ std::string PadLeft(const std::string& utf8, std::size_t width) {
 }
 
 std::string TwoDigits(double value) {
-  // The largest double has 309 digits before the point.
+  // The largest double has 309 digits before the decimal point.
   std::array<char, 320> buffer{};
   std::snprintf(buffer.data(), buffer.size(), "%.2f", value);
   return buffer.data();

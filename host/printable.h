@@ -6,17 +6,17 @@
 namespace WattleafHost {
 
 /// The number of characters of a UTF-8 text.
-std::size_t CharacterCount(const std::string& utf8);
+[[nodiscard]] std::size_t CharacterCount(const std::string& utf8);
 
-/// `utf8` on one line of a terminal: control characters become "?", and what is longer than `limit`
-/// characters ends in "...".
-std::string OneLine(const std::string& utf8, std::size_t limit);
+/// `utf8` on one line of a terminal: control characters become "?", and a text of more than `limit`
+/// characters is cut to end in "...".
+[[nodiscard]] std::string OneLine(const std::string& utf8, std::size_t limit);
 
-/// `utf8` filled up with blanks to `width` characters, behind it or before it.
-std::string PadRight(std::string utf8, std::size_t width);
-std::string PadLeft(const std::string& utf8, std::size_t width);
+/// `utf8` with blanks appended (PadRight) or put before it (PadLeft), up to `width` characters.
+[[nodiscard]] std::string PadRight(std::string utf8, std::size_t width);
+[[nodiscard]] std::string PadLeft(const std::string& utf8, std::size_t width);
 
-/// Two digits behind the point.
-std::string TwoDigits(double value);
+/// `value` with two decimal places.
+[[nodiscard]] std::string TwoDigits(double value);
 
 }  // namespace WattleafHost

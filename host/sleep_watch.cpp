@@ -26,48 +26,48 @@ UniqueHandle MakeEvent() {
 }
 
 UniqueHandle OpenThisThread() {
-  HANDLE thread = nullptr;
-  DuplicateHandle(GetCurrentProcess(), GetCurrentThread(), GetCurrentProcess(), &thread,
+  UniqueHandle thread;
+  DuplicateHandle(GetCurrentProcess(), GetCurrentThread(), GetCurrentProcess(), thread.out(),
                   SYNCHRONIZE, /*inherit=*/FALSE, /*options=*/0);
-  return UniqueHandle(thread);
+  return thread;
 }
 
-/// What has been seen of the worker.
-struct Sightings {
+/// The state of the worker.
+struct WorkerState {
   std::atomic<bool> skipsDelay = false;
-  UniqueHandle workerSeen = MakeEvent();
+  UniqueHandle started = MakeEvent();
   UniqueHandle passCompleted = MakeEvent();
-  /// Written before `workerSeen` is set, read after.
-  UniqueHandle worker;
+  /// Written before `started` is set, read after.
+  UniqueHandle thread;
 };
 
-/// The one for the process: the replaced function carries no context.
-Sightings& Seen() {
-  static Sightings sightings;
-  return sightings;
+/// One for the process: the replaced function has no context argument.
+WorkerState& Worker() {
+  static WorkerState state;
+  return state;
 }
 
 void WINAPI WatchedSleep(DWORD length) {
-  Sightings& seen = Seen();
+  WorkerState& worker = Worker();
   if (length == kStartDelay.count()) {
-    seen.worker = OpenThisThread();
-    SetEvent(seen.workerSeen.get());
-    if (seen.skipsDelay) return;
+    worker.thread = OpenThisThread();
+    SetEvent(worker.started.get());
+    if (worker.skipsDelay) return;
   }
   if (length == kPassInterval.count()) {
-    SetEvent(seen.passCompleted.get());
+    SetEvent(worker.passCompleted.get());
     length = INFINITE;
   }
   Sleep(length);
 }
 
-/// Nothing where the first pass goes on after a tick.
+/// Nothing if the first pass has not ended after a tick.
 std::optional<PassEnd> WaitOneTick() {
-  const Sightings& seen = Seen();
+  const WorkerState& worker = Worker();
   const auto tick = static_cast<DWORD>(kTick.count());
-  if (WaitForSingleObject(seen.workerSeen.get(), tick) != WAIT_OBJECT_0) return std::nullopt;
+  if (WaitForSingleObject(worker.started.get(), tick) != WAIT_OBJECT_0) return std::nullopt;
 
-  const std::array handles = {seen.passCompleted.get(), seen.worker.get()};
+  const std::array handles = {worker.passCompleted.get(), worker.thread.get()};
   const DWORD woken = WaitForMultipleObjects(static_cast<DWORD>(handles.size()), handles.data(),
                                              /*waitAll=*/FALSE, tick);
   if (woken == WAIT_OBJECT_0) return PassEnd::kCompleted;
@@ -78,7 +78,7 @@ std::optional<PassEnd> WaitOneTick() {
 }  // namespace
 
 SleepWatch::SleepWatch(HMODULE module, Delay delay) : patch_(module, "Sleep", &WatchedSleep) {
-  Seen().skipsDelay = delay == Delay::kSkipped;
+  Worker().skipsDelay = delay == Delay::kSkipped;
 }
 
 PassEnd SleepWatch::WaitForPass(seconds limit, const std::function<void(seconds)>& tick) {

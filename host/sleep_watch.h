@@ -12,26 +12,26 @@ namespace WattleafHost {
 /// How the wait for the worker's first pass ended.
 enum class PassEnd {
   kCompleted,
-  /// The worker's thread is gone: collection did not start.
+  /// The worker's thread has ended: collection did not start.
   kWorkerEnded,
-  /// Nothing of both within the limit.
+  /// Neither happened within the limit.
   kStillRunning,
 };
 
-/// Stands in the place of Sleep in the service's import table, from where it sees what the worker
-/// does: the delay of 90 seconds is the worker's first step, and the sleep of a day follows its
-/// pass. The worker's thread is parked in the latter. Other lengths are slept as asked. One worker
-/// in a process.
+/// Replaces Sleep in the service's import table to follow the worker: it begins with a sleep of 90
+/// seconds, and a sleep of a day follows each pass. The latter never returns, so there is one pass
+/// only. Other sleeps are unchanged. For one worker in a process.
 class SleepWatch {
  public:
   enum class Delay { kSkipped, kRealTime };
 
-  /// Throws std::runtime_error where `module` does not import Sleep.
+  /// Throws std::runtime_error if `module` does not import Sleep.
   SleepWatch(HMODULE module, Delay delay);
 
-  /// Waits for the end of the first pass; `tick` gets the time since the start about once a second.
-  PassEnd WaitForPass(std::chrono::seconds limit,
-                      const std::function<void(std::chrono::seconds)>& tick);
+  /// Waits for the end of the first pass; calls `tick` about once a second with the time since the
+  /// start of the wait.
+  [[nodiscard]] PassEnd WaitForPass(std::chrono::seconds limit,
+                                    const std::function<void(std::chrono::seconds)>& tick);
 
  private:
   Standin::ImportPatch patch_;

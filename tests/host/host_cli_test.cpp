@@ -22,7 +22,7 @@ rapidjson::Document Parse(const HostRun& run) {
 
 }  // namespace
 
-TEST(HostArguments, WrongOnesGiveAUsageTextAndStatus2) {
+TEST(HostCommandLine, WrongArgumentsPrintUsageAndEndWithStatus2) {
   const std::vector<std::vector<std::wstring>> wrong = {
       {},
       {L"serve"},
@@ -48,7 +48,7 @@ TEST(HostArguments, WrongOnesGiveAUsageTextAndStatus2) {
   }
 }
 
-TEST(HostArguments, HelpGoesToStandardOutput) {
+TEST(HostCommandLine, HelpIsPrintedToStandardOutput) {
   const HostRun run = RunHost({L"--help"});
   EXPECT_EQ(run.exitStatus, 0u);
   EXPECT_THAT(run.output, HasSubstr("Usage: wattleaf_host"));
@@ -56,39 +56,39 @@ TEST(HostArguments, HelpGoesToStandardOutput) {
   EXPECT_EQ(run.errors, "");
 }
 
-TEST(HostArguments, VersionIsOneLine) {
+TEST(HostCommandLine, VersionIsPrintedAsOneLine) {
   const HostRun run = RunHost({L"--version"});
   EXPECT_EQ(run.exitStatus, 0u);
   EXPECT_EQ(run.output, "wattleaf_host " WATTLEAF_HOST_VERSION "\n");
 }
 
-TEST(HostCommand, PrintsTheTextAlone) {
+TEST(HostSingleCommand, PrintsOnlyTheText) {
   const HostRun run = RunHost({L"command", L"8"});
   EXPECT_EQ(run.exitStatus, 0u);
   EXPECT_EQ(run.output, "true\n");
 }
 
-TEST(HostCommand, StartsNoCollection) {
+TEST(HostSingleCommand, DoesNotStartCollection) {
   const HostRun run = RunHost({L"command", L"10"});
   EXPECT_EQ(run.exitStatus, 0u);
   EXPECT_EQ(run.output, "false\n");
 }
 
-TEST(HostCommand, AnotherStatusIsPrintedInHexAndGives1) {
+TEST(HostSingleCommand, PrintsAnotherStatusInHexAndEndsWithStatus1) {
   const HostRun run = RunHost({L"command", L"99"});
   EXPECT_EQ(run.exitStatus, 1u);
   EXPECT_EQ(run.output, "");
   EXPECT_EQ(run.errors, "wattleaf_host: command 99: status 0x20000001, unknown command\n");
 }
 
-TEST(HostCommand, SaysThatTheLedgerIsEmptyWithoutAPass) {
+TEST(HostSingleCommand, SaysThatTheLedgerIsEmptyWithoutAPass) {
   const HostRun run = RunHost({L"command", L"1"});
   EXPECT_EQ(run.exitStatus, 0u);
   EXPECT_EQ(run.output, "0.000000\n");
   EXPECT_THAT(run.errors, HasSubstr("the ledger in memory is empty without a pass"));
 }
 
-TEST(HostJson, NamesTheIconFolderAndTheDaysThatCommand2IsAskedWith) {
+TEST(HostJson, HasTheIconFolderAndTheDaysOfCommand2) {
   const auto usual = Parse(RunHost({L"command", L"8", L"--json"}));
   EXPECT_THAT(usual["iconFolder"].GetString(), EndsWith("\\Icons"));
   EXPECT_EQ(usual["days"].GetUint(), 30u);
@@ -98,7 +98,7 @@ TEST(HostJson, NamesTheIconFolderAndTheDaysThatCommand2IsAskedWith) {
   EXPECT_EQ(chosen["days"].GetUint(), 7u);
 }
 
-TEST(HostJson, IsOneObjectWithTheCommand) {
+TEST(HostJson, IsOneObjectWithTheResultOfTheCommand) {
   const HostRun run = RunHost({L"command", L"8", L"--json"});
   EXPECT_EQ(run.exitStatus, 0u);
   EXPECT_EQ(run.errors, "");
@@ -111,7 +111,7 @@ TEST(HostJson, IsOneObjectWithTheCommand) {
   EXPECT_STREQ(commands[0]["text"].GetString(), "true");
 }
 
-TEST(HostJson, KeepsTheExitStatusOfTheResult) {
+TEST(HostJson, DoesNotChangeTheExitStatus) {
   const HostRun run = RunHost({L"--json", L"command", L"99"});
   EXPECT_EQ(run.exitStatus, 1u);
   const auto document = Parse(run);
@@ -119,7 +119,7 @@ TEST(HostJson, KeepsTheExitStatusOfTheResult) {
   EXPECT_TRUE(document["commands"][0]["text"].IsNull());
 }
 
-TEST(HostJson, NamesTheSimulatedCallsUnlessTheyAreTurnedOff) {
+TEST(HostJson, ListsTheSimulatedCallsUnlessTheyAreTurnedOff) {
   const auto off = Parse(RunHost({L"command", L"8", L"--json", L"--no-simulated-calls"}));
   EXPECT_EQ(off["simulatedCalls"].Size(), 0u);
   const auto on = Parse(RunHost({L"command", L"8", L"--json"}));

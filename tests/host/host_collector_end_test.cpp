@@ -1,5 +1,5 @@
-// The end of a host that has a collector running: the shipped library on the simulated notebook, in
-// processes that end in each way.
+// The end of a host while the collector runs: the shipped library on the simulated notebook, in
+// processes that end in each possible way.
 
 #include <windows.h>
 
@@ -10,23 +10,22 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "collector_calls.h"
 #include "host_notebook.h"
 #include "host_process.h"
 
 using testing::ElementsAre;
 using TestSupport::CollectorCalls;
+using TestSupport::HasNotebook;
 using TestSupport::HostRun;
 using TestSupport::InstalledHost;
-using TestSupport::NotebookIsThere;
 using TestSupport::RunProgram;
 using TestSupport::ScopedVariable;
 
 namespace {
 
-constexpr unsigned long kProbeIsContent = 7;
+constexpr unsigned long kProbePassed = 7;
 
-/// Copies the probe to where the collector is trusted: beside the installed host.
+/// Copies the probe into the folder of the installed host, where the collector is trusted.
 std::wstring InstallProbe() {
   std::wstring self(MAX_PATH, L'\0');
   self.resize(GetModuleFileNameW(nullptr, self.data(), MAX_PATH));
@@ -39,22 +38,22 @@ std::wstring InstallProbe() {
   return probe;
 }
 
-class EndOfAHostThatCollects : public testing::Test {
+class HostEndWhileCollecting : public testing::Test {
  protected:
   void SetUp() override {
-    if (!NotebookIsThere()) GTEST_SKIP() << "no simulated notebook on this machine";
+    if (!HasNotebook()) GTEST_SKIP() << "no simulated notebook on this machine";
   }
 
   void ExpectEndsSoon(const wchar_t* moment) {
     const std::wstring probe = InstallProbe();
     const auto start = std::chrono::steady_clock::now();
     const HostRun run = RunProgram(probe, {moment});
-    EXPECT_EQ(run.exitStatus, kProbeIsContent) << run.output << run.errors;
+    EXPECT_EQ(run.exitStatus, kProbePassed) << run.output << run.errors;
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(60));
   }
 
-  /// Also with a collector that a stop or a destruction would block for ever.
-  void ExpectGivesTheCollectorUp(const wchar_t* moment) {
+  /// With a collector whose stop or destruction would never return.
+  void ExpectDoesNotCallTheCollector(const wchar_t* moment) {
     const ScopedVariable lock(L"WATTLEAF_COLLECTOR_LOCK", L"held");
     ExpectEndsSoon(moment);
     EXPECT_THAT(calls.Lines(), ElementsAre("create", "load", "callback", "start"));
@@ -66,30 +65,30 @@ class EndOfAHostThatCollects : public testing::Test {
 
 }  // namespace
 
-TEST_F(EndOfAHostThatCollects, ReturningFromMainEndsSoonAndCallsTheCollectorNoMore) {
-  ExpectGivesTheCollectorUp(L"return-while-collecting");
+TEST_F(HostEndWhileCollecting, ReturnFromMainDoesNotCallTheCollector) {
+  ExpectDoesNotCallTheCollector(L"return-while-collecting");
 }
 
-TEST_F(EndOfAHostThatCollects, CallingExitEndsSoonAndCallsTheCollectorNoMore) {
-  ExpectGivesTheCollectorUp(L"exit-while-collecting");
+TEST_F(HostEndWhileCollecting, ExitDoesNotCallTheCollector) {
+  ExpectDoesNotCallTheCollector(L"exit-while-collecting");
 }
 
-TEST_F(EndOfAHostThatCollects, CallingExitProcessEndsSoonAndCallsTheCollectorNoMore) {
-  ExpectGivesTheCollectorUp(L"exit-process-while-collecting");
+TEST_F(HostEndWhileCollecting, ExitProcessDoesNotCallTheCollector) {
+  ExpectDoesNotCallTheCollector(L"exit-process-while-collecting");
 }
 
-TEST_F(EndOfAHostThatCollects, ACollectorThatHoldsNoLockIsNotCalledEither) {
+TEST_F(HostEndWhileCollecting, ReturnFromMainDoesNotCallACollectorThatHoldsNoLock) {
   ExpectEndsSoon(L"return-while-collecting");
   EXPECT_THAT(calls.Lines(), ElementsAre("create", "load", "callback", "start"));
 }
 
-TEST_F(EndOfAHostThatCollects, FreeingTheLibraryStopsDestroysAndUnloadsTheCollector) {
+TEST_F(HostEndWhileCollecting, FreeLibraryStopsDestroysAndUnloadsTheCollector) {
   ExpectEndsSoon(L"free-while-collecting");
   EXPECT_THAT(calls.Lines(),
               ElementsAre("create", "load", "callback", "start", "stop", "destroy", "unload"));
 }
 
-TEST_F(EndOfAHostThatCollects, FreeingTheLibraryDropsAnExceptionOfTheCollectorsStop) {
+TEST_F(HostEndWhileCollecting, FreeLibraryDropsAnExceptionFromStopCollecting) {
   // Both runs write to one file.
   std::vector<std::string> expected;
   for (const wchar_t* failure : {L"stop standard", L"stop other"}) {

@@ -1,5 +1,5 @@
-// What the collector may answer, and the exceptions that it may throw, through the shipped library:
-// the answer to command 7, the lines of the log, and whether the collector stays loaded.
+// The statuses that a collector returns and the exceptions that it throws, through the shipped
+// library: the result of command 7, the lines of the log, and whether the collector stays loaded.
 
 #include <string>
 #include <vector>
@@ -8,12 +8,11 @@
 #include <gtest/gtest.h>
 #include <rapidjson/document.h>
 
-#include "collector_calls.h"
 #include "host_notebook.h"
 
 using testing::ElementsAreArray;
 using TestSupport::CollectorCalls;
-using TestSupport::NotebookIsThere;
+using TestSupport::HasNotebook;
 using TestSupport::NotebookRun;
 using TestSupport::RunOnNotebook;
 using TestSupport::ScopedVariable;
@@ -35,8 +34,8 @@ std::string SupportOf(const rapidjson::Document& report) {
   return report["commands"][6]["text"].GetString();
 }
 
-/// The lines about the collector and about a pass; every pass logs "Date:". The data folder's name
-/// has "DataCollector" in it, too.
+/// The lines about the collector and about a pass; each pass logs "Date:". The name of the data
+/// folder also contains "DataCollector".
 std::vector<std::string> OwnLines(const std::vector<std::string>& log) {
   std::vector<std::string> own;
   for (const std::string& line : log) {
@@ -49,14 +48,14 @@ std::vector<std::string> OwnLines(const std::vector<std::string>& log) {
   return own;
 }
 
-class CollectorThatDoesNotStart : public testing::Test {
+class HostCollectorStart : public testing::Test {
  protected:
   void SetUp() override {
-    if (!NotebookIsThere()) GTEST_SKIP() << "no simulated notebook on this machine";
+    if (!HasNotebook()) GTEST_SKIP() << "no simulated notebook on this machine";
   }
 
-  /// One life of the host: no pass, and the outcome as given.
-  static void ExpectNoPassBut(const Outcome& expected) {
+  /// Runs the host, which completes no pass, and compares the outcome.
+  static void ExpectNoPassAnd(const Outcome& expected) {
     const CollectorCalls calls;
     const NotebookRun run = RunOnNotebook({L"serve-once", L"--json"});
     EXPECT_EQ(run.host.exitStatus, 3U) << run.host.errors;
@@ -71,12 +70,12 @@ class CollectorThatDoesNotStart : public testing::Test {
 
   static void ExpectAtStatus(const wchar_t* status, const Outcome& expected) {
     const ScopedVariable variable(L"WATTLEAF_COLLECTOR_STATUS", status);
-    ExpectNoPassBut(expected);
+    ExpectNoPassAnd(expected);
   }
 
   static void ExpectAtFailure(const std::wstring& failure, const Outcome& expected) {
     const ScopedVariable variable(L"WATTLEAF_COLLECTOR_FAILURE", failure);
-    ExpectNoPassBut(expected);
+    ExpectNoPassAnd(expected);
   }
 };
 
@@ -86,7 +85,7 @@ const std::vector<std::string> kUnloaded = {"create", "load",    "callback",
 
 }  // namespace
 
-TEST_F(CollectorThatDoesNotStart, StatusMinusOneAsksForFirmwareAndStaysLoaded) {
+TEST_F(HostCollectorStart, StatusMinusOneLogsFirmwareUpdateAndKeepsTheCollectorLoaded) {
   ExpectAtStatus(
       L"-1", {"-1",
               {kLoaded,
@@ -94,7 +93,7 @@ TEST_F(CollectorThatDoesNotStart, StatusMinusOneAsksForFirmwareAndStaysLoaded) {
               kKept});
 }
 
-TEST_F(CollectorThatDoesNotStart, StatusZeroIsNotSupportedAndStaysLoaded) {
+TEST_F(HostCollectorStart, StatusZeroLogsNotSupportedAndKeepsTheCollectorLoaded) {
   ExpectAtStatus(
       L"0",
       {"0",
@@ -102,26 +101,26 @@ TEST_F(CollectorThatDoesNotStart, StatusZeroIsNotSupportedAndStaysLoaded) {
        kKept});
 }
 
-TEST_F(CollectorThatDoesNotStart, OtherStatusesAreUnloadedWithoutAMessage) {
+TEST_F(HostCollectorStart, OtherStatusesUnloadTheCollectorWithoutALogLine) {
   for (const wchar_t* status : {L"2", L"7"}) {
     SCOPED_TRACE(testing::Message() << "status " << status);
     ExpectAtStatus(status, {"1", {kLoaded}, kUnloaded});
   }
 }
 
-TEST_F(CollectorThatDoesNotStart, AMissingStatusIsLoggedAndUnloaded) {
+TEST_F(HostCollectorStart, MissingStatusIsLoggedAndUnloadsTheCollector) {
   ExpectAtStatus(
       L"missing",
       {"1", {kLoaded, R"([error] [] DataCollector StartCollecting() failed.\n)"}, kUnloaded});
 }
 
-TEST_F(CollectorThatDoesNotStart, OnLoadFalseIsLoggedAndUnloaded) {
+TEST_F(HostCollectorStart, FalseFromOnLoadIsLoggedAndUnloadsTheCollector) {
   ExpectAtStatus(L"onload-false", {"1",
                                    {kLoaded, R"([error] [] DataCollector OnLoad() failed.\n)"},
                                    {"create", "load", "destroy", "unload"}});
 }
 
-TEST_F(CollectorThatDoesNotStart, AStandardExceptionOfACallIsLoggedWithItsTextAndUnloaded) {
+TEST_F(HostCollectorStart, StandardExceptionIsLoggedWithItsTextAndUnloadsTheCollector) {
   ExpectAtFailure(L"load standard",
                   {"1", {kLoaded, kStandardException}, {"create", "load", "destroy", "unload"}});
   ExpectAtFailure(
@@ -130,7 +129,7 @@ TEST_F(CollectorThatDoesNotStart, AStandardExceptionOfACallIsLoggedWithItsTextAn
   ExpectAtFailure(L"start standard", {"1", {kLoaded, kStandardException}, kUnloaded});
 }
 
-TEST_F(CollectorThatDoesNotStart, AnotherExceptionOfACallIsLoggedWithoutTextAndUnloaded) {
+TEST_F(HostCollectorStart, OtherExceptionIsLoggedWithoutTextAndUnloadsTheCollector) {
   ExpectAtFailure(L"load other",
                   {"1", {kLoaded, kOtherException}, {"create", "load", "destroy", "unload"}});
   ExpectAtFailure(
@@ -139,12 +138,12 @@ TEST_F(CollectorThatDoesNotStart, AnotherExceptionOfACallIsLoggedWithoutTextAndU
   ExpectAtFailure(L"start other", {"1", {kLoaded, kOtherException}, kUnloaded});
 }
 
-TEST_F(CollectorThatDoesNotStart, AnExceptionOfTheFactoryIsLoggedAndTheLibraryUnloaded) {
+TEST_F(HostCollectorStart, ExceptionFromTheFactoryIsLoggedAndUnloadsTheCollector) {
   ExpectAtFailure(L"create standard", {"1", {kStandardException}, {"create", "unload"}});
   ExpectAtFailure(L"create other", {"1", {kOtherException}, {"create", "unload"}});
 }
 
-TEST_F(CollectorThatDoesNotStart, AnExceptionOfItsDestructorIsDropped) {
+TEST_F(HostCollectorStart, ExceptionFromTheDestructorIsDropped) {
   const ScopedVariable status(L"WATTLEAF_COLLECTOR_STATUS", L"7");
   for (const wchar_t* failure : {L"destroy standard", L"destroy other"}) {
     SCOPED_TRACE(testing::Message() << failure);

@@ -1,5 +1,5 @@
-// The library's life in a host: every run is a process of its own, with the real waits. A worker
-// sleeps 90 seconds first, so a host that waits for it is seen by the time it takes.
+// The library's lifetime in a host. Each test runs a process with the real waits. The worker first
+// sleeps 90 seconds, so a host that waits for it takes too long.
 
 #include <windows.h>
 
@@ -28,32 +28,32 @@ void ExpectEndsAtOnce(const wchar_t* moment) {
 
 }  // namespace
 
-TEST(HostLifetime, AnIdleLibraryIsUnloadedWhenItIsFreed) { ExpectEndsAtOnce(L"free-idle"); }
+TEST(HostLifetime, IdleLibraryIsUnloadedWhenItIsFreed) { ExpectEndsAtOnce(L"free-idle"); }
 
-TEST(HostLifetime, ALibraryWhoseWorkerSleepsStaysLoadedAndAnswers) {
+TEST(HostLifetime, LibraryWithASleepingWorkerStaysLoadedAndAnswers) {
   ExpectEndsAtOnce(L"free-while-worker-sleeps");
 }
 
-TEST(HostLifetime, ALibraryWhoseWorkerEndedCanBeFreed) {
+TEST(HostLifetime, LibraryWithAnEndedWorkerCanBeFreed) {
   ExpectEndsAtOnce(L"free-after-worker-ended");
 }
 
-TEST(HostLifetime, AHostThatReturnsWhileTheWorkerSleepsEndsAtOnce) {
+TEST(HostLifetime, ReturnFromMainWhileTheWorkerSleepsEndsTheProcessAtOnce) {
   ExpectEndsAtOnce(L"return-while-worker-sleeps");
 }
 
-TEST(HostLifetime, AHostThatExitsWhileTheWorkerSleepsEndsAtOnce) {
+TEST(HostLifetime, ExitProcessWhileTheWorkerSleepsEndsTheProcessAtOnce) {
   ExpectEndsAtOnce(L"exit-process-while-worker-sleeps");
 }
 
-TEST(HostLifetime, AHostThatReturnsRightAfterTheStartEndsAtOnce) {
+TEST(HostLifetime, ReturnFromMainRightAfterTheStartEndsTheProcessAtOnce) {
   ExpectEndsAtOnce(L"return-before-worker-runs");
 }
 
-TEST(HostLifetime, AHostThatStartedTwiceEndsAtOnce) {
+TEST(HostLifetime, ReturnFromMainAfterTwoStartsEndsTheProcessAtOnce) {
   ExpectEndsAtOnce(L"return-after-two-starts");
 }
 
-TEST(HostLifetime, AHostWhoseWorkerEndedEndsAtOnce) {
+TEST(HostLifetime, ReturnFromMainAfterTheWorkerEndedEndsTheProcessAtOnce) {
   ExpectEndsAtOnce(L"return-after-worker-ended");
 }

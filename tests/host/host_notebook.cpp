@@ -5,9 +5,20 @@
 #include <algorithm>
 #include <sstream>
 
-#include "support/temp_folder.h"
-
 namespace TestSupport {
+
+namespace {
+
+/// None if there is no such file.
+std::vector<std::string> LinesOf(const std::wstring& path) {
+  std::vector<std::string> lines;
+  if (!FileExists(path)) return lines;
+  std::istringstream text(ReadWholeFile(path));
+  for (std::string line; std::getline(text, line);) lines.push_back(line);
+  return lines;
+}
+
+}  // namespace
 
 long NotebookRun::CountInLog(const std::string& line) const {
   return static_cast<long>(std::count(log.begin(), log.end(), line));
@@ -17,16 +28,16 @@ NotebookRun RunOnNotebook(const std::vector<std::wstring>& arguments) {
   const TempFolder folder;
   const std::wstring path = folder.File(L"service.log");
   const ScopedVariable log(L"WATTLEAF_LOG_FILE", path);
-  // Enough for every figure, and soon written.
+  // Enough days for every figure, and few enough to be written fast.
   const ScopedVariable days(L"WATTLEAF_COLLECTOR_DAYS", L"10");
   const ScopedVariable reportedDays(L"WATTLEAF_POWERCFG_DAYS", L"10");
   NotebookRun run{RunProgram(InstalledHost(), arguments), {}};
-  if (!FileExists(path)) return run;
-  std::istringstream lines(ReadWholeFile(path));
-  for (std::string line; std::getline(lines, line);) run.log.push_back(line);
+  run.log = LinesOf(path);
   return run;
 }
 
-bool NotebookIsThere() { return FileExists(InstalledHost()); }
+bool HasNotebook() { return FileExists(InstalledHost()); }
+
+std::vector<std::string> CollectorCalls::Lines() const { return LinesOf(path_); }
 
 }  // namespace TestSupport

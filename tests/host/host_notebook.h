@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "host_process.h"
+#include "support/temp_folder.h"
 
 namespace TestSupport {
 
@@ -13,13 +14,27 @@ struct NotebookRun {
   HostRun host;
   std::vector<std::string> log;
 
-  /// How often the log has exactly this line.
-  long CountInLog(const std::string& line) const;
+  /// The number of log lines that equal `line`.
+  [[nodiscard]] long CountInLog(const std::string& line) const;
 };
 
-NotebookRun RunOnNotebook(const std::vector<std::wstring>& arguments);
+/// Runs the installed host, with ten days of samples and of reported application energy.
+[[nodiscard]] NotebookRun RunOnNotebook(const std::vector<std::wstring>& arguments);
 
-/// False on a machine without the simulated notebook, where the tests of it are skipped.
-bool NotebookIsThere();
+/// False on a machine without the simulated notebook, where its tests are skipped.
+[[nodiscard]] bool HasNotebook();
+
+/// Makes the simulated collector record its calls, in programs that are run while this object
+/// exists.
+class CollectorCalls {
+ public:
+  /// In order: create, load, callback, start, stop, destroy, unload.
+  [[nodiscard]] std::vector<std::string> Lines() const;
+
+ private:
+  const TempFolder folder_;
+  const std::wstring path_ = folder_.File(L"calls.txt");
+  const ScopedVariable variable_{L"WATTLEAF_COLLECTOR_CALLS", path_};
+};
 
 }  // namespace TestSupport

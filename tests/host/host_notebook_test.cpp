@@ -1,4 +1,5 @@
-// The whole road with development keys: the signed collector is let in, and a pass is made.
+// From the start to the answers, with development keys: the signed collector is loaded, and a pass
+// is completed.
 
 #include <windows.h>
 
@@ -12,16 +13,16 @@
 #include <string>
 #include <vector>
 
+#include "answer.h"
 #include "host_notebook.h"
 #include "notebook_days.h"
-#include "ranking.h"
 #include "support/temp_folder.h"
 
 using testing::Contains;
 using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
-using TestSupport::NotebookIsThere;
+using TestSupport::HasNotebook;
 using TestSupport::NotebookRun;
 using TestSupport::RunOnNotebook;
 using TestSupport::ScopedVariable;
@@ -32,7 +33,7 @@ namespace {
 class HostNotebook : public testing::Test {
  protected:
   void SetUp() override {
-    if (!NotebookIsThere()) GTEST_SKIP() << "no simulated notebook on this machine";
+    if (!HasNotebook()) GTEST_SKIP() << "no simulated notebook on this machine";
   }
 };
 
@@ -54,7 +55,7 @@ std::wstring ToWide(const std::string& ascii) { return {ascii.begin(), ascii.end
 
 }  // namespace
 
-TEST_F(HostNotebook, ServeOnceMakesAPassAndAnswers) {
+TEST_F(HostNotebook, ServeOnceCompletesAPassAndPrintsTheAnswers) {
   const NotebookRun run = RunOnNotebook({L"serve-once"});
   EXPECT_EQ(run.host.exitStatus, 0u) << run.host.errors;
   EXPECT_THAT(run.host.output, HasSubstr("pass          completed"));
@@ -65,7 +66,7 @@ TEST_F(HostNotebook, ServeOnceMakesAPassAndAnswers) {
   EXPECT_THAT(run.host.output, HasSubstr("[], no energy problems"));
 }
 
-TEST_F(HostNotebook, PassLeavesApplicationsWithIconsInTheChosenFolder) {
+TEST_F(HostNotebook, ServeOnceWritesIconsOfApplicationsIntoTheChosenFolder) {
   const TestSupport::TempFolder folder;
   const NotebookRun run =
       RunOnNotebook({L"serve-once", L"--json", L"--icons", folder.File(L"icons")});
@@ -74,7 +75,7 @@ TEST_F(HostNotebook, PassLeavesApplicationsWithIconsInTheChosenFolder) {
   EXPECT_EQ(ranking->size(), 20u);
   long icons = 0;
   for (const auto& app : *ranking) {
-    // A name outside ASCII reaches the client changed: no file has it.
+    // A name outside ASCII reaches the client changed, so no file has that name.
     if (app.icon.empty() || !IsAscii(app.icon)) continue;
     ++icons;
     EXPECT_EQ(TestSupport::ReadWholeFile(ToWide(app.icon)).substr(1, 3), "PNG") << app.icon;
@@ -82,19 +83,19 @@ TEST_F(HostNotebook, PassLeavesApplicationsWithIconsInTheChosenFolder) {
   EXPECT_GE(icons, 10);
 }
 
-TEST_F(HostNotebook, DaysThatAreAskedForReachCommand2) {
+TEST_F(HostNotebook, DaysOptionReachesCommand2) {
   const NotebookRun run = RunOnNotebook({L"serve-once", L"--json", L"--days", L"0"});
   EXPECT_EQ(TextOf(run, 2), "[]");
 }
 
-TEST_F(HostNotebook, WhatTheServicePrintsGoesToTheLog) {
+TEST_F(HostNotebook, OutputOfTheServiceGoesToTheLog) {
   const NotebookRun run = RunOnNotebook({L"serve-once"});
   EXPECT_THAT(run.log, Contains(StartsWith("XML parsing started at :")));
   EXPECT_THAT(run.host.output, Not(HasSubstr("XML parsing")));
   EXPECT_THAT(run.host.errors, Not(HasSubstr("XML parsing")));
 }
 
-TEST_F(HostNotebook, LogShowsThePassInItsOrder) {
+TEST_F(HostNotebook, LogHasTheStepsOfThePassInOrder) {
   const NotebookRun run = RunOnNotebook({L"serve-once"});
   std::vector<std::ptrdiff_t> places;
   for (const char* step :
@@ -110,7 +111,7 @@ TEST_F(HostNotebook, LogShowsThePassInItsOrder) {
   EXPECT_TRUE(std::is_sorted(places.begin(), places.end())) << testing::PrintToString(places);
 }
 
-TEST_F(HostNotebook, ToolThatFailsLeavesARowWithoutAnswerAndAStatusOf1) {
+TEST_F(HostNotebook, FailedEnergyToolLeavesCommand2WithoutResultAndEndsWithStatus1) {
   ASSERT_EQ(RunOnNotebook({L"serve-once"}).host.exitStatus, 0u);
   DeleteFileW(kStore);
   const ScopedVariable status(L"WATTLEAF_POWERCFG_STATUS", L"5");
@@ -128,8 +129,7 @@ TEST_F(HostNotebook, CollectorIsLoadedWithoutAWarning) {
   EXPECT_EQ(run.CountInLog("[warning] [] Unable to load DataCollector library."), 0);
 }
 
-TEST_F(HostNotebook, PassLeavesEnergyInTheAnswers) {
-  // Not in a week of sleep.
+TEST_F(HostNotebook, AnswersHaveEnergyAfterAPass) {
   const TestSupport::NotebookDays days;
   const auto seed = days.SeedWhere(
       [&days](std::uint64_t one) { return days.HasEnergy(one, 1) && days.HasEnergy(one, 2); });
@@ -146,7 +146,7 @@ TEST_F(HostNotebook, PassLeavesEnergyInTheAnswers) {
   EXPECT_STREQ(commands[9]["text"].GetString(), "true");
 }
 
-TEST_F(HostNotebook, SimulatedCallsOfTheLibraryAreNamed) {
+TEST_F(HostNotebook, JsonListsTheSimulatedCallsOfTheLibrary) {
   const NotebookRun run = RunOnNotebook({L"command", L"8", L"--json"});
   EXPECT_THAT(run.host.output, HasSubstr(R"("name":"RpcServerInqCallAttributesW")"));
   EXPECT_THAT(run.host.output, HasSubstr(R"("name":"CryptCATAdminAcquireContext2")"));

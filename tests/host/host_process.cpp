@@ -88,7 +88,7 @@ HostRun RunProgram(const std::wstring& program, const std::vector<std::wstring>&
   const UniqueFileHandle input = OpenEmptyInput();
   const UniqueHandle process =
       Start(CommandLine(program, arguments), input.get(), output.write.get(), errors.write.get());
-  // Ours are closed, so that the reading ends see the end when the program has ended.
+  // Our copies are closed, so that the pipes end when the program has ended.
   output.write.reset();
   errors.write.reset();
   if (!process) return run;

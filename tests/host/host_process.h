@@ -5,24 +5,26 @@
 
 namespace TestSupport {
 
-/// What a run of the console host left.
+/// The result of a program's run.
 struct HostRun {
   unsigned long exitStatus = 0;
   std::string output;
   std::string errors;
 };
 
-/// Runs a program with arguments, which must need no quoting beyond blanks, and waits for its end.
-/// Standard input is empty. Fails the test where it cannot be started or does not end in time.
-HostRun RunProgram(const std::wstring& program, const std::vector<std::wstring>& arguments);
+/// Runs a program and waits for its end. The arguments may have blanks, but nothing else that must
+/// be quoted. Standard input is empty. Fails the test if the program does not start or does not end
+/// in time.
+[[nodiscard]] HostRun RunProgram(const std::wstring& program,
+                                 const std::vector<std::wstring>& arguments);
 
-/// wattleaf_host beside this test program.
-HostRun RunHost(const std::vector<std::wstring>& arguments);
+/// Runs the wattleaf_host beside this test program.
+[[nodiscard]] HostRun RunHost(const std::vector<std::wstring>& arguments);
 
-/// wattleaf_host where the simulated notebook has it, under Program Files.
-std::wstring InstalledHost();
+/// The path of the wattleaf_host that is installed on the simulated notebook, under Program Files.
+[[nodiscard]] std::wstring InstalledHost();
 
-/// Sets a variable of the environment for the programs that are run from here.
+/// Sets an environment variable, for programs that are run from here; the destructor removes it.
 class ScopedVariable {
  public:
   ScopedVariable(std::wstring name, const std::wstring& value);

@@ -7,6 +7,7 @@
 #include <array>
 #include <string>
 
+#include "platform/win32/owners.h"
 #include "simulated_calls.h"
 
 using Standin::AllSimulatedCalls;
@@ -16,8 +17,8 @@ namespace {
 
 HMODULE ThisProgram() { return GetModuleHandleW(nullptr); }
 
-/// Big enough for any version of the attributes.
-RPC_STATUS AskCallAttributes() {
+/// The buffer is large enough for any version of the attributes.
+RPC_STATUS QueryCallAttributes() {
   alignas(8) std::array<unsigned char, 256> attributes{};
   attributes[0] = 3;
   return RpcServerInqCallAttributesW(/*binding=*/nullptr, attributes.data());
@@ -25,9 +26,9 @@ RPC_STATUS AskCallAttributes() {
 
 }  // namespace
 
-TEST(SimulatedCalls, CallAttributesSayThatNoCallIsServed) {
+TEST(SimulatedCalls, CallAttributesReportThatNoCallIsServed) {
   const SimulatedCalls fake(ThisProgram(), true);
-  EXPECT_EQ(AskCallAttributes(), 1725);
+  EXPECT_EQ(QueryCallAttributes(), 1725);
 }
 
 TEST(SimulatedCalls, OnlyImportedCallsAreSimulated) {
@@ -37,7 +38,7 @@ TEST(SimulatedCalls, OnlyImportedCallsAreSimulated) {
   EXPECT_STREQ(fake.InPlace()[0].name, "RpcServerInqCallAttributesW");
 }
 
-TEST(SimulatedCalls, ImportsAreRestoredAtTheEnd) {
+TEST(SimulatedCalls, DestructorRestoresTheImports) {
   void** slot = Standin::FindImportSlot(ThisProgram(), "RpcServerInqCallAttributesW");
   ASSERT_NE(slot, nullptr);
   void* const before = *slot;
@@ -57,7 +58,7 @@ TEST(SimulatedCalls, NothingIsSimulatedWhenTurnedOff) {
   EXPECT_EQ(*slot, before);
 }
 
-TEST(SimulatedCalls, CatalogCallsFailWithAnErrorAndTouchOnlyTheirResults) {
+TEST(SimulatedCalls, CatalogCallsFailWithErrorNotSupported) {
   using Acquire = BOOL(WINAPI*)(HANDLE*, const GUID*, const wchar_t*, const void*, DWORD);
   using Hash = BOOL(WINAPI*)(HANDLE, HANDLE, DWORD*, BYTE*, DWORD);
   for (const auto& call : AllSimulatedCalls()) {
@@ -78,21 +79,20 @@ TEST(SimulatedCalls, CatalogCallsFailWithAnErrorAndTouchOnlyTheirResults) {
   }
 }
 
-TEST(SimulatedCalls, TheIconIsWhatTheSiblingGives) {
+TEST(SimulatedCalls, IconIsThatOfExtractAssociatedIcon) {
   using Extract = HICON(WINAPI*)(HINSTANCE, char*, WORD*, WORD*);
   const auto extract = reinterpret_cast<Extract>(AllSimulatedCalls()[3].replacement);
   std::array<char, MAX_PATH> system{"C:\\windows\\system32\\notepad.exe"};
   WORD index = 0;
   WORD id = 0;
-  const HICON icon = extract(nullptr, system.data(), &index, &id);
-  EXPECT_NE(icon, nullptr);
-  DestroyIcon(icon);
+  const Zq::Gantry::Platform::UniqueIcon icon(extract(nullptr, system.data(), &index, &id));
+  EXPECT_NE(icon.get(), nullptr);
 
   std::array<char, MAX_PATH> missing{"C:\\nowhere.exe"};
   EXPECT_EQ(extract(nullptr, missing.data(), &index, &id), nullptr);
 }
 
-TEST(SimulatedCalls, EachHasANameOfItsOwnAndAReason) {
+TEST(SimulatedCalls, EachCallHasAReason) {
   ASSERT_EQ(AllSimulatedCalls().size(), 4u);
   EXPECT_STREQ(AllSimulatedCalls()[0].name, "RpcServerInqCallAttributesW");
   EXPECT_STREQ(AllSimulatedCalls()[1].name, "CryptCATAdminAcquireContext2");

@@ -1,5 +1,5 @@
-// With the key lists as supplied, nobody of this build is trusted: the collector, though signed by
-// the development key and in a allowed place, stays out.
+// The key lists as supplied trust no signer of this build: the collector is signed by the
+// development key and lies in an allowed folder, and it is not loaded.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -18,13 +18,13 @@ namespace {
 class HostSuppliedKeys : public testing::Test {
  protected:
   void SetUp() override {
-    if (!TestSupport::NotebookIsThere()) GTEST_SKIP() << "no simulated notebook on this machine";
+    if (!TestSupport::HasNotebook()) GTEST_SKIP() << "no simulated notebook on this machine";
   }
 };
 
 }  // namespace
 
-TEST_F(HostSuppliedKeys, RefuseTheDevelopmentCollectorWithOneWarning) {
+TEST_F(HostSuppliedKeys, DevelopmentCollectorIsRefusedWithOneWarning) {
   const NotebookRun run = RunOnNotebook({L"serve-once"});
   EXPECT_EQ(run.CountInLog("[warning] [] Unable to load DataCollector library."), 1);
   const auto warnings = std::count_if(run.log.begin(), run.log.end(), [](const auto& line) {
@@ -34,7 +34,7 @@ TEST_F(HostSuppliedKeys, RefuseTheDevelopmentCollectorWithOneWarning) {
   EXPECT_EQ(run.CountInLog("[info] [] Loaded DataCollector library\\n"), 0);
 }
 
-TEST_F(HostSuppliedKeys, NoPassIsMadeAndTheCommandsStillAnswer) {
+TEST_F(HostSuppliedKeys, CommandsAnswerWithoutAPass) {
   const NotebookRun run = RunOnNotebook({L"serve-once"});
   EXPECT_EQ(run.host.exitStatus, 3u);
   EXPECT_THAT(run.host.errors, HasSubstr("no pass: the worker has ended"));
@@ -42,7 +42,7 @@ TEST_F(HostSuppliedKeys, NoPassIsMadeAndTheCommandsStillAnswer) {
 }
 
 TEST_F(HostSuppliedKeys, PlatformItselfIsSupported) {
-  // So it is the keys that keep the collector out.
+  // So the keys are the reason why the collector is not loaded.
   const NotebookRun run = RunOnNotebook({L"command", L"7"});
   EXPECT_EQ(run.host.output, "1\n");
 }

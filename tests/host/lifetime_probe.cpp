@@ -1,5 +1,5 @@
-// A host that ends, or frees the library, at an awkward moment. The argument names the moment; the
-// exit status is 7 where everything was as it should be.
+// A host that ends, or frees the library, at a difficult moment. The argument names the moment; the
+// exit status is 7 if everything is as expected.
 
 #include <windows.h>
 
@@ -12,17 +12,22 @@
 #include <string>
 
 #include "import_patch.h"
+#include "platform/win32/owners.h"
 #include "service/zq_service.h"
 #include "simulated_calls.h"
+#include "unique_result.h"
 
 namespace {
 
+using WattleafHost::FreeResult;
+using WattleafHost::UniqueResult;
+using Zq::Gantry::Platform::UniqueModule;
 using Zq::Gantry::Server::Services::ZQService;
 
-constexpr int kAsItShouldBe = 7;
+constexpr int kAsExpected = 7;
 constexpr const wchar_t* kLibrary = L"WattleafService.dll";
 
-int Wrong(const char* what) {
+int Fail(const char* what) {
   std::printf("%s\n", what);
   return 1;
 }
@@ -37,9 +42,8 @@ bool AnswersTrueTo8(ZQService& service) {
   std::wstring input;
   wchar_t* output = nullptr;
   if (service.ExecuteCommand(nullptr, 8, input.data(), &output, {}, nullptr) != 0) return false;
-  const bool isTrue = std::wstring(output) == L"true";
-  service.FreeResult(output);
-  return isTrue;
+  const UniqueResult result(output, FreeResult{&service});
+  return std::wstring(result.get()) == L"true";
 }
 
 const char* NameOfExport(HMODULE library, std::initializer_list<const char*> parts) {
@@ -69,6 +73,7 @@ Function* FindExport(HMODULE library, std::initializer_list<const char*> parts) 
       reinterpret_cast<void*>(GetProcAddress(library, NameOfExport(library, parts))));
 }
 
+// Never closed: the process ends soon after.
 HANDLE workerThread = nullptr;
 
 void WINAPI NoSleep(DWORD milliseconds) {
@@ -78,69 +83,70 @@ void WINAPI NoSleep(DWORD milliseconds) {
   }
 }
 
-/// Starts the worker and waits for its early end: no firmware here answers the probe.
-bool LetWorkerEnd(HMODULE library, ZQService& service) {
+/// Starts the worker and waits for its early end, since no firmware here answers the probe.
+bool WaitForWorkerEnd(HMODULE library, ZQService& service) {
   const Standin::ImportPatch patch(library, "Sleep", &NoSleep);
   service.startup_task();
   for (int i = 0; i < 500 && workerThread == nullptr; ++i) Sleep(10);
   return workerThread != nullptr && WaitForSingleObject(workerThread, 30000) == WAIT_OBJECT_0;
 }
 
-int FreeIdle(HMODULE library) {
-  auto service = MakeService(library);
-  if (!AnswersTrueTo8(*service)) return Wrong("no answer");
+int FreeIdle(UniqueModule& library) {
+  auto service = MakeService(library.get());
+  if (!AnswersTrueTo8(*service)) return Fail("no answer");
   service.reset();
-  FreeLibrary(library);
-  return GetModuleHandleW(kLibrary) == nullptr ? kAsItShouldBe : Wrong("still loaded");
+  library.reset();
+  return GetModuleHandleW(kLibrary) == nullptr ? kAsExpected : Fail("still loaded");
 }
 
-int FreeWhileWorkerSleeps(HMODULE library) {
-  auto service = MakeService(library);
+int FreeWhileWorkerSleeps(UniqueModule& library) {
+  auto service = MakeService(library.get());
   service->startup_task();
   Sleep(100);
   service.reset();
-  FreeLibrary(library);
-  if (GetModuleHandleW(kLibrary) == nullptr) return Wrong("unloaded below its worker");
-  return AnswersTrueTo8(*MakeService(library)) ? kAsItShouldBe : Wrong("no answer");
+  library.reset();
+  if (GetModuleHandleW(kLibrary) == nullptr) return Fail("unloaded while its worker runs");
+  return AnswersTrueTo8(*MakeService(GetModuleHandleW(kLibrary))) ? kAsExpected : Fail("no answer");
 }
 
-int FreeAfterWorkerEnded(HMODULE library) {
-  auto service = MakeService(library);
-  if (!LetWorkerEnd(library, *service)) return Wrong("the worker goes on");
+int FreeAfterWorkerEnded(UniqueModule& library) {
+  auto service = MakeService(library.get());
+  if (!WaitForWorkerEnd(library.get(), *service)) return Fail("the worker does not end");
   service.reset();
-  FreeLibrary(library);
-  return kAsItShouldBe;
+  library.reset();
+  return kAsExpected;
 }
 
-int ReturnWhileWorkerSleeps(HMODULE library) {
-  MakeService(library)->startup_task();
+int ReturnWhileWorkerSleeps(UniqueModule& library) {
+  MakeService(library.get())->startup_task();
   Sleep(100);
-  return kAsItShouldBe;
+  return kAsExpected;
 }
 
-int ExitProcessWhileWorkerSleeps(HMODULE library) {
-  MakeService(library)->startup_task();
+int ExitProcessWhileWorkerSleeps(UniqueModule& library) {
+  MakeService(library.get())->startup_task();
   Sleep(100);
-  ExitProcess(kAsItShouldBe);
+  ExitProcess(kAsExpected);
 }
 
-int ReturnBeforeWorkerRuns(HMODULE library) {
-  MakeService(library)->startup_task();
-  return kAsItShouldBe;
+int ReturnBeforeWorkerRuns(UniqueModule& library) {
+  MakeService(library.get())->startup_task();
+  return kAsExpected;
 }
 
-int ReturnAfterTwoStarts(HMODULE library) {
-  const auto service = MakeService(library);
+int ReturnAfterTwoStarts(UniqueModule& library) {
+  const auto service = MakeService(library.get());
   service->startup_task();
   service->startup_task();
-  return kAsItShouldBe;
+  return kAsExpected;
 }
 
-int ReturnAfterWorkerEnded(HMODULE library) {
-  const auto service = MakeService(library);
-  return LetWorkerEnd(library, *service) ? kAsItShouldBe : Wrong("the worker goes on");
+int ReturnAfterWorkerEnded(UniqueModule& library) {
+  const auto service = MakeService(library.get());
+  return WaitForWorkerEnd(library.get(), *service) ? kAsExpected : Fail("the worker does not end");
 }
 
+// Never closed, since the worker may use it until the process ends.
 HANDLE passEnded = nullptr;
 
 void WINAPI SleepAfterThePassOnly(DWORD milliseconds) {
@@ -149,46 +155,47 @@ void WINAPI SleepAfterThePassOnly(DWORD milliseconds) {
   Sleep(milliseconds);
 }
 
-/// The worker with a collector that is collecting and a first pass made; then `end` ends the
-/// process, or returns the exit status of main.
+/// Waits until the collector runs and the first pass is completed. Then `end` ends the process, or
+/// returns the exit status of main.
 template <typename End>
-int EndWhileCollecting(HMODULE library, End end) {
+int EndWhileCollecting(UniqueModule& library, End end) {
   passEnded = CreateEventW(nullptr, /*manualReset=*/TRUE, /*initialState=*/FALSE, nullptr);
-  const Standin::SimulatedCalls fake(library, /*enabled=*/true);
-  const Standin::ImportPatch patch(library, "Sleep", &SleepAfterThePassOnly);
-  MakeService(library)->startup_task();
-  if (WaitForSingleObject(passEnded, 60000) != WAIT_OBJECT_0) return Wrong("no pass");
+  const Standin::SimulatedCalls fake(library.get(), /*enabled=*/true);
+  const Standin::ImportPatch patch(library.get(), "Sleep", &SleepAfterThePassOnly);
+  MakeService(library.get())->startup_task();
+  if (WaitForSingleObject(passEnded, 60000) != WAIT_OBJECT_0) return Fail("no pass");
   return end();
 }
 
-int ReturnWhileCollecting(HMODULE library) {
-  return EndWhileCollecting(library, [] { return kAsItShouldBe; });
+int ReturnWhileCollecting(UniqueModule& library) {
+  return EndWhileCollecting(library, [] { return kAsExpected; });
 }
 
-int ExitWhileCollecting(HMODULE library) {
-  return EndWhileCollecting(library, []() -> int { std::exit(kAsItShouldBe); });
+int ExitWhileCollecting(UniqueModule& library) {
+  return EndWhileCollecting(library, []() -> int { std::exit(kAsExpected); });
 }
 
-int ExitProcessWhileCollecting(HMODULE library) {
-  return EndWhileCollecting(library, []() -> int { ExitProcess(kAsItShouldBe); });
+int ExitProcessWhileCollecting(UniqueModule& library) {
+  return EndWhileCollecting(library, []() -> int { ExitProcess(kAsExpected); });
 }
 
-/// Without startup_task, which would keep the library loaded for good.
-int FreeWhileCollecting(HMODULE library) {
+/// Without startup_task, which would keep the library loaded until the process ends.
+int FreeWhileCollecting(UniqueModule& library) {
   using Helper = void;
-  const auto instance = FindExport<Helper*()>(library, {"WattleafHelper", "Instance"});
-  const auto start = FindExport<bool(Helper*)>(library, {"WattleafHelper", "StartCollection"});
+  const auto instance = FindExport<Helper*()>(library.get(), {"WattleafHelper", "Instance"});
+  const auto start =
+      FindExport<bool(Helper*)>(library.get(), {"WattleafHelper", "StartCollection"});
   {
-    const Standin::SimulatedCalls fake(library, /*enabled=*/true);
-    if (!start(instance())) return Wrong("collection does not start");
+    const Standin::SimulatedCalls fake(library.get(), /*enabled=*/true);
+    if (!start(instance())) return Fail("collection does not start");
   }
-  FreeLibrary(library);
-  return GetModuleHandleW(kLibrary) == nullptr ? kAsItShouldBe : Wrong("still loaded");
+  library.reset();
+  return GetModuleHandleW(kLibrary) == nullptr ? kAsExpected : Fail("still loaded");
 }
 
 struct Moment {
   const char* name;
-  int (*run)(HMODULE library);
+  int (*run)(UniqueModule& library);
 };
 
 constexpr Moment kMoments[] = {
@@ -209,10 +216,14 @@ constexpr Moment kMoments[] = {
 }  // namespace
 
 int main(int argc, char** argv) {
-  const HMODULE library = LoadLibraryW(kLibrary);
-  if (library == nullptr || argc != 2) return Wrong("no library, or no moment");
+  UniqueModule library(LoadLibraryW(kLibrary));
+  if (!library || argc != 2) return Fail("no library, or no moment");
   for (const Moment& moment : kMoments) {
-    if (std::string(argv[1]) == moment.name) return moment.run(library);
+    if (std::string(argv[1]) != moment.name) continue;
+    const int status = moment.run(library);
+    // Kept on purpose: only the moments about freeing the library free it.
+    static_cast<void>(library.release());
+    return status;
   }
-  return Wrong("unknown moment");
+  return Fail("unknown moment");
 }

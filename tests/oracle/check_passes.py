@@ -38,7 +38,7 @@ def expect(what, expected, found):
 
 
 class Collector:
-    """Days of samples, as rude as a real one: gaps, one sample, midnight, other types, no power."""
+    """Days of samples, as irregular as a real one: gaps, one sample, midnight, other types, no power."""
 
     def __init__(self, seed):
         self._random = random.Random(seed)

@@ -1,16 +1,16 @@
-// Takes the service through passes on several days and writes what it shows of itself after each.
+// Takes the service through passes on several days and writes its files and answers after each.
 //
 // oracle_scenario OUTPUT_FOLDER ICON_FOLDER PASS...
 // PASS has three lists, with ";" between them and "," within them:
-//   instants in seconds since 1970: that of the pass, then others at which commands are asked too;
-//   DAYS@INSTANT, a question to command 2;
-//   NAME=VALUE, a setting WATTLEAF_POWERCFG_<NAME> of the energy tool for this pass and the later.
+//   instants in seconds since 1970: that of the pass, then others at which commands are also run;
+//   DAYS@INSTANT, a run of command 2;
+//   NAME=VALUE, a setting WATTLEAF_POWERCFG_<NAME> of the energy tool from this pass on.
 // OUTPUT_FOLDER gets the device path of C: and, for each pass i from 1, as "pass<i>-...": the
 // ledger file, the store of application energy and the tool's report, where they exist, the names
-// of the data folder, the collector's truth as the pass found it, and the texts of the commands.
+// of the data folder, the collector's plain samples before the pass, and the texts of the commands.
 //
-// The collector is the stand-in, told by the environment; WATTLEAF_COLLECTOR_NOW is the instant of
-// the first pass and WATTLEAF_COLLECTOR_TRUTH is set.
+// The collector is the stand-in, which environment variables configure; WATTLEAF_COLLECTOR_NOW is
+// the instant of the first pass and WATTLEAF_COLLECTOR_TRUTH is set.
 
 #include <windows.h>
 
@@ -64,10 +64,10 @@ std::vector<std::string> Split(const std::string& text, char separator) {
   return parts;
 }
 
-/// What stands before and behind the separator.
+/// The parts before and after the separator.
 std::pair<std::string, std::string> Halves(const std::string& text, char separator) {
   const auto at = text.find(separator);
-  if (at == std::string::npos) throw std::invalid_argument("not of two parts: " + text);
+  if (at == std::string::npos) throw std::invalid_argument("has not two parts: " + text);
   return {text.substr(0, at), text.substr(at + 1)};
 }
 
@@ -118,7 +118,7 @@ std::string DevicePathOfSystemDrive() {
   return path.data();
 }
 
-/// Where the tool leaves a copy of its report: the environment reaches it through the service.
+/// The tool inherits the environment from the service; it copies its report to `truth`.
 void PrepareTool(const Pass& pass, const std::string& truth) {
   const auto set = [](const std::string& name, const std::string& value) {
     SetEnvironmentVariableA(("WATTLEAF_POWERCFG_" + name).c_str(), value.c_str());
@@ -128,7 +128,7 @@ void PrepareTool(const Pass& pass, const std::string& truth) {
   for (const Setting& setting : pass.settings) set(setting.name, setting.value);
 }
 
-void CopyWhereItIs(const fs::path& from, const fs::path& to) {
+void CopyIfPresent(const fs::path& from, const fs::path& to) {
   if (fs::exists(from)) fs::copy_file(from, to);
 }
 
@@ -136,7 +136,7 @@ void WriteAnswers(ServiceSession& service, const std::string& start, std::int64_
   WorkerGate::SetClock(now);
   for (const unsigned int command : {1U, 3U, 4U, 5U, 6U}) {
     WriteText(start + "at" + std::to_string(now) + "-command" + std::to_string(command) + ".txt",
-              service.Ask(command));
+              service.Run(command));
   }
 }
 
@@ -144,7 +144,7 @@ void WriteRanking(ServiceSession& service, const std::string& start, const std::
                   const RankingQuestion& question) {
   constexpr unsigned int kTopApplications = 2;
   WorkerGate::SetClock(question.instant);
-  const auto answer = service.TryAsk(kTopApplications, icons + "?" + question.days);
+  const auto answer = service.TryRun(kTopApplications, icons + "?" + question.days);
   WriteText(start + "at" + std::to_string(question.instant) + "-days" + question.days + ".txt",
             answer.value_or("no answer"));
 }
@@ -153,7 +153,7 @@ void WriteOutcome(ServiceSession& service, const std::string& start, const std::
                   const Pass& pass) {
   const fs::path data = kDataFolder;
   fs::copy_file(data / L"PowerConsumption.json", start + "ledger.json");
-  CopyWhereItIs(data / L"Powerlog.json", start + "store.json");
+  CopyIfPresent(data / L"Powerlog.json", start + "store.json");
   fs::copy_file(_wgetenv(L"WATTLEAF_COLLECTOR_TRUTH"), start + "truth.json");
   WriteText(start + "names.txt", NamesInDataFolder());
   for (const std::int64_t now : pass.instants) WriteAnswers(service, start, now);
@@ -164,7 +164,7 @@ void Run(const std::string& folder, const std::string& icons,
          const std::vector<std::string>& passes) {
   ServiceSession service;
   const Standin::SimulatedCalls fake(service.Library(), /*enabled=*/true);
-  // Kept until the process ends, like the worker that waits in it.
+  // Never destroyed: the worker waits in it until the process ends.
   static WorkerGate& gate = *new WorkerGate(service.Library());
   static_cast<void>(gate);
 
@@ -192,8 +192,8 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "usage: oracle_scenario OUTPUT_FOLDER ICON_FOLDER PASS...\n");
     return 2;
   }
-  // The C library reads TZ as a POSIX text and ignores the zone database; without TZ it asks the
-  // system, whose zone is the one that the program was started in.
+  // The C library reads TZ as a POSIX text. Without TZ it uses the system's zone, which is the one
+  // that the program was started in.
   _putenv("TZ=");
   _tzset();
   try {

@@ -2,7 +2,9 @@
 
 #include <stdexcept>
 
+#include "base/utf8_text.h"
 #include "service/command_table.h"
+#include "unique_result.h"
 
 namespace Scenario {
 
@@ -13,9 +15,10 @@ using Zq::Gantry::Server::Services::Wattleaf::kNoResult;
 
 ZQService* MakeService(HMODULE library) {
   using Factory = ZQService* (*)();
-  // Through the general function pointer: the type is the contract's, not the look-up's.
+  // Through the generic function pointer type: compilers warn of a direct cast from FARPROC.
   const auto found = reinterpret_cast<void (*)()>(GetProcAddress(library, "ZQCreateService"));
-  if (found == nullptr) throw std::runtime_error("WattleafService.dll is missing or not itself");
+  if (found == nullptr)
+    throw std::runtime_error("WattleafService.dll is missing or has no factory");
   return reinterpret_cast<Factory>(found)();
 }
 
@@ -24,7 +27,7 @@ ZQService* MakeService(HMODULE library) {
 ServiceSession::ServiceSession()
     : library_(LoadLibraryW(L"WattleafService.dll")), service_(MakeService(library_)) {}
 
-std::optional<std::string> ServiceSession::TryAsk(unsigned int command, const std::string& input) {
+std::optional<std::string> ServiceSession::TryRun(unsigned int command, const std::string& input) {
   std::wstring request(input.begin(), input.end());
   wchar_t* output = nullptr;
   const int status = service_->ExecuteCommand(/*session=*/nullptr, command, request.data(), &output,
@@ -34,19 +37,12 @@ std::optional<std::string> ServiceSession::TryAsk(unsigned int command, const st
     throw std::runtime_error("command " + std::to_string(command) + " gives status " +
                              std::to_string(status));
   }
-  const std::wstring answer = output;
-  service_->FreeResult(output);
-  const int length = static_cast<int>(answer.size());
-  std::string text(answer.size() * 3, '\0');
-  const int bytes =
-      WideCharToMultiByte(CP_UTF8, 0, answer.data(), length, text.data(),
-                          static_cast<int>(text.size()), /*default=*/nullptr, /*used=*/nullptr);
-  text.resize(static_cast<std::size_t>(bytes));
-  return text;
+  const WattleafHost::UniqueResult result(output, WattleafHost::FreeResult{service_.get()});
+  return Zq::Gantry::Server::Services::Wattleaf::ToUtf8(result.get());
 }
 
-std::string ServiceSession::Ask(unsigned int command) {
-  const auto text = TryAsk(command, {});
+std::string ServiceSession::Run(unsigned int command) {
+  const auto text = TryRun(command, {});
   if (!text) throw std::runtime_error("command " + std::to_string(command) + " has no answer");
   return *text;
 }

@@ -10,22 +10,23 @@
 
 namespace Scenario {
 
-/// The library, found beside the program, and its service: through the exported factory only.
+/// The library beside the program and its service, reached through the exported factory only.
 class ServiceSession {
  public:
-  /// Throws std::runtime_error where the library does not load or makes no service.
+  /// Throws std::runtime_error if the library does not load or has no factory.
   ServiceSession();
 
-  HMODULE Library() const { return library_; }
+  [[nodiscard]] HMODULE Library() const { return library_; }
   void Start() { service_->startup_task(); }
-  /// The text of a command in UTF-8; nothing where there is none. Throws
-  /// std::runtime_error at any other status than these two.
-  std::optional<std::string> TryAsk(unsigned int command, const std::string& input);
+  /// Runs a command and returns its text in UTF-8; nothing if the status is kNoResult. Throws
+  /// std::runtime_error if it is neither that nor 0.
+  [[nodiscard]] std::optional<std::string> TryRun(unsigned int command, const std::string& input);
   /// The same for a command that must have a text and needs no input.
-  std::string Ask(unsigned int command);
+  [[nodiscard]] std::string Run(unsigned int command);
 
  private:
-  HMODULE library_;  // stays loaded: its worker sleeps until the process ends
+  // Kept on purpose: the worker sleeps in the library until the process ends.
+  HMODULE library_;
   std::unique_ptr<Zq::Gantry::Server::Services::ZQService> service_;
 };
 

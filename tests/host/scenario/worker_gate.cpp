@@ -17,7 +17,7 @@ using Zq::Gantry::Platform::UniqueHandle;
 using Zq::Gantry::Server::Services::Wattleaf::kPassInterval;
 using Zq::Gantry::Server::Services::Wattleaf::kStartDelay;
 
-constexpr DWORD kPatienceMilliseconds = 300'000;
+constexpr DWORD kLongestWaitMilliseconds = 300'000;
 
 UniqueHandle MakeEvent() {
   return UniqueHandle(CreateEventW(/*attributes=*/nullptr, /*manualReset=*/FALSE,
@@ -25,10 +25,10 @@ UniqueHandle MakeEvent() {
 }
 
 UniqueHandle OpenThisThread() {
-  HANDLE thread = nullptr;
-  DuplicateHandle(GetCurrentProcess(), GetCurrentThread(), GetCurrentProcess(), &thread,
+  UniqueHandle thread;
+  DuplicateHandle(GetCurrentProcess(), GetCurrentThread(), GetCurrentProcess(), thread.out(),
                   SYNCHRONIZE, /*inherit=*/FALSE, /*options=*/0);
-  return UniqueHandle(thread);
+  return thread;
 }
 
 struct State {
@@ -39,7 +39,7 @@ struct State {
   UniqueHandle worker;  // written before `workerSeen` is set, read after
 };
 
-/// Never destroyed: the worker still waits on it when the process ends.
+/// Never destroyed: the worker still waits for its events when the process ends.
 State& Shared() {
   static State& state = *new State;
   return state;
@@ -67,8 +67,8 @@ __time64_t FakeTime(__time64_t* out) {
 void AwaitWorker() {
   static bool seen = false;
   if (seen) return;
-  if (WaitForSingleObject(Shared().workerSeen.get(), kPatienceMilliseconds) != WAIT_OBJECT_0) {
-    throw std::runtime_error("no worker has come to its start delay");
+  if (WaitForSingleObject(Shared().workerSeen.get(), kLongestWaitMilliseconds) != WAIT_OBJECT_0) {
+    throw std::runtime_error("no worker has begun its start delay");
   }
   seen = true;
 }
@@ -84,7 +84,7 @@ void WorkerGate::WaitForPass() {
   AwaitWorker();
   const std::array handles = {Shared().passEnded.get(), Shared().worker.get()};
   const DWORD woken = WaitForMultipleObjects(static_cast<DWORD>(handles.size()), handles.data(),
-                                             /*waitAll=*/FALSE, kPatienceMilliseconds);
+                                             /*waitAll=*/FALSE, kLongestWaitMilliseconds);
   if (woken == WAIT_OBJECT_0) return;
   throw std::runtime_error(woken == WAIT_OBJECT_0 + 1
                                ? "the worker has ended: see the log for why it did not collect"

@@ -8,15 +8,15 @@
 
 namespace Scenario {
 
-/// Holds the library's worker in its hands: the start delay passes at once, a day's sleep lasts
-/// until the next pass is let in, and the clock shows what it is set to. One for the process.
+/// Controls the library's worker and clock: the start delay is skipped, the sleep of a day lasts
+/// until LetNextPassIn, and the time is the one set. One for the process.
 class WorkerGate {
  public:
   explicit WorkerGate(HMODULE library);
 
-  /// Seconds since 1970, from now on.
+  /// Sets the time, in seconds since 1970.
   static void SetClock(std::int64_t now);
-  /// Waits until a pass has ended. Throws std::runtime_error where the worker ends instead.
+  /// Waits until a pass has ended. Throws std::runtime_error if the worker ends instead.
   static void WaitForPass();
   /// Ends the day's sleep.
   static void LetNextPassIn();

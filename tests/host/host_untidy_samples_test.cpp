@@ -1,5 +1,5 @@
-// What the service makes of days of samples as real notebooks have them: of the days before today,
-// whichever that is, and a seed under which they are as wanted.
+// The service with samples as untidy as those of real notebooks. The tests use the days before
+// today and choose a seed under which these days have the form that they need.
 
 #include <windows.h>
 
@@ -39,21 +39,21 @@ struct Sample {
   double power;
 };
 
-/// Where an interval counts, its watt-seconds.
+/// The watt-seconds of an interval; 0 if it does not count.
 double Energy(std::int64_t seconds, double power) {
   const bool counts = seconds >= 1 && seconds <= kLongestInterval;
   return counts ? static_cast<double>(seconds) * power : 0.0;
 }
 
-class RudeSamples : public testing::Test {
+class UntidySamples : public testing::Test {
  protected:
   void SetUp() override {
-    if (!TestSupport::NotebookIsThere()) GTEST_SKIP() << "no simulated notebook on this machine";
+    if (!TestSupport::HasNotebook()) GTEST_SKIP() << "no simulated notebook on this machine";
     if (days.ClocksChange()) GTEST_SKIP() << "the clocks change in these days";
     fs::remove_all(kData);
   }
 
-  /// Makes a pass with the seed's samples of ten days.
+  /// Completes a pass with the seed's samples of ten days.
   void Serve(std::uint64_t seed) {
     const ScopedVariable chosen(L"WATTLEAF_COLLECTOR_SEED", std::to_wstring(seed));
     const ScopedVariable period(L"WATTLEAF_COLLECTOR_PERIOD",
@@ -82,7 +82,7 @@ class RudeSamples : public testing::Test {
     return FileExists(std::wstring(kData) + L"\\PcmSampleData_" + wide + L".json");
   }
 
-  /// What was written, in the file's order.
+  /// The samples that the collector wrote, in the file's order.
   std::vector<Sample> Written(int back) const {
     rapidjson::Document truth;
     truth.Parse(ReadWholeFile(TruthPath()).c_str());
@@ -101,8 +101,8 @@ class RudeSamples : public testing::Test {
     }
     return samples;
   }
-  /// The watt-hours of a day whose following day is gone, as all days are that were booked in the
-  /// same pass and are no neighbours of today.
+  /// The watt-hours of a day whose following day has no samples any more: the pass deletes the
+  /// samples of booked days, except for the neighbours of today.
   double ExpectedEnergy(int back) const {
     const auto samples = Written(back);
     const auto before = Written(back + 1);
@@ -128,7 +128,7 @@ class RudeSamples : public testing::Test {
 
 }  // namespace
 
-TEST_F(RudeSamples, DayWithoutSamplesIsZeroInTheWeekAndKeepsItsFile) {
+TEST_F(UntidySamples, DayWithoutSamplesIsZeroInTheWeekAndKeepsItsFile) {
   Serve(days.SeedWhere([this](std::uint64_t seed) {
     const auto day = days.SamplesOf(seed, 3);
     return day && day->empty() && days.HasEnergy(seed, 4);
@@ -144,7 +144,7 @@ TEST_F(RudeSamples, DayWithoutSamplesIsZeroInTheWeekAndKeepsItsFile) {
   EXPECT_GT(week["Value"][3]["Value"].GetDouble(), 0.0);
 }
 
-TEST_F(RudeSamples, WeekOfSleepIsAWeekOfZerosAndCostsTheDaysBeforeItNothing) {
+TEST_F(UntidySamples, WeekOfSleepIsAWeekOfZerosAndDoesNotChangeTheDaysBeforeIt) {
   Serve(days.SeedWhere([this](std::uint64_t seed) {
     for (int back = 1; back <= 7; ++back) {
       if (days.SamplesOf(seed, back)) return false;
@@ -156,7 +156,7 @@ TEST_F(RudeSamples, WeekOfSleepIsAWeekOfZerosAndCostsTheDaysBeforeItNothing) {
   EXPECT_NEAR(BookedEnergy(8), ExpectedEnergy(8), BookedEnergy(8) * 1e-4);
 }
 
-TEST_F(RudeSamples, ClockThatIsPutBackBooksWhatGoesForwardsAndNothingForTheStepBack) {
+TEST_F(UntidySamples, ClockThatIsSetBackAddsNoEnergyForTheStepBack) {
   Serve(days.SeedWhere([this](std::uint64_t seed) {
     const auto day = days.SamplesOf(seed, 3);
     return days.HasEnergy(seed, 3) && day->back().clockSeconds < 0 && days.HasEnergy(seed, 2) &&
@@ -173,7 +173,7 @@ TEST_F(RudeSamples, ClockThatIsPutBackBooksWhatGoesForwardsAndNothingForTheStepB
   EXPECT_FALSE(HasSampleFile(3));
 }
 
-TEST_F(RudeSamples, GapAcrossMidnightIsBookedOnNeitherDay) {
+TEST_F(UntidySamples, GapAcrossMidnightAddsNoEnergyToEitherDay) {
   const auto gap = [this](std::uint64_t seed) -> std::int64_t {
     const auto before = days.SamplesOf(seed, 4);
     const auto day = days.SamplesOf(seed, 3);

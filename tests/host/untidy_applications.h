@@ -11,31 +11,30 @@
 #include <stdexcept>
 #include <string>
 
+#include "answer.h"
 #include "host_notebook.h"
-#include "ranking.h"
 #include "support/temp_folder.h"
 
 namespace TestSupport {
 
-/// Runs of the host on a data folder that is empty at first, with reports of the asked applications
-/// only.
-class RudeApplications : public testing::Test {
+/// Runs of the host on an empty data folder, with reports of chosen applications only.
+class UntidyApplications : public testing::Test {
  protected:
   static constexpr wchar_t kData[] = L"C:\\ProgramData\\ZQ\\TelemetryDataCollector\\PCMCollector";
   static constexpr wchar_t kPackages[] = L"C:\\Program Files\\WindowsApps\\";
 
   void SetUp() override {
-    if (!TestSupport::NotebookIsThere()) GTEST_SKIP() << "no simulated notebook on this machine";
+    if (!TestSupport::HasNotebook()) GTEST_SKIP() << "no simulated notebook on this machine";
     std::filesystem::remove_all(kData);
   }
 
-  /// `only`: parts of identities, separated by "|".
+  /// `only`: parts of the applications' identities, separated by "|".
   NotebookRun Serve(const std::wstring& only) const {
     const ScopedVariable rows(L"WATTLEAF_POWERCFG_ONLY", only);
     return RunOnNotebook({L"serve-once", L"--json", L"--icons", icons_.Path()});
   }
 
-  /// The answer of command 2.
+  /// The result of command 2.
   static WattleafHost::Ranking RankingOf(const NotebookRun& run) {
     rapidjson::Document document;
     document.Parse(run.host.output.c_str());
@@ -45,7 +44,8 @@ class RudeApplications : public testing::Test {
   }
   WattleafHost::Ranking Rank(const std::wstring& only) const { return RankingOf(Serve(only)); }
 
-  /// The names in the store by identity, without the prefix of drive C: and rows of no identity.
+  /// The names in the store by identity, which is without the prefix of drive C:. Rows without an
+  /// identity are left out.
   static std::map<std::string, std::string> StoredNames() {
     std::map<std::string, std::string> names;
     ForEachStored([&names](const std::string& identity, const auto& row) {
@@ -53,7 +53,7 @@ class RudeApplications : public testing::Test {
     });
     return names;
   }
-  /// The percentage that the rows of identities with `part` have of the store's energy.
+  /// The percentage of the store's energy in rows with `part` in their identity.
   static double StoredShare(const std::string& part) {
     double energy = 0.0;
     double total = 0.0;

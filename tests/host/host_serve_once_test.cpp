@@ -1,5 +1,4 @@
-// The waiting of serve-once, on a host that lies in no allowed place: there the collector is
-// never let in.
+// serve-once in a host outside the allowed folders, where the collector is never loaded.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -18,14 +17,14 @@ using testing::Not;
 using TestSupport::HostRun;
 using TestSupport::RunHost;
 
-TEST(HostServeOnce, NoticesThatTheWorkerHasEndedWithoutAPass) {
+TEST(HostServeOnce, ReportsThatTheWorkerEndedWithoutAPass) {
   const HostRun run = RunHost({L"serve-once"});
   EXPECT_EQ(run.exitStatus, 3u);
   EXPECT_THAT(run.errors, HasSubstr("no pass: the worker has ended"));
   EXPECT_THAT(run.output, HasSubstr("pass          not started"));
 }
 
-TEST(HostServeOnce, PrintsAllTenCommandsWithoutAPassToo) {
+TEST(HostServeOnce, PrintsAllTenCommandsWithoutAPass) {
   const HostRun run = RunHost({L"serve-once"});
   for (const char* row : {"\n 1  ", "\n 2  ", "\n 3  ", "\n 4  ", "\n 5  ", "\n 6  ", "\n 7  ",
                           "\n 8  ", "\n 9  ", "\n10  "}) {
@@ -38,7 +37,7 @@ TEST(HostServeOnce, SaysThatTheSleepsAreSkipped) {
               HasSubstr("90 seconds and its sleep of a day are skipped"));
 }
 
-TEST(HostServeOnce, EndsWithTheDataFolderTheIconsAndTheLog) {
+TEST(HostServeOnce, PrintsTheDataFolderTheIconsAndTheLogLast) {
   const TestSupport::TempFolder folder;
   const TestSupport::ScopedVariable log(L"WATTLEAF_LOG_FILE", folder.File(L"w\u00E4rme.log"));
   EXPECT_THAT(RunHost({L"serve-once"}).output,
@@ -48,12 +47,12 @@ TEST(HostServeOnce, EndsWithTheDataFolderTheIconsAndTheLog) {
                             "  log           .*w\xC3\xA4rme.log\n$"));
 }
 
-TEST(HostServeOnce, SaysThatTheLogGoesToStandardErrorWhereNoFileIsNamed) {
+TEST(HostServeOnce, SaysThatTheLogGoesToStandardErrorIfNoFileIsNamed) {
   const TestSupport::ScopedVariable log(L"WATTLEAF_LOG_FILE", L"");
   EXPECT_THAT(RunHost({L"serve-once"}).output, EndsWith("  log           standard error\n"));
 }
 
-TEST(HostServeOnce, TellsThePassToMachines) {
+TEST(HostServeOnce, HasThePassAndAllCommandsInTheJson) {
   const HostRun run = RunHost({L"serve-once", L"--json"});
   EXPECT_EQ(run.exitStatus, 3u);
   rapidjson::Document document;
@@ -65,7 +64,7 @@ TEST(HostServeOnce, TellsThePassToMachines) {
   }
 }
 
-TEST(HostServeOnce, InRealTimeTheDelayIsNotSkipped) {
+TEST(HostServeOnce, DoesNotSkipTheDelayInRealTime) {
   const HostRun run = RunHost({L"serve-once", L"--real-time", L"--limit", L"1"});
   EXPECT_EQ(run.exitStatus, 3u);
   EXPECT_THAT(run.errors, Not(HasSubstr("skipped")));
@@ -73,7 +72,7 @@ TEST(HostServeOnce, InRealTimeTheDelayIsNotSkipped) {
   EXPECT_THAT(run.output, HasSubstr("pass          still running"));
 }
 
-TEST(HostServeOnce, AsksOnlyWhatDoesNotWaitForAPassThatIsStillRunning) {
+TEST(HostServeOnce, RunsOnlyCommandsThatDoNotWaitWhileThePassIsRunning) {
   const HostRun run = RunHost({L"serve-once", L"--json", L"--real-time", L"--limit", L"1"});
   rapidjson::Document document;
   ASSERT_FALSE(document.Parse(run.output.c_str()).HasParseError()) << run.output;
@@ -82,14 +81,13 @@ TEST(HostServeOnce, AsksOnlyWhatDoesNotWaitForAPassThatIsStillRunning) {
   EXPECT_EQ(document["commands"][1]["number"].GetUint(), 10u);
 }
 
-TEST(HostZone, DaysAreThoseOfTheSystemWhateverTheVariableTzSays) {
-  // The hours of command 4 as they stand in the chart; asked before and after, since an hour may
-  // end.
+TEST(HostZone, IgnoresTheVariableTz) {
+  // The chart of command 4, made before and after as well, since an hour may end meanwhile.
   const auto hours = [] { return RunHost({L"command", L"4"}).output; };
   const std::string before = hours();
   std::string withVariable;
   {
-    // Five hours east of Greenwich, for a C library that listens to it.
+    // UTC+5 for a C library that reads the variable.
     const TestSupport::ScopedVariable zone(L"TZ", L"XYZ-5");
     withVariable = hours();
   }

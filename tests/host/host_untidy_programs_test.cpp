@@ -1,4 +1,5 @@
-// What the service makes of desktop programs, Windows and services as real notebooks have them.
+// The service with desktop programs, parts of Windows and services as untidy as those of real
+// notebooks.
 
 #include <windows.h>
 
@@ -9,7 +10,7 @@
 #include <string>
 #include <utility>
 
-#include "rude_applications.h"
+#include "untidy_applications.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -20,9 +21,9 @@ using TestSupport::ScopedVariable;
 
 namespace {
 
-class RudePrograms : public TestSupport::RudeApplications {};
+class UntidyPrograms : public TestSupport::UntidyApplications {};
 
-/// Takes a program off the machine's list of installed ones for as long as this lives.
+/// Removes a program from the machine's list of installed ones; the destructor adds it again.
 class RemovedFromList {
  public:
   RemovedFromList(std::wstring key, std::wstring name)
@@ -44,7 +45,7 @@ class RemovedFromList {
 
 }  // namespace
 
-TEST_F(RudePrograms, ComponentsOfWindowsAndServicesCountInTheTotalOnly) {
+TEST_F(UntidyPrograms, ComponentsOfWindowsAndServicesCountInTheTotalOnly) {
   const auto ranking = Rank(L"cobalt.exe|hearthhost.exe|svchost.exe|System");
   EXPECT_THAT(StoredNames(),
               UnorderedElementsAre(
@@ -59,14 +60,14 @@ TEST_F(RudePrograms, ComponentsOfWindowsAndServicesCountInTheTotalOnly) {
   EXPECT_LT(ranking[0].share, 90.0);
 }
 
-TEST_F(RudePrograms, ProgramOfOneUserIsNamedButDoesNotRank) {
+TEST_F(UntidyPrograms, ProgramOfOneUserHasANameButDoesNotRank) {
   EXPECT_THAT(Rank(L"fennel.exe"), IsEmpty());
   EXPECT_THAT(StoredNames(),
               ElementsAre(Pair("users\\wren\\AppData\\Local\\Programs\\Fennel\\fennel.exe",
                                "Fennel Messenger")));
 }
 
-TEST_F(RudePrograms, ProgramInProgramFilesX86RanksWithItsIcon) {
+TEST_F(UntidyPrograms, ProgramInProgramFilesX86RanksWithItsIcon) {
   const auto ranking = Rank(L"sedge.exe");
   ASSERT_EQ(ranking.size(), 1u);
   EXPECT_EQ(ranking[0].name, "Sedge Player");
@@ -74,7 +75,7 @@ TEST_F(RudePrograms, ProgramInProgramFilesX86RanksWithItsIcon) {
   EXPECT_EQ(Icon(L"Sedge Player.png").substr(1, 3), "PNG");
 }
 
-TEST_F(RudePrograms, RemovedProgramsAndPackagesHaveNoName) {
+TEST_F(UntidyPrograms, RemovedProgramsAndPackagesHaveNoName) {
   EXPECT_THAT(Rank(L"bilberry.exe|teasel.exe|Plum.Sketch"), IsEmpty());
   EXPECT_THAT(StoredNames(),
               UnorderedElementsAre(Pair("Program Files\\Bilberry\\bilberry.exe", ""),
@@ -82,7 +83,7 @@ TEST_F(RudePrograms, RemovedProgramsAndPackagesHaveNoName) {
                                    Pair("Plum.Sketch_2.0.0.0_x64__n6s1d8k4q2v7h", "")));
 }
 
-TEST_F(RudePrograms, ProgramThatIsRemovedAfterItsRowsWereStoredRanksNoLonger) {
+TEST_F(UntidyPrograms, ProgramRemovedAfterItsRowsWereStoredDoesNotRank) {
   constexpr wchar_t kKey[] =
       L"SOFTWARE\\WOW6432Node\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Sedge Player 2.0.0.0";
   ASSERT_EQ(Rank(L"sedge.exe").size(), 1u);
@@ -94,14 +95,14 @@ TEST_F(RudePrograms, ProgramThatIsRemovedAfterItsRowsWereStoredRanksNoLonger) {
               ElementsAre(Pair("Program Files (x86)\\Sedge\\sedge.exe", "Sedge Player")));
 }
 
-TEST_F(RudePrograms, TwoProgramsOfOneVersionAreTwoEntries) {
+TEST_F(UntidyPrograms, TwoProgramsOfOneVersionAreTwoEntries) {
   const auto ranking = Rank(L"meadow.exe|harbor.exe");
   ASSERT_EQ(ranking.size(), 2u);
   EXPECT_THAT((std::set<std::string>{ranking[0].name, ranking[1].name}),
               ElementsAre("Harbor Mail", "Meadow Office"));
 }
 
-TEST_F(RudePrograms, TwoVersionsOfOneProgramAreOneEntry) {
+TEST_F(UntidyPrograms, TwoVersionsOfOneProgramAreOneEntry) {
   const auto ranking = Rank(L"plover.exe");
   EXPECT_EQ(StoredNames().size(), 2u);
   ASSERT_EQ(ranking.size(), 1u);
@@ -109,12 +110,12 @@ TEST_F(RudePrograms, TwoVersionsOfOneProgramAreOneEntry) {
   EXPECT_NEAR(ranking[0].share, StoredShare("plover.exe"), 0.01);
 }
 
-TEST_F(RudePrograms, ProgramThatIsRegisteredWithItsVersionInTheNameDoesNotRank) {
+TEST_F(UntidyPrograms, ProgramRegisteredWithItsVersionInTheNameDoesNotRank) {
   EXPECT_THAT(Rank(L"sorrel.exe"), IsEmpty());
   EXPECT_THAT(StoredNames(), ElementsAre(Pair("Program Files\\Sorrel\\sorrel.exe", "Sorrel Sync")));
 }
 
-TEST_F(RudePrograms, NameOfAProgramInTwoScriptsLosesOneOfThemAndDoesNotRank) {
+TEST_F(UntidyPrograms, ProgramWithANameInTwoScriptsLosesOneOfThemAndDoesNotRank) {
   EXPECT_THAT(Rank(L"glowworm.exe|brasserie.exe"), IsEmpty());
   EXPECT_THAT(
       StoredNames(),
@@ -122,7 +123,7 @@ TEST_F(RudePrograms, NameOfAProgramInTwoScriptsLosesOneOfThemAndDoesNotRank) {
                            Pair("Program Files\\Brasserie\\brasserie.exe", "Brasserie Caf\xE9")));
 }
 
-TEST_F(RudePrograms, ProgramAtAPathOutsideAsciiHasNoName) {
+TEST_F(UntidyPrograms, ProgramWithAPathOutsideAsciiHasNoName) {
   EXPECT_THAT(Rank(L"berblick.exe"), IsEmpty());
   EXPECT_THAT(StoredNames(), ElementsAre(Pair("Program Files\\\xC3\x9C"
                                               "berblick\\\xC3\xBC"

@@ -1,11 +1,11 @@
-// What the service makes of packaged applications as real notebooks have them.
+// The service with packaged applications as untidy as those of real notebooks.
 
 #include <windows.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "rude_applications.h"
+#include "untidy_applications.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -15,11 +15,11 @@ using TestSupport::ScopedVariable;
 
 namespace {
 
-class RudePackages : public TestSupport::RudeApplications {};
+class UntidyPackages : public TestSupport::UntidyApplications {};
 
 }  // namespace
 
-TEST_F(RudePackages, OwnLogoAtTheAddressOfAUriIsNotFoundAndTheEntryHasNoIcon) {
+TEST_F(UntidyPackages, OwnLogoWithTheAddressOfAUriIsNotFoundAndTheEntryHasNoIcon) {
   const auto ranking = Rank(L"Larch.Calendar");
   ASSERT_EQ(ranking.size(), 1u);
   EXPECT_EQ(ranking[0].name, "Larch Calendar");
@@ -27,7 +27,7 @@ TEST_F(RudePackages, OwnLogoAtTheAddressOfAUriIsNotFoundAndTheEntryHasNoIcon) {
   EXPECT_THAT(IconFiles(), IsEmpty());
 }
 
-TEST_F(RudePackages, OwnLogoAtAPlainAddressIsTheIcon) {
+TEST_F(UntidyPackages, OwnLogoWithAPlainAddressIsTheIcon) {
   const ScopedVariable address(L"WATTLEAF_PACKAGES", L"address:plain");
   const auto ranking = Rank(L"Larch.Calendar");
   ASSERT_EQ(ranking.size(), 1u);
@@ -37,7 +37,7 @@ TEST_F(RudePackages, OwnLogoAtAPlainAddressIsTheIcon) {
             Asset(L"Larch.Calendar_1.0.0.0_x64__2j8vgd6s0a1qe", L"StoreLogo.png"));
 }
 
-TEST_F(RudePackages, NamesLeftAsOneResourceAreOneEntryWithoutAnIcon) {
+TEST_F(UntidyPackages, PackagesNamedByOneResourceAreOneEntryWithoutAnIcon) {
   const auto ranking = Rank(L"Alder.Wallet|Rowan.Fitness");
   ASSERT_EQ(ranking.size(), 1u);
   EXPECT_EQ(ranking[0].name, "ms-resource:AppName");
@@ -46,7 +46,7 @@ TEST_F(RudePackages, NamesLeftAsOneResourceAreOneEntryWithoutAnIcon) {
   EXPECT_NEAR(ranking[0].share, StoredShare("Alder.Wallet") + StoredShare("Rowan.Fitness"), 0.01);
 }
 
-TEST_F(RudePackages, NameLeftAsAResourceWithSlashesHasNoIcon) {
+TEST_F(UntidyPackages, PackageNamedByAResourceWithSlashesHasNoIcon) {
   const auto ranking = Rank(L"Aster.Camera");
   ASSERT_EQ(ranking.size(), 1u);
   EXPECT_EQ(ranking[0].name, "ms-resource://Aster.Camera/Resources/Title");
@@ -54,21 +54,21 @@ TEST_F(RudePackages, NameLeftAsAResourceWithSlashesHasNoIcon) {
   EXPECT_THAT(IconFiles(), IsEmpty());
 }
 
-TEST_F(RudePackages, LogoOf200PercentIsTheIconWhereItsNameHoldsTheSize) {
+TEST_F(UntidyPackages, LogoOf200PercentIsTheIconIfItsNameHasTheSize) {
   Rank(L"Poplar.Journal|Gorse.Radio");
   EXPECT_THAT(IconFiles(), ElementsAre(L"Poplar Journal.png"));
   EXPECT_EQ(Icon(L"Poplar Journal.png"),
             Asset(L"Poplar.Journal_1.0.0.0_x64__h3j6k9l2p5o8i", L"Square44x44Logo.scale-200.png"));
 }
 
-TEST_F(RudePackages, LogoOf200PercentUnderAnotherNameIsPassedOverForTheOwnOne) {
+TEST_F(UntidyPackages, OwnLogoIsPreferredToALogoOf200PercentUnderAnotherName) {
   const ScopedVariable address(L"WATTLEAF_PACKAGES", L"address:plain");
   Rank(L"Gorse.Radio");
   EXPECT_EQ(Icon(L"Gorse Radio.png"),
             Asset(L"Gorse.Radio_6.1.0.0_x64__h3j6k9l2p5o8i", L"StoreLogo.png"));
 }
 
-TEST_F(RudePackages, VariantForContrastOrUnplatedIsTheIconWhereItComesFirst) {
+TEST_F(UntidyPackages, ContrastOrUnplatedVariantIsTheIconIfItComesFirst) {
   Rank(L"Otter.Chat|Tansy.Clock|Privet.Paint");
   EXPECT_EQ(Icon(L"Otter Chat.png"),
             Asset(L"Otter.Chat_8.17.3.0_x64__m5t9yk3w7zc8n", L"Square44x44Logo.scale-100.png"));
@@ -79,7 +79,7 @@ TEST_F(RudePackages, VariantForContrastOrUnplatedIsTheIconWhereItComesFirst) {
                   L"Square44x44Logo.altform-unplated_targetsize-44.png"));
 }
 
-TEST_F(RudePackages, SeveralApplicationsOfOnePackageAreOneEntryWithTheFirstOnesLogo) {
+TEST_F(UntidyPackages, ApplicationsOfOnePackageAreOneEntryWithTheFirstLogo) {
   const auto ranking = Rank(L"Hornbeam.Suite");
   EXPECT_THAT(
       StoredNames(),
@@ -90,14 +90,14 @@ TEST_F(RudePackages, SeveralApplicationsOfOnePackageAreOneEntryWithTheFirstOnesL
             Asset(L"Hornbeam.Suite_16.0.0.0_x64__s2d5f8g1h4j7k", L"Square44x44Logo.scale-100.png"));
 }
 
-TEST_F(RudePackages, PackageWhoseFirstApplicationHasNoVisualElementsHasItsOwnLogo) {
+TEST_F(UntidyPackages, PackageWithoutVisualElementsInItsFirstApplicationHasItsOwnLogo) {
   const ScopedVariable address(L"WATTLEAF_PACKAGES", L"address:plain");
   Rank(L"Birch.Backup");
   EXPECT_EQ(Icon(L"Birch Backup.png"),
             Asset(L"Birch.Backup_3.3.0.0_x64__s2d5f8g1h4j7k", L"StoreLogo.png"));
 }
 
-TEST_F(RudePackages, TwoVersionsOfOnePackageAreOneEntryWithTheLastOnesLogo) {
+TEST_F(UntidyPackages, TwoVersionsOfOnePackageAreOneEntryWithTheLastLogo) {
   const auto ranking = Rank(L"Finch.Music");
   EXPECT_EQ(StoredNames().size(), 2u);
   ASSERT_EQ(ranking.size(), 1u);
@@ -105,7 +105,7 @@ TEST_F(RudePackages, TwoVersionsOfOnePackageAreOneEntryWithTheLastOnesLogo) {
             Asset(L"Finch.Music_3.2.0.0_x64__f7c2n9xb4r5hp", L"Square44x44Logo.targetsize-44.png"));
 }
 
-TEST_F(RudePackages, RowsOfAPackageBeforeItsUpdateHaveItsName) {
+TEST_F(UntidyPackages, RowsOfAPackageBeforeItsUpdateHaveItsName) {
   const auto ranking = Rank(L"Otter.Chat");
   EXPECT_THAT(StoredNames(),
               ElementsAre(Pair("Otter.Chat_8.16.0.0_x64__m5t9yk3w7zc8n", "Otter Chat"),
@@ -113,7 +113,7 @@ TEST_F(RudePackages, RowsOfAPackageBeforeItsUpdateHaveItsName) {
   EXPECT_EQ(ranking.size(), 1u);
 }
 
-TEST_F(RudePackages, NameOfAPackageInTwoScriptsIsShownByItsLowBytes) {
+TEST_F(UntidyPackages, NameInTwoScriptsIsShownByItsLowBytes) {
   const auto ranking = Rank(L"Yarrow.Books");
   ASSERT_EQ(ranking.size(), 1u);
   // U+041A U+043D U+0438 U+0433 U+0438; a file name may not hold the first one's low byte.
@@ -122,7 +122,7 @@ TEST_F(RudePackages, NameOfAPackageInTwoScriptsIsShownByItsLowBytes) {
   EXPECT_THAT(IconFiles(), IsEmpty());
 }
 
-TEST_F(RudePackages, LetterBeyondAsciiInTheNameOfAPackageReachesTheClientAsAReplacement) {
+TEST_F(UntidyPackages, LetterOutsideAsciiReachesTheClientAsAReplacementCharacter) {
   const auto ranking = Rank(L"Tilia.Menu");
   ASSERT_EQ(ranking.size(), 1u);
   EXPECT_EQ(ranking[0].name, "Tilia Caf\xEF\xBF\xBD");

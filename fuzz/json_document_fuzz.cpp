@@ -1,4 +1,5 @@
-// Any bytes as a file of the data folder: read, written and read again without a finding.
+// Any bytes as a file of the data folder: reading, writing and reading again must not fail a
+// sanitizer, and a document that was read must be written.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -30,7 +31,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       .write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
   const auto first = Load(path);
   if (!first) return 0;
-  // Not every number that is read can be written again, so the second reading may fail.
+  // Reading again may fail: some numbers that can be read are written in a form that cannot.
   if (!SaveJsonDocument(path.wstring(), *first)) std::abort();
   Load(path);
   return 0;

@@ -1,5 +1,5 @@
-// Any bytes as a package's manifest, and what it names as the package's logo: read and looked for
-// without a finding.
+// Any bytes as a package's manifest: reading it and searching for the logo that it names must not
+// fail a sanitizer.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -13,7 +13,7 @@ using namespace Zq::Gantry::Server::Services::Wattleaf;
 
 namespace {
 
-/// A package's directory with one file for the scans.
+/// A package's folder with one image.
 std::filesystem::path ScratchPackage() {
   std::string path = (std::filesystem::temp_directory_path() / "wattleaf-fuzz-XXXXXX").string();
   if (mkdtemp(path.data()) == nullptr) std::abort();
@@ -34,7 +34,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   try {
     FindLogoVariant(package.wstring(), *logo);
   } catch (const std::exception&) {
-    // A text that is no path here; the caller's guard takes it.
+    // The text is not a valid path on this system. The product's caller catches this too.
   }
   return 0;
 }

@@ -1,5 +1,5 @@
-// Any bytes as a report of application energy, and what came of it as the store of the next run:
-// every row comes back, and is written as it was.
+// Any bytes as a report of application energy, and the result as the store of the next run: merging
+// the store must return every row and write the same text again.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>

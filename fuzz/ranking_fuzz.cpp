@@ -1,4 +1,5 @@
-// Any bytes as the 30-day store: ranked and written as an answer without a finding.
+// Any bytes as the 30-day store: ranking its rows and writing the answer must not fail a sanitizer,
+// and no icon may be written outside the client's folder.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -21,7 +22,7 @@ std::filesystem::path ScratchFile() {
   return path + "/Powerlog.json";
 }
 
-/// Writes nothing; stops at a copy that would land outside the directory "d".
+/// Writes nothing; aborts if a logo would be copied to a path outside the folder "d".
 class CheckingIconMaker final : public IconMaker {
  public:
   std::string ExportAppIcon(const std::string& executable, const IconFile& file) override {
@@ -44,7 +45,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::unique_ptr<GenericDocument> store(LoadJsonDocument(path.wstring()));
   if (!store || !store->IsArray()) return 0;
 
-  // Times from the end of 1984 on count.
+  // Rows from the end of 1984 on count.
   const ReportingPeriod period({.tm_mday = 1, .tm_year = 100}, 5500);
   const DesktopApps desktopApps{{L"a", L""}, {L"Meadow", L""}};
   const PackagedApps packagedApps{{"", {}}, {"A", {}}, {"Alder", {}}};

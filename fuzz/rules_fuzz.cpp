@@ -1,5 +1,6 @@
-// Any pattern against any value: an answer, without a finding. And the path guard answers like the
-// expressions that it stands for. The bytes are 16-bit characters: a pattern, a line end, a value.
+// Any pattern against any value: matching must not fail a sanitizer, and the path guard must agree
+// with the expressions that it implements. The bytes are 16-bit characters: a pattern, a line end,
+// a value.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -23,7 +24,7 @@ std::wstring TextOf(const std::uint8_t* data, std::size_t size) {
   return text;
 }
 
-/// The matcher with back-tracking needs stack for each character: short values only.
+/// For short values only: the backtracking matcher needs stack for each character.
 bool ExpressionsReject(const std::wstring& value) {
   static const std::wregex shape(LR"(^((?:[\w]\:|\\)|(http[s]?\:)|(\%[\(|\w|\)]+\%))+)");
   static const std::wregex traversal(LR"(((\/+)?\.\.(\/+)?))");

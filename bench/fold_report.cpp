@@ -1,5 +1,5 @@
-// Folds a report of 20,000 rows into a store of as many, then ten times that, and prints both times
-// and their ratio. Writing the files is not measured; reading, merging and saving them is.
+// Merges a report of 20,000 rows into a store of 20,000, then the same with ten times as many, and
+// prints both times and their ratio. Measures reading, merging and saving, not writing the inputs.
 //
 //   fold_report [ROWS]
 //
@@ -15,7 +15,7 @@
 
 namespace {
 
-/// Negative where rows are missing in the end.
+/// Negative if the store lacks rows at the end.
 double SecondsOfOneFold(std::size_t rows) {
   const std::filesystem::path folder = std::filesystem::temp_directory_path() /
                                        ("wattleaf-bench-" + std::to_string(std::random_device{}()));
@@ -30,7 +30,7 @@ double SecondsOfOneFold(std::size_t rows) {
   return stored == 2 * rows ? time.count() : -1;
 }
 
-/// The shortest of three: what else the machine does can only lengthen one.
+/// The shortest of three runs: other work of the machine can only lengthen a run.
 double SecondsToFold(std::size_t rows) {
   double shortest = SecondsOfOneFold(rows);
   for (int run = 1; run < 3; ++run) shortest = std::min(shortest, SecondsOfOneFold(rows));

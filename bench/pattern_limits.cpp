@@ -1,5 +1,5 @@
-// How long the plain and the hostile expressions of docs/rules.md take, and how long a text may be
-// for those that stack up what they have passed.
+// Measures the plain and the hostile expressions of docs/rules.md, and the longest text that
+// matches the expressions whose memory grows with the text.
 #include <cstdio>
 #include <ctime>
 #include <string>
@@ -12,12 +12,12 @@ namespace {
 using namespace TestSupport;
 using Zq::Gantry::Security::Pattern;
 
-/// Of the processor natively; of the wall under Windows, whose C library counts that.
+/// Processor time natively; elapsed time under Windows, whose C library counts that in clock().
 double MillisecondsSince(std::clock_t begin) {
   return static_cast<double>(std::clock() - begin) * 1000 / CLOCKS_PER_SEC;
 }
 
-/// The answer.
+/// Prints the times of one match and returns whether it matches.
 bool PrintMatch(const char* label, const std::wstring& expression, const std::wstring& text) {
   const auto begin = std::clock();
   const auto pattern = Pattern::TryCompile(expression);
@@ -29,9 +29,9 @@ bool PrintMatch(const char* label, const std::wstring& expression, const std::ws
   return isMatch;
 }
 
-/// Whether the answer is the expected one.
-bool Answers(const char* label, const std::wstring& expression, const std::wstring& text,
-             bool expected) {
+/// Prints the times of one match and returns whether the result is `expected`.
+bool PrintAndCheck(const char* label, const std::wstring& expression, const std::wstring& text,
+                   bool expected) {
   const bool isMatch = PrintMatch(label, expression, text);
   if (isMatch != expected) std::printf("  wrong: expected %s\n", expected ? "yes" : "no");
   return isMatch == expected;
@@ -45,21 +45,21 @@ std::wstring Words(int count) {
 
 bool PrintPlainExpressions() {
   constexpr wchar_t kHostName[] = L"(?:[a-z0-9](?:[a-z0-9-]{0,61}[a-z0-9])?\\.){1,126}[a-z]{2,63}";
-  bool isRight = Answers("1,2,3", L"\\d+(?:,\\d+){0,499}", L"1,2,3", true);
-  isRight &= Answers("www.example.com", kHostName, L"www.example.com", true);
-  isRight &= Answers("1,300 words, the last one", Words(1300), L"word2299", true);
-  isRight &= Answers(".{0,10000} on abc", L".{0,10000}", L"abc", true);
-  isRight &=
-      Answers("[^<>]{0,9000} on 6,000 letters", L"[^<>]{0,9000}", std::wstring(6000, L'a'), true);
-  isRight &= Answers("foo(?=\\bbar)bar on foobar", L"foo(?=\\bbar)bar", L"foobar", false);
-  isRight &= Answers("a(?=^b)b on ab", L"a(?=^b)b", L"ab", false);
-  isRight &= Answers(".* on 10,000,000 letters", L".*", std::wstring(10'000'000, L'a'), true);
-  isRight &=
-      Answers("(.*)\\1 on 1,000,000 letters", L"(.*)\\1", std::wstring(1'000'000, L'a'), true);
+  bool isRight = PrintAndCheck("1,2,3", L"\\d+(?:,\\d+){0,499}", L"1,2,3", true);
+  isRight &= PrintAndCheck("www.example.com", kHostName, L"www.example.com", true);
+  isRight &= PrintAndCheck("1,300 words, the last one", Words(1300), L"word2299", true);
+  isRight &= PrintAndCheck(".{0,10000} on abc", L".{0,10000}", L"abc", true);
+  isRight &= PrintAndCheck("[^<>]{0,9000} on 6,000 letters", L"[^<>]{0,9000}",
+                           std::wstring(6000, L'a'), true);
+  isRight &= PrintAndCheck("foo(?=\\bbar)bar on foobar", L"foo(?=\\bbar)bar", L"foobar", false);
+  isRight &= PrintAndCheck("a(?=^b)b on ab", L"a(?=^b)b", L"ab", false);
+  isRight &= PrintAndCheck(".* on 10,000,000 letters", L".*", std::wstring(10'000'000, L'a'), true);
+  isRight &= PrintAndCheck("(.*)\\1 on 1,000,000 letters", L"(.*)\\1",
+                           std::wstring(1'000'000, L'a'), true);
   return isRight;
 }
 
-/// The longest row of letters that matches; one letter does.
+/// Prints the largest number of letters that matches; one letter matches.
 void PrintLongest(const char* label, const std::wstring& expression) {
   const auto pattern = Pattern::TryCompile(expression);
   std::size_t good = 1;
@@ -84,11 +84,11 @@ int main(int count, char** arguments) {
   const std::wstring text(letters, L'a');
   const auto begin = std::clock();
   for (const auto& [label, expression] : HostilePatterns()) {
-    // Some of them match a short text.
+    // A short text matches some of them.
     if (count > 1) {
       PrintMatch(label, expression, text);
     } else {
-      isRight &= Answers(label, expression, text, false);
+      isRight &= PrintAndCheck(label, expression, text, false);
     }
   }
   std::printf("all hostile ones: %.1f s\n", MillisecondsSince(begin) / 1000);

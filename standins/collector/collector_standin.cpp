@@ -3,7 +3,7 @@
 // and for tests the same samples in plain text beside the data folder.
 //
 // Environment variables choose what it does:
-//   WATTLEAF_COLLECTOR_STATUS   the status at key 0 as a number (1 where the variable is not set),
+//   WATTLEAF_COLLECTOR_STATUS   the status at key 0 as a number (1 if the variable is not set),
 //                               "missing" for a map without that key, or "onload-false". It writes
 //                               files at status 1 only.
 //   WATTLEAF_COLLECTOR_FAILURE  "<call> standard" or "<call> other": that call throws a

@@ -15,7 +15,7 @@
 // Part of the stand-in for the firmware's WMI objects.
 namespace Standin::Firmware {
 
-/// One class object in COM's table of the process; 0 is none.
+/// Registration of a class object in COM's table of the process (CoRevokeClassObject). Empty is 0.
 struct ClassRegistrationPolicy {
   using Type = DWORD;
   static Type Empty() { return 0; }

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""icon_file.py FILE NAME: writes an icon whose colour follows from the name.
+"""icon_file.py FILE NAME: writes an icon with a colour for the name.
 
-A disc on a transparent ground, in 32 and 16 pixels, 32 bits a pixel.
+A disc on a transparent background, in 32 and 16 pixels, 32 bits a pixel.
 """
 
 import colorsys
@@ -13,7 +13,7 @@ SIDES = (32, 16)
 
 
 def colour_of(name):
-    """Blue, green and red of a name, bright and full, the same in every build."""
+    """Blue, green and red for a name, bright and saturated, the same in every build."""
     hue = zlib.crc32(name.encode()) % 360 / 360
     red, green, blue = colorsys.hsv_to_rgb(hue, 0.8, 0.9)
     return bytes(round(part * 255) for part in (blue, green, red))

@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
 """program_resources.py LIST FOLDER: resources of the simulated notebook's desktop programs.
 
-For the n-th program of LIST that is on disk, FOLDER gets the icon n.ico and the resource script n.rc,
-which holds the icon, the program's version and its own description. A program without description
-gets a version without translations.
+For the n-th program of LIST that is on disk, writes to FOLDER the icon n.ico and the resource script
+n.rc with the icon, the program's version and its description. A program without a description gets a
+version resource without translations.
 """
 
 import pathlib

@@ -89,9 +89,9 @@ TEST(HostSingleCommand, SaysThatTheLedgerIsEmptyWithoutAPass) {
 }
 
 TEST(HostJson, HasTheIconFolderAndTheDaysOfCommand2) {
-  const auto usual = Parse(RunHost({L"command", L"8", L"--json"}));
-  EXPECT_THAT(usual["iconFolder"].GetString(), EndsWith("\\Icons"));
-  EXPECT_EQ(usual["days"].GetUint(), 30u);
+  const auto byDefault = Parse(RunHost({L"command", L"8", L"--json"}));
+  EXPECT_THAT(byDefault["iconFolder"].GetString(), EndsWith("\\Icons"));
+  EXPECT_EQ(byDefault["days"].GetUint(), 30u);
   const auto chosen =
       Parse(RunHost({L"command", L"8", L"--json", L"--icons", L"C:\\i", L"--days", L"7"}));
   EXPECT_STREQ(chosen["iconFolder"].GetString(), "C:\\i");

@@ -36,7 +36,7 @@ struct State {
   UniqueHandle workerSeen = MakeEvent();
   UniqueHandle passEnded = MakeEvent();
   UniqueHandle nextPass = MakeEvent();
-  UniqueHandle worker;  // written before `workerSeen` is set, read after
+  UniqueHandle worker;  // written before `workerSeen` is set, read after that
 };
 
 /// Never destroyed: the worker still waits for its events when the process ends.

@@ -1,8 +1,8 @@
+#include "reports/peak_memory.h"
+
 #include <sys/resource.h>
 
 #include <cstdint>
-
-#include "reports/peak_memory.h"
 
 namespace TestSupport {
 

@@ -1,10 +1,10 @@
+#include "reports/peak_memory.h"
+
 #include <windows.h>
 
 #include <psapi.h>
 
 #include <algorithm>
-
-#include "reports/peak_memory.h"
 
 namespace TestSupport {
 

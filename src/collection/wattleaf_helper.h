@@ -16,7 +16,7 @@
 #include "collection/collector_status.h"
 #include "collection/data_collector.h"
 #include "platform/win32/owners.h"
-#include "platform/win32/shared_resource.h"
+#include "platform/win32/unique_resource.h"
 #include "platform/wmi/support_decision.h"
 #include "wattleaf_export.h"
 

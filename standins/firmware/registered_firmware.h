@@ -9,7 +9,7 @@
 #include "firmware_script.h"
 #include "live_object.h"
 #include "machine.h"
-#include "platform/win32/com_membership.h"
+#include "platform/win32/com_owners.h"
 #include "platform/win32/unique_resource.h"
 
 // Part of the stand-in for the firmware's WMI objects.

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "import_patch.h"
-#include "platform/win32/gdiplus_flat.h"
+#include "platform/win32/gdiplus_owners.h"
 #include "support/call_record.h"
 
 namespace TestSupport {

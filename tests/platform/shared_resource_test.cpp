@@ -1,4 +1,6 @@
-#include "platform/win32/shared_resource.h"
+#include "platform/win32/unique_resource.h"
+
+#include <windows.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -18,6 +20,12 @@ struct NumberPolicy {
   using Type = int;
   static Type Empty() { return 0; }
   static void Release(Type number) { released.push_back(number); }
+};
+
+struct SpoilingPolicy {
+  using Type = int;
+  static Type Empty() { return 0; }
+  static void Release(Type) { SetLastError(ERROR_INVALID_HANDLE); }
 };
 
 class SharedResourceLife : public testing::Test {
@@ -56,6 +64,14 @@ TEST_F(SharedResourceLife, TheDestructorReleasesOnce) {
     resource.reset(3);
   }
   EXPECT_THAT(released, ElementsAre(3));
+}
+
+TEST(SharedResource, KeepsTheLastErrorDuringARelease) {
+  SharedResource<SpoilingPolicy> resource;
+  resource.reset(1);
+  SetLastError(ERROR_FILE_NOT_FOUND);
+  resource.reset();
+  EXPECT_EQ(GetLastError(), ERROR_FILE_NOT_FOUND);
 }
 
 TEST_F(SharedResourceLife, WhatIsGivenUpIsNotReleased) {

@@ -7,7 +7,7 @@
 
 #include <mscat.h>
 
-#include "platform/win32/owners.h"
+#include "platform/win32/unique_resource.h"
 
 // The owners of security catalog handles.
 namespace Zq::Gantry::Platform {
@@ -16,29 +16,28 @@ namespace Zq::Gantry::Platform {
 struct CatalogAdminPolicy {
   using Type = HCATADMIN;
   static Type Empty() { return nullptr; }
-  static void Release(Type admin) {
-    const LastErrorKeeper keeper;
-    CryptCATAdminReleaseContext(admin, /*flags=*/0);
-  }
+  static void Release(Type admin) { CryptCATAdminReleaseContext(admin, /*flags=*/0); }
 };
 using UniqueCatalogAdmin = UniqueResource<CatalogAdminPolicy>;
 
-/// A catalog and the administrator context that it came from, which must outlive its owner.
+/// A catalog and the administrator context that it came from. The context is not owned here, and
+/// its owner must outlive the catalog's: the release call needs both. Two are equal if they name
+/// the same catalog.
 struct CatalogHandle {
   HCATADMIN admin = nullptr;
   HCATINFO catalog = nullptr;
 
-  friend bool operator==(const CatalogHandle& one, const CatalogHandle& other) {
+  [[nodiscard]] friend bool operator==(const CatalogHandle& one, const CatalogHandle& other) {
     return one.catalog == other.catalog;
   }
 };
 
-/// Catalog context, from CryptCATAdminEnumCatalogFromHash.
+/// Catalog context, from CryptCATAdminEnumCatalogFromHash. Empty is no catalog, even together with
+/// an administrator context.
 struct CatalogPolicy {
   using Type = CatalogHandle;
   static Type Empty() { return {}; }
   static void Release(Type handle) {
-    const LastErrorKeeper keeper;
     CryptCATAdminReleaseCatalogContext(handle.admin, handle.catalog, /*flags=*/0);
   }
 };

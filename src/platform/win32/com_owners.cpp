@@ -10,6 +10,13 @@ UniqueBstr MakeBstr(const wchar_t* text) {
   return copy;
 }
 
+bool IsVectorOf(SAFEARRAY* array, VARTYPE elementType, UINT elementBytes) {
+  VARTYPE type = VT_EMPTY;
+  return array != nullptr && SafeArrayGetDim(array) == 1 &&
+         SafeArrayGetElemsize(array) == elementBytes &&
+         SUCCEEDED(SafeArrayGetVartype(array, &type)) && type == elementType;
+}
+
 void ScopedVariant::SetInt32(LONG number) {
   value_.vt = VT_I4;
   value_.lVal = number;
@@ -33,7 +40,7 @@ ScopedSafeArrayAccess::ScopedSafeArrayAccess(SAFEARRAY* array) : array_(array) {
 }
 
 ScopedSafeArrayAccess::~ScopedSafeArrayAccess() {
-  if (open_) Close();
+  if (open_) static_cast<void>(Close());  // a failure is ignored
 }
 
 HRESULT ScopedSafeArrayAccess::Close() {

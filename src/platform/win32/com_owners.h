@@ -2,50 +2,77 @@
 
 #include <windows.h>
 
+#include <objbase.h>
 #include <oleauto.h>
 
-#include "platform/win32/owners.h"
+#include <utility>
 
-// The owners of COM and Automation resources.
+#include "platform/win32/unique_resource.h"
+
+// The owners of COM and Automation resources, and of a thread's membership in COM.
 namespace Zq::Gantry::Platform {
 
-/// One reference to a COM interface.
+/// Membership of the calling thread in the multithreaded COM apartment: begun by the constructor
+/// (CoInitializeEx), ended by the destructor (CoUninitialize), which must run on the same thread.
+///
+/// Kept on purpose: it is also ended if it could not be begun, so that on a thread of another
+/// apartment the counts of that thread do not match.
+class ComMembership {
+ public:
+  ComMembership() : result_(CoInitializeEx(/*reserved=*/nullptr, COINIT_MULTITHREADED)) {}
+  /// Takes the membership over; `other` no longer ends it.
+  ComMembership(ComMembership&& other) noexcept
+      : result_(other.result_), held_(std::exchange(other.held_, false)) {}
+  ComMembership& operator=(ComMembership&&) = delete;
+  ~ComMembership() {
+    if (held_) CoUninitialize();
+  }
+
+  /// The result of CoInitializeEx; a failure is RPC_E_CHANGED_MODE or lack of memory.
+  [[nodiscard]] HRESULT Result() const { return result_; }
+  /// The thread stays a member, and nothing ends that.
+  void GiveUp() { held_ = false; }
+
+ private:
+  HRESULT result_;
+  bool held_ = true;
+};
+
+/// One reference to a COM object (IUnknown::Release).
 template <typename Interface>
 struct InterfacePolicy {
   using Type = Interface*;
   static Type Empty() { return nullptr; }
-  static void Release(Type object) {
-    const LastErrorKeeper keeper;
-    object->Release();
-  }
+  static void Release(Type object) { object->Release(); }
 };
 template <typename Interface>
 using UniqueInterface = UniqueResource<InterfacePolicy<Interface>>;
 
+/// Text of Automation, from SysAllocString (SysFreeString). Null is an empty text.
 struct BstrPolicy {
   using Type = BSTR;
   static Type Empty() { return nullptr; }
-  static void Release(Type text) {
-    const LastErrorKeeper keeper;
-    SysFreeString(text);
-  }
+  static void Release(Type text) { SysFreeString(text); }
 };
 using UniqueBstr = UniqueResource<BstrPolicy>;
 
-/// A copy of `text`; raises _com_error with E_OUTOFMEMORY where it cannot be allocated.
-UniqueBstr MakeBstr(const wchar_t* text);
+/// A copy of `text`, up to its terminator. Throws _com_error with E_OUTOFMEMORY if memory runs out.
+[[nodiscard]] UniqueBstr MakeBstr(const wchar_t* text);
 
+/// Safe array with its elements (SafeArrayDestroy). It must not be locked when it is released.
 struct SafeArrayPolicy {
   using Type = SAFEARRAY*;
   static Type Empty() { return nullptr; }
-  static void Release(Type array) {
-    const LastErrorKeeper keeper;
-    SafeArrayDestroy(array);
-  }
+  static void Release(Type array) { SafeArrayDestroy(array); }
 };
 using UniqueSafeArray = UniqueResource<SafeArrayPolicy>;
 
-/// A VARIANT with its content. The setters are for one that is still empty.
+/// Whether `array`, which another component made, has one dimension and elements of this type and
+/// size, as its variant says. To be checked before an element is read. False for null.
+[[nodiscard]] bool IsVectorOf(SAFEARRAY* array, VARTYPE elementType, UINT elementBytes);
+
+/// A VARIANT, cleared with its content at the end (VariantClear). The setters are for one that is
+/// still empty: they release nothing.
 class ScopedVariant {
  public:
   ScopedVariant() { VariantInit(&value_); }
@@ -53,33 +80,37 @@ class ScopedVariant {
   ScopedVariant& operator=(const ScopedVariant&) = delete;
   ~ScopedVariant() { VariantClear(&value_); }
 
-  VARIANT* get() { return &value_; }
-  const VARIANT& operator*() const { return value_; }
-  const VARIANT* operator->() const { return &value_; }
+  /// For a call that reads or writes the variant, which stays this object's.
+  [[nodiscard]] VARIANT* get() { return &value_; }
+  [[nodiscard]] const VARIANT& operator*() const { return value_; }
+  [[nodiscard]] const VARIANT* operator->() const { return &value_; }
 
+  /// VT_I4.
   void SetInt32(LONG number);
-  /// Takes the array over; null is allowed.
+  /// VT_ARRAY of `elementType`. Takes the array over; null is allowed.
   void AdoptArray(VARTYPE elementType, SAFEARRAY* array);
-  /// Takes a reference of its own.
+  /// VT_UNKNOWN. Takes a reference of its own; `object` is not null.
   void ShareObject(IUnknown* object);
 
  private:
   VARIANT value_;
 };
 
-/// The lock of a safe array's data; the array outlives it. Opened by the constructor, closed by
-/// Close or, where nobody asks how that went, by the destructor.
+/// The lock of a safe array's data (SafeArrayAccessData), begun by the constructor and ended by
+/// Close or the destructor. The array must outlive it.
 class ScopedSafeArrayAccess {
  public:
   explicit ScopedSafeArrayAccess(SAFEARRAY* array);
   ScopedSafeArrayAccess(const ScopedSafeArrayAccess&) = delete;
   ScopedSafeArrayAccess& operator=(const ScopedSafeArrayAccess&) = delete;
+  /// Ends an open lock and ignores a failure.
   ~ScopedSafeArrayAccess();
 
-  /// What SafeArrayAccessData gave.
-  HRESULT Result() const { return result_; }
-  /// What SafeArrayUnaccessData gives; to be called once, after a successful opening.
-  HRESULT Close();
+  /// The result of SafeArrayAccessData; after a failure there is no lock to end.
+  [[nodiscard]] HRESULT Result() const { return result_; }
+  /// Ends the lock and returns the result of SafeArrayUnaccessData. To be called at most once, and
+  /// only if Result() is a success.
+  [[nodiscard]] HRESULT Close();
 
  private:
   SAFEARRAY* array_;

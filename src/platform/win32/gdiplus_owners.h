@@ -1,13 +1,28 @@
 #pragma once
 
-#include "platform/win32/gdiplus_flat.h"
-#include "platform/win32/owners.h"
+#include <windows.h>
 
-// The owners of what GDI+ hands out, and of its being started at all.
+#include <objidl.h>
+
+#include <algorithm>
+
+// <gdiplus.h> expects the macros min and max, which the build turns off, so it gets functions of
+// these names; and <objidl.h>, which the lean <windows.h> leaves out.
+namespace Gdiplus {
+using std::max;
+using std::min;
+}  // namespace Gdiplus
+
+#include <gdiplus.h>
+
+#include "platform/win32/unique_resource.h"
+
+// GDI+, and the owners of its objects.
 namespace Zq::Gantry::Platform {
 
-/// GDI+, started for as long as this lives, with its background thread and no debug callback.
-/// Images must be gone before.
+/// GDI+, started for the lifetime of this object (GdiplusStartup), with its background thread and
+/// without a debug callback. Owners of images must be destroyed first. Keeps the last error when it
+/// ends.
 class GdiplusSession {
  public:
   GdiplusSession() {
@@ -21,7 +36,8 @@ class GdiplusSession {
     if (started_) Gdiplus::GdiplusShutdown(token_);
   }
 
-  explicit operator bool() const { return started_; }
+  /// Whether GDI+ could be started. If not, no call of GDI+ is allowed.
+  [[nodiscard]] explicit operator bool() const { return started_; }
 
  private:
   // No value of it means "not started", so it cannot be an owner's empty value.
@@ -29,13 +45,11 @@ class GdiplusSession {
   bool started_ = false;
 };
 
+/// Image or bitmap of GDI+ (GdipDisposeImage).
 struct GdiplusImagePolicy {
   using Type = Gdiplus::GpImage*;
   static Type Empty() { return nullptr; }
-  static void Release(Type image) {
-    const LastErrorKeeper keeper;
-    Gdiplus::DllExports::GdipDisposeImage(image);
-  }
+  static void Release(Type image) { Gdiplus::DllExports::GdipDisposeImage(image); }
 };
 using UniqueGdiplusImage = UniqueResource<GdiplusImagePolicy>;
 

@@ -6,110 +6,78 @@
 
 #include "platform/win32/unique_resource.h"
 
-// The owners of Win32 and C library resources, one policy each. A release keeps the last error, so
-// that a failure can still be reported after its scope has ended.
+// The owners of Win32 and C library resources, one policy each: the type, the value that stands for
+// "no resource", and the call that releases it. Moving, replacing and keeping the last error are
+// the generic owner's (unique_resource.h). A failed release is ignored.
 namespace Zq::Gantry::Platform {
 
-class LastErrorKeeper {
- public:
-  LastErrorKeeper() = default;
-  LastErrorKeeper(const LastErrorKeeper&) = delete;
-  LastErrorKeeper& operator=(const LastErrorKeeper&) = delete;
-  ~LastErrorKeeper() { SetLastError(error_); }
-
- private:
-  const DWORD error_ = GetLastError();
-};
-
-/// Process, thread, token, event: empty is null.
+/// Process, thread, token or event (CloseHandle). Empty is null.
 struct HandlePolicy {
   using Type = HANDLE;
   static Type Empty() { return nullptr; }
-  static void Release(Type handle) {
-    const LastErrorKeeper keeper;
-    CloseHandle(handle);
-  }
+  static void Release(Type handle) { CloseHandle(handle); }
 };
 using UniqueHandle = UniqueResource<HandlePolicy>;
 
-/// A call may leave INVALID_HANDLE_VALUE for "none" where null is meant; that is nothing to close.
+/// Empties an owner that holds INVALID_HANDLE_VALUE, which some calls return instead of null when
+/// they fail: there is nothing to close.
 inline void DropInvalid(UniqueHandle& handle) {
   if (handle.get() == INVALID_HANDLE_VALUE) static_cast<void>(handle.release());
 }
 
-/// File from CreateFile: empty is INVALID_HANDLE_VALUE.
+/// File from CreateFile (CloseHandle). Empty is INVALID_HANDLE_VALUE, as the call returns it.
 struct FileHandlePolicy {
   using Type = HANDLE;
   static Type Empty() { return INVALID_HANDLE_VALUE; }
-  static void Release(Type handle) {
-    const LastErrorKeeper keeper;
-    CloseHandle(handle);
-  }
+  static void Release(Type handle) { CloseHandle(handle); }
 };
 using UniqueFileHandle = UniqueResource<FileHandlePolicy>;
 
-/// Search from FindFirstFile: empty is INVALID_HANDLE_VALUE.
+/// Search from FindFirstFile (FindClose). Empty is INVALID_HANDLE_VALUE, as the call returns it.
 struct FindHandlePolicy {
   using Type = HANDLE;
   static Type Empty() { return INVALID_HANDLE_VALUE; }
-  static void Release(Type handle) {
-    const LastErrorKeeper keeper;
-    FindClose(handle);
-  }
+  static void Release(Type handle) { FindClose(handle); }
 };
 using UniqueFindHandle = UniqueResource<FindHandlePolicy>;
 
+/// Module from LoadLibrary, one reference (FreeLibrary). Not for GetModuleHandle, which takes none.
 struct ModulePolicy {
   using Type = HMODULE;
   static Type Empty() { return nullptr; }
-  static void Release(Type module) {
-    const LastErrorKeeper keeper;
-    FreeLibrary(module);
-  }
+  static void Release(Type module) { FreeLibrary(module); }
 };
 using UniqueModule = UniqueResource<ModulePolicy>;
 
-/// Registry key that was opened; the predefined ones are nobody's.
+/// Registry key that was opened or created (RegCloseKey). Never one of the predefined keys.
 struct RegKeyPolicy {
   using Type = HKEY;
   static Type Empty() { return nullptr; }
-  static void Release(Type key) {
-    const LastErrorKeeper keeper;
-    RegCloseKey(key);
-  }
+  static void Release(Type key) { RegCloseKey(key); }
 };
 using UniqueRegKey = UniqueResource<RegKeyPolicy>;
 
-/// Icon that the shell or the system made for its caller.
+/// Icon that the shell or the system made for its caller (DestroyIcon). Never a shared icon.
 struct IconPolicy {
   using Type = HICON;
   static Type Empty() { return nullptr; }
-  static void Release(Type icon) {
-    const LastErrorKeeper keeper;
-    DestroyIcon(icon);
-  }
+  static void Release(Type icon) { DestroyIcon(icon); }
 };
 using UniqueIcon = UniqueResource<IconPolicy>;
 
-/// Block of the local heap, as CryptUnprotectData and GetNamedSecurityInfo hand out.
+/// Block of the local heap, such as CryptUnprotectData and GetNamedSecurityInfo return (LocalFree).
 struct LocalBlockPolicy {
   using Type = void*;
   static Type Empty() { return nullptr; }
-  static void Release(Type block) {
-    const LastErrorKeeper keeper;
-    LocalFree(block);
-  }
+  static void Release(Type block) { LocalFree(block); }
 };
 using UniqueLocalBlock = UniqueResource<LocalBlockPolicy>;
 
-/// Block of the C heap.
+/// Block of the C heap, from malloc (free).
 struct HeapBlockPolicy {
   using Type = void*;
   static Type Empty() { return nullptr; }
-  static void Release(Type block) {
-    const LastErrorKeeper keeper;
-    std::free(block);
-  }
+  static void Release(Type block) { std::free(block); }
 };
 using UniqueHeapBlock = UniqueResource<HeapBlockPolicy>;
 

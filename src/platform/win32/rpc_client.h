@@ -4,19 +4,36 @@
 
 #include <rpc.h>
 
+// The client of the remote procedure call that the calling thread serves, and its package.
+
+#if defined(__MINGW32__)
+/// The package family name of a process, with terminator. Declared here since not every SDK has the
+/// declaration, though its import libraries have the call. `length` counts characters with the
+/// terminator, in and out; `name` may be null for a length of 0. Returns 0,
+/// ERROR_INSUFFICIENT_BUFFER, APPMODEL_ERROR_NO_PACKAGE or another error.
+extern "C" __declspec(dllimport) LONG WINAPI
+    GetPackageFamilyName(HANDLE process, UINT32* length, PWSTR name);
+#else
+#include <appmodel.h>
+#endif
+
 namespace Zq::Gantry::Platform {
 
 /// The process that a thread serves a remote procedure call for.
 struct RpcClient {
-  RPC_STATUS status = RPC_S_OK;  ///< anything else: the thread serves no call, or cannot tell
-  DWORD processId = 0;           ///< 0 where the status is a failure
+  /// The result of the query; after anything but RPC_S_OK the thread serves no call, or its client
+  /// could not be determined.
+  RPC_STATUS status = RPC_S_OK;
+  DWORD processId = 0;  ///< 0 after a failure
 };
 
-/// Asks for the client of the calling thread (RpcServerInqCallAttributesW). Local calls only.
-[[nodiscard]] RpcClient AskForRpcClient();
+/// Queries the client of the calling thread (RpcServerInqCallAttributesW). Local calls only.
+/// Nothing is logged.
+[[nodiscard]] RpcClient QueryRpcClient();
 
-/// The calling thread acts as the client of its call from construction to destruction, however that
-/// comes about. Where the beginning fails, nothing is ended.
+/// The calling thread acts as the client of its call from construction (RpcImpersonateClient) to
+/// destruction (RpcRevertToSelf), on every way out. If impersonation fails, nothing is reverted. A
+/// revert that fails is ignored, and the thread then goes on as the client.
 class RpcImpersonation {
  public:
   RpcImpersonation() : status_(RpcImpersonateClient(/*binding=*/nullptr)) {}
@@ -27,7 +44,7 @@ class RpcImpersonation {
   }
 
   /// RPC_S_OK: the thread acts as its client.
-  RPC_STATUS Status() const { return status_; }
+  [[nodiscard]] RPC_STATUS Status() const { return status_; }
 
  private:
   const RPC_STATUS status_;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/win32/com_membership.h"
+#include "platform/win32/com_owners.h"
 
 namespace Zq::Gantry::Platform::WinRt {
 

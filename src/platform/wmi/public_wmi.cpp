@@ -2,7 +2,6 @@
 
 #include <string>
 
-#include "platform/win32/com_membership.h"
 #include "platform/win32/com_owners.h"
 #include "platform/wmi/call_result.h"
 #include "platform/wmi/wmi_connection.h"

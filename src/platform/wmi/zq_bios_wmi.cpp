@@ -3,7 +3,7 @@
 #include <string>
 #include <utility>
 
-#include "platform/win32/com_membership.h"
+#include "platform/win32/com_owners.h"
 #include "platform/wmi/bios_wmi_names.h"
 #include "platform/wmi/call_result.h"
 #include "platform/wmi/wmi_connection.h"

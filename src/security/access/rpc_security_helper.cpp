@@ -8,7 +8,6 @@
 
 #include "logging/trace_logger.h"
 #include "platform/win32/owners.h"
-#include "platform/win32/package_family_name.h"
 #include "platform/win32/rpc_client.h"
 
 namespace Zq::Gantry::Security {
@@ -16,7 +15,7 @@ namespace Zq::Gantry::Security {
 namespace {
 
 using Logging::LogManager;
-using Platform::AskForRpcClient;
+using Platform::QueryRpcClient;
 using Platform::DropInvalid;
 using Platform::RpcImpersonation;
 using Platform::UniqueHandle;
@@ -55,7 +54,7 @@ UniqueHandle DuplicateKnown(const ProcessHandles& known, DWORD client) {
 UniqueHandle OpenClientProcess(const ProcessHandles& known) {
   // Kept on purpose: a client that cannot be told the second time is the process 0 (test
   // CallerIdentity.TakesAClientThatCannotBeToldTheSecondTimeForProcessZero).
-  const DWORD client = AskForRpcClient().processId;
+  const DWORD client = QueryRpcClient().processId;
   UniqueHandle process(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, /*inherit=*/FALSE, client));
   DropInvalid(process);
   return process ? std::move(process) : DuplicateKnown(known, client);
@@ -89,7 +88,7 @@ std::wstring RpcSecurityHelper::GetPFNOfCaller() const {
   std::optional<RpcImpersonation> impersonation;
   UniqueHandle process;
   try {
-    RaiseIfFailed(AskForRpcClient().status, kNoClient);
+    RaiseIfFailed(QueryRpcClient().status, kNoClient);
     process = OpenClientProcess(ClientProcessHandles);
     if (!process) RaiseIfFailed(kAccessDenied, kNoProcess);
     impersonation.emplace();

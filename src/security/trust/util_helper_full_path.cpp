@@ -90,7 +90,7 @@ std::wstring UtilHelper::GetFullExpandedPath(const wchar_t* filePath, const wcha
   if (NullChecker(arguments, component)) return {};
 
   PathBuffer expanded{};
-  const Platform::RpcClient client = Platform::AskForRpcClient();
+  const Platform::RpcClient client = Platform::QueryRpcClient();
   if (client.status == RPC_S_OK) {
     ExpandForClient(client.processId, filePath, expanded, component);
   } else {

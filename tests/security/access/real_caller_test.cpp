@@ -9,7 +9,7 @@
 #include "import_patch.h"
 #include "local_rpc_server.h"
 #include "platform/win32/owners.h"
-#include "platform/win32/package_family_name.h"
+#include "platform/win32/rpc_client.h"
 #include "security/access/rpc_security_helper.h"
 #include "support/log_capture.h"
 

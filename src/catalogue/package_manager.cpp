@@ -6,7 +6,6 @@
 
 #include "abi/package_shapes.h"
 #include "platform/winrt/activation.h"
-#include "platform/winrt/apartment.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 

@@ -7,7 +7,7 @@
 #include "catalogue/package_manager.h"
 #include "fake_packages.h"
 #include "import_patch.h"
-#include "platform/winrt/call_failure.h"
+#include "platform/winrt/calls.h"
 #include "simulated_packages.h"
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;

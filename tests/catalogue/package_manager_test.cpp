@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "fake_packages.h"
-#include "platform/winrt/call_failure.h"
+#include "platform/winrt/calls.h"
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 using TestSupport::PackagesTest;

@@ -10,7 +10,7 @@
 #include "catalogue/fake_packages.h"
 #include "collection/open_helper.h"
 #include "package_files.h"
-#include "platform/winrt/call_failure.h"
+#include "platform/winrt/calls.h"
 #include "support/log_capture.h"
 
 using namespace TestSupport;

@@ -29,7 +29,6 @@ set(wanted
   platform/win32/unique_resource.h
   platform/winrt/runtime_reference.h
   platform/winrt/runtime_text.h
-  platform/winrt/unique_hstring.h
   security/access/access_manager.h
   security/access/client_information.h
   security/access/client_manifest_criteria.h

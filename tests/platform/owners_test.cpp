@@ -13,6 +13,7 @@
 #include "platform/win32/catalog_owners.h"
 #include "platform/win32/com_owners.h"
 #include "platform/win32/gdiplus_owners.h"
+#include "platform/winrt/runtime_text.h"
 
 using namespace Zq::Gantry::Platform;
 using Standin::ImportPatch;
@@ -128,6 +129,7 @@ class Owners : public testing::Test {
   const FakeRelease<HRESULT, SAFEARRAY*, struct ArrayTag> destroyArray_{"SafeArrayDestroy"};
   const FakeRelease<LSTATUS, HKEY, struct KeyTag> closeKey_{"RegCloseKey"};
   const FakeRelease<BOOL, HICON, struct IconTag> destroyIcon_{"DestroyIcon"};
+  const FakeRelease<HRESULT, HSTRING__*, struct TextTag> deleteText_{"WindowsDeleteString"};
   const ImportPatch disposeImage_{"GdipDisposeImage", &FakeDisposeImage};
   const ImportPatch free_{"free", &FakeFree};
   const ImportPatch freeText_{"SysFreeString", &FakeFreeText};
@@ -138,7 +140,8 @@ class Owners : public testing::Test {
 using AllPolicies =
     testing::Types<HandlePolicy, FileHandlePolicy, FindHandlePolicy, ModulePolicy, LocalBlockPolicy,
                    HeapBlockPolicy, BstrPolicy, SafeArrayPolicy, InterfacePolicy<FakeInterface>,
-                   CatalogAdminPolicy, CatalogPolicy, RegKeyPolicy, IconPolicy, GdiplusImagePolicy>;
+                   CatalogAdminPolicy, CatalogPolicy, RegKeyPolicy, IconPolicy, GdiplusImagePolicy,
+                   WinRt::HStringPolicy>;
 TYPED_TEST_SUITE(Owners, AllPolicies);
 
 }  // namespace
@@ -157,6 +160,7 @@ TEST(OwnerPolicies, FilesAndSearchesAreEmptyAtTheInvalidHandleAndAllElseAtNull) 
   EXPECT_EQ(RegKeyPolicy::Empty(), nullptr);
   EXPECT_EQ(IconPolicy::Empty(), nullptr);
   EXPECT_EQ(GdiplusImagePolicy::Empty(), nullptr);
+  EXPECT_EQ(WinRt::HStringPolicy::Empty(), nullptr);
 }
 
 TYPED_TEST(Owners, ReleaseOnceAtTheEnd) {

@@ -9,8 +9,7 @@
 
 #include "import_patch.h"
 #include "platform/winrt/activation.h"
-#include "platform/winrt/apartment.h"
-#include "platform/winrt/hstring.h"
+#include "platform/winrt/calls.h"
 #include "support/runtime_text_ledger.h"
 
 using namespace Zq::Gantry::Platform;
@@ -79,20 +78,21 @@ TEST_F(RuntimeText, IsDeletedOnceAndKeepsTheLastError) {
 
 TEST_F(RuntimeText, ThatCannotBeMadeIsRaised) {
   const Standin::ImportPatch patch("WindowsCreateString", &NoText);
-  EXPECT_EQ(Raised([] { MakeHString(L"text"); }), E_OUTOFMEMORY);
+  EXPECT_EQ(Raised([] { static_cast<void>(MakeHString(L"text")); }), E_OUTOFMEMORY);
 }
 
 TEST(RuntimeActivation, ClassThatIsNotRegisteredIsRaised) {
   const ApartmentMembership apartment;
-  EXPECT_EQ(Raised([] { ActivateInstance(L"Wattleaf.Tests.NoSuchClass"); }), REGDB_E_CLASSNOTREG);
+  EXPECT_EQ(Raised([] { static_cast<void>(ActivateInstance(L"Wattleaf.Tests.NoSuchClass")); }),
+            REGDB_E_CLASSNOTREG);
 }
 
 TEST(RuntimeActivation, SuccessWithoutAnObjectIsRaised) {
   const Standin::ImportPatch patch("RoActivateInstance", &NoObject);
-  EXPECT_EQ(Raised([] { ActivateInstance(L"Some.Class"); }), E_POINTER);
+  EXPECT_EQ(Raised([] { static_cast<void>(ActivateInstance(L"Some.Class")); }), E_POINTER);
 }
 
 TEST(RuntimeFailure, OnlyFailuresAreRaised) {
-  EXPECT_EQ(Raised([] { RaiseIfFailed(S_FALSE); }), S_OK);
-  EXPECT_EQ(Raised([] { RaiseIfFailed(E_ACCESSDENIED); }), E_ACCESSDENIED);
+  EXPECT_EQ(Raised([] { ThrowIfFailed(S_FALSE); }), S_OK);
+  EXPECT_EQ(Raised([] { ThrowIfFailed(E_ACCESSDENIED); }), E_ACCESSDENIED);
 }

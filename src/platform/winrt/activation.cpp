@@ -7,12 +7,12 @@ namespace Zq::Gantry::Platform::WinRt {
 
 namespace {
 
-/// Kept on purpose: nobody gives the apartment up again, as with the runtime's own projection. What
-/// was made in it may live as long as the process (test
+/// Kept on purpose: the apartment is never given up again, as with the runtime's own projection.
+/// Objects made in it may live as long as the process (test
 /// SharedDocument.KeepsTheApartmentAliveForAThreadWithoutOne).
 void KeepApartmentAlive() {
   CO_MTA_USAGE_COOKIE cookie = nullptr;
-  RaiseIfFailed(CoIncrementMTAUsage(&cookie));
+  ThrowIfFailed(CoIncrementMTAUsage(&cookie));
 }
 
 }  // namespace
@@ -20,7 +20,7 @@ void KeepApartmentAlive() {
 UniqueInterface<IInspectable> ActivateInstance(std::wstring_view className) {
   const UniqueHString name = MakeHString(className);
   UniqueInterface<IInspectable> object;
-  RaiseIfFailed(RoActivateInstance(name.get(), object.out()));
+  ThrowIfFailed(RoActivateInstance(name.get(), object.out()));
   if (!object) throw CallFailure(E_POINTER);
   return object;
 }
@@ -28,16 +28,16 @@ UniqueInterface<IInspectable> ActivateInstance(std::wstring_view className) {
 UniqueInterface<IActivationFactory> FetchActivationFactory(std::wstring_view className) {
   const UniqueHString name = MakeHString(className);
   UniqueInterface<IActivationFactory> factory;
-  const auto ask = [&name, &factory] {
+  const auto fetch = [&name, &factory] {
     return RoGetActivationFactory(name.get(), __uuidof(IActivationFactory),
                                   reinterpret_cast<void**>(factory.out()));
   };
-  HRESULT result = ask();
+  HRESULT result = fetch();
   if (result == CO_E_NOTINITIALIZED) {
     KeepApartmentAlive();
-    result = ask();
+    result = fetch();
   }
-  RaiseIfFailed(result);
+  ThrowIfFailed(result);
   if (!factory) throw CallFailure(E_POINTER);
   return factory;
 }

@@ -2,47 +2,80 @@
 
 #include <windows.h>
 
+#include <hstring.h>
 #include <unknwn.h>
 
+#include <exception>
 #include <string>
+#include <string_view>
 
 #include "platform/win32/com_owners.h"
-#include "platform/winrt/call_failure.h"
-#include "platform/winrt/hstring.h"
+#include "platform/winrt/runtime_text.h"
 
-// The runtime's properties and operations without arguments, called by their member pointers. Each
-// raises CallFailure where the call fails; one that succeeds without an object has failed too.
-// `Declarer` is the type that declares the operation: `Interface` or a base of it.
+// Calls of the Windows Runtime: their failures as exceptions, their texts as strings, and its
+// properties and operations without arguments, called by their member pointers. `Declarer` is the
+// type that declares the operation: `Interface` or a base of it. Nothing is logged.
 namespace Zq::Gantry::Platform::WinRt {
 
+/// A call of the Windows Runtime that failed, or that succeeded without returning an object.
+class CallFailure : public std::exception {
+ public:
+  explicit CallFailure(HRESULT result) : result_(result) {}
+
+  /// The result of the call; E_POINTER for a missing object.
+  [[nodiscard]] HRESULT Result() const { return result_; }
+  [[nodiscard]] const char* what() const noexcept override {
+    return "a call of the Windows Runtime failed";
+  }
+
+ private:
+  HRESULT result_;
+};
+
+/// Throws CallFailure with a result that is a failure.
+inline void ThrowIfFailed(HRESULT result) {
+  if (FAILED(result)) throw CallFailure(result);
+}
+
+/// A copy of `text` (WindowsCreateString), embedded zeros included. Throws CallFailure.
+[[nodiscard]] UniqueHString MakeHString(std::wstring_view text);
+
+/// A copy of the characters of `text`, embedded zeros included. Null is an empty text.
+[[nodiscard]] std::wstring TextOf(HSTRING text);
+
+/// The object that the call returns. Throws CallFailure, also if there is none.
 template <typename Interface, typename Declarer, typename Object>
-UniqueInterface<Object> FetchObject(Interface& from,
-                                    HRESULT (STDMETHODCALLTYPE Declarer::*call)(Object**)) {
+[[nodiscard]] UniqueInterface<Object> FetchObject(
+    Interface& from, HRESULT (STDMETHODCALLTYPE Declarer::*call)(Object**)) {
   UniqueInterface<Object> object;
-  RaiseIfFailed((from.*call)(object.out()));
+  ThrowIfFailed((from.*call)(object.out()));
   if (!object) throw CallFailure(E_POINTER);
   return object;
 }
 
+/// The number or truth value that the call returns. Throws CallFailure.
 template <typename Interface, typename Declarer, typename Value>
-Value FetchValue(Interface& from, HRESULT (STDMETHODCALLTYPE Declarer::*call)(Value*)) {
+[[nodiscard]] Value FetchValue(Interface& from,
+                               HRESULT (STDMETHODCALLTYPE Declarer::*call)(Value*)) {
   Value value{};
-  RaiseIfFailed((from.*call)(&value));
+  ThrowIfFailed((from.*call)(&value));
   return value;
 }
 
+/// The text that the call returns. Throws CallFailure.
 template <typename Interface, typename Declarer>
-std::wstring FetchText(Interface& from, HRESULT (STDMETHODCALLTYPE Declarer::*call)(HSTRING*)) {
+[[nodiscard]] std::wstring FetchText(Interface& from,
+                                     HRESULT (STDMETHODCALLTYPE Declarer::*call)(HSTRING*)) {
   UniqueHString text;
-  RaiseIfFailed((from.*call)(text.out()));
+  ThrowIfFailed((from.*call)(text.out()));
   return TextOf(text.get());
 }
 
-/// Another interface of the same object.
+/// Another interface of the same object (QueryInterface). Throws CallFailure, also if it is null.
 template <typename Other>
-UniqueInterface<Other> FetchInterface(IUnknown& object) {
+[[nodiscard]] UniqueInterface<Other> FetchInterface(IUnknown& object) {
   UniqueInterface<Other> other;
-  RaiseIfFailed(object.QueryInterface(__uuidof(Other), reinterpret_cast<void**>(other.out())));
+  ThrowIfFailed(object.QueryInterface(__uuidof(Other), reinterpret_cast<void**>(other.out())));
   if (!other) throw CallFailure(E_POINTER);
   return other;
 }

@@ -5,31 +5,41 @@
 
 namespace Zq::Gantry::Security {
 
-/// A counted reference to an object of the Windows Runtime, or none. Nothing but one pointer: where
-/// the host has a reference of another projection, the two have the same form in memory.
+/// A counted reference to an object of the Windows Runtime, or null. It holds one pointer and
+/// nothing else, so it has the same form in memory as the reference type of any other projection.
+/// One reference is not to be changed on two threads at once; whether the object may be called on
+/// several is up to the object.
 template <typename Interface>
 class RuntimeReference {
  public:
+  /// Null.
   RuntimeReference() = default;
+  /// Implicit, so that a call can be given nullptr.
   RuntimeReference(std::nullptr_t) {}
-  /// Takes a reference of its own.
+  /// Takes a reference of its own (AddRef); null is allowed.
   explicit RuntimeReference(Interface* object) : object_(object) {
     if (object_ != nullptr) object_->AddRef();
   }
+  /// Another reference to the same object (AddRef).
   RuntimeReference(const RuntimeReference& other) : RuntimeReference(other.object_) {}
+  /// Leaves `other` null.
   RuntimeReference(RuntimeReference&& other) noexcept
       : object_(std::exchange(other.object_, nullptr)) {}
+  /// Gives the old reference up after the new one is taken, so assignment to itself is allowed.
   RuntimeReference& operator=(RuntimeReference other) noexcept {
     std::swap(object_, other.object_);
     return *this;
   }
+  /// Gives the reference up (Release).
   ~RuntimeReference() {
     if (object_ != nullptr) object_->Release();
   }
 
-  Interface* get() const { return object_; }
-  Interface& operator*() const { return *object_; }
-  explicit operator bool() const { return object_ != nullptr; }
+  /// The object, without a reference for the caller; null if there is none.
+  [[nodiscard]] Interface* get() const { return object_; }
+  /// Only if the reference is not null.
+  [[nodiscard]] Interface& operator*() const { return *object_; }
+  [[nodiscard]] explicit operator bool() const { return object_ != nullptr; }
 
  private:
   Interface* object_ = nullptr;

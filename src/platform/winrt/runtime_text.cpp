@@ -1,11 +1,19 @@
 #include "platform/winrt/runtime_text.h"
 
+#include <windows.h>
+
+#include <hstring.h>
 #include <winstring.h>
 
 #include <utility>
 
-#include "platform/winrt/call_failure.h"
-#include "platform/winrt/hstring.h"
+#include "platform/winrt/calls.h"
+
+namespace Zq::Gantry::Platform::WinRt {
+
+void HStringPolicy::Release(Type text) { WindowsDeleteString(text); }
+
+}  // namespace Zq::Gantry::Platform::WinRt
 
 namespace Zq::Gantry::Security {
 
@@ -16,7 +24,7 @@ using Platform::WinRt::UniqueHString;
 
 UniqueHString Share(HSTRING text) {
   UniqueHString copy;
-  Platform::WinRt::RaiseIfFailed(WindowsDuplicateString(text, copy.out()));
+  Platform::WinRt::ThrowIfFailed(WindowsDuplicateString(text, copy.out()));
   return copy;
 }
 

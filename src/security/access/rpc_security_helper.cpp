@@ -32,7 +32,7 @@ constexpr int kAccessDenied = ERROR_ACCESS_DENIED;
 static_assert(PROCESS_QUERY_LIMITED_INFORMATION == 0x1000 && kAccessDenied == 5 &&
               ERROR_INSUFFICIENT_BUFFER == 122);
 
-void RaiseIfFailed(LONG status, const char* what) {
+void ThrowIfFailed(LONG status, const char* what) {
   if (status != 0) throw std::system_error(static_cast<int>(status), std::generic_category(), what);
 }
 
@@ -65,7 +65,7 @@ UniqueHandle OpenClientProcess(const ProcessHandles& known) {
 std::wstring ReadFamilyName(HANDLE process) {
   UINT32 chars = 0;
   const LONG status = GetPackageFamilyName(process, &chars, nullptr);
-  if (status != ERROR_INSUFFICIENT_BUFFER) RaiseIfFailed(status, kNoName);
+  if (status != ERROR_INSUFFICIENT_BUFFER) ThrowIfFailed(status, kNoName);
   std::wstring name(chars, L'\0');
   if (GetPackageFamilyName(process, &chars, name.data()) != 0) throw kAccessDenied;
   std::erase(name, L'\0');  // the length counts the terminator
@@ -88,11 +88,11 @@ std::wstring RpcSecurityHelper::GetPFNOfCaller() const {
   std::optional<RpcImpersonation> impersonation;
   UniqueHandle process;
   try {
-    RaiseIfFailed(QueryRpcClient().status, kNoClient);
+    ThrowIfFailed(QueryRpcClient().status, kNoClient);
     process = OpenClientProcess(ClientProcessHandles);
-    if (!process) RaiseIfFailed(kAccessDenied, kNoProcess);
+    if (!process) ThrowIfFailed(kAccessDenied, kNoProcess);
     impersonation.emplace();
-    RaiseIfFailed(impersonation->Status(), kNoImpersonation);
+    ThrowIfFailed(impersonation->Status(), kNoImpersonation);
     return ReadFamilyName(process.get());
   } catch (const std::system_error& failure) {
     LogFailure(failure.what(), failure.code().value());

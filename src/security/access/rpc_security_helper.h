@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/winrt/unique_hstring.h"
+#include "platform/winrt/runtime_text.h"
 #include "wattleaf_export.h"
 
 namespace Zq::Gantry::Security {

@@ -16,11 +16,11 @@ std::wstring ReadInnerText(IXmlNode* node) {
 std::optional<std::wstring> TryReadAttribute(IXmlNode& node, const wchar_t* name) {
   // Both calls succeed without an object where there is nothing to hand out.
   UniqueInterface<IXmlNamedNodeMap> attributes;
-  RaiseIfFailed(node.get_Attributes(attributes.out()));
+  ThrowIfFailed(node.get_Attributes(attributes.out()));
   if (!attributes) return std::nullopt;
 
   UniqueInterface<IXmlNode> attribute;
-  RaiseIfFailed(attributes.get()->GetNamedItem(MakeHString(name).get(), attribute.out()));
+  ThrowIfFailed(attributes.get()->GetNamedItem(MakeHString(name).get(), attribute.out()));
   if (!attribute) return std::nullopt;
   return FetchText(*FetchInterface<IXmlAttribute>(*attribute.get()).get(),
                    &IXmlAttribute::get_Value);

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/winrt/call_failure.h"
+#include "platform/winrt/calls.h"
 #include "security/access/boxed_value.h"
 #include "security/access/rule_judges.h"
 #include "security/access/rule_node.h"

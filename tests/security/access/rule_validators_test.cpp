@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "import_patch.h"
-#include "platform/winrt/call_failure.h"
+#include "platform/winrt/calls.h"
 #include "security/access/boxed_value.h"
 #include "security/access/fake_rules.h"
 #include "security/trust/fake_path_calls.h"

@@ -7,11 +7,14 @@
 
 #include "abi/value_shapes.h"
 
-// The package manager's interfaces, which the headers of this toolchain lack. Each operation stands
-// in the slot that Windows gives it; all results are out-parameters, the last one. What nobody here
-// needs is typed as IInspectable, which is the same to the caller.
+// The package manager's interfaces, which the headers of this toolchain lack, as Windows documents
+// them. Each operation is in the slot that it has in Windows, so that the order of the lines is the
+// contract; those after the last one that is called may be missing. The last parameter is the
+// result. A result that is an object or a text comes with a reference, which the caller owns.
+// Objects that are not used here are typed as IInspectable, which makes no difference to the call.
 namespace Zq::Gantry::Platform::WinRt {
 
+/// Windows.Foundation.IUriRuntimeClass: an address, such as that of a logo.
 struct IUriRuntimeClass : IInspectable {
   virtual HRESULT STDMETHODCALLTYPE get_AbsoluteUri(HSTRING* value) = 0;
   virtual HRESULT STDMETHODCALLTYPE get_DisplayUri(HSTRING* value) = 0;
@@ -32,6 +35,7 @@ struct IUriRuntimeClass : IInspectable {
   virtual HRESULT STDMETHODCALLTYPE CombineUri(HSTRING relativeUri, IUriRuntimeClass** value) = 0;
 };
 
+/// Windows.Storage.IStorageItem: a file or folder; get_Path is its full path.
 struct IStorageItem : IInspectable {
   virtual HRESULT STDMETHODCALLTYPE RenameAsyncOverloadDefaultOptions(HSTRING name,
                                                                       IInspectable** action) = 0;
@@ -47,7 +51,8 @@ struct IStorageItem : IInspectable {
   virtual HRESULT STDMETHODCALLTYPE IsOfType(UINT32 type, boolean* value) = 0;
 };
 
-/// No operation of it is called: it is asked for IStorageItem.
+/// Windows.Storage.IStorageFolder. No operation of it is called: QueryInterface gives its
+/// IStorageItem.
 struct IStorageFolder : IInspectable {
   virtual HRESULT STDMETHODCALLTYPE
   CreateFileAsyncOverloadDefaultOptions(HSTRING name, IInspectable** operation) = 0;
@@ -68,6 +73,7 @@ struct IStorageFolder : IInspectable {
   GetItemsAsyncOverloadDefaultStartAndCount(IInspectable** operation) = 0;
 };
 
+/// Windows.ApplicationModel.PackageVersion, returned by value.
 struct PackageVersion {
   UINT16 Major;
   UINT16 Minor;
@@ -75,6 +81,7 @@ struct PackageVersion {
   UINT16 Revision;
 };
 
+/// Windows.ApplicationModel.IPackageId: the names of a package.
 struct IPackageId : IInspectable {
   virtual HRESULT STDMETHODCALLTYPE get_Name(HSTRING* value) = 0;
   virtual HRESULT STDMETHODCALLTYPE get_Version(PackageVersion* value) = 0;
@@ -86,7 +93,7 @@ struct IPackageId : IInspectable {
   virtual HRESULT STDMETHODCALLTYPE get_FamilyName(HSTRING* value) = 0;
 };
 
-/// Also offers IPackage2 and, from Windows 10 1607 on, IPackage4.
+/// Windows.ApplicationModel.IPackage. Also has IPackage2 and, since Windows 10 1607, IPackage4.
 struct IPackage : IInspectable {
   virtual HRESULT STDMETHODCALLTYPE get_Id(IPackageId** value) = 0;
   virtual HRESULT STDMETHODCALLTYPE get_InstalledLocation(IStorageFolder** value) = 0;
@@ -94,6 +101,7 @@ struct IPackage : IInspectable {
   virtual HRESULT STDMETHODCALLTYPE get_Dependencies(IInspectable** value) = 0;
 };
 
+/// The texts of a package as users see them, and its logo.
 struct IPackage2 : IInspectable {
   virtual HRESULT STDMETHODCALLTYPE get_DisplayName(HSTRING* value) = 0;
   virtual HRESULT STDMETHODCALLTYPE get_PublisherDisplayName(HSTRING* value) = 0;
@@ -104,6 +112,7 @@ struct IPackage2 : IInspectable {
   virtual HRESULT STDMETHODCALLTYPE get_IsDevelopmentMode(boolean* value) = 0;
 };
 
+/// How a package is signed; the values are fixed by Windows.
 enum PackageSignatureKind : INT32 {
   PackageSignatureKind_None = 0,
   PackageSignatureKind_Developer = 1,
@@ -112,12 +121,15 @@ enum PackageSignatureKind : INT32 {
   PackageSignatureKind_System = 4,
 };
 
+/// Its signature.
 struct IPackage4 : IInspectable {
   virtual HRESULT STDMETHODCALLTYPE get_SignatureKind(PackageSignatureKind* value) = 0;
   virtual HRESULT STDMETHODCALLTYPE get_IsOptional(boolean* value) = 0;
   virtual HRESULT STDMETHODCALLTYPE VerifyContentIntegrityAsync(IInspectable** operation) = 0;
 };
 
+/// IIterator<Package>: a place in the list of packages. get_Current is for a place with
+/// get_HasCurrent only.
 struct IPackageIterator : IInspectable {
   virtual HRESULT STDMETHODCALLTYPE get_Current(IPackage** value) = 0;
   virtual HRESULT STDMETHODCALLTYPE get_HasCurrent(boolean* value) = 0;
@@ -125,10 +137,12 @@ struct IPackageIterator : IInspectable {
   virtual HRESULT STDMETHODCALLTYPE GetMany(UINT32 capacity, IPackage** items, UINT32* actual) = 0;
 };
 
+/// IIterable<Package>: the list of packages.
 struct IPackageIterable : IInspectable {
   virtual HRESULT STDMETHODCALLTYPE First(IPackageIterator** value) = 0;
 };
 
+/// Windows.Management.Deployment.IPackageManager.
 struct IPackageManager : IInspectable {
   virtual HRESULT STDMETHODCALLTYPE AddPackageAsync(IUriRuntimeClass* package,
                                                     IInspectable* dependencies, UINT32 options,
@@ -151,7 +165,7 @@ struct IPackageManager : IInspectable {
 
 }  // namespace Zq::Gantry::Platform::WinRt
 
-// The identifiers stand outside any namespace, as the macro demands. Those of the two collections
+// The identifiers are outside of any namespace, as the macro demands. Those of the two collections
 // are made from the collection's own and the signature of its elements, as Windows makes them.
 __CRT_UUID_DECL(Zq::Gantry::Platform::WinRt::IUriRuntimeClass, 0x9e365e57, 0x48b2, 0x4160, 0x95,
                 0x6f, 0xc7, 0x38, 0x51, 0x20, 0xbb, 0xfc)

@@ -5,15 +5,19 @@
 #include <hstring.h>
 #include <inspectable.h>
 
-// Boxed values: the interfaces of Windows.Foundation that the headers of this toolchain lack. Each
-// operation stands in the slot that Windows gives it; all results are out-parameters, the last one.
-// All slots are declared, since tests implement these interfaces.
+// Boxed values: the interfaces of Windows.Foundation that the headers of this toolchain lack, as
+// Windows documents them. Each operation is in the slot that it has in Windows, so that the order
+// of the lines is the contract. All slots are declared, since tests implement these interfaces. The
+// last parameter is the result. A result that is a text comes with a reference, which the caller
+// owns.
 namespace Zq::Gantry::Platform::WinRt {
 
+/// In units of 100 ns, since 1601 in UTC.
 struct DateTime {
   INT64 UniversalTime;
 };
 
+/// The types of values that are distinguished here; the values are fixed by Windows.
 enum PropertyType : INT32 {
   PropertyType_Empty = 0,
   PropertyType_Int32 = 4,
@@ -23,6 +27,7 @@ enum PropertyType : INT32 {
   PropertyType_OtherType = 20,
 };
 
+/// In units of 100 ns.
 struct TimeSpan {
   INT64 Duration;
 };
@@ -44,8 +49,8 @@ struct Rect {
   FLOAT Height;
 };
 
-/// A boxed value; it also offers the reference interface of its type. Arrays are the caller's to
-/// free.
+/// A boxed value of any type. It also has the reference interface of its type, which is what reads
+/// a string, number or truth value. The caller frees arrays (CoTaskMemFree).
 struct IPropertyValue : IInspectable {
   virtual HRESULT STDMETHODCALLTYPE get_Type(PropertyType* value) = 0;
   virtual HRESULT STDMETHODCALLTYPE get_IsNumericScalar(boolean* value) = 0;
@@ -88,21 +93,24 @@ struct IPropertyValue : IInspectable {
   virtual HRESULT STDMETHODCALLTYPE GetRectArray(UINT32* count, Rect** values) = 0;
 };
 
+/// IReference<String>.
 struct IStringReference : IInspectable {
   virtual HRESULT STDMETHODCALLTYPE get_Value(HSTRING* value) = 0;
 };
 
+/// IReference<Double>.
 struct IDoubleReference : IInspectable {
   virtual HRESULT STDMETHODCALLTYPE get_Value(DOUBLE* value) = 0;
 };
 
+/// IReference<Boolean>.
 struct IBooleanReference : IInspectable {
   virtual HRESULT STDMETHODCALLTYPE get_Value(boolean* value) = 0;
 };
 
 }  // namespace Zq::Gantry::Platform::WinRt
 
-// The identifiers stand outside any namespace, as the macro demands. Those of the three references
+// The identifiers are outside of any namespace, as the macro demands. Those of the three references
 // are made from the generic one's and the signature of the type, as Windows makes them.
 __CRT_UUID_DECL(Zq::Gantry::Platform::WinRt::IPropertyValue, 0x4bd682dd, 0x7554, 0x40e9, 0x9a, 0x9b,
                 0x82, 0x65, 0x4e, 0xde, 0x7e, 0x62)

@@ -5,9 +5,11 @@
 #include <hstring.h>
 #include <inspectable.h>
 
-// The interfaces of XML nodes, which the headers of this toolchain lack. Each operation stands in
-// the slot that Windows gives it; all results are out-parameters, the last one. All slots are
-// declared, since tests implement these interfaces.
+// The interfaces of XML nodes (Windows.Data.Xml.Dom), which the headers of this toolchain lack, as
+// Windows documents them. Each operation is in the slot that it has in Windows, so that the order
+// of the lines is the contract. All slots are declared, since tests implement these interfaces. The
+// last parameter is the result. A result that is an object or a text comes with a reference, which
+// the caller owns.
 namespace Zq::Gantry::Platform::WinRt {
 
 struct IXmlAttribute;
@@ -24,13 +26,15 @@ struct IXmlNodeList;
 struct IXmlProcessingInstruction;
 struct IXmlText;
 
+/// The kinds of nodes that are distinguished here; the values are fixed by Windows.
 enum NodeType : INT32 {
   NodeType_Element = 1,
   NodeType_Attribute = 2,
   NodeType_Text = 3,
 };
 
-/// Elements, attributes and documents also offer IXmlNodeSerializer. Only elements have attributes.
+/// A node. Elements, attributes and documents also have IXmlNodeSerializer. Only elements have
+/// attributes: for other nodes get_Attributes succeeds with null.
 struct IXmlNode : IInspectable {
   virtual HRESULT STDMETHODCALLTYPE get_NodeValue(IInspectable** value) = 0;
   virtual HRESULT STDMETHODCALLTYPE put_NodeValue(IInspectable* value) = 0;
@@ -59,18 +63,20 @@ struct IXmlNode : IInspectable {
   virtual HRESULT STDMETHODCALLTYPE put_Prefix(IInspectable* value) = 0;
 };
 
+/// Nodes in the order of the document, by index from 0.
 struct IXmlNodeList : IInspectable {
   virtual HRESULT STDMETHODCALLTYPE get_Length(UINT32* value) = 0;
   virtual HRESULT STDMETHODCALLTYPE Item(UINT32 index, IXmlNode** node) = 0;
 };
 
+/// A node as text: with its tags, or get_InnerText without them.
 struct IXmlNodeSerializer : IInspectable {
   virtual HRESULT STDMETHODCALLTYPE GetXml(HSTRING* text) = 0;
   virtual HRESULT STDMETHODCALLTYPE get_InnerText(HSTRING* value) = 0;
   virtual HRESULT STDMETHODCALLTYPE put_InnerText(HSTRING value) = 0;
 };
 
-/// An absent name is a success with a null node.
+/// The attributes of an element. For an absent name, a call succeeds with a null node.
 struct IXmlNamedNodeMap : IInspectable {
   virtual HRESULT STDMETHODCALLTYPE get_Length(UINT32* value) = 0;
   virtual HRESULT STDMETHODCALLTYPE Item(UINT32 index, IXmlNode** node) = 0;
@@ -84,6 +90,7 @@ struct IXmlNamedNodeMap : IInspectable {
   virtual HRESULT STDMETHODCALLTYPE SetNamedItemNS(IXmlNode* node, IXmlNode** previous) = 0;
 };
 
+/// One attribute.
 struct IXmlAttribute : IInspectable {
   virtual HRESULT STDMETHODCALLTYPE get_Name(HSTRING* value) = 0;
   virtual HRESULT STDMETHODCALLTYPE get_Specified(boolean* value) = 0;
@@ -91,6 +98,7 @@ struct IXmlAttribute : IInspectable {
   virtual HRESULT STDMETHODCALLTYPE put_Value(HSTRING value) = 0;
 };
 
+/// A whole document; the class Windows.Data.Xml.Dom.XmlDocument.
 struct IXmlDocument : IInspectable {
   virtual HRESULT STDMETHODCALLTYPE get_Doctype(IXmlDocumentType** value) = 0;
   virtual HRESULT STDMETHODCALLTYPE get_Implementation(IXmlDomImplementation** value) = 0;
@@ -119,7 +127,7 @@ struct IXmlDocument : IInspectable {
 
 }  // namespace Zq::Gantry::Platform::WinRt
 
-// The identifiers stand outside any namespace, as the macro demands.
+// The identifiers are outside of any namespace, as the macro demands.
 __CRT_UUID_DECL(Zq::Gantry::Platform::WinRt::IXmlNode, 0x1c741d59, 0x2122, 0x47d5, 0xa8, 0x56, 0x83,
                 0xf3, 0xd4, 0x21, 0x48, 0x75)
 __CRT_UUID_DECL(Zq::Gantry::Platform::WinRt::IXmlNodeList, 0x8c60ad77, 0x83a4, 0x4ec1, 0x9c, 0x54,

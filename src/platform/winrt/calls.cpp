@@ -1,18 +1,12 @@
-#include "platform/winrt/hstring.h"
+#include "platform/winrt/calls.h"
 
-#include "platform/win32/owners.h"
-#include "platform/winrt/call_failure.h"
+#include <winstring.h>
 
 namespace Zq::Gantry::Platform::WinRt {
 
-void HStringPolicy::Release(Type text) {
-  const LastErrorKeeper keeper;
-  WindowsDeleteString(text);
-}
-
 UniqueHString MakeHString(std::wstring_view text) {
   UniqueHString copy;
-  RaiseIfFailed(WindowsCreateString(text.data(), static_cast<UINT32>(text.size()), copy.out()));
+  ThrowIfFailed(WindowsCreateString(text.data(), static_cast<UINT32>(text.size()), copy.out()));
   return copy;
 }
 

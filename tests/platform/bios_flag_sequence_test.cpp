@@ -1,4 +1,4 @@
-#include "platform/wmi/bios_flag_sequence.h"
+#include "platform/wmi/support_decision.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "platform/wmi/oem_string_marker.h"
+#include "platform/wmi/support_decision.h"
 
 #include <gtest/gtest.h>
 

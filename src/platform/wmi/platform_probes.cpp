@@ -1,8 +1,7 @@
 #include "platform/wmi/platform_probes.h"
 
-#include "platform/wmi/bios_flag_sequence.h"
-#include "platform/wmi/oem_string_marker.h"
 #include "platform/wmi/public_wmi.h"
+#include "platform/wmi/support_decision.h"
 #include "platform/wmi/zq_bios_wmi.h"
 
 namespace Zq::Gantry::Server::Shared::WMI {

@@ -3,7 +3,6 @@
 #include <string>
 
 #include "platform/win32/com_owners.h"
-#include "platform/wmi/call_result.h"
 #include "platform/wmi/wmi_connection.h"
 
 namespace Zq::Gantry::Server::Shared::WMI {
@@ -19,7 +18,7 @@ constexpr wchar_t kClassName[] = L"Win32_ComputerSystem";
 constexpr wchar_t kPropertyName[] = L"OEMStringArray";  // VT_ARRAY | VT_BSTR, or VT_NULL
 constexpr wchar_t kResultMember[] = L"result";
 
-// The header has these as values of unsigned enumerations.
+// The header declares these as values of unsigned enumerations.
 constexpr auto kWbemNotFound = static_cast<HRESULT>(WBEM_E_NOT_FOUND);
 constexpr auto kWbemInvalidClass = static_cast<HRESULT>(WBEM_E_INVALID_CLASS);
 constexpr auto kWbemInvalidQuery = static_cast<HRESULT>(WBEM_E_INVALID_QUERY);
@@ -46,8 +45,8 @@ std::uint32_t PublicWmi::GetPropertyValue(WideDocument& document) {
   return status;
 }
 
-/// The status of a value that was read stands where a later object fails, while the document gets
-/// its member only at the end of all objects.
+/// If an object fails after another one's value was read, the status is still that of a value that
+/// was read, while the document gets its member only after the last object.
 void PublicWmi::ReadObjects(IEnumWbemClassObject* objects, WideDocument& document,
                             std::uint32_t& status) {
   WideValue held;

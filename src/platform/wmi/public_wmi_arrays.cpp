@@ -1,8 +1,8 @@
+#include "platform/wmi/public_wmi.h"
+
 #include <array>
 
 #include "platform/win32/com_owners.h"
-#include "platform/wmi/public_wmi.h"
-#include "platform/wmi/safe_array_shape.h"
 
 namespace Zq::Gantry::Server::Shared::WMI {
 
@@ -52,13 +52,14 @@ const ElementKind* FindElementKind(VARTYPE variantType) {
   return nullptr;
 }
 
-/// S_OK at the end of the array, S_FALSE where it has nothing that could be read, else the failure.
+/// S_OK if all elements were read, S_FALSE if the array is empty or of another shape, else the
+/// failure.
 HRESULT AppendElements(SAFEARRAY* array, const ElementKind& kind, WideValue& target,
                        Allocator& allocator) {
-  if (!IsVectorOf(array, kind.type, kind.bytes)) return S_FALSE;
+  if (!Platform::IsVectorOf(array, kind.type, kind.bytes)) return S_FALSE;
   const auto count = static_cast<LONG>(array->rgsabound[0].cElements);
   if (count == 0) return S_FALSE;
-  // Kept on purpose: indexes count from 0 whatever the lower bound, and a count below 0 is a
+  // Kept on purpose: indexes count from 0, even with another lower bound, and a count below 0 is a
   // success without elements.
   for (LONG i = 0; i < count; ++i) {
     const HRESULT result = kind.append(array, i, target, allocator);
@@ -75,7 +76,7 @@ bool PublicWmi::GetSafeArrayData(VARIANT source, WideValue& target, WideDocument
 
   Platform::ScopedSafeArrayAccess access(source.parray);
   if (FAILED(access.Result())) {
-    // Kept on purpose: this text stands for all three array types.
+    // Kept on purpose: the text names this type for all three array types.
     Log().Warn("GetSafeArrayData", L"SafeArrayAccessData(VT_ARRAY | VT_UI1)", access.Result());
     return false;
   }

@@ -1,9 +1,5 @@
 #include "platform/wmi/wmi_connection.h"
 
-#include <utility>
-
-#include "platform/wmi/call_result.h"
-
 namespace Zq::Gantry::Server::Shared::WMI {
 
 namespace {
@@ -11,7 +7,7 @@ namespace {
 using Platform::UniqueBstr;
 using Platform::UniqueInterface;
 
-/// Process-wide, so the host or an earlier connection has usually done it already.
+/// For the whole process, so as a rule the host or an earlier connection has done it already.
 void InitializeSecurity(const char* function, const FailureLog& log) {
   const HRESULT result = CoInitializeSecurity(
       /*securityDescriptor=*/nullptr, /*services=*/-1, nullptr, /*reserved=*/nullptr,
@@ -45,6 +41,12 @@ HRESULT SetBlanket(IWbemServices* service) {
 }
 
 }  // namespace
+
+void FailureLog::Warn(const char* function, const wchar_t* call, HRESULT result) const {
+  logger->LogWarning(
+      Logging::LoggingData{L"%S.%S - failed on function %s with HRESULT 0x%x", component, nullptr},
+      typeName, function, call, static_cast<unsigned int>(result));
+}
 
 WmiConnection ConnectToNamespace(const wchar_t* wmiNamespace, const char* function,
                                  const FailureLog& log) {

@@ -4,21 +4,40 @@
 
 #include <wbemidl.h>
 
+#include "logging/trace_logger.h"
 #include "platform/win32/com_owners.h"
-#include "platform/wmi/failure_log.h"
 
+// What both classes over WMI share: connecting to a namespace, and one form of warning.
 namespace Zq::Gantry::Server::Shared::WMI {
 
+/// The source of a warning. All texts are borrowed and must outlive it; so must the logger.
+struct FailureLog {
+  Logging::TraceLogger* logger;
+  const char* typeName;
+  const wchar_t* component;
+
+  /// Logs one warning: `call`, made by the member function `function`, failed with `result`.
+  void Warn(const char* function, const wchar_t* call, HRESULT result) const;
+};
+
+/// The result of a call that must return an object: E_FAIL for a success without one.
+[[nodiscard]] inline HRESULT RequireObject(HRESULT result, const void* object) {
+  return SUCCEEDED(result) && object == nullptr ? E_FAIL : result;
+}
+
+/// The step of connecting that failed.
 enum class ConnectStep { kNone, kLocator, kServer, kBlanket };
 
 struct WmiConnection {
-  Platform::UniqueInterface<IWbemServices> service;  ///< null exactly where a step failed
+  Platform::UniqueInterface<IWbemServices> service;  ///< null if and only if a step failed
   ConnectStep failedStep = ConnectStep::kNone;
   HRESULT result = S_OK;  ///< of the step that failed
 };
 
-/// Connects to a namespace of this machine; the thread has joined COM before. Failures are logged
-/// as those of the member function `function`.
+/// Connects to a namespace of this machine (IWbemLocator::ConnectServer) and lets the service act
+/// as this process. The thread must have joined COM. A failed step is logged as one of the member
+/// function `function`; so is a failure of CoInitializeSecurity, after which connecting goes on.
+/// Throws _com_error if memory for a text runs out.
 [[nodiscard]] WmiConnection ConnectToNamespace(const wchar_t* wmiNamespace, const char* function,
                                                const FailureLog& log);
 

@@ -5,7 +5,6 @@
 
 #include "platform/win32/com_owners.h"
 #include "platform/wmi/bios_wmi_names.h"
-#include "platform/wmi/call_result.h"
 #include "platform/wmi/wmi_connection.h"
 
 namespace Zq::Gantry::Server::Shared::WMI {
@@ -40,15 +39,15 @@ int ZQBiosWmi::GetReady() {
   if (!connection.service) return 0;
 
   service_ = std::move(connection.service);
-  membership.GiveUp();  // CloseBiosConnection ends it.
+  membership_.emplace(std::move(membership));
   ready_ = 1;
   return 1;
 }
 
 void ZQBiosWmi::CloseBiosConnection() {
   if (ready_ == 0) return;
-  service_.reset();
-  CoUninitialize();
+  service_.reset();  // while the thread is still a member
+  membership_.reset();
   ready_ = 0;
 }
 
@@ -78,7 +77,7 @@ HRESULT ZQBiosWmi::FetchClass(const wchar_t* name, const char* function,
   HRESULT result = service_.get()->GetObject(className.get(), 0, /*context=*/nullptr,
                                              definition.out(), /*callResult=*/nullptr);
   result = RequireObject(result, definition.get());
-  // Kept on purpose: the text says input block for the class of the methods as well.
+  // Kept on purpose: the text names the input block for the class of the methods too.
   if (FAILED(result)) Log().Warn(function, L"IWbemServices->GetObject(InputDataBlock)", result);
   return result;
 }
@@ -120,7 +119,7 @@ HRESULT ZQBiosWmi::GetBiosMethodObjectPath(VARIANT* path) {
   instances.reset();
   if (FAILED(result) || !instance) {
     Log().Warn("GetBiosMethodObjectPath", L"IEnumWbemClassObject->Next()", result);
-    // Kept on purpose: the end of the enumeration and its time-out are no failures, and the caller
+    // Kept on purpose: neither the end of the enumeration nor its time-out is a failure; the caller
     // goes on with an empty path.
     return result;
   }
@@ -134,7 +133,7 @@ HRESULT ZQBiosWmi::GetBiosMethodObjectPath(VARIANT* path) {
 
 HRESULT ZQBiosWmi::CallMethod(const VARIANT& path, BSTR methodName, IWbemClassObject* input,
                               UniqueInterface<IWbemClassObject>& methodResult) {
-  // A null text is an empty one to COM.
+  // COM takes a null text for an empty one.
   const BSTR objectPath = path.vt == VT_BSTR ? path.bstrVal : nullptr;
   HRESULT result = service_.get()->ExecMethod(objectPath, methodName, 0, /*context=*/nullptr, input,
                                               methodResult.out(), /*callResult=*/nullptr);

@@ -5,17 +5,20 @@
 #include <wbemidl.h>
 
 #include <cstdint>
+#include <optional>
 
 #include "logging/trace_logger.h"
 #include "platform/win32/com_owners.h"
-#include "platform/wmi/failure_log.h"
+#include "platform/wmi/wmi_connection.h"
 
 namespace Zq::Gantry::Server::Shared::WMI {
 
-/// Sends commands to the BIOS through the firmware's WMI classes, over one connection that lasts
-/// as long as the object. For one thread: the connection is a membership of that thread in the
-/// multithreaded COM apartment. Each failed call logs one warning. Where a text for WMI cannot be
-/// allocated, _com_error passes through.
+/// Sends commands to the BIOS through the firmware's WMI classes (bios_wmi_names.h), over one
+/// connection that lasts from the first command to CloseBiosConnection or the end of the object.
+///
+/// For one thread: the connection includes a membership of that thread in the multithreaded COM
+/// apartment. Each failed call logs one warning, named after the operation that made it, and its
+/// HRESULT is returned. If memory for a text runs out, _com_error propagates.
 class ZQBiosWmi {
  public:
   ZQBiosWmi() = default;
@@ -23,62 +26,71 @@ class ZQBiosWmi {
   ZQBiosWmi& operator=(const ZQBiosWmi&) = delete;
   ~ZQBiosWmi() { CloseBiosConnection(); }
 
-  /// Connects first where that has not succeeded yet; E_FAIL where it does not. `output` holds
-  /// `outputSize` bytes and keeps its content where the answer has another size, which is logged
-  /// and is no failure. `returnCode` receives the firmware's own code, which nobody judges.
+  /// Sends one command, after connecting if necessary; E_FAIL if that fails. Blocks until the
+  /// firmware answers. `command` is 1 to read or 2 to write. `output` has room for `outputSize`
+  /// bytes, which select the firmware's method; it keeps its content if the answer has another
+  /// size, which is logged and not a failure. `returnCode` receives the firmware's own code, which
+  /// is not judged here.
   [[nodiscard]] HRESULT ExecuteCommand(std::int32_t command, std::uint32_t inputSize,
                                        const std::uint8_t* input, std::uint32_t outputSize,
                                        std::uint8_t* output, std::uint32_t* returnCode);
 
-  /// 1 when connected.
+  /// Connects if there is no connection yet. 1: connected; 0: a step failed.
   [[nodiscard]] int GetReady();
 
-  /// Makes an instance of the method's input signature that holds the command; the caller owns it.
+  /// Makes an instance of the method's input signature that holds the command. The caller owns
+  /// `*instance`, which is written after success only.
   [[nodiscard]] HRESULT SetupInputDataBlock(std::int32_t command, std::uint32_t inputSize,
                                             const std::uint8_t* input,
                                             IWbemClassObject* methodSignature,
                                             IWbemClassObject** instance);
 
-  /// The object that gets the calls. Where there is none, or none in time, that is logged and no
-  /// failure, and `path` stays empty.
+  /// The path of the firmware's one instance, as VT_BSTR. If there is no instance, or not within 2
+  /// seconds, that is logged and not a failure, and `path` stays empty.
   [[nodiscard]] HRESULT GetBiosMethodObjectPath(VARIANT* path);
 
+  /// Reads the method's result, under the rules of ExecuteCommand for `output` and `returnCode`.
   [[nodiscard]] HRESULT GetOutputData(IWbemClassObject* methodResult, std::uint32_t outputSize,
                                       std::uint8_t* output, std::uint32_t* returnCode);
 
-  /// An array of bytes; the caller owns it.
+  /// A copy of `bytes` as a safe array of VT_UI1. The caller owns `*array`, which is written after
+  /// success only.
   [[nodiscard]] HRESULT CreateSafeArray(SAFEARRAY** array, const std::uint8_t* bytes,
                                         std::uint32_t size);
 
+  /// Releases the connection and leaves COM. Does nothing without a connection.
   void CloseBiosConnection();
 
  private:
-  FailureLog Log() const { return {logger_, typeName_, L"WattleafService"}; }
-  HRESULT FetchClass(const wchar_t* name, const char* function,
-                     Platform::UniqueInterface<IWbemClassObject>& definition);
-  HRESULT PrepareInput(const wchar_t* methodName, std::int32_t command, std::uint32_t inputSize,
-                       const std::uint8_t* input,
-                       Platform::UniqueInterface<IWbemClassObject>& instance);
-  HRESULT CallMethod(const VARIANT& path, BSTR methodName, IWbemClassObject* input,
-                     Platform::UniqueInterface<IWbemClassObject>& methodResult);
-  HRESULT SpawnDataBlock(Platform::UniqueInterface<IWbemClassObject>& block);
-  HRESULT FillDataBlock(IWbemClassObject* block, std::int32_t command, std::uint32_t inputSize,
-                        const std::uint8_t* input);
-  HRESULT PutBytes(IWbemClassObject* block, const wchar_t* member, const std::uint8_t* bytes,
-                   std::uint32_t size, const wchar_t* failedCall);
-  HRESULT PutNumber(IWbemClassObject* block, const wchar_t* member, LONG number,
-                    const wchar_t* failedCall);
-  HRESULT OpenOutputBlock(IWbemClassObject* methodResult,
-                          Platform::UniqueInterface<IWbemClassObject>& block);
-  HRESULT ReadReturnCode(IWbemClassObject* block, std::uint32_t* returnCode);
-  HRESULT ReadOutputBytes(IWbemClassObject* block, std::uint32_t outputSize, std::uint8_t* output);
+  [[nodiscard]] FailureLog Log() const { return {logger_, typeName_, L"WattleafService"}; }
+  [[nodiscard]] HRESULT FetchClass(const wchar_t* name, const char* function,
+                                   Platform::UniqueInterface<IWbemClassObject>& definition);
+  [[nodiscard]] HRESULT PrepareInput(const wchar_t* methodName, std::int32_t command,
+                                     std::uint32_t inputSize, const std::uint8_t* input,
+                                     Platform::UniqueInterface<IWbemClassObject>& instance);
+  [[nodiscard]] HRESULT CallMethod(const VARIANT& path, BSTR methodName, IWbemClassObject* input,
+                                   Platform::UniqueInterface<IWbemClassObject>& methodResult);
+  [[nodiscard]] HRESULT SpawnDataBlock(Platform::UniqueInterface<IWbemClassObject>& block);
+  [[nodiscard]] HRESULT FillDataBlock(IWbemClassObject* block, std::int32_t command,
+                                      std::uint32_t inputSize, const std::uint8_t* input);
+  [[nodiscard]] HRESULT PutBytes(IWbemClassObject* block, const wchar_t* member,
+                                 const std::uint8_t* bytes, std::uint32_t size,
+                                 const wchar_t* failedCall);
+  [[nodiscard]] HRESULT PutNumber(IWbemClassObject* block, const wchar_t* member, LONG number,
+                                  const wchar_t* failedCall);
+  [[nodiscard]] HRESULT OpenOutputBlock(IWbemClassObject* methodResult,
+                                        Platform::UniqueInterface<IWbemClassObject>& block);
+  [[nodiscard]] HRESULT ReadReturnCode(IWbemClassObject* block, std::uint32_t* returnCode);
+  [[nodiscard]] HRESULT ReadOutputBytes(IWbemClassObject* block, std::uint32_t outputSize,
+                                        std::uint8_t* output);
   void CopyOutputBytes(const VARIANT& data, std::uint32_t outputSize, std::uint8_t* output);
 
   Logging::TraceLogger* logger_ = Logging::LogManager::GetLogger();
   // A fixed text, since type information spells the name differently with each toolchain.
   const char* typeName_ = "class Zq::Gantry::Server::Shared::WMI::ZQBiosWmi";
-  std::int32_t ready_ = 0;
+  std::int32_t ready_ = 0;  ///< 1 while there is a connection
   Platform::UniqueInterface<IWbemServices> service_;
+  std::optional<Platform::ComMembership> membership_;  ///< of the connection
 };
 
 }  // namespace Zq::Gantry::Server::Shared::WMI

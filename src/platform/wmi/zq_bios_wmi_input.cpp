@@ -1,8 +1,8 @@
+#include "platform/wmi/zq_bios_wmi.h"
+
 #include <array>
 
 #include "platform/wmi/bios_wmi_names.h"
-#include "platform/wmi/call_result.h"
-#include "platform/wmi/zq_bios_wmi.h"
 
 namespace Zq::Gantry::Server::Shared::WMI {
 
@@ -78,7 +78,7 @@ HRESULT ZQBiosWmi::PutBytes(IWbemClassObject* block, const wchar_t* member,
                             const std::uint8_t* bytes, std::uint32_t size,
                             const wchar_t* failedCall) {
   Platform::UniqueSafeArray array;
-  // No bytes are a null array in a variant of the array's type.
+  // Without bytes, the variant has its array type and a null array.
   if (size != 0) {
     const HRESULT created = CreateSafeArray(array.out(), bytes, size);
     if (FAILED(created)) return created;

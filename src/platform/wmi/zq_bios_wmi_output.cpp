@@ -1,7 +1,6 @@
-#include "platform/wmi/bios_wmi_names.h"
-#include "platform/wmi/call_result.h"
-#include "platform/wmi/safe_array_shape.h"
 #include "platform/wmi/zq_bios_wmi.h"
+
+#include "platform/wmi/bios_wmi_names.h"
 
 namespace Zq::Gantry::Server::Shared::WMI {
 
@@ -64,7 +63,8 @@ HRESULT ZQBiosWmi::ReadOutputBytes(IWbemClassObject* block, std::uint32_t output
   Platform::ScopedVariant data;
   data.AdoptArray(VT_UI1, prepared.get());
   const HRESULT result = block->Get(kDataMember, 0, data.get(), nullptr, nullptr);
-  // Get writes over the variant without clearing it. An array that is still there has one owner.
+  // Get overwrites the variant without clearing it. If our array is still there, the variant
+  // releases it.
   const bool isPrepared = (data->vt & VT_ARRAY) != 0 && data->parray == prepared.get();
   if (isPrepared) static_cast<void>(prepared.release());
   if (FAILED(result)) {
@@ -75,11 +75,11 @@ HRESULT ZQBiosWmi::ReadOutputBytes(IWbemClassObject* block, std::uint32_t output
   return result;
 }
 
-/// Kept on purpose: an answer of another shape or size is logged and is no failure.
+/// Kept on purpose: an answer of another shape or size is logged and not a failure.
 void ZQBiosWmi::CopyOutputBytes(const VARIANT& data, std::uint32_t outputSize,
                                 std::uint8_t* output) {
   const FailureLog log = Log();
-  if (data.vt != (VT_ARRAY | VT_UI1) || !IsVectorOf(data.parray, VT_UI1, 1)) {
+  if (data.vt != (VT_ARRAY | VT_UI1) || !Platform::IsVectorOf(data.parray, VT_UI1, 1)) {
     log.logger->LogWarning(
         Logging::LoggingData{L"%S.%S - return data is invalid", log.component, nullptr},
         log.typeName, kFunction);
@@ -96,7 +96,7 @@ void ZQBiosWmi::CopyOutputBytes(const VARIANT& data, std::uint32_t outputSize,
     return;
   }
   if (bound.lLbound < 0) return;
-  // Kept on purpose: the count is the end of the indexes whatever the lower bound.
+  // Kept on purpose: the count is the end of the indexes, even with a lower bound above 0.
   for (LONG i = bound.lLbound; i < static_cast<LONG>(bound.cElements); ++i) {
     static_cast<void>(SafeArrayGetElement(data.parray, &i, &output[i]));
   }

@@ -40,7 +40,6 @@ set(wanted
   security/access/rule_validators.h
   security/access/tool_launch_table.h
   security/facade/zq_authenticode_facade.h
-  security/trust/file_hash.h
   security/trust/signer_descriptor.h
   security/trust/util_helper.h
   security/trust/zq_authenticode_helper.h

@@ -1,9 +1,10 @@
+#include "security/trust/disk_file.h"
+
 #include <windows.h>
 
 #include <string>
 
-#include "security/trust/device_name.h"
-#include "security/trust/disk_file.h"
+#include "security/trust/path_rules.h"
 
 namespace Zq::Gantry::Security {
 
@@ -14,8 +15,7 @@ namespace {
 constexpr DWORD kLongestPathChars = 32768;
 constexpr DWORD kFullSharing = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
-/// The full path, in which a reserved name such as "NUL" has become "\\.\NUL"; empty where the
-/// system makes none.
+/// The full path, in which a reserved name such as "NUL" has become "\\.\NUL"; empty on failure.
 std::wstring FullPathOf(const wchar_t* path) {
   std::wstring full(kLongestPathChars, L'\0');
   const DWORD chars = GetFullPathNameW(path, kLongestPathChars, full.data(), nullptr);
@@ -24,7 +24,7 @@ std::wstring FullPathOf(const wchar_t* path) {
   return full;
 }
 
-/// The text as it stands counts too: after "\\?\" nothing is normalised when a file is opened.
+/// The unchanged text counts too: after "\\?\" nothing is normalised when a file is opened.
 bool NamesADeviceOrLeadsToOne(const wchar_t* path) {
   return NamesADevice(path) || NamesADevice(FullPathOf(path));
 }
@@ -41,10 +41,10 @@ UniqueFileHandle OpenDiskFile(const wchar_t* path) {
   return file;
 }
 
-bool IsKnownToBeNoDiskFile(const wchar_t* path) {
+bool IsKnownNotToBeADiskFile(const wchar_t* path) {
   if (NamesADeviceOrLeadsToOne(path)) return true;
-  // Only the attributes, and a server that is reached after all may ask who calls but not act as
-  // it.
+  // Opened for its attributes only. If a pipe's server is reached after all, it may identify this
+  // process but not act as it.
   const UniqueFileHandle file(
       CreateFileW(path, FILE_READ_ATTRIBUTES, kFullSharing, /*security=*/nullptr, OPEN_EXISTING,
                   SECURITY_SQOS_PRESENT | SECURITY_IDENTIFICATION, /*template=*/nullptr));

@@ -5,13 +5,14 @@
 #include <string>
 #include <string_view>
 
-// Which places are allowed, as far as the text of a path can tell. Allowed does not mean that
-// ordinary users cannot write there: see AllowedRootPaths and docs/threats.md.
+// What the text of a path alone says: whether its place is allowed, and whether it names a device.
+// Nothing here calls the system. Allowed does not mean that ordinary users cannot write there: see
+// AllowedRootPaths and docs/threats.md.
 namespace Zq::Gantry::Security {
 
-/// Every path below one of these folders is allowed, whoever may write to it: "C:\Windows\Temp" is
-/// open to all users. In the order in which they are asked. Not expanded: the variables are those
-/// of whom a path is judged for, and a variable that is not set stays part of the text.
+/// Every path below one of these folders is allowed, even if all users may write to it, as they may
+/// to "C:\Windows\Temp". Checked in this order. Not expanded: the variables are those of the client
+/// that a path is judged for, and a variable that is not set stays part of the text.
 inline constexpr std::array<const wchar_t*, 3> AllowedRootPaths{
     L"%windir%\\",
     L"%PROGRAMFILES(x86)%\\",
@@ -21,12 +22,17 @@ inline constexpr std::array<const wchar_t*, 3> AllowedRootPaths{
 /// Marks a folder of packaged applications at the root of a drive. Compared exactly.
 inline constexpr std::wstring_view kPackagedMarker = L":\\WindowsApps\\";
 
-/// Whether `text` starts with `prefix`, without regard to case (towlower on both sides). An empty
-/// prefix starts every text.
-bool HasPrefix(std::wstring_view text, std::wstring_view prefix);
+/// Whether `text` begins with `prefix`, without regard to case (towlower on both sides). True for
+/// an empty prefix.
+[[nodiscard]] bool HasPrefix(std::wstring_view text, std::wstring_view prefix);
 
-/// The packaged-application folder that `fullPath` lies in, without closing backslash; absent where
+/// The packaged-application folder that `fullPath` lies in, without a closing backslash; absent if
 /// the path names none.
-std::optional<std::wstring> TryFindPackagedFolder(std::wstring_view fullPath);
+[[nodiscard]] std::optional<std::wstring> TryFindPackagedFolder(std::wstring_view fullPath);
+
+/// Whether the text of `path` says that it leads to something other than a file on a disk: a pipe,
+/// a mailslot, or a device or volume itself ("\\.\COM1", "\\?\C:"). Opening one may have effects,
+/// so this is checked first. False is not a promise: a link or a drive letter may lead to a pipe.
+[[nodiscard]] bool NamesADevice(std::wstring_view path);
 
 }  // namespace Zq::Gantry::Security

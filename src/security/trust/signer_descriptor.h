@@ -8,18 +8,32 @@
 
 namespace Zq::Gantry::Security {
 
+/// The verdicts of WinVerifyTrust that put a signature on a list.
+inline constexpr std::uint32_t kVerified = 0;
+/// CERT_E_EXPIRED: verified, but a certificate of the chain has expired.
+inline constexpr std::uint32_t kVerifiedButExpired = 0x800B0101;
+/// CERT_E_UNTRUSTEDROOT: the chain ends in a root that the machine does not trust.
+inline constexpr std::uint32_t kUntrustedRoot = 0x800B0109;
+
+/// Whether a signature with this verdict is listed. Not the same as trusted: a signature with an
+/// unknown root is listed too.
+[[nodiscard]] constexpr bool IsListedResult(std::uint32_t result) {
+  return result == kVerified || result == kVerifiedButExpired || result == kUntrustedRoot;
+}
+
 /// One signature of a file, or one row of a subject table.
 struct WATTLEAF_API SignerDescriptor {
   SignerDescriptor() = default;
-  /// A table row. Mind that the order differs from that of the fields; `publicKey` stays empty.
+  /// A table row. The order of the arguments differs from that of the fields; `publicKey` stays
+  /// empty.
   SignerDescriptor(std::wstring rowCommonName, std::wstring rowOrganizationalUnit,
                    std::wstring rowLocality, std::wstring rowOrganization, std::wstring rowState,
                    std::wstring rowCountry, std::wstring rowIssuer);
 
   /// DER RSAPublicKey of the signer's certificate: lower-case hexadecimal byte pairs, separated by
-  /// single blanks. Empty where the signer could not be read, and in table rows.
+  /// single blanks. Empty if the signer could not be read, and in table rows.
   std::string publicKey;
-  /// What WinVerifyTrust returned for this signature; without meaning in table rows.
+  /// The result of WinVerifyTrust for this signature; without meaning in table rows.
   std::uint32_t verifyResult = 0;
   std::wstring commonName;          ///< subject key "CN"
   std::wstring organizationalUnit;  ///< subject key "OU"

@@ -2,13 +2,14 @@
 
 #include "security/trust/signer_descriptor.h"
 
-// Known signers by the fields of their certificates' subjects. Built while the library loads, never
-// changed. Only DropboxSignerRows has a reader, which compares common names alone.
+// Known signers by the subject fields of their certificates. Built while the library loads, never
+// changed, and read from any thread afterwards. Only DropboxSignerRows is used, and of it only the
+// common names (ZQAuthenticodeHelper::SubjectsMatch). The rows have no public key.
 namespace Zq::Gantry::Security {
 
-extern const SignatureList ZqSignerRows;
-extern const SignatureList DropboxSignerRows;
-extern const SignatureList MicrosoftSignerRows;
-extern const SignatureList BitdefenderSignerRows;
+extern const SignatureList ZqSignerRows;           ///< 2 rows, with and without unit
+extern const SignatureList DropboxSignerRows;      ///< 1 row
+extern const SignatureList MicrosoftSignerRows;    ///< 1 row
+extern const SignatureList BitdefenderSignerRows;  ///< 1 row
 
 }  // namespace Zq::Gantry::Security

@@ -17,11 +17,11 @@ static_assert(kSecondKeyListTexts.size() == 4);
 
 constexpr std::array kSubsetPositions = {17, 20, 24, 26, 33, 41};
 
-// In ServiceTrustedKeys, before and behind the keys of the two small lists.
+// In ServiceTrustedKeys, before and after the keys of the two small lists.
 constexpr std::array kServicePositionsBefore = {0,  1,  2,  3,  4,  5,  6,  7,  8,
                                                 9,  10, 11, 12, 13, 14, 15, 16, 17,
                                                 18, 19, 20, 21, 22, 23, 24, 25, 27};
-constexpr std::array kServicePositionsBehind = {28, 29, 30, 32, 35, 34, 37, 38, 39, 40, 42, 43, 44};
+constexpr std::array kServicePositionsAfter = {28, 29, 30, 32, 35, 34, 37, 38, 39, 40, 42, 43, 44};
 
 constexpr std::array kExtendedPositions = {0,  1,  2,  3,  4,  5,  6,  7,  8,  9,  10,
                                            11, 12, 13, 14, 15, 16, 17, 20, 22, 25, 26,
@@ -51,7 +51,7 @@ KeyList MakeServiceKeys() {
   AppendFromPool(list, kServicePositionsBefore);
   list.push_back(SingleKeyList.at(0));
   list.insert(list.end(), SecondKeyList.begin(), SecondKeyList.end());
-  AppendFromPool(list, kServicePositionsBehind);
+  AppendFromPool(list, kServicePositionsAfter);
   return list;
 }
 
@@ -64,7 +64,7 @@ KeyList MakeExtendedKeys() {
 
 }  // namespace
 
-// The derived lists copy from the lists above them, so the order of these lines matters.
+// The derived lists copy from the lists above them, so these lines must keep their order.
 const KeyList PublicKeyPool = FromTexts(kPublicKeyPoolTexts);
 const KeyList SingleKeyList = FromTexts(kSingleKeyListTexts);
 const KeyList SecondKeyList = FromTexts(kSecondKeyListTexts);

@@ -8,7 +8,7 @@
 #include <cstddef>
 
 // WINTRUST_DATA as Windows has it since version 8, 88 bytes with the signature settings. Older
-// mingw-w64 headers stop at 80 bytes; the SDK's own are used wherever they know the settings.
+// mingw-w64 headers stop at 80 bytes; the SDK's own are used if they have the settings.
 namespace Zq::Gantry::Security {
 
 #ifdef WSS_VERIFY_SPECIFIC

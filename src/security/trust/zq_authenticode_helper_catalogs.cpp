@@ -1,3 +1,5 @@
+#include "security/trust/zq_authenticode_helper.h"
+
 #include <windows.h>
 
 #include <algorithm>
@@ -9,7 +11,6 @@
 #include "platform/win32/owners.h"
 #include "security/trust/catalog_member.h"
 #include "security/trust/disk_file.h"
-#include "security/trust/zq_authenticode_helper.h"
 
 namespace Zq::Gantry::Security {
 
@@ -28,7 +29,7 @@ bool AcquireContext(UniqueCatalogAdmin& admin) {
                                    /*pStrongHashPolicy=*/nullptr, /*dwFlags=*/0)) {
     return static_cast<bool>(admin);
   }
-  // A failed call has acquired nothing, whatever it left behind.
+  // A failed call has acquired nothing, even if it wrote a value.
   static_cast<void>(admin.release());
   return false;
 }
@@ -58,7 +59,7 @@ std::wstring ToUpperHexText(const std::vector<std::uint8_t>& bytes) {
   return text;
 }
 
-// The path of the first catalog that lists the hash; later ones are never asked.
+// Finds the path of the first catalog that lists the hash; later ones are not looked at.
 bool FindCatalog(CatalogMember& member, FileHash& hash) {
   const HCATADMIN admin = member.admin.get();
   const UniqueCatalog catalog(
@@ -77,7 +78,7 @@ bool FindCatalog(CatalogMember& member, FileHash& hash) {
   CATALOG_INFO info{};
   info.cbStruct = sizeof(info);
   if (!CryptCATCatalogInfoFromContext(catalog.get().catalog, &info, /*dwFlags=*/0)) return false;
-  // The last character of the copy stays zero, whatever the call has written.
+  // The last character of the copy stays zero, even if the call wrote no terminator.
   std::copy_n(info.wszCatalogFile, member.catalogPath.size() - 1, member.catalogPath.begin());
   return true;
 }
@@ -132,7 +133,7 @@ FileHash ZQAuthenticodeHelper::CalculateFileHash(const wchar_t* file, void* cata
   }
 
   if (!HashInto(hash.bytes, file, catalogAdministrator)) {
-    // Kept on purpose: on this way out a context of our own is not released (test
+    // Kept on purpose: in this case a context of our own is not released (test
     // CalculateFileHash.DoesNotReleaseItsOwnContextAfterAFailure).
     static_cast<void>(own.release());
     return hash;

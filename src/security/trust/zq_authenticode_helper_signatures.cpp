@@ -1,3 +1,5 @@
+#include "security/trust/zq_authenticode_helper.h"
+
 #include <windows.h>
 
 #include <wincrypt.h>
@@ -12,9 +14,7 @@
 #include "logging/trace_logger.h"
 #include "security/trust/catalog_member.h"
 #include "security/trust/disk_file.h"
-#include "security/trust/verify_result.h"
 #include "security/trust/wintrust_layout.h"
-#include "security/trust/zq_authenticode_helper.h"
 
 namespace Zq::Gantry::Security {
 
@@ -22,7 +22,7 @@ using Logging::LogManager;
 
 namespace {
 
-// No honest file carries nearly as many; a count beyond it is cut so that a made-up one ends.
+// Far more than any real file has, so that a forged count does not keep the loop going.
 constexpr std::uint64_t kMaxSignaturesOfASource = 64;
 
 LONG CallWinVerifyTrust(VerificationData& data, DWORD stateAction) {
@@ -31,7 +31,7 @@ LONG CallWinVerifyTrust(VerificationData& data, DWORD stateAction) {
   return WinVerifyTrust(/*hwnd=*/nullptr, &action, &data);
 }
 
-// Closes the state of a verification, whatever its verdict was.
+// Closes the state of a verification, after any verdict.
 class ScopedTrustState {
  public:
   explicit ScopedTrustState(VerificationData& data) : data_(data) {}
@@ -46,8 +46,8 @@ class ScopedTrustState {
   VerificationData& data_;
 };
 
-// Returns how many secondary signatures the verification has counted, read while its state is open:
-// the call that closes it may write to the settings.
+// Returns how many secondary signatures the verification counted. That is read while the state is
+// open, since the call that closes it may write to the settings.
 DWORD VerifyOne(VerificationData& data, SignatureList& signatures) {
   const auto result = static_cast<std::uint32_t>(CallWinVerifyTrust(data, WTD_STATEACTION_VERIFY));
   const ScopedTrustState state(data);
@@ -65,7 +65,7 @@ SignatureSettings SettingsFor(DWORD index, DWORD secondaryCount) {
   settings.cbStruct = sizeof(settings);
   settings.dwIndex = index;
   settings.dwFlags = kVerifySpecific | kGetSecondarySignatureCount;
-  settings.cSecondarySigs = secondaryCount;  // stays where a verification writes none
+  settings.cSecondarySigs = secondaryCount;  // kept if a verification does not write it
   return settings;
 }
 
@@ -92,7 +92,7 @@ SignatureList VerifyByCatalog(const wchar_t* path) {
 }
 
 SignatureList VerifyEmbedded(const wchar_t* path) {
-  if (IsKnownToBeNoDiskFile(path)) return {};
+  if (IsKnownNotToBeADiskFile(path)) return {};
 
   WINTRUST_FILE_INFO file{};
   file.cbStruct = sizeof(file);

@@ -1,3 +1,5 @@
+#include "security/trust/zq_authenticode_helper.h"
+
 #include <windows.h>
 
 #include <wincrypt.h>
@@ -10,7 +12,6 @@
 
 #include "logging/trace_logger.h"
 #include "platform/win32/owners.h"
-#include "security/trust/zq_authenticode_helper.h"
 
 namespace Zq::Gantry::Security {
 
@@ -42,7 +43,8 @@ static_assert(kNameFormat == 0x18000003);
 // Longer headers and sets only add bytes; an empty set is a line end, 2 characters for 2 bytes.
 constexpr std::uint64_t kCharsPerNameByte = 4;
 
-// The leaf certificate of the first signer; null where any of it is missing. Belongs to the state.
+// The leaf certificate of the first signer; null if any part of it is missing. It belongs to the
+// state.
 const CERT_INFO* FindSignerCertificate(HANDLE stateData) {
   if (stateData == nullptr) return nullptr;
   CRYPT_PROVIDER_DATA* provider = WTHelperProvDataFromStateData(stateData);
@@ -66,7 +68,7 @@ SignerDescriptor ZQAuthenticodeHelper::GetSignerDescriptor(void* stateData) {
   record.publicKey = TrimText(BytesToHexText(key.pbData, key.cbData), kBlanks);
 
   const std::wstring subject = GetNameText(certificate->Subject);
-  // Kept on purpose: the issuer is read, with the log line of a failure, and goes no further.
+  // Kept on purpose: the issuer is read, and a failure is logged, but the text is not used.
   static_cast<void>(GetNameText(certificate->Issuer));
   LogManager::GetLogger()->LogInfo(L"Subject = %s", subject.c_str());
   ParseSubject(subject, record);

@@ -8,8 +8,8 @@
 #include "security/trust/fake_catalogs.h"
 #include "security/trust/fake_path_calls.h"
 #include "security/trust/fake_trust.h"
+#include "security/trust/signer_descriptor.h"
 #include "security/trust/trusted_keys.h"
-#include "security/trust/verify_result.h"
 #include "support/log_capture.h"
 
 namespace TestSupport {

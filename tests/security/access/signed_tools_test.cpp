@@ -13,7 +13,7 @@
 #include "security/facade/zq_authenticode_facade.h"
 #include "security/trust/fake_catalogs.h"
 #include "security/trust/fake_path_calls.h"
-#include "security/trust/verify_result.h"
+#include "security/trust/signer_descriptor.h"
 #include "support/log_capture.h"
 #include "support/temp_folder.h"
 

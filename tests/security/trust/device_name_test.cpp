@@ -1,4 +1,4 @@
-#include "security/trust/device_name.h"
+#include "security/trust/path_rules.h"
 
 #include <gtest/gtest.h>
 

@@ -15,8 +15,8 @@
 
 #include "import_patch.h"
 #include "security/trust/fake_catalogs.h"
+#include "security/trust/signer_descriptor.h"
 #include "security/trust/trusted_keys.h"
-#include "security/trust/verify_result.h"
 #include "security/trust/wintrust_layout.h"
 #include "support/log_capture.h"
 #include "support/temp_folder.h"

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "security/trust/verify_result.h"
+#include "security/trust/signer_descriptor.h"
 
 using namespace Zq::Gantry::Security;
 using Helper = ZQAuthenticodeHelper;

@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <type_traits>
 
-#include "security/trust/file_hash.h"
+#include "security/trust/zq_authenticode_helper.h"
 
 using namespace Zq::Gantry::Security;
 

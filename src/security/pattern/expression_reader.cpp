@@ -4,8 +4,6 @@
 #include <string_view>
 #include <utility>
 
-#include "security/pattern/class_names.h"
-
 namespace Zq::Gantry::Security {
 
 namespace {
@@ -137,7 +135,7 @@ std::optional<ExpressionReader::ClassPart> ExpressionReader::ReadCharacterEscape
     return one(static_cast<char16_t>(Take() % 32));
   }
   if (IsDigit(letter)) {
-    // Only the null character: no octal numbers.
+    // Only \0, the null character: there are no octal numbers.
     const bool isNull = letter == u'0' && (rest_.empty() || !IsDigit(rest_.front()));
     return isNull ? one(u'\0') : std::nullopt;
   }
@@ -203,7 +201,7 @@ std::optional<CharacterSet> ExpressionReader::ReadClass() {
     const std::optional<ClassPart> first = ReadClassPart();
     if (!first) return std::nullopt;
     set.Add(first->set);
-    // A "-" before "]" is itself, and so is one that no part precedes.
+    // A "-" before "]" is a character, and so is one without a part before it.
     const bool isRange = rest_.starts_with(u'-') && !rest_.starts_with(u"-]");
     if (!isRange) {
       if (first->character) set.Add(*first->character);

@@ -8,7 +8,7 @@
 
 namespace Zq::Gantry::Security {
 
-/// {least,most}, in numbers or as one of * + ?.
+/// How often a term is repeated: {least,most}, or one of * + ?. Greedy unless `isLazy`.
 struct Quantifier {
   static constexpr unsigned kUnlimited = 0xFFFFFFFF;
 
@@ -16,34 +16,38 @@ struct Quantifier {
   unsigned most = 1;
   bool isLazy = false;
 
-  bool IsOnce() const { return least == 1 && most == 1; }
+  [[nodiscard]] bool IsOnce() const { return least == 1 && most == 1; }
 };
 
 /// What follows a backslash outside of a class.
 struct Escape {
   enum class Kind { kCharacters, kReference, kWordBoundary, kNoWordBoundary };
   Kind kind = Kind::kCharacters;
-  CharacterSet characters;
-  std::size_t group = 0;
+  CharacterSet characters;  ///< of kCharacters
+  std::size_t group = 0;    ///< of kReference, from 1
 };
 
-/// Reads the parts of an expression that are no groups. An empty result means
-/// that the expression is not valid.
+/// Reads the parts of an expression that are not groups, from front to back. An absent result means
+/// that the expression is not valid; the place of the reader is unspecified then. The text must
+/// outlive the reader. Nothing is thrown but bad_alloc.
 class ExpressionReader {
  public:
   explicit ExpressionReader(std::u16string_view expression) : rest_(expression) {}
 
-  bool IsAtEnd() const { return rest_.empty(); }
+  [[nodiscard]] bool IsAtEnd() const { return rest_.empty(); }
+  /// Takes the next character; only before the end.
   char16_t Take();
-  bool TryTake(std::u16string_view token);
-  bool IsAtQuantifier() const;
+  /// Takes `token` if it comes next, and says whether it did. An empty token always does.
+  [[nodiscard]] bool TryTake(std::u16string_view token);
+  /// Whether a quantifier comes next, be it a valid one or not.
+  [[nodiscard]] bool IsAtQuantifier() const;
 
-  /// One quantifier, or {1,1} where none stands.
-  std::optional<Quantifier> ReadQuantifier();
+  /// One quantifier, or {1,1} if there is none here.
+  [[nodiscard]] std::optional<Quantifier> ReadQuantifier();
   /// After a backslash.
-  std::optional<Escape> ReadEscape();
+  [[nodiscard]] std::optional<Escape> ReadEscape();
   /// After "[", up to and including "]".
-  std::optional<CharacterSet> ReadClass();
+  [[nodiscard]] std::optional<CharacterSet> ReadClass();
 
  private:
   /// A part of a class: a set, or one character, which may begin or end a range.
@@ -52,12 +56,12 @@ class ExpressionReader {
     std::optional<char16_t> character;
   };
 
-  std::optional<Quantifier> ReadCounts();
-  std::optional<unsigned> ReadNumber();
-  std::optional<char16_t> ReadHexadecimal(std::size_t digits);
-  std::optional<ClassPart> ReadClassPart();
-  std::optional<ClassPart> ReadBracketedName(char16_t kind);
-  std::optional<ClassPart> ReadCharacterEscape(char16_t letter);
+  [[nodiscard]] std::optional<Quantifier> ReadCounts();
+  [[nodiscard]] std::optional<unsigned> ReadNumber();
+  [[nodiscard]] std::optional<char16_t> ReadHexadecimal(std::size_t digits);
+  [[nodiscard]] std::optional<ClassPart> ReadClassPart();
+  [[nodiscard]] std::optional<ClassPart> ReadBracketedName(char16_t kind);
+  [[nodiscard]] std::optional<ClassPart> ReadCharacterEscape(char16_t letter);
 
   std::u16string_view rest_;
 };

@@ -8,16 +8,17 @@ namespace {
 
 /// Characters passed, for classes without ranges beyond U+00FF.
 constexpr std::size_t kMostCharactersPassed = 200'000'000;
-/// What calling the watch costs by itself.
+/// The price of calling the watch.
 constexpr std::size_t kCall = 8;
 
-/// The engine searches the ranges of a class one after the other.
+/// The engine searches the ranges of a class one after the other: this many cost as much as one
+/// character more.
 constexpr std::size_t kRangesForOneMore = 4;
 
-/// And when it leaves a group it walks over the alternatives that are left.
+/// When the engine leaves a group it passes over the remaining alternatives.
 constexpr std::size_t kAlternativesForOneCharacter = 2;
 
-/// Two pieces of text are compared faster still.
+/// Characters that are compared at the price of one that is passed.
 constexpr std::size_t kComparedForOneCharacter = 8;
 
 }  // namespace
@@ -50,7 +51,7 @@ bool MatchWatch::MayGoOn(const MatchPlace& place) {
       passed += ahead + longestFixedRun_;
       break;
     case WatchPoint::kReference:
-      // What is longer than the rest of the text is not compared with it.
+      // The engine compares nothing if the captured text is longer than the rest of the text.
       if (place.capturedChars <= ahead) passed += place.capturedChars / kComparedForOneCharacter;
       break;
   }

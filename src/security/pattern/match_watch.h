@@ -6,28 +6,30 @@
 
 namespace Zq::Gantry::Security {
 
-/// Where a match stands at a watch point.
+/// The state of a match at a watch point. Lengths and positions are in 16-bit units.
 struct MatchPlace {
   WatchPoint point = WatchPoint::kMoved;
-  std::size_t position = 0;
-  std::size_t textLength = 0;
+  std::size_t position = 0;       ///< in the text, where the match has come to
+  std::size_t textLength = 0;     ///< of the whole text
   std::size_t capturedChars = 0;  ///< of the group that is referred to
 };
 
-/// Ends a match that takes too long. What the engine does between two back-tracking points grows
+/// Ends a match that takes too long. The work of the engine between two back-tracking points grows
 /// with the text, so limiting their number is not enough: the watch adds up the characters passed.
-/// They are counted, not timed: the same answer on every machine.
+/// They are counted, not timed, so the answer is the same on every machine. One watch for one
+/// match, on one thread.
 class MatchWatch {
  public:
   explicit MatchWatch(const Translation& translation);
 
-  /// Whether a text of so many characters can be looked at as a whole.
-  bool MayBegin(std::size_t characters) const;
-  /// Charges for what was done since the last watch point, and for what begins here.
-  bool MayGoOn(const MatchPlace& place);
+  /// Whether the budget is enough to pass a text of this length once.
+  [[nodiscard]] bool MayBegin(std::size_t characters) const;
+  /// Charges for the work since the last watch point and for the work that begins here. False if
+  /// the budget is not enough; the match must end then.
+  [[nodiscard]] bool MayGoOn(const MatchPlace& place);
 
  private:
-  std::size_t left_;
+  std::size_t left_;  ///< of the budget
   std::size_t pricePerCharacter_;
   std::size_t longestFixedRun_;
   std::size_t mostAlternatives_;

@@ -8,7 +8,6 @@
 #include <new>
 #include <string>
 
-#include "security/pattern/code_units.h"
 #include "security/pattern/match_watch.h"
 #include "security/pattern/translation.h"
 
@@ -38,7 +37,7 @@ using MatchContext = std::unique_ptr<pcre2_match_context_16, Release<pcre2_match
 using MatchData = std::unique_ptr<pcre2_match_data_16, Release<pcre2_match_data_free_16>>;
 using Code = std::unique_ptr<pcre2_code_16, Release<pcre2_code_free_16>>;
 
-/// The object that PCRE2 made. It makes none only where memory runs out.
+/// Owns the object that PCRE2 made. Null means that memory ran out.
 template <typename Owner>
 Owner Owned(typename Owner::pointer object) {
   if (object == nullptr) throw std::bad_alloc();
@@ -58,7 +57,7 @@ PCRE2_SPTR16 UnitsOf(const std::u16string& text) {
   return reinterpret_cast<PCRE2_SPTR16>(text.data());
 }
 
-/// Both ends of a group that did not match are the same value.
+/// 0 for a group that did not match: both of its ends have the same value.
 std::size_t CapturedChars(const pcre2_callout_block_16& block, std::size_t group) {
   if (group >= block.capture_top) return 0;
   return block.offset_vector[2 * group + 1] - block.offset_vector[2 * group];
@@ -73,17 +72,32 @@ int OnWatchPoint(pcre2_callout_block_16* block, void* watch) {
   return static_cast<MatchWatch*>(watch)->MayGoOn(place) ? 0 : PCRE2_ERROR_CALLOUT;
 }
 
-/// Each point is stacked up with the places of all groups.
+/// PCRE2 stores the places of all groups with each point.
 std::uint32_t MostBackTrackingPoints(std::size_t groups) {
   return static_cast<std::uint32_t>(kMostBackTrackingPoints / (1 + groups / 8));
 }
 
-/// The block of those points is doubled when it is full. From its first 20 KiB on that ends at 40
-/// MiB, so that the old and the new one together take 60. With many groups a block begins as ten
-/// points, whatever their size: twice 30 MiB at most.
+/// PCRE2 doubles the block of those points when it is full. It starts at 20 KiB and ends at 40 MiB,
+/// so that the old and the new block together take 60. With many groups it starts with ten points
+/// of any size: twice 30 MiB at most.
 std::uint32_t MostMatchKibibytes(std::size_t groups) { return (groups < 100 ? 40 : 30) * 1024; }
 
 }  // namespace
+
+std::u16string CodeUnits(std::wstring_view text) {
+  std::u16string units;
+  units.reserve(text.size());
+  for (const wchar_t character : text) {
+    const auto code = static_cast<std::uint32_t>(character);
+    if (code > 0xFFFF) {
+      units += static_cast<char16_t>(0xD800 + ((code - 0x10000) >> 10));
+      units += static_cast<char16_t>(0xDC00 + ((code - 0x10000) & 0x3FF));
+    } else {
+      units += static_cast<char16_t>(code);
+    }
+  }
+  return units;
+}
 
 struct Pattern::Compiled {
   Translation translation;

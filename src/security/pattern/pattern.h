@@ -3,31 +3,38 @@
 #include <cstddef>
 #include <memory>
 #include <optional>
+#include <string>
 #include <string_view>
 
 // Regular expressions in the default grammar (ECMAScript) of the standard library's, matched by
 // PCRE2 within limits of time and memory. docs/rules.md has the grammar's edges, the limits and
-// what was measured.
+// what was measured; docs/decisions/pattern.md says why.
 namespace Zq::Gantry::Security {
 
-/// Characters of an expression. What PCRE2 makes of it is limited too, to 64 Ki units.
+/// Characters of an expression. Its compiled form is limited too, to 64 Ki units.
 inline constexpr std::size_t kMostExpressionChars = 100'000;
 /// Groups inside groups: compiling takes stack for each.
 inline constexpr unsigned kDeepestGroups = 200;
 
-/// A valid expression, ready for matching. Any number of threads may match at once.
+/// The 16-bit units of a text, as Windows has them; they are the characters of expressions and
+/// texts. If `wchar_t` has four bytes, a character beyond 0xFFFF becomes two units. Lone surrogates
+/// and nulls are units like others.
+[[nodiscard]] std::u16string CodeUnits(std::wstring_view text);
+
+/// A valid expression, ready for matching. Any number of threads may match at once. Nothing is
+/// logged.
 class Pattern {
  public:
-  /// Nothing if the expression is not valid, or beyond the limits. Throws bad_alloc.
-  static std::optional<Pattern> TryCompile(std::wstring_view expression);
+  /// Absent if the expression is not valid or is beyond the limits. Throws bad_alloc.
+  [[nodiscard]] static std::optional<Pattern> TryCompile(std::wstring_view expression);
 
   Pattern(Pattern&&) noexcept;
   Pattern& operator=(Pattern&&) noexcept;
   ~Pattern();
 
-  /// Whether the whole text matches, by case. False too if the answer would take more time or
-  /// memory than the limits allow. Throws bad_alloc.
-  bool Matches(std::wstring_view text) const;
+  /// Whether the whole text matches, case-sensitively. Also false if the answer would take more
+  /// time or memory than the limits allow. Throws bad_alloc.
+  [[nodiscard]] bool Matches(std::wstring_view text) const;
 
  private:
   struct Compiled;

@@ -11,10 +11,10 @@ namespace Zq::Gantry::Security {
 
 namespace {
 
-/// Characters that a match may pass without a watch point: a few tenths of a microsecond.
+/// Characters that a match may pass without a watch point, which take some tenths of a microsecond.
 constexpr unsigned kLongestUnwatched = 64;
 
-/// Alternatives of a group that leaving it may walk over.
+/// Alternatives that a group may have without a watch point.
 constexpr std::size_t kMostUnwatchedAlternatives = 32;
 
 constexpr std::u16string_view kStartOfText = u"\\A";
@@ -36,7 +36,7 @@ std::u16string TextOf(WatchPoint point) {
   return u"(?C" + Digits(static_cast<std::size_t>(point)) + u")";
 }
 
-/// What "." matches: no line end.
+/// The characters that "." matches: all but the line ends.
 const CharacterSet& AnyOfALine() {
   static const CharacterSet set = [] {
     CharacterSet lineEnds;
@@ -51,14 +51,13 @@ std::size_t CountWideRanges(const CharacterSet& set) {
       std::ranges::count_if(set.Ranges(), [](auto range) { return range.last > 0xFF; }));
 }
 
-/// One pass over an expression, term by term. Every step is false where the expression is not
-/// valid.
+/// One pass over an expression, term by term. A step returns false if the expression is not valid.
 class Translator {
  public:
   explicit Translator(std::u16string_view expression) : reader_(expression) {}
 
   std::optional<Translation> Run() {
-    OpenGroup(GroupKind::kPlain);  // The whole.
+    OpenGroup(GroupKind::kPlain);  // the whole expression
     while (!reader_.IsAtEnd()) {
       if (!TranslateTerm(reader_.Take())) return std::nullopt;
     }
@@ -119,7 +118,7 @@ bool Translator::TranslateTerm(char16_t character) {
     case u'+':
     case u'?':
     case u'{':
-      return false;  // Nothing to repeat: each term reads its own quantifier, and has only one.
+      return false;  // nothing to repeat: each term has already read its one quantifier
     default:
       return AddCharacterItem(EscapedCharacter(character));
   }
@@ -147,7 +146,7 @@ bool Translator::TranslateSet(const std::optional<CharacterSet>& set) {
   return AddCharacterItem(ClassText(*set));
 }
 
-/// A group must be closed before it is referred to, as the standard libraries have it.
+/// A group must be closed before it is referred to, as in the standard libraries.
 bool Translator::TranslateReference(std::size_t group) {
   if (group > isClosed_.size() || !isClosed_[group - 1]) return false;
   if (group > kLastGroupToReferTo) return false;
@@ -198,7 +197,7 @@ bool Translator::ReadGroupEnd() {
   if (group.kind == GroupKind::kLookAhead && isRepeated) return false;
   const std::optional<Quantifier> quantifier = reader_.ReadQuantifier();
   if (!quantifier) return false;
-  // The rounds of a group follow each other, so each has a watch point.
+  // A repeated group may pass any number of characters, so each round has a watch point.
   if (isRepeated) AddWatchPoint(WatchPoint::kMoved);
   result_.expression += u")" + TextOf(*quantifier);
   return true;
@@ -228,7 +227,7 @@ bool Translator::AddCharacterItem(std::u16string_view item) {
   return true;
 }
 
-/// An assertion reads no quantifier, so that one after it has nothing to repeat.
+/// An assertion reads no quantifier, so that a quantifier after it is not valid.
 bool Translator::AddAssertion(std::u16string_view assertion) {
   result_.expression += assertion;
   return true;

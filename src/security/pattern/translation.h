@@ -7,33 +7,34 @@
 
 namespace Zq::Gantry::Security {
 
-/// What the watch over a match is called for. The numbers stand in the expression as callouts.
+/// Why the watch over a match is called. The translated expression has these numbers as callouts.
 enum class WatchPoint : unsigned {
-  kMoved = 0,              ///< the match has come to a place
+  kMoved = 0,              ///< the match has passed some characters
   kFixedRun = 1,           ///< a long repetition with a fixed part begins
   kChoice = 2,             ///< a group of many alternatives begins
   kRepeatedReference = 3,  ///< a repeated back-reference begins
-  kReference = 4,          ///< one to group 1 begins; the other groups' numbers follow
+  kReference = 4,          ///< a back-reference to group 1 begins; further groups have 5, 6, ...
 };
 
 /// Groups after this one cannot be referred to: callouts have numbers up to 255.
 inline constexpr std::size_t kLastGroupToReferTo = 250;
 
-/// An expression in the words of PCRE2.
+/// An expression in the syntax of PCRE2, and what the price of a match depends on.
 struct Translation {
   std::u16string expression;
-  std::size_t groups = 0;           ///< those that capture
-  std::size_t longestFixedRun = 0;  ///< the largest count that a repetition of one item begins with
-  std::size_t mostAlternatives = 0;  ///< of all groups
-  std::size_t mostWideRanges = 0;    ///< of all classes, those beyond U+00FF, which are searched
+  std::size_t groups = 0;            ///< number of capturing groups
+  std::size_t longestFixedRun = 0;   ///< largest lower bound of a repetition of one item
+  std::size_t mostAlternatives = 0;  ///< largest number of alternatives in one group
+  std::size_t mostWideRanges = 0;    ///< largest number of ranges beyond U+00FF in one class
 };
 
-/// The expression for PCRE2, or nothing if it is not valid in the default grammar (ECMAScript) of
-/// the standard's regular expressions. docs/rules.md has that grammar's edges. Takes time that the
-/// limit on its length bounds, and a stack that does not depend on the expression.
+/// Translates an expression for PCRE2. Absent if it is not valid in the default grammar
+/// (ECMAScript) of the standard's regular expressions, whose edges docs/rules.md lists, or has a
+/// count beyond 65,535, the largest of PCRE2. The time is bounded by the limit on the expression's
+/// length, and the use of stack does not depend on the expression. Throws bad_alloc.
 ///
-/// Between two watch points a match passes at most some hundred characters, apart from what can be
-/// worked out at the second one. Counts beyond 65,535 are not valid, since PCRE2 has none.
-std::optional<Translation> TranslateExpression(std::u16string_view expression);
+/// Between two watch points a match passes at most some hundred characters, apart from those that
+/// can be counted at the second one.
+[[nodiscard]] std::optional<Translation> TranslateExpression(std::u16string_view expression);
 
 }  // namespace Zq::Gantry::Security

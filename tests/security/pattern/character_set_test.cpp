@@ -6,8 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "security/pattern/class_names.h"
-#include "security/pattern/code_units.h"
+#include "security/pattern/pattern.h"
 
 namespace Zq::Gantry::Security {
 namespace {

@@ -6,7 +6,6 @@
 #include <cstdio>
 #include <string>
 
-#include "security/pattern/code_units.h"
 #include "security/pattern/pattern.h"
 #include "security/pattern/random_expressions.h"
 

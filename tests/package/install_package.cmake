@@ -33,9 +33,7 @@ set(wanted
   security/access/client_information.h
   security/access/client_manifest_criteria.h
   security/access/exemption_white_lists.h
-  security/access/gantry_access_exception.h
   security/access/manifest_exemption.h
-  security/access/matching_descriptor.h
   security/access/rpc_security_helper.h
   security/access/rule_validators.h
   security/access/tool_launch_table.h

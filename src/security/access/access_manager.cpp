@@ -11,13 +11,24 @@ constexpr char kNoUwpChecker[] =
 constexpr char kNoWin32Checker[] =
     "The Behavior was not defined. A call to SetWin32Checker must be done.";
 
-bool Ask(const std::shared_ptr<IClientWithNoZqManifestCheckCriteria>& checker,
-         const char* complaint) {
-  if (!checker) throw gantry_access_exception(complaint);
+bool QueryChecker(const std::shared_ptr<IClientWithNoZqManifestCheckCriteria>& checker,
+                  const char* message) {
+  if (!checker) throw gantry_access_exception(message);
   return checker->IsAnException();
 }
 
 }  // namespace
+
+gantry_access_exception::gantry_access_exception(const char* message) : std::logic_error(message) {}
+gantry_access_exception::gantry_access_exception(const gantry_access_exception& other) noexcept =
+    default;
+gantry_access_exception::gantry_access_exception(gantry_access_exception&& other) noexcept =
+    default;
+gantry_access_exception& gantry_access_exception::operator=(
+    const gantry_access_exception& other) noexcept = default;
+gantry_access_exception& gantry_access_exception::operator=(
+    gantry_access_exception&& other) noexcept = default;
+gantry_access_exception::~gantry_access_exception() = default;
 
 GantryAccessManager::GantryAccessManager()
     : uwpWhiteList_(std::make_shared<UwpWithNoZQManifestExemptionWhiteList>()) {}
@@ -35,8 +46,8 @@ void GantryAccessManager::SetWin32Checker(
   win32Checker_ = std::move(checker);
 }
 
-bool GantryAccessManager::IsUwpExempt() { return Ask(uwpChecker_, kNoUwpChecker); }
+bool GantryAccessManager::IsUwpExempt() { return QueryChecker(uwpChecker_, kNoUwpChecker); }
 
-bool GantryAccessManager::IsWin32Exempt() { return Ask(win32Checker_, kNoWin32Checker); }
+bool GantryAccessManager::IsWin32Exempt() { return QueryChecker(win32Checker_, kNoWin32Checker); }
 
 }  // namespace Zq::Gantry::Security

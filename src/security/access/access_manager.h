@@ -1,35 +1,54 @@
 #pragma once
 
 #include <memory>
+#include <stdexcept>
 
 #include "security/access/client_manifest_criteria.h"
 #include "security/access/exemption_white_lists.h"
-#include "security/access/gantry_access_exception.h"
 #include "wattleaf_export.h"
 
 namespace Zq::Gantry::Security {
 
-/// Says whether a client is exempt from having a signed manifest. For a call: fill the client's
-/// information, take the list with GetExemption, make the checker, install it here, ask. Copies
-/// share everything. No lock: setting and asking must not run beside each other on one manager.
+/// Thrown by a GantryAccessManager without the checker that a question needs; what() says which
+/// call is missing. The only exception type of this library that leaves it.
+class WATTLEAF_API gantry_access_exception : public std::logic_error {
+ public:
+  /// Copies the message. Copies of the exception do not throw.
+  explicit gantry_access_exception(const char* message);
+  gantry_access_exception(const gantry_access_exception& other) noexcept;
+  gantry_access_exception(gantry_access_exception&& other) noexcept;
+  gantry_access_exception& operator=(const gantry_access_exception& other) noexcept;
+  gantry_access_exception& operator=(gantry_access_exception&& other) noexcept;
+  ~gantry_access_exception() override;
+};
+
+/// Says whether a client is exempt from having a signed manifest. To use it: fill the client's
+/// information, copy the list with GetExemption, make a checker of both (manifest_exemption.h), set
+/// it here, and ask. Copies share checkers and list. Without a lock: on one manager, setting and
+/// asking must not happen on two threads at once.
 class WATTLEAF_API GantryAccessManager {
  public:
+  /// Without checkers.
   GantryAccessManager();
   GantryAccessManager(const GantryAccessManager& other);
   GantryAccessManager& operator=(const GantryAccessManager& other);
   ~GantryAccessManager();
 
-  /// Replaces the checker; an empty one takes it away.
+  /// Replaces the checker for Store applications; null removes it.
   void SetUwpChecker(std::shared_ptr<IClientWithNoZqManifestCheckCriteria> checker);
+  /// Replaces the checker for classic programs; null removes it.
   void SetWin32Checker(std::shared_ptr<IClientWithNoZqManifestCheckCriteria> checker);
 
-  /// The checker's answer. Throws gantry_access_exception where there is none.
-  bool IsUwpExempt();
-  bool IsWin32Exempt();
+  /// The answer of the checker for Store applications; exceptions from it propagate. Throws
+  /// gantry_access_exception without a checker.
+  [[nodiscard]] bool IsUwpExempt();
+  /// The same for classic programs.
+  [[nodiscard]] bool IsWin32Exempt();
 
  private:
+  // Four pointers, whose number and order are a contract with the host.
   std::shared_ptr<UwpWithNoZQManifestExemptionWhiteList> uwpWhiteList_;
-  std::shared_ptr<void> reserved_;  ///< stays empty; a place that the host's layout has
+  std::shared_ptr<void> reserved_;  ///< stays empty; the host's layout has this field
   std::shared_ptr<IClientWithNoZqManifestCheckCriteria> uwpChecker_;
   std::shared_ptr<IClientWithNoZqManifestCheckCriteria> win32Checker_;
 };

@@ -6,19 +6,21 @@
 #include "wattleaf_export.h"
 
 // A client of the host: a packaged Store application or a classic program. The same types describe
-// who is calling and which clients stand on a white list. Plain values; the order of the fields is
-// a contract with the host.
+// the caller and the clients on a white list (exemption_white_lists.h). Plain values without checks
+// of their own: an empty name is a value like any other. The order of the fields is a contract with
+// the host, and so are the exported copies and destructors.
 namespace Zq::Gantry::Server {
 
-/// Scoped, since the two kinds are also the names of namespaces.
+/// The kind of a client. Scoped, since the two kinds are also the names of namespaces.
 enum class ClientType : std::uint32_t {
   Uwp = 0,    ///< packaged Store application
   Win32 = 1,  ///< classic program
 };
 
-/// Only Major and Minor are ever compared.
+/// The four parts of a version. Only Major and Minor are compared.
 struct ClientVersion {
   ClientVersion() = default;
+  /// Build and Revision stay 0.
   ClientVersion(std::uint16_t major, std::uint16_t minor) : Major(major), Minor(minor) {}
 
   std::uint16_t Major = 0;
@@ -27,24 +29,29 @@ struct ClientVersion {
   std::uint16_t Revision = 0;
 };
 
+/// What both kinds of clients have in common. Without virtual functions: not to be deleted through
+/// a pointer to it.
 struct WATTLEAF_API IClientInformation {
-  /// Type 0, which reads as Uwp.
+  /// Type 0, which is Uwp.
   IClientInformation();
   explicit IClientInformation(ClientType type);
+  /// For the two kinds below, which set both.
   IClientInformation(ClientType type, std::wstring id);
   IClientInformation(const IClientInformation& other);
   IClientInformation& operator=(const IClientInformation& other);
   ~IClientInformation();
 
   ClientType Type = ClientType::Uwp;
-  /// What identifies the client: the family name of a Store application, the name of a classic
-  /// program.
+  /// Identifies the client: the family name of a Store application, the name of a classic program.
+  /// Copied, not compared.
   std::wstring Id;
 };
 
 namespace Uwp {
 
+/// A packaged Store application.
 struct WATTLEAF_API UwpInformation : IClientInformation {
+  /// Of type Uwp, with empty names and version 0.0.
   UwpInformation();
   /// `familyName` is also the Id.
   UwpInformation(std::wstring name, std::wstring familyName, std::uint16_t major,
@@ -54,9 +61,9 @@ struct WATTLEAF_API UwpInformation : IClientInformation {
   ~UwpInformation();
 
   std::wstring Name;        ///< package name without the publisher's part
-  std::wstring FamilyName;  ///< package family name; the one that is compared
+  std::wstring FamilyName;  ///< package family name; this is the name that is compared
   ClientVersion Version;
-  // For the host's own use; copied, never read here.
+  // For the host's own use: copied, not read here.
   std::wstring ExtraText1;
   std::wstring ExtraText2;
   std::uint32_t ExtraNumber = 0;
@@ -67,7 +74,9 @@ struct WATTLEAF_API UwpInformation : IClientInformation {
 
 namespace Win32 {
 
+/// A classic program.
 struct WATTLEAF_API Win32Information : IClientInformation {
+  /// Of type Win32, with empty names and version 0.0.
   Win32Information();
   /// `name` is also the Id.
   Win32Information(std::wstring name, std::uint16_t major, std::uint16_t minor);
@@ -77,8 +86,8 @@ struct WATTLEAF_API Win32Information : IClientInformation {
   Win32Information& operator=(const Win32Information& other);
   ~Win32Information();
 
-  std::wstring Name;    ///< name of the program; the one that is compared
-  std::wstring Detail;  ///< for the host's own use; copied, never read here
+  std::wstring Name;    ///< name of the program; this is the name that is compared
+  std::wstring Detail;  ///< for the host's own use: copied, not read here
   ClientVersion Version;
 };
 

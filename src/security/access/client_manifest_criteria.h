@@ -4,11 +4,14 @@
 
 namespace Zq::Gantry::Security {
 
-/// Who judges whether a client needs no manifest. The order of the virtual operations is a
-/// contract.
+/// Decides whether a client needs no signed manifest. A host may implement it and set it in a
+/// GantryAccessManager, which holds it in a shared_ptr and calls it on the thread that asks.
+/// manifest_exemption.h has the two implementations of this library. The order of the virtual
+/// functions, destructor first, is a contract.
 class WATTLEAF_API IClientWithNoZqManifestCheckCriteria {
  public:
   virtual ~IClientWithNoZqManifestCheckCriteria() = default;
+  /// Whether the client is exempt. May throw; the exception reaches the manager's caller.
   virtual bool IsAnException() = 0;
 };
 

@@ -1,5 +1,7 @@
 #include "security/access/exemption_white_lists.h"
 
+#include <utility>
+
 #include "security/access/row_walk.h"
 
 namespace Zq::Gantry::Security {
@@ -12,6 +14,31 @@ namespace {
 constexpr auto kUpTo = MatchingDescriptor::Operation::LessThanOrEqual;
 
 }  // namespace
+
+MatchingDescriptor::MatchingDescriptor() : Operation(Operation::LessThanOrEqual) {}
+MatchingDescriptor::MatchingDescriptor(const MatchingDescriptor& other) = default;
+MatchingDescriptor& MatchingDescriptor::operator=(const MatchingDescriptor& other) = default;
+MatchingDescriptor::~MatchingDescriptor() = default;
+
+UwpMatchingDescriptor::UwpMatchingDescriptor(Server::Uwp::UwpInformation information,
+                                             enum MatchingDescriptor::Operation operation)
+    : Information(std::move(information)) {
+  Operation = operation;
+}
+UwpMatchingDescriptor::UwpMatchingDescriptor(const UwpMatchingDescriptor& other) = default;
+UwpMatchingDescriptor& UwpMatchingDescriptor::operator=(const UwpMatchingDescriptor& other) =
+    default;
+UwpMatchingDescriptor::~UwpMatchingDescriptor() = default;
+
+Win32MatchingDescriptor::Win32MatchingDescriptor(Server::Win32::Win32Information information,
+                                                 enum MatchingDescriptor::Operation operation)
+    : Information(std::move(information)) {
+  Operation = operation;
+}
+Win32MatchingDescriptor::Win32MatchingDescriptor(const Win32MatchingDescriptor& other) = default;
+Win32MatchingDescriptor& Win32MatchingDescriptor::operator=(const Win32MatchingDescriptor& other) =
+    default;
+Win32MatchingDescriptor::~Win32MatchingDescriptor() = default;
 
 const std::vector<UwpMatchingDescriptor> UwpWithNoZQManifestExemptionWhiteList::_white_list = {
     {UwpInformation(L"C7E40B19.ZQLumenGuard", L"C7E40B19.ZQLumenGuard_q7m3xk2tdw9pa", 2, 0), kUpTo},

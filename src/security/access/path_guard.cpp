@@ -9,7 +9,7 @@ namespace {
 
 std::wstring_view UpToNull(std::wstring_view text) { return text.substr(0, text.find(L'\0')); }
 
-/// \w as the standard's expressions have it: letters and digits of the C library, and "_".
+/// \w as in the standard library's expressions: letters and digits of the C library, and "_".
 bool IsWordCharacter(wchar_t character) {
   return character == L'_' || std::iswalnum(static_cast<std::wint_t>(character)) != 0;
 }

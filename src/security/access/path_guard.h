@@ -2,21 +2,21 @@
 
 #include <string_view>
 
-// What no parameter may be: an absolute path that climbs. Both tests end at the first null
-// character. They answer as a search for the expression beside them (ECMAScript, `^` being the
-// start of the text only), but need neither stack nor more than linear time.
+// The guard against climbing paths: absolute paths with two points in a row. Both checks end at the
+// first null character. Each has the same answer as a search for the expression in its comment
+// (ECMAScript, with `^` as the start of the text only), in linear time and without recursion.
 namespace Zq::Gantry::Security {
 
 /// ^((?:[\w]\:|\\)|(http[s]?\:)|(\%[\(|\w|\)]+\%))+
 /// Begins with a drive letter and its colon, a backslash, a web scheme with its colon, or a
 /// variable between percent signs.
-bool HasPathShape(std::wstring_view text);
+[[nodiscard]] bool HasPathShape(std::wstring_view text);
 
 /// ((\/+)?\.\.(\/+)?)
-/// Holds two points in a row.
-bool HasTraversal(std::wstring_view text);
+/// Contains two points in a row.
+[[nodiscard]] bool HasTraversal(std::wstring_view text);
 
-/// Whether the path guard rejects the text: it has both.
-bool IsClimbingPath(std::wstring_view text);
+/// Whether the path guard refuses the text, which is if it has both.
+[[nodiscard]] bool IsClimbingPath(std::wstring_view text);
 
 }  // namespace Zq::Gantry::Security

@@ -15,8 +15,8 @@ namespace Zq::Gantry::Security {
 namespace {
 
 using Logging::LogManager;
-using Platform::QueryRpcClient;
 using Platform::DropInvalid;
+using Platform::QueryRpcClient;
 using Platform::RpcImpersonation;
 using Platform::UniqueHandle;
 using ProcessHandles = std::map<std::uint32_t, HANDLE>;
@@ -26,7 +26,7 @@ constexpr char kNoProcess[] = "OpenProcess yielded null or invalid handle";
 constexpr char kNoImpersonation[] = "Failed to impersonate client";
 constexpr char kNoName[] = "GetPackageFamilyName failed";
 
-/// The status of a failure that brings none of its own.
+/// The status of a failure that has none of its own.
 constexpr int kAccessDenied = ERROR_ACCESS_DENIED;
 
 static_assert(PROCESS_QUERY_LIMITED_INFORMATION == 0x1000 && kAccessDenied == 5 &&
@@ -36,7 +36,7 @@ void ThrowIfFailed(LONG status, const char* what) {
   if (status != 0) throw std::system_error(static_cast<int>(status), std::generic_category(), what);
 }
 
-/// What the host holds of a client whose process cannot be opened; empty if that is nothing.
+/// A copy of the host's handle to a client whose process cannot be opened; empty without one.
 UniqueHandle DuplicateKnown(const ProcessHandles& known, DWORD client) {
   UniqueHandle copy;
   const auto entry = known.find(client);
@@ -52,7 +52,7 @@ UniqueHandle DuplicateKnown(const ProcessHandles& known, DWORD client) {
 }
 
 UniqueHandle OpenClientProcess(const ProcessHandles& known) {
-  // Kept on purpose: a client that cannot be told the second time is the process 0 (test
+  // Kept on purpose: if the second query fails, the client is the process 0 (test
   // CallerIdentity.TakesAClientThatCannotBeToldTheSecondTimeForProcessZero).
   const DWORD client = QueryRpcClient().processId;
   UniqueHandle process(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, /*inherit=*/FALSE, client));
@@ -60,7 +60,7 @@ UniqueHandle OpenClientProcess(const ProcessHandles& known) {
   return process ? std::move(process) : DuplicateKnown(known, client);
 }
 
-/// Raises the status of a failure, and the plain integer 5 where the name cannot be had though its
+/// Throws the status of a failure, and the plain integer 5 if the name cannot be read although its
 /// length could.
 std::wstring ReadFamilyName(HANDLE process) {
   UINT32 chars = 0;
@@ -83,8 +83,8 @@ RpcSecurityHelper::RpcSecurityHelper() = default;
 RpcSecurityHelper::~RpcSecurityHelper() = default;
 
 std::wstring RpcSecurityHelper::GetPFNOfCaller() const {
-  // Ended in reverse, and after a failure was logged: the process is closed, then the thread is
-  // itself again. The process is opened as the service, the name is asked for as the client.
+  // Destroyed in reverse order, after a failure is logged: the process is closed, then the thread
+  // reverts. The process is opened as the service, its name is queried as the client.
   std::optional<RpcImpersonation> impersonation;
   UniqueHandle process;
   try {
@@ -100,7 +100,7 @@ std::wstring RpcSecurityHelper::GetPFNOfCaller() const {
     LogManager::GetLogger()->LogError(L"RpcSecurityHelper::GetPFNOfCaller - Caught error %ld",
                                       static_cast<long>(failure));
   } catch (...) {
-    // Only memory can fail without a status.
+    // Only lack of memory has no status.
     LogFailure("Unknown exception", ERROR_NOT_ENOUGH_MEMORY);
   }
   return {};

@@ -10,24 +10,27 @@
 
 namespace Zq::Gantry::Security {
 
-/// Who calls, and the names that the check of a client's manifest works with. Made for one question
-/// and given up at once. The order of the fields is a contract with that check.
+/// Identifies the caller of a remote procedure call, and has the names that the check of a client's
+/// manifest needs. Made for one question, on the thread that serves the call, and destroyed at
+/// once. The order of the fields is a contract with that check.
 class RpcSecurityHelper {
  public:
   WATTLEAF_API RpcSecurityHelper();
+  // Neither copied nor moved: the constants below are const members.
   RpcSecurityHelper(const RpcSecurityHelper&) = delete;
   RpcSecurityHelper& operator=(const RpcSecurityHelper&) = delete;
   /// Closes no handle of ClientProcessHandles.
   WATTLEAF_API ~RpcSecurityHelper();
 
-  /// The package family name of the process whose remote procedure call the calling thread serves,
-  /// without any zero character. Empty where it could not be established, which is to be treated as
-  /// a client without rights; the reason is logged once. A client that is no packaged application
-  /// has no name either. Acts as the client while it asks. Nothing is thrown.
-  WATTLEAF_API std::wstring GetPFNOfCaller() const;
+  /// The package family name of the process whose remote procedure call the calling thread serves
+  /// (GetPackageFamilyName), without any null character. Empty if it cannot be determined, which
+  /// includes a client outside of a package: treat such a client as one without rights. The reason
+  /// is logged once. The thread acts as the client during the query. Nothing is thrown.
+  [[nodiscard]] WATTLEAF_API std::wstring GetPFNOfCaller() const;
 
   /// The publisher id that ends the package family names of the product family.
   const wchar_t* const PublisherId = L"q7m3xk2tdw9pa";
+  // Names of the manifest, its signatures and the capability catalogs.
   const std::wstring ManifestName = L"ZQManifest";
   const std::wstring ManifestExtension = L".xml";
   const std::wstring CatalogExtension = L".cat";
@@ -36,14 +39,14 @@ class RpcSecurityHelper {
   const std::wstring CapabilityCatalogX64 = L"zqcustomcapcompx64.cat";
   const std::wstring CapabilityCatalogX86 = L"zqcustomcapcompx86.cat";
 
-  /// An HSTRING of the check's own, null if it has none; released with the object.
+  /// An HSTRING for the check's own use, null if there is none; released with the object.
   Platform::WinRt::UniqueHString ExtraPlatformText;
-  /// By process id, handles to known clients (HANDLE), which stay the host's. By them a client is
-  /// identified whose process cannot be opened; PROCESS_QUERY_LIMITED_INFORMATION is enough.
+  /// By process id, handles to known clients (HANDLE), which stay the host's. They identify a
+  /// client whose process cannot be opened; they need PROCESS_QUERY_LIMITED_INFORMATION only.
   std::map<std::uint32_t, void*> ClientProcessHandles;
-  std::shared_ptr<void> SharedPartOne;  ///< the check's own, like the next two
+  std::shared_ptr<void> SharedPartOne;  ///< for the check's own use, like the next two
   std::shared_ptr<void> SharedPartTwo;
-  std::wstring ExtraText;
+  std::wstring ExtraText;  ///< for the check's own use
 };
 
 }  // namespace Zq::Gantry::Security

@@ -1,10 +1,11 @@
 #include "security/access/rule_judges.h"
 
+#include <array>
+#include <charconv>
 #include <cmath>
 #include <limits>
 #include <stdexcept>
 
-#include "security/access/list_reader.h"
 #include "security/access/path_guard.h"
 #include "security/pattern/pattern.h"
 #include "security/trust/path_rules.h"
@@ -26,7 +27,7 @@ bool HasItem(std::wstring_view list, Fits fits,
   return false;
 }
 
-/// By the rules of stoi: white space before the number and text behind it do not matter.
+/// By the rules of stoi: white space before the number and text after it are ignored.
 std::optional<int> TryReadLimit(const LimitText& limitText, const wchar_t* name) {
   const std::optional<std::wstring> text = limitText(name);
   if (!text) return std::nullopt;
@@ -34,6 +35,12 @@ std::optional<int> TryReadLimit(const LimitText& limitText, const wchar_t* name)
 }
 
 }  // namespace
+
+std::wstring ShortestNumberText(double number) {
+  std::array<char, 32> text{};  // 24 characters at most: "-1.2345678901234567e-308"
+  const auto [end, error] = std::to_chars(text.data(), text.data() + text.size(), number);
+  return std::wstring(text.data(), end);
+}
 
 bool PassesRegex(const std::wstring& pattern, const std::wstring& value) {
   const std::optional<Pattern> compiled = Pattern::TryCompile(pattern);
@@ -47,7 +54,7 @@ bool IsContainedInList(std::wstring_view list, std::wstring_view value) {
 
 bool BeginsWithFromList(std::wstring_view list, std::wstring_view value) {
   if (IsClimbingPath(value)) return false;
-  // Kept on purpose: an empty item begins every value (test
+  // Kept on purpose: every value begins with an empty item (test
   // BeginsWithFromList.AnEmptyItemPassesEveryValueThatTheGuardLetsThrough).
   return HasItem(list, [value](std::wstring_view item) { return HasPrefix(value, item); });
 }
@@ -56,7 +63,7 @@ bool BeginsWithFromExpandedList(std::wstring_view list, const std::wstring& valu
                                 const PathExpansion& expand) {
   const std::wstring expanded = expand(value);
   if (IsClimbingPath(expanded)) return false;
-  // Kept on purpose: an item that cannot be expanded is empty and begins every value (test
+  // Kept on purpose: an item that cannot be expanded is empty, and every value begins with it (test
   // BeginsWithFromExpandedList.AnItemThatCannotBeExpandedPassesEveryValue).
   const auto fits = [&](std::wstring_view item) {
     return HasPrefix(expanded, expand(std::wstring(item)));
@@ -66,7 +73,7 @@ bool BeginsWithFromExpandedList(std::wstring_view list, const std::wstring& valu
 
 bool LiesInNumericRange(double number, const LimitText& limitText) try {
   if (std::isnan(number)) return false;
-  // Compared as it is: a number beyond 32 bits has no integer.
+  // Compared as a double, since a number beyond 32 bits has no integer.
   const double whole = std::trunc(number);
   const std::optional<int> least = TryReadLimit(limitText, L"min");
   if (least && whole < *least) return false;

@@ -5,17 +5,16 @@
 #include <string>
 
 #include "platform/winrt/calls.h"
-#include "security/access/boxed_value.h"
+#include "security/access/rule_inputs.h"
 #include "security/access/rule_judges.h"
-#include "security/access/rule_node.h"
 #include "security/trust/util_helper.h"
 
 namespace Zq::Gantry::Security {
 
 namespace {
 
-/// What `judge` answers; false where a call of the runtime failed, apart from one that ran out of
-/// memory.
+/// The result of `judge`; false if a call of the runtime failed. Throws bad_alloc if the call ran
+/// out of memory.
 template <typename Judge>
 bool Decide(Judge judge) {
   try {
@@ -26,7 +25,7 @@ bool Decide(Judge judge) {
   }
 }
 
-/// The way of all judges that read a text: the rule first, then the value.
+/// For all judges that read a text: the rule is read first, then the value.
 template <typename Judge, typename Reader>
 bool DecideOnText(const XmlNodeReference& node, const ValueReference& value, Reader read,
                   Judge judge) {
@@ -62,7 +61,7 @@ bool JudgeExpandedBeginning(const XmlNodeReference& node, const ValueReference& 
 
 bool JudgeNumericRange(const XmlNodeReference& node, const ValueReference& value) {
   if (!value) return false;
-  // Kept on purpose: this judge alone takes a missing rule for one without limits (test
+  // Kept on purpose: this judge alone takes a null node for a rule without limits (test
   // NumericRangeRule.ANullNodePassesEveryValueThatIsThere).
   if (!node) return true;
   return Decide([&] {

@@ -12,27 +12,29 @@
 #include "wattleaf_export.h"
 
 // The rules by which a host judges the parameters of a request. A rule is a kind and a node of an
-// XML document with the kind's data; the document is the host's.
+// XML document with the kind's data; the document is the host's. docs/rules.md describes the kinds
+// and the limits.
 namespace Zq::Gantry::Security {
 
+/// The node of a rule.
 using XmlNodeReference = RuntimeReference<Platform::WinRt::IXmlNode>;
 /// A boxed value: a string, a number of 64 bits or a truth value.
 using ValueReference = RuntimeReference<IInspectable>;
 
-/// Whether the value passes the rule. A value of another type, a node that refuses to be read and a
-/// pattern that does not compile are no passes. Nothing is logged, apart from the lines of the
-/// expansion of paths. Raises bad_alloc, and out_of_range for a limit beyond 32 bits. From any
-/// thread.
+/// Whether the value passes the rule. False for a value of another type, for a node that cannot be
+/// read and for a pattern that is not valid. Nothing is logged but the lines of path expansion.
+/// Throws bad_alloc, and out_of_range for a limit beyond 32 bits. From any thread.
 using RuleJudge = bool (*)(const XmlNodeReference& node, const ValueReference& value);
 
-/// The judge of each kind, by plain character value of its name. A list is the node's inner text,
-/// cut at each comma. Where not told otherwise, no null value passes, and no null node.
+/// The judge of each kind, by the name of the kind, whose case matters. A list is the node's inner
+/// text, cut at each comma. A null value or node does not pass, except as stated here. Built while
+/// the library loads, never changed.
 ///   "regex"                                inner text: an expression; the string matches it whole
 ///   "contained_in_list"                    a list; the string, number or truth value is an item
 ///   "begins_with_from_list"                a list; the string begins with an item, in any case
 ///   "begins_with_from_list_with_env_vars"  the same after the expansion of both as paths
 ///   "numeric_range"                        attributes "min", "max"; a null node has neither
-///   "none"                                 everything passes
+///   "none"                                 everything passes, null included
 extern WATTLEAF_API const std::map<RuntimeText, RuleJudge> RuleValidators;
 
 }  // namespace Zq::Gantry::Security

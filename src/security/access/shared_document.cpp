@@ -13,11 +13,11 @@ UniqueInterface<IXmlDocument> TryMakeXmlDocument() noexcept try {
   const auto object = FetchObject(*factory.get(), &IActivationFactory::ActivateInstance);
   return FetchInterface<IXmlDocument>(*object.get());
 } catch (...) {
-  // The library is loaded all the same.
+  // The library is loaded without the document.
   return {};
 }
 
-// Runs under the loader's lock: it waits for no thread, joins no apartment and lets nothing out.
+// Runs under the loader's lock: it waits for no thread, joins no apartment and throws nothing.
 const UniqueInterface<IXmlDocument> SharedXmlDocument = TryMakeXmlDocument();
 
 }  // namespace Zq::Gantry::Security

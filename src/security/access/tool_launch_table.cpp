@@ -1,6 +1,6 @@
 #include "security/access/tool_launch_table.h"
 
-#include "security/access/tool_arguments.h"
+#include "security/access/tool_launch.h"
 
 namespace Zq::Gantry::Security {
 

@@ -7,22 +7,25 @@
 
 #include "wattleaf_export.h"
 
-// The system tools that clients may start. Built while the library loads, never changed.
+// The system tools that clients may start. Built while the library loads, never changed, and read
+// from any thread afterwards.
 namespace Zq::Gantry::Security {
 
-/// Under which conditions a tool may be started.
+/// The conditions under which a tool may be started.
 struct ToolLaunchRule {
-  /// Package family names that may start the tool; none means that the caller is not tested.
+  /// Package family names of the callers that may start the tool; if empty, every caller may.
   std::vector<std::wstring> AllowedFamilies;
-  /// Whether the row holds also for a caller that asks for the restricted mode.
+  /// Whether the tool may also be started if the caller asks for the restricted mode.
   bool AllowWhenRestricted = false;
-  /// Judges the tool's command line; may be empty.
+  /// Judges the tool's command line, without the tool's name; may be empty. It may read files and
+  /// block meanwhile.
   std::function<bool(std::wstring)> ArgumentCheck;
 };
 
-/// By the program's path with its variable unexpanded, ordered by plain character value.
+/// By the program's path with its variable unexpanded, ordered by character value.
 using ToolLaunchRules = std::map<std::wstring, ToolLaunchRule>;
 
+/// Six tools below %windir%\System32, each for one package family.
 extern WATTLEAF_API const ToolLaunchRules ToolLaunchTable;
 
 }  // namespace Zq::Gantry::Security

@@ -1,10 +1,11 @@
+#include "security/facade/zq_authenticode_facade.h"
+
 #include <exception>
 #include <utility>
 
 #include "logging/trace_logger.h"
 #include "security/access/rpc_security_helper.h"
 #include "security/access/tool_launch.h"
-#include "security/facade/zq_authenticode_facade.h"
 #include "security/trust/signer_tables.h"
 #include "security/trust/trusted_keys.h"
 #include "security/trust/zq_authenticode_helper.h"
@@ -24,8 +25,8 @@ bool IsSignedByDropbox(const wchar_t* path) {
     LogManager::GetLogger()->LogError(L"Dropbox file is not trusted by windows.");
     return false;
   }
-  // The system's yes is never the answer alone, and nothing is allocated between the two: a failure
-  // there must not leave that yes behind.
+  // The system's yes alone is never the answer, and nothing is allocated between the two checks, so
+  // that no failure there can leave that yes as the result.
   return Helper::SubjectsMatch(std::move(signatures), std::move(wanted));
 }
 

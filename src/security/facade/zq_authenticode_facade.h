@@ -4,9 +4,10 @@
 
 namespace Zq::Gantry::Security {
 
-/// The trust questions that others may ask. Seven operations and nothing else stand in the table of
-/// virtual operations, in this order, which is a contract: so there is no virtual destructor, and
-/// nobody destroys an object through this class. Paths are wide C strings, null among them.
+/// The trust questions that other programs may ask. The table of virtual functions has these seven
+/// operations and nothing else, in this order, which is a contract: so there is no virtual
+/// destructor, and an object cannot be destroyed through this class. Paths are wide C strings and
+/// may be null. ZQAuthenticodeFacade describes the operations.
 class WATTLEAF_API ZQAuthenticodeFacadeBase {
  public:
   virtual bool IsServiceFileTrusted(const wchar_t* path) = 0;
@@ -22,30 +23,33 @@ class WATTLEAF_API ZQAuthenticodeFacadeBase {
   ~ZQAuthenticodeFacadeBase() = default;
 };
 
-/// Pairs questions about signatures with the question whether the place is allowed (IsPathAllowed).
-/// Without data: made where it is needed. Every operation may be called on any thread; a failed
-/// call of the system is a no.
+/// Combines questions about signatures with the question whether the place is allowed
+/// (IsPathAllowed). Without data: make one where it is needed. Every operation may be called on any
+/// thread and blocks until the system answers. A failed call of the system means no; exceptions,
+/// bad_alloc among them, propagate unless stated otherwise.
 class WATTLEAF_API ZQAuthenticodeFacade : public ZQAuthenticodeFacadeBase {
  public:
   /// Accepted by the system, signed with a key of the service's list, and in an allowed place.
   bool IsServiceFileTrusted(const wchar_t* path) override;
-  /// The same with the extended list.
+  /// The same with the keys of the extended list.
   bool IsExtendedFileTrusted(const wchar_t* path) override;
-  /// An embedded signature that the system accepts, one of that signer's common name, and in an
-  /// allowed place. The two signatures need not be the same. Logs how it went.
+  /// An embedded signature that the system accepts, one with that signer's common name, and in an
+  /// allowed place. The two signatures need not be the same. Logs the start and each failure; a
+  /// standard exception while the signatures are read is logged and means no.
   bool IsDropboxFileTrusted(const wchar_t* path) override;
-  /// Accepted by the system, whoever signed it, and in an allowed place.
+  /// Accepted by the system, with any signer, and in an allowed place.
   bool IsWindowsTrustedFileAllowed(const wchar_t* path) override;
-  /// Whether two files bear signatures of one readable key, trusted or not, wherever they lie.
+  /// Whether two files have signatures with the same readable key, trusted or not, in any place.
+  /// False if a path is null.
   bool HaveSameSigningKey(const wchar_t* firstPath, const wchar_t* secondPath) override;
   /// Whether the path lies below the Windows folder or a Program Files folder, or below a folder
   /// "WindowsApps" at a drive's root whose access list gives full control to TrustedInstaller and
   /// SYSTEM. That is no promise that ordinary users cannot write there: some places below the
-  /// Windows folder are open to them ("C:\Windows\Temp"), the list of a "WindowsApps" folder may
-  /// let in others too, on a removable drive or a share it is whatever came with it, and a root
-  /// whose variable cannot be expanded allows every path. On a thread that serves a remote
-  /// procedure call the client's variables say where the roots are, and every path is allowed where
-  /// the client's process cannot be opened.
+  /// Windows folder are open to them ("C:\Windows\Temp"); the list of a "WindowsApps" folder may
+  /// let in others too, and on a removable drive or a share it may be any list; and a root whose
+  /// variable cannot be expanded allows every path. On a thread that serves a remote procedure call
+  /// the roots are those of the client's variables, and every path is allowed if the client's
+  /// process cannot be opened.
   bool IsPathAllowed(const wchar_t* path) override;
   /// Whether the client of the remote procedure call that this thread serves may start a tool of
   /// the system with these arguments. Paths are expanded with the client's variables.

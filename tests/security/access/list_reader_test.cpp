@@ -1,4 +1,4 @@
-#include "security/access/list_reader.h"
+#include "security/access/rule_judges.h"
 
 #include <gmock/gmock.h>
 

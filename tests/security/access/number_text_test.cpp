@@ -1,4 +1,4 @@
-#include "security/access/number_text.h"
+#include "security/access/rule_judges.h"
 
 #include <gtest/gtest.h>
 

@@ -14,8 +14,8 @@
 
 #include "import_patch.h"
 #include "platform/winrt/calls.h"
-#include "security/access/boxed_value.h"
 #include "security/access/fake_rules.h"
+#include "security/access/rule_inputs.h"
 #include "security/trust/fake_path_calls.h"
 #include "support/log_capture.h"
 #include "support/runtime_text_ledger.h"
@@ -362,7 +362,7 @@ TEST_F(ContainedInListRule, RefusesEveryOtherType) {
 TEST_F(ContainedInListRule, TakesEveryOtherTypeForAnInvalidArgument) {
   const ValueReference value = BoxInt32(calls);
   try {
-    ReadBoxedText(*value);
+    static_cast<void>(ReadBoxedText(*value));
     FAIL() << "nothing was raised";
   } catch (const Platform::WinRt::CallFailure& failure) {
     EXPECT_EQ(static_cast<std::uint32_t>(failure.Result()), 0x80070057U);

@@ -1,4 +1,4 @@
-#include "security/access/tool_arguments.h"
+#include "security/access/tool_launch.h"
 
 #include <windows.h>
 

@@ -9,7 +9,6 @@
 #include <type_traits>
 
 #include "security/access/judged_files.h"
-#include "security/access/tool_arguments.h"
 #include "support/temp_folder.h"
 
 namespace Zq::Gantry::Security {

@@ -245,7 +245,7 @@ TEST(NullChecker, EmptiesTheList) {
   const LogCapture log;
   const int value = 1;
   std::vector<UtilHelper::NamedArgument> arguments{{nullptr, "first"}, {&value, "second"}};
-  UtilHelper::NullChecker(arguments, L"");
+  static_cast<void>(UtilHelper::NullChecker(arguments, L""));
   EXPECT_THAT(arguments, IsEmpty());
 }
 

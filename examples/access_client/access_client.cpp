@@ -120,10 +120,10 @@ bool PrintProblem(const char* what, const std::function<void()>& question) {
 
 bool AskWithoutChecker() {
   Security::GantryAccessManager manager;
-  const bool store =
-      PrintProblem("without a checker for store clients", [&] { manager.IsUwpExempt(); });
-  const bool program =
-      PrintProblem("without a checker for programs", [&] { manager.IsWin32Exempt(); });
+  const bool store = PrintProblem("without a checker for store clients",
+                                  [&] { static_cast<void>(manager.IsUwpExempt()); });
+  const bool program = PrintProblem("without a checker for programs",
+                                    [&] { static_cast<void>(manager.IsWin32Exempt()); });
   return store && program;
 }
 

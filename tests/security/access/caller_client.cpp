@@ -1,31 +1,44 @@
-// The client of the tests' local procedure call: calls once and ends with what the call gave.
+// The client of the tests' local procedure call: calls once, and its exit status is the result.
 //   caller_client ENDPOINT
 
 #include "caller_probe.h"
+#include "platform/win32/unique_resource.h"
 #include "rpc_memory.h"
 
 namespace {
+
+using Zq::Gantry::Platform::UniqueResource;
 
 constexpr int kNoServer = 100;
 
 wchar_t kProtocol[] = L"ncalrpc";
 
+struct RpcTextPolicy {
+  using Type = RPC_WSTR;
+  static Type Empty() { return nullptr; }
+  static void Release(Type text) { RpcStringFreeW(&text); }
+};
+
+struct RpcBindingPolicy {
+  using Type = RPC_BINDING_HANDLE;
+  static Type Empty() { return nullptr; }
+  static void Release(Type binding) { RpcBindingFree(&binding); }
+};
+
 }  // namespace
 
 int wmain(int count, wchar_t** arguments) {
   if (count != 2) return kNoServer;
-  RPC_WSTR text = nullptr;
-  RPC_BINDING_HANDLE binding = nullptr;
+  UniqueResource<RpcTextPolicy> text;
+  UniqueResource<RpcBindingPolicy> binding;
   const auto characters = [](wchar_t* from) { return reinterpret_cast<RPC_WSTR>(from); };
   if (RpcStringBindingComposeW(/*object=*/nullptr, characters(kProtocol), /*address=*/nullptr,
-                               characters(arguments[1]), /*options=*/nullptr, &text) != RPC_S_OK ||
-      RpcBindingFromStringBindingW(text, &binding) != RPC_S_OK) {
+                               characters(arguments[1]), /*options=*/nullptr,
+                               text.out()) != RPC_S_OK ||
+      RpcBindingFromStringBindingW(text.get(), binding.out()) != RPC_S_OK) {
     return kNoServer;
   }
-  RpcStringFreeW(&text);
-  // A call to nobody would end this process with an exception.
-  if (RpcMgmtIsServerListening(binding) != RPC_S_OK) return kNoServer;
-  const long answer = ServeCall(binding);
-  RpcBindingFree(&binding);
-  return static_cast<int>(answer);
+  // A call without a server would end this process with an exception.
+  if (RpcMgmtIsServerListening(binding.get()) != RPC_S_OK) return kNoServer;
+  return static_cast<int>(ServeCall(binding.get()));
 }

@@ -75,8 +75,8 @@ TEST(PatternLimit, PassingTooManyCharactersEndsTheMatch) {
 }
 
 TEST(PatternLimit, PassedCharactersIncludeThoseThatReferencesCompare) {
-  // Each length up to half the text is compared, for an eighth of a character each: a 64th of the
-  // square of the length.
+  // Each length up to half the text is compared, and a compared character costs an eighth: together
+  // a 64th of the square of the length.
   EXPECT_TRUE(Matches(L"(a.*)\\1x|ab*", L"a" + std::wstring(100'000, L'b')));
   EXPECT_FALSE(Matches(L"(a.*)\\1x|ab*", L"a" + std::wstring(120'000, L'b')));
 }

@@ -49,7 +49,7 @@ TEST_F(CalculateFileHash, ReturnsTheBytesAndUpperCaseHexadecimal) {
 }
 
 TEST_F(CalculateFileHash, OpensForReadingWithFullSharingAndClosesTheFile) {
-  (void)HashWithOwnContext();
+  static_cast<void>(HashWithOwnContext());
   ASSERT_EQ(watch_.opens.size(), 1u);
   const FileOpenWatch::Open& open = watch_.opens.front();
   EXPECT_EQ(open.path, path_);
@@ -63,14 +63,14 @@ TEST_F(CalculateFileHash, OpensForReadingWithFullSharingAndClosesTheFile) {
 }
 
 TEST_F(CalculateFileHash, ReleasesItsOwnContextAfterASuccess) {
-  (void)HashWithOwnContext();
+  static_cast<void>(HashWithOwnContext());
   EXPECT_EQ(catalogs_.calls,
             (std::vector<std::string>{"acquire", "hash size", "hash", "release context"}));
 }
 
 TEST_F(CalculateFileHash, DoesNotReleaseItsOwnContextAfterAFailure) {
   catalogs_.failHash = true;
-  (void)HashWithOwnContext();
+  static_cast<void>(HashWithOwnContext());
   EXPECT_EQ(catalogs_.Count("release context"), 0);
   EXPECT_EQ(catalogs_.openContexts, 1);
   EXPECT_EQ(watch_.closed, 1) << "the file must be closed after a failure too";

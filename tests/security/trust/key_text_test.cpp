@@ -41,9 +41,9 @@ TEST(TrimText, KeepsASingleCharacter) {
 }
 
 TEST(TrimText, ThrowsOutOfRangeForAnEmptyText) {
-  EXPECT_THROW((void)Helper::TrimText("", kBlanks), std::out_of_range);
+  EXPECT_THROW(static_cast<void>(Helper::TrimText("", kBlanks)), std::out_of_range);
 }
 
 TEST(TrimText, ThrowsOutOfRangeWhenNothingRemains) {
-  EXPECT_THROW((void)Helper::TrimText(" \t\r\n", kBlanks), std::out_of_range);
+  EXPECT_THROW(static_cast<void>(Helper::TrimText(" \t\r\n", kBlanks)), std::out_of_range);
 }

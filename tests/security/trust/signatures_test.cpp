@@ -19,6 +19,25 @@ namespace {
 
 const wchar_t* const kPath = L"C:\\folder\\file.dll";
 
+/// A file that one catalog lists, with the fakes that find its signatures.
+struct ListedFile {
+  ListedFile() {
+    WriteWholeFile(path, "content");
+    catalogs.catalogs = {L"C:\\catalogs\\first.cat"};
+  }
+
+  /// Adds the calls of both fakes to `record`.
+  void RecordIn(CallRecord& record) {
+    trust.record = &record;
+    catalogs.record = &record;
+  }
+
+  TempFolder folder;
+  std::wstring path = folder.File(L"listed.exe");
+  FakeTrust trust;
+  FakeCatalogs catalogs;
+};
+
 std::vector<DWORD> IndexesOf(const std::vector<TrustCall>& calls) {
   std::vector<DWORD> indexes;
   for (const TrustCall& call : calls) indexes.push_back(call.index);
@@ -43,7 +62,7 @@ TEST(GetSignatures, ReturnsNothingForANullPathWithoutASystemCall) {
 TEST(GetSignatures, VerifiesAnEmbeddedSignatureAsWindowsDocumentsIt) {
   FakeTrust trust;
   trust.embedded = {Signature(0, 1)};
-  (void)Helper::GetSignatures(kPath, false);
+  static_cast<void>(Helper::GetSignatures(kPath, false));
 
   ASSERT_EQ(trust.calls.size(), 2u);
   const TrustCall& call = trust.calls[0];
@@ -66,7 +85,7 @@ TEST(GetSignatures, VerifiesAnEmbeddedSignatureAsWindowsDocumentsIt) {
 TEST(GetSignatures, PassesSignatureSettingsToEachCall) {
   FakeTrust trust;
   trust.embedded = {Signature(0, 1), Signature(0, 2)};
-  (void)Helper::GetSignatures(kPath, false);
+  static_cast<void>(Helper::GetSignatures(kPath, false));
   for (const TrustCall& call : trust.calls) {
     EXPECT_EQ(call.settingsSize, 32u);
     EXPECT_EQ(call.flags, 3u);
@@ -84,7 +103,7 @@ TEST(GetSignatures, VisitsThePrimaryAndAllNestedSignatures) {
 TEST(GetSignatures, ClosesEachStateBeforeTheNextVerification) {
   FakeTrust trust;
   trust.embedded = {Signature(0, 1), Signature(kBadDigestVerdict, 2), Signature(0, 3)};
-  (void)Helper::GetSignatures(kPath, false);
+  static_cast<void>(Helper::GetSignatures(kPath, false));
 
   ASSERT_EQ(trust.calls.size(), 6u);
   for (std::size_t i = 0; i < 6; i += 2) {
@@ -100,7 +119,7 @@ TEST(GetSignatures, ClosesTheStateWhenReadingTheSignerThrows) {
   FakeTrust trust;
   trust.embedded = {Signature(0, 1)};
   trust.embedded[0].key.clear();
-  EXPECT_THROW((void)Helper::GetSignatures(kPath, false), std::out_of_range);
+  EXPECT_THROW(static_cast<void>(Helper::GetSignatures(kPath, false)), std::out_of_range);
   EXPECT_EQ(trust.CloseCalls().size(), 1u);
   EXPECT_EQ(trust.openStates, 0);
 }
@@ -127,7 +146,7 @@ TEST(GetSignatures, StopsAtTheCountOfTheLastVerification) {
   FakeTrust trust;
   trust.embedded = {Signature(0, 1)};
   trust.secondaryCounts = std::vector<DWORD>{5, 5, 2};
-  (void)Helper::GetSignatures(kPath, false);
+  static_cast<void>(Helper::GetSignatures(kPath, false));
   EXPECT_EQ(IndexesOf(trust.VerifyCalls()), (std::vector<DWORD>{0, 1, 2}));
 }
 
@@ -135,7 +154,7 @@ TEST(GetSignatures, KeepsTheCountWhenALaterVerificationWritesNone) {
   FakeTrust trust;
   trust.embedded = {Signature(0, 1)};
   trust.secondaryCounts = std::vector<DWORD>{2};
-  (void)Helper::GetSignatures(kPath, false);
+  static_cast<void>(Helper::GetSignatures(kPath, false));
   EXPECT_EQ(IndexesOf(trust.VerifyCalls()), (std::vector<DWORD>{0, 1, 2}));
 }
 
@@ -143,14 +162,14 @@ TEST(GetSignatures, ReadsTheCountBeforeTheStateIsClosed) {
   // The fake close overwrites the settings: a count that is read after it would give 64 visits.
   FakeTrust trust;
   trust.embedded = {Signature(0, 1), Signature(kBadDigestVerdict, 2), Signature(0, 3)};
-  (void)Helper::GetSignatures(kPath, false);
+  static_cast<void>(Helper::GetSignatures(kPath, false));
   EXPECT_EQ(IndexesOf(trust.VerifyCalls()), (std::vector<DWORD>{0, 1, 2}));
 }
 
 TEST(GetSignatures, RestoresTheSettingsThatACloseOverwrote) {
   FakeTrust trust;
   trust.embedded = {Signature(0, 1), Signature(0, 2), Signature(0, 3)};
-  (void)Helper::GetSignatures(kPath, false);
+  static_cast<void>(Helper::GetSignatures(kPath, false));
   ASSERT_EQ(trust.VerifyCalls().size(), 3u);
   for (const TrustCall& call : trust.VerifyCalls()) {
     EXPECT_EQ(call.settingsSize, 32u);
@@ -177,25 +196,21 @@ TEST(GetSignatures, VerifiesOnceForAnUnsignedFile) {
 }
 
 TEST(GetSignatures, VerifiesEachSignatureOfACatalog) {
-  const TempFolder folder;
-  const std::wstring path = folder.File(L"listed.exe");
-  WriteWholeFile(path, "content");
-  FakeTrust trust;
-  trust.byCatalog = {Signature(0, 1), Signature(kUntrustedRootVerdict, 2)};
-  FakeCatalogs catalogs;
-  catalogs.catalogs = {L"C:\\catalogs\\first.cat", L"C:\\catalogs\\second.cat"};
+  ListedFile file;
+  file.trust.byCatalog = {Signature(0, 1), Signature(kUntrustedRootVerdict, 2)};
+  file.catalogs.catalogs = {L"C:\\catalogs\\first.cat", L"C:\\catalogs\\second.cat"};
 
-  const SignatureList signatures = Helper::GetSignatures(path.c_str(), true);
+  const SignatureList signatures = Helper::GetSignatures(file.path.c_str(), true);
 
   EXPECT_EQ(KeysOf(signatures), (std::vector<std::string>{"30 01", "30 02"}));
-  ASSERT_EQ(trust.calls.size(), 4u);
-  for (const TrustCall& call : trust.calls) {
+  ASSERT_EQ(file.trust.calls.size(), 4u);
+  for (const TrustCall& call : file.trust.calls) {
     EXPECT_EQ(call.dataSize, 88u);
     EXPECT_EQ(call.choice, 2u);
     EXPECT_EQ(call.settingsSize, 32u);
     EXPECT_EQ(call.flags, 3u);
     EXPECT_EQ(call.catalogPath, L"C:\\catalogs\\first.cat");
-    EXPECT_EQ(call.memberPath, path);
+    EXPECT_EQ(call.memberPath, file.path);
   }
 }
 
@@ -206,7 +221,7 @@ TEST(GetSignatures, ReadsSubjectThenIssuerBetweenVerificationAndClose) {
   trust.record = &record;
   trust.embedded = {Signature(0, 1), Signature(kBadDigestVerdict, 2),
                     Signature(kUntrustedRootVerdict, 3)};
-  (void)Helper::GetSignatures(kPath, false);
+  static_cast<void>(Helper::GetSignatures(kPath, false));
   EXPECT_EQ(record.Lines(), (std::vector<std::string>{
                                 "verify embedded 0", "provider", "signer", "certificate", "subject",
                                 "issuer", "log info: Subject = CN=Signer", "close",  //
@@ -216,17 +231,11 @@ TEST(GetSignatures, ReadsSubjectThenIssuerBetweenVerificationAndClose) {
 }
 
 TEST(GetSignatures, HashesThenFindsTheCatalogThenVerifiesThenReleasesItsContext) {
-  const TempFolder folder;
-  const std::wstring path = folder.File(L"listed.exe");
-  WriteWholeFile(path, "content");
   CallRecord record;
-  FakeTrust trust;
-  trust.record = &record;
-  trust.byCatalog = {Signature(0, 1), Signature(kBadDigestVerdict, 2)};
-  FakeCatalogs catalogs;
-  catalogs.record = &record;
-  catalogs.catalogs = {L"C:\\catalogs\\first.cat"};
-  (void)Helper::GetSignatures(path.c_str(), true);
+  ListedFile file;
+  file.RecordIn(record);
+  file.trust.byCatalog = {Signature(0, 1), Signature(kBadDigestVerdict, 2)};
+  static_cast<void>(Helper::GetSignatures(file.path.c_str(), true));
   EXPECT_EQ(record.Lines(),
             (std::vector<std::string>{"acquire", "hash size", "hash", "enum", "info",
                                       "release catalog", "verify catalog 0", "provider", "signer",
@@ -235,65 +244,47 @@ TEST(GetSignatures, HashesThenFindsTheCatalogThenVerifiesThenReleasesItsContext)
 }
 
 TEST(GetAllSignatures, ReleasesTheCatalogContextBeforeVerifyingEmbeddedSignatures) {
-  const TempFolder folder;
-  const std::wstring path = folder.File(L"listed.exe");
-  WriteWholeFile(path, "content");
   CallRecord record;
-  FakeTrust trust;
-  trust.record = &record;
-  trust.byCatalog = {Signature(0, 1)};
-  trust.embedded = {Signature(0, 2)};
-  FakeCatalogs catalogs;
-  catalogs.record = &record;
-  catalogs.catalogs = {L"C:\\catalogs\\first.cat"};
-  (void)Helper::GetAllSignatures(path.c_str());
+  ListedFile file;
+  file.RecordIn(record);
+  file.trust.byCatalog = {Signature(0, 1)};
+  file.trust.embedded = {Signature(0, 2)};
+  static_cast<void>(Helper::GetAllSignatures(file.path.c_str()));
   EXPECT_EQ(record.LinesOf({"acquire", "verify", "close", "release context"}),
             (std::vector<std::string>{"acquire", "verify catalog 0", "close", "release context",
                                       "verify embedded 0", "close"}));
 }
 
 TEST(GetSignatures, ReleasesTheCatalogContextAfterTheLastVerification) {
-  const TempFolder folder;
-  const std::wstring path = folder.File(L"listed.exe");
-  WriteWholeFile(path, "content");
-  FakeTrust trust;
-  trust.byCatalog = {Signature(0, 1)};
-  FakeCatalogs catalogs;
-  catalogs.catalogs = {L"C:\\catalogs\\first.cat"};
+  ListedFile file;
+  file.trust.byCatalog = {Signature(0, 1)};
 
-  (void)Helper::GetSignatures(path.c_str(), true);
-  EXPECT_EQ(catalogs.calls.back(), "release context");
-  EXPECT_EQ(catalogs.openContexts, 0);
-  EXPECT_EQ(catalogs.openCatalogs, 0);
+  static_cast<void>(Helper::GetSignatures(file.path.c_str(), true));
+  EXPECT_EQ(file.catalogs.calls.back(), "release context");
+  EXPECT_EQ(file.catalogs.openContexts, 0);
+  EXPECT_EQ(file.catalogs.openCatalogs, 0);
 
-  trust.byCatalog[0].key.clear();
-  EXPECT_THROW((void)Helper::GetSignatures(path.c_str(), true), std::out_of_range);
-  EXPECT_EQ(catalogs.openContexts, 0);
-  EXPECT_EQ(trust.openStates, 0);
+  file.trust.byCatalog[0].key.clear();
+  EXPECT_THROW(static_cast<void>(Helper::GetSignatures(file.path.c_str(), true)),
+               std::out_of_range);
+  EXPECT_EQ(file.catalogs.openContexts, 0);
+  EXPECT_EQ(file.trust.openStates, 0);
 }
 
 TEST(GetSignatures, VerifiesNothingWhenNoCatalogListsTheFile) {
-  const TempFolder folder;
-  const std::wstring path = folder.File(L"plain.exe");
-  WriteWholeFile(path, "content");
-  FakeTrust trust;
-  trust.byCatalog = {Signature(0, 1)};
-  FakeCatalogs catalogs;
-  EXPECT_TRUE(Helper::GetSignatures(path.c_str(), true).empty());
-  EXPECT_EQ(catalogs.Count("enum"), 1);
-  EXPECT_TRUE(trust.calls.empty());
+  ListedFile file;
+  file.catalogs.catalogs.clear();
+  file.trust.byCatalog = {Signature(0, 1)};
+  EXPECT_TRUE(Helper::GetSignatures(file.path.c_str(), true).empty());
+  EXPECT_EQ(file.catalogs.Count("enum"), 1);
+  EXPECT_TRUE(file.trust.calls.empty());
 }
 
 TEST(GetAllSignatures, ListsCatalogSignaturesBeforeEmbeddedOnes) {
-  const TempFolder folder;
-  const std::wstring path = folder.File(L"listed.exe");
-  WriteWholeFile(path, "content");
-  FakeTrust trust;
-  trust.byCatalog = {Signature(0, 1), Signature(0, 2)};
-  trust.embedded = {Signature(0, 3), Signature(0, 4)};
-  FakeCatalogs catalogs;
-  catalogs.catalogs = {L"C:\\catalogs\\first.cat"};
-  EXPECT_EQ(KeysOf(Helper::GetAllSignatures(path.c_str())),
+  ListedFile file;
+  file.trust.byCatalog = {Signature(0, 1), Signature(0, 2)};
+  file.trust.embedded = {Signature(0, 3), Signature(0, 4)};
+  EXPECT_EQ(KeysOf(Helper::GetAllSignatures(file.path.c_str())),
             (std::vector<std::string>{"30 01", "30 02", "30 03", "30 04"}));
 }
 

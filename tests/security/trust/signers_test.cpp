@@ -114,7 +114,7 @@ TEST(GetSignerDescriptor, LogsTheSubjectOnceAndNothingElse) {
   const LogCapture log;
   FakeSignature signature;
   signature.subject = L"O=Firm, CN=100% %s %n";
-  (void)Read(trust, signature);
+  static_cast<void>(Read(trust, signature));
   EXPECT_EQ(log.Records(), (std::vector<LogRecord>{Info(L"Subject = O=Firm\r\nCN=100% %s %n")}));
 }
 
@@ -178,7 +178,7 @@ TEST(GetSignerDescriptor, ThrowsOutOfRangeForAKeyWithoutBytes) {
   FakeTrust trust;
   FakeSignature signature;
   signature.key.clear();
-  EXPECT_THROW((void)Read(trust, signature), std::out_of_range);
+  EXPECT_THROW(static_cast<void>(Read(trust, signature)), std::out_of_range);
 }
 
 TEST(GetNameText, WritesEachRelativeNameOnItsOwnLine) {
@@ -189,7 +189,7 @@ TEST(GetNameText, WritesEachRelativeNameOnItsOwnLine) {
 TEST(GetNameText, RequestsUnquotedNamesOnSeparateLines) {
   const Standin::ImportPatch greedy("CertNameToStrW", &GreedyNameToStr);
   std::vector<std::uint8_t> name(1, 0x30);
-  (void)Helper::GetNameText(BlobOf(name));
+  static_cast<void>(Helper::GetNameText(BlobOf(name)));
   EXPECT_EQ(passedFormat, 0x18000003u);
   EXPECT_EQ(passedEncoding, 1u);
 }

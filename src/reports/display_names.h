@@ -28,8 +28,8 @@ class DisplayNames {
   [[nodiscard]] std::string Resolve(const std::string& appId);
 
  private:
-  std::optional<std::string> TryDescribe(const std::string& appId) const;
-  std::optional<std::string> TryPackageName(const std::string& appId) const;
+  [[nodiscard]] std::optional<std::string> TryDescribe(const std::string& appId) const;
+  [[nodiscard]] std::optional<std::string> TryPackageName(const std::string& appId) const;
   void Remember(const std::string& appId, const std::string& name);
 
   const std::string devicePrefix_;

@@ -57,10 +57,10 @@ class PowerLog {
   };
 
   /// Whether `left` is removed after `right`.
-  static bool StaysLonger(const Age& left, const Age& right);
+  [[nodiscard]] static bool StaysLonger(const Age& left, const Age& right);
 
-  bool Fits(std::size_t rowBytes) const;
-  bool MakeRoom(std::size_t rowBytes, std::int64_t instant);
+  [[nodiscard]] bool Fits(std::size_t rowBytes) const;
+  [[nodiscard]] bool MakeRoom(std::size_t rowBytes, std::int64_t instant);
   void OrderByAge();
   void DropOldest();
 

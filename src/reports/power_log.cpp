@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "base/calendar.h"
 #include "base/local_calendar.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
@@ -12,7 +13,20 @@ namespace {
 /// The opening bracket. The closing one takes the place of the last row's comma.
 constexpr std::size_t kArrayBytes = 1;
 
+/// The negative in 32-bit arithmetic, where the smallest number is its own negative.
+std::int32_t Negated(std::int32_t days) {
+  return static_cast<std::int32_t>(0U - static_cast<std::uint32_t>(days));
+}
+
 }  // namespace
+
+ReportingPeriod::ReportingPeriod(const DateTime& now, std::int32_t days)
+    : firstInstant_(InstantOf(ShiftKeepingHour(now, Negated(days) * kSecondsPerDay))) {}
+
+bool ReportingPeriod::Includes(const DateTime& time) const {
+  const std::int64_t instant = InstantOf(time);
+  return instant != -1 && instant >= firstInstant_;
+}
 
 PowerLogRecord* PowerLog::TryFind(std::string_view name, const DateTime& time) {
   const auto found = byIdentity_.find({InstantOf(time), name});

@@ -6,7 +6,6 @@
 #include "reports/display_names.h"
 #include "reports/power_budget.h"
 #include "reports/power_log.h"
-#include "reports/reporting_period.h"
 
 // The system's report of application energy, "Powerlog.xml"; docs/formats/powerlog-xml.md.
 namespace Zq::Gantry::Server::Services::Wattleaf {

@@ -6,7 +6,6 @@
 
 #include "base/json_document.h"
 #include "reports/power_log.h"
-#include "reports/reporting_period.h"
 
 // The 30-day store, "Powerlog.json"; docs/formats/powerlog-json.md.
 namespace Zq::Gantry::Server::Services::Wattleaf {

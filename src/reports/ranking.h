@@ -9,7 +9,7 @@
 
 #include "catalogue/icon_finder.h"
 #include "catalogue/installed_apps.h"
-#include "reports/reporting_period.h"
+#include "reports/power_log.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 

@@ -1,4 +1,4 @@
-#include "reports/reporting_period.h"
+#include "reports/power_log.h"
 
 #include <gtest/gtest.h>
 

@@ -16,12 +16,9 @@ namespace {
 using rapidjson::Value;
 using Zq::Gantry::Server::Services::Wattleaf::FromUtf8;
 using Zq::Gantry::Server::Services::Wattleaf::kNoResult;
+using Zq::Gantry::Server::Services::Wattleaf::kResultHandedOver;
 using Zq::Gantry::Server::Services::Wattleaf::kUnknownCommand;
 using Zq::Gantry::Server::Services::Wattleaf::ToUtf8;
-
-bool IsNumberOf(Command command, unsigned int number) {
-  return number == static_cast<unsigned int>(command);
-}
 
 /// Without recursion, since the nesting of the text may be deep.
 void Parse(const std::string& text, rapidjson::Document& document) {
@@ -128,7 +125,7 @@ std::optional<Ranking> TryReadRanking(const std::string& text) {
 }
 
 std::string ResultToUtf8(unsigned int number, std::wstring_view result) {
-  const bool isDecoded = IsNumberOf(Command::kTopApplications, number);
+  const bool isDecoded = number == NumberOf(Command::kTopApplications);
   if (isDecoded || !std::all_of(result.begin(), result.end(), IsWidenedByte)) {
     return ToUtf8(result);
   }
@@ -139,13 +136,13 @@ std::string ResultToUtf8(unsigned int number, std::wstring_view result) {
 }
 
 bool IsResultOf(Command command, const Answer& answer) {
-  return HasResult(answer) && IsNumberOf(command, answer.number);
+  return HasResult(answer) && answer.number == NumberOf(command);
 }
 
-bool HasResult(const Answer& answer) { return answer.status == 0; }
+bool HasResult(const Answer& answer) { return answer.status == kResultHandedOver; }
 
 std::string StatusText(int status) {
-  if (status == 0) return "0";
+  if (status == kResultHandedOver) return "0";
   std::array<char, 16> buffer{};
   std::snprintf(buffer.data(), buffer.size(), "0x%08x", static_cast<unsigned int>(status));
   return buffer.data();
@@ -154,7 +151,7 @@ std::string StatusText(int status) {
 std::string StatusMeaning(const Answer& answer) {
   if (answer.status == kUnknownCommand) return "unknown command";
   if (answer.status != kNoResult) return "unknown status";
-  return IsNumberOf(Command::kTopApplications, answer.number) ? "no report yet" : "no result";
+  return answer.number == NumberOf(Command::kTopApplications) ? "no report yet" : "no result";
 }
 
 }  // namespace WattleafHost

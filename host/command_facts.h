@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <string_view>
 
@@ -8,6 +9,7 @@
 namespace WattleafHost {
 
 using Zq::Gantry::Server::Services::Wattleaf::Command;
+using Zq::Gantry::Server::Services::Wattleaf::NumberOf;
 
 /// What the host knows of one command.
 struct CommandFacts {
@@ -21,8 +23,8 @@ struct CommandFacts {
   bool waitsForPass;
 };
 
-/// All ten commands, in the order of their numbers.
-inline constexpr std::array<CommandFacts, 10> kCommandFacts = {{
+/// All commands, in the order of kAllCommands.
+inline constexpr auto kCommandFacts = std::to_array<CommandFacts>({
     {Command::kDailyAverage, "Energy of an average day, Wh", "", true, true},
     {Command::kTopApplications, "Top 20 applications", "", false, true},
     {Command::kTreesSaved, "Trees for three years of use", "", true, true},
@@ -33,12 +35,18 @@ inline constexpr std::array<CommandFacts, 10> kCommandFacts = {{
     {Command::kDataChanged, "Has the data changed?", "", false, false},
     {Command::kErrorsAndWarnings, "Errors and warnings", "", false, true},
     {Command::kDataAvailable, "Is data available?", "", false, false},
-}};
+});
+static_assert(std::equal(kCommandFacts.begin(), kCommandFacts.end(),
+                         Zq::Gantry::Server::Services::Wattleaf::kAllCommands.begin(),
+                         Zq::Gantry::Server::Services::Wattleaf::kAllCommands.end(),
+                         [](const CommandFacts& facts, Command command) {
+                           return facts.command == command;
+                         }));
 
 /// Null for a number that the service does not have.
 [[nodiscard]] constexpr const CommandFacts* FindCommand(unsigned int number) {
   for (const CommandFacts& facts : kCommandFacts) {
-    if (static_cast<unsigned int>(facts.command) == number) return &facts;
+    if (NumberOf(facts.command) == number) return &facts;
   }
   return nullptr;
 }

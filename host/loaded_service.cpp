@@ -13,6 +13,7 @@ namespace {
 using Zq::Gantry::Platform::UniqueModule;
 using Zq::Gantry::Server::Services::ZQService;
 using Zq::Gantry::Server::Services::Wattleaf::FromUtf8;
+using Zq::Gantry::Server::Services::Wattleaf::kResultHandedOver;
 using Zq::Gantry::Server::Services::Wattleaf::ToUtf8;
 
 constexpr const wchar_t* kLibraryName = L"WattleafService.dll";
@@ -56,7 +57,7 @@ Answer LoadedService::Run(unsigned int number, const std::string& input) {
                                               /*callback=*/{}, /*configuration=*/nullptr);
   const UniqueResult result(output, FreeResult{service_.get()});
   std::string text;
-  if (status == 0 && result) text = ResultToUtf8(number, result.get());
+  if (status == kResultHandedOver && result) text = ResultToUtf8(number, result.get());
   return MakeAnswer(number, status, std::move(text));
 }
 

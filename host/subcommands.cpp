@@ -72,7 +72,7 @@ PassEnd WaitForOnePass(SleepWatch& watch, const Options& options) {
 /// The user's input; without one, command 2 gets the icon folder and the days.
 std::string InputOf(unsigned int number, const Options& options) {
   if (options.input) return *options.input;
-  if (number != static_cast<unsigned int>(Command::kTopApplications)) return {};
+  if (number != NumberOf(Command::kTopApplications)) return {};
   return RankingInput(options.iconFolder, options.days);
 }
 
@@ -81,7 +81,7 @@ std::vector<Answer> RunCommands(LoadedService& service, PassEnd end, const Optio
   std::vector<Answer> answers;
   for (const CommandFacts& facts : kCommandFacts) {
     if (end == PassEnd::kStillRunning && facts.waitsForPass) continue;
-    const auto number = static_cast<unsigned int>(facts.command);
+    const unsigned int number = NumberOf(facts.command);
     answers.push_back(service.Run(number, InputOf(number, options)));
   }
   return answers;

@@ -26,7 +26,7 @@ TEST(HostCommandFacts, EveryCommandHasATitleAndNoOtherNumberDoes) {
   for (unsigned int number = 1; number <= 10; ++number) {
     const CommandFacts* facts = FindCommand(number);
     ASSERT_NE(facts, nullptr) << number;
-    EXPECT_EQ(static_cast<unsigned int>(facts->command), number);
+    EXPECT_EQ(NumberOf(facts->command), number);
     EXPECT_EQ(TitleOf(number), facts->title);
     EXPECT_NE(facts->title, "") << number;
     EXPECT_EQ(!facts->chartTitle.empty(), number >= 4 && number <= 6) << number;
@@ -39,7 +39,7 @@ TEST(HostCommandFacts, EveryCommandHasATitleAndNoOtherNumberDoes) {
 
 TEST(HostCommandFacts, CommandsThatReadTheLedgerAre1And3And5And6) {
   for (const CommandFacts& facts : kCommandFacts) {
-    const auto number = static_cast<unsigned int>(facts.command);
+    const unsigned int number = NumberOf(facts.command);
     EXPECT_EQ(facts.readsLedger, number == 1 || number == 3 || number == 5 || number == 6)
         << number;
   }
@@ -47,7 +47,7 @@ TEST(HostCommandFacts, CommandsThatReadTheLedgerAre1And3And5And6) {
 
 TEST(HostCommandFacts, CommandsThatDoNotWaitForAPassAre8And10) {
   for (const CommandFacts& facts : kCommandFacts) {
-    const auto number = static_cast<unsigned int>(facts.command);
+    const unsigned int number = NumberOf(facts.command);
     EXPECT_EQ(facts.waitsForPass, number != 8 && number != 10) << number;
   }
 }

@@ -29,6 +29,7 @@
 #include <utility>
 #include <vector>
 
+#include "service/command_table.h"
 #include "service_session.h"
 #include "simulated_calls.h"
 #include "worker_gate.h"
@@ -38,6 +39,8 @@ namespace {
 namespace fs = std::filesystem;
 using Scenario::ServiceSession;
 using Scenario::WorkerGate;
+using Zq::Gantry::Server::Services::Wattleaf::Command;
+using Zq::Gantry::Server::Services::Wattleaf::NumberOf;
 
 constexpr wchar_t kDataFolder[] = L"C:\\ProgramData\\ZQ\\TelemetryDataCollector\\PCMCollector";
 
@@ -134,7 +137,9 @@ void CopyIfPresent(const fs::path& from, const fs::path& to) {
 
 void WriteAnswers(ServiceSession& service, const std::string& start, std::int64_t now) {
   WorkerGate::SetClock(now);
-  for (const unsigned int command : {1U, 3U, 4U, 5U, 6U}) {
+  for (const Command figure : {Command::kDailyAverage, Command::kTreesSaved, Command::kLastHours,
+                               Command::kLastDays, Command::kLastMonths}) {
+    const unsigned int command = NumberOf(figure);
     WriteText(start + "at" + std::to_string(now) + "-command" + std::to_string(command) + ".txt",
               service.Run(command));
   }
@@ -142,9 +147,9 @@ void WriteAnswers(ServiceSession& service, const std::string& start, std::int64_
 
 void WriteRanking(ServiceSession& service, const std::string& start, const std::string& icons,
                   const RankingQuestion& question) {
-  constexpr unsigned int kTopApplications = 2;
   WorkerGate::SetClock(question.instant);
-  const auto answer = service.TryRun(kTopApplications, icons + "?" + question.days);
+  const auto answer =
+      service.TryRun(NumberOf(Command::kTopApplications), icons + "?" + question.days);
   WriteText(start + "at" + std::to_string(question.instant) + "-days" + question.days + ".txt",
             answer.value_or("no answer"));
 }

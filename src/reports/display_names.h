@@ -11,15 +11,17 @@
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
-/// Finds the display names of applications, for one run of the conversion. A name that was found
-/// is remembered, up to a limit of bytes. Used by one thread.
+/// Finds the display names of applications, for one run of the conversion. An executable on the
+/// system drive is shown under its own description, a packaged application under the name in the
+/// catalogue; nothing else has a name. A name that was found is remembered, up to a limit of bytes,
+/// so that a file is read once for all rows of its application. Used by one thread.
 class DisplayNames {
  public:
-  /// Returns an executable's description, or an empty text.
+  /// Returns the description of the executable at this path, or an empty text.
   using DescribeFile = std::function<std::string(const std::string& path)>;
 
-  /// `devicePrefix` is the device path of the system drive, or empty. `packagedApps` is borrowed
-  /// for the object's life.
+  /// `devicePrefix` is the device path of the system drive, or empty; then no executable has a
+  /// name. `packagedApps` is borrowed for the object's life.
   DisplayNames(std::string devicePrefix, const PackagedApps& packagedApps,
                DescribeFile describeFile,
                std::size_t mostRememberedBytes = kMostRememberedNameBytes);

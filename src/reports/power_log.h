@@ -55,6 +55,7 @@ class PowerLog {
   /// limits by itself is dropped and displaces no other.
   void Append(PowerLogRecord record);
 
+  /// The rows in order of insertion. The log owns them; removal keeps the others in place.
   [[nodiscard]] const std::list<PowerLogRecord>& Records() const { return records_; }
 
  private:
@@ -64,6 +65,7 @@ class PowerLog {
   /// hashed: others choose the names, and no choice makes an ordered search slow.
   using Identity = std::pair<std::int64_t, std::string_view>;
 
+  /// What decides which row is removed next.
   struct Age {
     std::int64_t instant;
     std::uint64_t place;  ///< position in order of insertion
@@ -73,6 +75,7 @@ class PowerLog {
   /// Whether `left` is removed after `right`.
   [[nodiscard]] static bool StaysLonger(const Age& left, const Age& right);
 
+  /// Whether one more row of this size stays within the limits.
   [[nodiscard]] bool Fits(std::size_t rowBytes) const;
   [[nodiscard]] bool MakeRoom(std::size_t rowBytes, std::int64_t instant);
   void OrderByAge();
@@ -87,6 +90,7 @@ class PowerLog {
   std::vector<Age> byAge_;
   bool isOrderedByAge_ = false;
   std::uint64_t nextPlace_ = 0;
+  /// The newest instant of a removed row: rows up to it are no longer accepted.
   std::int64_t droppedUpTo_ = std::numeric_limits<std::int64_t>::min();
 };
 

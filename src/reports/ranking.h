@@ -18,8 +18,8 @@ inline constexpr std::size_t kMostRankedApps = 20;
 
 /// One application of the ranking. The texts are bytes from the store and from the IconMaker.
 struct TopAppEntry {
-  std::string Name;
-  std::string Icon;  ///< full path, or empty
+  std::string Name;  ///< the display name; applications of one name are one entry
+  std::string Icon;  ///< full path, or empty; the first one that was found
   float Value = 0;   ///< percent of the energy of the period
 };
 

@@ -5,12 +5,13 @@
 
 #include "reports/ranking.h"
 
+// The request and the answer of command 2; docs/formats/answers.md.
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
 /// A client's request for the ranking.
 struct RankingRequest {
-  std::wstring iconDirectory;
-  std::int32_t days = 0;
+  std::wstring iconDirectory;  ///< where the client wants the icons; may be empty
+  std::int32_t days = 0;       ///< how far back, from now; may be negative
 };
 
 /// Splits "directory?days" at the first "?". Without one, the directory is empty and the days are

@@ -7,14 +7,16 @@
 // and the log lines for its failures.
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
+/// The energy of each application; read by ReadPowerReport and then deleted.
 inline constexpr wchar_t kPowerReportFileName[] = L"Powerlog.xml";
-inline constexpr wchar_t kEnergyReportFileName[] = L"EnergyReport.xml";
 
-// The tool is found through the search path, and the names of its output files are relative.
+// The tool is found through the search path. The names of its output files are relative, so they
+// land in the current directory.
 inline constexpr char kPowerReportCommand[] = "POWERCFG /SRUMUTIL /OUTPUT Powerlog.xml /XML";
 inline constexpr char kEnergyReportCommand[] =
     "POWERCFG /ENERGY /OUTPUT EnergyReport.xml /DURATION 60 /XML";
 
+// What ToolFailureText takes for each of the two.
 inline constexpr std::wstring_view kPowerReportFailure =
     L"Error %d returned by System() call to Powerlog.xml";
 inline constexpr std::wstring_view kEnergyReportFailure =

@@ -6,8 +6,6 @@
 #include <utility>
 #include <vector>
 
-#include "security/pattern/pattern.h"
-
 namespace Zq::Gantry::Security {
 namespace {
 
@@ -105,12 +103,6 @@ TEST(FindCollatingElement, FindsCharactersByTheirNames) {
   EXPECT_FALSE(FindCollatingElement(u""));
   EXPECT_FALSE(FindCollatingElement(u"Hyphen"));
   EXPECT_FALSE(FindCollatingElement(u"ab"));
-}
-
-TEST(CodeUnits, SplitsCharactersAbove16Bits) {
-  EXPECT_EQ(CodeUnits(L"a\xFFFF"), u"a\xFFFF");
-  EXPECT_EQ(CodeUnits(L"\U00010000\U0010FFFF"), u"\xD800\xDC00\xDBFF\xDFFF");
-  EXPECT_EQ(CodeUnits(std::wstring(L"\0\xDC00", 2)), std::u16string(u"\0\xDC00", 2));
 }
 
 }  // namespace

@@ -108,6 +108,12 @@ TEST(Pattern, MatchesOnManyThreadsAtOnce) {
   for (const int count : wrong) EXPECT_EQ(count, 0);
 }
 
+TEST(CodeUnits, SplitsCharactersAbove16Bits) {
+  EXPECT_EQ(CodeUnits(L"a\xFFFF"), u"a\xFFFF");
+  EXPECT_EQ(CodeUnits(L"\U00010000\U0010FFFF"), u"\xD800\xDC00\xDBFF\xDFFF");
+  EXPECT_EQ(CodeUnits(std::wstring(L"\0\xDC00", 2)), std::u16string(u"\0\xDC00", 2));
+}
+
 // Expressions such as real rules contain.
 
 TEST(OrdinaryPattern, ListsOfNumbersMatch) {

@@ -31,9 +31,9 @@ TEST(HasPrefix, IgnoresCase) {
       {"text shorter", L"C:\\Windows", L"C:\\Windows\\", false},
       {"text longer but different", L"C:\\Windowz\\x", L"C:\\Windows\\", false},
       {"sibling that extends the name", L"C:\\Windows2\\x", L"C:\\Windows\\", false},
-      {"prefix further on", L"D:C:\\Windows\\", L"C:\\Windows\\", false},
+      {"prefix later in the text", L"D:C:\\Windows\\", L"C:\\Windows\\", false},
       {"last character differs", L"abcd", L"abce", false},
-      {"only the first character of many", L"a", L"ab", false},
+      {"first character only", L"a", L"ab", false},
   };
   for (const Row& row : rows) {
     EXPECT_EQ(HasPrefix(row.text, row.prefix), row.expected) << row.label;
@@ -66,6 +66,88 @@ TEST(TryFindPackagedFolder, FindsNothingInOtherPaths) {
   EXPECT_EQ(TryFindPackagedFolder(L"D:\\WindowsApps"), std::nullopt);
   EXPECT_EQ(TryFindPackagedFolder(L"D:\\WindowsApps2\\a.exe"), std::nullopt);
   EXPECT_EQ(TryFindPackagedFolder(L"D:\\Deeper\\WindowsApps\\a.exe"), std::nullopt);
+}
+
+struct NamedPath {
+  const char* label;
+  const wchar_t* path;
+};
+
+TEST(NamesADevice, IsTrueForPipesAndMailslotsOfThisMachine) {
+  const NamedPath rows[] = {
+      {"pipe", L"\\\\.\\pipe\\name"},
+      {"other case", L"\\\\.\\PiPe\\name"},
+      {"slashes", L"//./pipe/name"},
+      {"unparsed prefix", L"\\\\?\\pipe\\name"},
+      {"NT prefix", L"\\??\\pipe\\name"},
+      {"pipe of several components", L"\\\\.\\pipe\\folder\\name"},
+      {"several separators", L"\\\\.\\\\pipe\\\\name"},
+      {"folder of all pipes", L"\\\\.\\pipe\\"},
+      {"mailslot", L"\\\\.\\mailslot\\name"},
+      {"through the global folder", L"\\\\.\\Global\\pipe\\name"},
+      {"through the root", L"\\\\?\\GLOBALROOT\\Device\\NamedPipe\\name"},
+      {"mailslot through the root", L"\\\\?\\GLOBALROOT\\Device\\Mailslot\\name"},
+      {"through the ?? folder of the root", L"\\\\?\\GLOBALROOT\\??\\pipe\\name"},
+      {"through GLOBAL??", L"\\\\?\\GLOBALROOT\\GLOBAL??\\pipe\\name"},
+      {"through DosDevices", L"\\\\?\\GLOBALROOT\\DosDevices\\pipe\\name"},
+  };
+  for (const NamedPath& row : rows) EXPECT_TRUE(NamesADevice(row.path)) << row.label;
+}
+
+TEST(NamesADevice, IsTrueForPipesAndMailslotsOfAServer) {
+  const NamedPath rows[] = {
+      {"pipe", L"\\\\server\\pipe\\name"},
+      {"other case", L"\\\\SERVER\\PIPE\\name"},
+      {"slashes", L"//server/pipe/name"},
+      {"mailslot", L"\\\\server\\mailslot\\name"},
+      {"share of pipes", L"\\\\server\\IPC$\\name"},
+      {"unparsed prefix", L"\\\\?\\UNC\\server\\pipe\\name"},
+      {"device prefix", L"\\\\.\\unc\\server\\pipe\\name"},
+      {"through the root", L"\\\\?\\GLOBALROOT\\??\\UNC\\server\\pipe\\name"},
+  };
+  for (const NamedPath& row : rows) EXPECT_TRUE(NamesADevice(row.path)) << row.label;
+}
+
+TEST(NamesADevice, IsTrueForDevicesAndVolumes) {
+  const NamedPath rows[] = {
+      {"port", L"\\\\.\\COM1"},
+      {"null device", L"\\\\.\\NUL"},
+      {"console", L"\\\\.\\CONIN$"},
+      {"disk", L"\\\\.\\PhysicalDrive0"},
+      {"volume", L"\\\\.\\C:"},
+      {"volume, unparsed", L"\\\\?\\C:"},
+      {"root of a volume", L"\\\\?\\C:\\"},
+      {"volume by its number", L"\\\\?\\Volume{00000000-0000-0000-0000-000000000000}"},
+      {"device of the root", L"\\\\?\\GLOBALROOT\\Device\\Null"},
+      {"device prefix alone", L"\\\\.\\"},
+      {"device prefix without separator", L"\\\\."},
+  };
+  for (const NamedPath& row : rows) EXPECT_TRUE(NamesADevice(row.path)) << row.label;
+}
+
+TEST(NamesADevice, IsFalseForFilesOnADiskOrAShare) {
+  const NamedPath rows[] = {
+      {"empty", L""},
+      {"separator", L"\\"},
+      {"absolute", L"C:\\pipe\\name"},
+      {"relative", L"pipe\\name"},
+      {"relative to the current root", L"\\pipe\\name"},
+      {"question marks later in the text", L"\\x??\\pipe\\name"},
+      {"unparsed", L"\\\\?\\C:\\folder\\file.dll"},
+      {"folder called pipe", L"\\\\?\\C:\\pipe\\file.dll"},
+      {"device prefix", L"\\\\.\\C:\\folder\\file.dll"},
+      {"volume by its number", L"\\\\?\\Volume{0}\\file.dll"},
+      {"volume of the root", L"\\\\?\\GLOBALROOT\\Device\\HarddiskVolume1\\file.dll"},
+      {"share", L"\\\\server\\share\\file.dll"},
+      {"share, unparsed", L"\\\\?\\UNC\\server\\share\\file.dll"},
+      {"share called pipes", L"\\\\server\\pipes\\file.dll"},
+      {"share called pip", L"\\\\server\\pip\\file.dll"},
+      {"server called pipe", L"\\\\pipe\\share\\file.dll"},
+      {"folder of a share", L"\\\\server\\share\\pipe\\file.dll"},
+      {"hidden share", L"\\\\server\\c$\\file.dll"},
+      {"letters beyond ASCII", L"\\\\server\\p\u0131pe\\file.dll"},
+  };
+  for (const NamedPath& row : rows) EXPECT_FALSE(NamesADevice(row.path)) << row.label;
 }
 
 }  // namespace

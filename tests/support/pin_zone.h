@@ -2,8 +2,8 @@
 
 namespace TestSupport {
 
-/// Makes the C library's zone UTC, whatever the machine's, or the one that the environment variable
-/// WATTLEAF_TEST_ZONE names. Call before any local time is asked for.
+/// Sets the C library's time zone to UTC, or to the one in the environment variable
+/// WATTLEAF_TEST_ZONE. Must be called before the first use of local time.
 void PinZone();
 
 }  // namespace TestSupport

@@ -1,7 +1,7 @@
+#include "support/pin_zone.h"
+
 #include <stdlib.h>
 #include <time.h>
-
-#include "support/pin_zone.h"
 
 namespace TestSupport {
 

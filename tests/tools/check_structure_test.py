@@ -14,12 +14,23 @@ CHECK = sys.argv.pop()
 GOOD_TREE = {
     "src/base/text.h": "#pragma once\n",
     "src/base/text.cpp": '#include "base/text.h"\n// free() in a comment; "LocalFree(" in a text\n',
+    "src/base/clock.h": "#pragma once\n",
+    "src/base/clock_win.cpp": '#include "base/clock.h"\n\n#include <windows.h>\n',
+    "src/base/clock_native.cpp": '#include "base/clock.h"\n',
+    "src/ledger/day.cpp": '#include "ledger/day.h"\n#include "platform/win32/owners.h"\n',
     "src/ledger/day.h": '#include "base/text.h"\n// Kept on purpose (test Day.IsLong).\n',
     "src/platform/winrt/mingw/abi/shapes.h": "#pragma once\n",
+    "src/platform/winrt/calls.cpp": '#include "platform/winrt/calls.h"\n',
     "src/platform/winrt/calls.h": '#include "platform/winrt/mingw/abi/shapes.h"\n',
     "src/platform/win32/owners.h": "void Release() { CloseHandle(handle); }\n",
-    "tests/ledger/day_test.cpp": "TEST(Day, IsLong) {\n",
+    "tests/ledger/day_test.cpp": "TEST(Day, IsLong) {\n  const ImportPatch free(fake);\n  ULONG Release() override;\n",
     "docs/ledger.md": "`Day.IsLong`, `Day.*` in `src/ledger/day.h`; `a.exe`; `[a](b)`; [here](ledger.md)\n",
+    "ARCHITECTURE.md": "In `text.h` of `base/text.cpp`:\n| days | `ledger/day.h`, `day.cpp`, `docs/ledger.md` |\n",
+    "test": "grep -vE 'Day\\.IsLong|Share/Day\\..*'\n",
+    ".ci/run": "ctest -R '^(host\\.Day|contract\\.library-file)'\n",
+    ".clang-tidy": "#   cert-a: why\nChecks: >\n  -*,\n  cert-*,\n  -cert-a\n",
+    "CMakeLists.txt": "project(Example VERSION 1.2.3 LANGUAGES CXX)\n",
+    "CHANGELOG.md": "# Changelog\n\n## [Unreleased]\n\n## [1.2.3] - 2026-01-02\n\n## [1.2.2] - 2026-01-01\n",
 }
 
 
@@ -27,6 +38,8 @@ class CheckStructure(unittest.TestCase):
     def findings(self, changes):
         with tempfile.TemporaryDirectory() as folder:
             for name, text in {**GOOD_TREE, **changes}.items():
+                if text is None:
+                    continue
                 file = pathlib.Path(folder, name)
                 file.parent.mkdir(parents=True, exist_ok=True)
                 file.write_text(text)
@@ -44,8 +57,8 @@ class CheckStructure(unittest.TestCase):
                          "src/base/text.h:2: base may not include ledger")
 
     def test_names_a_folder_without_a_row(self):
-        self.assertEqual(self.findings({"src/utils/misc.h": ""}),
-                         ["src/utils/misc.h:1: the folder utils has no row in tools/check-structure"])
+        self.assertEqual(self.findings({"src/utils/misc.cpp": ""}),
+                         ["src/utils/misc.cpp:1: the folder utils has no row in tools/check-structure"])
 
     def test_names_a_circle(self):
         self.assertEqual(self.findings({"src/ledger/day.h": '#include "ledger/year.h"\n',
@@ -54,12 +67,32 @@ class CheckStructure(unittest.TestCase):
                           "ledger/day.h -> ledger/year.h -> ledger/day.h"])
 
     def test_names_a_release_outside_an_owner(self):
-        self.assertEqual(self.findings({"src/ledger/day.cpp": "\nvoid f() { ::LocalFree(block); }\n"}),
-                         ["src/ledger/day.cpp:2: LocalFree outside an owner"])
+        self.assertEqual(self.findings({"src/ledger/night.cpp": "\nvoid f() { ::LocalFree(block); }\n"}),
+                         ["src/ledger/night.cpp:2: LocalFree outside an owner"])
 
     def test_allows_the_releases_that_a_contract_forces_and_no_others_there(self):
         self.assertEqual(self.findings({"src/service/zq_service.cpp": "free(a); fclose(b);\n"}),
                          ["src/service/zq_service.cpp:1: fclose outside an owner"])
+
+    def test_names_a_release_call_in_each_folder_of_sources(self):
+        for folder in ("host", "standins", "examples", "tests", "fuzz", "bench"):
+            self.assertEqual(self.findings({f"{folder}/a.cpp": "void f() { std::free(a); }\n"}),
+                             [f"{folder}/a.cpp:1: free outside an owner"])
+
+    def test_allows_the_release_of_an_owners_policy_and_of_a_deleter_and_none_after_them(self):
+        policy = "struct P {\n  static void Release(H file) { fclose(file); }\n};\n"
+        deleter = "struct D {\n  void operator()(void* block) const { free(block); }\n};\n"
+        self.assertEqual(self.findings({"tests/a.cpp": policy + deleter}), [])
+        self.assertEqual(self.findings({"tests/a.cpp": policy + "void f() { fclose(file); }\n"}),
+                         ["tests/a.cpp:4: fclose outside an owner"])
+
+    def test_names_a_release_of_a_com_object(self):
+        self.assertEqual(self.findings({"tests/a.cpp": "void f() {\n  if (a) a->Release();\n  return b.Release();\n}\n"}),
+                         ["tests/a.cpp:2: Release outside an owner", "tests/a.cpp:3: Release outside an owner"])
+
+    def test_names_a_release_after_return_and_after_else(self):
+        self.assertEqual(self.findings({"tests/a.cpp": "return CloseHandle(a);\nif (a) b(); else fclose(a);\n"}),
+                         ["tests/a.cpp:1: CloseHandle outside an owner", "tests/a.cpp:2: fclose outside an owner"])
 
     def test_names_a_test_of_a_document_or_comment_that_does_not_exist(self):
         self.assertEqual(self.findings({"docs/ledger.md": "`Day.IsShort` `Night.*`\n",

@@ -94,6 +94,39 @@ class CheckStructure(unittest.TestCase):
         self.assertEqual(self.findings({"tests/a.cpp": "return CloseHandle(a);\nif (a) b(); else fclose(a);\n"}),
                          ["tests/a.cpp:1: CloseHandle outside an owner", "tests/a.cpp:2: fclose outside an owner"])
 
+    def test_names_a_test_or_suite_of_a_regular_expression_that_does_not_exist(self):
+        self.assertEqual(self.findings({"test": "grep -vE 'Day\\.IsGone'\nctest -E 'Share/Night\\..*'\n",
+                                        ".ci/run": "ctest -R 'host\\.Evening'\n"}),
+                         ["test:1: there is no test Day.IsGone", "test:2: there is no suite Night",
+                          ".ci/run:1: there is no suite Evening"])
+
+    def test_names_a_file_of_the_overview_that_does_not_exist(self):
+        rows = "| days | `ledger/day.h`, `text.cpp` |\n| all | `base/gone.h`, `docs/ledger.md` |\nIn `gone.cpp`\n"
+        self.assertEqual(self.findings({"ARCHITECTURE.md": rows}),
+                         ["ARCHITECTURE.md:1: there is no text.cpp", "ARCHITECTURE.md:2: there is no base/gone.h",
+                          "ARCHITECTURE.md:3: there is no gone.cpp"])
+
+    def test_names_a_changelog_of_another_version(self):
+        self.assertEqual(self.findings({"CMakeLists.txt": "project(Example VERSION 1.3.0)\n"}),
+                         ["CHANGELOG.md:5: the newest version is 1.2.3, CMakeLists.txt has 1.3.0"])
+
+    def test_names_a_changelog_without_a_version(self):
+        self.assertEqual(self.findings({"CHANGELOG.md": "## [Unreleased]\n"}),
+                         ["CHANGELOG.md:1: the newest version is missing, CMakeLists.txt has 1.2.3"])
+
+    def test_names_a_test_of_the_overview_or_of_a_test_comment_that_does_not_exist(self):
+        self.assertEqual(self.findings({"README.md": "`Day.IsShort`\n", "tests/a.cpp": "// (test Day.IsShort)\n"}),
+                         ["README.md:1: there is no test Day.IsShort",
+                          "tests/a.cpp:1: there is no test Day.IsShort"])
+
+    def test_names_a_missing_list_of_checks(self):
+        self.assertEqual(self.findings({".clang-tidy": None}), [".clang-tidy:1: is missing"])
+
+    def test_names_a_check_that_is_off_without_a_reason_and_a_reason_without_its_check(self):
+        self.assertEqual(self.findings({".clang-tidy": "#   cert-a: why\nChecks: >\n  cert-*,\n  -cert-b\n"}),
+                         [".clang-tidy:4: cert-b is off without a reason",
+                          ".clang-tidy:1: cert-a has a reason but is not off"])
+
     def test_names_a_test_of_a_document_or_comment_that_does_not_exist(self):
         self.assertEqual(self.findings({"docs/ledger.md": "`Day.IsShort` `Night.*`\n",
                                         "src/ledger/day.h": "// (test Day.IsShort)\n"}),

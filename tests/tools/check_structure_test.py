@@ -94,6 +94,36 @@ class CheckStructure(unittest.TestCase):
         self.assertEqual(self.findings({"tests/a.cpp": "return CloseHandle(a);\nif (a) b(); else fclose(a);\n"}),
                          ["tests/a.cpp:1: CloseHandle outside an owner", "tests/a.cpp:2: fclose outside an owner"])
 
+    def test_names_a_source_that_does_not_include_its_own_header_first(self):
+        self.assertEqual(self.findings({"src/base/text.cpp": '\n#include <vector>\n#include "base/text.h"\n'}),
+                         ["src/base/text.cpp:2: does not include text.h first"])
+
+    def test_names_a_body_that_does_not_include_its_header_first(self):
+        for body in ("clock_win.cpp", "clock_native.cpp"):
+            self.assertEqual(self.findings({f"src/base/{body}": '#include <windows.h>\n#include "base/clock.h"\n'}),
+                             [f"src/base/{body}:1: does not include clock.h first"])
+
+    def test_names_a_header_with_the_suffix_of_a_body(self):
+        self.assertEqual(self.findings({"src/base/clock_win.h": "", "tests/a.cpp": '#include "base/clock_win.h"\n'}),
+                         ["src/base/clock_win.cpp:1: does not include clock_win.h first",
+                          "src/base/clock_win.h:1: _win is only for one of two bodies of a header"])
+
+    def test_names_a_body_without_a_twin_or_without_a_header(self):
+        self.assertEqual(self.findings({"src/base/text_win.cpp": '#include "base/text.h"\n',
+                                        "src/base/day_native.cpp": "", "src/base/day_win.cpp": ""}),
+                         ["src/base/day_native.cpp:1: _native is only for one of two bodies of a header",
+                          "src/base/day_win.cpp:1: _win is only for one of two bodies of a header",
+                          "src/base/text_win.cpp:1: _win is only for one of two bodies of a header"])
+
+    def test_names_a_header_that_no_file_includes(self):
+        self.assertEqual(self.findings({"tests/ledger/lonely.h": "#pragma once\n"}),
+                         ["tests/ledger/lonely.h:1: no file includes this header"])
+
+    def test_takes_the_header_beside_a_file_for_the_included_one(self):
+        self.assertEqual(self.findings({"standins/a/words.h": "", "standins/a/a.cpp": '#include "words.h"\n',
+                                        "standins/b/words.h": ""}),
+                         ["standins/b/words.h:1: no file includes this header"])
+
     def test_names_a_test_or_suite_of_a_regular_expression_that_does_not_exist(self):
         self.assertEqual(self.findings({"test": "grep -vE 'Day\\.IsGone'\nctest -E 'Share/Night\\..*'\n",
                                         ".ci/run": "ctest -R 'host\\.Evening'\n"}),

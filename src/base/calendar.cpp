@@ -8,8 +8,7 @@ bool operator<(const DateTime& left, const DateTime& right) {
   return InstantOf(left) < InstantOf(right);
 }
 
-// The statics are handed out and overwritten; one for each thread, since the daily pass and the
-// host's threads ask at the same time.
+// One static per thread, since the daily pass and the host's threads call at the same time.
 DateTime* GetCurrentDateTime() {
   static thread_local DateTime now;
   now = LocalTimeOf(CurrentInstant());
@@ -25,7 +24,7 @@ DateTime* GetCurrentDate() {
   return &today;
 }
 
-// Kept on purpose: the step is 86400 seconds and only the hour is put back, so a walk backwards
+// Kept on purpose: the step is 86400 seconds and only the hour is restored, so a walk backwards
 // skips the day on which clocks go forward (test AddDays.SkipsTheSpringChangeDayBackward).
 DateTime& AddDays(DateTime& from, DateTime& result, int days) {
   const std::int32_t hour = from.tm_hour;

@@ -2,10 +2,12 @@
 
 #include <cstdint>
 
+// What a day is, for the whole library: local time, steps of 86400 seconds, and the hour restored
+// after each step. Two values are the same day only if they have the same time of day.
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
 /// Broken-down local calendar time: the nine fields of the C library's `tm`, with its meanings
-/// (months from 0, years from 1900). All zero unless filled.
+/// (months from 0, years from 1900). All zero by default.
 struct DateTime {
   std::int32_t tm_sec = 0;
   std::int32_t tm_min = 0;
@@ -19,23 +21,25 @@ struct DateTime {
 };
 static_assert(sizeof(DateTime) == 36);
 
-/// Orders by the instant that local `mktime` gives for copies of both: a key is never changed.
-bool operator<(const DateTime& left, const DateTime& right);
+/// Orders by the instant that local `mktime` returns for copies of both, so that a map's key is
+/// never changed. All times outside the calendar (1970 to 3000) are equal.
+[[nodiscard]] bool operator<(const DateTime& left, const DateTime& right);
 
-/// The step between days everywhere in this system, also on days of 23 or 25 hours.
+/// The step between days everywhere in this library, also on days of 23 or 25 hours.
 inline constexpr std::int64_t kSecondsPerDay = 86400;
 
-/// The local time now. One static for each thread, overwritten at each call: copy it at once.
-DateTime* GetCurrentDateTime();
+/// The local time now. Returns one static per thread, which the next call overwrites: copy it at
+/// once.
+[[nodiscard]] DateTime* GetCurrentDateTime();
 
-/// Today at 00:00:00, `tm_isdst` as the clock gave it. A static of its own, for each thread.
-DateTime* GetCurrentDate();
+/// Today at 00:00:00; `tm_isdst` is the one of now. Returns another static per thread.
+[[nodiscard]] DateTime* GetCurrentDate();
 
-/// `from` plus `days` steps of 86400 seconds, with the hour of `from` put back by hand. Normalises
-/// `from` as `mktime` does. Returns `result`.
+/// Sets `result` to `from` plus `days` steps of 86400 seconds, then restores the hour of `from`.
+/// Normalises `from` as `mktime` does. Returns `result`.
 DateTime& AddDays(DateTime& from, DateTime& result, int days);
 
-/// The local time `seconds` after `from`, with the hour of `from` put back by hand.
-DateTime ShiftKeepingHour(DateTime from, std::int64_t seconds);
+/// The local time `seconds` after `from`, with the hour of `from` restored.
+[[nodiscard]] DateTime ShiftKeepingHour(DateTime from, std::int64_t seconds);
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

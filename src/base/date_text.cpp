@@ -20,7 +20,7 @@ bool IsBetween(std::int32_t value, std::int32_t least, std::int32_t most) {
   return value >= least && value <= most;
 }
 
-// What one C library refuses quietly ends the process in another, so it is never asked.
+// A field outside its range makes one C library return an empty text and another end the process.
 bool IsInCalendar(const DateTime& time) {
   return IsBetween(time.tm_sec, 0, 60) && IsBetween(time.tm_min, 0, 59) &&
          IsBetween(time.tm_hour, 0, 23) && IsBetween(time.tm_mday, 1, 31) &&
@@ -28,7 +28,7 @@ bool IsInCalendar(const DateTime& time) {
          IsBetween(time.tm_wday, 0, 6) && IsBetween(time.tm_yday, 0, 365);
 }
 
-/// Older C libraries print nothing at all for "%T".
+/// `format` with "%T" written out: older C libraries print nothing for it.
 std::string SpellOutTime(const char* format) {
   std::string result;
   for (; *format != '\0'; ++format) {
@@ -42,8 +42,8 @@ std::string SpellOutTime(const char* format) {
   return result;
 }
 
-/// The start of a text that may be as long as a file. The stream steps over blanks, and no format
-/// reads more than `kMostCharsRead` characters after them.
+/// The start of `text`, which may be as long as a file: the stream skips leading blanks, and no
+/// format reads more than `kMostCharsRead` characters after them.
 template <typename Char>
 std::basic_string<Char> TextToRead(const Char* text) {
   const std::locale locale;
@@ -60,8 +60,8 @@ void ReadAndNormalise(DateTime& result, const Char* text, const Char* format) {
   stream >> std::get_time(&fields, format);
   result = FromTm(fields);
 
-  // Kept on purpose: the hour stands as it was read, so that a time in the last hour of a summer
-  // day comes out one day later (test ParseDateTime.ReadsTheLastHourOfASummerDayOneDayLater).
+  // Kept on purpose: the hour stays as it was read, so that a time in the last hour of a summer day
+  // comes out one day later (test ParseDateTime.ReadsTheLastHourOfASummerDayOneDayLater).
   const std::int32_t hour = result.tm_hour;
   MakeInstant(result);
   result.tm_hour = hour;

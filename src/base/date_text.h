@@ -4,27 +4,33 @@
 
 #include "base/calendar.h"
 
+// Dates as text. The formats are those of the C library's strftime and of std::get_time.
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
+/// "2024-03-01": names of sample files, keys of the ledger.
 inline constexpr char kDateFormat[] = "%Y-%m-%d";
+/// "2024-03-01T10:30:15": the time of a sample.
 inline constexpr char kSampleTimeFormat[] = "%Y-%m-%dT%T";
+/// "2024-03-01:10:30:15": the time of a row of the energy report and of its store.
 inline constexpr char kTimeStampFormat[] = "%Y-%m-%d:%T";
 
-/// "%Y-%m-%d", wide. Like its narrow sisters empty for a field outside the calendar.
-std::wstring FormatDateWide(const DateTime& time);
+/// The date in kDateFormat. Empty if a field is outside its range in the calendar, which some C
+/// libraries answer by ending the process.
+[[nodiscard]] std::wstring FormatDateWide(const DateTime& time);
 
-/// `format` as for strftime, at most 511 bytes of result. "%T" works on every C library.
-std::string FormatDateTime(const DateTime& time, const char* format);
+/// The time in `format`, of which at most 511 bytes may result. "%T" works with every C library.
+/// Empty for a null format and for a field outside its range.
+[[nodiscard]] std::string FormatDateTime(const DateTime& time, const char* format);
 
-/// "%T %d-%m-%Y".
-std::string FormatLogTime(const DateTime& time);
+/// The time in the format "%T %d-%m-%Y"; empty for a field outside its range.
+[[nodiscard]] std::string FormatLogTime(const DateTime& time);
 
-/// Reads `text` as std::get_time does and normalises all but the hour. A text that does not fit
-/// leaves the fields that were not reached at zero and reports nothing; a null argument leaves all
-/// zero. Returns `result`.
+/// Sets `result` to what std::get_time reads from `text`, normalised as `mktime` does except for
+/// the hour, which stays as read. Failure is not reported: fields that the text does not reach are
+/// zero, and so are all fields for a null argument. Returns `result`.
 DateTime& ParseDateTime(DateTime& result, const char* text, const char* format);
 
-/// The wide twin, for "%Y-%m-%d:%T".
+/// The same for wide text in the format "%Y-%m-%d:%T".
 DateTime& ParseWideDateTime(DateTime& result, const wchar_t* text);
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -40,7 +40,7 @@ void GuardedJsonStream::FollowNumber(Ch c) {
     inExponent_ = true;
     exponentDigits_ = 0;
   } else if (inExponent_ && IsDigit(c)) {
-    // Before the digit too many is handed out: the parser adds it up at once.
+    // One digit early: the parser uses a digit as soon as it has taken it.
     if (++exponentDigits_ == kMostExponentDigits && IsDigit(stream_.Peek())) refused_ = true;
   } else if (c != '+' && c != '-') {
     inExponent_ = false;

@@ -7,40 +7,43 @@
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
-/// A longer string, as it is spelled in the file, ends the text: the parser collects it in a block
-/// that it enlarges by half each time.
+/// The longest string of a JSON text, in bytes as spelled in the file. A longer one ends the text:
+/// the parser collects a string in a block that it enlarges by half each time.
 inline constexpr std::size_t kLongestJsonStringBytes = 16U * 1024 * 1024;
 
-/// RapidJSON's file stream with an end put to what its parser cannot take: more than `limitBytes`
-/// (a file may grow while it is read), too long a string, and an exponent of more than nine digits,
-/// whose sum with the count of decimal places overflows in the parser and becomes an index into a
-/// table.
+/// RapidJSON's file stream, cut off before what its parser cannot handle: more than `limitBytes` (a
+/// file may grow while it is read), too long a string, and an exponent of more than nine digits.
+/// The parser adds such an exponent to the number of decimal places; the sum overflows and is then
+/// used as an index into a table.
 class GuardedJsonStream {
  public:
   using Ch = char;
 
+  /// Reads `file` from where it is, through `buffer`. Borrows both until its own end.
   GuardedJsonStream(std::FILE* file, char* buffer, std::size_t bufferBytes, std::size_t limitBytes)
       : stream_(file, buffer, bufferBytes), limitBytes_(limitBytes) {}
 
-  /// Whether the text was cut here; it must not be taken for a whole one then.
-  bool Refused() const { return refused_; }
+  /// True once the text was cut off: the parser may then have seen a valid, but shorter text.
+  [[nodiscard]] bool Refused() const { return refused_; }
 
-  Ch Peek() const { return refused_ ? '\0' : stream_.Peek(); }
+  // RapidJSON's concept of an input stream. The text ends at the first zero byte.
+  [[nodiscard]] Ch Peek() const { return refused_ ? '\0' : stream_.Peek(); }
   Ch Take() {
     if (refused_) return '\0';
     const Ch c = stream_.Take();
     Follow(c);
     return c;
   }
-  std::size_t Tell() const { return stream_.Tell(); }
+  [[nodiscard]] std::size_t Tell() const { return stream_.Tell(); }
 
-  // For writing in place only, which the parser's default flags never do.
+  // For parsing in place only, which the parser's default flags never do.
   Ch* PutBegin() { return nullptr; }
   void Put(Ch) {}
   void Flush() {}
   std::size_t PutEnd(Ch*) { return 0; }
 
  private:
+  // Each takes one character into account and sets refused_ where the text must end.
   void Follow(Ch c);
   void FollowString(Ch c);
   void FollowNumber(Ch c);

@@ -16,8 +16,8 @@ namespace {
 
 constexpr std::size_t kStreamBufferBytes = 65536;
 
-/// Passes the parser's events on and refuses, which ends the parse, what would end the stack or
-/// the memory of the process.
+/// Passes the parser's events on to the document. Ends the parse, by returning false, before a text
+/// would use up the stack or the memory of the process.
 class GuardedBuilder {
  public:
   using Ch = char;
@@ -95,8 +95,8 @@ GenericDocument* LoadJsonDocument(const std::wstring& path, std::size_t largestB
   return isWhole ? document.release() : nullptr;
 }
 
-// Kept on purpose: in place, without a temporary file, and a write that fails half-way is not told
-// (test SaveJsonDocument.ReplacesAnExistingFile).
+// Kept on purpose: in place, without a temporary file, and a write that fails half-way is not
+// reported (test SaveJsonDocument.ReplacesAnExistingFile).
 bool SaveJsonDocument(const std::wstring& path, const GenericDocument& document) {
   const UniqueFile file = OpenForWriting(path);
   if (!file) return false;

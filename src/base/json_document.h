@@ -5,37 +5,43 @@
 #include <cstddef>
 #include <string>
 
+// JSON files of the data folder. Anyone may have put a file there, so that each limit below makes a
+// file count as unreadable.
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
 /// RapidJSON's document over UTF-8 with a memory-pool allocator.
 using GenericDocument = rapidjson::GenericDocument<rapidjson::UTF8<char>>;
 
-/// A larger file counts as unreadable, and so does deeper nesting: files of the data folder may
-/// have been put there by anybody.
+/// The largest file that is read.
 inline constexpr std::size_t kLargestDataFileBytes = 64U * 1024 * 1024;
+/// Arrays and objects inside each other, the outermost included. The parser recurses.
 inline constexpr int kDeepestJsonNesting = 64;
-/// Values and member names together. The library's pools do not survive a failed allocation.
+/// Values and member names together. RapidJSON's pools do not survive a failed allocation.
 inline constexpr std::size_t kMostJsonValues = 8'000'000;
 
-/// A new heap document owned by the caller; null for a file that cannot be opened or parsed, that
-/// is larger than `largestBytes`, or in which more than `mostOpenValues` values and member names
-/// stand in arrays and objects that have not ended: the parser keeps those on a stack.
-GenericDocument* LoadJsonDocument(const std::wstring& path,
-                                  std::size_t largestBytes = kLargestDataFileBytes,
-                                  std::size_t mostOpenValues = kMostJsonValues);
+/// Reads a file into a new heap document, which the caller owns. Null if the file cannot be opened
+/// or parsed, is larger than `largestBytes`, or exceeds another limit. `mostOpenValues` limits the
+/// values and member names in arrays and objects that have not ended yet, which the parser keeps on
+/// a stack. Nothing is logged.
+[[nodiscard]] GenericDocument* LoadJsonDocument(const std::wstring& path,
+                                                std::size_t largestBytes = kLargestDataFileBytes,
+                                                std::size_t mostOpenValues = kMostJsonValues);
 
-/// Writes in place, without white space. False where the file cannot be opened for writing.
-bool SaveJsonDocument(const std::wstring& path, const GenericDocument& document);
+/// Writes the document in place, without white space. False if the file cannot be opened for
+/// writing; a write that fails later is not reported.
+[[nodiscard]] bool SaveJsonDocument(const std::wstring& path, const GenericDocument& document);
 
-/// The first member of that name; null where `value` is no object or has none.
-const rapidjson::Value* TryMember(const rapidjson::Value& value, const char* name);
+/// The first member of that name; null if `value` is not an object or has no such member. The
+/// result belongs to the document.
+[[nodiscard]] const rapidjson::Value* TryMember(const rapidjson::Value& value, const char* name);
 
-/// The same for a member that is a string, and for one that is a number; of another type counts as
-/// missing.
-const rapidjson::Value* TryStringMember(const rapidjson::Value& value, const char* name);
-const rapidjson::Value* TryNumberMember(const rapidjson::Value& value, const char* name);
+/// The same for a member that must be a string, or a number: one of another type counts as missing.
+[[nodiscard]] const rapidjson::Value* TryStringMember(const rapidjson::Value& value,
+                                                      const char* name);
+[[nodiscard]] const rapidjson::Value* TryNumberMember(const rapidjson::Value& value,
+                                                      const char* name);
 
-/// The bytes of a string, zeros included.
-std::string TextOf(const rapidjson::Value& text);
+/// The UTF-8 bytes of a string value, embedded zeros included.
+[[nodiscard]] std::string TextOf(const rapidjson::Value& text);
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -5,26 +5,29 @@
 
 #include "base/calendar.h"
 
-// The seam to the C library's clock and local calendar: one Windows body, one native twin.
+// The seam to the C library's clock and local calendar, with one body for Windows and one for other
+// systems. An instant is a count of seconds since 1970 in UTC; the calendar reaches from there to
+// the end of the year 3000 on both.
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
-/// Seconds since 1970 in UTC, now (`_time64`).
-std::int64_t CurrentInstant();
+/// The instant now (`_time64`).
+[[nodiscard]] std::int64_t CurrentInstant();
 
-/// The instant of a local time, which is normalised in place as `mktime` does; -1, and `local`
-/// untouched, for times before 1970 or after the year 3000.
+/// The instant of a local time (`_mktime64`), which is normalised in place. -1 for a time outside
+/// the calendar, which stays as it was.
 std::int64_t MakeInstant(DateTime& local);
 
-/// The instant of a copy.
-std::int64_t InstantOf(DateTime local);
+/// The same for a copy.
+[[nodiscard]] std::int64_t InstantOf(DateTime local);
 
-/// The local time of an instant (`_localtime64_s`); all fields -1 where it has none.
-DateTime LocalTimeOf(std::int64_t instant);
+/// The local time of an instant (`_localtime64_s`); kNoTime outside the calendar.
+[[nodiscard]] DateTime LocalTimeOf(std::int64_t instant);
 
-// The C library's `tm` has further fields on some systems, so it is never the same type as
-// DateTime.
+/// All fields -1, as `_localtime64_s` leaves them when it fails.
+inline constexpr DateTime kNoTime{-1, -1, -1, -1, -1, -1, -1, -1, -1};
 
-inline std::tm ToTm(const DateTime& time) {
+/// The C library's type. It has further fields on some systems, which stay zero.
+[[nodiscard]] inline std::tm ToTm(const DateTime& time) {
   std::tm result{};
   result.tm_sec = time.tm_sec;
   result.tm_min = time.tm_min;
@@ -38,12 +41,10 @@ inline std::tm ToTm(const DateTime& time) {
   return result;
 }
 
-inline DateTime FromTm(const std::tm& time) {
+/// The nine fields that every C library has.
+[[nodiscard]] inline DateTime FromTm(const std::tm& time) {
   return {time.tm_sec,  time.tm_min,  time.tm_hour, time.tm_mday, time.tm_mon,
           time.tm_year, time.tm_wday, time.tm_yday, time.tm_isdst};
 }
-
-/// What a time without calendar fields looks like, as `_localtime64_s` leaves it.
-inline constexpr DateTime kNoTime{-1, -1, -1, -1, -1, -1, -1, -1, -1};
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -6,7 +6,7 @@ namespace Zq::Gantry::Server::Services::Wattleaf {
 
 namespace {
 
-// The last second of the year 3000 in UTC, where the Windows C library's calendar ends.
+// The last second of the year 3000 in UTC: the Windows C library's calendar ends there.
 constexpr std::int64_t kLastInstant = 32535215999;
 
 }  // namespace

@@ -17,7 +17,7 @@ std::int64_t MakeInstant(DateTime& local) {
 std::int64_t InstantOf(DateTime local) { return MakeInstant(local); }
 
 DateTime LocalTimeOf(std::int64_t instant) {
-  // Some C libraries go a few hours below zero, others do not.
+  // Some C libraries accept a few hours below zero.
   if (instant < 0) return kNoTime;
   const __time64_t seconds = instant;
   std::tm fields{};

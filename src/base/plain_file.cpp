@@ -12,15 +12,15 @@ namespace Zq::Gantry::Server::Services::Wattleaf {
 
 namespace {
 
-// The system's own limit on any path: a longer one cannot be there and cannot be made, and asking
-// for each of its parents takes a time that grows with the square of the length.
+// The system's own limit: no longer path can exist, and looking up each of its parents would take
+// time that grows with the square of its length.
 constexpr std::size_t kLongestPathChars = 32767;
 
 bool IsNotFound(DWORD error) {
   return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
 }
 
-// Tags without the name surrogate bit that lead elsewhere all the same.
+// Tags of links that lack the name surrogate bit.
 constexpr DWORD kNetworkLinkTag = 0x80000014;
 constexpr DWORD kAppExecutionLinkTag = 0x8000001B;
 
@@ -31,8 +31,8 @@ bool IsLinkTag(DWORD tag) {
 
 }  // namespace
 
-// The standard library of one of our toolchains never reports a link, hence the tag. Stored-away
-// content (deduplicated, compressed, in the cloud) is a reparse point too, but no link.
+// By the tag, since the standard library of one of our toolchains never reports a link. A file
+// whose content is deduplicated, compressed or in the cloud is a reparse point too, but not a link.
 std::optional<bool> TryIsLink(const std::wstring& path, std::uint32_t attributes) {
   if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) return false;
   WIN32_FIND_DATAW entry{};
@@ -78,7 +78,7 @@ std::optional<bool> TryIsPlainFile(const std::wstring& path) {
   return !*isLink;
 }
 
-// A loop, since a client's text reaches it: as many levels as the text has separators.
+// A loop, not a recursion: the path may be a client's text, with any number of separators.
 bool CreateDirectoryTree(const std::wstring& path) {
   if (path.size() > kLongestPathChars) return false;
   std::vector<std::wstring::size_type> missing;
@@ -95,8 +95,9 @@ bool CreateDirectoryTree(const std::wstring& path) {
       (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT)) == 0) {
     return false;
   }
-  // Kept on purpose: a separator at the end of a new path makes the folder and answers false, for
-  // it is then made twice (test CreateDirectoryTree.ReturnsFalseForANewPathWithATrailingSeparator).
+  // Kept on purpose: for a new path with a separator at its end this makes the folder and returns
+  // false, since the second call finds it made (test
+  // CreateDirectoryTree.ReturnsFalseForANewPathWithATrailingSeparator).
   for (auto length = missing.rbegin(); length != missing.rend(); ++length) {
     if (!CreateDirectoryW(path.substr(0, *length).c_str(), nullptr)) return false;
   }

@@ -28,14 +28,14 @@ void AppendUtf8(char32_t point, std::string& text) {
   }
 }
 
-/// Bytes that a lead byte announces, itself included; 0 for a byte that leads nothing.
+/// The length in bytes of the sequence that begins with `lead`; 0 if no sequence begins with it.
 std::size_t SequenceLength(unsigned char lead) {
   if (lead < 0x80) return 1;
   if (lead < 0xC2 || lead > 0xF4) return 0;
   return lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
 }
 
-/// Takes one character off the front; a sequence that breaks off is one replacement.
+/// Takes one character off the front; an incomplete sequence becomes one replacement character.
 char32_t TakePoint(std::string_view& text) {
   constexpr std::array<char32_t, 5> kSmallest{0, 0, 0x80, 0x800, 0x10000};
   const auto lead = static_cast<unsigned char>(text.front());
@@ -44,8 +44,9 @@ char32_t TakePoint(std::string_view& text) {
   if (length <= 1) return length == 1 ? lead : kReplacement;
   char32_t point = lead & (0x7FU >> length);
   for (std::size_t i = 1; i < length; ++i) {
-    const bool goesOn = !text.empty() && (static_cast<unsigned char>(text.front()) & 0xC0) == 0x80;
-    if (!goesOn) return kReplacement;
+    const bool continues =
+        !text.empty() && (static_cast<unsigned char>(text.front()) & 0xC0) == 0x80;
+    if (!continues) return kReplacement;
     point = point << 6 | (static_cast<unsigned char>(text.front()) & 0x3F);
     text.remove_prefix(1);
   }

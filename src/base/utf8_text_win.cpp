@@ -4,7 +4,7 @@
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
-// Both calls refuse an empty text, and take lengths of 31 bits.
+// Both calls return 0 for an empty text, which gives an empty result, and take lengths of 31 bits.
 
 std::string ToUtf8(std::wstring_view text) {
   const int chars = static_cast<int>(text.size());

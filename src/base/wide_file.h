@@ -6,7 +6,8 @@
 
 #include "platform/win32/unique_resource.h"
 
-// The seam to files with wide paths: one Windows body, one native twin.
+// The seam to files with wide paths, with one body for Windows and one for other systems. All files
+// are opened in binary mode; an empty owner is the only report of a failure.
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
 struct FilePolicy {
@@ -14,19 +15,21 @@ struct FilePolicy {
   static Type Empty() { return nullptr; }
   static void Release(Type file) { std::fclose(file); }
 };
+/// Closes a C file at the end of its scope.
 using UniqueFile = Platform::UniqueResource<FilePolicy>;
 
-/// Binary reading; empty where the file cannot be opened.
-UniqueFile OpenForReading(const std::wstring& path);
+/// For reading (`_wfopen_s`): fails while another program has the file open for writing. Empty if
+/// the file cannot be opened.
+[[nodiscard]] UniqueFile OpenForReading(const std::wstring& path);
 
-/// The same without a word against other programs that hold the file open for writing.
-UniqueFile OpenSharedForReading(const std::wstring& path);
+/// For reading with full sharing (`_wfopen`), so that other programs keep their access.
+[[nodiscard]] UniqueFile OpenSharedForReading(const std::wstring& path);
 
-/// Binary writing in place, which cuts the file. Empty where it cannot be opened; a folder or a
-/// link of any kind is never opened, since the write would land wherever it leads.
-UniqueFile OpenForWriting(const std::wstring& path);
+/// For writing in place: the file is made, or cut to nothing. Empty if it cannot be opened, and for
+/// a folder or a link of any kind, since the write would land where the link leads.
+[[nodiscard]] UniqueFile OpenForWriting(const std::wstring& path);
 
-/// The length of an open file in bytes, which is then read from its start; -1 on failure.
-std::int64_t LengthBytes(std::FILE* file);
+/// The length of an open file in bytes; -1 on failure. Moves the position to the file's start.
+[[nodiscard]] std::int64_t LengthBytes(std::FILE* file);
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -9,7 +9,7 @@ namespace Zq::Gantry::Server::Services::Wattleaf {
 
 namespace {
 
-/// UTF-8, whatever the locale; throws for a path that is no Unicode text.
+/// The path in UTF-8, independent of the locale. Throws if `path` is not valid Unicode.
 std::filesystem::path NativePath(const std::wstring& path) {
   return std::u32string(path.begin(), path.end());
 }

@@ -2,7 +2,6 @@
 
 #include <optional>
 
-#include "base/calendar.h"
 #include "base/local_calendar.h"
 #include "ledger/sample_energy.h"
 
@@ -17,8 +16,8 @@ float LinkToDayBeforeWh(const DateTime& day, const rapidjson::Value& first, cons
   return EnergyBetweenWh(before, first, SamplePowerWatts(before));
 }
 
-// Kept on purpose: the power is that of the later sample, while every other interval takes the
-// earlier one's (test DayEnergy.LinkToTheDayAfterUsesThePowerOfTheLaterSample).
+// Kept on purpose: the power is that of the later sample, while every other interval uses that of
+// the earlier one (test DayEnergy.LinkToTheDayAfterUsesThePowerOfTheLaterSample).
 float LinkToDayAfterWh(const DateTime& day, const rapidjson::Value& last, const DayReader& read) {
   const auto next = read(ShiftKeepingHour(day, kSecondsPerDay));
   if (!HasSamples(next.get())) return 0.0F;
@@ -37,8 +36,8 @@ bool IsSameHour(const DateTime& start, const std::optional<DateTime>& end) {
 
 }  // namespace
 
-// Kept on purpose: one branch for each sample, so nobody books the interval from the first sample
-// to the second, and a single sample gets its link backwards only (tests
+// Kept on purpose: each sample takes one branch, so that the interval from the first sample to the
+// second is not booked, and a single sample gets only its link to the day before (tests
 // DayEnergy.SkipsTheFirstInterval and DayEnergy.SingleSampleHasOnlyItsLinkToTheDayBefore).
 float DayEnergyWh(const DateTime& day, const DayReader& read) {
   const auto samples = read(day);
@@ -60,8 +59,8 @@ float DayEnergyWh(const DateTime& day, const DayReader& read) {
   return FiniteOrZero(sumWh / kEnergyDivisor);
 }
 
-// Kept on purpose: only the inner elements count; an hour that ends on an element of another type
-// spills into the next; and the first sum of an hour stays, a later one is dropped (tests
+// Kept on purpose: only the inner elements count; the energy of an hour that ends on an element of
+// another type goes to the next hour; and of two sums for one hour the first is kept (tests
 // HourlyEnergy.IsEmptyForTwoElements, .HourEndingOnAnotherTypeSpillsIntoTheNext and
 // .SecondSumOfAnHourIsDropped).
 std::map<int, float> HourlyEnergyWh(const GenericDocument* samples) {

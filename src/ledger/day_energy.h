@@ -7,18 +7,21 @@
 #include "base/calendar.h"
 #include "base/json_document.h"
 
+// Energy of a day and of an hour, from lists of samples (docs/formats/sample-files.md). A list is
+// in the order of time; it is not sorted here. Energy is watt-hours.
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
-/// Reads one day's samples; null for a day whose text does not parse, which counts as empty.
+/// Reads one day's samples. Null for a day whose text does not parse, which counts as a day without
+/// samples.
 using DayReader = std::function<std::unique_ptr<GenericDocument>(const DateTime& day)>;
 
-/// Watt-hours of one day, from its samples and the nearest samples of its two neighbours. Reads
-/// `day`, then the day before and the day after where the first and the last sample count. 0.0 for
-/// a day without samples. What `read` throws passes through.
-float DayEnergyWh(const DateTime& day, const DayReader& read);
+/// Energy of one day, from its samples and the nearest sample of each neighbouring day; 0.0 for a
+/// day without samples. Reads `day` first. Reads the day before only if the first sample is a
+/// counted one, and the day after only if the last of several is. Exceptions of `read` propagate.
+[[nodiscard]] float DayEnergyWh(const DateTime& day, const DayReader& read);
 
-/// Watt-hours by local hour (0 to 23) of one day's samples, without links to other days. Holds only
-/// hours that came to an end in the list, some of them with 0.0. Empty for a null document.
-std::map<int, float> HourlyEnergyWh(const GenericDocument* samples);
+/// Energy by local hour (0 to 23) of one day's samples, without its neighbours. Has only hours that
+/// ended within the list, some of them with 0.0. Empty for a null document.
+[[nodiscard]] std::map<int, float> HourlyEnergyWh(const GenericDocument* samples);
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

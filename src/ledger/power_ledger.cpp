@@ -13,6 +13,7 @@ namespace {
 
 constexpr char kDayKey[] = "Key";
 constexpr char kEnergyKey[] = "Value";
+constexpr int kAveragedDays = 7;
 
 class Walk {
  public:
@@ -54,13 +55,11 @@ void LoadElement(const rapidjson::Value& element, const DateTime& oldest, PowerL
   const rapidjson::Value* value = TryNumberMember(element, kEnergyKey);
   if (key == nullptr || value == nullptr) return;
 
-  // A text that is no date comes out before 1970, which is before `oldest` too.
+  // A text that is not a date becomes a time before 1970, which is before `oldest` too.
   DateTime day;
   ParseDateTime(day, key->GetString(), kDateFormat);
   if (oldest < day) ledger[day] = NarrowToFloat(value->GetDouble());
 }
-
-constexpr int kAveragedDays = 7;
 
 }  // namespace
 
@@ -76,8 +75,8 @@ void UpdateLedger(const DateTime& today, PowerLedger& ledger, const LedgerDays& 
   const std::int64_t end = InstantOf(OldestDay(today));
   DateTime day = today;
   for (int count = 0; count < kMostLedgerDays; ++count) {
-    // Days before 1970 all have the instant -1, and so may the oldest: a clock that was never set
-    // would walk among them for ever.
+    // All days before 1970 have the instant -1, perhaps the oldest day too: with a clock that was
+    // never set the walk would not reach its end.
     const std::int64_t instant = InstantOf(day);
     if (instant < 0 || instant < end) return;
     walk.Visit(day);

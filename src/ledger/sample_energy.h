@@ -8,9 +8,9 @@
 #include "base/calendar.h"
 #include "base/json_document.h"
 
-// All energy is watt-hours in 32-bit float, in the order of steps that the figures have always been
-// made in: another order gives other last digits.
-
+// One sample of the collector, and the energy between two. Energy is watt-hours in 32-bit float.
+// The order of the arithmetic is part of the contract: another order gives other last digits.
+// Others can write the data folder, so that any element may have any type.
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
 /// Samples further apart than this are a gap, whose time is not booked.
@@ -22,34 +22,31 @@ inline constexpr float kEnergyDivisor = 0.88F;
 static_assert(std::numeric_limits<float>::is_iec559);
 static_assert(std::bit_cast<std::uint32_t>(kEnergyDivisor) == 0x3F6147AE);
 
-/// `value`, or 0.0 for an infinity or no number: one of those in a sum would never leave it, and
-/// the JSON writer stops in the middle of its text at one.
-float FiniteOrZero(float value);
+/// `value`, or 0.0 for an infinity or NaN. Either would stay in a sum for ever, and makes the JSON
+/// writer stop in the middle of its text.
+[[nodiscard]] float FiniteOrZero(float value);
 
-/// Narrows a number of a document; 0.0 for one that no 32-bit float can hold.
-float NarrowToFloat(double value);
+/// A number of a document as a float; 0.0 if it is too large for one.
+[[nodiscard]] float NarrowToFloat(double value);
 
-/// What `seconds` at `watts` add to a sum; 0.0 unless their low 32 bits are 1 to 600 seconds.
-float IntervalEnergyWh(std::int64_t seconds, float watts);
+/// The energy of `seconds` at `watts`; 0.0 unless the low 32 bits of `seconds` are 1 to 600.
+[[nodiscard]] float IntervalEnergyWh(std::int64_t seconds, float watts);
 
-// One element of a day's list of samples, read with care: the data folder is written by others.
+/// False for a missing document, a root that is not an array, and an empty array.
+[[nodiscard]] bool HasSamples(const GenericDocument* samples);
 
-/// False for a missing document, a root that is no array, and an empty array.
-bool HasSamples(const GenericDocument* samples);
+/// Whether this element counts: its "TelemetryType" is exactly "PCM_CHARGER" or "PCM_SENSOR".
+[[nodiscard]] bool IsCountedSample(const rapidjson::Value& element);
 
-/// Whether the readers count this element: its "TelemetryType" is exactly "PCM_CHARGER" or
-/// "PCM_SENSOR". Anything else, a non-object included, is stepped over.
-bool IsCountedSample(const rapidjson::Value& element);
+/// "Power" in watts; 0.0 if it is missing, not a number, or too large for a float.
+[[nodiscard]] float SamplePowerWatts(const rapidjson::Value& element);
 
-/// "Power" in watts; 0.0 where it is missing, no number, or too large for a 32-bit float.
-float SamplePowerWatts(const rapidjson::Value& element);
+/// "SampleTime" as local time; empty if it is missing or not a string. A string that is not a time
+/// gives what ParseDateTime reads from it.
+[[nodiscard]] std::optional<DateTime> TrySampleTime(const rapidjson::Value& element);
 
-/// "SampleTime" as local time; none where it is no string. Text that is no time gives what
-/// ParseDateTime makes of it.
-std::optional<DateTime> TrySampleTime(const rapidjson::Value& element);
-
-/// What the interval from one element to another adds at `watts`; 0.0 where one of them has no
-/// time.
-float EnergyBetweenWh(const rapidjson::Value& from, const rapidjson::Value& to, float watts);
+/// The energy of the interval between two elements at `watts`; 0.0 if either has no time.
+[[nodiscard]] float EnergyBetweenWh(const rapidjson::Value& from, const rapidjson::Value& to,
+                                    float watts);
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -4,27 +4,37 @@
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
+namespace {
+
+constexpr wchar_t kPlainCopyPrefix[] = L"unencrypt-";
+
+std::wstring SampleFileName(const DateTime& day) {
+  return L"PcmSampleData_" + FormatDateWide(day) + L".json";
+}
+
+}  // namespace
+
 std::wstring EncryptedSamplePath(const std::wstring& folder, const DateTime& day) {
-  return folder + L"\\PcmSampleData_" + FormatDateWide(day) + L".json";
+  return folder + L"\\" + SampleFileName(day);
 }
 
 std::wstring PlainSamplePath(const std::wstring& folder, const DateTime& day) {
-  return folder + L"\\unencrypt-PcmSampleData_" + FormatDateWide(day) + L".json";
-}
-
-// Kept on purpose: as long as the opened blob, though the text fills half of it; the parser ends at
-// the first zero byte (test PlainCopyContent.IsAsLongAsTheBlob).
-std::string PlainCopyContent(std::string_view opened) {
-  std::string content(opened.size(), '\0');
-  for (std::size_t i = 0; 2 * i < opened.size(); ++i) content[i] = opened[2 * i];
-  return content;
+  return folder + L"\\" + kPlainCopyPrefix + SampleFileName(day);
 }
 
 std::wstring PlainCopyPath(const std::wstring& encryptedPath) {
   const auto separator = encryptedPath.find_last_of(L"\\/");
   if (separator == std::wstring::npos) return {};
-  return encryptedPath.substr(0, separator + 1) + L"unencrypt-" +
+  return encryptedPath.substr(0, separator + 1) + kPlainCopyPrefix +
          encryptedPath.substr(separator + 1);
+}
+
+// Kept on purpose: as long as the blob, though the text fills half of it; the JSON parser ends at
+// the first zero byte (test PlainCopyContent.IsAsLongAsTheBlob).
+std::string PlainCopyContent(std::string_view decrypted) {
+  std::string content(decrypted.size(), '\0');
+  for (std::size_t i = 0; 2 * i < decrypted.size(); ++i) content[i] = decrypted[2 * i];
+  return content;
 }
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -5,20 +5,23 @@
 
 #include "base/calendar.h"
 
+// Names and content of the sample files (docs/formats/sample-files.md): for each day the
+// collector's encrypted file and, while the day is being read, a plain copy beside it. Paths are
+// built from a folder without a separator at its end.
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
-/// The collector's encrypted file of one day, in the given data folder.
-std::wstring EncryptedSamplePath(const std::wstring& folder, const DateTime& day);
+/// "<folder>\PcmSampleData_2024-03-01.json".
+[[nodiscard]] std::wstring EncryptedSamplePath(const std::wstring& folder, const DateTime& day);
 
-/// The plain copy that lies beside it for the moment of reading.
-std::wstring PlainSamplePath(const std::wstring& folder, const DateTime& day);
+/// "<folder>\unencrypt-PcmSampleData_2024-03-01.json".
+[[nodiscard]] std::wstring PlainSamplePath(const std::wstring& folder, const DateTime& day);
 
-/// The content of the plain copy for an opened sample blob (UTF-16LE text): the low byte of each
-/// character, then zero bytes up to the length of `opened`.
-std::string PlainCopyContent(std::string_view opened);
+/// The path of the plain copy of any encrypted file: "unencrypt-" before the file's name. Empty for
+/// a path without a separator.
+[[nodiscard]] std::wstring PlainCopyPath(const std::wstring& encryptedPath);
 
-/// Where the plain copy of an encrypted sample file lies: "unencrypt-" before the file's name.
-/// Empty for a path without a separator.
-std::wstring PlainCopyPath(const std::wstring& encryptedPath);
+/// The content of the plain copy for a decrypted blob, which is UTF-16LE text: the low byte of each
+/// character, then zero bytes up to the length of the blob.
+[[nodiscard]] std::string PlainCopyContent(std::string_view decrypted);
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -18,7 +18,9 @@ namespace Zq::Gantry::Server::Services::Wattleaf {
 
 namespace {
 
-/// Empty for a file that is missing, empty, too large or gives fewer bytes than it has.
+constexpr wchar_t kPlainCopyNames[] = L"unencrypt-PcmSampleData_??????????.json";
+
+/// The text of an encrypted file; empty if it is missing, empty, too large or cannot be read whole.
 std::string ReadEncrypted(const std::wstring& path) {
   const UniqueFile file = OpenForReading(path);
   if (!file) return {};
@@ -35,7 +37,7 @@ struct Blob {
   DWORD sizeBytes = 0;
 };
 
-/// An empty block for a text that is no Base64.
+/// The blob inside Base64 text; an empty block if the text is not Base64.
 Blob DecodeBase64(const std::string& text) {
   const auto chars = static_cast<DWORD>(text.size());
   Blob blob;
@@ -53,28 +55,26 @@ Blob DecodeBase64(const std::string& text) {
   return blob;
 }
 
-void WritePlainCopy(const std::wstring& path, std::string_view opened) {
+void WritePlainCopy(const std::wstring& path, std::string_view decrypted) {
   const UniqueFile file = OpenForWriting(path);
   if (!file) return;
-  const std::string content = PlainCopyContent(opened);
+  const std::string content = PlainCopyContent(decrypted);
   std::fwrite(content.data(), 1, content.size(), file.get());
 }
 
-void OpenBlob(const Blob& blob, const std::wstring& plainPath) {
-  DATA_BLOB closed{blob.sizeBytes, static_cast<BYTE*>(blob.block.get())};
-  DATA_BLOB opened{};
-  if (!CryptUnprotectData(&closed, /*description=*/nullptr, /*entropy=*/nullptr,
+void DecryptTo(const std::wstring& plainPath, const Blob& blob) {
+  DATA_BLOB encrypted{blob.sizeBytes, static_cast<BYTE*>(blob.block.get())};
+  DATA_BLOB decrypted{};
+  if (!CryptUnprotectData(&encrypted, /*description=*/nullptr, /*entropy=*/nullptr,
                           /*reserved=*/nullptr, /*prompt=*/nullptr, CRYPTPROTECT_LOCAL_MACHINE,
-                          &opened)) {
+                          &decrypted)) {
     return;
   }
-  const Platform::UniqueLocalBlock owner(opened.pbData);
-  WritePlainCopy(plainPath, {reinterpret_cast<const char*>(opened.pbData), opened.cbData});
+  const Platform::UniqueLocalBlock owner(decrypted.pbData);
+  WritePlainCopy(plainPath, {reinterpret_cast<const char*>(decrypted.pbData), decrypted.cbData});
 }
 
-constexpr wchar_t kPlainCopyNames[] = L"unencrypt-PcmSampleData_??????????.json";
-
-/// Deletes the plain copy at the end of its reading, whatever the reading came to.
+/// Deletes the plain copy at the end of its scope, whether it parsed or not.
 class PlainCopyRemoval {
  public:
   explicit PlainCopyRemoval(const std::wstring& path) : path_(path) {}
@@ -100,7 +100,7 @@ bool DecryptSampleFile(const std::wstring& path) {
   const std::string text = ReadEncrypted(path);
   if (text.empty()) return false;
   const Blob blob = DecodeBase64(text);
-  if (blob.block) OpenBlob(blob, plainPath);
+  if (blob.block) DecryptTo(plainPath, blob);
   return false;
 }
 
@@ -110,9 +110,9 @@ GenericDocument* ReadSamplesOfDay(
   const std::wstring encrypted = EncryptedSamplePath(folder, day);
   if (IsPlainFile(encrypted)) {
     beforeDecrypting(encrypted);
-    DecryptSampleFile(encrypted);
+    static_cast<void>(DecryptSampleFile(encrypted));
   }
-  // Where the decryption failed, a copy that an earlier failure left behind is as good.
+  // If the decryption failed, a copy that an earlier failure left is read instead.
   return ReadLeftoverCopyOfDay(folder, day);
 }
 
@@ -123,7 +123,7 @@ GenericDocument* ReadLeftoverCopyOfDay(const std::wstring& folder, const DateTim
   return LoadJsonDocument(plain);
 }
 
-// By search, not by date: the days that a pass reads need not be those of the pass that was ended.
+// By search, not by date: the pass that left a copy may have read other days than this one.
 void RemoveLeftoverCopies(const std::wstring& folder) {
   WIN32_FIND_DATAW entry{};
   const Platform::UniqueFindHandle search(

@@ -6,29 +6,33 @@
 #include "base/calendar.h"
 #include "base/json_document.h"
 
+// Reading the sample files of a data folder. A plain copy exists only while its day is being read,
+// so none of these may run beside another for the same day: the caller holds a lock.
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
-/// Writes the plain copy of an encrypted sample file beside it: Base64 text around a blob of the
-/// data protection interface at machine scope. A file that cannot be read, decoded or opened, or is
-/// larger than kLargestDataFileBytes, leaves no copy; nothing is logged.
-/// Kept on purpose: always false, whatever happened; ask for the copy instead.
-bool DecryptSampleFile(const std::wstring& path);
+/// Writes the plain copy of an encrypted sample file beside it. The file is Base64 text
+/// (CryptStringToBinaryA) around a blob of the data protection interface at machine scope
+/// (CryptUnprotectData), at most kLargestDataFileBytes long. There is no copy if any step fails;
+/// nothing is logged. Kept on purpose: the result is always false and says nothing; look for the
+/// copy instead.
+[[nodiscard]] bool DecryptSampleFile(const std::wstring& path);
 
-/// One day's samples from the data folder: decrypts that day's file, reads the plain copy and
-/// deletes it. The caller owns the document: an empty array for a day without readable samples,
-/// null for a copy that does not parse. `beforeDecrypting` gets the path of an encrypted file that
-/// exists. Not safe beside another run for the same day. IsPlainFile's exception passes through.
-GenericDocument* ReadSamplesOfDay(
+/// Reads one day's samples: decrypts that day's file, reads the plain copy and deletes it. The
+/// caller owns the document: an empty array for a day without readable samples, null for a copy
+/// that does not parse. `beforeDecrypting` is called with the path of an encrypted file that
+/// exists. IsPlainFile's exception propagates.
+[[nodiscard]] GenericDocument* ReadSamplesOfDay(
     const std::wstring& folder, const DateTime& day,
     const std::function<void(const std::wstring& path)>& beforeDecrypting);
 
-/// The same for a day whose encrypted file counts as gone: only a plain copy that an earlier
-/// failure left behind is read, and deleted.
-GenericDocument* ReadLeftoverCopyOfDay(const std::wstring& folder, const DateTime& day);
+/// The same for a day whose encrypted file counts as deleted: reads and deletes only a plain copy
+/// that an earlier failure left.
+[[nodiscard]] GenericDocument* ReadLeftoverCopyOfDay(const std::wstring& folder,
+                                                     const DateTime& day);
 
-/// Deletes the plain copies of all days that lie in the folder; each is there only while its day is
-/// being read, unless a process ended at that moment. Folders, links and files whose status cannot
-/// be read stay. Not safe beside a reader.
+/// Deletes the plain copies of all days in the folder; a process that ended while it read a day has
+/// left that day's. Folders, links and files whose status cannot be read stay. Failure to delete is
+/// ignored.
 void RemoveLeftoverCopies(const std::wstring& folder);
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

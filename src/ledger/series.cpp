@@ -37,8 +37,9 @@ float MonthEnergyWh(const PowerLedger& ledger, int month, int year) {
   return sumWh;
 }
 
-// Kept on purpose: the day of the month and the daylight flag stay today's, so that a late day runs
-// over into the month after (tests MonthSeries.MislabelsAShorterMonthLateInTheMonth and
+// Kept on purpose: the day of the month and the daylight flag stay today's, so that a day that the
+// month lacks becomes a day of the month after (tests
+// MonthSeries.MislabelsAShorterMonthLateInTheMonth and
 // MonthSeries.MislabelsWinterMonthsOnTheFirstDayOfASummerMonth).
 std::string MonthLabel(DateTime now, int month, int year) {
   now.tm_mon = month - 1;

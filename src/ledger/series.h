@@ -7,7 +7,9 @@
 #include "base/calendar.h"
 #include "ledger/power_ledger.h"
 
-// The data of the three charts, in chart order: the oldest entry first.
+// The three charts: energy by hour, by day and by month, the oldest entry first, and their form as
+// JSON. Labels follow the locale of the process's C library; here they are those of the default
+// locale. A missing hour, day or month counts as 0.0.
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
 struct SeriesEntry {
@@ -16,25 +18,26 @@ struct SeriesEntry {
 };
 using Series = std::vector<SeriesEntry>;
 
-/// The twelve full hours before `hourNow` (0 to 23), labelled "0:00" to "23:00", from the hourly
-/// energy of both days.
-Series HourSeries(int hourNow, const std::map<int, float>& yesterday,
-                  const std::map<int, float>& today);
+/// The twelve full hours before `hourNow` (0 to 23), labelled "0:00" to "23:00", from the energy by
+/// hour of both days.
+[[nodiscard]] Series HourSeries(int hourNow, const std::map<int, float>& yesterday,
+                                const std::map<int, float>& today);
 
-/// Seven steps of a day, from seven days before `today`, labelled "Mon" to "Sun".
-Series DaySeries(const DateTime& today, const PowerLedger& ledger);
+/// Seven days, from the seventh before `today` on, labelled "Mon" to "Sun".
+[[nodiscard]] Series DaySeries(const DateTime& today, const PowerLedger& ledger);
 
-/// Six months, the running one last, labelled "Jan" to "Dec". `now` is the local time now, from
+/// Six months, the current one last, labelled "Jan" to "Dec". `now` is the local time now, from
 /// which the labels are made.
-Series MonthSeries(const DateTime& today, const DateTime& now, const PowerLedger& ledger);
+[[nodiscard]] Series MonthSeries(const DateTime& today, const DateTime& now,
+                                 const PowerLedger& ledger);
 
-/// The member that holds an entry's label, for each series.
+/// The member of an entry that holds its label, for each series.
 inline constexpr char kHourLabelKey[] = "Time";
 inline constexpr char kDayLabelKey[] = "Day";
 inline constexpr char kMonthLabelKey[] = "Month";
 
 /// {"Range":[smallest,largest],"Value":[{labelKey:"...","Value":0.0},...]}, without white space. A
-/// value that is not finite reads 0.0. `labelKey` is borrowed for the call.
-std::wstring SeriesText(const Series& series, const char* labelKey);
+/// value that is not finite becomes 0.0. `labelKey` is borrowed for the call.
+[[nodiscard]] std::wstring SeriesText(const Series& series, const char* labelKey);
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -173,7 +173,7 @@ TEST(DayEnergy, SingleSampleHasOnlyItsLinkToTheDayBefore) {
 
 TEST(DayEnergy, ReadsTheDayThenTheDayBeforeThenTheDayAfter) {
   FakeDays days{{kToday, List({At("10:00:00"), At("10:05:00")})}};
-  DayEnergyWh(Day(kToday), days.Reader());
+  static_cast<void>(DayEnergyWh(Day(kToday), days.Reader()));
   EXPECT_EQ(days.ReadDates(), (std::vector<std::string>{kToday, kDayBefore, kDayAfter}));
 }
 

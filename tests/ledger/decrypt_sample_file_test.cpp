@@ -172,10 +172,10 @@ TEST_F(DecryptSampleFileTest, DoesNotDecodeAFileAboveTheSizeLimit) {
   g_calls = 0;
   const Standin::ImportPatch patch("CryptStringToBinaryA", &CountDecoding);
   TestSupport::WriteWholeFile(input_, std::string(kLargestDataFileBytes, 'A'));
-  DecryptSampleFile(input_);
+  EXPECT_FALSE(DecryptSampleFile(input_));
   EXPECT_EQ(g_calls, 1);
   TestSupport::WriteWholeFile(input_, std::string(kLargestDataFileBytes + 1, 'A'));
-  DecryptSampleFile(input_);
+  EXPECT_FALSE(DecryptSampleFile(input_));
   EXPECT_EQ(g_calls, 1);
 }
 

@@ -137,7 +137,7 @@ TEST(DayEnergy, TakesTheDayBeforeTheSpringChangeAsTheNeighbourAfterIt) {
   // One step back from that midnight reaches the day before the change.
   const std::string date = DateOf(Spring(1));
   FakeDays days{{date, SamplesAt(date, {"10:00", "10:05"})}};
-  DayEnergyWh(Day(date), days.Reader());
+  static_cast<void>(DayEnergyWh(Day(date), days.Reader()));
   EXPECT_EQ(days.ReadDates(),
             (std::vector<std::string>{date, DateOf(Spring(-1)), DateOf(Spring(2))}));
 }

@@ -12,7 +12,7 @@ namespace {
 
 namespace WMI = Zq::Gantry::Server::Shared::WMI;
 
-/// Whether the process is ending, as opposed to the library being freed. True only within the
+/// True if the process is ending, as opposed to the library being freed. Set just before the
 /// library's static clean-up: by then the system has killed all other threads, and other libraries
 /// may have been cleaned up already.
 bool isProcessEnding = false;
@@ -36,8 +36,8 @@ bool TryDetach(std::thread& thread) {
   }
 }
 
-/// Waits for the thread and deletes its object. A thread that cannot be joined is detached; one
-/// that cannot be detached either is given up, since deleting a joinable thread ends the process.
+/// Waits for the thread and deletes its object. A thread that cannot be joined is detached. If that
+/// fails too, its object is leaked: deleting a joinable thread ends the process.
 void EndThread(std::unique_ptr<std::thread> thread) {
   try {
     thread->join();
@@ -49,9 +49,9 @@ void EndThread(std::unique_ptr<std::thread> thread) {
 }  // namespace
 
 WattleafHelper& WattleafHelper::Instance() {
-  // The object is destroyed when the library is freed, and given up as it is when the process ends:
-  // the other threads were killed at any point then, perhaps inside the collector's locks or within
-  // a change of a field, and the collector's library has been cleaned up already.
+  // The object is destroyed when the library is freed, and abandoned when the process ends: then
+  // the other threads have been killed at any point, perhaps while they held the collector's locks
+  // or changed a field, and the collector's library has been cleaned up already.
   union Storage {
     Storage() : helper() {}
     Storage(const Storage&) = delete;
@@ -96,8 +96,8 @@ int WattleafHelper::IsPlatformSupported() {
 
   const int decided =
       WMI::DecidePlatformSupport(WMI::ReadBiosPlatformFlag, WMI::FindCarbonSupportOemString);
-  // The probes take long enough for the collector, or another thread, to settle the state: what
-  // was stored first stands.
+  // The probes take long enough for the collector, or another thread, to decide the state
+  // meanwhile: the first value that was stored stays.
   int stored = WMI::kPlatformUndecided;
   const bool isFirst =
       PlatformSupportState.compare_exchange_strong(stored, decided, std::memory_order_relaxed);

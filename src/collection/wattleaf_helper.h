@@ -22,85 +22,110 @@
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
-/// The one object that holds the system's state. Its operations take the lock, log, call the rules
-/// of the other folders and hand over; nothing outside service/ and collection/ knows it.
+/// The one object that holds the library's state. Its operations take the lock, log and call the
+/// rules of the other folders; only service/ and collection/ use it.
 ///
-/// The flags and PlatformSupportState are single words with one meaning each, read and written
-/// without a lock and without order among them: a late view does no harm.
+/// Threads: the host's threads call the public operations, the worker calls ProcessingCallback, and
+/// a thread of the collector's calls MyNativeCallback. The flags and PlatformSupportState are
+/// atomic words without order among them: a thread may see a change late, which does no harm.
 class WATTLEAF_API WattleafHelper {
  public:
   /// The one object, made on first use; concurrent first calls make one. Destroyed by the library's
-  /// static clean-up when the library is freed; given up without a call when the process ends.
-  static WattleafHelper& Instance();
+  /// static clean-up if the library is freed. If the process ends it is abandoned, and nothing in
+  /// the collector's library is called.
+  [[nodiscard]] static WattleafHelper& Instance();
 
   WattleafHelper(const WattleafHelper&) = delete;
   WattleafHelper& operator=(const WattleafHelper&) = delete;
+  /// Waits for the worker, which may sleep for a day, then stops and unloads the collector. Drops
+  /// all exceptions on the way.
   ~WattleafHelper();
 
-  /// Decides, checks and loads the collector, once per process. True means that collection runs.
-  bool StartCollection();
-  /// Asks a loaded collector to stop; it stays loaded.
+  /// Checks the machine and the collector's file, loads the collector and starts it. True means
+  /// that collection runs; failures are logged. On a supported machine a second call returns true
+  /// without work, even if the first one failed.
+  [[nodiscard]] bool StartCollection();
+  /// Stops a loaded collector, which stays loaded. The collector's exceptions propagate.
   void StopCollection();
-  /// Starts the worker thread. A second call gives the first thread up; it goes on without owner.
+  /// Starts the worker thread at the lowest priority and keeps the module loaded until the process
+  /// ends. A second call starts a second thread; the first continues without an owner. Throws
+  /// std::system_error if the thread cannot be made.
   void StartProcessing();
 
-  /// 1 supported, 0 not supported, -1 firmware update required; probes once.
-  int IsPlatformSupported();
-  bool IsDataChanged();
-  bool IsDataAvailable();
+  /// 1 supported, 0 not supported, -1 firmware update required. Runs the probes in the first call
+  /// only.
+  [[nodiscard]] int IsPlatformSupported();
+  /// Always true: see dataChanged.
+  [[nodiscard]] bool IsDataChanged();
+  /// True once the collector has started or the first pass has ended.
+  [[nodiscard]] bool IsDataAvailable();
 
-  /// Watt-hours per day, over today and the six days before it.
-  float GetDailyAveragePowerConsumption();
-  float GetTreeSavedCount();
+  /// Watt-hours per day, averaged over today and the six days before it. Waits for the ledger pass.
+  [[nodiscard]] float GetDailyAveragePowerConsumption();
+  /// The number of trees that corresponds to that average.
+  [[nodiscard]] float GetTreeSavedCount();
 
-  /// The last twelve hours, seven days and six months as JSON. On a failure, which is logged,
-  /// `result` stays as it was.
+  /// The last twelve hours, seven days and six months as JSON (ledger/series.h). Each waits for the
+  /// ledger pass. On an exception, which is caught and logged, `result` stays as it was.
   void GetDailyPowerConsumption(std::wstring& result);
   void GetWeeklyPowerConsumption(std::wstring& result);
   void GetMonthlyPowerConsumption(std::wstring& result);
 
-  /// The applications with the largest share as JSON; `request` names the icon directory and days.
+  /// The applications with the largest shares of energy as JSON, at most twenty. `request` is
+  /// "<icon folder>?<days>"; the folder is made, and receives an icon for each application. On any
+  /// failure `result` stays as it was; nothing is logged.
   void GetTop20PowerApps(std::wstring& request, std::wstring& result);
+  /// An empty JSON array.
   void GetErrorsAndWarnings(std::wstring& result);
 
  protected:
+  /// Finds the host's directory; nothing else is read, made or started.
   WattleafHelper();
 
+  /// The CollectorCallback that the collector gets.
   static void MyNativeCallback(const char** items, int count);
 
-  /// The device path behind a drive such as "C:"; empty if there is none.
-  std::string GetDevicePath(std::string drive);
+  /// The device path of a drive such as "C:" (QueryDosDeviceA); empty if it has none.
+  [[nodiscard]] std::string GetDevicePath(std::string drive);
 
-  /// The worker's body.
+  /// The worker's body. Exceptions that an operation does not catch end the process.
   void ProcessingCallback();
 
-  /// One day's samples; the caller owns the document, which is null for a copy that does not parse.
-  /// The caller holds dataMutex.
-  GenericDocument* GetJsonFromDate(const DateTime& day);
+  /// One day's samples (ledger/sample_reader.h); the caller owns the document, which is null for a
+  /// copy that does not parse. The caller holds dataMutex.
+  [[nodiscard]] GenericDocument* GetJsonFromDate(const DateTime& day);
 
-  /// The daily pass; holds dataMutex for its whole run.
+  /// The ledger pass: loads the ledger, works out the days that need it, saves it, and then deletes
+  /// the samples of the days booked. Holds dataMutex for its whole run.
   void CalculateDailyPowerConsumption();
   /// Watt-hours of one day. The caller holds dataMutex.
-  float CalculateDailyPowerConsumption(const DateTime& day);
+  [[nodiscard]] float CalculateDailyPowerConsumption(const DateTime& day);
   /// Watt-hours by hour of the day, for hours that booked something. The caller holds dataMutex.
-  std::map<int, float> GetPowerConsumption(const DateTime& day);
+  [[nodiscard]] std::map<int, float> GetPowerConsumption(const DateTime& day);
 
+  /// Reads the energy tool's report, merges its rows into the 30-day store and deletes the report.
   void ConvertPowerLogXmltoJson();
+  /// Run the energy tool and use its report. A status other than 0 is logged; a negative one throws
+  /// (reports/report_tool.h).
   void OnGetTop20PowerApps();
   void OnGetErrorAndWarnings();
 
+  /// Read the catalogues (catalogue/installed_apps.h) and replace the current ones. Exceptions
+  /// propagate and leave the current catalogue.
   void LoadInstalledWin32Apps();
   void LoadInstalledUWPApps();
+  /// Sets `logo` to the logo that a package's manifest names, if any. `displayName` is not used.
+  /// Failures are logged.
   void ParseManifest(const std::wstring& manifestPath, std::wstring& displayName,
                      std::wstring& logo);
 
   /// Checks and loads the library into collectorModule; logs a failure.
-  bool LoadCollector();
-  /// Makes the collector and tells it to start; logs the outcome. Lets the library's exceptions
-  /// out.
-  CollectorVerdict StartCollector();
+  [[nodiscard]] bool LoadCollector();
+  /// Makes and starts the collector; logs the outcome. The library's exceptions propagate.
+  [[nodiscard]] CollectorVerdict StartCollector();
+  /// Sets the support state and the flags that follow from a verdict.
   void TakeVerdict(CollectorVerdict verdict);
-  /// Destroys the collector and frees its library.
+  /// Destroys the collector, whose exceptions are dropped, and frees its library.
   void UnloadCollector();
 
   struct CollectorPolicy {
@@ -109,29 +134,35 @@ class WATTLEAF_API WattleafHelper {
     static void Release(Type object) { delete object; }
   };
 
-  // The worker writes both; the thread that ends the helper reads them.
+  // The worker writes both; the thread that destroys the helper reads them.
   Platform::SharedResource<CollectorPolicy> collector;
   Platform::SharedResource<Platform::ModulePolicy> collectorModule;
   std::atomic<int> PlatformSupportState = Shared::WMI::kPlatformUndecided;
   std::atomic<bool> dataAvailable = false;
+  /// Watt-hours by day (ledger/power_ledger.h). Guarded by dataMutex.
   std::map<DateTime, float> dailyLedger;
   Published<DesktopApps> win32Apps;
   Published<PackagedApps> uwpApps;
-  // Kept on purpose: nothing ever clears it, so every query answers true.
+  // Kept on purpose: nothing ever clears it, so every query returns true.
   std::atomic<bool> dataChanged = true;
+  /// Guards StartCollection against a second run.
   std::atomic<bool> collectionStarted = false;
+  /// Kept on purpose: nothing ever fills it. Guarded by dataMutex for writing.
   std::wstring errorsAndWarningsJson;
+  /// The data folder, without a separator at its end.
   const wchar_t* collectionPath = L"C:\\ProgramData\\ZQ\\TelemetryDataCollector\\PCMCollector";
+  /// The folder of the process's executable, without a separator at its end.
   std::wstring hostDirectory;
   const wchar_t* collectorFileName = L"TelemetryZQXWrapper.dll";
   std::unique_ptr<std::thread> worker;
+  /// True while the worker may start another pass.
   std::atomic<bool> running = false;
   std::mutex dataMutex;
   /// Held while the 30-day store is open, and for nothing else: a reader must not make the
-  /// conversion's save fail after the report is gone.
+  /// conversion's save fail after the report is deleted.
   std::mutex storeMutex;
-  /// Encrypted sample files that the running pass deletes once the ledger is saved; until then they
-  /// count as gone. In the order of deletion; empty between passes. Guarded by dataMutex.
+  /// Encrypted sample files that the running pass deletes once the ledger is saved, in the order of
+  /// deletion. Until then they count as deleted. Empty between passes. Guarded by dataMutex.
   std::vector<std::wstring> discardedSamples;
 };
 

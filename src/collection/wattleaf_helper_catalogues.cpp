@@ -17,13 +17,13 @@ void LogError(const wchar_t* text) { Logging::LogManager::GetLogger()->LogError(
 }  // namespace
 
 void WattleafHelper::LoadInstalledWin32Apps() {
-  // Filled aside: a request walks the map that it took meanwhile.
+  // Filled aside, since a request may be reading the current map.
   DesktopApps apps = *win32Apps.Current();
   AddInstalledPrograms(apps);
   win32Apps.Replace(std::move(apps));
 }
 
-// What the walk itself raises leaves the operation, and the catalogue stays as it was.
+// Exceptions of the walk itself propagate, and the catalogue stays as it was.
 void WattleafHelper::LoadInstalledUWPApps() {
   PackagedApps apps = *uwpApps.Current();
   const auto readManifest = [this](const std::wstring& path, std::wstring& logo) {

@@ -51,9 +51,10 @@ void LogVerdict(CollectorVerdict verdict) {
 
 bool WattleafHelper::StartCollection() {
   if (IsPlatformSupported() != Shared::WMI::kPlatformSupported) return false;
-  // Kept on purpose: a second call is a success without work, whatever the first one came to.
+  // Kept on purpose: a second call succeeds without work, even if the first one failed.
   if (collectionStarted.exchange(true, std::memory_order_relaxed)) return true;
-  CreateDirectoryTree(collectionPath);
+  // Failure is ignored: without the folder there are no samples, and the passes find none.
+  static_cast<void>(CreateDirectoryTree(collectionPath));
 
   bool keepLoaded = false;
   bool started = false;
@@ -69,13 +70,13 @@ bool WattleafHelper::StartCollection() {
   } catch (...) {
     LogManager::GetLogger()->LogError(L"Exception in  StartCollection() - \n");
   }
-  // Only behind the handlers: the exception object may live in the collector's module.
+  // Only after the handlers: the exception object may live in the collector's module.
   if (!keepLoaded) UnloadCollector();
   return started;
 }
 
 bool WattleafHelper::LoadCollector() {
-  // Kept on purpose: the checks look at the copy beside the host, the load asks for the bare name
+  // Kept on purpose: the checks look at the file beside the host, but the load passes only its name
   // and leaves the search to the system, which begins in that same directory.
   if (IsCollectorTrusted(JoinPath(hostDirectory, collectorFileName))) {
     collectorModule.reset(LoadLibraryW(collectorFileName));
@@ -96,7 +97,7 @@ CollectorVerdict WattleafHelper::StartCollector() {
   DataCollector* const made = create();
   collector.reset(made);
   log.LogInfo(L"Loaded DataCollector library\n");
-  // A library that gives no object cannot work either.
+  // A null object counts as one that cannot work.
   if (made == nullptr || !made->OnLoad()) {
     log.LogError(L"DataCollector OnLoad() failed.\n");
     return CollectorVerdict::kUnknownFailure;
@@ -120,7 +121,7 @@ void WattleafHelper::UnloadCollector() {
   try {
     delete collector.release();
   } catch (...) {
-    // The closed library's failure ends with its object: there is nobody left to tell.
+    // Dropped: the collector's object is gone, and no caller could handle the failure.
   }
   collectorModule.reset();
 }

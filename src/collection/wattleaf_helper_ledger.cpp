@@ -25,9 +25,9 @@ namespace {
 
 using Logging::LogManager;
 
-/// Enters what the file holds into `ledger`; a file that is missing, no plain file or no JSON array
-/// enters nothing. False if its status cannot be read: it may hold days that `ledger` lacks, and
-/// must not be written over.
+/// Copies the file's days into `ledger`; a file that is missing, not a plain file or not a JSON
+/// array has none. False if its status cannot be read: it may hold days that `ledger` lacks, and
+/// must not be overwritten.
 bool LoadLedgerFile(const std::wstring& path, const DateTime& today, PowerLedger& ledger) {
   const std::optional<bool> isPlain = TryIsPlainFile(path);
   if (!isPlain) return false;
@@ -44,8 +44,8 @@ bool HoldsLedger(const std::wstring& path, const PowerLedger& ledger) {
   return document && document->IsArray() && document->Size() == ledger.size();
 }
 
-/// A link in the place of a day's samples was never read, so it is not deleted either. Failure is
-/// ignored: the day is booked and is not worked out again.
+/// Deletes the samples of booked days. A link in their place was not read, so it is not deleted
+/// either. Failure is ignored: a booked day is not worked out again.
 void DeleteSamples(const std::vector<std::wstring>& paths) {
   for (const std::wstring& path : paths) {
     if (IsKnownPlainFile(path)) _wunlink(path.c_str());
@@ -64,7 +64,7 @@ class ScopedList {
   std::vector<std::wstring>& list_;
 };
 
-/// Replaces `result` by what `makeText` gives; on any exception logs `message` and leaves it.
+/// Replaces `result` by the result of `makeText`; on any exception logs `message` and leaves it.
 template <typename MakeText>
 void AnswerOrLog(std::wstring& result, const wchar_t* message, MakeText makeText) {
   try {
@@ -97,7 +97,7 @@ void WattleafHelper::CalculateDailyPowerConsumption() {
     try {
       return CalculateDailyPowerConsumption(day);
     } catch (const std::filesystem::filesystem_error&) {
-      return 0.0F;  // tried again at the next pass
+      return 0.0F;  // not booked; the next pass tries again
     }
   };
   const ScopedList discarded(discardedSamples);
@@ -110,7 +110,7 @@ void WattleafHelper::CalculateDailyPowerConsumption() {
     LogManager::GetLogger()->LogError(
         L"Error in CalculateDailyPowerConsumption() : Save Json failed");
   } else if (!discardedSamples.empty() && HoldsLedger(ledgerPath, dailyLedger)) {
-    // Only now: a process that ends earlier must find the samples again.
+    // Only now: if the process ends earlier, the next one needs the samples.
     DeleteSamples(discardedSamples);
   }
   dataChanged.store(true, std::memory_order_relaxed);

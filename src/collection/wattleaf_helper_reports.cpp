@@ -25,8 +25,8 @@ namespace Zq::Gantry::Server::Services::Wattleaf {
 
 namespace {
 
-/// Reads the 30-day store, holding the lock while it is open and not longer. Null for a store that
-/// is missing, no plain file, too large or no JSON.
+/// Reads the 30-day store; holds the lock only while it is open. Null if the store is missing, not
+/// a plain file, too large or not JSON.
 std::unique_ptr<GenericDocument> LoadPowerStore(const std::wstring& path, std::mutex& storeMutex) {
   const std::lock_guard lock(storeMutex);
   if (!IsKnownPlainFile(path)) return nullptr;
@@ -34,29 +34,29 @@ std::unique_ptr<GenericDocument> LoadPowerStore(const std::wstring& path, std::m
       LoadJsonDocument(path, kLargestPowerStoreBytes, kMostOpenStoreValues));
 }
 
-/// Writes it under the same lock. A store that cannot be opened stays as it is, and nobody is told.
+/// Writes the store under the same lock. A store that cannot be opened stays as it is; failure is
+/// ignored, as the next pass writes it again.
 void SavePowerStore(const std::wstring& path, const GenericDocument& store,
                     std::mutex& storeMutex) {
   const std::lock_guard lock(storeMutex);
   static_cast<void>(SaveJsonDocument(path, store));
 }
 
-/// Lets the exception of a negative status out, as the text's own function tells.
+/// Logs a tool's status. For a negative one the exception of ToolFailureText propagates.
 void LogToolFailure(std::wstring_view literal, int status) {
   const std::wstring text = ToolFailureText(literal, status);
-  // The text is an argument: it may end in "%" or hold "%d", and nothing follows that would fill
-  // it.
+  // The text is an argument, not the format: it may end in "%" or contain "%d".
   Logging::LogManager::GetLogger()->LogError(L"%s", text.c_str());
 }
 
 std::string LogTimeNow() { return FormatLogTime(*GetCurrentDateTime()); }
 
-/// Narrowed for the narrow calls that write icons; what lies above the low byte is lost.
+/// The low bytes, for the narrow calls that write icons.
 std::string NarrowDirectory(const std::wstring& directory) {
   return NarrowChars(directory.data(), directory.data() + directory.size());
 }
 
-/// A zero would cut the path short and make another folder than the one that was asked for.
+/// Makes the client's folder. A path with a zero inside would be cut short and make another one.
 void MakeIconDirectory(const std::wstring& directory) {
   if (directory.empty() || directory.find(L'\0') != std::wstring::npos) return;
   static_cast<void>(CreateDirectoryTree(directory));
@@ -69,7 +69,7 @@ void WattleafHelper::OnGetTop20PowerApps() {
   if (status != 0) return LogToolFailure(kPowerReportFailure, status);
 
   ConvertPowerLogXmltoJson();
-  // Kept on purpose: it waits for whoever holds the lock and guards nothing (test
+  // Kept on purpose: it waits for the holder of the lock and guards nothing (test
   // ReportRun.WaitsForAHolderOfTheLockAfterTheConversion).
   const std::lock_guard wait(dataMutex);
 }
@@ -82,8 +82,8 @@ void WattleafHelper::OnGetErrorAndWarnings() {
   errorsAndWarningsJson.clear();
 }
 
-// Kept on purpose: nothing fills the text and nobody reads the report, so the answer is the empty
-// list, without the lock (tests ErrorsAndWarnings.*).
+// Kept on purpose: nothing fills the text or reads the report, so the answer is the empty list,
+// without the lock (tests ErrorsAndWarnings.*).
 void WattleafHelper::GetErrorsAndWarnings(std::wstring& result) {
   result = errorsAndWarningsJson.empty() ? L"[]" : errorsAndWarningsJson;
 }
@@ -110,7 +110,7 @@ void WattleafHelper::ConvertPowerLogXmltoJson() {
   SavePowerStore(storePath, PowerStoreDocument(log), storeMutex);
 }
 
-// Whatever fails, also a status that cannot be had, leaves the result as it was, without a line.
+// Any failure leaves the result as it was, and nothing is logged.
 void WattleafHelper::GetTop20PowerApps(std::wstring& request, std::wstring& result) {
   try {
     const RankingRequest wanted = SplitRankingRequest(request);
@@ -128,7 +128,7 @@ void WattleafHelper::GetTop20PowerApps(std::wstring& request, std::wstring& resu
     result = RankingText(RankApplications(*store, period, *desktopApps, *packagedApps,
                                           NarrowDirectory(wanted.iconDirectory), icons));
   } catch (...) {
-    // The client asks again.
+    // Dropped: the client gets no text and can repeat the command.
   }
 }
 

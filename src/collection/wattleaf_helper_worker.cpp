@@ -12,8 +12,9 @@ namespace Zq::Gantry::Server::Services::Wattleaf {
 
 namespace {
 
-/// Keeps this module loaded until the process ends: a worker sleeps in its code for a day, and a
-/// host that frees the library must find neither a wait of a day nor code that has gone.
+/// Keeps this module loaded until the process ends: the worker sleeps in its code for up to a day.
+/// If a host could free the library, it would wait that long, or the worker would wake up in code
+/// that is no longer there.
 void PinModule() {
   HMODULE module = nullptr;
   GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN,
@@ -27,8 +28,8 @@ void WattleafHelper::StartProcessing() {
   running.store(true, std::memory_order_relaxed);
   auto thread = std::make_unique<std::thread>(&WattleafHelper::ProcessingCallback, this);
   SetThreadPriority(Platform::ThreadHandle(*thread), THREAD_PRIORITY_LOWEST);
-  // Kept on purpose: a second call gives the first thread object up. Deleting it would end the
-  // process, and its thread goes on.
+  // Kept on purpose: a second call leaks the first thread object, whose thread continues. Deleting
+  // it would end the process.
   static_cast<void>(worker.release());
   worker = std::move(thread);
 }
@@ -44,7 +45,7 @@ void WattleafHelper::ProcessingCallback() {
     bool StartCollector() override { return helper_.StartCollection(); }
     void LoadDesktopCatalogue() override { helper_.LoadInstalledWin32Apps(); }
     void LoadPackagedCatalogue() override { helper_.LoadInstalledUWPApps(); }
-    bool MayGoOn() override { return helper_.running.load(std::memory_order_relaxed); }
+    bool MayContinue() override { return helper_.running.load(std::memory_order_relaxed); }
     void UpdateLedger() override { helper_.CalculateDailyPowerConsumption(); }
     void UpdateRanking() override { helper_.OnGetTop20PowerApps(); }
     void MarkDataAvailable() override {

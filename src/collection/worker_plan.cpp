@@ -8,7 +8,7 @@ void RunWorker(WorkerSteps& steps) {
 
   steps.LoadDesktopCatalogue();
   steps.LoadPackagedCatalogue();
-  while (steps.MayGoOn()) {
+  while (steps.MayContinue()) {
     steps.UpdateLedger();
     steps.UpdateRanking();
     steps.MarkDataAvailable();

@@ -150,7 +150,7 @@ TEST_F(CollectorHost, ADataFolderThatCannotBeMadeIsNoHindrance) {
 TEST_F(CollectorHost, TheCopyInTheHostsDirectoryIsChecked) {
   const ProtectedFolder folder(L"unsigned.dll");
   helper->hostDirectory = folder.Path();
-  helper->StartCollection();
+  EXPECT_FALSE(helper->StartCollection());
   EXPECT_THAT(log.Records(), Contains(Info(L"Security - GetSecurityCatalogInfo - File = " +
                                            folder.Path() + L"\\TelemetryZQXWrapper.dll")));
 }
@@ -179,7 +179,7 @@ TEST_F(CollectorHost, ATrustedLibraryInAPlaceThatIsNotAllowedIsNotLoaded) {
 TEST_F(CollectorHost, TheLocationIsAskedOnlyBehindATrustedSignature) {
   const ProtectedFolder folder(L"unsigned.dll");
   helper->hostDirectory = folder.Path();
-  helper->StartCollection();
+  EXPECT_FALSE(helper->StartCollection());
   for (const LogRecord& line : log.Records()) {
     EXPECT_EQ(line.text.find(L"GetFullPathName"), std::wstring::npos);
   }

@@ -24,7 +24,7 @@ class RecordedSteps final : public WorkerSteps {
   }
   void LoadDesktopCatalogue() override { log.push_back("desktop"); }
   void LoadPackagedCatalogue() override { log.push_back("packaged"); }
-  bool MayGoOn() override { return passes_-- > 0; }
+  bool MayContinue() override { return passes_-- > 0; }
   void UpdateLedger() override { log.push_back("ledger"); }
   void UpdateRanking() override { log.push_back("ranking"); }
   void MarkDataAvailable() override { log.push_back("available"); }

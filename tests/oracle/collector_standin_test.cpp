@@ -45,7 +45,7 @@ void CountItems(const char**, int count) {
 class CollectorStandin : public testing::Test {
  protected:
   CollectorStandin() {
-    CreateDirectoryTree(kDataFolder);
+    EXPECT_TRUE(CreateDirectoryTree(kDataFolder));
     RemoveSamples();
     Tell(L"STATUS", L"1");
     Tell(L"DAYS", L"6");

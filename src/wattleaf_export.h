@@ -1,7 +1,8 @@
 #pragma once
 
-// The export macro of WattleafService.dll: set while the library's own sources are compiled, and
-// the other way round for a program that uses the installed package. Elsewhere it is empty.
+// The export macro of WattleafService.dll. WATTLEAF_EXPORTS is defined while the library's own
+// sources are compiled, WATTLEAF_IMPORTS for a program that uses the installed package. The macro
+// is empty for tests, which link the sources themselves.
 #if defined(WATTLEAF_EXPORTS)
 #define WATTLEAF_API __declspec(dllexport)
 #elif defined(WATTLEAF_IMPORTS)

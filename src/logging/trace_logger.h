@@ -1,6 +1,9 @@
 #pragma once
 
-// The export macro of the host's Logging.dll: set by the side that builds that library.
+// The binary contract with the host's Logging.dll: class layouts and decorated names are fixed. The
+// library exports both classes; this header is all that is known of it.
+
+// The export macro: defined for export only by the side that builds Logging.dll.
 #if defined(GANTRY_LOGGING_EXPORTS)
 #define GANTRY_LOGGING_API __declspec(dllexport)
 #else
@@ -9,17 +12,21 @@
 
 namespace Zq::Gantry::Logging {
 
-/// By-value first argument of the structured log calls. All texts are borrowed for the call.
+/// First argument of the structured log calls, passed by value. All texts are borrowed for the
+/// call.
 struct LoggingData {
-  const wchar_t* format;     ///< printf-like, wide: %s is wide text, %S is narrow text
-  const wchar_t* component;  ///< empty, or the component that speaks
+  const wchar_t* format;     ///< see TraceLogger
+  const wchar_t* component;  ///< the component that logs; empty for none
   const void* reserved;      ///< always null
 };
 
-/// The process's log. Formats are those of the Windows C library's wide printf family; the logger
-/// decides the form of the line. May be called from any thread.
+/// The log of the process. A format is that of the Windows C library's wide printf family: %s is
+/// wide text, %S is narrow text. The arguments must match it; text from outside is never the
+/// format. The logger decides the form of the line. Any thread may call these operations, which
+/// report no failure.
 class GANTRY_LOGGING_API TraceLogger {
  public:
+  /// One level after the other, each as a plain and as a structured call.
   void LogInfo(const wchar_t* format, ...);
   void LogInfo(LoggingData data, ...);
   void LogWarning(const wchar_t* format, ...);
@@ -28,10 +35,12 @@ class GANTRY_LOGGING_API TraceLogger {
   void LogError(LoggingData data, ...);
 };
 
+/// Where the logger comes from. The host's library is loaded before this one, which imports it, so
+/// that the logger exists as long as this library does.
 class GANTRY_LOGGING_API LogManager {
  public:
   /// The one logger of the process; owned by Logging.dll, never null.
-  static TraceLogger* GetLogger();
+  [[nodiscard]] static TraceLogger* GetLogger();
 };
 
 }  // namespace Zq::Gantry::Logging

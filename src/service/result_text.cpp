@@ -17,7 +17,7 @@ constexpr std::size_t kMostChars =
 
 }  // namespace
 
-// The same digits as "%f", which takes the point from the locale that a host may have set.
+// The digits of "%f". Not printf itself, which takes the point from the locale that the host set.
 std::wstring FloatToWideString(float value) {
   std::string text(kMostChars, '\0');
   const auto end = std::to_chars(text.data(), text.data() + text.size(), static_cast<double>(value),

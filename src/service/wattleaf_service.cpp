@@ -20,13 +20,13 @@ using Logging::LogManager;
 
 constexpr std::size_t kLongestNameChars = 64;
 
-/// What stands behind the host's opaque session handle.
+/// The host's opaque session handle points to one of these.
 struct SessionRecord {
   std::unique_ptr<wchar_t[]> name;
 };
 
-/// A copy of `name`. A null name and one beyond the limit are a caller's error and give an empty
-/// text: the limit is hard, and nothing is truncated.
+/// A copy of `name`. An empty text for a null name and for one above the limit, which are errors of
+/// the caller: nothing is truncated.
 std::unique_ptr<wchar_t[]> CopySessionName(const wchar_t* name) {
   const std::size_t length = name == nullptr ? 0 : wcsnlen(name, kLongestNameChars);
   auto copy = std::make_unique<wchar_t[]>(length + 1);
@@ -49,7 +49,7 @@ int WattleafService::StartSession(wchar_t* name, void** handle) {
 
 int WattleafService::EndSession(void** handle) {
   if (handle != nullptr && *handle != nullptr) {
-    // Kept on purpose: the host's variable is not cleared, its pointer is dead.
+    // Kept on purpose: the host's variable is not cleared and holds a dangling pointer.
     const std::unique_ptr<SessionRecord> record(static_cast<SessionRecord*>(*handle));
   }
   LogManager::GetLogger()->LogInfo(L"WattleafService::EndSession");
@@ -79,7 +79,7 @@ void WattleafService::control_code_task(unsigned long) {}
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf
 
-/// The exported factory; the host owns the object and destroys it through its virtual destructor.
+/// The exported factory. The host owns the object and destroys it through its virtual destructor.
 extern "C" WATTLEAF_API Zq::Gantry::Server::Services::ZQService* ZQCreateService() {
   return new Zq::Gantry::Server::Services::Wattleaf::WattleafService();
 }

@@ -14,12 +14,12 @@ namespace {
 std::wstring BoolText(bool value) { return value ? L"true" : L"false"; }
 
 std::wstring TreesSavedText(WattleafHelper& helper) {
-  // Kept on purpose: the formula of GetTreeSavedCount, written out a second time.
+  // Kept on purpose: the formula of GetTreeSavedCount a second time; the contract has it here too.
   const float average = helper.GetDailyAveragePowerConsumption();
   return FloatToWideString(average * 365.0F * 3.0F / 1000.0F / 300.0F);
 }
 
-/// Runs one command; empty where the command left no text.
+/// Runs one command; empty if the command left no text.
 std::wstring RunCommand(Command command, std::wstring& request) {
   WattleafHelper& helper = WattleafHelper::Instance();
   std::wstring result;

@@ -84,6 +84,7 @@ DWORD WINAPI FakeAccessLists::AnswerSecurity(LPWSTR path, SE_OBJECT_TYPE type,
   *group = nullptr;
   current->descriptors.emplace_back(LocalAlloc(LPTR, 64));
   *descriptor = current->descriptors.back().get();
+  EXPECT_NE(*descriptor, nullptr) << "the caller must get a block that it could free";
   return ERROR_SUCCESS;
 }
 

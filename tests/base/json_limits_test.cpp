@@ -7,9 +7,11 @@
 #include "base/guarded_json_stream.h"
 #include "base/json_document.h"
 #include "base/scratch_folder.h"
+#include "base/text_builders.h"
 #include "base/wide_file.h"
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
+using TestSupport::Repeated;
 using TestSupport::ScratchFolder;
 
 namespace {
@@ -18,13 +20,6 @@ std::unique_ptr<GenericDocument> LoadText(const std::string& text) {
   const ScratchFolder folder;
   TestSupport::WriteBytes(folder.File("text.json"), text);
   return std::unique_ptr<GenericDocument>(LoadJsonDocument(folder.File("text.json").wstring()));
-}
-
-std::string Repeated(std::string_view part, std::size_t count) {
-  std::string text;
-  text.reserve(part.size() * count);
-  for (std::size_t i = 0; i < count; ++i) text += part;
-  return text;
 }
 
 std::string NestedArrays(std::size_t depth) {

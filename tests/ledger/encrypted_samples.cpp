@@ -10,12 +10,6 @@
 
 namespace TestSupport {
 
-std::string Utf16(std::string_view text) {
-  std::string bytes;
-  for (const char c : text) bytes += {c, '\0'};
-  return bytes;
-}
-
 std::string Base64(const std::string& bytes) {
   DWORD chars = 0;
   const auto* data = reinterpret_cast<const BYTE*>(bytes.data());

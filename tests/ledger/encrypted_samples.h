@@ -1,12 +1,10 @@
 #pragma once
 
 #include <string>
-#include <string_view>
+
+#include "base/text_builders.h"
 
 namespace TestSupport {
-
-/// `text` (ASCII) as UTF-16LE.
-[[nodiscard]] std::string Utf16(std::string_view text);
 
 /// The Base64 text of `plain`, encrypted by the data protection interface at machine scope, as the
 /// collector writes it. Fails the test and returns an empty text if the system cannot encrypt.

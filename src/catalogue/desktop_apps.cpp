@@ -56,7 +56,8 @@ void AddSubkeys(HKEY root, DesktopApps& apps) {
       failures = 0;
       const Platform::UniqueRegKey subkey = OpenKey(root, name);
       // Kept on purpose: the same index is tried again without resetting `nameChars`, so the next
-      // call may report too little room (test DesktopAppsCalls.ASubkeyIsTriedAgainUntilItOpens).
+      // call may report too little room (test
+      // AddProgramsUnderRegistryTest.RetriesASubkeyUntilItOpens).
       if (!subkey) continue;
       AddProgram(subkey.get(), apps);
     } else {

@@ -90,7 +90,7 @@ std::string ExportAppIcon(std::string path, const std::string& directory,
   const std::string target = file.Path();
   if (file.StaysInDirectory()) {
     // Kept on purpose: the path is returned even if the file could not be written (test
-    // ExportAppIcon.GivesThePathEvenWhereTheSaveFails).
+    // ExportAppIcon.ReturnsThePathEvenWhenTheSaveFails).
     static_cast<void>(
         SaveIconAsPng(icon.get(), WidenBytes(target.data(), target.data() + target.size())));
   }
@@ -104,7 +104,7 @@ bool SaveIconAsPng(HICON icon, const std::wstring& path) {
   if (!image) return false;
 
   // Kept on purpose: without a PNG codec the save is still called, with an all-zero class, and
-  // fails (test SaveIconAsPngFailures.OfACodecListWithoutPngAreTheSaves).
+  // fails (test SaveIconAsPngTest.FailsWhenNoPngCodecIsInstalled).
   const CLSID codec = EncoderList().ClassOf(kPngType);
   return GdipSaveImageToFile(image.get(), path.c_str(), &codec, /*parameters=*/nullptr) ==
          Gdiplus::Ok;

@@ -15,7 +15,7 @@ bool IconFile::StaysInDirectory() const {
 }
 
 // Kept on purpose: an empty outcome is not remembered, so the next row of the same name tries again
-// (test IconFinder.TriesAgainAfterAnEmptyOutcome).
+// (test IconFinder.RetriesAfterAnEmptyResult).
 std::string IconFinder::Find(const std::string& appId, const std::string& displayName) {
   const auto known = iconByDisplayName_.find(displayName);
   if (known != iconByDisplayName_.end()) return known->second;
@@ -29,7 +29,7 @@ std::string IconFinder::MakeIcon(const std::string& appId, const IconFile& file)
 }
 
 // Kept on purpose: every matching package copies its logo to the same path, and the outcome of the
-// last copy counts (test IconFinder.LetsTheLastMatchingPackageWin).
+// last copy counts (test IconFinder.UsesTheLastMatchingPackage).
 std::string IconFinder::CopyLogosOf(const std::string& appId, const IconFile& file) const {
   if (!file.StaysInDirectory()) return {};
   const std::string target = file.Path();

@@ -50,7 +50,7 @@ bool CanBeOpened(const std::wstring& path) { return std::wifstream(fs::path(path
 }  // namespace
 
 // Kept on purpose: the prefix "uap" is compared as plain text, whichever name space it is bound to
-// (test PackageManifest.ComparesThePrefixAsPlainText).
+// (test TryReadManifestLogo.ComparesTheNamespacePrefixAsPlainText).
 std::optional<std::wstring> TryReadManifestLogo(const std::wstring& manifestPath) {
   const auto bytes = TryReadManifest(manifestPath);
   if (!bytes) return std::nullopt;
@@ -82,7 +82,8 @@ std::wstring FindLogoVariant(const std::wstring& installedPath, const std::wstri
 std::wstring FindManifestLogo(const std::wstring& installedPath,
                               const ManifestReader& readManifest) {
   // Kept on purpose: if the directory's name with a trailing separator can be opened as a file, it
-  // is the logo, though no directory can (test OddPackageLogo.TakesADirectoryNameThatCanBeOpened).
+  // is the logo, though no directory can (test
+  // FindManifestLogo.ReturnsADirectoryPathThatCanBeOpenedAsAFile).
   std::wstring directoryName = installedPath + L"\\";
   if (CanBeOpened(directoryName)) return directoryName;
 

@@ -38,7 +38,7 @@ void AddPackage(InstalledPackage& package, const ManifestReader& readManifest, P
   if (logo.empty()) logo = TextOrEmpty([&] { return OwnLogo(package); });
   if (shown.empty() || logo.empty()) return;
   // Kept on purpose: characters above one byte become wrong letters (test
-  // PackagedAppsTest.NarrowsAllThreeTextsToTheirLowBytes).
+  // AddPackagedAppsTest.NarrowsAllThreeTextsToTheirLowBytes).
   apps[Narrow(name)] = {Narrow(shown), Narrow(logo)};
 }
 

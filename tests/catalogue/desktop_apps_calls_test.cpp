@@ -10,12 +10,12 @@ using TestSupport::RegistryCalls;
 using TestSupport::ScratchKey;
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 
-// What the reading asks of the registry, and what it does where the registry fails.
+// The registry calls of AddProgramsUnder, and failures of these calls.
 namespace {
 
-class DesktopAppsCalls : public testing::Test {
+class AddProgramsUnderRegistryTest : public testing::Test {
  protected:
-  DesktopAppsCalls() {
+  AddProgramsUnderRegistryTest() {
     key_.SetText(L"Alder", L"DisplayName", L"Alder");
     key_.SetText(L"Birch", L"DisplayName", L"Birch");
     key_.SetText(L"Cedar", L"DisplayName", L"Cedar");
@@ -32,7 +32,7 @@ class DesktopAppsCalls : public testing::Test {
 
 }  // namespace
 
-TEST_F(DesktopAppsCalls, OpenForReadingOnly) {
+TEST_F(AddProgramsUnderRegistryTest, OpensKeysForReadingOnly) {
   RegistryCalls calls;
   EXPECT_EQ(Read().size(), 3u);
   ASSERT_EQ(calls.opened.size(), 4u);
@@ -44,7 +44,7 @@ TEST_F(DesktopAppsCalls, OpenForReadingOnly) {
   }
 }
 
-TEST_F(DesktopAppsCalls, OfferTheLengthsThatBoundNamesAndTexts) {
+TEST_F(AddProgramsUnderRegistryTest, PassesTheLargestNameAndTextLengths) {
   RegistryCalls calls;
   Read();
   ASSERT_EQ(calls.enumerated.size(), 4u);
@@ -60,7 +60,7 @@ TEST_F(DesktopAppsCalls, OfferTheLengthsThatBoundNamesAndTexts) {
   EXPECT_EQ(calls.queried[1].bytes, 256u);
 }
 
-TEST_F(DesktopAppsCalls, WithoutANameTheIconIsNotAskedFor) {
+TEST_F(AddProgramsUnderRegistryTest, DoesNotQueryTheIconOfAKeyWithoutAName) {
   const ScratchKey bare;
   bare.AddSubkey(L"1");
   RegistryCalls calls;
@@ -70,7 +70,7 @@ TEST_F(DesktopAppsCalls, WithoutANameTheIconIsNotAskedFor) {
   EXPECT_EQ(calls.queried[0].value, L"DisplayName");
 }
 
-TEST_F(DesktopAppsCalls, ASkippedIndexLosesItsProgramOnly) {
+TEST_F(AddProgramsUnderRegistryTest, SkipsOnlyTheIndexThatFails) {
   RegistryCalls calls;
   calls.onEnumerate = [](DWORD index, wchar_t*, DWORD* chars) -> std::optional<LSTATUS> {
     if (index != 1) return std::nullopt;
@@ -78,17 +78,17 @@ TEST_F(DesktopAppsCalls, ASkippedIndexLosesItsProgramOnly) {
     return ERROR_ACCESS_DENIED;
   };
   EXPECT_EQ(Read(), (DesktopApps{{L"Alder", L""}, {L"Cedar", L""}}));
-  EXPECT_EQ(calls.enumerated[2].nameChars, 256u) << "the next index gets the whole length again";
+  EXPECT_EQ(calls.enumerated[2].nameChars, 256u) << "the length is not reset for the next index";
 }
 
-TEST_F(DesktopAppsCalls, ASubkeyIsTriedAgainUntilItOpens) {
+TEST_F(AddProgramsUnderRegistryTest, RetriesASubkeyUntilItOpens) {
   RegistryCalls calls;
   int tries = 0;
   calls.onOpen = [&](const std::wstring& path) -> std::optional<LSTATUS> {
     if (path == L"Birch" && ++tries < 50) return ERROR_ACCESS_DENIED;
     return std::nullopt;
   };
-  // A system that finds room for the name whatever length it is told.
+  // This system ignores the length that is passed in.
   calls.onEnumerate = [](DWORD, wchar_t*, DWORD* chars) -> std::optional<LSTATUS> {
     *chars = 256;
     return std::nullopt;
@@ -97,10 +97,10 @@ TEST_F(DesktopAppsCalls, ASubkeyIsTriedAgainUntilItOpens) {
   EXPECT_EQ(tries, 50);
   ASSERT_EQ(calls.enumerated.size(), 53u);
   for (std::size_t n = 1; n <= 50; ++n) EXPECT_EQ(calls.enumerated[n].index, 1u);
-  EXPECT_EQ(calls.enumerated[2].nameChars, 5u) << "the length is left as the last call returned it";
+  EXPECT_EQ(calls.enumerated[2].nameChars, 5u) << "the length is not that of the previous call";
 }
 
-TEST_F(DesktopAppsCalls, ASubkeyThatNeverOpensIsSkippedOnceItsNameFindsNoRoom) {
+TEST_F(AddProgramsUnderRegistryTest, SkipsASubkeyThatNeverOpensWhenItsNameNoLongerFits) {
   RegistryCalls calls;
   calls.onOpen = [](const std::wstring& path) -> std::optional<LSTATUS> {
     if (path == L"Birch") return ERROR_ACCESS_DENIED;
@@ -110,12 +110,12 @@ TEST_F(DesktopAppsCalls, ASubkeyThatNeverOpensIsSkippedOnceItsNameFindsNoRoom) {
   ASSERT_EQ(calls.enumerated.size(), 5u);
   EXPECT_EQ(calls.enumerated[2].index, 1u);
   EXPECT_EQ(calls.enumerated[2].nameChars, 5u);
-  EXPECT_EQ(calls.enumerated[2].status, 234) << "more data than room";
+  EXPECT_EQ(calls.enumerated[2].status, 234) << "not ERROR_MORE_DATA";
   EXPECT_EQ(calls.enumerated[3].index, 2u);
   EXPECT_EQ(calls.enumerated[3].nameChars, 256u);
 }
 
-TEST_F(DesktopAppsCalls, AnEnumerationThatFailsForEverIsGivenUp) {
+TEST_F(AddProgramsUnderRegistryTest, StopsAfterTenThousandFailuresInARow) {
   RegistryCalls calls;
   calls.onEnumerate = [](DWORD, wchar_t*, DWORD*) { return ERROR_ACCESS_DENIED; };
   EXPECT_TRUE(Read().empty());
@@ -123,7 +123,7 @@ TEST_F(DesktopAppsCalls, AnEnumerationThatFailsForEverIsGivenUp) {
   EXPECT_EQ(calls.enumerated.back().index, 9'999u);
 }
 
-TEST_F(DesktopAppsCalls, OnlyFailuresInARowCount) {
+TEST_F(AddProgramsUnderRegistryTest, CountsOnlyFailuresInARow) {
   RegistryCalls calls;
   calls.onEnumerate = [](DWORD index, wchar_t* name, DWORD* chars) -> std::optional<LSTATUS> {
     if (index == 19'999) return ERROR_NO_MORE_ITEMS;

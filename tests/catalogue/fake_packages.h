@@ -16,8 +16,8 @@
 
 namespace TestSupport {
 
-/// A package manager of the test's own in the place of the system's, with packages in a folder, and
-/// the joining and leaving of the apartment. One at a time.
+/// Replaces the system's package manager by a simulated one whose packages are folders, and records
+/// how the apartment is joined and left. One at a time.
 class FakePackages {
  public:
   FakePackages();
@@ -25,15 +25,15 @@ class FakePackages {
   FakePackages& operator=(const FakePackages&) = delete;
   ~FakePackages();
 
-  /// A package folder, told by lines as the stand-in reads them.
+  /// Adds a package folder; `lines` are in the stand-in's format of package.txt.
   void Add(const std::wstring& folder, const std::string& lines);
-  std::wstring Folder(const std::wstring& folder) const { return root.File(folder); }
+  [[nodiscard]] std::wstring Folder(const std::wstring& folder) const { return root.File(folder); }
 
   TempFolder root;
   Standin::Packages::Script script;
   HRESULT initializeResult = S_OK;
-  /// What was called, in order: "join 0" (with its model), "make CLASS", "leave" (with the number
-  /// of the manager's objects that were still there).
+  /// The calls in order: "join 0" with the apartment model, "make CLASS", and "leave 0" with the
+  /// number of the manager's objects that still exist.
   std::vector<std::string> calls;
 
  private:
@@ -46,7 +46,7 @@ class FakePackages {
   Standin::ImportPatch leave_;
 };
 
-/// Checks that no object and no text of the package manager outlives a test.
+/// Fails a test that leaks an object or a text of the package manager.
 class PackagesTest : public testing::Test {
  protected:
   void TearDown() override;

@@ -8,49 +8,41 @@
 #include <iterator>
 #include <string>
 
+#include "base/text_builders.h"
 #include "catalogue/sample_program.h"
 #include "support/temp_folder.h"
 
 using TestSupport::Narrow;
 using TestSupport::SampleProgram;
+using TestSupport::Utf16;
 using Zq::Gantry::Server::Services::Wattleaf::GetFileDescription;
 
-// Against real version resources.
-namespace {
+// Reads real version resources.
 
-/// The text as the resource stores it.
-std::string AsStored(const std::string& ascii) {
-  std::string bytes;
-  for (const char c : ascii) bytes += {c, '\0'};
-  return bytes;
-}
-
-}  // namespace
-
-TEST(GetFileDescription, IsWhatTheOnlyTranslationSays) {
+TEST(GetFileDescription, ReturnsTheDescriptionOfTheOnlyTranslation) {
   EXPECT_EQ(GetFileDescription(SampleProgram("one.exe")), "Brook Browser");
 }
 
-TEST(GetFileDescription, IsThatOfTheFirstTranslationThatHasOne) {
+TEST(GetFileDescription, ReturnsTheFirstDescriptionInTheListsOrder) {
   EXPECT_EQ(GetFileDescription(SampleProgram("several.exe")), "Third of the list");
 }
 
-TEST(GetFileDescription, WithoutAListOfTranslationsIsEmpty) {
+TEST(GetFileDescription, IsEmptyWithoutAListOfTranslations) {
   EXPECT_EQ(GetFileDescription(SampleProgram("unlisted.exe")), "");
 }
 
-TEST(GetFileDescription, WithoutAVersionResourceIsEmpty) {
+TEST(GetFileDescription, IsEmptyWithoutAVersionResource) {
   EXPECT_EQ(GetFileDescription(SampleProgram("bare.exe")), "");
 }
 
-TEST(GetFileDescription, OutsideAsciiStandsInTheSystemsCodePage) {
+TEST(GetFileDescription, ReturnsTextOutsideAsciiInTheSystemsCodePage) {
   if (GetACP() != 1252) GTEST_SKIP() << "the expected bytes are those of code page 1252";
   EXPECT_EQ(GetFileDescription(SampleProgram("western.exe")), "Gr\xFCne Wiese");
 }
 
-TEST(GetFileDescription, OfWhatIsNoProgramIsEmpty) {
+TEST(GetFileDescription, IsEmptyForAFileThatIsNotAProgram) {
   const TestSupport::TempFolder folder;
-  TestSupport::WriteWholeFile(folder.File(L"a.exe"), "MZ and nothing behind it");
+  TestSupport::WriteWholeFile(folder.File(L"a.exe"), "MZ and no header");
   const std::string path = Narrow(folder.File(L"a.exe"));
   EXPECT_EQ(GetFileDescription(path), "");
   EXPECT_EQ(GetFileDescription(path + ".missing"), "");
@@ -60,14 +52,14 @@ TEST(GetFileDescription, OfWhatIsNoProgramIsEmpty) {
   EXPECT_EQ(GetFileDescription(std::string(32'766, 'p')), "");
 }
 
-TEST(GetFileDescription, OfADamagedResourceIsNeverLongerThanTheResource) {
+TEST(GetFileDescription, IsNeverLongerThanADamagedResource) {
   std::string program;
   {
     std::ifstream file(SampleProgram("one.exe"), std::ios::binary);
     program.assign(std::istreambuf_iterator<char>(file), {});
   }
-  // Before the key of the block stand its length, that of its value, and its type.
-  const std::size_t block = program.find(AsStored("VS_VERSION_INFO")) - 6;
+  // The key of the block follows its length, the length of its value and its type, two bytes each.
+  const std::size_t block = program.find(Utf16("VS_VERSION_INFO")) - 6;
   const std::size_t length = static_cast<unsigned char>(program.at(block)) +
                              256u * static_cast<unsigned char>(program.at(block + 1));
   ASSERT_GT(length, 200u);

@@ -18,8 +18,8 @@ GdiplusCalls::GdiplusCalls()
 }
 
 GdiplusCalls::~GdiplusCalls() {
-  EXPECT_TRUE(images_.empty()) << "an image is never disposed";
-  EXPECT_TRUE(tokens_.empty()) << "GDI+ is never stopped";
+  EXPECT_TRUE(images_.empty()) << "an image was not disposed";
+  EXPECT_TRUE(tokens_.empty()) << "GDI+ was not stopped";
   current_ = nullptr;
 }
 
@@ -28,8 +28,8 @@ Gdiplus::Status WINAPI GdiplusCalls::Start(ULONG_PTR* token,
                                            Gdiplus::GdiplusStartupOutput* output) {
   GdiplusCalls& calls = *current_;
   calls.startVersion = input->GdiplusVersion;
-  calls.startedPlainly = input->DebugEventCallback == nullptr && !input->SuppressBackgroundThread &&
-                         !input->SuppressExternalCodecs;
+  calls.startedWithDefaults = input->DebugEventCallback == nullptr &&
+                              !input->SuppressBackgroundThread && !input->SuppressExternalCodecs;
   if (calls.startStatus) return *calls.startStatus;
   const auto status = calls.start_.Original<decltype(Start)>()(token, input, output);
   if (status != Gdiplus::Ok) return status;
@@ -42,9 +42,9 @@ Gdiplus::Status WINAPI GdiplusCalls::Start(ULONG_PTR* token,
 void WINAPI GdiplusCalls::Stop(ULONG_PTR token) {
   ++current_->stopped;
   current_->record.Add("stop");
-  EXPECT_TRUE(current_->images_.empty()) << "GDI+ is stopped while an image is left";
+  EXPECT_TRUE(current_->images_.empty()) << "GDI+ was stopped before an image was disposed";
   const auto own = current_->tokens_.find(token);
-  ASSERT_NE(own, current_->tokens_.end()) << "GDI+ is stopped without having been started";
+  ASSERT_NE(own, current_->tokens_.end()) << "GDI+ was stopped with an unknown token";
   current_->tokens_.erase(own);
   current_->stop_.Original<decltype(Stop)>()(token);
 }
@@ -52,7 +52,7 @@ void WINAPI GdiplusCalls::Stop(ULONG_PTR token) {
 GdiplusCalls::Status WINAPI GdiplusCalls::CreateBitmap(HICON icon, Gdiplus::GpBitmap** bitmap) {
   GdiplusCalls& calls = *current_;
   if (calls.bitmapStatus) {
-    // What a failing call leaves there is no bitmap, and is not to be disposed.
+    // A failing call may write an invalid pointer, which must not be disposed.
     *bitmap = reinterpret_cast<Gdiplus::GpBitmap*>(&calls);
     return *calls.bitmapStatus;
   }
@@ -91,7 +91,7 @@ GdiplusCalls::Status WINAPI GdiplusCalls::Save(Gdiplus::GpImage* image, const WC
   ++calls.saves;
   calls.record.Add("save");
   if (!calls.images_.contains(image)) {
-    ADD_FAILURE() << "the save of an image that is not there";
+    ADD_FAILURE() << "an unknown image was saved";
     return Gdiplus::InvalidParameter;
   }
   calls.savePath = path;
@@ -105,7 +105,7 @@ GdiplusCalls::Status WINAPI GdiplusCalls::Dispose(Gdiplus::GpImage* image) {
   ++current_->disposed;
   current_->record.Add("dispose");
   if (current_->images_.erase(image) == 0) {
-    ADD_FAILURE() << "an image is disposed that is not there";
+    ADD_FAILURE() << "an unknown image was disposed";
     return Gdiplus::InvalidParameter;
   }
   return current_->dispose_.Original<decltype(Dispose)>()(image);

@@ -11,10 +11,10 @@
 
 namespace TestSupport {
 
-/// Counts and records the GDI+ calls of the program while it lives, and lets a test answer some of
-/// them; what a test leaves alone goes to the system. The test fails where an image is disposed
-/// twice or after GDI+ was stopped, where GDI+ is stopped with another token than it was started
-/// with, and where it is still running or an image is left at the end. One at a time.
+/// Counts and records the GDI+ calls of the program. A test can replace the result of some of them;
+/// all others reach the system. The test fails if an image is disposed twice or after GDI+ was
+/// stopped, if GDI+ is stopped with a token that it was not started with, and if GDI+ is still
+/// running or an image is not disposed at the end. One at a time.
 class GdiplusCalls {
  public:
   using Status = Gdiplus::GpStatus;
@@ -30,21 +30,22 @@ class GdiplusCalls {
   std::function<Status(UINT count, UINT bytes, Gdiplus::ImageCodecInfo*)> onEncoders;
   std::optional<Status> saveStatus;
 
-  /// "start", "bitmap", "save", "dispose" and "stop", those that succeeded, in their order.
+  /// "start", "bitmap", "save", "dispose" and "stop" in order; "start" and "bitmap" if they
+  /// succeed.
   CallRecord record;
-  int started = 0;  // with success
+  int started = 0;  // successfully
   int stopped = 0;
-  int bitmaps = 0;  // made
+  int bitmaps = 0;  // calls that reached the system
   int disposed = 0;
   int saves = 0;
   UINT32 startVersion = 0;
-  bool startedPlainly = false;  // no debug callback, nothing suppressed
+  bool startedWithDefaults = false;  // no debug callback, nothing suppressed
   std::wstring savePath;
   CLSID saveCodec{};
   const void* saveParameters = nullptr;
 
-  /// The list of codecs as the system has it.
-  Status RealEncodersSize(UINT* count, UINT* bytes) const;
+  /// The system's own list of codecs.
+  [[nodiscard]] Status RealEncodersSize(UINT* count, UINT* bytes) const;
   Status RealEncoders(UINT count, UINT bytes, Gdiplus::ImageCodecInfo* encoders) const;
 
  private:

@@ -27,10 +27,10 @@ namespace {
 
 constexpr char kDevice[] = "\\Device\\HarddiskVolume3";
 
-/// The call that finds an icon, faked: it writes down what it gets, and gives a new icon or none.
+/// Fakes the extraction of an icon: records the arguments and returns a new icon or null.
 class FakeExtraction {
  public:
-  /// Adds "extract" and "destroy icon" to `record`, where there is one.
+  /// Adds "extract" and "destroy icon" to `record` unless that is null.
   explicit FakeExtraction(bool hasIcon, TestSupport::CallRecord* record = nullptr)
       : hasIcon_(hasIcon), record_(record) {
     current_ = this;
@@ -51,7 +51,7 @@ class FakeExtraction {
     current_->instance = instance;
     current_->index = *index;
     current_->id = *id;
-    // As the system does: it may write the path of another program.
+    // The system may overwrite the path with that of another program.
     std::memset(path, 'w', 259);
     *index = 7;
     return current_->hasIcon_ ? TestSupport::SampleIcon().release() : nullptr;
@@ -73,7 +73,7 @@ class FakeExtraction {
   const ImportPatch destroy_{"DestroyIcon", &Destroy};
 };
 
-/// A text in a buffer of 260 bytes that is zero behind it.
+/// A text in a buffer of 260 bytes that is filled up with zeros.
 std::string Buffer(const std::string& text) {
   std::string buffer = text;
   buffer.resize(260, '\0');
@@ -83,7 +83,7 @@ std::string Buffer(const std::string& text) {
 }  // namespace
 
 TEST(ExportAppIcon, WritesTheProgramsIconUnderTheApplicationsName) {
-  // The device path behind drive C:, with this drive's way to a copy of the sample.
+  // The path of a copy of the sample, below the simulated device of drive C:.
   const TempFolder folder;
   ASSERT_EQ(folder.Path().substr(0, 2), L"C:");
   ASSERT_TRUE(CopyFileA(TestSupport::SampleProgram("one.exe").c_str(),
@@ -100,7 +100,7 @@ TEST(ExportAppIcon, WritesTheProgramsIconUnderTheApplicationsName) {
   EXPECT_EQ(picture.middle, 0xFFE62E3Du);
 }
 
-TEST(ExportAppIcon, OfAProgramThatIsNotThereIsNone) {
+TEST(ExportAppIcon, FailsForAMissingProgram) {
   const TempFolder folder;
   const Standin::SimulatedCalls fake(GetModuleHandleW(nullptr), true);
   EXPECT_EQ(
@@ -109,7 +109,7 @@ TEST(ExportAppIcon, OfAProgramThatIsNotThereIsNone) {
   EXPECT_FALSE(FileExists(folder.File(L"x.png")));
 }
 
-TEST(ExportAppIcon, OfAnotherDriveIsNone) {
+TEST(ExportAppIcon, FailsForAnotherDrive) {
   const TempFolder folder;
   const Standin::SimulatedCalls fake(GetModuleHandleW(nullptr), true);
   EXPECT_EQ(ExportAppIcon("\\Device\\HarddiskVolume5\\a.exe", Narrow(folder.Path()), "x", kDevice),
@@ -117,7 +117,7 @@ TEST(ExportAppIcon, OfAnotherDriveIsNone) {
   EXPECT_FALSE(FileExists(folder.File(L"x.png")));
 }
 
-TEST(ExportAppIcon, AsksForTheFirstIconOfThePathBelowTheDrive) {
+TEST(ExportAppIcon, ExtractsTheFirstIconOfThePathOnTheDrive) {
   FakeExtraction extraction(false);
   static_cast<void>(
       ExportAppIcon("\\Device\\HarddiskVolume3\\Tools\\a.exe", "C:\\Icons", "A", kDevice));
@@ -134,21 +134,21 @@ TEST(ExportAppIcon, KeepsTheDevicePathOfAnotherDrive) {
   EXPECT_EQ(extraction.buffer, Buffer("\\Device\\HarddiskVolume5\\a.exe"));
 }
 
-TEST(ExportAppIcon, TakesTheBytesFromTheStartWhereverThePrefixStands) {
+TEST(ExportAppIcon, CutsTheLengthOfThePrefixFromTheStart) {
   FakeExtraction extraction(false);
   static_cast<void>(
       ExportAppIcon("\\Device\\Mup\\x\\Device\\HarddiskVolume3\\a.exe", "C:\\Icons", "A", kDevice));
   EXPECT_EQ(extraction.buffer, Buffer("C:rddiskVolume3\\a.exe"));
 }
 
-TEST(ExportAppIcon, WithoutADevicePrefixAsksWithAnEmptyPath) {
+TEST(ExportAppIcon, ExtractsFromAnEmptyPathWithoutADevicePrefix) {
   FakeExtraction extraction(false);
   EXPECT_EQ(ExportAppIcon("C:\\Tools\\a.exe", "C:\\Icons", "A", ""), "");
   EXPECT_EQ(extraction.calls, 1);
   EXPECT_EQ(extraction.buffer, Buffer(""));
 }
 
-TEST(ExportAppIcon, APathOf259BytesFitsAndALongerOneIsAnEmptyPath) {
+TEST(ExportAppIcon, ExtractsFromAnEmptyPathAbove259Bytes) {
   FakeExtraction extraction(false);
   const std::string fits(259, 'p');
   static_cast<void>(ExportAppIcon(fits, "C:\\Icons", "A", kDevice));
@@ -160,30 +160,30 @@ TEST(ExportAppIcon, APathOf259BytesFitsAndALongerOneIsAnEmptyPath) {
   EXPECT_EQ(extraction.calls, 4);
 }
 
-TEST(ExportAppIcon, APathEndsAtItsFirstZero) {
+TEST(ExportAppIcon, EndsThePathAtItsFirstZero) {
   FakeExtraction extraction(false);
   static_cast<void>(ExportAppIcon(std::string("C:\\a.exe\0", 9) + std::string(300, 'p'),
                                   "C:\\Icons", "A", kDevice));
   EXPECT_EQ(extraction.buffer, Buffer("C:\\a.exe"));
 }
 
-TEST(ExportAppIcon, WithoutAnIconTouchesNoFile) {
+TEST(ExportAppIcon, TouchesNoFileWithoutAnIcon) {
   const FakeExtraction extraction(false);
   const TestSupport::ImportWatch watch;
   EXPECT_EQ(ExportAppIcon("x", "C:\\Icons", "A", kDevice), "");
   EXPECT_THAT(watch.Calls(), testing::ElementsAre("ExtractAssociatedIconExA"));
 }
 
-TEST(ExportAppIcon, SavesEachTimeAnewAndDestroysTheIcon) {
+TEST(ExportAppIcon, OverwritesAnExistingFileAndDestroysTheIcon) {
   const TempFolder folder;
-  TestSupport::WriteWholeFile(folder.File(L"A.png"), "of last year");
+  TestSupport::WriteWholeFile(folder.File(L"A.png"), "an older icon");
   FakeExtraction extraction(true);
   static_cast<void>(ExportAppIcon("x", Narrow(folder.Path()), "A", kDevice));
   EXPECT_EQ(TestSupport::ReadPng(folder.File(L"A.png")).width, 32u);
   EXPECT_EQ(extraction.destroyed, 1);
 }
 
-TEST(ExportAppIcon, DestroysTheIconOnlyAfterItsImageAndTheLibraryAreDone) {
+TEST(ExportAppIcon, DestroysTheIconAfterItsImageIsDisposedAndGdiplusStopped) {
   const TempFolder folder;
   GdiplusCalls gdiplus;
   const FakeExtraction extraction(true, &gdiplus.record);
@@ -193,7 +193,7 @@ TEST(ExportAppIcon, DestroysTheIconOnlyAfterItsImageAndTheLibraryAreDone) {
   EXPECT_EQ(gdiplus.record.Lines(), calls);
 }
 
-TEST(ExportAppIcon, GivesThePathEvenWhereTheSaveFails) {
+TEST(ExportAppIcon, ReturnsThePathEvenWhenTheSaveFails) {
   const TempFolder folder;
   FakeExtraction extraction(true);
   const std::string missing = Narrow(folder.File(L"missing"));
@@ -211,7 +211,7 @@ TEST(ExportAppIcon, WidensThePathByteByByte) {
   EXPECT_EQ(gdiplus.savePath, L"C:\\Icons\\Gr\xFFC3\xFFBCn.png");
 }
 
-TEST(ExportAppIcon, TakesAnEmptyDirectoryAndNameAsTheyAre) {
+TEST(ExportAppIcon, AcceptsAnEmptyDirectoryAndName) {
   const FakeExtraction extraction(true);
   GdiplusCalls gdiplus;
   gdiplus.saveStatus = Gdiplus::Ok;
@@ -219,8 +219,8 @@ TEST(ExportAppIcon, TakesAnEmptyDirectoryAndNameAsTheyAre) {
   EXPECT_EQ(gdiplus.savePath, L"\\.png");
 }
 
-// A name that a user may have written must not lead to a file elsewhere.
-TEST(ExportAppIcon, GivesThePathOfANameThatLeadsElsewhereAndTouchesNoFile) {
+// A user may have chosen the name, so it must not lead to a file outside the directory.
+TEST(ExportAppIcon, WritesNoFileForANameThatLeadsOutOfTheDirectory) {
   FakeExtraction extraction(true);
   const GdiplusCalls gdiplus;
   for (const std::string name : {"..\\x", "../x", "x:stream", "C:"}) {
@@ -231,6 +231,6 @@ TEST(ExportAppIcon, GivesThePathOfANameThatLeadsElsewhereAndTouchesNoFile) {
   EXPECT_EQ(ExportAppIcon("x", zero, "A", kDevice), zero + "\\A.png");
   EXPECT_EQ(gdiplus.started, 0);
   EXPECT_EQ(gdiplus.saves, 0);
-  EXPECT_EQ(extraction.calls, 6) << "the icon itself is asked for";
+  EXPECT_EQ(extraction.calls, 6) << "the icon is not extracted";
   EXPECT_EQ(extraction.destroyed, 6);
 }

@@ -38,19 +38,19 @@ TEST(IconFile, IsAPngOfTheDisplayNameInTheDirectory) {
   EXPECT_EQ((IconFile{"", ""}.Path()), "\\.png");
 }
 
-TEST(IconFile, OfAnOrdinaryNameStaysInTheDirectory) {
+TEST(IconFile, StaysInDirectoryForAnOrdinaryName) {
   EXPECT_TRUE((IconFile{"C:\\Icons"sv, "Meadow Office (2026)"sv}.StaysInDirectory()));
   EXPECT_TRUE((IconFile{""sv, ".."sv}.StaysInDirectory()));
   EXPECT_TRUE((IconFile{"\\\\server\\share"sv, ""sv}.StaysInDirectory()));
 }
 
-TEST(IconFile, WithASeparatorOrAColonInItsNameLeadsElsewhere) {
+TEST(IconFile, LeavesDirectoryForASeparatorOrAColonInTheName) {
   EXPECT_FALSE((IconFile{"C:\\Icons"sv, "..\\..\\Windows\\x"sv}.StaysInDirectory()));
   EXPECT_FALSE((IconFile{"C:\\Icons"sv, "../x"sv}.StaysInDirectory()));
   EXPECT_FALSE((IconFile{"C:\\Icons"sv, "x:stream"sv}.StaysInDirectory()));
 }
 
-TEST(IconFile, WithAZeroInEitherTextLeadsElsewhere) {
+TEST(IconFile, LeavesDirectoryForAZeroInEitherText) {
   EXPECT_FALSE((IconFile{"C:\\Icons"sv, "x\0y"sv}.StaysInDirectory()));
   EXPECT_FALSE((IconFile{"C:\\Ic\0ons"sv, "x"sv}.StaysInDirectory()));
 }
@@ -73,7 +73,7 @@ TEST(IconFinder, CopiesTheLogoOfAPackage) {
   EXPECT_THAT(icons.exports, IsEmpty());
 }
 
-TEST(IconFinder, HasNoneWithoutAMatchingPackage) {
+TEST(IconFinder, ReturnsNothingWithoutAMatchingPackage) {
   RecordingIconMaker icons;
   EXPECT_EQ(IconOf({{"Birch", {}}}, icons, "Alder.Meadow", "Meadow"), "");
   EXPECT_THAT(icons.copies, IsEmpty());
@@ -96,7 +96,7 @@ TEST(IconFinder, EndsAnIdentityAtItsFirstZero) {
   EXPECT_TRUE(IsMatch("Alder\0Birch"s, "Alder\0Meadow"s));
 }
 
-TEST(IconFinder, TakesOnlyTheWholeDeviceFolderForAnExecutable) {
+TEST(IconFinder, TreatsOnlyPathsInTheDeviceFolderAsExecutables) {
   RecordingIconMaker icons;
   icons.exported = "x";
   EXPECT_EQ(IconOf({}, icons, "\\Device", "Meadow"), "");
@@ -117,7 +117,7 @@ TEST(IconFinder, MakesAnIconOncePerDisplayName) {
   EXPECT_EQ(icons.copies.size(), 2U);
 }
 
-TEST(IconFinder, TriesAgainAfterAnEmptyOutcome) {
+TEST(IconFinder, RetriesAfterAnEmptyResult) {
   RecordingIconMaker icons;
   icons.copySucceeds = false;
   const PackagedApps apps{{"Alder", {}}};
@@ -129,7 +129,7 @@ TEST(IconFinder, TriesAgainAfterAnEmptyOutcome) {
   EXPECT_EQ(icons.copies.size(), 3U);
 }
 
-TEST(IconFinder, LetsTheLastMatchingPackageWin) {
+TEST(IconFinder, UsesTheLastMatchingPackage) {
   RecordingIconMaker icons;
   icons.onlyLogo = "short";
   const PackagedApps apps{{"Alder", {"", "short"}}, {"Alder.Meadow", {"", "long"}}};
@@ -139,13 +139,13 @@ TEST(IconFinder, LetsTheLastMatchingPackageWin) {
   EXPECT_EQ(IconOf(apps, icons, "Alder.Wood", "Meadow"), "C:\\Icons\\Meadow.png");
 }
 
-TEST(IconFinder, PutsIconsIntoTheRootOfTheDriveWithoutADirectory) {
+TEST(IconFinder, CopiesToTheRootOfTheDriveWithoutADirectory) {
   RecordingIconMaker icons;
   EXPECT_EQ(IconOf({{"Alder", {}}}, icons, "Alder", "Meadow", ""), "\\Meadow.png");
   EXPECT_THAT(icons.copies, ElementsAre("|\\Meadow.png"));
 }
 
-TEST(IconFinder, NeverCopiesToANameThatLeadsElsewhere) {
+TEST(IconFinder, DoesNotCopyOutOfTheDirectory) {
   RecordingIconMaker icons;
   const PackagedApps apps{{"Alder", {}}};
   for (const std::string& name : {"..\\Meadow"s, "a/b"s, "Meadow:s"s, "C:"s, "Mea\0dow"s}) {

@@ -14,8 +14,8 @@ using TestSupport::RegistryCalls;
 using TestSupport::ScratchKey;
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 
-// The machine's own roots, with a key of the test's own in them. No two of these run at once: a key
-// that comes or goes moves the others' indexes.
+// Uses the machine's own uninstall roots with a key of the test in them. The tests run one after
+// the other, since a new or removed key moves the indexes of the others.
 namespace {
 
 constexpr wchar_t kFirstRoot[] = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall";
@@ -31,7 +31,7 @@ std::wstring OwnKey(const wchar_t* root) {
   return std::wstring(root) + L"\\WattleafTest" + std::to_wstring(GetCurrentProcessId());
 }
 
-/// The key itself is the program.
+/// Sets a value of the key, which is that of a program.
 void Set(const ScratchKey& key, const wchar_t* value, const std::wstring& text) {
   RegSetKeyValueW(key.Hive(), key.Path(), value, REG_SZ, text.c_str(),
                   static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
@@ -39,7 +39,7 @@ void Set(const ScratchKey& key, const wchar_t* value, const std::wstring& text) 
 
 }  // namespace
 
-TEST(InstalledPrograms, ComeFromTheTwoRootsInTheirOrder) {
+TEST(AddInstalledPrograms, ReadsTheTwoRootsInOrder) {
   RegistryCalls calls;
   calls.onOpen = [](const std::wstring&) { return ERROR_FILE_NOT_FOUND; };
   DesktopApps apps;
@@ -54,7 +54,7 @@ TEST(InstalledPrograms, ComeFromTheTwoRootsInTheirOrder) {
   EXPECT_TRUE(calls.enumerated.empty());
 }
 
-TEST(InstalledPrograms, OfTheSecondRootBeatThoseOfTheFirst) {
+TEST(AddInstalledPrograms, PrefersTheSecondRoot) {
   const ScratchKey first(HKEY_LOCAL_MACHINE, OwnKey(kFirstRoot));
   const ScratchKey second(HKEY_LOCAL_MACHINE, OwnKey(kSecondRoot));
   Set(first, L"DisplayName", L"Wattleaf test program");
@@ -66,7 +66,7 @@ TEST(InstalledPrograms, OfTheSecondRootBeatThoseOfTheFirst) {
   EXPECT_EQ(apps[L"Wattleaf test program"], L"second.ico");
 }
 
-TEST(InstalledPrograms, OfTheFirstRootStandAloneWhereTheSecondIsMissing) {
+TEST(AddInstalledPrograms, ReadsTheFirstRootWhenTheSecondIsMissing) {
   const ScratchKey first(HKEY_LOCAL_MACHINE, OwnKey(kFirstRoot));
   Set(first, L"DisplayName", L"Alone");
   RegistryCalls calls;
@@ -80,7 +80,7 @@ TEST(InstalledPrograms, OfTheFirstRootStandAloneWhereTheSecondIsMissing) {
   EXPECT_TRUE(HasOpened(calls, kSecondRoot));
 }
 
-TEST(InstalledPrograms, OfTheSecondRootAreReadWhereTheFirstIsMissing) {
+TEST(AddInstalledPrograms, ReadsTheSecondRootWhenTheFirstIsMissing) {
   const ScratchKey second(HKEY_LOCAL_MACHINE, OwnKey(kSecondRoot));
   Set(second, L"DisplayName", L"Alone");
   RegistryCalls calls;

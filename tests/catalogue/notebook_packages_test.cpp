@@ -13,8 +13,7 @@
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 
-// The packaged applications of the simulated notebook, as the library finds them through the
-// system's own activation.
+// The packaged applications of the simulated notebook, found through the system's own activation.
 namespace {
 
 constexpr wchar_t kFirst[] =
@@ -30,8 +29,8 @@ class NotebookPackages : public testing::Test {
 
   ~NotebookPackages() override { _putenv_s("WATTLEAF_PACKAGES", ""); }
 
-  static PackagedApps Catalogue(const char* words) {
-    _putenv_s("WATTLEAF_PACKAGES", words);
+  static PackagedApps Catalogue(const char* script) {
+    _putenv_s("WATTLEAF_PACKAGES", script);
     PackagedApps apps;
     int failures = 0;
     AddPackagedApps(
@@ -47,7 +46,7 @@ class NotebookPackages : public testing::Test {
 
 }  // namespace
 
-TEST_F(NotebookPackages, EnterTheCatalogueWhereTheyAreApplicationsWithALogo) {
+TEST_F(NotebookPackages, ApplicationsWithALogoEnterTheCatalogue) {
   PackagedApps apps = Catalogue("address:plain");
   for (const auto& app : Standin::kPackagedApps) {
     const bool enters = app.kind == "app" && app.logo != "none";
@@ -59,11 +58,11 @@ TEST_F(NotebookPackages, EnterTheCatalogueWhereTheyAreApplicationsWithALogo) {
   }
 }
 
-TEST_F(NotebookPackages, HaveTheLogosThatTheirFilesLeadTo) {
+TEST_F(NotebookPackages, LogosAreTheFilesOfTheirManifests) {
   const std::pair<const char*, const char*> logos[] = {
       {"Orchard.Notes", "7.2.0.0_x64__k3d8wq1zt0m6y\\Assets\\Square44x44Logo.scale-100.png"},
       {"Willow.Weather", "1.0.0.0_x64__f7c2n9xb4r5hp\\Assets\\Square44x44Logo.targetsize-44.png"},
-      // Of two versions the last one.
+      // The last of two versions.
       {"Finch.Music", "3.2.0.0_x64__f7c2n9xb4r5hp\\Assets\\Square44x44Logo.targetsize-44.png"},
       {"Poplar.Journal", "1.0.0.0_x64__h3j6k9l2p5o8i\\Assets\\Square44x44Logo.scale-200.png"},
       {"Privet.Paint",
@@ -80,7 +79,7 @@ TEST_F(NotebookPackages, HaveTheLogosThatTheirFilesLeadTo) {
   }
 }
 
-TEST_F(NotebookPackages, OwnLogosAreThePathsOfTheirUrisAsTheyStand) {
+TEST_F(NotebookPackages, OwnLogosAreTheUndecodedPathsOfTheirUris) {
   const std::pair<const char*, const char*> logos[] = {
       {"Larch.Calendar", "1.0.0.0_x64__2j8vgd6s0a1qe/Assets/StoreLogo.png"},
       {"Gorse.Radio", "6.1.0.0_x64__h3j6k9l2p5o8i/Assets/StoreLogo.png"},
@@ -92,7 +91,7 @@ TEST_F(NotebookPackages, OwnLogosAreThePathsOfTheirUrisAsTheyStand) {
   }
 }
 
-TEST_F(NotebookPackages, NamesToShowAreKeptAsTheyAreGivenInLowBytes) {
+TEST_F(NotebookPackages, DisplayNamesAreNarrowedToTheirLowBytes) {
   PackagedApps apps = Catalogue("");
   EXPECT_EQ(apps["Alder.Wallet"].DisplayName, "ms-resource:AppName");
   EXPECT_EQ(apps["Rowan.Fitness"].DisplayName, "ms-resource:AppName");

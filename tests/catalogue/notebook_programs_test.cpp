@@ -19,7 +19,7 @@
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 
-// The desktop programs of the simulated notebook, as the library finds them.
+// The desktop programs of the simulated notebook.
 namespace {
 
 constexpr char kDrive[] = "C:\\";
@@ -81,12 +81,12 @@ class NotebookPrograms : public testing::Test {
 
 }  // namespace
 
-TEST_F(NotebookPrograms, ThatAreRegisteredAreInstalled) {
+TEST_F(NotebookPrograms, ProgramsRegisteredForTheMachineAreInstalled) {
   DesktopApps apps;
   AddInstalledPrograms(apps);
   for (const auto& app : Standin::kDesktopApps) {
     if (app.registeredName.empty()) continue;
-    // What the user alone has is nothing of the machine's.
+    // A program that is registered for one user is not registered for the machine.
     const bool isSeen = app.registeredIn != "user";
     EXPECT_EQ(apps.count(Widen(app.registeredName)), isSeen ? 1u : 0u) << app.registeredName;
   }
@@ -96,7 +96,7 @@ TEST_F(NotebookPrograms, ThatAreRegisteredAreInstalled) {
   EXPECT_EQ(apps[L"Lantern Video Editor"], L"\"C:\\Program Files\\Lantern\\lantern.exe\",0");
 }
 
-TEST_F(NotebookPrograms, ThatAreOddlyRegisteredAreReadAsTheRulesSay) {
+TEST_F(NotebookPrograms, OddRegistrationsAreReadByTheRules) {
   DesktopApps apps;
   AddInstalledPrograms(apps);
   EXPECT_EQ(apps.count(std::wstring(256, L'n')), 0u);
@@ -106,7 +106,7 @@ TEST_F(NotebookPrograms, ThatAreOddlyRegisteredAreReadAsTheRulesSay) {
   EXPECT_EQ(apps[L"Meadow Office"], L"") << "the second root has it without an icon";
 }
 
-TEST_F(NotebookPrograms, DescribeThemselves) {
+TEST_F(NotebookPrograms, DescriptionsAreThoseOfTheirFiles) {
   for (const auto& app : Standin::kDesktopApps) {
     if (!IsHere(app) || !IsAscii(app.program) || !IsAscii(app.description)) continue;
     EXPECT_EQ(GetFileDescription(kDrive + std::string(app.program)), app.description)
@@ -114,12 +114,12 @@ TEST_F(NotebookPrograms, DescribeThemselves) {
   }
 }
 
-TEST_F(NotebookPrograms, OutsideAsciiDescribeThemselvesInTheSystemsCodePageIfTheirPathIsInIt) {
-  // Where the code page is 1252, which has the one letter and not the others.
+TEST_F(NotebookPrograms, DescriptionsOutsideAsciiAreInTheSystemsCodePage) {
+  // Code page 1252 contains the letter of the second description and none of the first.
   if (GetACP() != 1252) GTEST_SKIP() << "another code page";
   EXPECT_EQ(GetFileDescription("C:\\Program Files\\Glowworm\\glowworm.exe"), "Glowworm ??????");
   EXPECT_EQ(GetFileDescription("C:\\Program Files\\Brasserie\\brasserie.exe"), "Brasserie Caf\xE9");
-  // The path in UTF-8, as the reports' bytes are, and in the code page.
+  // The path in UTF-8, as in the reports, and then in the code page.
   EXPECT_EQ(GetFileDescription("C:\\Program Files\\\xC3\x9C"
                                "berblick\\\xC3\xBC"
                                "berblick.exe"),
@@ -130,7 +130,7 @@ TEST_F(NotebookPrograms, OutsideAsciiDescribeThemselvesInTheSystemsCodePageIfThe
             "Overlook");
 }
 
-TEST_F(NotebookPrograms, ThatWereRemovedAreNotOnDisk) {
+TEST_F(NotebookPrograms, RemovedProgramsAreNotOnDisk) {
   int removed = 0;
   for (const auto& app : Standin::kDesktopApps) {
     const DWORD attributes = GetFileAttributesW((L"C:\\" + Widen(app.program)).c_str());
@@ -140,7 +140,7 @@ TEST_F(NotebookPrograms, ThatWereRemovedAreNotOnDisk) {
   EXPECT_EQ(removed, 2);
 }
 
-TEST_F(NotebookPrograms, AreRegisteredWithTheVersionOfTheirFile) {
+TEST_F(NotebookPrograms, RegisteredVersionsAreThoseOfTheirFiles) {
   std::map<std::string, int> programsOf;
   for (const auto& app : Standin::kDesktopApps) {
     if (!IsHere(app)) continue;
@@ -153,7 +153,7 @@ TEST_F(NotebookPrograms, AreRegisteredWithTheVersionOfTheirFile) {
   EXPECT_GE(programsOf["4.2.0.0"], 2) << "two programs of one version";
 }
 
-TEST_F(NotebookPrograms, HaveIconsOfTheirOwnColours) {
+TEST_F(NotebookPrograms, IconsHaveDifferentColours) {
   const TestSupport::TempFolder folder;
   const Standin::SimulatedCalls fake(GetModuleHandleW(nullptr), true);
   const std::wstring path = folder.Path();

@@ -4,25 +4,19 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <objidl.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <set>
 #include <stdexcept>
 #include <string>
 #include <utility>
 
-namespace Gdiplus {
-using std::max;
-using std::min;
-}  // namespace Gdiplus
-#include <gdiplus.h>
-
 #include "catalogue/package_logo.h"
+#include "platform/win32/gdiplus_owners.h"
 #include "support/temp_folder.h"
 
 using Standin::PackagedApp;
+using Zq::Gantry::Platform::GdiplusSession;
 using namespace Standin::Packages;
 using testing::HasSubstr;
 using TestSupport::FileExists;
@@ -32,22 +26,7 @@ namespace {
 
 constexpr wchar_t kFolder[] = L"Some.App_1.0.0.0_x64__abc";
 
-/// The drawing library for as long as this lives.
-class Drawing {
- public:
-  Drawing() {
-    const Gdiplus::GdiplusStartupInput input;
-    Gdiplus::GdiplusStartup(&token_, &input, nullptr);
-  }
-  Drawing(const Drawing&) = delete;
-  Drawing& operator=(const Drawing&) = delete;
-  ~Drawing() { Gdiplus::GdiplusShutdown(token_); }
-
- private:
-  ULONG_PTR token_ = 0;
-};
-
-/// One package's files in a folder of the test.
+/// The files of one package in a folder of the test.
 class PackageFiles : public testing::Test {
  protected:
   void Write(std::string_view logo) {
@@ -76,7 +55,7 @@ class PackageFiles : public testing::Test {
 
 TEST_F(PackageFiles, LogosAreImages) {
   Write("scale");
-  const Drawing drawing;
+  const GdiplusSession session;
   Gdiplus::Bitmap image(File(L"Assets\\Square44x44Logo.scale-100.png").c_str());
   ASSERT_EQ(image.GetLastStatus(), Gdiplus::Ok);
   EXPECT_EQ(image.GetWidth(), 44U);
@@ -89,7 +68,7 @@ TEST_F(PackageFiles, LogosAreImages) {
   EXPECT_EQ(corner.GetAlpha(), 0);
 }
 
-TEST_F(PackageFiles, HoldTheLogosThatTheKindOfLogoWants) {
+TEST_F(PackageFiles, LogosFollowFromTheKindOfLogo) {
   const std::pair<const char*, std::set<std::wstring>> kinds[] = {
       {"scale",
        {L"Square44x44Logo.contrast-white_scale-100.png", L"Square44x44Logo.scale-100.png",
@@ -114,7 +93,7 @@ TEST_F(PackageFiles, HoldTheLogosThatTheKindOfLogoWants) {
   }
 }
 
-TEST_F(PackageFiles, NoTwoVariantsOfALogoAreEqual) {
+TEST_F(PackageFiles, VariantsOfALogoDiffer) {
   Write("scale");
   std::set<std::string> contents;
   for (const std::wstring& name : Assets()) {
@@ -123,7 +102,7 @@ TEST_F(PackageFiles, NoTwoVariantsOfALogoAreEqual) {
   EXPECT_EQ(contents.size(), Assets().size());
 }
 
-TEST_F(PackageFiles, ManifestHasEachApplicationAndNoVisualElementsWhereTheListSaysSo) {
+TEST_F(PackageFiles, ManifestHasEachApplicationOfTheList) {
   WriteApplications("scale", "-Service,Panel");
   EXPECT_THAT(Manifest(), HasSubstr("<Application Id=\"Service\">\n    </Application>\n"
                                     "    <Application Id=\"Panel\">\n      <uap:VisualElements"));
@@ -131,11 +110,9 @@ TEST_F(PackageFiles, ManifestHasEachApplicationAndNoVisualElementsWhereTheListSa
   EXPECT_TRUE(Has(L"Later44x44Logo.scale-100.png"));
 }
 
-TEST_F(PackageFiles, UnknownKindOfLogoIsRefused) {
-  EXPECT_THROW(Write("other"), std::runtime_error);
-}
+TEST_F(PackageFiles, UnknownKindOfLogoThrows) { EXPECT_THROW(Write("other"), std::runtime_error); }
 
-TEST_F(PackageFiles, ManifestNamesALogoWhereThereIsOneForIt) {
+TEST_F(PackageFiles, ManifestNamesALogoOnlyForKindsThatHaveOne) {
   using Zq::Gantry::Server::Services::Wattleaf::TryReadManifestLogo;
   for (const char* logo : {"scale", "size", "scale200", "variants", "contrast"}) {
     Write(logo);

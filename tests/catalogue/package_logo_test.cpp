@@ -17,9 +17,9 @@ namespace {
 constexpr wchar_t kNamed[] = L"Assets/Square44x44Logo.png";
 
 /// A package directory with files in "Assets".
-class PackageLogo : public testing::Test {
+class FindLogoVariantErrorTest : public testing::Test {
  protected:
-  PackageLogo() { std::filesystem::create_directory(assets); }
+  FindLogoVariantErrorTest() { std::filesystem::create_directory(assets); }
 
   void Put(const std::string& name) { WriteBytes(assets / name, "png"); }
   std::wstring Find(const std::wstring& named) { return FindLogoVariant(installed, named); }
@@ -30,63 +30,65 @@ class PackageLogo : public testing::Test {
   const std::wstring installed = assets.parent_path().wstring();
 };
 
-/// Nothing may have been told on standard error.
-class SilentPackageLogo : public PackageLogo {
+/// The same, and the test fails if anything is printed to standard error.
+class FindLogoVariantTest : public FindLogoVariantErrorTest {
  protected:
   void SetUp() override { testing::internal::CaptureStderr(); }
   void TearDown() override { EXPECT_EQ(testing::internal::GetCapturedStderr(), ""); }
 };
 
+using FindManifestLogoTest = FindLogoVariantTest;
+
 }  // namespace
 
-TEST_F(SilentPackageLogo, IsTheVariantForAHundredPercentBesideTheNamedFile) {
+TEST_F(FindLogoVariantTest, FindsTheScale100VariantOfTheNamedFile) {
   Put("Square44x44Logo.scale-200.png");
   Put("Square44x44Logo.scale-100.png");
   EXPECT_EQ(Find(kNamed), InAssets("Square44x44Logo.scale-100.png"));
 }
 
-TEST_F(SilentPackageLogo, IsFoundInTheSecondScanByItsSize) {
+TEST_F(FindLogoVariantTest, FindsASizeInTheSecondScan) {
   Put("Square44x44Logo.targetsize-44.png");
   EXPECT_EQ(Find(kNamed), InAssets("Square44x44Logo.targetsize-44.png"));
 }
 
-TEST_F(SilentPackageLogo, OfTheFirstScanWinsOverTheSecond) {
+TEST_F(FindLogoVariantTest, PrefersTheFirstScanToTheSecond) {
   Put("a44x44.png");
   Put("AppList.scale-100.png");
   EXPECT_EQ(Find(L"Assets/AppList.png"), InAssets("AppList.scale-100.png"));
 }
 
-TEST_F(SilentPackageLogo, SuffixStandsAnywhereInTheNameRightAfterTheStem) {
+TEST_F(FindLogoVariantTest, MatchesStemAndSuffixAnywhereInTheName) {
   Put("x-Logo.scale-100_contrast-black.jpg");
   EXPECT_EQ(Find(L"Assets/Logo.png"), InAssets("x-Logo.scale-100_contrast-black.jpg"));
   EXPECT_EQ(Find(L"Assets/Lo.png"), L"");
 }
 
-TEST_F(SilentPackageLogo, SizeStandsAnywhereInTheName) {
+TEST_F(FindLogoVariantTest, MatchesTheSizeAnywhereInTheName) {
   Put("other44x44thing");
   EXPECT_EQ(Find(L"Assets/Logo.png"), InAssets("other44x44thing"));
 }
 
-TEST_F(SilentPackageLogo, NamesAreCaseSensitive) {
+TEST_F(FindLogoVariantTest, ComparesNamesCaseSensitively) {
   Put("Logo.Scale-100.png");
   Put("logo.scale-100.png");
   Put("Tile44X44.png");
   EXPECT_EQ(Find(L"Assets/Logo.png"), L"");
 }
 
-TEST_F(SilentPackageLogo, StemLosesItsLastExtensionOnly) {
+TEST_F(FindLogoVariantTest, RemovesOnlyTheLastExtensionFromTheStem) {
   Put("a.b.scale-100.png");
   EXPECT_EQ(Find(L"Assets/a.b.png"), InAssets("a.b.scale-100.png"));
   EXPECT_EQ(Find(L"Assets/a.png"), L"");
   EXPECT_EQ(Find(L"Assets/a.b"), L"") << "the stem is then \"a\"";
 }
 
-TEST_F(SilentPackageLogo, NamedFileItselfIsNoVariant) {
+TEST_F(FindLogoVariantTest, DoesNotReturnTheNamedFileItself) {
   Put("Tile.png");
   EXPECT_EQ(Find(L"Assets/Tile.png"), L"");
 }
 
-TEST_F(SilentPackageLogo, DirectoriesAreNoLogos) {
+TEST_F(FindLogoVariantTest, IgnoresDirectories) {
   std::filesystem::create_directory(assets / "Logo.scale-100.png");
   std::filesystem::create_directory(assets / "44x44");
   EXPECT_EQ(Find(L"Assets/Logo.png"), L"");
@@ -94,25 +96,25 @@ TEST_F(SilentPackageLogo, DirectoriesAreNoLogos) {
   EXPECT_EQ(Find(L"Assets/Logo.png"), InAssets("Tile44x44.png"));
 }
 
-TEST_F(SilentPackageLogo, SubdirectoriesAreNotSearched) {
+TEST_F(FindLogoVariantTest, DoesNotSearchSubdirectories) {
   std::filesystem::create_directory(assets / "deeper");
   Put("deeper/Logo.scale-100.png");
   EXPECT_EQ(Find(L"Assets/Logo.png"), L"");
 }
 
-TEST_F(SilentPackageLogo, WithoutADirectoryInItsNameLiesInThePackageItself) {
+TEST_F(FindLogoVariantTest, SearchesThePackageForANameWithoutADirectory) {
   const auto file = folder.File("Logo.scale-100.png");
   WriteBytes(file, "png");
   EXPECT_EQ(Find(L"Logo.png"), file.wstring());
 }
 
-TEST_F(SilentPackageLogo, AbsoluteNameReplacesThePackagesDirectory) {
+TEST_F(FindLogoVariantTest, AbsoluteNameReplacesThePackagesDirectory) {
   Put("Logo.scale-100.png");
   EXPECT_EQ(FindLogoVariant(folder.File("elsewhere").wstring(), InAssets("Logo.png")),
             InAssets("Logo.scale-100.png"));
 }
 
-TEST_F(SilentPackageLogo, UpwardNameLeadsOutOfThePackage) {
+TEST_F(FindLogoVariantTest, UpwardNameLeadsOutOfThePackage) {
   Put("Logo.scale-100.png");
   std::filesystem::create_directory(folder.File("package"));
   const std::wstring package = folder.File("package").wstring();
@@ -121,19 +123,19 @@ TEST_F(SilentPackageLogo, UpwardNameLeadsOutOfThePackage) {
   EXPECT_EQ(std::filesystem::path(FindLogoVariant(package, L"../Assets/Logo.png")), found);
 }
 
-TEST_F(SilentPackageLogo, NameWithoutAFileMatchesAnyScaleVariant) {
+TEST_F(FindLogoVariantTest, NameWithoutAFileMatchesAnyScaleVariant) {
   Put("Any.scale-100.png");
   EXPECT_EQ(Find(L"Assets/"), InAssets("Any.scale-100.png"));
 }
 
-TEST_F(PackageLogo, MissingDirectoryIsToldInFixedWords) {
+TEST_F(FindLogoVariantErrorTest, PrintsAFixedTextForAMissingDirectory) {
   testing::internal::CaptureStderr();
   EXPECT_EQ(Find(L"Missing/Logo.png"), L"");
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
             "Error resolving icon path: directory_iterator::directory_iterator\n");
 }
 
-TEST_F(PackageLogo, FileInThePlaceOfTheDirectoryIsToldInTheSameWords) {
+TEST_F(FindLogoVariantErrorTest, PrintsAFixedTextForAFileAtTheDirectorysPath) {
   Put("file");
   testing::internal::CaptureStderr();
   EXPECT_EQ(Find(L"Assets/file/Logo.png"), L"");
@@ -141,19 +143,19 @@ TEST_F(PackageLogo, FileInThePlaceOfTheDirectoryIsToldInTheSameWords) {
             "Error resolving icon path: directory_iterator::directory_iterator\n");
 }
 
-TEST_F(SilentPackageLogo, ManifestStandsInThePackagesDirectory) {
+TEST_F(FindManifestLogoTest, ReadsTheManifestInThePackagesDirectory) {
   Put("Square44x44Logo.scale-100.png");
-  std::vector<std::wstring> asked;
+  std::vector<std::wstring> manifests;
   const auto readManifest = [&](const std::wstring& path, std::wstring& logo) {
     EXPECT_EQ(logo, L"");
-    asked.push_back(path);
+    manifests.push_back(path);
     logo = kNamed;
   };
   EXPECT_EQ(FindManifestLogo(installed, readManifest), InAssets("Square44x44Logo.scale-100.png"));
-  EXPECT_EQ(asked, std::vector<std::wstring>{installed + L"\\AppxManifest.xml"});
+  EXPECT_EQ(manifests, std::vector<std::wstring>{installed + L"\\AppxManifest.xml"});
 }
 
-TEST_F(SilentPackageLogo, IsNotSearchedForWhereTheManifestNamesNone) {
+TEST_F(FindManifestLogoTest, DoesNotSearchWhenTheManifestNamesNoLogo) {
   WriteBytes(folder.File("Tile44x44.png"), "png");
   EXPECT_EQ(FindManifestLogo(installed, [](const std::wstring&, std::wstring&) {}), L"");
 }

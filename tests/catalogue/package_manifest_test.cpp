@@ -8,8 +8,11 @@
 #include <vector>
 
 #include "base/scratch_folder.h"
+#include "base/text_builders.h"
 
+using TestSupport::Repeated;
 using TestSupport::ScratchFolder;
+using TestSupport::Utf16;
 using TestSupport::WriteBytes;
 using Zq::Gantry::Server::Services::Wattleaf::TryReadManifestLogo;
 
@@ -35,23 +38,11 @@ std::string WithLogo(const std::string& value) {
   return WithVisual("<uap:VisualElements Square44x44Logo=\"" + value + "\"/>");
 }
 
-std::string AsUtf16(const std::string& text) {
-  std::string bytes = "\xFF\xFE";
-  for (const char c : text) bytes += {c, '\0'};
-  return bytes;
-}
-
-std::string Repeated(const std::string& text, int count) {
-  std::string result;
-  for (int i = 0; i < count; ++i) result += text;
-  return result;
-}
-
 }  // namespace
 
-TEST(PackageManifest, NamesTheLogoOfTheApplication) {
+TEST(TryReadManifestLogo, ReturnsTheLogoOfTheApplication) {
   EXPECT_EQ(ReadLogo("<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
-                     "<!-- made by hand -->\n"
+                     "<!-- a comment -->\n"
                      "<Package xmlns:uap=\"http://example.test/uap\">\n"
                      "  <Identity Name=\"Some.App\"/>\n"
                      "  <Applications>\n    <Application Id=\"App\">\n"
@@ -61,7 +52,7 @@ TEST(PackageManifest, NamesTheLogoOfTheApplication) {
             L"Assets\\Square44x44Logo.png");
 }
 
-TEST(PackageManifest, NamesNoLogoWhereALevelIsMissing) {
+TEST(TryReadManifestLogo, IsEmptyWhenALevelIsMissing) {
   struct Case {
     const char* label;
     std::string manifest;
@@ -80,7 +71,7 @@ TEST(PackageManifest, NamesNoLogoWhereALevelIsMissing) {
   for (const Case& c : cases) EXPECT_EQ(ReadLogo(c.manifest), std::nullopt) << c.label;
 }
 
-TEST(PackageManifest, TakesTheFirstElementOfEachName) {
+TEST(TryReadManifestLogo, UsesTheFirstElementOfEachName) {
   const std::string named =
       "<Application><uap:VisualElements Square44x44Logo=\"second\"/>"
       "</Application>";
@@ -95,42 +86,42 @@ TEST(PackageManifest, TakesTheFirstElementOfEachName) {
   EXPECT_EQ(ReadLogo(WithApplications("<Extension/>" + named)), L"second");
 }
 
-TEST(PackageManifest, ComparesThePrefixAsPlainText) {
+TEST(TryReadManifestLogo, ComparesTheNamespacePrefixAsPlainText) {
   EXPECT_EQ(ReadLogo("<Package xmlns:u=\"http://example.test/uap\"><Applications><Application>"
                      "<u:VisualElements Square44x44Logo=\"a\"/>"
                      "</Application></Applications></Package>"),
             std::nullopt);
   EXPECT_EQ(ReadLogo(WithVisual("<VisualElements Square44x44Logo=\"a\"/>")), std::nullopt);
-  EXPECT_EQ(ReadLogo(WithLogo("bound to nothing")), L"bound to nothing");
+  EXPECT_EQ(ReadLogo(WithLogo("undeclared prefix")), L"undeclared prefix");
 }
 
-TEST(PackageManifest, AttributeWithoutValueIsAnEmptyText) {
+TEST(TryReadManifestLogo, ReturnsAnEmptyTextForAnEmptyAttribute) {
   EXPECT_EQ(ReadLogo(WithLogo("")), L"");
 }
 
-TEST(PackageManifest, ReferencesAndWhiteSpaceAreResolvedAsByDefault) {
+TEST(TryReadManifestLogo, ResolvesReferencesAndWhiteSpace) {
   EXPECT_EQ(ReadLogo(WithLogo("a&amp;b&#x142;")), L"a&b\u0142");
   EXPECT_EQ(ReadLogo(WithLogo("a\tb")), L"a b");
   EXPECT_EQ(ReadLogo(WithLogo("&unknown;")), L"&unknown;");
 }
 
-TEST(PackageManifest, ReadsEachEncodingThatXmlDeclares) {
+TEST(TryReadManifestLogo, ReadsTheEncodingThatTheXmlDeclares) {
   EXPECT_EQ(ReadLogo("\xEF\xBB\xBF" + WithLogo("\xC5\x82")), L"\u0142");
-  EXPECT_EQ(ReadLogo(AsUtf16(WithLogo("wide"))), L"wide");
+  EXPECT_EQ(ReadLogo("\xFF\xFE" + Utf16(WithLogo("wide"))), L"wide");
   EXPECT_EQ(ReadLogo("<?xml version=\"1.0\" encoding=\"latin1\"?>" + WithLogo("\xE9")), L"\u00e9");
 }
 
-TEST(PackageManifest, NamesNoLogoWhereTheTextIsBroken) {
+TEST(TryReadManifestLogo, IsEmptyForMalformedXml) {
   const std::string whole = WithLogo("a");
   EXPECT_EQ(ReadLogo(""), std::nullopt);
   EXPECT_EQ(ReadLogo("no document"), std::nullopt);
-  EXPECT_EQ(ReadLogo(whole + "</Package>"), std::nullopt) << "one end too many";
+  EXPECT_EQ(ReadLogo(whole + "</Package>"), std::nullopt) << "one end tag too many";
   for (std::size_t length = 0; length < whole.size(); ++length) {
     EXPECT_EQ(ReadLogo(whole.substr(0, length)), std::nullopt) << length;
   }
 }
 
-TEST(PackageManifest, NamesNoLogoWhereTheFileCannotBeRead) {
+TEST(TryReadManifestLogo, IsEmptyWhenTheFileCannotBeRead) {
   const ScratchFolder folder;
   EXPECT_EQ(TryReadManifestLogo(folder.File("missing.xml").wstring()), std::nullopt);
   std::filesystem::create_directory(folder.File("folder.xml"));
@@ -138,28 +129,28 @@ TEST(PackageManifest, NamesNoLogoWhereTheFileCannotBeRead) {
   EXPECT_EQ(TryReadManifestLogo(L""), std::nullopt);
 }
 
-TEST(PackageManifest, MoreThanFourMebibytesAreNotRead) {
+TEST(TryReadManifestLogo, IsEmptyForAFileAboveFourMebibytes) {
   const std::string logo = WithLogo("a");
   const std::string padded = logo + std::string(4'194'304 - logo.size(), ' ');
   EXPECT_EQ(ReadLogo(padded), L"a");
   EXPECT_EQ(ReadLogo(padded + " "), std::nullopt);
 }
 
-TEST(PackageManifest, DeepNestingIsReadLikeAnyOther) {
+TEST(TryReadManifestLogo, ReadsDeeplyNestedElements) {
   constexpr int kDepth = 300'000;
   const std::string deep = Repeated("<a>", kDepth) + Repeated("</a>", kDepth);
   EXPECT_EQ(ReadLogo("<Package>" + deep + WithLogo("a").substr(9)), L"a");
   EXPECT_EQ(ReadLogo(Repeated("<Package>", kDepth)), std::nullopt);
 }
 
-TEST(PackageManifest, EntitiesOfItsOwnAreNotResolved) {
+TEST(TryReadManifestLogo, DoesNotResolveCustomEntities) {
   const std::string inner = "<!DOCTYPE Package [<!ENTITY a \"b\"><!ENTITY b \"&a;&a;&a;&a;\">]>";
   EXPECT_EQ(ReadLogo(inner + WithLogo("&a;&b;")), L"&a;&b;");
   const std::string outer = "<!DOCTYPE Package [<!ENTITY f SYSTEM \"AppxManifest.xml\">]>";
   EXPECT_EQ(ReadLogo(outer + WithLogo("&f;")), L"&f;");
 }
 
-TEST(PackageManifest, DeepDeclarationsAreReadLikeAnyOther) {
+TEST(TryReadManifestLogo, ReadsDeeplyNestedDeclarations) {
   constexpr int kDepth = 300'000;
   EXPECT_EQ(ReadLogo("<!DOCTYPE Package [" + Repeated("<!x ", kDepth) + Repeated(">", kDepth) +
                      "]>" + WithLogo("a")),

@@ -20,7 +20,8 @@ using CanUnloadNow = HRESULT(WINAPI*)();
 
 constexpr wchar_t kManager[] = L"Windows.Management.Deployment.PackageManager";
 
-/// The server as the runtime would use it, with its root in a folder of the test.
+/// The stand-in's DLL, loaded as the Windows Runtime does, with its packages in a folder of the
+/// test.
 class PackagesServer : public testing::Test {
  protected:
   PackagesServer() {
@@ -54,7 +55,7 @@ class PackagesServer : public testing::Test {
 
 }  // namespace
 
-TEST_F(PackagesServer, ServesTheManagerAndCountsItsObjects) {
+TEST_F(PackagesServer, CreatesTheManagerAndCountsItsObjects) {
   const auto canUnload = Find<CanUnloadNow>("DllCanUnloadNow");
   UniqueInterface<IInspectable> manager;
   ASSERT_EQ(MakeManager(manager), S_OK);
@@ -63,13 +64,13 @@ TEST_F(PackagesServer, ServesTheManagerAndCountsItsObjects) {
   EXPECT_EQ(canUnload(), S_OK);
 }
 
-TEST_F(PackagesServer, ServesNoOtherClass) {
+TEST_F(PackagesServer, RefusesOtherClasses) {
   UniqueInterface<IActivationFactory> factory;
   EXPECT_EQ(GetFactory(L"Windows.ApplicationModel.Package", factory), CLASS_E_CLASSNOTAVAILABLE);
   EXPECT_FALSE(factory);
 }
 
-TEST_F(PackagesServer, SimulatesTheFoldersOfTheEnvironmentWithItsWords) {
+TEST_F(PackagesServer, ReadsFoldersAndScriptFromTheEnvironment) {
   CreateDirectoryW(root.File(L"a").c_str(), nullptr);
   CreateDirectoryW(root.File(L"no package").c_str(), nullptr);
   TestSupport::WriteWholeFile(root.File(L"a") + L"\\package.txt", "name=A\n");
@@ -86,7 +87,7 @@ TEST_F(PackagesServer, SimulatesTheFoldersOfTheEnvironmentWithItsWords) {
   EXPECT_EQ(iterator.get()->MoveNext(&more), E_FAIL);
 }
 
-TEST_F(PackagesServer, NamesAWordThatMeansNothing) {
+TEST_F(PackagesServer, ReportsAnUnknownWordOfTheScript) {
   _putenv_s("WATTLEAF_PACKAGES", "fail:First");
   UniqueInterface<IInspectable> manager;
   testing::internal::CaptureStderr();

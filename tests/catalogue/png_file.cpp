@@ -11,7 +11,7 @@ namespace {
 
 using namespace Zq::Gantry::Platform;
 
-std::uint32_t BigEndian(const std::string& bytes, std::size_t at) {
+std::uint32_t ReadBigEndian(const std::string& bytes, std::size_t at) {
   std::uint32_t number = 0;
   for (std::size_t i = at; i < at + 4; ++i) {
     number = number << 8 | static_cast<unsigned char>(bytes[i]);
@@ -35,8 +35,8 @@ PngPicture ReadPng(const std::wstring& path) {
   const std::string bytes = ReadWholeFile(path);
   if (bytes.size() < 24 || bytes.substr(0, 8) != "\x89PNG\r\n\x1A\n") return picture;
   EXPECT_EQ(bytes.substr(12, 4), "IHDR");
-  picture.width = BigEndian(bytes, 16);
-  picture.height = BigEndian(bytes, 20);
+  picture.width = ReadBigEndian(bytes, 16);
+  picture.height = ReadBigEndian(bytes, 20);
 
   const GdiplusSession session;
   Gdiplus::GpBitmap* bitmap = nullptr;

@@ -15,7 +15,7 @@ RegistryCalls::RegistryCalls()
 }
 
 RegistryCalls::~RegistryCalls() {
-  EXPECT_TRUE(openKeys_.empty()) << "a key is never closed";
+  EXPECT_TRUE(openKeys_.empty()) << "a key was not closed";
   current_ = nullptr;
 }
 
@@ -29,7 +29,7 @@ LSTATUS WINAPI RegistryCalls::Open(HKEY parent, const wchar_t* path, DWORD optio
   calls.opened.push_back({parent, path, options, access});
   std::optional<LSTATUS> status;
   if (calls.onOpen) status = calls.onOpen(path);
-  // What a failing call leaves there is no key, and is not to be closed.
+  // A failing call may write an invalid handle, which must not be closed.
   if (status) *key = HKEY_PERFORMANCE_DATA;
   if (!status) status = calls.open_.Original<decltype(Open)>()(parent, path, options, access, key);
   if (*status == ERROR_SUCCESS) calls.openKeys_.insert(*key);

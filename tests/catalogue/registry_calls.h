@@ -12,9 +12,9 @@
 
 namespace TestSupport {
 
-/// Records the registry calls of the program while it lives, and lets a test answer some of them;
-/// what a test leaves alone goes to the system. The test fails where a key is closed or used that
-/// is not open, and where one is left open at the end. One at a time.
+/// Records the registry calls of the program. A test can replace the result of some of them; all
+/// others reach the system. The test fails if a key is used or closed that is not open, and if a
+/// key is still open at the end. One at a time.
 class RegistryCalls {
  public:
   struct Opened {
@@ -25,7 +25,7 @@ class RegistryCalls {
   };
   struct Enumerated {
     DWORD index;
-    DWORD nameChars;  // as it was passed
+    DWORD nameChars;  // as passed to the call
     LSTATUS status;
   };
   struct Queried {
@@ -38,7 +38,7 @@ class RegistryCalls {
   RegistryCalls& operator=(const RegistryCalls&) = delete;
   ~RegistryCalls();
 
-  /// A status answers the call, none leaves it to the system.
+  /// A returned status replaces the call; without one the call reaches the system.
   std::function<std::optional<LSTATUS>(const std::wstring& path)> onOpen;
   std::function<std::optional<LSTATUS>(DWORD index, wchar_t* name, DWORD* nameChars)> onEnumerate;
 

@@ -9,12 +9,12 @@
 namespace TestSupport {
 
 /// The path of a program that was built for these tests, such as "one.exe".
-std::string SampleProgram(const std::string& name);
+[[nodiscard]] std::string SampleProgram(const std::string& name);
 
-/// A path of ASCII letters for the calls that take narrow text.
-std::string Narrow(const std::wstring& path);
+/// An ASCII path for calls that take narrow text.
+[[nodiscard]] std::string Narrow(const std::wstring& path);
 
-/// The icon of one.exe in 32 pixels.
-Zq::Gantry::Platform::UniqueIcon SampleIcon();
+/// The icon of one.exe, 32 by 32 pixels.
+[[nodiscard]] Zq::Gantry::Platform::UniqueIcon SampleIcon();
 
 }  // namespace TestSupport

@@ -9,7 +9,8 @@ namespace TestSupport {
 namespace {
 
 Zq::Gantry::Platform::UniqueRegKey Create(HKEY hive, const std::wstring& path) {
-  // A key that stays may not lie below one that does not, and others write below the machine's.
+  // A non-volatile key cannot lie below a volatile one, and a test below HKEY_LOCAL_MACHINE may
+  // need non-volatile keys.
   const DWORD options = hive == HKEY_CURRENT_USER ? REG_OPTION_VOLATILE : REG_OPTION_NON_VOLATILE;
   Zq::Gantry::Platform::UniqueRegKey key;
   EXPECT_EQ(RegCreateKeyExW(hive, path.c_str(), 0, nullptr, options, KEY_ALL_ACCESS, nullptr,
@@ -29,7 +30,7 @@ std::wstring OwnPath() {
 ScratchKey::ScratchKey() : ScratchKey(HKEY_CURRENT_USER, OwnPath()) {}
 
 ScratchKey::ScratchKey(HKEY hive, std::wstring path) : hive_(hive), path_(std::move(path)) {
-  RegDeleteTreeW(hive_, path_.c_str());  // what a run that crashed left behind
+  RegDeleteTreeW(hive_, path_.c_str());  // left by a crashed run
   Create(hive_, path_);
 }
 
@@ -49,7 +50,7 @@ void ScratchKey::SetText(const std::wstring& subkey, const wchar_t* value,
 void ScratchKey::SetBytes(const std::wstring& subkey, const wchar_t* value, DWORD type,
                           const std::string& bytes) const {
   const auto key = Create(hive_, path_ + L"\\" + subkey);
-  // The system adds an end to a text where it sees one behind it.
+  // The system extends a text by a terminator that follows it in memory; "##" prevents that.
   const std::string guarded = bytes + "##";
   EXPECT_EQ(RegSetValueExW(key.get(), value, 0, type, reinterpret_cast<const BYTE*>(guarded.data()),
                            static_cast<DWORD>(bytes.size())),

@@ -6,24 +6,24 @@
 
 namespace TestSupport {
 
-/// A new registry key (volatile below HKEY_CURRENT_USER) with what a test puts below it, removed at
-/// the end.
+/// A new registry key, volatile below HKEY_CURRENT_USER. The destructor removes it with all
+/// subkeys.
 class ScratchKey {
  public:
-  /// Below HKEY_CURRENT_USER, under a name of its own.
+  /// Below HKEY_CURRENT_USER, with a name that no other key has.
   ScratchKey();
   ScratchKey(HKEY hive, std::wstring path);
   ScratchKey(const ScratchKey&) = delete;
   ScratchKey& operator=(const ScratchKey&) = delete;
   ~ScratchKey();
 
-  HKEY Hive() const { return hive_; }
-  const wchar_t* Path() const { return path_.c_str(); }
+  [[nodiscard]] HKEY Hive() const { return hive_; }
+  [[nodiscard]] const wchar_t* Path() const { return path_.c_str(); }
 
   void AddSubkey(const std::wstring& subkey) const;
-  /// A text with its end; the subkey is made where it is missing.
+  /// Sets a terminated text; creates the subkey if it does not exist.
   void SetText(const std::wstring& subkey, const wchar_t* value, const std::wstring& text) const;
-  /// Exactly these bytes.
+  /// Sets exactly these bytes.
   void SetBytes(const std::wstring& subkey, const wchar_t* value, DWORD type,
                 const std::string& bytes) const;
 

@@ -1,2 +1,2 @@
-// What counts of the sample programs is their resources.
+// The tests read only the resources of the sample programs.
 int main() { return 0; }

@@ -12,18 +12,19 @@ using namespace Zq::Gantry::Server::Services::Wattleaf;
 using TestSupport::ScratchFolder;
 using TestSupport::WriteBytes;
 
+// Names, links and a directory order that only a POSIX system lets a test create.
 namespace {
 
-/// What was written to standard error.
+/// Captures standard error from construction to `Text`.
 class CapturedError {
  public:
   CapturedError() { testing::internal::CaptureStderr(); }
-  std::string Text() { return testing::internal::GetCapturedStderr(); }
+  [[nodiscard]] std::string Text() { return testing::internal::GetCapturedStderr(); }
 };
 
 std::string LogoNumber(int number) { return "logo" + std::to_string(number) + "x"; }
 
-/// Entries in the directory's own order.
+/// The names in the directory's own order.
 std::vector<std::string> NamesIn(const std::filesystem::path& directory) {
   std::vector<std::string> names;
   for (const auto& entry : std::filesystem::directory_iterator(directory)) {
@@ -34,17 +35,17 @@ std::vector<std::string> NamesIn(const std::filesystem::path& directory) {
 
 }  // namespace
 
-TEST(OddPackageLogo, TakesADirectoryNameThatCanBeOpened) {
+TEST(FindManifestLogo, ReturnsADirectoryPathThatCanBeOpenedAsAFile) {
   const ScratchFolder folder;
   WriteBytes(folder.File("package\\"), "a file whose name ends in a backslash");
   const std::wstring installed = folder.File("package").wstring();
-  bool asked = false;
-  const auto readManifest = [&](const std::wstring&, std::wstring&) { asked = true; };
+  bool isManifestRead = false;
+  const auto readManifest = [&](const std::wstring&, std::wstring&) { isManifestRead = true; };
   EXPECT_EQ(FindManifestLogo(installed, readManifest), installed + L"\\");
-  EXPECT_FALSE(asked);
+  EXPECT_FALSE(isManifestRead);
 }
 
-TEST(OddPackageLogo, AnyFailureOfTheScanIsToldInTheSameWords) {
+TEST(FindLogoVariant, PrintsAFixedTextForAnyFailureOfTheScan) {
   const ScratchFolder folder;
   std::filesystem::create_symlink("loop", folder.File("loop"));
   CapturedError error;
@@ -52,7 +53,7 @@ TEST(OddPackageLogo, AnyFailureOfTheScanIsToldInTheSameWords) {
   EXPECT_EQ(error.Text(), "Error resolving icon path: directory_iterator::directory_iterator\n");
 }
 
-TEST(OddPackageLogo, WhatIsNeitherFileNorDirectoryIsNoLogo) {
+TEST(FindLogoVariant, IgnoresEntriesThatAreNotPlainFiles) {
   const ScratchFolder folder;
   std::filesystem::create_symlink("nowhere", folder.File("Logo.scale-100.png"));
   std::filesystem::create_symlink("/dev/null", folder.File("44x44"));
@@ -61,8 +62,8 @@ TEST(OddPackageLogo, WhatIsNeitherFileNorDirectoryIsNoLogo) {
   EXPECT_EQ(error.Text(), "");
 }
 
-// The directory's order is the file system's own, so what is expected follows from it.
-TEST(OddPackageLogo, WhatStandsBeforeAnEntryThatFailsIsFoundAndNothingBehindIt) {
+// The file system determines the order of the entries, so the expected results follow from it.
+TEST(FindLogoVariant, FindsEntriesBeforeAFailingEntryAndNoneAfterIt) {
   const ScratchFolder folder;
   for (int n = 0; n < 20; ++n) WriteBytes(folder.File(LogoNumber(n) + ".scale-100.png"), "png");
   std::filesystem::create_symlink("loop", folder.File("loop"));
@@ -82,7 +83,7 @@ TEST(OddPackageLogo, WhatStandsBeforeAnEntryThatFailsIsFoundAndNothingBehindIt) 
   }
 }
 
-TEST(OddPackageLogo, OfSeveralMatchesTheFirstOfTheDirectorysOrderWins) {
+TEST(FindLogoVariant, PrefersTheFirstMatchInTheDirectorysOrder) {
   const ScratchFolder folder;
   for (int n = 0; n < 20; ++n) WriteBytes(folder.File(LogoNumber(n) + ".scale-100.png"), "png");
   for (int n = 0; n < 20; ++n) WriteBytes(folder.File("tile44x44" + LogoNumber(n)), "png");

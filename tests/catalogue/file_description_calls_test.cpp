@@ -14,10 +14,10 @@
 using Standin::ImportPatch;
 using Zq::Gantry::Server::Services::Wattleaf::GetFileDescription;
 
-// The version calls, faked with contents that no resource compiler makes.
+// Fakes the version calls with content that no resource compiler produces.
 namespace {
 
-/// Answers with blocks of exactly their length, so that a checker sees any reading beyond them.
+/// Returns blocks of exactly their length, so that a memory checker finds any read beyond them.
 class FakeVersion {
  public:
   FakeVersion() { current_ = this; }
@@ -29,7 +29,7 @@ class FakeVersion {
     values_[key] = {std::make_unique<std::vector<char>>(bytes.begin(), bytes.end()), length};
   }
   void AddNull(const std::string& key, UINT length) { values_[key] = {nullptr, length}; }
-  /// The last bytes of the block itself, told to be `length` long.
+  /// A value in the last bytes of the resource block, with a reported length of `length`.
   void AddAtTheBlocksEnd(const std::string& key, const std::string& bytes, UINT length) {
     Add(key, bytes, length);
     values_[key].isInBlock = true;
@@ -39,7 +39,7 @@ class FakeVersion {
   BOOL read = TRUE;
   int sizes = 0;
   int reads = 0;
-  std::vector<std::string> asked;
+  std::vector<std::string> queries;
 
  private:
   struct Value {
@@ -59,16 +59,16 @@ class FakeVersion {
     return current_->read;
   }
   static BOOL WINAPI Query(const void* block, const char* key, void** value, UINT* length) {
-    current_->asked.push_back(key);
+    current_->queries.push_back(key);
     const auto found = current_->values_.find(key);
     if (found == current_->values_.end()) return FALSE;
-    const Value& told = found->second;
-    *value = told.bytes ? told.bytes->data() : nullptr;
-    if (told.isInBlock) *value = PutAtTheEnd(block, *told.bytes);
-    *length = told.length;
+    const Value& result = found->second;
+    *value = result.bytes ? result.bytes->data() : nullptr;
+    if (result.isInBlock) *value = CopyToTheEnd(block, *result.bytes);
+    *length = result.length;
     return TRUE;
   }
-  static void* PutAtTheEnd(const void* block, const std::vector<char>& bytes) {
+  static void* CopyToTheEnd(const void* block, const std::vector<char>& bytes) {
     char* place = static_cast<char*>(const_cast<void*>(block)) + current_->size - bytes.size();
     return std::copy(bytes.begin(), bytes.end(), place) - bytes.size();
   }
@@ -88,25 +88,25 @@ const std::string kGermanEntry("\x07\x04\xE4\x04", 4);
 
 }  // namespace
 
-TEST(GetFileDescriptionOf, KeysAreLowerCaseNumbersOfFourDigitsInTheListsOrder) {
+TEST(GetFileDescription, QueriesTranslationsInTheListsOrderAsLowerCaseHex) {
   FakeVersion version;
   version.Add(kList, kGermanEntry + kEnglishEntry + std::string("\x0C\x00\xEF\xCD", 4));
   EXPECT_EQ(GetFileDescription("x"), "");
-  EXPECT_EQ(version.asked,
+  EXPECT_EQ(version.queries,
             (std::vector<std::string>{kList, kGerman, kEnglish,
                                       "\\StringFileInfo\\000ccdef\\FileDescription"}));
 }
 
-TEST(GetFileDescriptionOf, TheFirstDescriptionEndsTheSearch) {
+TEST(GetFileDescription, StopsAtTheFirstDescription) {
   FakeVersion version;
   version.Add(kList, kGermanEntry + kEnglishEntry);
   version.Add(kGerman, std::string("Wiese\0", 6));
   version.Add(kEnglish, std::string("Meadow\0", 7));
   EXPECT_EQ(GetFileDescription("x"), "Wiese");
-  EXPECT_EQ(version.asked.size(), 2u);
+  EXPECT_EQ(version.queries.size(), 2u);
 }
 
-TEST(GetFileDescriptionOf, ADescriptionOfLengthZeroIsPassedOver) {
+TEST(GetFileDescription, SkipsADescriptionOfLengthZero) {
   FakeVersion version;
   version.Add(kList, kGermanEntry + kEnglishEntry);
   version.Add(kGerman, "Wiese", 0);
@@ -114,7 +114,7 @@ TEST(GetFileDescriptionOf, ADescriptionOfLengthZeroIsPassedOver) {
   EXPECT_EQ(GetFileDescription("x"), "Meadow");
 }
 
-TEST(GetFileDescriptionOf, AnEmptyTextWithALengthEndsTheSearch) {
+TEST(GetFileDescription, StopsAtAnEmptyTextWithALength) {
   FakeVersion version;
   version.Add(kList, kGermanEntry + kEnglishEntry);
   version.Add(kGerman, std::string(1, '\0'));
@@ -122,49 +122,49 @@ TEST(GetFileDescriptionOf, AnEmptyTextWithALengthEndsTheSearch) {
   EXPECT_EQ(GetFileDescription("x"), "");
 }
 
-TEST(GetFileDescriptionOf, BytesOfAnyCodePageStay) {
+TEST(GetFileDescription, KeepsTheBytesOfAnyCodePage) {
   FakeVersion version;
   version.Add(kList, kEnglishEntry);
   version.Add(kEnglish, std::string("\xFF\x80\xFCn\0", 5));
   EXPECT_EQ(GetFileDescription("x"), "\xFF\x80\xFCn");
 }
 
-TEST(GetFileDescriptionOf, TextsEndAtTheirFirstZeroOrTheirLength) {
+TEST(GetFileDescription, EndsATextAtItsFirstZeroOrItsLength) {
   FakeVersion version;
   version.Add(kList, kEnglishEntry);
   version.Add(kEnglish, std::string("Shown\0hidden", 12));
   EXPECT_EQ(GetFileDescription("x"), "Shown");
   version.Add(kEnglish, "No end");
   EXPECT_EQ(GetFileDescription("x"), "No end");
-  version.Add(kEnglish, "Longer than told", 6);
+  version.Add(kEnglish, "Longer than reported", 6);
   EXPECT_EQ(GetFileDescription("x"), "Longer");
 }
 
-TEST(GetFileDescriptionOf, AListIsReadInWholeEntriesOnly) {
+TEST(GetFileDescription, IgnoresAPartialEntryOfTheList) {
   for (const UINT length : {0u, 1u, 3u}) {
     FakeVersion version;
     version.Add(kList, kEnglishEntry.substr(0, length));
     version.Add(kEnglish, std::string("Meadow\0", 7));
     EXPECT_EQ(GetFileDescription("x"), "") << length;
-    EXPECT_EQ(version.asked.size(), 1u) << length;
+    EXPECT_EQ(version.queries.size(), 1u) << length;
   }
   for (const UINT length : {4u, 5u, 7u}) {
     FakeVersion version;
     version.Add(kList, (kEnglishEntry + kGermanEntry).substr(0, length));
     EXPECT_EQ(GetFileDescription("x"), "") << length;
-    EXPECT_EQ(version.asked.size(), 2u) << length;
+    EXPECT_EQ(version.queries.size(), 2u) << length;
   }
 }
 
-TEST(GetFileDescriptionOf, LengthsBeyondTheResourceEndWithIt) {
+TEST(GetFileDescription, LimitsLengthsToTheEndOfTheResource) {
   FakeVersion version;
   version.AddAtTheBlocksEnd(kList, kGermanEntry + kEnglishEntry, 65'535);
   version.AddAtTheBlocksEnd(kEnglish, "Meadow", 65'535);
   EXPECT_EQ(GetFileDescription("x"), "Meadow");
-  EXPECT_EQ(version.asked, (std::vector<std::string>{kList, kGerman, kEnglish}));
+  EXPECT_EQ(version.queries, (std::vector<std::string>{kList, kGerman, kEnglish}));
 }
 
-TEST(GetFileDescriptionOf, AValueThatBeginsWhereTheResourceEndsIsPassedOver) {
+TEST(GetFileDescription, SkipsAValueThatBeginsAtTheEndOfTheResource) {
   FakeVersion version;
   version.Add(kList, kEnglishEntry + kGermanEntry);
   version.AddAtTheBlocksEnd(kEnglish, "", 5);
@@ -172,7 +172,7 @@ TEST(GetFileDescriptionOf, AValueThatBeginsWhereTheResourceEndsIsPassedOver) {
   EXPECT_EQ(GetFileDescription("x"), "Wiese");
 }
 
-TEST(GetFileDescriptionOf, ValuesWithoutAPlaceCountAsMissing) {
+TEST(GetFileDescription, TreatsANullValueAsMissing) {
   FakeVersion version;
   version.AddNull(kList, 4);
   EXPECT_EQ(GetFileDescription("x"), "");
@@ -182,23 +182,23 @@ TEST(GetFileDescriptionOf, ValuesWithoutAPlaceCountAsMissing) {
   EXPECT_EQ(GetFileDescription("x"), "Meadow");
 }
 
-TEST(GetFileDescriptionOf, AResourceWithoutSizeIsNotRead) {
+TEST(GetFileDescription, DoesNotReadAResourceOfSizeZero) {
   FakeVersion version;
   version.size = 0;
   EXPECT_EQ(GetFileDescription("x"), "");
   EXPECT_EQ(version.reads, 0);
-  EXPECT_TRUE(version.asked.empty());
+  EXPECT_TRUE(version.queries.empty());
 }
 
-TEST(GetFileDescriptionOf, AResourceThatCannotBeReadIsNotAsked) {
+TEST(GetFileDescription, DoesNotQueryAResourceThatCannotBeRead) {
   FakeVersion version;
   version.read = FALSE;
   EXPECT_EQ(GetFileDescription("x"), "");
   EXPECT_EQ(version.reads, 1);
-  EXPECT_TRUE(version.asked.empty());
+  EXPECT_TRUE(version.queries.empty());
 }
 
-TEST(GetFileDescriptionOf, APathLongerThanTheSystemKnowsIsNotLookedAt) {
+TEST(GetFileDescription, IsEmptyForAPathAboveTheSystemsLimit) {
   FakeVersion version;
   version.Add(kList, kEnglishEntry);
   version.Add(kEnglish, std::string("Meadow\0", 7));

@@ -40,7 +40,7 @@ std::optional<std::string> DisplayNames::TryDescribe(const std::string& appId) c
 }
 
 // Kept on purpose: the search goes on after a match, so the last matching key wins (test
-// DisplayNames.TakesTheLastMatchingPackageInKeyOrder).
+// DisplayNames.UsesTheLastMatchingPackageInKeyOrder).
 std::optional<std::string> DisplayNames::TryPackageName(const std::string& appId) const {
   const UwpAppRecord* package = nullptr;
   for (const auto& [packageName, record] : packagedApps_) {

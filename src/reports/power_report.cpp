@@ -68,7 +68,7 @@ class RowReader {
 
     const auto energy = TryEnergy(row);
     // Kept on purpose: a new row without an energy takes the one of the row read before it (test
-    // PowerReport.RowWithoutEnergyTakesThatOfTheRowBefore).
+    // ReadPowerReportTest.RowWithoutEnergyRepeatsThatOfThePrecedingRow).
     energy_ = energy.value_or(energy_);
     if (PowerLogRecord* known = log_.TryFind(name, time)) {
       known->TotalEnergy += energy.value_or(0);

@@ -22,7 +22,7 @@ void MergeRow(const rapidjson::Value& row, const ReportingPeriod& period, PowerL
   if (!period.Includes(time)) return;
   if (log.TryFind(std::string_view(name->GetString(), name->GetStringLength()), time)) return;
   // Kept on purpose: an energy is written with 64 bits and read back with its low 32 (test
-  // PowerStore.CutsEnergyToItsLow32Bits).
+  // MergePowerStoreTest.ReadsTheLow32BitsOfEnergy).
   log.Append({TextOf(*name), TextOf(*displayName), time, StoredEnergyLow32(*energy)});
 }
 

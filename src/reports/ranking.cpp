@@ -46,8 +46,8 @@ std::vector<CountedRow> RowsOfPeriod(const rapidjson::Value& rows, const Reporti
 }
 
 // Kept on purpose: the total adds the low 32 bits of each energy, while the shares use all 64 (test
-// Ranking.TotalReads32BitsAndSharesRead64). The sum cannot overflow, since an array has fewer than
-// 2^32 elements.
+// RankApplications.ReadsEnergyIn32BitsForTheTotalAndIn64BitsForShares). The sum cannot overflow,
+// since an array has fewer than 2^32 elements.
 std::int64_t TotalEnergy(const std::vector<CountedRow>& rows) {
   std::int64_t total = 0;
   for (const CountedRow& row : rows) total += StoredEnergyLow32(row.energy);

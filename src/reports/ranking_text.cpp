@@ -26,7 +26,7 @@ bool WriteEntry(Writer& writer, const TopAppEntry& entry) {
 }
 
 // Kept on purpose: the writer rejects a number that is not finite, and the text written so far is
-// the answer (test RankingText.EndsBehindTheColonOfAValueThatIsNotFinite).
+// the answer (test RankingText.EndsAfterTheColonOfAValueThatIsNotFinite).
 bool WriteRanking(Writer& writer, const Ranking& ranking) {
   if (!writer.StartArray()) return false;
   for (const TopAppEntry& entry : ranking) {
@@ -38,7 +38,7 @@ bool WriteRanking(Writer& writer, const Ranking& ranking) {
 }  // namespace
 
 // Kept on purpose: the first "?" ends the directory even if it is part of one, as in "\\?\C:"
-// (test RankingRequest.EndsTheDirectoryAtTheFirstQuestionMarkAlsoInsideAPath).
+// (test SplitRankingRequest.SplitsAtTheFirstQuestionMarkEvenInsideAPath).
 RankingRequest SplitRankingRequest(const std::wstring& input) {
   const auto separator = input.find(L'?');
   if (separator == std::wstring::npos) return {};

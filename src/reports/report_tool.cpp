@@ -6,10 +6,10 @@ namespace Zq::Gantry::Server::Services::Wattleaf {
 
 std::wstring ToolFailureText(std::wstring_view literal, int status) {
   // Kept on purpose: a negative status throws, and nothing catches the exception (test
-  // ToolFailureText.OfANegativeStatusIsAnErrorOfLength).
+  // ToolFailureText.ThrowsLengthErrorForANegativeStatus).
   if (status < 0) throw std::length_error("a text of a negative length");
   // Kept on purpose: the status does not replace "%d" but limits the number of characters (test
-  // ToolFailureText.HasAsManyCharactersAsTheStatusSays).
+  // ToolFailureText.HasAsManyCharactersAsTheStatus).
   return std::wstring(literal.substr(0, static_cast<std::size_t>(status)));
 }
 

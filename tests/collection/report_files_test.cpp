@@ -18,7 +18,7 @@ namespace {
 class ReportFiles : public testing::Test {
  protected:
   ReportFiles() {
-    tool.Tell(L"DAYS", L"1");
+    tool.Set(L"DAYS", L"1");
     helper.collectionPath = tool.Folder().Path().c_str();
   }
 
@@ -52,20 +52,20 @@ TEST_F(ReportFiles, AReportIsFoldedIntoTheStoreAndDeleted) {
 
 TEST_F(ReportFiles, ASuccessThatWroteNothingOnlyRewritesTheStore) {
   WriteWholeFile(File(L"Powerlog.json"), "no JSON");
-  tool.Tell(L"OUTPUT", L"nothing");
+  tool.Set(L"OUTPUT", L"nothing");
   helper.OnGetTop20PowerApps();
   EXPECT_EQ(ReadWholeFile(File(L"Powerlog.json")), "[]");
 }
 
 TEST_F(ReportFiles, ABrokenReportIsDeletedAndFoldsNothing) {
-  tool.Tell(L"OUTPUT", L"broken");
+  tool.Set(L"OUTPUT", L"broken");
   helper.OnGetTop20PowerApps();
   EXPECT_FALSE(FileExists(File(L"Powerlog.xml")));
   EXPECT_EQ(ReadWholeFile(File(L"Powerlog.json")), "[]");
 }
 
 TEST_F(ReportFiles, AToolThatFailsIsToldByItsStatus) {
-  tool.Tell(L"STATUS", L"5");
+  tool.Set(L"STATUS", L"5");
   helper.OnGetTop20PowerApps();
   helper.OnGetErrorAndWarnings();
   EXPECT_THAT(log.Records(), ElementsAre(Error(L"Error"), Error(L"Error")));

@@ -21,9 +21,9 @@ TEST(DecimalNumber, ReadsDigitsWithOrWithoutASign) {
   EXPECT_EQ(DecimalNumber(L"000000000000000000000000012"), 12);
 }
 
-TEST(DecimalNumber, StepsOverLeadingWhiteSpace) { EXPECT_EQ(DecimalNumber(L" \t\n\v\f\r-5"), -5); }
+TEST(DecimalNumber, SkipsLeadingWhiteSpace) { EXPECT_EQ(DecimalNumber(L" \t\n\v\f\r-5"), -5); }
 
-TEST(DecimalNumber, EndsAtTheFirstCharacterThatIsNoDigit) {
+TEST(DecimalNumber, StopsAtTheFirstCharacterThatIsNotADigit) {
   EXPECT_EQ(DecimalNumber(L"12.9"), 12);
   EXPECT_EQ(DecimalNumber(L"1,234"), 1);
   EXPECT_EQ(DecimalNumber(L"7 8"), 7);
@@ -37,7 +37,7 @@ TEST(DecimalNumber, IsZeroWithoutDigits) {
   }
 }
 
-TEST(DecimalNumber, StopsAtTheEndsOf32Bits) {
+TEST(DecimalNumber, SaturatesAtTheLimitsOf32Bits) {
   EXPECT_EQ(DecimalNumber(L"2147483647"), kMost);
   EXPECT_EQ(DecimalNumber(L"2147483648"), kMost);
   EXPECT_EQ(DecimalNumber(L"2147483649"), kMost);
@@ -48,15 +48,15 @@ TEST(DecimalNumber, StopsAtTheEndsOf32Bits) {
   EXPECT_EQ(DecimalNumber(L"-99999999999999999999999999999999999999"), kLeast);
 }
 
-TEST(DecimalNumber, KnowsAsciiOnly) {
-  EXPECT_EQ(DecimalNumber(L"\x0663"), 0);  // a digit of another script
-  EXPECT_EQ(DecimalNumber(L"\xFF13"), 0);  // a digit of full width
+TEST(DecimalNumber, AcceptsAsciiOnly) {
+  EXPECT_EQ(DecimalNumber(L"\x0663"), 0);  // an Arabic-Indic digit
+  EXPECT_EQ(DecimalNumber(L"\xFF13"), 0);  // a fullwidth digit
   EXPECT_EQ(DecimalNumber(L"\x00A0"
                           L"3"),
-            0);  // a blank that does not break
+            0);  // a no-break space
 }
 
-TEST(DecimalNumber, EndsAtAZero) {
+TEST(DecimalNumber, StopsAtAZeroCharacter) {
   EXPECT_EQ(DecimalNumber(L"1\0"
                           L"2"),
             1);

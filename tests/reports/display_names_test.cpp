@@ -14,69 +14,67 @@ class DisplayNamesTest : public testing::Test {
  protected:
   DisplayNames::DescribeFile Describe(std::string answer) {
     return [this, answer](const std::string& path) {
-      asked.push_back(path);
+      paths.push_back(path);
       return answer;
     };
   }
 
   PackagedApps packages;
-  std::vector<std::string> asked;
+  /// The files whose descriptions were read.
+  std::vector<std::string> paths;
 };
 
 }  // namespace
 
-using DisplayNamesOfExecutables = DisplayNamesTest;
-using DisplayNamesOfPackages = DisplayNamesTest;
-
-TEST_F(DisplayNamesOfExecutables, AreTheDescriptionsOfTheFilesOnTheSystemDrive) {
+TEST_F(DisplayNamesTest, ExecutableHasTheDescriptionOfItsFileOnTheSystemDrive) {
   DisplayNames names(kPrefix, packages, Describe("Meadow Office"));
   EXPECT_EQ(names.Resolve("\\Device\\HarddiskVolume3\\Program Files\\Meadow\\meadow.exe"),
             "Meadow Office");
-  EXPECT_EQ(asked, std::vector<std::string>{"C:\\Program Files\\Meadow\\meadow.exe"});
+  EXPECT_EQ(paths, std::vector<std::string>{"C:\\Program Files\\Meadow\\meadow.exe"});
 }
 
-TEST_F(DisplayNamesOfExecutables, AreAskedForOnce) {
+TEST_F(DisplayNamesTest, DescriptionOfAnExecutableIsReadOnce) {
   DisplayNames names(kPrefix, packages, Describe("Meadow Office"));
   static_cast<void>(names.Resolve("\\Device\\HarddiskVolume3\\a.exe"));
   EXPECT_EQ(names.Resolve("\\Device\\HarddiskVolume3\\a.exe"), "Meadow Office");
-  EXPECT_EQ(asked.size(), 1U);
+  EXPECT_EQ(paths.size(), 1U);
   static_cast<void>(names.Resolve("\\Device\\HarddiskVolume3\\b.exe"));
-  EXPECT_EQ(asked.size(), 2U);
+  EXPECT_EQ(paths.size(), 2U);
 }
 
-TEST_F(DisplayNamesOfExecutables, AreAskedForOnceAlsoWhereTheyAreEmpty) {
+TEST_F(DisplayNamesTest, EmptyDescriptionOfAnExecutableIsReadOnce) {
   DisplayNames names(kPrefix, packages, Describe(""));
   EXPECT_EQ(names.Resolve("\\Device\\HarddiskVolume3\\a.exe"), "");
   EXPECT_EQ(names.Resolve("\\Device\\HarddiskVolume3\\a.exe"), "");
-  EXPECT_EQ(asked.size(), 1U);
+  EXPECT_EQ(paths.size(), 1U);
 }
 
-TEST_F(DisplayNamesOfExecutables, AreForgottenWithTheRun) {
+TEST_F(DisplayNamesTest, DescriptionsAreNotKeptAfterTheRun) {
   static_cast<void>(
       DisplayNames(kPrefix, packages, Describe("old")).Resolve("\\Device\\HarddiskVolume3\\a.exe"));
   DisplayNames next(kPrefix, packages, Describe("new"));
   EXPECT_EQ(next.Resolve("\\Device\\HarddiskVolume3\\a.exe"), "new");
 }
 
-TEST_F(DisplayNamesOfExecutables, AreEmptyOnOtherDrives) {
+TEST_F(DisplayNamesTest, ExecutableOnAnotherDriveHasNoName) {
   DisplayNames names(kPrefix, packages, Describe("Meadow Office"));
   EXPECT_EQ(names.Resolve("\\Device\\HarddiskVolume7\\Meadow\\meadow.exe"), "");
-  EXPECT_TRUE(asked.empty());
+  EXPECT_TRUE(paths.empty());
 }
 
-TEST_F(DisplayNamesOfExecutables, AreEmptyWithoutADevicePath) {
+TEST_F(DisplayNamesTest, ExecutableHasNoNameWithoutADevicePrefix) {
   DisplayNames names("", packages, Describe("Meadow Office"));
   EXPECT_EQ(names.Resolve("\\Device\\HarddiskVolume3\\a.exe"), "");
-  EXPECT_TRUE(asked.empty());
+  EXPECT_TRUE(paths.empty());
 }
 
-TEST_F(DisplayNamesOfExecutables, LoseTheLeadingBytesWhereverThePrefixStands) {
+TEST_F(DisplayNamesTest, LengthOfThePrefixIsCutFromTheStartOfThePath) {
   DisplayNames names("\\Device\\H3", packages, Describe(""));
   EXPECT_EQ(names.Resolve("\\Device\\Mup\\x\\Device\\H3\\a.exe"), "");
-  EXPECT_EQ(asked, std::vector<std::string>{"C:p\\x\\Device\\H3\\a.exe"});
+  EXPECT_EQ(paths, std::vector<std::string>{"C:p\\x\\Device\\H3\\a.exe"});
 }
 
-TEST_F(DisplayNamesOfExecutables, AreNeverThoseOfAPackage) {
+TEST_F(DisplayNamesTest, ExecutableNeverHasTheNameOfAPackage) {
   packages["\\Device\\"] = {"Package", ""};
   packages[""] = {"Every package", ""};
   DisplayNames names(kPrefix, packages, Describe(""));
@@ -84,16 +82,16 @@ TEST_F(DisplayNamesOfExecutables, AreNeverThoseOfAPackage) {
   EXPECT_EQ(names.Resolve("\\Device\\HarddiskVolume7\\a.exe"), "");
 }
 
-TEST_F(DisplayNamesOfExecutables, GetTheBytesOfThePathAsTheyStand) {
+TEST_F(DisplayNamesTest, PathOfAnExecutableIsPassedUndecoded) {
   DisplayNames names(kPrefix, packages, Describe(""));
   static_cast<void>(
       names.Resolve("\\Device\\HarddiskVolume3\\Stra\xC3\x9F"
                     "e\\\xE9\x9B\xBB.exe"));
-  EXPECT_EQ(asked, std::vector<std::string>{"C:\\Stra\xC3\x9F"
+  EXPECT_EQ(paths, std::vector<std::string>{"C:\\Stra\xC3\x9F"
                                             "e\\\xE9\x9B\xBB.exe"});
 }
 
-TEST_F(DisplayNamesOfPackages, AreThoseOfThePackageWhoseKeyBeginsTheIdentity) {
+TEST_F(DisplayNamesTest, PackageIsFoundByTheBeginningOfTheIdentity) {
   packages["Orchard.Notes"] = {"Orchard Notes", ""};
   packages["Willow.Weather"] = {"Willow Weather", ""};
   DisplayNames names(kPrefix, packages, Describe("file"));
@@ -103,10 +101,10 @@ TEST_F(DisplayNamesOfPackages, AreThoseOfThePackageWhoseKeyBeginsTheIdentity) {
   EXPECT_EQ(names.Resolve("orchard.notes"), "");
   EXPECT_EQ(names.Resolve("Orchard.Note"), "");
   EXPECT_EQ(names.Resolve("x Orchard.Notes"), "");
-  EXPECT_TRUE(asked.empty());
+  EXPECT_TRUE(paths.empty());
 }
 
-TEST(DisplayNames, TakesTheLastMatchingPackageInKeyOrder) {
+TEST(DisplayNames, UsesTheLastMatchingPackageInKeyOrder) {
   const PackagedApps packages{{"Orchard", {"Orchard", ""}},
                               {"Orchard.Notes", {"Orchard Notes", ""}},
                               {"Orchard.NotesPro", {"Orchard Notes Pro", ""}},
@@ -117,14 +115,14 @@ TEST(DisplayNames, TakesTheLastMatchingPackageInKeyOrder) {
   EXPECT_EQ(names.Resolve("Orchard_1"), "Orchard");
 }
 
-TEST_F(DisplayNamesOfPackages, TakeTheLastMatchAlsoWhereItsNameIsEmpty) {
+TEST_F(DisplayNamesTest, LastMatchingPackageIsUsedEvenWithAnEmptyName) {
   packages["Orchard"] = {"Orchard", ""};
   packages["Orchard.Notes"] = {"", ""};
   DisplayNames names(kPrefix, packages, Describe("file"));
   EXPECT_EQ(names.Resolve("Orchard.Notes_1"), "");
 }
 
-TEST_F(DisplayNamesOfPackages, AreRememberedOnlyWhereThereIsAMatch) {
+TEST_F(DisplayNamesTest, PackageNamesAreCachedOnlyForAMatch) {
   packages["Orchard.Notes"] = {"Orchard Notes", ""};
   DisplayNames names(kPrefix, packages, Describe("file"));
   EXPECT_EQ(names.Resolve("Orchard.Notes_1"), "Orchard Notes");
@@ -134,35 +132,35 @@ TEST_F(DisplayNamesOfPackages, AreRememberedOnlyWhereThereIsAMatch) {
   EXPECT_EQ(names.Resolve("Finch.Music_1"), "Finch Music");
 }
 
-TEST_F(DisplayNamesOfPackages, AreEmptyForAnEmptyIdentity) {
+TEST_F(DisplayNamesTest, EmptyIdentityHasNoName) {
   packages["Orchard.Notes"] = {"Orchard Notes", ""};
   DisplayNames names(kPrefix, packages, Describe("file"));
   EXPECT_EQ(names.Resolve(""), "");
-  EXPECT_TRUE(asked.empty());
+  EXPECT_TRUE(paths.empty());
 }
 
-TEST_F(DisplayNamesOfPackages, NeedTheWholeDevicePrefixToBeAPath) {
+TEST_F(DisplayNamesTest, IdentityIsAPathOnlyWithTheWholeDeviceFolder) {
   DisplayNames names(kPrefix, packages, Describe("file"));
   for (const char* appId : {"\\Device", "\\device\\HarddiskVolume3\\a.exe", "Device\\a", "C:\\a"}) {
     EXPECT_EQ(names.Resolve(appId), "") << appId;
   }
-  EXPECT_TRUE(asked.empty());
+  EXPECT_TRUE(paths.empty());
 }
 
-TEST_F(DisplayNamesOfExecutables, AreRememberedAsLongAsThereIsRoomForThem) {
-  // An entry takes some 150 bytes without its texts.
+TEST_F(DisplayNamesTest, DescriptionsAreCachedUpToTheLimit) {
+  // An entry takes about 150 bytes without its texts.
   DisplayNames names(kPrefix, packages, Describe("Meadow Office"), 1000);
   const std::string first = "\\Device\\HarddiskVolume3\\a.exe";
   const std::string large = "\\Device\\HarddiskVolume3\\" + std::string(900, 'b');
   for (const std::string& appId : {first, large, first, large}) {
     EXPECT_EQ(names.Resolve(appId), "Meadow Office");
   }
-  EXPECT_EQ(asked.size(), 3U) << "the large one is asked for twice";
+  EXPECT_EQ(paths.size(), 3U) << "the large one is not read twice";
   for (int i = 0; i < 20; ++i)
     static_cast<void>(names.Resolve("\\Device\\HarddiskVolume3\\" + std::to_string(i)));
-  asked.clear();
+  paths.clear();
   for (int i = 0; i < 20; ++i)
     static_cast<void>(names.Resolve("\\Device\\HarddiskVolume3\\" + std::to_string(i)));
-  EXPECT_GE(asked.size(), 14U);
-  EXPECT_LT(asked.size(), 20U);
+  EXPECT_GE(paths.size(), 14U);
+  EXPECT_LT(paths.size(), 20U);
 }

@@ -7,16 +7,16 @@
 #include <string_view>
 #include <vector>
 
-#include "base/date_text.h"
 #include "base/json_document.h"
 #include "catalogue/recording_icon_maker.h"
 #include "reports/ranking.h"
+#include "reports/report_times.h"
 
 // A 30-day store as text, and its ranking.
 namespace TestSupport {
 
-/// A text as JSON needs it.
-inline std::string Quoted(std::string_view text) {
+/// A text as a JSON string.
+[[nodiscard]] inline std::string Quoted(std::string_view text) {
   std::string quoted = "\"";
   for (const char character : text) {
     if (character == '\\') quoted += '\\';
@@ -25,60 +25,55 @@ inline std::string Quoted(std::string_view text) {
   return quoted + "\"";
 }
 
-/// One row of the store; the energy as it stands in the text.
-inline std::string StoreRow(std::string_view name, std::string_view displayName,
-                            const std::string& energy,
-                            const std::string& time = "2026-11-14:09:00:00") {
+/// One row of the store. `energy` is any JSON value.
+[[nodiscard]] inline std::string StoreRow(std::string_view name, std::string_view displayName,
+                                          const std::string& energy,
+                                          const std::string& time = "2026-11-14:09:00:00") {
   return R"({"Name":)" + Quoted(name) + R"(,"DisplayName":)" + Quoted(displayName) +
          R"(,"TimeStamp":)" + Quoted(time) + R"(,"TotalEnergy":)" + energy + "}";
 }
 
-inline std::string Store(const std::vector<std::string>& rows) {
+/// A store with the given rows.
+[[nodiscard]] inline std::string Store(const std::vector<std::string>& rows) {
   std::string text = "[";
   for (const std::string& row : rows) text += (text.size() > 1 ? "," : "") + row;
   return text + "]";
 }
 
-/// "2026-11-14:10:30:15", local time.
-inline Zq::Gantry::Server::Services::Wattleaf::DateTime TimeOf(const std::string& text) {
-  using namespace Zq::Gantry::Server::Services::Wattleaf;
-  DateTime time;
-  return ParseDateTime(time, text.c_str(), kTimeStampFormat);
+/// The day up to 2026-11-14 10:30:15.
+[[nodiscard]] inline Zq::Gantry::Server::Services::Wattleaf::ReportingPeriod OneDay() {
+  return {At("2026-11-14:10:30:15"), 1};
 }
 
-/// One day, up to 14 November 2026 at 10:30:15.
-inline Zq::Gantry::Server::Services::Wattleaf::ReportingPeriod OneDay() {
-  return {TimeOf("2026-11-14:10:30:15"), 1};
-}
-
-/// A ranking of a store, without a file.
+/// Ranks a store that is given as text.
 struct FakeRanking {
   Zq::Gantry::Server::Services::Wattleaf::DesktopApps desktopApps;
   Zq::Gantry::Server::Services::Wattleaf::PackagedApps packagedApps;
   RecordingIconMaker icons;
 
-  Zq::Gantry::Server::Services::Wattleaf::Ranking Rank(
+  [[nodiscard]] Zq::Gantry::Server::Services::Wattleaf::Ranking Rank(
       const std::vector<std::string>& rows,
       const Zq::Gantry::Server::Services::Wattleaf::ReportingPeriod& period = OneDay()) {
     Zq::Gantry::Server::Services::Wattleaf::GenericDocument document;
     const std::string text = Store(rows);
     document.Parse(text.data(), text.size());
     if (!document.IsArray()) {
-      ADD_FAILURE() << "no array: " << text;
+      ADD_FAILURE() << "not an array: " << text;
       return {};
     }
     return RankApplications(document, period, desktopApps, packagedApps, kIconDirectory, icons);
   }
 };
 
-inline std::vector<std::string> NamesOf(
+[[nodiscard]] inline std::vector<std::string> NamesOf(
     const Zq::Gantry::Server::Services::Wattleaf::Ranking& ranking) {
   std::vector<std::string> names;
   for (const auto& entry : ranking) names.push_back(entry.Name);
   return names;
 }
 
-inline std::vector<float> ValuesOf(const Zq::Gantry::Server::Services::Wattleaf::Ranking& ranking) {
+[[nodiscard]] inline std::vector<float> ValuesOf(
+    const Zq::Gantry::Server::Services::Wattleaf::Ranking& ranking) {
   std::vector<float> values;
   for (const auto& entry : ranking) values.push_back(entry.Value);
   return values;

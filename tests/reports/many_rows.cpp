@@ -31,7 +31,8 @@ std::string AppId(std::size_t row, const std::string& separator) {
   return path + separator + "app" + number + ".exe";
 }
 
-/// The rows go round all applications again and again, back in time from `lastInstant`.
+/// Row 0 to 399 have the time `lastInstant`, one row for each application. Each further 400 rows
+/// are 40 minutes older.
 std::string RowTime(std::size_t row, std::int64_t lastInstant) {
   const auto round = static_cast<std::int64_t>(row / kApplications);
   return FormatDateTime(LocalTimeOf(lastInstant - round * kSecondsBetweenRounds), kTimeStampFormat);
@@ -71,7 +72,7 @@ void WriteManyRows(const std::filesystem::path& folder, std::size_t count) {
   Write(folder / kPowerStoreFileName, StoreOfManyRows(count));
 }
 
-// What one step no longer needs is released before the next, as in the service.
+// As in the service, each step releases its memory before the next.
 std::size_t FoldReport(const std::filesystem::path& folder) {
   const ReportingPeriod period(EndOfManyRows(), kPowerStoreDays);
   PowerLog log;

@@ -4,8 +4,7 @@
 
 namespace TestSupport {
 
-/// The most memory that this process has had at one time: on Windows what it had committed,
-/// natively what was resident.
-std::size_t PeakMemoryBytes();
+/// The peak memory of this process in bytes: committed or resident on Windows, resident natively.
+[[nodiscard]] std::size_t PeakMemoryBytes();
 
 }  // namespace TestSupport

@@ -13,7 +13,7 @@
 #include "reports/power_store.h"
 #include "reports/report_times.h"
 
-// What is written as the store, the next pass can read.
+// The next pass can read every store that a pass writes.
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 using TestSupport::At;
@@ -30,7 +30,7 @@ std::size_t WrittenBytes(const PowerLog& log) {
   return buffer.GetSize();
 }
 
-/// The file of a log, and how large it is.
+/// A log, saved as a store.
 class SavedStore {
  public:
   explicit SavedStore(const PowerLog& log) {
@@ -51,7 +51,7 @@ class SavedStore {
 
 }  // namespace
 
-TEST(StoredRowBytes, AreThoseThatTheWriterWritesForEachByteOfAName) {
+TEST(StoredRowBytes, EqualsTheWrittenSizeForEachByteOfAName) {
   const PowerLogRecord empty{"", "", At("2026-11-14:02:10:46"), kLongestEnergy};
   for (int byte = 0; byte < 256; ++byte) {
     const std::string name(3, static_cast<char>(byte));
@@ -65,19 +65,19 @@ TEST(StoredRowBytes, AreThoseThatTheWriterWritesForEachByteOfAName) {
   }
 }
 
-TEST(StoredRowBytes, CountTheLongestEnergyForAnyOther) {
+TEST(StoredRowBytes, CountsEveryEnergyAsTheLongest) {
   const DateTime time = At("2026-11-14:02:10:46");
   EXPECT_EQ(StoredRowBytes({"a", "b", time, 0}), StoredRowBytes({"a", "b", time, kLongestEnergy}));
 }
 
-TEST(PowerBudget, RowOfTheStoreIsNineJsonValuesAndTheArrayIsOne) {
+TEST(PowerBudget, LimitsFollowFromNineJsonValuesPerRow) {
   // The largest number of rows that LoadJsonDocument reads: (8,000,000 - 1) / 9.
   EXPECT_EQ(PowerStoreLimits().rows, 888'888U);
   EXPECT_EQ(PowerStoreLimits().fileBytes, 128U * 1024 * 1024);
 }
 
-TEST(PowerBudget, StoreOfTheLargestFileIsReadByTheNextPass) {
-  // A bracket, and 98 bytes of each row that are no name.
+TEST(PowerBudget, NextPassReadsAStoreOfTheLargestSize) {
+  // One bracket, and 98 bytes of each row besides the name.
   const PowerStoreLimits limits{.fileBytes = 1 + 3 * (98 + 1000)};
   PowerLog log(limits);
   for (const char letter : std::string("abcd")) {
@@ -90,8 +90,8 @@ TEST(PowerBudget, StoreOfTheLargestFileIsReadByTheNextPass) {
   EXPECT_EQ(next->Size(), 3U);
 }
 
-TEST(PowerBudget, StoreOfTheMostRowsIsReadByTheNextPass) {
-  // What is open while the last of five rows is read: the array, four rows, and nine of the fifth.
+TEST(PowerBudget, NextPassReadsAStoreOfTheMostRows) {
+  // Open while the fifth row is read: the array, four rows, and nine values of the fifth row.
   PowerLog log;
   for (const char* name : {"a", "b", "c", "d", "e"}) {
     log.Append({name, "", At("2026-11-14:02:00:00"), kLongestEnergy});
@@ -101,8 +101,8 @@ TEST(PowerBudget, StoreOfTheMostRowsIsReadByTheNextPass) {
   EXPECT_FALSE(store.Load(kLargestPowerStoreBytes, 1 + 4 + 8));
 }
 
-TEST(PowerBudget, RowOfTheLongestNamesIsReadByTheNextPassAndALongerOneIsDropped) {
-  // A zero takes six bytes in the file: 16 MiB - 98 = 6 * 2,796,186 + 2.
+TEST(PowerBudget, NextPassReadsARowOfTheLongestNames) {
+  // A zero has six bytes in the file: 16 MiB - 98 = 6 * 2,796,186 + 2.
   const std::string name(2'796'186, '\0');
   const DateTime time = At("2026-11-14:02:00:00");
   PowerLog log;

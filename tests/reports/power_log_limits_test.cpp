@@ -10,17 +10,17 @@
 #include "reports/power_log.h"
 #include "reports/report_times.h"
 
-// Which rows a log gives up when they are more than its store may hold.
+// The rows that a log drops when its store cannot hold all of them.
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 using TestSupport::At;
 
 namespace {
 
-/// No limit to the file, so that only the number of rows counts.
+/// Limits the number of rows, but not the size of the file.
 PowerStoreLimits Rows(std::size_t rows) { return {.rows = rows}; }
 
-/// Room for the bracket at the start and for these rows.
+/// Limits the file to one bracket and exactly these rows.
 PowerStoreLimits RoomFor(const std::vector<PowerLogRecord>& rows) {
   PowerStoreLimits limits{.fileBytes = 1};
   for (const PowerLogRecord& row : rows) limits.fileBytes += StoredRowBytes(row);
@@ -46,13 +46,13 @@ void AppendAll(PowerLog& log, const std::vector<PowerLogRecord>& rows) {
 
 }  // namespace
 
-TEST(PowerLogLimits, HoldAsManyRowsAsTheySay) {
+TEST(PowerLogLimits, LogHoldsAsManyRowsAsTheLimit) {
   PowerLog log(Rows(3));
   AppendAll(log, {Row("a", "03:00:00"), Row("b", "01:00:00"), Row("c", "02:00:00")});
   EXPECT_EQ(Names(log), "abc");
 }
 
-TEST(PowerLogLimits, DropTheOldestRowWhereverItStands) {
+TEST(PowerLogLimits, LogDropsTheOldestRowAtAnyPosition) {
   PowerLog log(Rows(3));
   AppendAll(log, {Row("a", "03:00:00"), Row("b", "01:00:00"), Row("c", "02:00:00"),
                   Row("d", "04:00:00")});
@@ -61,13 +61,13 @@ TEST(PowerLogLimits, DropTheOldestRowWhereverItStands) {
   EXPECT_EQ(Names(log), "ade");
 }
 
-TEST(PowerLogLimits, DropANewRowThatIsOlderThanAllOthers) {
+TEST(PowerLogLimits, LogDropsANewRowThatIsOlderThanAllOthers) {
   PowerLog log(Rows(2));
   AppendAll(log, {Row("a", "02:00:00"), Row("b", "03:00:00"), Row("c", "01:59:59")});
   EXPECT_EQ(Names(log), "ab");
 }
 
-TEST(PowerLogLimits, DropTheRowThatCameLastOfOneSecond) {
+TEST(PowerLogLimits, LogDropsTheLastRowOfOneSecond) {
   PowerLog log(Rows(2));
   AppendAll(log, {Row("z", "02:00:00"), Row("a", "02:00:00"), Row("m", "02:00:00")});
   EXPECT_EQ(Names(log), "za");
@@ -77,14 +77,14 @@ TEST(PowerLogLimits, DropTheRowThatCameLastOfOneSecond) {
   EXPECT_EQ(Names(log), "no");
 }
 
-TEST(PowerLogLimits, CountTheRowsThatCameAfterTheFirstThatWent) {
+TEST(PowerLogLimits, LogHoldsTheLimitAfterSeveralDrops) {
   PowerLog log(Rows(2));
   AppendAll(log, {Row("a", "01:00:00"), Row("b", "02:00:00"), Row("c", "03:00:00"),
                   Row("d", "03:00:00"), Row("e", "04:00:00"), Row("f", "05:00:00")});
   EXPECT_EQ(Names(log), "ef");
 }
 
-TEST(PowerLogLimits, AdmitTheLastByteOfTheFile) {
+TEST(PowerLogLimits, LogFillsTheFileToTheLastByte) {
   const std::vector<PowerLogRecord> rows{Row("a", "01:00:00"), Row("b", "02:00:00")};
   PowerStoreLimits limits = RoomFor(rows);
   PowerLog exact(limits);
@@ -97,19 +97,19 @@ TEST(PowerLogLimits, AdmitTheLastByteOfTheFile) {
   EXPECT_EQ(Names(tooSmall), "b");
 }
 
-TEST(PowerLogLimits, DropAsManyOldRowsAsALargeOneNeeds) {
+TEST(PowerLogLimits, LogDropsAsManyOldRowsAsALargeOneNeeds) {
   std::vector<PowerLogRecord> rows;
   for (char name = 'a'; name <= 'j'; ++name) {
     rows.push_back(Row(std::string(1, name), "02:00:0" + std::string(1, '0' + (name - 'a'))));
   }
   PowerLog log(RoomFor(rows));
   AppendAll(log, rows);
-  // 500 letters more than the frame of a row: 598 bytes, where ten rows of 99 have room.
+  // The large row has 98 + 500 = 598 bytes. The ten rows in the log have 99 bytes each.
   log.Append(LargeRow("03:00:00"));
   EXPECT_EQ(Names(log), "hijn");
 }
 
-TEST(PowerLogLimits, KeepRoomThatADroppedRowLeft) {
+TEST(PowerLogLimits, LogReusesTheRoomOfADroppedRow) {
   PowerLog log(RoomFor({LargeRow("01:00:00"), Row("a", "02:00:00")}));
   AppendAll(log, {LargeRow("01:00:00"), Row("a", "02:00:00"), Row("b", "03:00:00"),
                   Row("c", "04:00:00"), Row("d", "05:00:00"), Row("e", "06:00:00"),
@@ -117,15 +117,15 @@ TEST(PowerLogLimits, KeepRoomThatADroppedRowLeft) {
   EXPECT_EQ(Names(log), "abcdefg");
 }
 
-TEST(PowerLogLimits, TakeNothingBackThatIsAsOldAsWhatHasGone) {
+TEST(PowerLogLimits, LogRefusesRowsAsOldAsADroppedOne) {
   PowerLog log(RoomFor({LargeRow("02:00:00"), Row("a", "03:00:00")}));
   AppendAll(log, {LargeRow("02:00:00"), Row("a", "03:00:00"), Row("b", "04:00:00")});
-  ASSERT_EQ(Names(log), "ab") << "and room is left";
+  ASSERT_EQ(Names(log), "ab") << "there must be room left";
   AppendAll(log, {Row("c", "02:00:00"), Row("d", "01:00:00"), Row("e", "02:00:01")});
   EXPECT_EQ(Names(log), "abe");
 }
 
-TEST(PowerLogLimits, TakeNothingThatIsAsOldAsARowThatFoundNoRoom) {
+TEST(PowerLogLimits, LogRefusesRowsAsOldAsOneThatDidNotFit) {
   PowerLog log(RoomFor({Row("a", "02:00:00"), Row("b", "03:00:00"), Row("c", "03:00:00")}));
   AppendAll(log,
             {Row("a", "02:00:00"), Row("b", "03:00:00"), Row(std::string(150, 'x'), "02:30:00"),
@@ -133,7 +133,7 @@ TEST(PowerLogLimits, TakeNothingThatIsAsOldAsARowThatFoundNoRoom) {
   EXPECT_EQ(Names(log), "be");
 }
 
-TEST(PowerLogLimits, DropARowThatIsTooLargeAloneAndNothingElse) {
+TEST(PowerLogLimits, LogDropsOnlyARowThatIsLargerThanTheFile) {
   const PowerLogRecord tooLarge = LargeRow("09:00:00");
   PowerStoreLimits limits = RoomFor({tooLarge});
   --limits.fileBytes;
@@ -142,7 +142,7 @@ TEST(PowerLogLimits, DropARowThatIsTooLargeAloneAndNothingElse) {
   EXPECT_EQ(Names(log), "ab");
 }
 
-TEST(PowerLogLimits, DropARowThatIsTooLargeForARowAndNothingElse) {
+TEST(PowerLogLimits, LogDropsOnlyARowAboveTheRowLimit) {
   const std::size_t most = StoredRowBytes(LargeRow("09:00:00"));
   PowerLog exact({.rowBytes = most});
   AppendAll(exact, {Row("a", "01:00:00"), LargeRow("09:00:00")});
@@ -152,7 +152,7 @@ TEST(PowerLogLimits, DropARowThatIsTooLargeForARowAndNothingElse) {
   EXPECT_EQ(Names(tooSmall), "ab");
 }
 
-TEST(PowerLogLimits, CountDisplayNamesToo) {
+TEST(PowerLogLimits, LogCountsTheBytesOfDisplayNames) {
   PowerLogRecord named = Row("b", "02:00:00");
   named.DisplayName = "B";
   PowerLog log(RoomFor({Row("a", "01:00:00"), Row("b", "02:00:00")}));
@@ -160,7 +160,7 @@ TEST(PowerLogLimits, CountDisplayNamesToo) {
   EXPECT_EQ(Names(log), "b");
 }
 
-TEST(PowerLogLimits, MakeADroppedRowUnknownAndLeaveTheOthersToBeFound) {
+TEST(PowerLogLimits, LogDoesNotFindADroppedRow) {
   PowerLog log(Rows(2));
   AppendAll(log, {Row("a", "01:00:00"), Row("b", "02:00:00"), Row("c", "03:00:00")});
   EXPECT_EQ(log.TryFind("a", At("2026-11-14:01:00:00")), nullptr);
@@ -171,14 +171,14 @@ TEST(PowerLogLimits, MakeADroppedRowUnknownAndLeaveTheOthersToBeFound) {
   }
 }
 
-TEST(PowerLogLimits, OfNoRowsHoldNone) {
+TEST(PowerLogLimits, LogIsEmptyForALimitOfZeroRows) {
   PowerLog log(Rows(0));
   log.Append(Row("a", "01:00:00"));
   EXPECT_EQ(Names(log), "");
 }
 
-// In any order of any rows, what stays is what a sort by age and a single cut leave.
-TEST(PowerLogLimits, LeaveWhatASortAndOneCutLeave) {
+// For any rows in any order the log keeps the rows that remain after sorting by age and one cut.
+TEST(PowerLogLimits, LogKeepsTheSameRowsAsASortByAge) {
   std::uint32_t state = 7;
   const auto below = [&state](std::uint32_t end) {
     state = state * 1664525 + 1013904223;

@@ -2,7 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <ctime>
+#include <limits>
+
 #include "base/local_calendar.h"
+#include "base/scratch_folder.h"
+#include "reports/many_rows.h"
 #include "reports/report_times.h"
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
@@ -16,13 +22,27 @@ std::vector<std::int64_t> EnergyInOrder(const PowerLog& log) {
   return result;
 }
 
-/// What the index stands for: the first row from the front with the same bytes and instant.
-const PowerLogRecord* FirstByWalk(const PowerLog& log, std::string_view name,
-                                  const DateTime& time) {
+/// The first row with this name and instant, found without the index of the log.
+const PowerLogRecord* FindByLinearSearch(const PowerLog& log, std::string_view name,
+                                         const DateTime& time) {
   for (const PowerLogRecord& record : log.Records()) {
     if (record.Name == name && InstantOf(record.TimeStamp) == InstantOf(time)) return &record;
   }
   return nullptr;
+}
+
+/// The shortest of three runs, since other load can only lengthen a run. Processor time where the C
+/// library measures it.
+std::clock_t TimeToFold(std::size_t rows) {
+  std::clock_t shortest = std::numeric_limits<std::clock_t>::max();
+  for (int run = 0; run < 3; ++run) {
+    const TestSupport::ScratchFolder folder;
+    TestSupport::WriteManyRows(folder.File(""), rows);
+    const std::clock_t start = std::clock();
+    EXPECT_EQ(TestSupport::FoldReport(folder.File("")), 2 * rows);
+    shortest = std::min(shortest, std::clock() - start);
+  }
+  return shortest;
 }
 
 }  // namespace
@@ -57,7 +77,7 @@ TEST(PowerLog, ComparesNamesByBytesAndLength) {
   EXPECT_NE(log.TryFind(std::string_view("a\0b", 3), At("2026-11-14:02:00:00")), nullptr);
 }
 
-TEST(PowerLog, TakesTimesOfOneInstantForTheSame) {
+TEST(PowerLog, TreatsTimesOfOneInstantAsEqual) {
   PowerLog log;
   DateTime thirtyFirst = At("2026-11-30:02:00:00");
   thirtyFirst.tm_mday = 31;  // November has no such day
@@ -65,7 +85,7 @@ TEST(PowerLog, TakesTimesOfOneInstantForTheSame) {
   EXPECT_NE(log.TryFind("a", At("2026-12-01:02:00:00")), nullptr);
 }
 
-TEST(PowerLog, TakesAllTimesOutsideTheCalendarForTheSame) {
+TEST(PowerLog, TreatsAllTimesOutsideTheCalendarAsEqual) {
   PowerLog log;
   log.Append({"a", "", At("1901-01-01:00:00:00"), 1});
   ASSERT_NE(log.TryFind("a", DateTime{}), nullptr);
@@ -80,7 +100,7 @@ TEST(PowerLog, DropsASecondRowOfOneIdentity) {
   EXPECT_EQ(log.TryFind("a", At("2026-11-14:02:00:00"))->DisplayName, "first");
 }
 
-TEST(PowerLog, TakesANameAndALongerOneThatGoesOnAfterAZeroForTwo) {
+TEST(PowerLog, DistinguishesNamesThatDifferAfterAZero) {
   PowerLog log;
   log.Append({"a", "", At("2026-11-14:02:00:00"), 1});
   log.Append({std::string("a\0b", 3), "", At("2026-11-14:02:00:00"), 2});
@@ -88,7 +108,7 @@ TEST(PowerLog, TakesANameAndALongerOneThatGoesOnAfterAZeroForTwo) {
   EXPECT_EQ(EnergyInOrder(log), (std::vector<std::int64_t>{1, 2, 3}));
 }
 
-TEST(PowerLog, FindsWhatAWalkFromTheFrontFinds) {
+TEST(PowerLog, FindsTheSameRowAsALinearSearch) {
   PowerLog log;
   std::uint32_t state = 1;
   for (int i = 0; i < 2000; ++i) {
@@ -96,7 +116,14 @@ TEST(PowerLog, FindsWhatAWalkFromTheFrontFinds) {
     const std::string name(1 + state / 65536 % 3, static_cast<char>('a' + state / 1048576 % 3));
     DateTime time = At("2026-11-14:02:00:00");
     time.tm_mday += static_cast<std::int32_t>(state / 4194304 % 40);
-    EXPECT_EQ(log.TryFind(name, time), FirstByWalk(log, name, time));
+    EXPECT_EQ(log.TryFind(name, time), FindByLinearSearch(log, name, time));
     if (i % 3 == 0) log.Append({name, "", time, i});
   }
+}
+
+// With a linear search for each row, ten times the rows would take a hundred times as long.
+TEST(FoldReport, TimeGrowsLinearlyWithTheRows) {
+  const std::clock_t few = std::max<std::clock_t>(TimeToFold(2'000), 1);
+  const auto many = TimeToFold(20'000);
+  EXPECT_LT(many, 40 * few);
 }

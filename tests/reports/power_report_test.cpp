@@ -7,11 +7,11 @@ using namespace TestSupport;
 
 namespace {
 
-using PowerReport = ReportReader;
+using ReadPowerReportTest = ReportReader;
 
 }  // namespace
 
-TEST_F(PowerReport, GivesARowForEachElementBelowTheRoot) {
+TEST_F(ReadPowerReportTest, AddsARowForEachChildOfTheRoot) {
   packages["Orchard.Notes"] = {"Orchard Notes", ""};
   Read("<?xml version=\"1.0\"?><!-- c --><Srum>" +
        Row("\\Device\\C\\a.exe", "02:10:46", Energy("17")) + "<!-- c -->text" +
@@ -22,20 +22,20 @@ TEST_F(PowerReport, GivesARowForEachElementBelowTheRoot) {
             "Orchard.Notes_1|Orchard Notes|2026-11-13:23:00:00|5\n");
 }
 
-TEST_F(PowerReport, LooksAtTheFirstElementOfTheDocumentAndItsChildrenOnly) {
+TEST_F(ReadPowerReportTest, ReadsOnlyTheFirstRootAndItsChildren) {
   Read("<First>" + Row("a", "02:00:00", Energy("1") + Row("inner", "02:00:00", Energy("2"))) +
        "</First><Second>" + Row("b", "02:00:00", Energy("3")) + "</Second>");
   EXPECT_EQ(Rows(), "a||2026-11-14:02:00:00|1\n");
 }
 
-TEST_F(PowerReport, TakesTheFirstEnergyAmongTheChildrenOfARow) {
+TEST_F(ReadPowerReportTest, ReadsTheFirstEnergyAmongTheChildrenOfARow) {
   Read(Report(Row("a", "02:00:00",
                   "<x>" + Energy("9") + "</x><totalEnergyConsumption Value=\"8\"/>" + Energy("1") +
                       Energy("2"))));
   EXPECT_EQ(Rows(), "a||2026-11-14:02:00:00|1\n");
 }
 
-TEST_F(PowerReport, SumsUpRowsOfOneIdentity) {
+TEST_F(ReadPowerReportTest, SumsUpRowsOfOneIdentity) {
   Read(Report(Row("a", "02:00:00", Energy("1")) + Row("b", "02:00:00", Energy("10")) +
               Row("a", "02:00:00", Energy("2")) + Row("a", "03:00:00", Energy("100")) +
               Row("a", "02:00:00", Energy("-7"))));
@@ -45,14 +45,14 @@ TEST_F(PowerReport, SumsUpRowsOfOneIdentity) {
             "a||2026-11-14:03:00:00|100\n");
 }
 
-TEST_F(PowerReport, SumsUpIn64Bits) {
+TEST_F(ReadPowerReportTest, SumsUpIn64Bits) {
   Read(Report(Row("a", "02:00:00", Energy("2147483647")) +
               Row("a", "02:00:00", Energy("2147483647")) +
               Row("a", "02:00:00", Energy("2147483647"))));
   EXPECT_EQ(Rows(), "a||2026-11-14:02:00:00|6442450941\n");
 }
 
-TEST_F(PowerReport, ReadsEnergyIn32Bits) {
+TEST_F(ReadPowerReportTest, ReadsEnergyIn32Bits) {
   Read(Report(Row("a", "02:00:00", Energy("4294967296")) +
               Row("b", "02:00:00", Energy("-99999999999")) +
               Row("c", "02:00:00", Energy(" 12 W"))));
@@ -62,7 +62,7 @@ TEST_F(PowerReport, ReadsEnergyIn32Bits) {
             "c||2026-11-14:02:00:00|12\n");
 }
 
-TEST_F(PowerReport, LeavesOutWhatIsBookedOnNoApplication) {
+TEST_F(ReadPowerReportTest, OmitsUnknownAndSystemInterrupts) {
   Read(Report(Row("Unknown", "02:00:00", Energy("1")) +
               Row("System Interrupts", "02:00:00", Energy("2")) +
               Row("unknown", "02:00:00", Energy("3")) + Row("Unknown ", "02:00:00", Energy("4")) +
@@ -73,7 +73,7 @@ TEST_F(PowerReport, LeavesOutWhatIsBookedOnNoApplication) {
             "System Interrupts2||2026-11-14:02:00:00|5\n");
 }
 
-TEST_F(PowerReport, RowAtTheCutoffStaysAndOneASecondOlderIsDropped) {
+TEST_F(ReadPowerReportTest, KeepsARowAtTheCutoffAndDropsOlderOnes) {
   const auto rowAt = [](const char* time) {
     return "<Row AppId='a' TimeStamp='" + std::string(time) + "'>" + Energy("1") + "</Row>";
   };
@@ -81,7 +81,7 @@ TEST_F(PowerReport, RowAtTheCutoffStaysAndOneASecondOlderIsDropped) {
   EXPECT_EQ(Rows(), "a||2026-10-15:10:30:15|1\n");
 }
 
-TEST_F(PowerReport, RowWithoutATimeIsDropped) {
+TEST_F(ReadPowerReportTest, DropsARowWithoutATime) {
   for (const char* time : {"", "TimeStamp=''", "TimeStamp='yesterday'", "TimeStamp='14.11.2026'",
                            "timestamp='2026-11-14:02:00:00'"}) {
     Read(Report("<Row AppId='a' " + std::string(time) + ">" + Energy("1") + "</Row>"));
@@ -89,7 +89,7 @@ TEST_F(PowerReport, RowWithoutATimeIsDropped) {
   }
 }
 
-TEST_F(PowerReport, TimeThatParsesInPartKeepsWhatWasReached) {
+TEST_F(ReadPowerReportTest, KeepsTheParsedPartOfAMalformedTime) {
   Read(Report("<Row AppId='a' TimeStamp='2026-11-14T02:00:00'>" + Energy("1") + "</Row>" +
               "<Row AppId='b' TimeStamp='2026-11-14:02:10'>" + Energy("2") + "</Row>" +
               "<Row AppId='c' TimeStamp='2026-11-14:02:10:46 and more'>" + Energy("3") + "</Row>"));
@@ -99,14 +99,14 @@ TEST_F(PowerReport, TimeThatParsesInPartKeepsWhatWasReached) {
             "c||2026-11-14:02:10:46|3\n");
 }
 
-TEST_F(PowerReport, ElementWithoutAppIdIsARowWithoutNames) {
+TEST_F(ReadPowerReportTest, AddsARowWithoutNamesForAnElementWithoutAppId) {
   packages["a"] = {"A", ""};
   Read(Report("<Row TimeStamp='2026-11-14:02:00:00'>" + Energy("1") + "</Row>" +
               "<Row AppId='' TimeStamp='2026-11-14:02:00:00'>" + Energy("2") + "</Row>"));
   EXPECT_EQ(Rows(), "||2026-11-14:02:00:00|3\n");
 }
 
-TEST_F(PowerReport, EnergyWithoutValueIsZero) {
+TEST_F(ReadPowerReportTest, ReadsEnergyWithoutAValueAsZero) {
   Read(Report(Row("a", "02:00:00", Energy("5")) +
               Row("b", "02:00:00", "<TotalEnergyConsumption/>") +
               Row("c", "02:00:00", "<TotalEnergyConsumption value='7'/>") +
@@ -118,7 +118,7 @@ TEST_F(PowerReport, EnergyWithoutValueIsZero) {
             "d||2026-11-14:02:00:00|0\n");
 }
 
-TEST_F(PowerReport, RowWithoutEnergyTakesThatOfTheRowBefore) {
+TEST_F(ReadPowerReportTest, RowWithoutEnergyRepeatsThatOfThePrecedingRow) {
   Read(Report(Row("first", "02:00:00", "") + Row("a", "02:00:00", Energy("17")) +
               Row("b", "02:00:00", "") + Row("c", "02:00:00", "<Other Value='1'/>")));
   EXPECT_EQ(Rows(),
@@ -128,13 +128,13 @@ TEST_F(PowerReport, RowWithoutEnergyTakesThatOfTheRowBefore) {
             "c||2026-11-14:02:00:00|17\n");
 }
 
-TEST_F(PowerReport, RowThatIsSummedUpIsTheRowBeforeToo) {
+TEST_F(ReadPowerReportTest, RowWithoutEnergyRepeatsThatOfASummedRow) {
   Read(Report(Row("a", "02:00:00", Energy("1")) + Row("a", "02:00:00", Energy("20")) +
               Row("b", "02:00:00", "")));
   EXPECT_EQ(Rows(), "a||2026-11-14:02:00:00|21\nb||2026-11-14:02:00:00|20\n");
 }
 
-TEST_F(PowerReport, RowThatIsLeftOutIsNoRowBefore) {
+TEST_F(ReadPowerReportTest, RowWithoutEnergyIgnoresOmittedRows) {
   Read(Report(Row("a", "02:00:00", Energy("1")) + Row("Unknown", "02:00:00", Energy("30")) +
               Row("System Interrupts", "02:00:00", Energy("40")) +
               "<Row AppId='old' TimeStamp='2026-09-01:00:00:00'>" + Energy("50") + "</Row>" +
@@ -142,19 +142,19 @@ TEST_F(PowerReport, RowThatIsLeftOutIsNoRowBefore) {
   EXPECT_EQ(Rows(), "a||2026-11-14:02:00:00|1\nb||2026-11-14:02:00:00|1\n");
 }
 
-TEST_F(PowerReport, SecondRowOfAnIdentityWithoutEnergyAddsNothing) {
+TEST_F(ReadPowerReportTest, SecondRowOfAnIdentityWithoutEnergyAddsNothing) {
   Read(Report(Row("a", "02:00:00", Energy("17")) + Row("a", "02:00:00", "") +
               Row("b", "02:00:00", "")));
   EXPECT_EQ(Rows(), "a||2026-11-14:02:00:00|17\nb||2026-11-14:02:00:00|17\n");
 }
 
-TEST_F(PowerReport, CarriesNoEnergyFromOneRunToTheNext) {
+TEST_F(ReadPowerReportTest, CarriesNoEnergyFromOneRunToTheNext) {
   Read(Report(Row("a", "02:00:00", Energy("17"))));
   Read(Report(Row("b", "02:00:00", "")));
   EXPECT_EQ(Rows(), "a||2026-11-14:02:00:00|17\nb||2026-11-14:02:00:00|0\n");
 }
 
-TEST_F(PowerReport, NamesAreUtf8) {
+TEST_F(ReadPowerReportTest, ConvertsNamesToUtf8) {
   const std::string name =
       "Stra\xC3\x9F"
       "e \xE9\x9B\xBB \xF0\x9F\x8D\x83 &amp; &#x1F343;";
@@ -164,7 +164,7 @@ TEST_F(PowerReport, NamesAreUtf8) {
             "e \xE9\x9B\xBB \xF0\x9F\x8D\x83 & \xF0\x9F\x8D\x83");
 }
 
-TEST_F(PowerReport, HalfAPairIsAReplacementCharacter) {
+TEST_F(ReadPowerReportTest, ReplacesALoneSurrogate) {
   Read(Report(Row("a&#xD83C;b", "02:00:00", Energy("1"))));
   EXPECT_EQ(log.Records().front().Name,
             "a\xEF\xBF\xBD"

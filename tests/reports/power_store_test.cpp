@@ -11,8 +11,8 @@ using TestSupport::At;
 
 namespace {
 
-/// Merges stores at 2026-11-14, 10:30:15.
-class PowerStore : public testing::Test {
+/// A log that stores are merged into at 2026-11-14 10:30:15.
+class PowerStoreTest : public testing::Test {
  protected:
   void Merge(const std::string& json) {
     GenericDocument store;
@@ -21,7 +21,7 @@ class PowerStore : public testing::Test {
     MergePowerStore(store, ReportingPeriod(At("2026-11-14:10:30:15"), 30), log);
   }
 
-  /// What would be written.
+  /// The text of the store that is written for the log.
   std::string Text() const {
     rapidjson::StringBuffer buffer;
     rapidjson::Writer<rapidjson::StringBuffer> writer(buffer);
@@ -32,7 +32,10 @@ class PowerStore : public testing::Test {
   PowerLog log;
 };
 
-/// A row of the store with this name, display name, time and energy.
+using MergePowerStoreTest = PowerStoreTest;
+using PowerStoreDocumentTest = PowerStoreTest;
+
+/// A row of the store as JSON text.
 std::string Row(const std::string& name, const std::string& displayName, const std::string& time,
                 const std::string& energy) {
   return R"({"Name":")" + name + R"(","DisplayName":")" + displayName + R"(","TimeStamp":")" +
@@ -49,13 +52,13 @@ std::string RowWith(const std::string& energy) {
 
 }  // namespace
 
-TEST_F(PowerStore, WithoutRowsIsAnEmptyArray) {
+TEST_F(PowerStoreDocumentTest, IsAnEmptyArrayWithoutRows) {
   EXPECT_EQ(Text(), "[]");
   Merge("[]");
   EXPECT_EQ(Text(), "[]");
 }
 
-TEST_F(PowerStore, IsWrittenOnOneLineWithFourMembersInOrder) {
+TEST_F(PowerStoreDocumentTest, HasFourMembersPerRowInOrder) {
   log.Append({"\\Device\\C\\a.exe", "Meadow \"Office\"", At("2026-11-14:02:10:46"), 17});
   log.Append({"b", "", At("2026-11-14:00:00:00"), -1});
   EXPECT_EQ(Text(),
@@ -64,14 +67,14 @@ TEST_F(PowerStore, IsWrittenOnOneLineWithFourMembersInOrder) {
             R"({"Name":"b","DisplayName":"","TimeStamp":"2026-11-14:00:00:00","TotalEnergy":-1}])");
 }
 
-TEST_F(PowerStore, HoldsEnergyIn64Bits) {
+TEST_F(PowerStoreDocumentTest, HoldsEnergyIn64Bits) {
   log.Append({"a", "", At("2026-11-14:02:00:00"), 9223372036854775807});
   log.Append({"b", "", At("2026-11-14:02:00:00"), -9223372036854775807 - 1});
   EXPECT_NE(Text().find(R"("TotalEnergy":9223372036854775807})"), std::string::npos);
   EXPECT_NE(Text().find(R"("TotalEnergy":-9223372036854775808})"), std::string::npos);
 }
 
-TEST_F(PowerStore, HoldsTheBytesOfNamesAsTheyStand) {
+TEST_F(PowerStoreDocumentTest, KeepsTheBytesOfNames) {
   const std::string name =
       "Stra\xC3\x9F"
       "e \xFF\x80/";
@@ -79,14 +82,14 @@ TEST_F(PowerStore, HoldsTheBytesOfNamesAsTheyStand) {
   EXPECT_EQ(Text().substr(0, 10 + name.size() + 2), R"([{"Name":")" + name + "\",");
 }
 
-TEST_F(PowerStore, IsTheNewRowsAndThenTheOldOnesInTheirOrder) {
+TEST_F(MergePowerStoreTest, AppendsTheStoredRowsInOrder) {
   log.Append({"new", "", At("2026-11-14:02:00:00"), 1});
   const std::string old = RowOf("z") + "," + RowOf("a") + "," + RowOf("m");
   Merge("[" + old + "]");
   EXPECT_EQ(Text(), "[" + Row("new", "", "2026-11-14:02:00:00", "1") + "," + old + "]");
 }
 
-TEST_F(PowerStore, NewRowWinsOverTheOldOneOfItsIdentity) {
+TEST_F(MergePowerStoreTest, KeepsTheNewRowOfAnIdentity) {
   log.Append({"a", "new", At("2026-11-01:02:00:00"), 1});
   Merge("[" + Row("a", "old", "2026-11-01:02:00:00", "100") + "," +
         Row("a", "old", "2026-11-01:03:00:00", "200") + "]");
@@ -94,31 +97,31 @@ TEST_F(PowerStore, NewRowWinsOverTheOldOneOfItsIdentity) {
                         Row("a", "old", "2026-11-01:03:00:00", "200") + "]");
 }
 
-TEST_F(PowerStore, FirstOfTwoOldRowsOfOneIdentityStays) {
+TEST_F(MergePowerStoreTest, KeepsTheFirstOfTwoStoredRowsOfAnIdentity) {
   Merge("[" + Row("a", "first", "2026-11-01:02:00:00", "1") + "," +
         Row("a", "second", "2026-11-01:02:00:00", "2") + "]");
   EXPECT_EQ(Text(), "[" + Row("a", "first", "2026-11-01:02:00:00", "1") + "]");
 }
 
-TEST_F(PowerStore, RowAtTheCutoffStaysAndOneASecondOlderIsForgotten) {
+TEST_F(MergePowerStoreTest, KeepsARowAtTheCutoffAndDropsOlderOnes) {
   Merge("[" + RowAt("2026-10-15:10:30:14") + "," + RowAt("2026-10-15:10:30:15") + "]");
   EXPECT_EQ(Text(), "[" + RowAt("2026-10-15:10:30:15") + "]");
 }
 
-TEST_F(PowerStore, RowWhoseTimeDoesNotParseIsForgotten) {
+TEST_F(MergePowerStoreTest, DropsARowWithAMalformedTime) {
   Merge("[" + RowAt("") + "," + RowAt("yesterday") + "," + RowAt("01.11.2026") + "]");
   EXPECT_EQ(Text(), "[]");
 }
 
-TEST_F(PowerStore, RowWhoseTimeDoesNotParseIsForgottenAlsoWithoutACutoff) {
+TEST_F(MergePowerStoreTest, DropsARowWithAMalformedTimeEvenWithoutACutoff) {
   GenericDocument store;
   store.Parse(("[" + RowAt("yesterday") + "," + RowAt("1971-01-01:00:00:00") + "]").c_str());
-  // A clock that was never set: thirty days before it there is no time.
+  // Thirty days before this clock is outside the calendar, so there is no cutoff.
   MergePowerStore(store, ReportingPeriod(At("1970-01-02:00:00:00"), 30), log);
   EXPECT_EQ(Text(), "[" + RowAt("1971-01-01:00:00:00") + "]");
 }
 
-TEST_F(PowerStore, CutsEnergyToItsLow32Bits) {
+TEST_F(MergePowerStoreTest, ReadsTheLow32BitsOfEnergy) {
   Merge("[" + Row("a", "", "2026-11-01:02:00:00", "4294967301") + "," +
         Row("b", "", "2026-11-01:02:00:00", "2147483648") + "," +
         Row("c", "", "2026-11-01:02:00:00", "6442450941") + "," +
@@ -129,7 +132,7 @@ TEST_F(PowerStore, CutsEnergyToItsLow32Bits) {
                         Row("d", "", "2026-11-01:02:00:00", "-1") + "]");
 }
 
-TEST_F(PowerStore, TakesNumbersThatAreNoWhole32Bits) {
+TEST_F(MergePowerStoreTest, ReadsNumbersThatAreNot32BitIntegers) {
   for (const auto& [written, kept] :
        {std::pair("18446744073709551615", "-1"), std::pair("9223372036854775807", "-1"),
         std::pair("1e300", "0"), std::pair("-1e300", "0"), std::pair("2.9", "2"),
@@ -143,7 +146,7 @@ TEST_F(PowerStore, TakesNumbersThatAreNoWhole32Bits) {
   }
 }
 
-TEST_F(PowerStore, RowThatLacksAMemberIsDropped) {
+TEST_F(MergePowerStoreTest, DropsARowThatLacksAMember) {
   Merge(R"([{"DisplayName":"A","TimeStamp":"2026-11-01:02:00:00","TotalEnergy":7},)"
         R"({"Name":"a","TimeStamp":"2026-11-01:02:00:00","TotalEnergy":7},)"
         R"({"Name":"a","DisplayName":"A","TotalEnergy":7},)"
@@ -151,7 +154,7 @@ TEST_F(PowerStore, RowThatLacksAMemberIsDropped) {
   EXPECT_EQ(Text(), "[]");
 }
 
-TEST_F(PowerStore, MemberOfAnotherTypeCountsAsMissing) {
+TEST_F(MergePowerStoreTest, TreatsAMemberOfAnotherTypeAsMissing) {
   Merge(R"([{"Name":1,"DisplayName":"A","TimeStamp":"2026-11-01:02:00:00","TotalEnergy":7},)"
         R"({"Name":"a","DisplayName":null,"TimeStamp":"2026-11-01:02:00:00","TotalEnergy":7},)"
         R"({"Name":"a","DisplayName":"A","TimeStamp":20261101,"TotalEnergy":7},)"
@@ -161,25 +164,25 @@ TEST_F(PowerStore, MemberOfAnotherTypeCountsAsMissing) {
   EXPECT_EQ(Text(), "[]");
 }
 
-TEST_F(PowerStore, ElementThatIsNoObjectIsSteppedOver) {
+TEST_F(MergePowerStoreTest, SkipsElementsThatAreNotObjects) {
   Merge("[null,1,\"text\",[],[[]],true," + RowOf("a") + ",-0.5]");
   EXPECT_EQ(Text(), "[" + RowOf("a") + "]");
 }
 
-TEST_F(PowerStore, ThatIsNoArrayHoldsNoRows) {
+TEST_F(MergePowerStoreTest, AddsNoRowsFromADocumentThatIsNotAnArray) {
   for (const char* json : {"{}", "null", "1", "\"text\"", "true"}) Merge(json);
   Merge(R"({"a":)" + RowOf("a") + "}");
   Merge(RowOf("a"));
   EXPECT_EQ(Text(), "[]");
 }
 
-TEST_F(PowerStore, OtherMembersAreForgottenAndTheFirstOfTwoCounts) {
+TEST_F(MergePowerStoreTest, DropsOtherMembersAndUsesTheFirstOfTwo) {
   Merge(R"([{"Extra":{"a":[1]},"TotalEnergy":7,"Name":"a","Name":"b",)"
         R"("TimeStamp":"2026-11-01:02:00:00","DisplayName":"A"}])");
   EXPECT_EQ(Text(), "[" + RowOf("a") + "]");
 }
 
-TEST_F(PowerStore, NamesKeepTheirZeros) {
+TEST_F(MergePowerStoreTest, KeepsZerosInNames) {
   const std::string rows = Row("a\\u0000b", "A\\u0000B", "2026-11-01:02:00:00", "1") + "," +
                            Row("a\\u0000c", "", "2026-11-01:02:00:00", "2") + "," +
                            Row("a", "", "2026-11-01:02:00:00", "3");
@@ -189,8 +192,8 @@ TEST_F(PowerStore, NamesKeepTheirZeros) {
   EXPECT_EQ(Text(), "[" + rows + "]");
 }
 
-// The short name first: a search that ends at the zero would take the others for the same row.
-TEST_F(PowerStore, NameThatGoesOnAfterAZeroIsAnotherRow) {
+// The short name comes first: a comparison that stops at a zero would treat the others as equal.
+TEST_F(MergePowerStoreTest, DistinguishesNamesThatDifferAfterAZero) {
   const std::string rows = Row("a", "A", "2026-11-01:02:00:00", "1") + "," +
                            Row("a\\u0000", "A", "2026-11-01:02:00:00", "2") + "," +
                            Row("a\\u0000b", "A\\u0000B", "2026-11-01:02:00:00", "3");
@@ -198,7 +201,7 @@ TEST_F(PowerStore, NameThatGoesOnAfterAZeroIsAnotherRow) {
   EXPECT_EQ(Text(), "[" + rows + "]");
 }
 
-TEST_F(PowerStore, NewRowReplacesOnlyTheOldRowOfAllItsBytes) {
+TEST_F(MergePowerStoreTest, ReplacesOnlyTheStoredRowWithTheSameBytes) {
   log.Append({"a", "new", At("2026-11-01:02:00:00"), 1});
   Merge("[" + Row("a", "old", "2026-11-01:02:00:00", "2") + "," +
         Row("a\\u0000b", "old", "2026-11-01:02:00:00", "3") + "]");
@@ -206,7 +209,7 @@ TEST_F(PowerStore, NewRowReplacesOnlyTheOldRowOfAllItsBytes) {
                         Row("a\\u0000b", "old", "2026-11-01:02:00:00", "3") + "]");
 }
 
-TEST_F(PowerStore, MemberWhoseNameGoesOnAfterAZeroIsAnotherMember) {
+TEST_F(MergePowerStoreTest, DistinguishesMembersThatDifferAfterAZero) {
   Merge(
       R"([{"Name\u0000":"x","Name":"a","DisplayName\u0000x":"x","DisplayName":"A",)"
       R"("TotalEnergy\u0000":1,"TimeStamp":"2026-11-01:02:00:00","TotalEnergy":7},)"
@@ -214,13 +217,13 @@ TEST_F(PowerStore, MemberWhoseNameGoesOnAfterAZeroIsAnotherMember) {
   EXPECT_EQ(Text(), "[" + RowOf("a") + "]");
 }
 
-TEST_F(PowerStore, NamesMayBeEmpty) {
+TEST_F(MergePowerStoreTest, AcceptsEmptyNames) {
   const std::string row = Row("", "", "2026-11-01:02:00:00", "1");
   Merge("[" + row + "]");
   EXPECT_EQ(Text(), "[" + row + "]");
 }
 
-TEST_F(PowerStore, TimeIsWrittenInFull) {
+TEST_F(MergePowerStoreTest, WritesATimeInFull) {
   Merge("[" + RowAt("2026-11-1:2:0:5 and more") + "]");
   EXPECT_EQ(Text(), "[" + RowAt("2026-11-01:02:00:05") + "]");
 }

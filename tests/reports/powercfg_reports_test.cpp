@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "base/text_builders.h"
 #include "installed_applications.h"
 #include "report_model.h"
 #include "report_text.h"
@@ -17,11 +18,12 @@
 namespace {
 
 using namespace Standin;
+using TestSupport::Fingerprint;
 
 constexpr std::int64_t kNow = 1'794'652'215;  // 2026-11-14 10:30:15 UTC, a Saturday
 constexpr char kPrefix[] = "\\Device\\HarddiskVolume3";
 
-/// Times are the number of the second itself, so that they can be compared.
+/// The time stamps are the seconds since 1970, so that tests can compare them.
 ReportSettings Settings(std::uint64_t seed, int days, std::int64_t now = kNow) {
   return {
       seed,       days, now, kPrefix, [](std::int64_t instant) { return std::to_string(instant); },
@@ -40,13 +42,6 @@ std::string Text(const std::vector<ReportRow>& rows) {
   return text;
 }
 
-/// FNV-1a.
-std::uint64_t Fingerprint(const std::string& text) {
-  std::uint64_t hash = 0xCBF29CE484222325ULL;
-  for (const char c : text) hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001B3ULL;
-  return hash;
-}
-
 bool HasTime(const ReportRow& row) {
   return row.timeStamp && !row.timeStamp->empty() && *row.timeStamp != "yesterday";
 }
@@ -57,17 +52,17 @@ std::set<std::string> Identities(const std::vector<ReportRow>& rows) {
   return ids;
 }
 
-TEST(PowercfgModel, TheSameSeedAndMomentGiveTheSameReport) {
+TEST(MakeReportRows, DependsOnSeedAndTimeOnly) {
   EXPECT_EQ(Text(MakeReportRows(Settings(1, 5))), Text(MakeReportRows(Settings(1, 5))));
   EXPECT_NE(Text(MakeReportRows(Settings(1, 5))), Text(MakeReportRows(Settings(2, 5))));
 }
 
-// The value was recorded once; it tells that no platform or library makes other reports.
-TEST(PowercfgModel, IsTheSameOnEveryPlatform) {
+// The value was recorded once. A platform or library with another report fails this test.
+TEST(MakeReportRows, IsTheSameOnEveryPlatform) {
   EXPECT_EQ(Fingerprint(Text(MakeReportRows(Settings(1, 60)))), 8'607'289'560'270'375'626ULL);
 }
 
-TEST(PowercfgModel, RowsStandInTheOrderOfTimeInFullHoursOfTheAskedDays) {
+TEST(MakeReportRows, ReturnsHourlyRowsOfTheRequestedDaysInOrder) {
   std::int64_t last = kNow - 5 * 86400;
   const std::int64_t first = std::stoll(*MakeReportRows(Settings(1, 5)).front().timeStamp);
   for (const ReportRow& row : MakeReportRows(Settings(1, 5))) {
@@ -80,17 +75,17 @@ TEST(PowercfgModel, RowsStandInTheOrderOfTimeInFullHoursOfTheAskedDays) {
   }
 }
 
-TEST(PowercfgModel, NoDaysGiveNoRows) { EXPECT_TRUE(MakeReportRows(Settings(1, 0)).empty()); }
+TEST(MakeReportRows, IsEmptyForZeroDays) { EXPECT_TRUE(MakeReportRows(Settings(1, 0)).empty()); }
 
-TEST(PowercfgModel, TheReportOfTheNextDayTellsTheSameOfTheHoursBefore) {
+TEST(MakeReportRows, RepeatsEarlierHoursInTheReportOfTheNextDay) {
   const std::string today = Text(MakeReportRows(Settings(1, 5)));
   const std::string tomorrow = Text(MakeReportRows(Settings(1, 6, kNow + 86400)));
-  // All but the newest hour, which was still half full.
+  // All but the newest hour, which was not yet complete.
   EXPECT_TRUE(tomorrow.starts_with(today.substr(0, today.size() * 9 / 10)));
   EXPECT_FALSE(tomorrow.starts_with(today));
 }
 
-TEST(PowercfgModel, NotEveryApplicationRunsInEveryHour) {
+TEST(MakeReportRows, LeavesHoursWithoutSomeApplications) {
   const auto rows = MakeReportRows(Settings(1, 30));
   std::set<std::string> hours;
   std::map<std::string, int> rowsOf;
@@ -99,20 +94,20 @@ TEST(PowercfgModel, NotEveryApplicationRunsInEveryHour) {
     if (row.appId) ++rowsOf[*row.appId];
   }
   EXPECT_GT(hours.size(), 200U);
-  EXPECT_LT(hours.size(), 30U * 24U) << "the notebook sleeps";
+  EXPECT_LT(hours.size(), 30U * 24U) << "the notebook never sleeps";
   for (const auto& [appId, count] : rowsOf) {
     EXPECT_LT(count, static_cast<int>(hours.size())) << appId;
   }
 }
 
-TEST(PowercfgModel, TellsOfAllThatIsInstalled) {
+TEST(MakeReportRows, ContainsEveryInstalledApplication) {
   const std::set<std::string> ids = Identities(MakeReportRows(Settings(1, 60)));
   for (const DesktopApp& app : kDesktopApps) {
     const std::string path = std::string(kPrefix) + '\\' + std::string(app.program);
     EXPECT_TRUE(ids.contains(path)) << path;
   }
   for (const PackagedApp& app : kPackagedApps) {
-    // The version is that of the installed package.
+    // With the version of the installed package.
     const std::string fullName = std::string(app.name) + '_' + std::string(app.version) + "_x64__" +
                                  std::string(app.familySuffix);
     EXPECT_TRUE(std::any_of(ids.begin(), ids.end(), [&](const std::string& id) {
@@ -121,7 +116,7 @@ TEST(PowercfgModel, TellsOfAllThatIsInstalled) {
   }
 }
 
-TEST(PowercfgModel, NamesEachApplicationOfAPackageThatHasSeveral) {
+TEST(MakeReportRows, ContainsEachApplicationOfAPackage) {
   const std::set<std::string> ids = Identities(MakeReportRows(Settings(1, 60)));
   for (const char* id : {"Hornbeam.Suite_16.0.0.0_x64__s2d5f8g1h4j7k!Writer",
                          "Hornbeam.Suite_16.0.0.0_x64__s2d5f8g1h4j7k!Sheets",
@@ -132,7 +127,7 @@ TEST(PowercfgModel, NamesEachApplicationOfAPackageThatHasSeveral) {
   }
 }
 
-TEST(PowercfgModel, CanReportAFewApplicationsOnlyAndThenReportsTheSameOfThem) {
+TEST(MakeReportRows, ReportsTheSameRowsForASelectionOfApplications) {
   ReportSettings settings = Settings(1, 30);
   settings.only = "Plover|Finch.Music_3.1";
   const auto some = MakeReportRows(settings);
@@ -151,7 +146,7 @@ TEST(PowercfgModel, CanReportAFewApplicationsOnlyAndThenReportsTheSameOfThem) {
   EXPECT_EQ(reported, expected);
 }
 
-TEST(PowercfgModel, TellsOfWhatIsNobodysAndOfOtherPlaces) {
+TEST(MakeReportRows, ContainsSystemRowsAndProgramsOfOtherPlaces) {
   const std::set<std::string> ids = Identities(MakeReportRows(Settings(1, 60)));
   const char* const expected[] = {
       "",
@@ -172,13 +167,13 @@ TEST(PowercfgModel, TellsOfWhatIsNobodysAndOfOtherPlaces) {
   for (const char* id : expected) EXPECT_TRUE(ids.contains(id)) << id;
 }
 
-/// How many rows of `rows` fulfil `holds`.
+/// The number of rows for which `holds` returns true.
 template <typename Holds>
 std::ptrdiff_t Count(const std::vector<ReportRow>& rows, Holds holds) {
   return std::count_if(rows.begin(), rows.end(), holds);
 }
 
-TEST(PowercfgModel, HasOddRowsOfEachKind) {
+TEST(MakeReportRows, ContainsMalformedRowsOfEachKind) {
   for (const std::uint64_t seed : {1U, 2U, 3U}) {
     const auto rows = MakeReportRows(Settings(seed, 60));
     EXPECT_GT(rows.size(), 5'000U);
@@ -191,7 +186,7 @@ TEST(PowercfgModel, HasOddRowsOfEachKind) {
   }
 }
 
-TEST(PowercfgModel, HasRowsOfTheSameIdentityWithAndWithoutEnergy) {
+TEST(MakeReportRows, ContainsRepeatedIdentitiesWithAndWithoutEnergy) {
   const auto rows = MakeReportRows(Settings(1, 60));
   int adding = 0;
   int empty = 0;
@@ -204,7 +199,7 @@ TEST(PowercfgModel, HasRowsOfTheSameIdentityWithAndWithoutEnergy) {
   EXPECT_GT(empty, 10);
 }
 
-TEST(PowercfgModel, TheEnergyOfAMonthFitsIntoThirtyOneBits) {
+TEST(MakeReportRows, EnergyOfAMonthFitsInto31Bits) {
   std::int64_t sum = 0;
   for (const ReportRow& row : MakeReportRows(Settings(1, 30))) {
     if (row.total && row.total->value) sum += std::stoll(*row.total->value);
@@ -213,7 +208,7 @@ TEST(PowercfgModel, TheEnergyOfAMonthFitsIntoThirtyOneBits) {
   EXPECT_LT(sum, 0x7FFFFFFF);
 }
 
-TEST(PowercfgText, WritesWhatIsThereAndLeavesOutWhatIsNot) {
+TEST(EnergyReportText, WritesOnlyTheMembersThatARowHas) {
   const std::vector<ReportRow> rows = {
       {"A & \"B\" <C>", "2026-11-14:09:00:00", TotalEnergy{"12"}},
       {std::nullopt, std::nullopt, TotalEnergy{}},
@@ -238,7 +233,7 @@ TEST(PowercfgText, WritesWhatIsThereAndLeavesOutWhatIsNot) {
             "</ApplicationEnergy>\r\n");
 }
 
-TEST(PowercfgText, Utf16HasAMarkAndPairsBeyondTheFirstPlane) {
+TEST(FileBytes, Utf16HasAByteOrderMarkAndSurrogatePairs) {
   EXPECT_EQ(FileBytes("A\xC3\x9C\xE6\xB3\xA2\xF0\x9F\xA6\x89", ReportEncoding::kUtf16),
             std::string("\xFF\xFE"
                         "A\0\xDC\0\xE2\x6C\x3E\xD8\x89\xDD",
@@ -247,11 +242,11 @@ TEST(PowercfgText, Utf16HasAMarkAndPairsBeyondTheFirstPlane) {
                   .starts_with("<?xml version=\"1.0\" encoding=\"UTF-16\"?>"));
 }
 
-TEST(PowercfgText, Utf8HasNoMark) {
+TEST(FileBytes, Utf8HasNoByteOrderMark) {
   EXPECT_EQ(FileBytes("\xC3\x9C", ReportEncoding::kUtf8), "\xC3\x9C");
 }
 
-TEST(PowercfgText, ABrokenReportEndsInsideATag) {
+TEST(BrokenOff, EndsInsideATag) {
   const std::string whole = EnergyReportText({{"A", "B", TotalEnergy{"1"}}}, ReportEncoding::kUtf8);
   const std::string broken = BrokenOff(whole);
   EXPECT_TRUE(whole.starts_with(broken));
@@ -259,7 +254,7 @@ TEST(PowercfgText, ABrokenReportEndsInsideATag) {
   EXPECT_GT(broken.rfind('<'), broken.rfind('>'));
 }
 
-TEST(PowercfgRequest, UnderstandsItsTwoCommandLines) {
+TEST(TryReadRequest, AcceptsTheTwoCommandLines) {
   const auto power = TryReadRequest({L"/SRUMUTIL", L"/OUTPUT", L"a.xml", L"/XML"});
   ASSERT_TRUE(power);
   EXPECT_EQ(power->report, ToolReport::kApplicationEnergy);
@@ -271,7 +266,7 @@ TEST(PowercfgRequest, UnderstandsItsTwoCommandLines) {
   EXPECT_EQ(problems->file, L"b.xml");
 }
 
-TEST(PowercfgRequest, UnderstandsNothingElse) {
+TEST(TryReadRequest, RefusesOtherCommandLines) {
   const std::vector<std::wstring> others[] = {
       {},
       {L"/SRUMUTIL"},

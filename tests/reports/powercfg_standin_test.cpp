@@ -31,9 +31,9 @@ constexpr __time64_t kFridayNoon = 1'778'846'400;  // 2026-05-15 12:00:00 UTC
 class PowercfgStandin : public testing::Test {
  protected:
   PowercfgStandin() {
-    tool.Tell(L"SEED", L"1");
-    tool.Tell(L"DAYS", L"1");
-    tool.Tell(L"NOW", std::to_wstring(kFridayNoon));
+    tool.Set(L"SEED", L"1");
+    tool.Set(L"DAYS", L"1");
+    tool.Set(L"NOW", std::to_wstring(kFridayNoon));
   }
 
   int Run(const char* commandLine) const {
@@ -53,22 +53,22 @@ std::wstring LocalText(__time64_t instant) {
 
 }  // namespace
 
-TEST_F(PowercfgStandin, EvenSeedsGiveUtf16AndOddOnesUtf8) {
+TEST_F(PowercfgStandin, WritesUtf16ForEvenSeedsAndUtf8ForOddOnes) {
   ASSERT_EQ(Run(kPowerReportCommand), 0);
   EXPECT_THAT(ReadWholeFile(Report()), StartsWith("<?xml"));
-  tool.Tell(L"SEED", L"2");
+  tool.Set(L"SEED", L"2");
   ASSERT_EQ(Run(kPowerReportCommand), 0);
   EXPECT_THAT(ReadWholeFile(Report()), StartsWith(std::string("\xFF\xFE<\0?\0", 6)));
 }
 
-TEST_F(PowercfgStandin, BothEncodingsAreGoodXmlWithTheDeviceOfDriveC) {
+TEST_F(PowercfgStandin, WritesWellFormedXmlWithTheDeviceOfDriveC) {
   std::array<wchar_t, 1024> device{};
   QueryDosDeviceW(L"C:", device.data(), static_cast<DWORD>(device.size()));
   const std::wstring foreign =
       std::wstring(device.data()) + L"\\Program Files\\\u00DCberblick\\\u00FCberblick.exe";
   for (const wchar_t* seed : {L"1", L"2"}) {
-    tool.Tell(L"SEED", seed);
-    tool.Tell(L"DAYS", L"60");
+    tool.Set(L"SEED", seed);
+    tool.Set(L"DAYS", L"60");
     ASSERT_EQ(Run(kPowerReportCommand), 0);
     pugi::xml_document document;
     ASSERT_TRUE(document.load_file(Report().c_str()));
@@ -77,60 +77,60 @@ TEST_F(PowercfgStandin, BothEncodingsAreGoodXmlWithTheDeviceOfDriveC) {
   }
 }
 
-TEST_F(PowercfgStandin, TimesAreLocalOnesOfTheZoneThatTheCallerHas) {
+TEST_F(PowercfgStandin, WritesTimesInTheLocalZoneOfTheCaller) {
   ASSERT_EQ(Run(kPowerReportCommand), 0);
   pugi::xml_document document;
   ASSERT_TRUE(document.load_file(Report().c_str()));
   const std::wstring first =
       document.document_element().first_child().attribute(L"TimeStamp").value();
-  // Seed 1 has its rows at 11 minutes and 6 seconds; this is its first hour.
+  // Seed 1 has its rows at 11 minutes and 6 seconds of each hour.
   EXPECT_EQ(first, LocalText(kFridayNoon - 24 * 3600 + 666));
 }
 
-TEST_F(PowercfgStandin, TheTruthIsACopyOfWhatWasWritten) {
+TEST_F(PowercfgStandin, CopiesTheReportToTheTruthFile) {
   const std::wstring truth = tool.Folder().File(L"truth.xml");
-  tool.Tell(L"TRUTH", truth);
+  tool.Set(L"TRUTH", truth);
   ASSERT_EQ(Run(kPowerReportCommand), 0);
   EXPECT_EQ(ReadWholeFile(truth), ReadWholeFile(Report()));
 }
 
-TEST_F(PowercfgStandin, FailsWithTheStatusThatItIsToldAndWritesNothing) {
+TEST_F(PowercfgStandin, FailsWithTheRequestedStatusAndWritesNothing) {
   const std::wstring truth = tool.Folder().File(L"truth.xml");
-  tool.Tell(L"TRUTH", truth);
-  tool.Tell(L"STATUS", L"17");
+  tool.Set(L"TRUTH", truth);
+  tool.Set(L"STATUS", L"17");
   EXPECT_EQ(Run(kPowerReportCommand), 17);
   EXPECT_FALSE(FileExists(Report()));
   EXPECT_FALSE(FileExists(truth));
 }
 
 TEST_F(PowercfgStandin, CanSucceedWithoutAReport) {
-  tool.Tell(L"OUTPUT", L"nothing");
+  tool.Set(L"OUTPUT", L"nothing");
   EXPECT_EQ(Run(kPowerReportCommand), 0);
   EXPECT_FALSE(FileExists(Report()));
 }
 
 TEST_F(PowercfgStandin, CanWriteABrokenReport) {
   for (const wchar_t* seed : {L"1", L"2"}) {
-    tool.Tell(L"SEED", seed);
-    tool.Tell(L"OUTPUT", L"broken");
+    tool.Set(L"SEED", seed);
+    tool.Set(L"OUTPUT", L"broken");
     ASSERT_EQ(Run(kPowerReportCommand), 0);
     pugi::xml_document document;
     EXPECT_FALSE(document.load_file(Report().c_str()));
   }
 }
 
-TEST_F(PowercfgStandin, WritesTheReportOfTheProblems) {
+TEST_F(PowercfgStandin, WritesTheReportOfEnergyProblems) {
   ASSERT_EQ(Run(kEnergyReportCommand), 0);
   pugi::xml_document document;
   ASSERT_TRUE(document.load_file(tool.Folder().File(L"EnergyReport.xml").c_str()));
   EXPECT_TRUE(document.document_element().first_child());
 }
 
-TEST_F(PowercfgStandin, AReportThatCannotBeWrittenIsAFailure) {
+TEST_F(PowercfgStandin, FailsWhenTheReportCannotBeWritten) {
   EXPECT_EQ(Run("POWERCFG /SRUMUTIL /OUTPUT missing\\Powerlog.xml /XML"), 2);
 }
 
-TEST_F(PowercfgStandin, WhatItDoesNotUnderstandIsAFailure) {
+TEST_F(PowercfgStandin, FailsForAnUnknownCommandLine) {
   EXPECT_EQ(Run("POWERCFG > usage.txt"), 1);
   EXPECT_EQ(Run("POWERCFG /srumutil /OUTPUT Powerlog.xml /XML > usage.txt"), 1);
   EXPECT_FALSE(FileExists(Report()));

@@ -7,7 +7,7 @@
 #include "base/zone_days.h"
 #include "reports/fake_ranking.h"
 
-// The cutoff around the days on which clocks change: 86400 seconds back, and the hour put back.
+// The cutoff around the days on which clocks change: 86400 seconds back with the hour restored.
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 using namespace TestSupport;
@@ -15,7 +15,8 @@ using testing::ElementsAre;
 
 namespace {
 
-/// The applications of one day before `now`, of which "At" has a row at `time` of `day`.
+/// The applications of one day up to `now`: "Before" has a row at `before` on `day`, "At" one at
+/// `at`.
 std::vector<std::string> AppsOfOneDay(const DateTime& now, const DateTime& day,
                                       const std::string& before, const std::string& at) {
   const std::string date = FormatDateTime(day, kDateFormat) + ":";
@@ -26,20 +27,20 @@ std::vector<std::string> AppsOfOneDay(const DateTime& now, const DateTime& day,
 
 }  // namespace
 
-TEST(RankingInZones, DayOfTheSpringChangeReachesBackToTheSameHour) {
+TEST(RankApplications, OneDayOnTheSpringChangeReachesBackToTheSameHour) {
   EXPECT_THAT(AppsOfOneDay(Spring(0), Spring(-1), "11:59:59", "12:00:00"), ElementsAre("At"));
 }
 
-TEST(RankingInZones, DayOfTheAutumnChangeReachesBackToTheSameHour) {
+TEST(RankApplications, OneDayOnTheAutumnChangeReachesBackToTheSameHour) {
   EXPECT_THAT(AppsOfOneDay(Autumn(0), Autumn(-1), "11:59:59", "12:00:00"), ElementsAre("At"));
 }
 
-TEST(RankingInZones, HourThatTheSpringDayLacksIsTheOneBehindIt) {
-  // 2:30 does not exist on the day of the change, which is read as 3:30.
+TEST(RankApplications, OneDayReachesBackToTheHourAfterASkippedOne) {
+  // 02:30 does not exist on the day of the change and is read as 03:30.
   EXPECT_THAT(AppsOfOneDay(Spring(1, 2, 30), Spring(0), "03:29:59", "03:30:00"), ElementsAre("At"));
 }
 
-TEST(RankingInZones, OrdinaryDayReachesBackToTheSameHour) {
+TEST(RankApplications, OneDayOnAnOrdinaryDayReachesBackToTheSameHour) {
   EXPECT_THAT(AppsOfOneDay(Spring(20), Spring(19), "11:59:59", "12:00:00"), ElementsAre("At"));
   EXPECT_THAT(AppsOfOneDay(Autumn(20), Autumn(19), "11:59:59", "12:00:00"), ElementsAre("At"));
 }

@@ -8,12 +8,12 @@ namespace {
 
 constexpr const wchar_t* kSettings[] = {L"SEED", L"DAYS", L"NOW", L"STATUS", L"OUTPUT", L"TRUTH"};
 
-void Set(const std::wstring& name, const wchar_t* value) {
+void SetVariable(const std::wstring& name, const wchar_t* value) {
   SetEnvironmentVariableW((L"WATTLEAF_POWERCFG_" + name).c_str(), value);
 }
 
-void ForgetSettings() {
-  for (const wchar_t* name : kSettings) Set(name, nullptr);
+void ClearSettings() {
+  for (const wchar_t* name : kSettings) SetVariable(name, nullptr);
 }
 
 std::wstring SearchPath() {
@@ -22,7 +22,7 @@ std::wstring SearchPath() {
   return path;
 }
 
-/// Where the test program lies, and the stand-in beside it.
+/// The folder of the test program and of the stand-in.
 std::wstring ProgramFolder() {
   std::wstring path(MAX_PATH, L'\0');
   path.resize(GetModuleFileNameW(nullptr, path.data(), MAX_PATH));
@@ -38,19 +38,19 @@ std::wstring CurrentDirectory() {
 }
 
 RealTool::RealTool() : directoryBefore_(CurrentDirectory()), pathBefore_(SearchPath()) {
-  ForgetSettings();
+  ClearSettings();
   SetEnvironmentVariableW(L"PATH", (ProgramFolder() + L";" + pathBefore_).c_str());
 }
 
 RealTool::~RealTool() {
-  ForgetSettings();
+  ClearSettings();
   SetEnvironmentVariableW(L"PATH", pathBefore_.c_str());
-  // A current directory cannot be removed.
+  // The current directory of a process cannot be removed.
   SetCurrentDirectoryW(directoryBefore_.c_str());
 }
 
-void RealTool::Tell(const std::wstring& name, const std::wstring& value) {
-  Set(name, value.c_str());
+void RealTool::Set(const std::wstring& name, const std::wstring& value) {
+  SetVariable(name, value.c_str());
 }
 
 void RealTool::Hide() { SetEnvironmentVariableW(L"PATH", folder_.File(L"nothing").c_str()); }

@@ -6,9 +6,8 @@
 
 namespace TestSupport {
 
-/// Lets the command interpreter find the stand-in of POWERCFG before any other, and gives the tool
-/// a folder. The current directory, the search path and what the tool was told are put back at the
-/// end.
+/// Puts the stand-in of POWERCFG first on the search path and provides a folder for its reports.
+/// The destructor restores the current directory, the search path and the settings of the stand-in.
 class RealTool {
  public:
   RealTool();
@@ -16,12 +15,12 @@ class RealTool {
   RealTool& operator=(const RealTool&) = delete;
   ~RealTool();
 
-  /// Sets WATTLEAF_POWERCFG_`name`.
-  void Tell(const std::wstring& name, const std::wstring& value);
-  /// Lets the command interpreter find no program at all.
+  /// Sets the environment variable WATTLEAF_POWERCFG_`name`.
+  void Set(const std::wstring& name, const std::wstring& value);
+  /// Empties the search path, so that no tool is found.
   void Hide();
 
-  const TempFolder& Folder() const { return folder_; }
+  [[nodiscard]] const TempFolder& Folder() const { return folder_; }
 
  private:
   TempFolder folder_;
@@ -29,6 +28,6 @@ class RealTool {
   std::wstring pathBefore_;
 };
 
-std::wstring CurrentDirectory();
+[[nodiscard]] std::wstring CurrentDirectory();
 
 }  // namespace TestSupport

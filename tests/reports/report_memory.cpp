@@ -1,8 +1,8 @@
-// Runs one pass over a report and a store of a given shape and prints the rows of the new store,
-// its size and the most memory that the process had at one time. Ends with 1 if that is more than 1
-// GiB, if the next pass cannot read the store or if the store has not the rows that it should have.
-// Without an argument it prints the shapes. The peak of a process never falls, so that each shape
-// needs a process of its own.
+// Runs one pass over a report and a store of a given shape and prints the number of rows and the
+// size of the new store and the peak memory of the process. The exit status is 1 if the peak is
+// above 1 GiB, if the next pass cannot read the store, or if the store has a wrong number of rows.
+// Without an argument the program prints the shapes. Each shape needs a process of its own, since
+// the peak of a process never falls.
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -25,7 +25,7 @@ using namespace Zq::Gantry::Server::Services::Wattleaf;
 
 constexpr std::size_t kMebibyte = kBytesPerMebibyte;
 
-/// Writes without holding the text.
+/// A file that is written piece by piece, so that the whole text is never in memory.
 class Part {
  public:
   explicit Part(const std::filesystem::path& path) : file_(path, std::ios::binary) {}
@@ -46,7 +46,7 @@ std::string Number(std::size_t number) {
   return std::string(7 - text.size(), '0') + text;
 }
 
-/// Short rows, as many as make a tree of eight million marks.
+/// 2.6 million short rows: a tree with eight million nodes and attributes.
 void ShortRows(Part& report) {
   report << "<r>";
   for (std::size_t row = 0; row < 2'600'000; ++row) {
@@ -55,8 +55,8 @@ void ShortRows(Part& report) {
   report << "</r>";
 }
 
-/// Rows like those of the system's tool, 889,000 of them.
-void UsualRows(Part& report) {
+/// 889,000 rows like those of the system's tool.
+void OrdinaryRows(Part& report) {
   report << "<r>";
   for (std::size_t row = 0; row < 889'000; ++row) {
     report << "<Row AppId=\"\\Device\\HarddiskVolume3\\Program Files\\Meadow\\" + Number(row) +
@@ -66,7 +66,7 @@ void UsualRows(Part& report) {
   report << "</r>";
 }
 
-/// Two rows more than a store may hold, the oldest first.
+/// Two rows more than a store can hold, the oldest ones first.
 void MostRows(Part& report) {
   report << "<r><a AppId='oldest' TimeStamp='2026-11-13'/><a AppId='old' TimeStamp='2026-11-13'/>";
   for (std::size_t row = 0; row < kMostPowerStoreRows; ++row) {
@@ -75,7 +75,7 @@ void MostRows(Part& report) {
   report << "</r>";
 }
 
-/// As many nodes as the budget admits: rows that fill the log, then nothing but nodes.
+/// As many nodes as the budget allows: first rows that fill the log, then other nodes.
 void RowsAndNodes(Part& report) {
   const std::string device = "\\Device\\HarddiskVolume3\\";
   const std::size_t nodeBytes = 2 * 64 + 5 * sizeof(wchar_t);
@@ -103,7 +103,7 @@ void LongTime(Part& report) {
   report << "'/></r>";
 }
 
-/// Rows of an hour before those of `UsualRows`, as many as a store may hold.
+/// As many rows as a store can hold, one hour older than those of `OrdinaryRows`.
 void FullStore(Part& store) {
   for (std::size_t row = 0; row < kMostPowerStoreRows; ++row) {
     store << (row == 0 ? "[" : ",");
@@ -114,8 +114,8 @@ void FullStore(Part& store) {
   store << "]";
 }
 
-/// Objects and strings just too large for half a block of the parser's pool, which then waste the
-/// other half, under as many open values as are read; a last string of the greatest length.
+/// Almost as many values as are read, then objects and strings that are slightly larger than half a
+/// block of the parser's pool and so waste the other half, then a string of the greatest length.
 void WastefulStore(Part& store) {
   store << "[0";
   for (std::size_t value = 0; value < 980'000; ++value) store << ",0";
@@ -134,14 +134,14 @@ void Nothing(Part&) {}
 struct Shape {
   std::function<void(Part&)> writeReport;
   std::function<void(Part&)> writeStore;
-  /// What the new store holds; not looked at if 0.
+  /// The expected number of rows of the new store; not checked if 0.
   std::size_t rows = 0;
 };
 
 const std::map<std::string, Shape> kShapes{
     {"nothing", {Nothing, Nothing}},
     {"short-rows", {ShortRows, FullStore}},
-    {"ordinary-rows", {UsualRows, FullStore}},
+    {"ordinary-rows", {OrdinaryRows, FullStore}},
     {"most-rows", {MostRows, FullStore, kMostPowerStoreRows}},
     {"rows-and-nodes", {RowsAndNodes, Nothing}},
     {"long-name", {LongName, FullStore}},
@@ -171,8 +171,8 @@ int Measure(const Shape& shape) {
               static_cast<std::size_t>(storeBytes) / kMebibyte, next ? "yes" : "NO",
               peak / kMebibyte);
   std::filesystem::remove_all(folder);
-  const bool hasItsRows = shape.rows == 0 || shape.rows == rows;
-  return next && next->Size() == rows && hasItsRows && peak <= 1024 * kMebibyte ? 0 : 1;
+  const bool hasExpectedRows = shape.rows == 0 || shape.rows == rows;
+  return next && next->Size() == rows && hasExpectedRows && peak <= 1024 * kMebibyte ? 0 : 1;
 }
 
 }  // namespace

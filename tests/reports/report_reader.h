@@ -10,8 +10,8 @@
 
 namespace TestSupport {
 
-/// Reads reports at 2026-11-14, 10:30:15. Every executable is called "File", the packages are the
-/// test's own.
+/// Reads reports at 2026-11-14 10:30:15. Every executable has the description "File"; a test adds
+/// packages as it needs them.
 class ReportReader : public testing::Test {
  protected:
   using PowerLog = Zq::Gantry::Server::Services::Wattleaf::PowerLog;
@@ -25,8 +25,8 @@ class ReportReader : public testing::Test {
                     ReportingPeriod(At("2026-11-14:10:30:15"), 30), names, log);
   }
 
-  /// The rows of the log, one a line: "name|display name|time|energy".
-  std::string Rows() const {
+  /// The rows of the log, each as a line "name|display name|time|energy".
+  [[nodiscard]] std::string Rows() const {
     using namespace Zq::Gantry::Server::Services::Wattleaf;
     std::string text;
     for (const PowerLogRecord& row : log.Records()) {
@@ -41,17 +41,18 @@ class ReportReader : public testing::Test {
   PowerLog log;
 };
 
-/// An element with an identity and a time of 14 November 2026, "02:00:00"; `energy` is what stands
-/// inside.
-inline std::string Row(const std::string& appId, const std::string& time,
-                       const std::string& inside) {
+/// An element with an identity, a time of 14 November 2026 such as "02:00:00", and content.
+[[nodiscard]] inline std::string Row(const std::string& appId, const std::string& time,
+                                     const std::string& inside) {
   return "<Row AppId=\"" + appId + "\" TimeStamp=\"2026-11-14:" + time + "\">" + inside + "</Row>";
 }
 
-inline std::string Energy(const std::string& value) {
+[[nodiscard]] inline std::string Energy(const std::string& value) {
   return "<TotalEnergyConsumption Value=\"" + value + "\"/>";
 }
 
-inline std::string Report(const std::string& rows) { return "<Report>" + rows + "</Report>"; }
+[[nodiscard]] inline std::string Report(const std::string& rows) {
+  return "<Report>" + rows + "</Report>";
+}
 
 }  // namespace TestSupport

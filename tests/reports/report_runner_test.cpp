@@ -22,15 +22,16 @@ using Zq::Gantry::Server::Services::Wattleaf::RunReportTool;
 
 namespace {
 
-constexpr wchar_t kKeepOut[] = L"NoDefaultCurrentDirectoryInExePath";
+// Excludes the current directory from the search for programs.
+constexpr wchar_t kExcludeVariable[] = L"NoDefaultCurrentDirectoryInExePath";
 
-class ReportRunner : public testing::Test {
+class RunReportToolTest : public testing::Test {
  protected:
-  ReportRunner() {
-    SetEnvironmentVariableW(kKeepOut, nullptr);
-    tool.Tell(L"DAYS", L"1");
+  RunReportToolTest() {
+    SetEnvironmentVariableW(kExcludeVariable, nullptr);
+    tool.Set(L"DAYS", L"1");
   }
-  ~ReportRunner() override { SetEnvironmentVariableW(kKeepOut, nullptr); }
+  ~RunReportToolTest() override { SetEnvironmentVariableW(kExcludeVariable, nullptr); }
 
   int Run(const char* commandLine) const {
     return RunReportTool(tool.Folder().Path().c_str(), commandLine);
@@ -40,10 +41,11 @@ class ReportRunner : public testing::Test {
   RealTool tool;
 };
 
-std::optional<std::wstring> KeepOutVariable() {
+std::optional<std::wstring> ExcludeVariable() {
   std::wstring value(32 * 1024, L'\0');
   SetLastError(ERROR_SUCCESS);
-  value.resize(GetEnvironmentVariableW(kKeepOut, value.data(), static_cast<DWORD>(value.size())));
+  value.resize(
+      GetEnvironmentVariableW(kExcludeVariable, value.data(), static_cast<DWORD>(value.size())));
   if (GetLastError() == ERROR_ENVVAR_NOT_FOUND) return std::nullopt;
   return value;
 }
@@ -52,73 +54,73 @@ bool IsWine() {
   return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
 }
 
-int looksHere = -1;
+int g_searchesCurrentDirectory = -1;
 
-int __cdecl AskTheSystemsRule(const char*) {
-  looksHere = NeedCurrentDirectoryForExePathW(L"POWERCFG");
+int __cdecl QueryTheSystemRule(const char*) {
+  g_searchesCurrentDirectory = NeedCurrentDirectoryForExePathW(L"POWERCFG");
   return 0;
 }
 
 }  // namespace
 
-TEST_F(ReportRunner, RunsTheToolInTheFolderWhichStaysTheCurrentDirectory) {
+TEST_F(RunReportToolTest, RunsTheToolInTheFolderAndKeepsItAsCurrentDirectory) {
   EXPECT_EQ(Run(kPowerReportCommand), 0);
   EXPECT_THAT(ReadWholeFile(File(L"Powerlog.xml")), StartsWith("<?xml"));
   EXPECT_EQ(CurrentDirectory(), tool.Folder().Path());
 }
 
-TEST_F(ReportRunner, RunsTheToolForTheProblemsToo) {
+TEST_F(RunReportToolTest, RunsTheToolForEnergyProblems) {
   EXPECT_EQ(Run(kEnergyReportCommand), 0);
   EXPECT_THAT(ReadWholeFile(File(L"EnergyReport.xml")), StartsWith("<?xml"));
 }
 
-TEST_F(ReportRunner, GivesTheExitStatusOfTheTool) {
+TEST_F(RunReportToolTest, ReturnsTheExitStatusOfTheTool) {
   for (const int status : {1, 5, 50, 255, 9009, -1}) {
-    tool.Tell(L"STATUS", std::to_wstring(status));
+    tool.Set(L"STATUS", std::to_wstring(status));
     EXPECT_EQ(Run(kPowerReportCommand), status);
     EXPECT_EQ(Run(kEnergyReportCommand), status);
   }
 }
 
-TEST_F(ReportRunner, AToolThatIsNotFoundIsAFailure) {
+TEST_F(RunReportToolTest, FailsWhenTheToolIsNotFound) {
   tool.Hide();
   EXPECT_NE(Run(kPowerReportCommand), 0);
   EXPECT_FALSE(FileExists(File(L"Powerlog.xml")));
 }
 
-TEST_F(ReportRunner, AFolderThatCannotBeEnteredLetsTheReportLieInTheDirectoryBefore) {
+TEST_F(RunReportToolTest, RunsInTheCurrentDirectoryWhenTheFolderCannotBeEntered) {
   ASSERT_TRUE(SetCurrentDirectoryW(tool.Folder().Path().c_str()));
   EXPECT_EQ(RunReportTool(File(L"missing").c_str(), kPowerReportCommand), 0);
   EXPECT_TRUE(FileExists(File(L"Powerlog.xml")));
 }
 
-TEST_F(ReportRunner, TheInterpreterIsToldToKeepOutOfTheFolderForTheTimeOfTheCall) {
+TEST_F(RunReportToolTest, ExcludesTheFolderFromTheSearchDuringTheCall) {
   EXPECT_EQ(Run("set NoDefaultCurrentDirectoryInExePath>seen.txt"), 0);
   EXPECT_THAT(ReadWholeFile(File(L"seen.txt")), StartsWith("NoDefaultCurrentDirectoryInExePath=1"));
-  EXPECT_EQ(KeepOutVariable(), std::nullopt);
+  EXPECT_EQ(ExcludeVariable(), std::nullopt);
 }
 
-TEST_F(ReportRunner, ByTheSystemsOwnRuleTheFolderIsNotSearchedDuringTheCall) {
-  const ImportPatch patch("system", &AskTheSystemsRule);
+TEST_F(RunReportToolTest, SystemRuleExcludesTheFolderDuringTheCall) {
+  const ImportPatch patch("system", &QueryTheSystemRule);
   EXPECT_TRUE(NeedCurrentDirectoryForExePathW(L"POWERCFG"));
   Run(kPowerReportCommand);
-  EXPECT_EQ(looksHere, FALSE);
+  EXPECT_EQ(g_searchesCurrentDirectory, FALSE);
   EXPECT_TRUE(NeedCurrentDirectoryForExePathW(L"POWERCFG"));
 }
 
-TEST_F(ReportRunner, WhatTheVariableWasBeforeIsPutBack) {
+TEST_F(RunReportToolTest, RestoresThePreviousValueOfTheVariable) {
   for (const std::wstring& before :
        {std::wstring(L"0"), std::wstring(), std::wstring(5000, L'v')}) {
-    SetEnvironmentVariableW(kKeepOut, before.c_str());
+    SetEnvironmentVariableW(kExcludeVariable, before.c_str());
     Run("set NoDefaultCurrentDirectoryInExePath>seen.txt");
     EXPECT_THAT(ReadWholeFile(File(L"seen.txt")),
                 StartsWith("NoDefaultCurrentDirectoryInExePath=1\r\n"));
-    EXPECT_EQ(KeepOutVariable(), before);
+    EXPECT_EQ(ExcludeVariable(), before);
   }
 }
 
-TEST_F(ReportRunner, AProgramOfTheToolsNameInTheFolderIsNotStarted) {
-  if (IsWine()) GTEST_SKIP() << "Wine's interpreter searches the current directory all the same";
+TEST_F(RunReportToolTest, DoesNotStartAProgramOfTheToolsNameInTheFolder) {
+  if (IsWine()) GTEST_SKIP() << "Wine's interpreter ignores the variable";
   WriteWholeFile(File(L"POWERCFG.bat"), "@echo started> started.txt\r\n@exit /b 7\r\n");
   EXPECT_EQ(Run(kPowerReportCommand), 0);
   EXPECT_FALSE(FileExists(File(L"started.txt")));

@@ -7,9 +7,10 @@
 #include <pugixml.hpp>
 #include <string>
 
+#include "base/text_builders.h"
 #include "reports/report_reader.h"
 
-// What the parser allocates for a report stays within what is worked out before it is parsed.
+// The memory of the parser for a report does not exceed the bound that is computed before parsing.
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 using namespace TestSupport;
@@ -34,20 +35,20 @@ void CountedRelease(void* block) {
   std::free(head);
 }
 
-/// Counts what the parser allocates.
-class ReportTree : public ReportReader {
+/// Counts the bytes that the parser allocates.
+class MostReportTreeBytesTest : public ReportReader {
  protected:
-  ReportTree() {
+  MostReportTreeBytesTest() {
     g_bytes = 0;
     g_peakBytes = 0;
     pugi::set_memory_management_functions(&CountedAllocation, &CountedRelease);
   }
-  ~ReportTree() override {
+  ~MostReportTreeBytesTest() override {
     EXPECT_EQ(g_bytes, 0U);
     pugi::set_memory_management_functions(allocate_, release_);
   }
 
-  /// The most bytes of the parser at one time while it reads this report.
+  /// The peak number of bytes of the parser while it reads a report.
   std::size_t PeakOf(const std::string& text) {
     g_peakBytes = 0;
     Read(text);
@@ -58,12 +59,6 @@ class ReportTree : public ReportReader {
   const pugi::allocation_function allocate_ = pugi::get_memory_allocation_function();
   const pugi::deallocation_function release_ = pugi::get_memory_deallocation_function();
 };
-
-std::string Repeated(std::string_view part, std::size_t count) {
-  std::string text;
-  for (std::size_t i = 0; i < count; ++i) text += part;
-  return text;
-}
 
 std::string InUtf16(const std::u16string& text) {
   std::string bytes = "\xFF\xFE";
@@ -84,7 +79,7 @@ constexpr std::size_t kMany = 20'000;
 
 }  // namespace
 
-TEST_F(ReportTree, OfAnyShapeStaysWithinWhatIsWorkedOut) {
+TEST_F(MostReportTreeBytesTest, IsAnUpperBoundForReportsOfAnyShape) {
   for (const std::string& part :
        {std::string("<a/>"), std::string("<a/>x"), std::string("<a>x</a>x"),
         std::string("<a> </a>"), std::string("<a b=''/>"), std::string("<a b='>' c='='>x</a>"),
@@ -97,8 +92,8 @@ TEST_F(ReportTree, OfAnyShapeStaysWithinWhatIsWorkedOut) {
   }
 }
 
-TEST_F(ReportTree, OfATextInSixteenBitsStaysWithinWhatIsWorkedOut) {
-  // The second byte of U+2020 looks like a blank, that of U+013C like "<".
+TEST_F(MostReportTreeBytesTest, IsAnUpperBoundForReportsInUtf16) {
+  // One byte of U+2020 is that of a blank, one byte of U+013C that of "<".
   for (const std::u16string& part :
        {std::u16string(u"<a>\u2020</a>"), std::u16string(u"<\u012F/>\u0920"),
         std::u16string(u"<a>\u013C</a>"), std::u16string(u"<a b=''/>x")}) {
@@ -108,21 +103,21 @@ TEST_F(ReportTree, OfATextInSixteenBitsStaysWithinWhatIsWorkedOut) {
   }
 }
 
-TEST_F(ReportTree, OfRowsIsNotOverestimatedByHalf) {
+TEST_F(MostReportTreeBytesTest, OverestimatesARealReportByLessThanHalf) {
   const std::string text = Report(Repeated(
       Row("\\Device\\HarddiskVolume3\\Program Files\\Meadow\\meadow.exe", "02:10:46", Energy("17")),
       kMany));
   EXPECT_LT(MostReportTreeBytes(text), PeakOf(text) * 3 / 2);
 }
 
-TEST_F(ReportTree, OfATextCountsTheCopyInTheParsersCharacters) {
+TEST_F(MostReportTreeBytesTest, CountsTheCopyInTheParsersCharacters) {
   EXPECT_EQ(MostReportTextBytes(1000), 1000 * (1 + sizeof(wchar_t)));
   const std::string text = Report(Row("a", "02:00:00", std::string(1'000'000, ' ')));
   EXPECT_GE(MostReportTreeBytes(text), MostReportTextBytes(text.size()));
   EXPECT_LT(MostReportTreeBytes(text), MostReportTextBytes(text.size()) + 100'000);
 }
 
-TEST_F(ReportTree, WithinTheLimitIsReadAndOneByteBeyondItIsNot) {
+TEST_F(MostReportTreeBytesTest, ReportAtTheLimitIsReadAndALargerOneIsNot) {
   for (const std::string& text :
        {Report(Row("a", "02:00:00", Energy("1"))),
         Report(Row("a", "02:00:00", Energy("1") + std::string(1'000'000, ' '))),
@@ -141,8 +136,8 @@ TEST_F(ReportTree, WithinTheLimitIsReadAndOneByteBeyondItIsNot) {
   }
 }
 
-// The length alone decides before anything is read: a file of zeros takes no room on the disk.
-TEST_F(ReportTree, OfAFileThatIsTooLongIsNotEvenBegun) {
+// The length is checked before anything is read. The sparse file takes no room on the disk.
+TEST_F(MostReportTreeBytesTest, FileAboveTheLimitIsNotRead) {
   const ScratchFolder folder;
   const std::filesystem::path path = folder.File("report.xml");
   WriteBytes(path, Report(Row("a", "02:00:00", Energy("1"))));

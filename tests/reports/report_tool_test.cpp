@@ -16,7 +16,7 @@ struct Case {
   const wchar_t* text;
 };
 
-TEST(ToolFailureText, HasAsManyCharactersAsTheStatusSays) {
+TEST(ToolFailureText, HasAsManyCharactersAsTheStatus) {
   const Case cases[] = {
       {1, L"E"},
       {5, L"Error"},
@@ -30,7 +30,7 @@ TEST(ToolFailureText, HasAsManyCharactersAsTheStatusSays) {
   }
 }
 
-TEST(ToolFailureText, OfTheEnergyReportNamesItsOwnFile) {
+TEST(ToolFailureText, ContainsTheFileOfTheEnergyReport) {
   const Case cases[] = {
       {1, L"E"},
       {5, L"Error"},
@@ -43,14 +43,14 @@ TEST(ToolFailureText, OfTheEnergyReportNamesItsOwnFile) {
   }
 }
 
-TEST(ToolFailureText, IsTheWholeLiteralAtItsLength) {
+TEST(ToolFailureText, IsTheWholeTextAtItsLength) {
   EXPECT_EQ(ToolFailureText(kPowerReportFailure, 50),
             L"Error %d returned by System() call to Powerlog.xml");
   EXPECT_EQ(ToolFailureText(kEnergyReportFailure, 54),
             L"Error %d returned by System() call to EnergyReport.xml");
 }
 
-TEST(ToolFailureText, IsNeverLongerThanTheLiteral) {
+TEST(ToolFailureText, IsNeverLongerThanTheText) {
   for (const int status : {51, 255, 9009, std::numeric_limits<int>::max()}) {
     EXPECT_EQ(ToolFailureText(kPowerReportFailure, status),
               L"Error %d returned by System() call to Powerlog.xml")
@@ -63,7 +63,7 @@ TEST(ToolFailureText, IsNeverLongerThanTheLiteral) {
   }
 }
 
-TEST(ToolFailureText, OfANegativeStatusIsAnErrorOfLength) {
+TEST(ToolFailureText, ThrowsLengthErrorForANegativeStatus) {
   for (const int status : {-1, std::numeric_limits<int>::min()}) {
     EXPECT_THROW(ToolFailureText(kPowerReportFailure, status), std::length_error) << status;
     EXPECT_THROW(ToolFailureText(kEnergyReportFailure, status), std::length_error) << status;

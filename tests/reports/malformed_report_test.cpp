@@ -1,27 +1,21 @@
 #include <algorithm>
 
+#include "base/text_builders.h"
 #include "reports/report_reader.h"
 
-// Reports that somebody else has put in the place of the tool's.
+// Malformed and very large reports: every program of the user can replace the report of the tool.
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 using namespace TestSupport;
 
 namespace {
 
-using HostileReport = ReportReader;
+using ReadPowerReportTest = ReportReader;
 
 const std::string kRow = Row("a", "02:00:00", Energy("1"));
 constexpr char kOneRow[] = "a||2026-11-14:02:00:00|1\n";
 
-std::string Repeated(std::string_view part, std::size_t count) {
-  std::string text;
-  text.reserve(part.size() * count);
-  for (std::size_t i = 0; i < count; ++i) text += part;
-  return text;
-}
-
-/// Each byte of an ASCII text in a unit of its own.
+/// An ASCII text in a wider encoding: each byte with zeros before and after it.
 std::string Units(const std::string& ascii, std::size_t before, std::size_t after) {
   std::string text;
   for (const char c : ascii) text += std::string(before, '\0') + c + std::string(after, '\0');
@@ -30,7 +24,7 @@ std::string Units(const std::string& ascii, std::size_t before, std::size_t afte
 
 }  // namespace
 
-TEST_F(HostileReport, ThatDoesNotParseHasNoRows) {
+TEST_F(ReadPowerReportTest, MalformedReportHasNoRows) {
   for (const std::string& text :
        {std::string(), std::string("   "), std::string("text"), std::string("<!-- only -->"),
         "<Report>" + kRow, "<Report>" + kRow + "</Other>", Report(kRow) + "<", kRow.substr(1),
@@ -42,16 +36,16 @@ TEST_F(HostileReport, ThatDoesNotParseHasNoRows) {
   }
 }
 
-TEST_F(HostileReport, MayBeEmpty) {
+TEST_F(ReadPowerReportTest, EmptyReportHasNoRows) {
   Read("<Report/>");
   EXPECT_EQ(Rows(), "");
   Read("<Report></Report>");
   EXPECT_EQ(Rows(), "");
 }
 
-TEST_F(HostileReport, IsReadInEveryEncodingThatTheParserTells) {
+TEST_F(ReadPowerReportTest, ReadsEveryEncodingThatTheParserDetects) {
   const std::string text = Report(kRow);
-  int readings = 0;  // each adds its energy to the row
+  int readings = 0;  // each adds its energy to the one row
   for (const std::string& bytes :
        {"\xEF\xBB\xBF" + text, "\xFF\xFE" + Units(text, 0, 1), Units(text, 0, 1),
         "\xFE\xFF" + Units(text, 1, 0), Units(text, 1, 0),
@@ -62,7 +56,7 @@ TEST_F(HostileReport, IsReadInEveryEncodingThatTheParserTells) {
   }
 }
 
-TEST_F(HostileReport, MayNestAMillionDeep) {
+TEST_F(ReadPowerReportTest, AcceptsNestingOfAMillionLevels) {
   constexpr std::size_t kDepth = 1'000'000;
   Read(Repeated("<a>", kDepth));
   EXPECT_EQ(Rows(), "");
@@ -70,12 +64,12 @@ TEST_F(HostileReport, MayNestAMillionDeep) {
   EXPECT_EQ(Rows(), kOneRow);
 }
 
-TEST_F(HostileReport, MayHaveAMillionAttributes) {
+TEST_F(ReadPowerReportTest, AcceptsAMillionAttributes) {
   Read(Report("<Row " + Repeated("x='' ", 1'000'000) + kRow.substr(5)));
   EXPECT_EQ(Rows(), kOneRow);
 }
 
-TEST_F(HostileReport, MayHaveNamesAndTimesOfAnyLength) {
+TEST_F(ReadPowerReportTest, AcceptsNamesAndTimesOfManyMegabytes) {
   const std::string name(5'000'000, 'n');
   Read(Report("<Row AppId='" + name + "' TimeStamp='2026-11-14:02:00:00'/>" +
               "<Row AppId='b' TimeStamp='2026-11-14:02:00:00" + std::string(5'000'000, '0') +
@@ -87,19 +81,19 @@ TEST_F(HostileReport, MayHaveNamesAndTimesOfAnyLength) {
   EXPECT_EQ(log.Records().back().TotalEnergy, 2147483647);
 }
 
-TEST_F(HostileReport, KnowsNoEntitiesOfItsOwn) {
+TEST_F(ReadPowerReportTest, DoesNotResolveCustomEntities) {
   Read("<!DOCTYPE r [<!ENTITY x SYSTEM \"file:///etc/passwd\"><!ENTITY y \"&x;&x;\">]>" +
        Report(Row("&y;", "02:00:00", Energy("1"))));
   EXPECT_EQ(Rows(), "&y;||2026-11-14:02:00:00|1\n");
 }
 
-TEST_F(HostileReport, NameEndsAtAZeroThatIsSpelledOut) {
+TEST_F(ReadPowerReportTest, EndsANameAtAnEscapedZero) {
   Read(Report(Row("Unknown&#0;x", "02:00:00", Energy("1")) +
               Row("a&#0;b", "02:00:00", Energy("1"))));
   EXPECT_EQ(Rows(), kOneRow);
 }
 
-TEST_F(HostileReport, ThatIsNotThereHasNoRows) {
+TEST_F(ReadPowerReportTest, MissingReportHasNoRows) {
   const ScratchFolder folder;
   DisplayNames names("", packages, [](const std::string&) { return ""; });
   const ReportingPeriod period(At("2026-11-14:10:30:15"), 30);
@@ -108,8 +102,9 @@ TEST_F(HostileReport, ThatIsNotThereHasNoRows) {
   EXPECT_TRUE(log.Records().empty());
 }
 
-// The parser takes the zeros of a hole for the end. The text is in the parser's own characters.
-TEST_F(HostileReport, MayBeAsLongAsItsTextAndACopyFit) {
+// The file is extended with zeros, which the parser treats as the end. Its text is in the parser's
+// own characters.
+TEST_F(ReadPowerReportTest, AcceptsAFileWhoseTextAndCopyFitTheLimit) {
   const std::string text = Report(kRow);
   const std::wstring wide(text.begin(), text.end());
   const ScratchFolder folder;
@@ -129,14 +124,14 @@ TEST_F(HostileReport, MayBeAsLongAsItsTextAndACopyFit) {
   EXPECT_EQ(Rows(), kOneRow);
 }
 
-TEST_F(HostileReport, RowWithANameThatNoStoreHoldsIsLeftOutAndTheOthersStay) {
+TEST_F(ReadPowerReportTest, OmitsARowWithANameThatIsTooLongForTheStore) {
   Read(Report(Row("a", "02:00:00", Energy("1")) +
               Row(std::string(16U * 1024 * 1024, 'n'), "03:00:00", Energy("20")) +
               Row("b", "01:00:00", "")));
   EXPECT_EQ(Rows(), "a||2026-11-14:02:00:00|1\nb||2026-11-14:01:00:00|20\n");
 }
 
-TEST_F(HostileReport, TimeAfterAnyNumberOfBlanksIsRead) {
+TEST_F(ReadPowerReportTest, ReadsATimeAfterMegabytesOfBlanks) {
   Read(Report("<Row AppId='a' TimeStamp='" + std::string(5'000'000, ' ') + "2026-11-14:02:00:00'>" +
               Energy("1") + "</Row>"));
   EXPECT_EQ(Rows(), kOneRow);

@@ -29,12 +29,12 @@ class AppEnergy:
         return self._store.text
 
     def files(self):
-        """Names of what lies in the data folder."""
-        there = {"Powerlog.json": self._store.text, "Powerlog.xml": self._store.report}
-        return [name for name, content in there.items() if content is not None]
+        """The names of the files of application energy in the data folder."""
+        files = {"Powerlog.json": self._store.text, "Powerlog.xml": self._store.report}
+        return [name for name, content in files.items() if content is not None]
 
     def answer(self, now, days, found):
-        """The text for so many days; equal shares are in the order of `found` if that is one."""
+        """The text for `days` days. Equal shares are in the order of `found` if that is valid."""
         if self._store.text is None:
             return NO_ANSWER
         result = ranking(
@@ -45,6 +45,6 @@ class AppEnergy:
         return result.in_the_order_of(found)
 
     def icons(self):
-        """The files that the answers so far have left in the icon folder: by name the path of the
-        logo that each is a copy of, None for the icon of a program."""
+        """The files that the answers so far have left in the icon folder, by name: the path of the
+        logo that the file is a copy of, or None for the icon of a program."""
         return self._icons

@@ -1,4 +1,4 @@
-"""A small machine for the hand-worked cases of application energy."""
+"""A small set of installed applications for the cases that were computed by hand."""
 
 import calendar as utc
 
@@ -9,7 +9,7 @@ from time_stamps import TimeStamps
 PREFIX = "\\Device\\HarddiskVolume1"
 UTC = LocalCalendar("UTC")
 STAMPS = TimeStamps(UTC)
-# Rows as in the notebook's lists.
+# Rows in the format of the notebook's lists.
 DESKTOP = [
     ["Program Files\\Oak\\oak.exe", "Oak", "1.0", "Oak", "1", "here"],
     ["Program Files\\Oak\\sync.exe", "Oak", "1.0", "", "none", "here"],

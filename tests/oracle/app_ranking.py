@@ -1,4 +1,4 @@
-"""The answer of command 2, worked out from the store's text."""
+"""The answer of command 2, computed from the text of the store."""
 
 import math
 from dataclasses import dataclass
@@ -13,7 +13,7 @@ MOST_ENTRIES = 20
 
 
 def decoded(text):
-    """What a client gets of bytes that should be UTF-8: U+FFFD for what is not; bytes again."""
+    """The bytes that a client receives: invalid UTF-8 is replaced by U+FFFD."""
     return text.encode("latin-1").decode("utf-8", "replace").encode("utf-8").decode("latin-1")
 
 
@@ -21,17 +21,17 @@ def decoded(text):
 class Entry:
     name: str
     icon: str = ""
-    logo: Optional[str] = None  # what the icon is a copy of
-    value: float = -0.0  # to which any first share adds up unchanged
+    logo: Optional[str] = None  # the file that the icon is a copy of
+    value: float = -0.0  # adding the first share to -0.0 does not change it
 
     def text(self):
-        """Up to the number and without it where that is none: there the writer stops."""
+        """The text of the entry. The writer stops before a value that is not finite."""
         start = decoded(f'{{"Name":{quoted(self.name)},"Icon":{quoted(self.icon)},"Value":')
         return start + written(self.value) + "}" if math.isfinite(self.value) else start
 
 
 def share(energy, total):
-    """Percent, in 32-bit steps."""
+    """A share in percent, each step rounded to a 32-bit float."""
     part = single(single_of_integer(energy) * 100.0)
     whole = single_of_integer(total)
     if whole != 0.0:
@@ -41,17 +41,17 @@ def share(energy, total):
 
 class Ranking:
     def __init__(self, entries):
-        """In falling order; what is no number goes last."""
+        """Sorts by descending value, NaN last."""
         self._entries = sorted(
             entries, key=lambda e: (math.isnan(e.value), -e.value if e.value == e.value else 0.0)
         )
 
     def icons(self):
-        """Name and logo of all entries with an icon: it is made before the ranking is cut."""
+        """Name and logo of all entries with an icon. Icons are made before the ranking is cut."""
         return [(entry.name, entry.logo) for entry in self._entries if entry.icon]
 
     def expected(self):
-        """The answer, with equal shares in one of their orders."""
+        """The answer, with equal shares in any order."""
         text = "["
         for number, entry in enumerate(self._entries[:MOST_ENTRIES]):
             text += ("," if number else "") + entry.text()
@@ -60,7 +60,7 @@ class Ranking:
         return text + "]"
 
     def in_the_order_of(self, text):
-        """The answer, with equal shares in the order that `text` has them in where it can be one."""
+        """The answer, with equal shares in the order of `text` if that is possible."""
         left, position = list(self._entries), 1
         ordered = []
         while left and len(ordered) < MOST_ENTRIES:
@@ -76,7 +76,7 @@ class Ranking:
 def ranking(calendar, stamps, apps, store_text, now, days, directory):
     cutoff = cutoff_instant(calendar, now, days)
     rows = [e for e in elements(store_text) if _counts(stamps, e, cutoff)]
-    # Deliberate: the total reads 32 bits of an energy and a share all of it.
+    # Deliberate: the total reads 32 bits of an energy, a share reads all of it.
     total = sum(low_32_bits(row["TotalEnergy"]) for row in rows)
     entries = {}
     for row in rows:

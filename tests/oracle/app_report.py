@@ -1,4 +1,4 @@
-"""The rows of an energy report. Texts of the oracle's application part hold one character per byte."""
+"""The rows of an energy report. All texts of application energy hold one character per byte."""
 
 import re
 from dataclasses import dataclass
@@ -22,13 +22,13 @@ def byte_text(text):
 
 
 def leading_integer(text):
-    """The whole number that a text begins with, held within 32 bits; 0 where there is none."""
+    """The integer at the start of a text, limited to 32 bits; 0 without an integer."""
     found = re.match(r"[ \t\n\v\f\r]*([+-]?[0-9]+)", text)
     return max(SMALLEST_32, min(LARGEST_32, int(found.group(1)))) if found else 0
 
 
 class _RowCollector:
-    """Takes the parser's events: rows are children of the root, an energy is a child of a row."""
+    """Collects the parser's events: rows are children of the root, energy is a child of a row."""
 
     def __init__(self):
         self.rows = []
@@ -52,10 +52,10 @@ class _RowCollector:
 
 
 def rows_of_report(data):
-    """The rows in document order; none of a report that is no XML."""
+    """The rows in document order; no rows for malformed XML."""
     encoding = "utf-16" if data[:2] in (b"\xff\xfe", b"\xfe\xff") else "utf-8-sig"
     collector = _RowCollector()
-    parser = expat.ParserCreate("utf-8")  # told to it: what the document says no longer counts
+    parser = expat.ParserCreate("utf-8")  # overrides the encoding that the document declares
     parser.StartElementHandler = collector.start
     parser.EndElementHandler = collector.end
     try:

@@ -36,7 +36,7 @@ def cutoff_instant(calendar, now, days):
 
 
 class AppStore:
-    """The store's file and the tool's report, as they lie in the data folder."""
+    """The store and the tool's report in the data folder; None for a file that does not exist."""
 
     def __init__(self, calendar, stamps):
         self._calendar = calendar
@@ -45,7 +45,7 @@ class AppStore:
         self.text = None
 
     def run_pass(self, apps, now, report, status):
-        """`report` is what the tool wrote in this pass, or None; `status` is how it ended."""
+        """`report` is the file that the tool wrote in this pass, or None; `status` its exit status."""
         if report is not None:
             self.report = report
         if status != 0:
@@ -68,7 +68,7 @@ class AppStore:
             if row.energy is not None:
                 carried = row.energy
             if (row.app_id, instant) not in records:
-                # Deliberate: without an energy of its own a row takes that of the one before it.
+                # Deliberate: a row without an energy repeats that of the preceding row.
                 name = apps.display_name(row.app_id)
                 records[row.app_id, instant] = Record(row.app_id, name, time, carried)
             elif row.energy is not None:

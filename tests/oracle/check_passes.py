@@ -1,10 +1,10 @@
-"""Takes the ledger through passes, restarts and processes that end in the middle of a pass, on data
-folders that a seed chooses, and compares with the oracle byte by byte: the ledger file after each
-pass, the files in the folder after each process, and the lines of the log.
+"""Runs passes of the ledger on random data folders, with restarts and with processes that end in the
+middle of a pass, and compares with the oracle byte by byte: the ledger file after each pass, the files
+in the folder after each process, and the lines of the log.
 
 check_passes.py --zone ZONE --work FOLDER --probe LEDGER_PASS_PROBE_EXE [--seed SEED] EMULATOR...
 
-EMULATOR is the command that runs a Windows program. The samples' blobs are left unprotected.
+EMULATOR is the command that runs a Windows program. The samples are not encrypted.
 """
 
 import argparse
@@ -38,7 +38,7 @@ def expect(what, expected, found):
 
 
 class Collector:
-    """Days of samples, as irregular as a real one: gaps, one sample, midnight, other types, no power."""
+    """Random days with gaps, single samples, samples at midnight, other types and missing power."""
 
     def __init__(self, seed):
         self._random = random.Random(seed)
@@ -50,7 +50,7 @@ class Collector:
                 self._write_day(following(last, -back))
 
     def append_to(self, date):
-        """As through a day: some more samples at its end."""
+        """Adds some samples at the end of a day."""
         old = self.days.get(date, [])
         start = old[-1]["SampleTime"][11:] if old else "08:00:00"
         seconds = sum(int(part) * unit for part, unit in zip(start.split(":"), (3600, 60, 1)))
@@ -145,7 +145,7 @@ def windows_path(path):
 
 
 class Scene:
-    """The oracle and the library side by side."""
+    """One seed: the oracle and the library with the same data."""
 
     def __init__(self, options, seed):
         self._random = random.Random(f"passes {seed} {options.zone}")
@@ -162,12 +162,12 @@ class Scene:
         self._most_booked = 0
         self.ended = {"before the save": 0, "within the save": 0, "after the save": 0}
 
-    def play(self):
+    def run(self):
         self._whole_process(passes=1 + self._random.randrange(2), first=True)
         for _ in range(3):
             self._ended_process()
             self._whole_process(passes=1 + self._random.randrange(3))
-        # Not at the end: a ledger that was cut in its save loses the days whose samples are gone.
+        # The most at any time, since a ledger that was cut while it was saved loses old days.
         if self._most_booked < 5:
             raise Difference(f"only {self._most_booked} days had energy: no samples were read")
 
@@ -176,7 +176,7 @@ class Scene:
         self._library.write_samples(self._collector, self._deleted)
 
     def _next_day(self):
-        """Time goes on, now and then by a week or back; old days come in late."""
+        """The next date, sometimes a week later or a day earlier. Old days may get late samples."""
         self._date = following(self._date, self._random.choice([0, 1, 1, 2, 7, -1]))
         self._collector.append_to(self._date)
         if self._random.random() < 0.5:
@@ -225,7 +225,7 @@ class Scene:
         return [f"Date:{date}"] + [start + file_name(read) for read in self._folder.dates_read]
 
     def _ended_process(self):
-        """A process that ends at some call of its only pass, or just beyond it."""
+        """A process that ends at a random call of its only pass, or right after the pass."""
         self._next_day()
         self._show_samples()
         text, now = self._moment()
@@ -250,14 +250,14 @@ class Scene:
         return f"end-after-save={self._random.choice([0, 1, 2, 3, 4, 6, 9, 12, 20])}"
 
     def _deleted_of(self, to_delete):
-        """The first few of them, in their order; all other samples are there."""
-        there = set(self._library.names())
-        deleted = [date for date in to_delete if file_name(date) not in there]
+        """The dates whose files were deleted, which must be the first ones of `to_delete`."""
+        names = set(self._library.names())
+        deleted = [date for date in to_delete if file_name(date) not in names]
         expect("the order of deletion", to_delete[: len(deleted)], deleted)
         return deleted
 
     def _ledger_left(self, old, new, deleted):
-        """The ledger that the ended process left: the old one, a cut one or the new one."""
+        """The ledger that the ended process left: the old one, a truncated one or the new one."""
         found = self._library.ledger_text()
         if found == new:
             self.ended["after the save"] += 1
@@ -266,7 +266,7 @@ class Scene:
         if found == old:
             self.ended["before the save"] += 1
         else:
-            expect("a cut ledger", new[: len(found)], found)
+            expect("a truncated ledger", new[: len(found)], found)
             self.ended["within the save"] += 1
         return found
 
@@ -287,7 +287,7 @@ def main():
     for seed in SEEDS if options.seed is None else [options.seed]:
         scene = Scene(options, seed)
         try:
-            scene.play()
+            scene.run()
             print(f"seed {seed}: agrees; ended {scene.ended}", flush=True)
         except Difference as difference:
             failures += 1

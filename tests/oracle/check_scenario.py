@@ -1,6 +1,6 @@
-"""Takes the service through scenarios on the simulated notebook and compares all it shows with what
-the oracle works out: the files of the data folder, the texts of the commands and the icons, byte by
-byte (of a program's icon: that it is there).
+"""Runs the service through scenarios on the simulated notebook and compares its results with those of
+the oracle, byte by byte: the files of the data folder, the texts of the commands and the icons. Of the
+icon of a program it checks only that the file exists and is a PNG file.
 
 check_scenario.py --zone ZONE --build BUILD_FOLDER --program ORACLE_SCENARIO_EXE
                   [--seed SEED] EMULATOR...
@@ -51,7 +51,7 @@ class Notebook:
         self._program = f"C:\\{HOME}\\{options.program.name}".replace("/", "\\")
 
     def begin(self, scenario):
-        """Empties the data folder; the new folder for what the scenario's processes write."""
+        """Empties the data folder and returns a new folder for the output of the processes."""
         output = self._work / f"seed{scenario.seed}"
         shutil.rmtree(output, ignore_errors=True)
         output.mkdir(parents=True)
@@ -135,7 +135,7 @@ def names_in(folder, app_energy):
 
 @dataclass
 class Scene:
-    """What the oracle keeps through a scenario, and what it has seen through all of them."""
+    """The oracle's state in one scenario, and the cases that occurred in all scenarios."""
 
     calendar: LocalCalendar
     folder: DataFolder
@@ -145,7 +145,7 @@ class Scene:
 
 
 def check(zone, scenario, notebook, samples_seen, reports_seen):
-    """Raises Difference at the first one; returns how many texts agree."""
+    """Returns the number of equal texts; throws Difference at the first other one."""
     calendar = LocalCalendar(zone)
     app_energy = AppEnergy(calendar, icon_folder(), scenario.address)
     scene = Scene(calendar, DataFolder(), app_energy, samples_seen, reports_seen)
@@ -162,18 +162,18 @@ def check(zone, scenario, notebook, samples_seen, reports_seen):
 
 
 def compare_icons(expected, notebook):
-    """`expected` holds by name the path of the logo that an icon is a copy of, or None."""
+    """`expected` maps the name of an icon to the logo that it is a copy of, or to None."""
     found = notebook.icons()
     expect("icons", sorted(expected), sorted(found))
     for name, logo in expected.items():
         if not found[name].startswith(PNG_START):
-            raise Difference(f"{name} is no PNG file")
+            raise Difference(f"{name} is not a PNG file")
         if logo is not None and found[name] != notebook.read_file(logo):
-            raise Difference(f"{name} is no copy of {logo}")
+            raise Difference(f"{name} is not a copy of {logo}")
 
 
 def compare(scene, process, output):
-    """The passes of one process, which begins with an empty ledger in memory."""
+    """Compares the passes of one process, which starts with an empty ledger in memory."""
     ledger = Ledger()
     texts = 0
     scene.app_energy.begin_process(written(output, "device.txt"))
@@ -194,7 +194,7 @@ def compare(scene, process, output):
 
 
 def compare_app_energy(scene, one, files):
-    """The store after a pass, and the rankings that are made of it."""
+    """Compares the store after a pass, and the rankings of that store."""
     report = files.read_bytes("report.xml")
     scene.reports_seen.add_pass(one.tool, report, scene.app_energy.store_text())
     scene.app_energy.run_pass(one.now, report, int(one.tool.status))
@@ -208,14 +208,14 @@ def compare_app_energy(scene, one, files):
 
 
 class PassFiles:
-    """What the scenario program wrote about one pass."""
+    """The files that the scenario program wrote about one pass."""
 
     def __init__(self, output, number):
         self.agreed = 0
         self._start = output / f"pass{number}-"
 
     def read_bytes(self, name):
-        """None where there is no such file."""
+        """The content of a file, or None if it does not exist."""
         path = self._path(name)
         return path.read_bytes() if path.exists() else None
 
@@ -234,7 +234,7 @@ class PassFiles:
 
 
 def expect_something(folder):
-    """A comparison of nothing but zeros would prove nothing."""
+    """Fails if almost all values are zero: their comparison would prove nothing."""
     booked = [row for row in json.loads(folder.ledger_text) if row["Value"] > 0]
     if len(booked) < 5:
         raise Difference(f"only {len(booked)} days have energy: the samples were not read")

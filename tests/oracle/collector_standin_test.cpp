@@ -24,6 +24,7 @@ namespace {
 namespace fs = std::filesystem;
 using TestSupport::ReadWholeFile;
 using TestSupport::TempFolder;
+using Zq::Gantry::Platform::UniqueLocalBlock;
 using Zq::Gantry::Platform::UniqueModule;
 using Zq::Gantry::Server::Services::Wattleaf::CreateDirectoryTree;
 using Zq::Gantry::Server::Services::Wattleaf::DataCollector;
@@ -33,35 +34,35 @@ constexpr long long kFridayNoon = 1'778'846'400;  // 2026-05-15 12:00:00 UTC
 constexpr long long kDaySeconds = 86400;
 constexpr long long kPeriodSeconds = 300;
 
-int callbackCalls = 0;
-int callbackItems = 0;
+int g_callbackCalls = 0;
+int g_callbackItems = 0;
 
 void CountItems(const char**, int count) {
-  ++callbackCalls;
-  callbackItems += count;
+  ++g_callbackCalls;
+  g_callbackItems += count;
 }
 
-/// The stand-in in a data folder that holds nothing of the collector, before and after.
+/// The stand-in of the collector. The data folder has no sample files before and after a test.
 class CollectorStandin : public testing::Test {
  protected:
   CollectorStandin() {
     EXPECT_TRUE(CreateDirectoryTree(kDataFolder));
     RemoveSamples();
-    Tell(L"STATUS", L"1");
-    Tell(L"DAYS", L"6");
-    Tell(L"SEED", L"3");
-    Tell(L"PERIOD", std::to_wstring(kPeriodSeconds));
-    Tell(L"NOW", std::to_wstring(kFridayNoon));
-    Tell(L"TRUTH", TruthPath());
-    callbackCalls = 0;
-    callbackItems = 0;
+    Set(L"STATUS", L"1");
+    Set(L"DAYS", L"6");
+    Set(L"SEED", L"3");
+    Set(L"PERIOD", std::to_wstring(kPeriodSeconds));
+    Set(L"NOW", std::to_wstring(kFridayNoon));
+    Set(L"TRUTH", TruthPath());
+    g_callbackCalls = 0;
+    g_callbackItems = 0;
   }
   ~CollectorStandin() override {
     RemoveSamples();
-    for (const wchar_t* name : {L"FAILURE", L"CALLS"}) Tell(name, L"");
+    for (const wchar_t* name : {L"FAILURE", L"CALLS"}) Set(name, L"");
   }
 
-  static void Tell(const std::wstring& name, const std::wstring& value) {
+  static void Set(const std::wstring& name, const std::wstring& value) {
     SetEnvironmentVariableW((L"WATTLEAF_COLLECTOR_" + name).c_str(), value.c_str());
   }
   std::wstring TruthPath() const { return folder_.File(L"truth.json"); }
@@ -99,8 +100,8 @@ class CollectorStandin : public testing::Test {
   UniqueModule module_{LoadLibraryW(L"TelemetryZQXWrapper.dll")};
 };
 
-/// What stands in a file below Base64 and data protection.
-std::string OpenSampleFile(const std::wstring& path) {
+/// The content of a sample file without Base64 and encryption.
+std::string DecryptSampleFile(const std::wstring& path) {
   const std::string text = ReadWholeFile(path);
   const auto chars = static_cast<DWORD>(text.size());
   DWORD size = 0;
@@ -115,45 +116,44 @@ std::string OpenSampleFile(const std::wstring& path) {
                           &out)) {
     return {};
   }
-  std::string opened(reinterpret_cast<const char*>(out.pbData), out.cbData);
-  LocalFree(out.pbData);
-  return opened;
+  const UniqueLocalBlock owner(out.pbData);
+  return {reinterpret_cast<const char*>(out.pbData), out.cbData};
 }
 
-TEST_F(CollectorStandin, GivesTheStatusThatItIsTold) {
+TEST_F(CollectorStandin, ReturnsTheRequestedStatus) {
   for (const int status : {-1, 0, 7}) {
-    Tell(L"STATUS", std::to_wstring(status));
+    Set(L"STATUS", std::to_wstring(status));
     EXPECT_EQ(Create()->StartCollecting({0}).at(0), status);
   }
   EXPECT_TRUE(SampleFiles().empty());
 }
 
-TEST_F(CollectorStandin, CanLeaveTheStatusOut) {
-  Tell(L"STATUS", L"missing");
+TEST_F(CollectorStandin, CanOmitTheStatus) {
+  Set(L"STATUS", L"missing");
   EXPECT_TRUE(Create()->StartCollecting({0}).empty());
 }
 
-TEST_F(CollectorStandin, CanRefuseToLoad) {
+TEST_F(CollectorStandin, CanFailToLoad) {
   EXPECT_TRUE(Create()->OnLoad());
-  Tell(L"STATUS", L"onload-false");
+  Set(L"STATUS", L"onload-false");
   EXPECT_FALSE(Create()->OnLoad());
 }
 
-TEST_F(CollectorStandin, ThrowsInTheNamedCallOnly) {
-  Tell(L"FAILURE", L"start standard");
+TEST_F(CollectorStandin, ThrowsOnlyInTheNamedCall) {
+  Set(L"FAILURE", L"start standard");
   EXPECT_TRUE(Create()->OnLoad());
   EXPECT_THROW(Create()->StartCollecting({0}), std::runtime_error);
-  Tell(L"FAILURE", L"load other");
+  Set(L"FAILURE", L"load other");
   EXPECT_THROW(Create()->OnLoad(), int);
-  Tell(L"FAILURE", L"create standard");
+  Set(L"FAILURE", L"create standard");
   EXPECT_THROW(Create(), std::runtime_error);
 }
 
-TEST_F(CollectorStandin, RecordsEachCallAndItsOwnUnloading) {
+TEST_F(CollectorStandin, RecordsEachCallAndItsUnloading) {
   const TempFolder records;
   const std::wstring path = records.File(L"calls.txt");
-  Tell(L"CALLS", path);
-  Tell(L"STATUS", L"0");
+  Set(L"CALLS", path);
+  Set(L"STATUS", L"0");
   {
     const auto collector = Create();
     collector->OnLoad();
@@ -165,49 +165,49 @@ TEST_F(CollectorStandin, RecordsEachCallAndItsOwnUnloading) {
   EXPECT_EQ(ReadWholeFile(path), "create\nload\ncallback\nstart\nstop\ndestroy\nunload\n");
 }
 
-TEST_F(CollectorStandin, WritesDaysCallsBackOnceAndLeavesTheTruthBeside) {
+TEST_F(CollectorStandin, WritesDaysAndTheTruthFileAndCallsBackOnce) {
   const auto collector = Create();
   collector->SetDataCallback(&CountItems);
   EXPECT_EQ(collector->StartCollecting({0}).at(0), 1);
 
-  EXPECT_EQ(callbackCalls, 1);
-  EXPECT_EQ(callbackItems, 1);
+  EXPECT_EQ(g_callbackCalls, 1);
+  EXPECT_EQ(g_callbackItems, 1);
   EXPECT_GE(SampleFiles().size(), 3U);
   EXPECT_LE(SampleFiles().size(), 6U);
   EXPECT_EQ(*SampleFiles().rbegin(), L"PcmSampleData_2026-05-15.json");
   EXPECT_TRUE(ReadWholeFile(TruthPath()).starts_with("{\"days\":[{\"date\":\"2026-05-1"));
 }
 
-TEST_F(CollectorStandin, WritesTextOfTwoBytesACharacterInsideTheProtection) {
+TEST_F(CollectorStandin, EncryptsTextInUtf16) {
   Create()->StartCollecting({0});
-  const std::string opened = OpenSampleFile(SamplePath(L"2026-05-15"));
-  ASSERT_EQ(opened.size() % 2, 0U);
+  const std::string content = DecryptSampleFile(SamplePath(L"2026-05-15"));
+  ASSERT_EQ(content.size() % 2, 0U);
   std::string text;
-  for (std::size_t i = 0; i < opened.size(); i += 2) {
-    EXPECT_EQ(opened[i + 1], '\0');
-    text += opened[i];
+  for (std::size_t i = 0; i < content.size(); i += 2) {
+    EXPECT_EQ(content[i + 1], '\0');
+    text += content[i];
   }
   EXPECT_TRUE(text.starts_with("[{\"TelemetryType\":\"P")) << text.substr(0, 40);
   EXPECT_TRUE(text.ends_with("}]"));
-  // Friday noon is now: nothing later is there yet.
+  // Friday noon is the present time, so there are no later samples.
   EXPECT_NE(text.find("T11:"), std::string::npos);
   EXPECT_EQ(text.find("T12:3"), std::string::npos);
 }
 
-/// The first seed with a day before yesterday, 2026-05-13, that is as wanted.
-template <typename IsWanted>
-std::uint64_t SeedWithDay(IsWanted isWanted) {
+/// The first seed for which `matches` returns true for the day before yesterday, 2026-05-13.
+template <typename Matches>
+std::uint64_t SeedWithDay(Matches matches) {
   constexpr std::int64_t kDayNumber = kFridayNoon / kDaySeconds - 2;
   for (std::uint64_t seed = 1; seed < 10'000; ++seed) {
-    if (isWanted(Standin::MakeDay({seed, kPeriodSeconds}, {kDayNumber, kDaySeconds}))) return seed;
+    if (matches(Standin::MakeDay({seed, kPeriodSeconds}, {kDayNumber, kDaySeconds}))) return seed;
   }
   throw std::logic_error("no seed has such a day");
 }
 
-/// The times in the text of a file, in its order.
-std::vector<std::string> SampleTimes(const std::string& opened) {
+/// The times of the samples in the content of a file, in order.
+std::vector<std::string> SampleTimes(const std::string& content) {
   std::string text;
-  for (std::size_t i = 0; i < opened.size(); i += 2) text += opened[i];
+  for (std::size_t i = 0; i < content.size(); i += 2) text += content[i];
   const std::string name = "\"SampleTime\":\"";
   std::vector<std::string> times;
   for (auto at = text.find(name); at != std::string::npos; at = text.find(name, at + 1)) {
@@ -216,27 +216,27 @@ std::vector<std::string> SampleTimes(const std::string& opened) {
   return times;
 }
 
-TEST_F(CollectorStandin, DayOnWhichNothingIsMeasuredIsAFileOfAnEmptyArray) {
-  Tell(L"SEED", std::to_wstring(SeedWithDay([](const auto& day) { return day && day->empty(); })));
+TEST_F(CollectorStandin, WritesAnEmptyArrayForADayWithoutSamples) {
+  Set(L"SEED", std::to_wstring(SeedWithDay([](const auto& day) { return day && day->empty(); })));
   Create()->StartCollecting({0});
-  EXPECT_EQ(OpenSampleFile(SamplePath(L"2026-05-13")), std::string("[\0]\0", 4));
+  EXPECT_EQ(DecryptSampleFile(SamplePath(L"2026-05-13")), std::string("[\0]\0", 4));
   EXPECT_NE(ReadWholeFile(TruthPath()).find("{\"date\":\"2026-05-13\",\"samples\":[]}"),
             std::string::npos);
 }
 
-TEST_F(CollectorStandin, DayOfSleepHasNoFile) {
-  Tell(L"SEED", std::to_wstring(SeedWithDay([](const auto& day) { return !day; })));
+TEST_F(CollectorStandin, WritesNoFileForADayOfSleep) {
+  Set(L"SEED", std::to_wstring(SeedWithDay([](const auto& day) { return !day; })));
   Create()->StartCollecting({0});
   EXPECT_FALSE(SampleFiles().empty());
   EXPECT_FALSE(SampleFiles().contains(L"PcmSampleData_2026-05-13.json"));
 }
 
-TEST_F(CollectorStandin, TimesGoBackOnceInTheFileOfADayOnWhichTheClockIsPutBack) {
-  Tell(L"SEED", std::to_wstring(SeedWithDay([](const auto& day) {
-         return day && !day->empty() && day->back().clockSeconds != 0;
-       })));
+TEST_F(CollectorStandin, WritesOneStepBackOnADayOnWhichTheClockIsPutBack) {
+  Set(L"SEED", std::to_wstring(SeedWithDay([](const auto& day) {
+        return day && !day->empty() && day->back().clockSeconds != 0;
+      })));
   Create()->StartCollecting({0});
-  const auto times = SampleTimes(OpenSampleFile(SamplePath(L"2026-05-13")));
+  const auto times = SampleTimes(DecryptSampleFile(SamplePath(L"2026-05-13")));
   int steps = 0;
   for (std::size_t i = 1; i < times.size(); ++i) {
     if (times[i] < times[i - 1]) ++steps;
@@ -245,7 +245,7 @@ TEST_F(CollectorStandin, TimesGoBackOnceInTheFileOfADayOnWhichTheClockIsPutBack)
   EXPECT_EQ(steps, 1);
 }
 
-TEST_F(CollectorStandin, AdvancingCompletesYesterdayAndLeavesDeletedFilesAlone) {
+TEST_F(CollectorStandin, CompletesOldDaysButNotDeletedFilesWhenAdvanced) {
   Create()->StartCollecting({0});
   const std::string half = ReadWholeFile(SamplePath(L"2026-05-15"));
   const std::wstring deleted = L"PcmSampleData_2026-05-13.json";

@@ -1,4 +1,4 @@
-"""Watt-hours of one day and of its hours, from the samples as the collector wrote them."""
+"""The energy of a day and of its hours in watt-hours, from the samples that the collector wrote."""
 
 from dataclasses import dataclass
 
@@ -14,7 +14,7 @@ DIVISOR = single(0.88)
 class Sample:
     kind: str
     time: str
-    power: float  # watts as 32-bit float; 0 where the sample has none
+    power: float  # watts as 32-bit float; 0 for a sample without a power
 
     @staticmethod
     def from_truth(element):
@@ -28,14 +28,14 @@ def _seconds_between(calendar, first, last):
 
 
 def _contribution(seconds, power):
-    """An interval's watt-hours; nothing for one that is empty, backwards or a gap."""
+    """The watt-hours of an interval; 0 for an empty or negative interval and for a gap."""
     if not 1 <= seconds <= LONGEST_INTERVAL_SECONDS:
         return 0.0
     return single(single(float(seconds) * power) / SECONDS_PER_HOUR)
 
 
 def energy_of_day(calendar, folder, day):
-    """`folder.samples(day)` gives a day's samples, none where there is no file."""
+    """`folder.samples(day)` returns the samples of a day, an empty list without a file."""
     samples = folder.samples(day)
     total = 0.0
 
@@ -57,13 +57,14 @@ def energy_of_day(calendar, folder, day):
         else:
             after = folder.samples(calendar.shift(day, 1))
             if after:
-                # Deliberate: the link forwards takes the power of the later sample.
+                # Deliberate: the link to the day after uses the power of the later sample.
                 add(sample.time, after[0].time, after[0].power)
     return booked(single(total / DIVISOR))
 
 
 def energy_by_hour(calendar, folder, day):
-    """No links to other days; an hour ends with the interval that leaves it."""
+    """The energy by hour, without links to other days. An interval across the full hour belongs to
+    the hour in which it starts."""
     samples = folder.samples(day)
     hours, total = {}, 0.0
     last_start = len(samples) - 2

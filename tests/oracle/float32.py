@@ -1,4 +1,4 @@
-"""32-bit float steps. A step is worked out as double and rounded: exact for + - * /."""
+"""32-bit float arithmetic. A step is computed in double and rounded, which is exact for + - * /."""
 
 import math
 import struct
@@ -7,7 +7,7 @@ LARGEST = struct.unpack(">f", bytes.fromhex("7f7fffff"))[0]
 
 
 def single(number):
-    """The nearest 32-bit float, widened; infinite beyond the largest."""
+    """The nearest 32-bit float as a double; infinite beyond the largest."""
     try:
         return struct.unpack("<f", struct.pack("<f", number))[0]
     except OverflowError:
@@ -15,13 +15,13 @@ def single(number):
 
 
 def booked(number):
-    """What enters a sum, the ledger or a series: a number that is not finite counts as nothing."""
+    """The value that enters a sum, the ledger or a series: 0 for a number that is not finite."""
     return number if math.isfinite(number) else 0.0
 
 
 def single_of_integer(number):
-    """The nearest 32-bit float of a whole number, ties to even: in one step, as a 64-bit number is
-    converted, and not by way of a double."""
+    """The nearest 32-bit float of an integer, ties to even. In one step, as a 64-bit integer is
+    converted; a conversion to double first would round twice."""
     magnitude = abs(number)
     shift = max(magnitude.bit_length() - 24, 0)
     significand, rest = magnitude >> shift, magnitude & ((1 << shift) - 1)

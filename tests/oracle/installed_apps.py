@@ -1,7 +1,7 @@
-"""What is installed on the simulated notebook, and which names and icons come of it.
+"""The applications of the simulated notebook, and their names and icons.
 
-Texts of this part of the oracle hold one character per byte (app_report.py), apart from the lists and
-the paths of files, which hold characters.
+Texts hold one character per byte as in app_report.py; the lists and the paths of files hold Unicode
+characters.
 """
 
 from pathlib import Path
@@ -10,8 +10,8 @@ DEVICE_START = "\\Device\\"
 PACKAGES = "C:\\Program Files\\WindowsApps\\"
 LISTS = Path(__file__).resolve().parents[2] / "standins" / "notebook"
 
-# The file that each kind of logo comes to, worked out by hand: the first name, in the order of the
-# directory, with the manifest's stem and ".scale-100" in it; or else with "44x44".
+# The file that is chosen for each kind of logo, determined by hand: the first name in the directory's
+# order that contains the manifest's stem and ".scale-100", or else the first that contains "44x44".
 MANIFEST_LOGOS = {
     "scale": "Square44x44Logo.scale-100.png",
     "size": "Square44x44Logo.targetsize-44.png",
@@ -19,7 +19,7 @@ MANIFEST_LOGOS = {
     "variants": "Square44x44Logo.altform-unplated_targetsize-44.png",
     "contrast": "Square44x44Logo.scale-100_contrast-black.png",
 }
-# These come to the package's own logo: in the first, the manifest's has no variant that is looked for.
+# For these the package's own logo is chosen. The manifest of "large" names a logo without a variant.
 OWN_LOGOS = ("large", "own")
 OWN_LOGO = "StoreLogo.png"
 NAME_LEADS_ELSEWHERE = set("\\/:\0")
@@ -32,7 +32,7 @@ def _rows(name):
 
 
 def narrowed(text):
-    """Each character's low byte."""
+    """The low byte of each character."""
     return "".join(chr(ord(c) & 0xFF) for c in text)
 
 
@@ -42,12 +42,13 @@ def widened(text):
 
 
 def in_the_systems_code_page(text):
-    """What the narrow calls make of a text: a "?" for what code page 1252 lacks."""
+    """A text as the narrow calls return it: "?" for a character outside code page 1252."""
     return text.encode("cp1252", "replace").decode("latin-1")
 
 
 def read_in_the_systems_code_page(text):
-    """What the narrow calls take bytes for; the five bytes that 1252 lacks are control characters."""
+    """Bytes as the narrow calls read them. Five bytes are not in code page 1252 and are read as control
+    characters."""
     return "".join(
         bytes([ord(c)]).decode("cp1252") if ord(c) not in (0x81, 0x8D, 0x8F, 0x90, 0x9D) else c
         for c in text
@@ -55,7 +56,7 @@ def read_in_the_systems_code_page(text):
 
 
 class Package:
-    """One row of the list, as the catalogue holds it."""
+    """One row of the list, with the texts of the catalogue."""
 
     def __init__(self, row, address):
         name, suffix, version, shown, self.kind, self._kind_of_logo, _ = row
@@ -65,13 +66,13 @@ class Package:
         self._has_plain_address = address == "plain"
 
     def enters(self):
-        """Neither frameworks nor parts of the system nor what has no logo."""
+        """Frameworks, system packages and packages without a logo do not enter the catalogue."""
         return self.kind == "app" and self._kind_of_logo != "none"
 
     def logo(self):
-        """The path of the logo's file; None where the catalogue's text leads to no file.
+        """The path of the logo file; None if the path in the catalogue does not exist.
 
-        The path of a URI is taken as it stands, and "Program%20Files" is no folder.
+        The path of a URI is not decoded, and there is no folder "Program%20Files".
         """
         folder = f"{PACKAGES}{self.full_name}\\Assets\\"
         if self._kind_of_logo not in OWN_LOGOS:
@@ -80,8 +81,8 @@ class Package:
 
 
 class InstalledApps:
-    """Rows are those of the two lists; `address` says how packages give their own logo: "uri" with
-    the path of a URI, "plain" with that of the file."""
+    """`desktop` and `packaged` are the rows of the two lists. `address` is the form of the packages'
+    own logos: "uri" for the path of a URI, "plain" for that of the file."""
 
     def __init__(self, desktop, packaged, device_prefix, address="uri"):
         self._prefix = device_prefix
@@ -91,7 +92,7 @@ class InstalledApps:
         }  # fmt: skip
         self._registered = {name for _, _, _, name, where, _ in desktop if where in ("1", "2")}
         packages = sorted((Package(row, address) for row in packaged), key=lambda p: p.full_name)
-        # Of two of one name the last one stays.
+        # The last of two packages of one name stays.
         self._packaged = {package.key: package for package in packages if package.enters()}
 
     @staticmethod
@@ -110,7 +111,7 @@ class InstalledApps:
         return not app_id.startswith(DEVICE_START) or widened(display_name) in self._registered
 
     def icon(self, app_id, display_name, directory):
-        """The path of the icon's file; empty where there is none."""
+        """The path of the icon file; empty for an application without an icon."""
         if app_id.startswith(DEVICE_START):
             has_icon = self._drive_path(app_id) in self._descriptions
         else:
@@ -118,14 +119,14 @@ class InstalledApps:
         return f"{directory}\\{display_name}.png" if has_icon else ""
 
     def logo(self, app_id, display_name):
-        """The path of the file that the icon of a packaged application is a copy of, or None."""
+        """The path of the logo that is copied for a packaged application, or None."""
         packages = self._matching_packages(app_id)
         if not packages or set(display_name) & (NAME_LEADS_ELSEWHERE | NAME_IS_NO_FILE_NAME):
             return None
         return packages[-1].logo()
 
     def _drive_path(self, app_id):
-        """Deliberate: the prefix is taken from the start, wherever it was found."""
+        """Deliberate: the length of the prefix is cut from the start, wherever the prefix was found."""
         if not self._prefix or self._prefix not in app_id:
             return ""
         return read_in_the_systems_code_page("C:" + app_id[len(self._prefix):]).lower()  # fmt: skip

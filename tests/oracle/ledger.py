@@ -11,7 +11,7 @@ RETENTION_SECONDS = 18144000
 
 
 class DataFolder:
-    """Sample files by date, the ledger file, and what the passes read and delete."""
+    """The sample files by date, the ledger file, and the dates that passes read and delete."""
 
     def __init__(self):
         self._days = {}
@@ -21,7 +21,7 @@ class DataFolder:
         self.dates_read = []
 
     def show_truth(self, truth):
-        """Takes over what the collector has written so far; a deleted file stays deleted."""
+        """Adds the samples that the collector has written so far; a deleted file stays deleted."""
         for entry in truth["days"]:
             if entry["date"] not in self._deleted:
                 samples = [Sample.from_truth(element) for element in entry["samples"]]
@@ -35,15 +35,15 @@ class DataFolder:
         return self._days[date]
 
     def discard(self, day):
-        """For the rest of the pass, the day's file counts as gone."""
+        """Treats the file of the day as missing for the rest of the pass."""
         self._discarded.append(day.date_text())
 
     def discarded(self):
-        """The dates whose files are to be deleted, in that order; a discarded day may have none."""
+        """The dates whose files are to be deleted, in order; a discarded day may have no file."""
         return [date for date in self._discarded if date in self._days]
 
     def end_pass(self, deleted):
-        """Deletes the files of these dates; all others that were discarded are there again."""
+        """Deletes the files of these dates and restores all others that were discarded."""
         for date in deleted:
             self._deleted.add(date)
             self._days.pop(date)
@@ -54,7 +54,7 @@ class DataFolder:
 
 
 class Ledger:
-    """Entries by instant, each with the key that was entered first: keys never change."""
+    """Entries by instant. An entry keeps the key that it was first entered with."""
 
     def __init__(self):
         self._entries = {}
@@ -93,14 +93,14 @@ def _load(calendar, ledger, text, oldest):
 
 
 def run_pass(calendar, folder, ledger, now):
-    """One daily pass at the instant `now`: changes the ledger and the folder."""
+    """Runs one daily pass at the instant `now`, which changes the ledger and the folder."""
     walk(calendar, folder, ledger, now)
     folder.ledger_text = ledger.text()
     folder.end_pass(folder.discarded())
 
 
 def walk(calendar, folder, ledger, now):
-    """A pass up to the moment at which the ledger is saved."""
+    """Runs a pass up to the point at which the ledger is saved."""
     instant = calendar.instant
     today = calendar.midnight(now)
     oldest = calendar.shift(today, -(RETENTION_SECONDS // SECONDS_PER_DAY))

@@ -1,7 +1,7 @@
-"""The local calendar as the C library shows it: broken-down time, mktime, localtime, day steps.
+"""The local calendar of the C library: broken-down time, mktime, localtime and steps of a day.
 
-The zone's rules come from the zone database. `isdst` works as in Windows' C library: mktime takes
-it at its word, so a time with isdst 0 is standard time also in summer, and is normalised from there.
+The rules of the zone come from the zone database. `isdst` works as in the C library of Windows: mktime
+trusts it, so a time with isdst 0 is standard time even in summer and is normalised from there.
 """
 
 import datetime
@@ -16,7 +16,7 @@ EPOCH = datetime.datetime(1970, 1, 1)
 
 @dataclass(frozen=True)
 class LocalTime:
-    """Year and month as people write them, not as the C library counts."""
+    """Year in full and month from 1, unlike in the C library."""
 
     year: int
     month: int
@@ -44,7 +44,7 @@ class LocalCalendar:
         )  # fmt: skip
 
     def instant(self, time):
-        """mktime of a copy: seconds since 1970. Fields may run over; isdst is believed."""
+        """mktime of a copy: seconds since 1970. Fields may run over; isdst is trusted."""
         months = time.year * 12 + time.month - 1
         first = datetime.datetime(months // 12, months % 12 + 1, 1)
         wall = first + datetime.timedelta(
@@ -54,7 +54,7 @@ class LocalCalendar:
         return utc_as_if - self._standard_offset(utc_as_if) - (3600 if time.isdst > 0 else 0)
 
     def parse(self, year, month, day, hour=0, minute=0, second=0):
-        """A text's fields, normalised with isdst 0, and the hour of the text put back."""
+        """The fields of a text, normalised with isdst 0, with the hour of the text restored."""
         given = LocalTime(year, month, day, hour, minute, second)
         return replace(self.local(self.instant(given)), hour=hour)
 
@@ -62,7 +62,7 @@ class LocalCalendar:
         return self.parse(*map(int, text.split("-")))
 
     def parse_sample_time(self, text):
-        """The time as read, and its instant. Kept, since each text is asked for several times."""
+        """The time as read, and its instant. Cached, since each text is read several times."""
         if text not in self._sample_times:
             date, clock = text.split("T")
             time = self.parse(*map(int, date.split("-")), *map(int, clock.split(":")))
@@ -70,12 +70,12 @@ class LocalCalendar:
         return self._sample_times[text]
 
     def shift(self, time, days):
-        """Steps of 86400 seconds, with the hour put back by hand."""
+        """Moves by steps of 86400 seconds and restores the hour."""
         moved = self.local(self.instant(time) + days * SECONDS_PER_DAY)
         return replace(moved, hour=time.hour)
 
     def midnight(self, now):
-        """Today at 00:00:00 with isdst as the clock gave it."""
+        """Today at 00:00:00 with the isdst of the present time."""
         return replace(self.local(now), hour=0, minute=0, second=0)
 
     def _standard_offset(self, near):

@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "base/text_builders.h"
+
 namespace {
 
 using Standin::kHabitDays;
@@ -16,6 +18,7 @@ using Standin::MakeDay;
 using Standin::ModelDay;
 using Standin::ModelSample;
 using Standin::ModelSettings;
+using TestSupport::Fingerprint;
 
 constexpr ModelSettings kSettings{7, 60};
 constexpr std::int64_t kDaySeconds = 86400;
@@ -34,13 +37,6 @@ std::string Text(const Day& day) {
   return text;
 }
 
-/// FNV-1a.
-std::uint64_t Fingerprint(const std::string& text) {
-  std::uint64_t hash = 0xCBF29CE484222325ULL;
-  for (const char c : text) hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001B3ULL;
-  return hash;
-}
-
 template <typename Use>
 void ForEachDay(Use use) {
   for (std::int64_t number = kFirstDay; number < kFirstDay + kDays; ++number) {
@@ -48,12 +44,12 @@ void ForEachDay(Use use) {
   }
 }
 
-TEST(NotebookModel, SameArgumentsGiveTheSameDay) {
+TEST(MakeDay, IsTheSameForEqualArguments) {
   const ModelDay day{kFirstDay, kDaySeconds};
   EXPECT_EQ(Text(MakeDay(kSettings, day)), Text(MakeDay(kSettings, day)));
 }
 
-TEST(NotebookModel, AnotherSeedGivesOtherDays) {
+TEST(MakeDay, DiffersForAnotherSeed) {
   int equal = 0;
   for (std::int64_t number = kFirstDay; number < kFirstDay + 30; ++number) {
     const Day samples = MakeDay(kSettings, {number, kDaySeconds});
@@ -64,7 +60,7 @@ TEST(NotebookModel, AnotherSeedGivesOtherDays) {
   EXPECT_EQ(equal, 0);
 }
 
-TEST(NotebookModel, SamplesStandInTheOrderOfRealTimeInsideTheirDay) {
+TEST(MakeDay, OrdersSamplesByRealTimeWithinTheDay) {
   ForEachDay([](const Day& day) {
     if (!day || day->empty()) return;
     EXPECT_TRUE(std::is_sorted(day->begin(), day->end(), [](const auto& a, const auto& b) {
@@ -75,7 +71,7 @@ TEST(NotebookModel, SamplesStandInTheOrderOfRealTimeInsideTheirDay) {
   });
 }
 
-TEST(NotebookModel, HasDaysOfSleepDaysWithoutSamplesAndDaysWithOneSample) {
+TEST(MakeDay, ReturnsDaysOfSleepDaysWithoutSamplesAndWithOneSample) {
   int asleep = 0;
   int nothingMeasured = 0;
   int single = 0;
@@ -84,12 +80,12 @@ TEST(NotebookModel, HasDaysOfSleepDaysWithoutSamplesAndDaysWithOneSample) {
     if (day && day->empty()) ++nothingMeasured;
     if (day && day->size() == 1) ++single;
   });
-  EXPECT_GT(asleep, kDays / 8) << "with a week in each stretch";
+  EXPECT_GT(asleep, kDays / 8) << "each stretch has a week of sleep";
   EXPECT_GT(nothingMeasured, kDays / 80);
   EXPECT_GT(single, kDays / 80);
 }
 
-TEST(NotebookModel, SleepsAWeekInEachStretch) {
+TEST(MakeDay, ContainsAWeekOfSleepInEachStretch) {
   constexpr std::int64_t kStretches = 20;
   std::int64_t weeks = 0;
   std::int64_t length = 0;
@@ -97,12 +93,12 @@ TEST(NotebookModel, SleepsAWeekInEachStretch) {
     length = MakeDay(kSettings, {kFirstDay + day, kDaySeconds}) ? 0 : length + 1;
     if (length == 7) ++weeks;
   }
-  // The first and the last may lie half outside, and two may lie side by side.
+  // The first and the last week may be partly outside, and two weeks may be adjacent.
   EXPECT_GE(weeks, kStretches - 2);
   EXPECT_LE(weeks, kStretches + 1);
 }
 
-TEST(NotebookModel, ClockIsPutBackOnOneDayOfEachStretchAndTimesRepeatUntilMidnight) {
+TEST(MakeDay, PutsTheClockBackOnOneDayOfEachStretch) {
   constexpr std::int64_t kStretch = kFirstDay / kHabitDays + 1;
   int repeated = 0;
   for (std::int64_t stretch = kStretch; stretch < kStretch + 6; ++stretch) {
@@ -128,7 +124,7 @@ TEST(NotebookModel, ClockIsPutBackOnOneDayOfEachStretchAndTimesRepeatUntilMidnig
   EXPECT_GT(repeated, 20);
 }
 
-TEST(NotebookModel, IsAwakeWhileTheClocksChange) {
+TEST(MakeDay, ContainsSamplesAroundAClockChange) {
   for (const std::int64_t length : {kDaySeconds - 3600, kDaySeconds + 3600}) {
     const std::vector<ModelSample> samples = MakeDay(kSettings, {kFirstDay, length}).value();
     const auto awakeIn = [&](std::int64_t hour) {
@@ -140,8 +136,8 @@ TEST(NotebookModel, IsAwakeWhileTheClocksChange) {
   }
 }
 
-// The value was recorded once; it tells that no platform or library makes other days.
-TEST(NotebookModel, IsTheSameOnEveryPlatform) {
+// The value was recorded once. A platform or library with other days fails this test.
+TEST(MakeDay, IsTheSameOnEveryPlatform) {
   std::string text;
   ForEachDay([&text](const Day& day) { text += Text(day); });
   EXPECT_EQ(Fingerprint(text), 12'098'103'146'699'214'077ULL);

@@ -1,6 +1,6 @@
-"""Holds the oracle's printing of numbers against a table that the JSON writer itself printed.
+"""Compares the oracle's texts of numbers with a table that the JSON writer printed.
 
-number_check.py PROGRAM...: the command that prints the table, an emulator in front included.
+number_check.py PROGRAM...: the command that prints the table, with an emulator if it needs one.
 """
 
 import struct

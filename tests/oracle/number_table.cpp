@@ -1,6 +1,6 @@
-// Prints numbers with the JSON writer, for the comparison with the oracle's own printing: on each
-// line the bit pattern of a 32-bit float in hexadecimal, a blank, and the text that the writer
-// makes of the float widened to double.
+// Prints numbers with the JSON writer, to be compared with the oracle's texts of numbers. Each line
+// has the bit pattern of a 32-bit float in hexadecimal, a blank, and the text of the writer for
+// that float as a double.
 
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
@@ -48,7 +48,7 @@ int main() {
   Random random;
   for (int i = 0; i < kRandomNumbers; ++i) {
     const std::uint64_t bits = random.Next();
-    // Any float at all, then one in the range of the energy of a day, in watt-hours.
+    // Any float, then one in the range of the energy of a day in watt-hours.
     PrintRow(std::bit_cast<float>(static_cast<std::uint32_t>(bits)));
     PrintRow(static_cast<float>(bits >> 40) / 8192.0F);
   }

@@ -1,4 +1,4 @@
-"""Which of the cases that matter the energy tool's reports and the answers have shown."""
+"""Records which of the important cases occurred in the energy tool's reports and in the answers."""
 
 import json
 

@@ -1,6 +1,6 @@
-"""Which of the cases that matter the collector's samples have shown.
+"""Records which of the important cases occurred in the collector's samples.
 
-A comparison proves something only where its samples hold the cases that the rules are about.
+A comparison proves a rule only if the samples contain the cases of that rule.
 """
 
 import datetime
@@ -82,7 +82,7 @@ class SamplesSeen:
         self._see("real power" if "." in (power or "") else "whole power", power is not None)
 
     def _add_forward_change(self, date, samples):
-        """Awake through the change, with no sample in the hour that was not."""
+        """A notebook that is awake during the change, without samples in the skipped hour."""
         midnight = datetime.datetime.fromisoformat(date)
         hours = [
             hour for hour in range(24)
@@ -108,6 +108,6 @@ def following(date):
 
 
 def seconds_between(first, last):
-    """As the wall clock shows it."""
+    """The difference of the local times."""
     times = [datetime.datetime.fromisoformat(sample["SampleTime"]) for sample in (first, last)]
     return (times[1] - times[0]).total_seconds()

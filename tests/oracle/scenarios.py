@@ -1,11 +1,11 @@
-"""The scenarios: seeds, dates and moments, the same at every run, whatever the day."""
+"""The scenarios: fixed seeds, dates and times, which do not depend on the present date."""
 
 import datetime
 from dataclasses import dataclass, field
 from zoneinfo import ZoneInfo
 
 ALL_DAYS = 211
-USUAL_DAYS = 25
+DEFAULT_DAYS = 25
 PERIOD_SECONDS = 300
 ZONES = ("UTC", "Europe/Berlin", "America/New_York")
 
@@ -38,14 +38,14 @@ EVERYWHERE = [
     ("the first of a summer month", "2026-05-31"),
     ("summer", "2026-07-14"),
 ]
-# Local times of day of the passes, taken in turn.
+# The local times of the passes, used in turn.
 MOMENTS = ["14:31:07", "05:10:00", "23:40:12", "00:10:30", "09:59:59", "01:30:00", "02:45:10"]
 
 
-# How many days back the energy tool's reports of the passes reach, taken in turn: with fewer than
-# before, what is older comes from the store; with more than 30, the oldest rows never enter it.
+# The number of days in the energy tool's reports, used in turn. With fewer days than in the pass before,
+# older rows come from the store; with more than 30 days, the oldest rows never enter the store.
 REPORT_DAYS = [(33, 2, 3), (8, 1, 4), (4, 3, 1), (12, 6, 2)]
-# What the tool does else, now and then: how it ends in a pass, and what it writes.
+# The exit status of the tool in a pass, and what it writes.
 WELL = ("0", "report")
 TOOL_WORK = [
     (WELL, WELL, WELL),
@@ -60,7 +60,7 @@ SECONDS_AN_EVENING = 4 * 3600
 
 @dataclass
 class Tool:
-    """What the energy tool is told for one pass."""
+    """The settings of the energy tool for one pass."""
 
     days: int
     status: str
@@ -78,7 +78,7 @@ class Pass:
     rankings: list = field(default_factory=list)  # of days and instant
 
     def argument(self):
-        """The three lists as the scenario program takes them."""
+        """The three lists in the format of the scenario program."""
         lists = (
             [str(instant) for instant in [self.now, *self.queries]],
             [f"{days}@{instant}" for days, instant in self.rankings],
@@ -89,7 +89,7 @@ class Pass:
 
 @dataclass
 class Process:
-    """One life of the service. The collector writes `days` days when it starts."""
+    """One process of the service. The collector writes `days` days when it starts."""
 
     days: int
     passes: list
@@ -101,7 +101,7 @@ class Scenario:
     title: str
     period: int
     processes: list
-    address: str = "uri"  # the form in which packages give their own logo
+    address: str = "uri"  # the form of the packages' own logos
 
 
 def instant(zone, date, clock, fold=0):
@@ -114,13 +114,13 @@ def following(date, days):
 
 
 def _tools(number):
-    """Of the three passes of a zone's n-th scenario."""
+    """The tools of the three passes of scenario `number` of a zone."""
     days, work = REPORT_DAYS[number % len(REPORT_DAYS)], TOOL_WORK[number % len(TOOL_WORK)]
     return [Tool(days[i], *work[i]) for i in range(len(work))]
 
 
 def _rankings(now):
-    """At the pass, and with 0 days some hours before it, when the store holds rows yet to come."""
+    """Rankings at the pass, and one of 0 days some hours earlier, when the store holds later rows."""
     return [(days, now) for days in RANKED_DAYS] + [(0, now - SECONDS_AN_EVENING)]
 
 
@@ -129,7 +129,7 @@ def _passes(zone, first, moment, tools):
     for day, tool in enumerate(tools):
         date = following(first, day)
         now = instant(zone, date, moment)
-        # A little later, before the next midnight, and in the small hours of the next day.
+        # An hour later, just before midnight, and twice in the night after it.
         queries = [
             now + 3600,
             instant(zone, date, "23:59:59"),
@@ -141,9 +141,9 @@ def _passes(zone, first, moment, tools):
 
 
 def _processes(zone, date, moment, days, tools):
-    """Three days; where all days are asked for, the service starts anew for the third.
+    """Three days. A scenario with all days restarts the service for the third.
 
-    A collector that starts anew appends to today and yesterday and leaves older days alone.
+    A restarted collector appends to today and yesterday and does not change older days.
     """
     passes = _passes(zone, date, moment, tools)
     if days < ALL_DAYS:
@@ -153,7 +153,7 @@ def _processes(zone, date, moment, days, tools):
 
 def scenarios_of(zone):
     base = 100 * (ZONES.index(zone) + 1)
-    rows = [(title, date, USUAL_DAYS) for title, date in CHANGES[zone] + EVERYWHERE]
+    rows = [(title, date, DEFAULT_DAYS) for title, date in CHANGES[zone] + EVERYWHERE]
     rows.append(("all the days that a ledger holds", "2026-04-20", ALL_DAYS))
     scenarios = []
     for i, (title, date, days) in enumerate(rows):

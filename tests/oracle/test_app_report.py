@@ -1,4 +1,4 @@
-"""Reports, time stamps and strings, read and written by hand."""
+"""Reports, time stamps and strings, compared with texts written by hand."""
 
 import unittest
 
@@ -16,13 +16,13 @@ def rows(body, encoding="utf-8", start=""):
 
 
 class Rows(unittest.TestCase):
-    def test_every_child_of_the_root_is_a_row_whatever_its_name(self):
+    def test_every_child_of_the_root_is_a_row_with_any_name(self):
         self.assertEqual(
             rows('<a AppId="x" TimeStamp="t"/>text<b AppId="y"/>'),
             [ReportRow("x", "t", None), ReportRow("y", "", None)],
         )
 
-    def test_the_first_energy_element_counts_and_none_that_lies_deeper(self):
+    def test_the_first_energy_child_counts_and_deeper_ones_do_not(self):
         energy = '<TotalEnergyConsumption Value="%d"/>'
         body = f"<a><o>{energy % 9}</o>{energy % 5}{energy % 6}</a>"
         self.assertEqual(rows(body), [ReportRow("", "", 5)])
@@ -57,25 +57,25 @@ class Times(unittest.TestCase):
         self.assertEqual(instant, 1794622246)
         self.assertEqual(time_stamp(time), "2026-11-14:02:10:46")
 
-    def test_the_last_hour_of_a_summer_day_wanders_to_the_next_day(self):
+    def test_the_last_hour_of_a_summer_day_moves_to_the_next_day(self):
         time, _ = BERLIN.read("2026-07-01:23:10:00")
         self.assertEqual(time_stamp(time), "2026-07-02:23:10:00")
         time, _ = BERLIN.read("2026-01-01:23:10:00")
         self.assertEqual(time_stamp(time), "2026-01-01:23:10:00")
 
-    def test_what_a_reading_does_not_reach_is_zero(self):
+    def test_unread_fields_are_zero(self):
         self.assertEqual(time_stamp(UTC.read("2026-11-14")[0]), "2026-11-14:00:00:00")
         self.assertEqual(time_stamp(UTC.read("2026-11-14:02:61:00")[0]), "2026-11-14:02:00:00")
         # The day before the first of January.
         self.assertEqual(time_stamp(UTC.read("2026")[0]), "2025-12-31:00:00:00")
 
-    def test_no_time_at_all(self):
+    def test_a_text_without_a_time_has_no_reading(self):
         for text in ("", "yesterday", "1969-12-31:23:59:59"):
             self.assertIsNone(UTC.read(text), text)
 
 
 class Strings(unittest.TestCase):
-    def test_only_what_json_needs_is_escaped(self):
+    def test_only_the_required_characters_are_escaped(self):
         self.assertEqual(quoted("\\Device\\a/b"), '"\\\\Device\\\\a/b"')
         self.assertEqual(quoted('"\b\f\n\r\t'), '"\\"\\b\\f\\n\\r\\t"')
         self.assertEqual(quoted("\x00\x1f\x7f"), '"\\u0000\\u001F\x7f"')

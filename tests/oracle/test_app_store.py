@@ -1,4 +1,4 @@
-"""The store, worked out by hand. The zone is UTC unless a test says otherwise; the hour is noon."""
+"""The store, computed by hand. The zone is UTC and the time noon unless a test says otherwise."""
 
 import json
 import unittest
@@ -45,7 +45,7 @@ class Text(unittest.TestCase):
         )
         self.assertEqual(store_after(report(row())).text, expected)
 
-    def test_nothing_is_an_empty_array(self):
+    def test_no_rows_are_an_empty_array(self):
         self.assertEqual(store_after(None).text, "[]")
         self.assertEqual(store_after(report()).text, "[]")
 
@@ -73,7 +73,7 @@ class Rows(unittest.TestCase):
         rows = row(time="2026-04-13:12:00:00"), row(time="2026-04-13:11:59:59", energy="1")
         self.assertEqual(energies(store_after(report(*rows))), [5])
 
-    def test_a_time_that_is_none_never_counts(self):
+    def test_an_unreadable_time_never_counts(self):
         self.assertEqual(store_after(report(row(time="yesterday"), row(time=""))).text, "[]")
 
 
@@ -85,7 +85,7 @@ class Names(unittest.TestCase):
     def test_the_last_matching_package_wins(self):
         self.assertEqual(names(NOTES, NOTES_PRO), ["Fir Notes", "Fir Notes Pro"])
 
-    def test_what_the_catalogue_leaves_out_has_no_name(self):
+    def test_a_package_outside_the_catalogue_has_no_name(self):
         self.assertEqual(names("Yew.None_1", "Bay.Runtime_1", "Other", "fir.notes_1"), [""] * 4)
 
     def test_a_program_of_one_user_has_a_name_and_a_removed_one_has_none(self):
@@ -139,11 +139,11 @@ class Passes(unittest.TestCase):
         store.run_pass(APPS, NOW + 90 * 86400, None, 5)
         self.assertEqual(store.text, before)
 
-    def test_a_broken_report_prunes_the_store_and_is_gone(self):
+    def test_a_broken_report_prunes_the_store_and_is_removed(self):
         store = store_after(report(row()), b"<r><a")
         self.assertEqual((energies(store), store.report), ([5], None))
 
-    def test_the_last_hour_of_a_summer_day_wanders_on_with_every_pass(self):
+    def test_the_last_hour_of_a_summer_day_moves_on_with_every_pass(self):
         berlin = LocalCalendar("Europe/Berlin")
         store = AppStore(berlin, TimeStamps(berlin))
         for day, one in ((2, report(row(time="2026-07-01:23:10:00"))), (3, None), (4, None)):

@@ -1,4 +1,4 @@
-"""Instants worked out by hand for Berlin: standard time is UTC+1, summer time UTC+2."""
+"""Instants computed by hand for Berlin, where standard time is UTC+1 and summer time UTC+2."""
 
 import calendar as utc
 import unittest
@@ -22,7 +22,7 @@ class Instants(unittest.TestCase):
     def test_isdst_one_in_winter_is_an_hour_earlier(self):
         self.assertEqual(BERLIN.instant(LocalTime(2023, 1, 15, 12, isdst=1)), at(2023, 1, 15, 10))
 
-    def test_the_repeated_hour_is_told_apart_by_isdst(self):
+    def test_the_repeated_hour_is_distinguished_by_isdst(self):
         self.assertEqual(BERLIN.instant(LocalTime(2023, 10, 29, 2, 30)), at(2023, 10, 29, 1, 30))
         self.assertEqual(
             BERLIN.instant(LocalTime(2023, 10, 29, 2, 30, isdst=1)), at(2023, 10, 29, 0, 30)

@@ -1,4 +1,4 @@
-"""What a comparison with the service's files must find."""
+"""The differences that a comparison with the service's files must find."""
 
 import tempfile
 import unittest
@@ -41,7 +41,7 @@ class Files(unittest.TestCase):
         self.files.compare("store.json", '["\xc3\xbc"]')
         self.assertEqual(self.files.agreed, 1)
 
-    def test_one_other_byte_is_a_difference_and_is_shown(self):
+    def test_one_other_byte_is_a_difference_and_is_reported(self):
         self.path.write_bytes(b"[1,2]\n")
         for expected in ("[1,2]", "[1,3]\n", "[1,2]\r\n", ""):
             with self.assertRaises(Difference):
@@ -49,12 +49,12 @@ class Files(unittest.TestCase):
         with self.assertRaisesRegex(Difference, "pass1-store.json differs at character 3"):
             self.files.compare("store.json", "[1,3]\n")
 
-    def test_a_file_that_must_be_there_is_a_difference_where_it_is_not(self):
+    def test_a_missing_file_is_a_difference(self):
         self.assertIsNone(self.files.read_bytes("report.xml"))
         with self.assertRaisesRegex(Difference, "pass1-store.json is missing"):
             self.files.compare("store.json", "[]")
 
-    def test_a_missing_or_further_icon_is_a_difference(self):
+    def test_a_missing_or_additional_icon_is_a_difference(self):
         with self.assertRaises(Difference):
             expect("icons", ["a.png"], [])
         with self.assertRaises(Difference):
@@ -65,7 +65,7 @@ class Files(unittest.TestCase):
         compare_icons({"a.png": "C:\\one"}, notebook)
         compare_icons({"a.png": None}, notebook)
         notebook.files["C:\\one"] = b"\x89PNG\r\n\x1a\n2"
-        with self.assertRaisesRegex(Difference, "a.png is no copy of C:"):
+        with self.assertRaisesRegex(Difference, "a.png is not a copy of C:"):
             compare_icons({"a.png": "C:\\one"}, notebook)
 
 
@@ -87,7 +87,7 @@ class Energy(unittest.TestCase):
         self.assertEqual(self.energy.icons(), {"Meadow Office.png": None})
         self.assertEqual(self.energy.files(), ["Powerlog.json"])
 
-    def test_a_report_that_nobody_converted_lies_there_until_somebody_does(self):
+    def test_a_report_stays_until_a_pass_converts_it(self):
         self.energy.run_pass(NOW, REPORT, 5)
         self.assertEqual(self.energy.files(), ["Powerlog.xml"])
         self.energy.run_pass(NOW, None, 0)
@@ -116,12 +116,12 @@ class Coverage(unittest.TestCase):
                 asked = {days for days, now in one.rankings if now == one.now}
                 self.assertEqual(asked, {0, 1, 7, 30, 365})
 
-    def test_both_forms_of_a_logos_address_come_in_every_zone(self):
+    def test_both_forms_of_a_logos_address_occur_in_every_zone(self):
         for zone in ZONES:
             addresses = {scenario.address for scenario in scenarios_of(zone)}
             self.assertEqual(addresses, {"uri", "plain"})
 
-    def test_a_pass_is_told_in_three_lists(self):
+    def test_the_argument_of_a_pass_has_three_lists(self):
         one = scenarios_of("UTC")[0].processes[0].passes[0]
         instants, rankings, settings = one.argument().split(";")
         self.assertEqual(instants.split(",")[0], str(one.now))

@@ -1,4 +1,4 @@
-"""The five texts, worked out by hand."""
+"""The texts of commands 1, 3, 4, 5 and 6, computed by hand."""
 
 import calendar as utc
 import json
@@ -30,7 +30,7 @@ class Figures(unittest.TestCase):
         result = texts((2026, 5, 13, 12, 0, 0))
         self.assertEqual((result[1], result[3]), ("0.000000", "0.000000"))
 
-    def test_the_average_divides_by_seven_and_looks_six_days_back(self):
+    def test_the_average_divides_by_seven_and_reaches_back_six_days(self):
         result = texts((2026, 5, 13, 12, 0, 0), [((2026, 5, 13), 7.0), ((2026, 5, 6), 70.0)])
         self.assertEqual((result[1], result[3]), ("1.000000", "0.003650"))
 
@@ -51,7 +51,7 @@ class Hours(unittest.TestCase):
         expected = f'{{"Range":[0.0,0.0],"Value":[{rows}]}}'
         self.assertEqual(texts((2026, 5, 13, 0, 10, 0))[4], expected)
 
-    def test_yesterdays_hours_stand_before_todays(self):
+    def test_yesterdays_hours_precede_todays(self):
         def day(date, hour):
             return {
                 "date": date,
@@ -87,7 +87,7 @@ class Months(unittest.TestCase):
         text = texts((2026, 3, 31, 12, 0, 0))[6]
         self.assertEqual(labels(text, "Month"), "Oct Dec Dec Jan Mar Mar".split())
 
-    def test_a_summer_first_of_the_month_names_a_winter_month_by_the_one_before(self):
+    def test_the_first_of_a_summer_month_mislabels_winter_months(self):
         berlin = LocalCalendar("Europe/Berlin")
         text = texts((2026, 5, 1, 12, 0, 0), calendar=berlin)[6]
         self.assertEqual(labels(text, "Month"), "Nov Dec Jan Feb Apr May".split())

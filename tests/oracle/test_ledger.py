@@ -1,4 +1,4 @@
-"""Energies and passes worked out by hand. The zone is UTC unless a test says otherwise."""
+"""Energies and passes, computed by hand. The zone is UTC unless a test says otherwise."""
 
 import calendar as utc
 import json
@@ -28,7 +28,7 @@ def quarter_hours(date, hour="10", power="36"):
 
 
 def folder_of(*days):
-    """Each day: its date and its elements."""
+    """`days` are pairs of a date and the elements of that day."""
     folder = DataFolder()
     folder.show_truth({"days": [{"date": date, "samples": samples} for date, samples in days]})
     return folder
@@ -39,7 +39,7 @@ def energy(*days, day=DAY):
 
 
 class DayEnergy(unittest.TestCase):
-    def test_the_first_interval_is_booked_by_nobody(self):
+    def test_the_first_interval_is_not_booked(self):
         self.assertEqual(energy(("2026-05-13", quarter_hours("2026-05-13"))), SIX)
 
     def test_gaps_beyond_600_seconds_and_equal_times_book_nothing(self):
@@ -52,12 +52,12 @@ class DayEnergy(unittest.TestCase):
         self.assertEqual(energy(day("2026-05-13T10:10:01")), 0.0)
         self.assertEqual(energy(day("2026-05-13T10:00:00")), 0.0)
 
-    def test_an_interval_of_another_type_is_dropped_and_the_one_before_it_counted(self):
+    def test_a_sample_of_another_type_ends_an_interval_and_starts_none(self):
         samples = quarter_hours("2026-05-13")
         samples[2] = element("2026-05-13T10:10:00", "900", "PCM_SCREEN")
         self.assertEqual(energy(("2026-05-13", samples)), single(3.0 / single(0.88)))
 
-    def test_a_gap_across_midnight_counts_on_both_days_at_unlike_powers(self):
+    def test_a_gap_across_midnight_counts_on_both_days_with_different_powers(self):
         late = element("2026-05-13T23:58:00", "30")
         early = element("2026-05-14T00:02:00", "60")
         days = ("2026-05-13", [element("2026-05-13T01:00:00"), late]), ("2026-05-14", [early])
@@ -122,7 +122,7 @@ class Passes(unittest.TestCase):
         folder.show_truth(truth)
         self.assertEqual(folder.dates(), [])
 
-    def test_a_discarded_day_counts_as_gone_for_the_day_before_it_only_within_the_pass(self):
+    def test_a_discarded_day_is_missing_for_the_day_before_it_within_the_pass(self):
         def day(date):
             times = ("00:02:00", "12:00:00", "12:05:00", "23:58:00")
             return date, [element(f"{date}T{time}") for time in times]
@@ -151,13 +151,13 @@ class Passes(unittest.TestCase):
         self.assertEqual(folder.dates(), ["2026-05-09"])
         self.assertEqual(len(folder.samples(LocalTime(2026, 5, 9))), 4)
 
-    def test_a_cut_ledger_file_is_not_read(self):
+    def test_a_truncated_ledger_file_is_not_read(self):
         folder, ledger = DataFolder(), Ledger()
         folder.ledger_text = '[{"Key":"2026-05-10","Value":12.5},{"Key":"2026-05'
         run_pass(UTC, folder, ledger, noon(2026, 5, 13))
         self.assertEqual(ledger.get(UTC.instant(LocalTime(2026, 5, 10))), 0.0)
 
-    def test_entries_behind_the_oldest_day_stay_until_the_process_starts_anew(self):
+    def test_entries_before_the_oldest_day_stay_until_the_process_restarts(self):
         folder, ledger = DataFolder(), Ledger()
         run_pass(UTC, folder, ledger, noon(2026, 5, 13))
         run_pass(UTC, folder, ledger, noon(2026, 5, 14))
@@ -166,7 +166,7 @@ class Passes(unittest.TestCase):
         run_pass(UTC, folder, fresh, noon(2026, 5, 15))
         self.assertEqual(len(json.loads(folder.ledger_text)), 211)
 
-    def test_a_day_of_25_hours_stands_twice_after_the_second_pass(self):
+    def test_a_day_of_25_hours_appears_twice_after_the_second_pass(self):
         berlin, folder, ledger = LocalCalendar("Europe/Berlin"), DataFolder(), Ledger()
         run_pass(berlin, folder, ledger, noon(2025, 10, 26))
         run_pass(berlin, folder, ledger, noon(2025, 10, 27))

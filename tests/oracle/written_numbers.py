@@ -1,9 +1,9 @@
 """The text that the JSON writer prints for a number.
 
-The writer uses the Grisu2 method (Loitsch 2010), whose text always reads back as the same number
-but is not always the shortest one, so Python's own repr() would differ now and then. This is the
-method once more, in integers, at the writer's default of 324 decimal places. The test
-"written_numbers_like_the_writer" holds it against the writer itself.
+The writer uses the Grisu2 algorithm (Loitsch 2010), whose text always reads back as the same number
+but is not always the shortest one, so Python's repr() sometimes differs. This is the same algorithm in
+integers, with the writer's default of 324 decimal places. The CTest core.oracle.numbers_like_the_writer
+compares it with the writer.
 """
 
 import struct
@@ -28,7 +28,7 @@ _CACHED_POWERS = [_cached_power(index) for index in range(87)]
 
 
 def _scale_for(binary_exponent):
-    """The cached power that brings a number of this exponent into range, and its decimal exponent."""
+    """The cached power that scales a number of this exponent into range, and its decimal exponent."""
     estimate = (-61 - binary_exponent) * 0.30102999566398114 + 347
     k = int(estimate)
     if estimate - k > 0.0:
@@ -108,7 +108,7 @@ def _grisu2(number):
 
 
 def _lay_out(digits, k):
-    """Digits times 10 to the k, in the writer's plain or exponent form."""
+    """Digits times 10^k, in the writer's plain or exponent form."""
     point = len(digits) + k
     if k >= 0 and point <= 21:
         return digits + "0" * k + ".0"

@@ -1,4 +1,4 @@
-"""The text that the JSON writer prints for a string: only what JSON needs is escaped."""
+"""The text that the JSON writer prints for a string: it escapes only what JSON requires."""
 
 _SHORT = {'"': '\\"', "\\": "\\\\", "\b": "\\b", "\f": "\\f", "\n": "\\n", "\r": "\\r", "\t": "\\t"}
 
@@ -10,5 +10,5 @@ def _escaped(character):
 
 
 def quoted(text):
-    """One character per byte, in and out: bytes outside ASCII stand as they are."""
+    """`text` and the result hold one character per byte; bytes outside ASCII are not changed."""
     return '"' + "".join(map(_escaped, text)) + '"'

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "abi/package_shapes.h"
+#include "platform/win32/owners.h"
 #include "platform/winrt/calls.h"
 #include "support/temp_folder.h"
 

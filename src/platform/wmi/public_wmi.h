@@ -45,9 +45,13 @@ class PublicWmi {
 
  private:
   [[nodiscard]] FailureLog Log() const { return {logger_, typeName_, L""}; }
+  /// Reads the property of each object, and adds the last value to `document`.
   void ReadObjects(IEnumWbemClassObject* objects, WideDocument& document, std::uint32_t& status);
+  /// Reads the property of one object into `held`. False if the call fails, which ends the read.
   [[nodiscard]] bool ReadProperty(IWbemClassObject* object, WideValue& held, WideDocument& document,
                                   std::uint32_t& status);
+  /// Converts a value. False for a type that is not read, or an array that is empty or could not be
+  /// read.
   [[nodiscard]] bool StoreValue(const VARIANT& source, WideValue& held, WideDocument& document);
 
   Logging::TraceLogger* logger_ = Logging::LogManager::GetLogger();

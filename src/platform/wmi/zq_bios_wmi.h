@@ -63,24 +63,33 @@ class ZQBiosWmi {
 
  private:
   [[nodiscard]] FailureLog Log() const { return {logger_, typeName_, L"WattleafService"}; }
+  /// The definition of a class (IWbemServices::GetObject).
   [[nodiscard]] HRESULT FetchClass(const wchar_t* name, const char* function,
                                    Platform::UniqueInterface<IWbemClassObject>& definition);
+  /// SetupInputDataBlock for the signature of the method with this name.
   [[nodiscard]] HRESULT PrepareInput(const wchar_t* methodName, std::int32_t command,
                                      std::uint32_t inputSize, const std::uint8_t* input,
                                      Platform::UniqueInterface<IWbemClassObject>& instance);
+  /// Calls the method of the instance at `path`, which may be empty (IWbemServices::ExecMethod).
   [[nodiscard]] HRESULT CallMethod(const VARIANT& path, BSTR methodName, IWbemClassObject* input,
                                    Platform::UniqueInterface<IWbemClassObject>& methodResult);
+  /// A new, empty instance of the input data block.
   [[nodiscard]] HRESULT SpawnDataBlock(Platform::UniqueInterface<IWbemClassObject>& block);
+  /// Writes all members of the block.
   [[nodiscard]] HRESULT FillDataBlock(IWbemClassObject* block, std::int32_t command,
                                       std::uint32_t inputSize, const std::uint8_t* input);
+  // Write one member; `failedCall` is the name of the call in the warning.
   [[nodiscard]] HRESULT PutBytes(IWbemClassObject* block, const wchar_t* member,
                                  const std::uint8_t* bytes, std::uint32_t size,
                                  const wchar_t* failedCall);
   [[nodiscard]] HRESULT PutNumber(IWbemClassObject* block, const wchar_t* member, LONG number,
                                   const wchar_t* failedCall);
+  /// The output data block in the method's result.
   [[nodiscard]] HRESULT OpenOutputBlock(IWbemClassObject* methodResult,
                                         Platform::UniqueInterface<IWbemClassObject>& block);
+  /// The firmware's own code; 0 if the member has another type than VT_I4.
   [[nodiscard]] HRESULT ReadReturnCode(IWbemClassObject* block, std::uint32_t* returnCode);
+  /// The answer's bytes, under the rules of ExecuteCommand.
   [[nodiscard]] HRESULT ReadOutputBytes(IWbemClassObject* block, std::uint32_t outputSize,
                                         std::uint8_t* output);
   void CopyOutputBytes(const VARIANT& data, std::uint32_t outputSize, std::uint8_t* output);

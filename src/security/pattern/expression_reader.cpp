@@ -70,7 +70,6 @@ std::optional<unsigned> ExpressionReader::ReadNumber() {
   return number;
 }
 
-/// After "{".
 std::optional<Quantifier> ExpressionReader::ReadCounts() {
   const std::optional<unsigned> least = ReadNumber();
   if (!least) return std::nullopt;
@@ -116,7 +115,6 @@ std::optional<char16_t> ExpressionReader::ReadHexadecimal(std::size_t digits) {
   return static_cast<char16_t>(code);
 }
 
-/// The escapes that mean the same inside a class and outside.
 std::optional<ExpressionReader::ClassPart> ExpressionReader::ReadCharacterEscape(char16_t letter) {
   const auto one = [](std::optional<char16_t> character) -> std::optional<ClassPart> {
     if (!character) return std::nullopt;
@@ -158,7 +156,6 @@ std::optional<Escape> ExpressionReader::ReadEscape() {
   return Escape{Escape::Kind::kCharacters, std::move(part->set), 0};
 }
 
-/// After "[.", "[:" or "[=", whose second character is `kind`.
 std::optional<ExpressionReader::ClassPart> ExpressionReader::ReadBracketedName(char16_t kind) {
   const std::size_t end = rest_.find(kind);
   if (end == rest_.npos) return std::nullopt;

@@ -56,11 +56,16 @@ class ExpressionReader {
     std::optional<char16_t> character;
   };
 
+  /// After "{", up to and including "}".
   [[nodiscard]] std::optional<Quantifier> ReadCounts();
+  /// A decimal number up to 65,535.
   [[nodiscard]] std::optional<unsigned> ReadNumber();
+  /// The character with this code, of exactly so many digits.
   [[nodiscard]] std::optional<char16_t> ReadHexadecimal(std::size_t digits);
   [[nodiscard]] std::optional<ClassPart> ReadClassPart();
+  /// After "[.", "[:" or "[=", whose second character is `kind`, up to and including "]".
   [[nodiscard]] std::optional<ClassPart> ReadBracketedName(char16_t kind);
+  /// The escapes that mean the same inside and outside of a class, after their first letter.
   [[nodiscard]] std::optional<ClassPart> ReadCharacterEscape(char16_t letter);
 
   std::u16string_view rest_;

@@ -19,40 +19,42 @@ static_assert(WSS_VERIFY_SPECIFIC == 1 && WSS_GET_SECONDARY_SIG_COUNT == 2);
 
 #else
 
+/// WINTRUST_SIGNATURE_SETTINGS: which of a file's signatures is verified.
 struct SignatureSettings {
-  DWORD cbStruct;
-  DWORD dwIndex;
-  DWORD dwFlags;
-  DWORD cSecondarySigs;      ///< out
-  DWORD dwVerifiedSigIndex;  ///< out
-  CERT_STRONG_SIGN_PARA* pCryptoPolicy;
+  DWORD cbStruct;                        ///< bytes of this structure
+  DWORD dwIndex;                         ///< 0 is the primary signature
+  DWORD dwFlags;                         ///< the two below
+  DWORD cSecondarySigs;                  ///< out: number of secondary signatures
+  DWORD dwVerifiedSigIndex;              ///< out: the signature that was verified
+  CERT_STRONG_SIGN_PARA* pCryptoPolicy;  ///< null: no policy of our own
 };
 
+/// WINTRUST_DATA: the subject of a verification, its state and its settings. What it points to
+/// stays the caller's.
 struct VerificationData {
-  DWORD cbStruct;
-  void* pPolicyCallbackData;
-  void* pSIPClientData;
-  DWORD dwUIChoice;
-  DWORD fdwRevocationChecks;
-  DWORD dwUnionChoice;
+  DWORD cbStruct;             ///< bytes of this structure
+  void* pPolicyCallbackData;  ///< null
+  void* pSIPClientData;       ///< null
+  DWORD dwUIChoice;           ///< WTD_UI_NONE
+  DWORD fdwRevocationChecks;  ///< WTD_REVOKE_NONE
+  DWORD dwUnionChoice;        ///< which pointer of the union is set: WTD_CHOICE_FILE or _CATALOG
   union {
     WINTRUST_FILE_INFO* pFile;
     WINTRUST_CATALOG_INFO* pCatalog;
   };
-  DWORD dwStateAction;
-  HANDLE hWVTStateData;
-  wchar_t* pwszURLReference;
-  DWORD dwProvFlags;
-  DWORD dwUIContext;
-  SignatureSettings* pSignatureSettings;
+  DWORD dwStateAction;                    ///< WTD_STATEACTION_VERIFY, then _CLOSE
+  HANDLE hWVTStateData;                   ///< out: open from the one call to the other
+  wchar_t* pwszURLReference;              ///< reserved
+  DWORD dwProvFlags;                      ///< 0
+  DWORD dwUIContext;                      ///< 0
+  SignatureSettings* pSignatureSettings;  ///< not null here
 };
 
 #endif
 
-/// Flags of SignatureSettings: the signature that dwIndex names and no other, and how many
-/// secondary ones there are.
-inline constexpr DWORD kVerifySpecific = 0x1;
-inline constexpr DWORD kGetSecondarySignatureCount = 0x2;
+// Flags of SignatureSettings.
+inline constexpr DWORD kVerifySpecific = 0x1;              ///< only the signature of dwIndex
+inline constexpr DWORD kGetSecondarySignatureCount = 0x2;  ///< fill in cSecondarySigs
 
 static_assert(sizeof(VerificationData) == 88);
 static_assert(offsetof(VerificationData, dwUIChoice) == 24);

@@ -8,7 +8,6 @@
 #include <regex>
 #include <string>
 
-#include "security/access/path_guard.h"
 #include "security/access/rule_judges.h"
 #include "security/pattern/pattern.h"
 

@@ -7,9 +7,25 @@
 #include <string_view>
 
 // Whether the value of a request's parameter passes a rule, rule and value being plain texts: the
-// portable half of rule_validators.h. Climbing paths (path_guard.h) pass none of the first four
-// rules, the fourth after their expansion. Nothing is logged. Throws bad_alloc.
+// portable half of rule_validators.h. Climbing paths (IsClimbingPath) pass none of the first
+// four rules, the fourth after their expansion. Nothing is logged. Throws bad_alloc.
 namespace Zq::Gantry::Security {
+
+// The guard against climbing paths: absolute paths with two points in a row. Both checks end at the
+// first null character. Each has the same answer as a search for the expression in its comment
+// (ECMAScript, with `^` as the start of the text only), in linear time and without recursion.
+
+/// ^((?:[\w]\:|\\)|(http[s]?\:)|(\%[\(|\w|\)]+\%))+
+/// Begins with a drive letter and its colon, a backslash, a web scheme with its colon, or a
+/// variable between percent signs.
+[[nodiscard]] bool HasPathShape(std::wstring_view text);
+
+/// ((\/+)?\.\.(\/+)?)
+/// Contains two points in a row.
+[[nodiscard]] bool HasTraversal(std::wstring_view text);
+
+/// Whether the path guard refuses the text, which is if it has both.
+[[nodiscard]] bool IsClimbingPath(std::wstring_view text);
 
 /// The items of a rule's list, one after another: the text is cut at each comma and nothing is
 /// trimmed. There is an empty item between two commas in a row, but none after a comma at the end,

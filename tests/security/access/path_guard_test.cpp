@@ -1,4 +1,4 @@
-#include "security/access/path_guard.h"
+#include "security/access/rule_judges.h"
 
 #include <gtest/gtest.h>
 

@@ -10,8 +10,6 @@
 #include <string>
 #include <vector>
 
-#include "security/access/path_guard.h"
-
 namespace Zq::Gantry::Security {
 namespace {
 

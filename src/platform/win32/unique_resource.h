@@ -39,6 +39,7 @@ class LastErrorKeeper {
   LastErrorKeeper& operator=(const LastErrorKeeper&) = delete;
 
  private:
+  /// 0 on other systems, where it is not read.
   [[maybe_unused]] const unsigned long error_ = 0;
 };
 
@@ -49,7 +50,9 @@ class PrivateSlot {
   explicit PrivateSlot(Type value) : value_(value) {}
 
   [[nodiscard]] Type Load() const { return value_; }
+  /// Puts `value` here and returns what was here before.
   [[nodiscard]] Type Exchange(Type value) { return std::exchange(value_, value); }
+  /// For a call that writes the resource.
   [[nodiscard]] Type* Address() { return &value_; }
 
  private:
@@ -89,6 +92,7 @@ class ResourceOwner {
 
   /// The resource, which stays the owner's; the policy's empty value if it has none.
   [[nodiscard]] Type get() const { return slot_.Load(); }
+  /// Whether there is a resource.
   [[nodiscard]] explicit operator bool() const { return get() != Policy::Empty(); }
 
   /// Gives the resource up without releasing it; the owner is empty afterwards.
@@ -106,7 +110,8 @@ class ResourceOwner {
   Slot<Type> slot_{Policy::Empty()};
 };
 
-/// The owner for one thread at a time. It can be moved; move-assignment releases what was held.
+/// The owner for one thread at a time. It is as large as the resource. It can be moved;
+/// move-assignment releases what was held.
 template <typename Policy>
 class UniqueResource : public ResourceOwner<Policy, PrivateSlot> {
   using Base = ResourceOwner<Policy, PrivateSlot>;
@@ -118,6 +123,7 @@ class UniqueResource : public ResourceOwner<Policy, PrivateSlot> {
   explicit UniqueResource(Type value) : Base(value) {}
   /// Leaves `other` empty.
   UniqueResource(UniqueResource&& other) noexcept : Base(other.release()) {}
+  /// Releases what was held and leaves `other` empty. Assignment to itself changes nothing.
   UniqueResource& operator=(UniqueResource&& other) noexcept {
     if (this != &other) this->reset(other.release());
     return *this;

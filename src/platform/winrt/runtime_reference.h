@@ -7,8 +7,8 @@ namespace Zq::Gantry::Security {
 
 /// A counted reference to an object of the Windows Runtime, or null. It holds one pointer and
 /// nothing else, so it has the same form in memory as the reference type of any other projection.
-/// One reference is not to be changed on two threads at once; whether the object may be called on
-/// several is up to the object.
+/// The object is released with the last reference. One reference is not to be changed on two
+/// threads at once; whether the object may be called on several is up to the object.
 template <typename Interface>
 class RuntimeReference {
  public:

@@ -26,17 +26,19 @@ namespace Zq::Gantry::Security {
 
 /// An immutable text of the Windows Runtime, as a value with an order. It holds one HSTRING and
 /// nothing else, so it has the same form in memory as the text type of any other projection.
-/// Copies share the characters. Each text may be read on any thread. If memory runs out, the
-/// constructors throw and nothing is logged.
+/// Copies share the characters. A default-constructed text, null and L"" are equal. Each text may
+/// be read on any thread. If memory runs out, the constructors throw and nothing is logged.
 class WATTLEAF_API RuntimeText {
  public:
   /// The empty text, without a call of the runtime.
   RuntimeText() = default;
   /// Implicit, so that a literal can be looked up in a table. Null is the empty text.
   RuntimeText(const wchar_t* text);
+  /// A copy of the characters (WindowsCreateString), embedded zeros included.
   explicit RuntimeText(std::wstring_view text);
   /// Takes a reference of its own (WindowsDuplicateString); so does the copy assignment.
   RuntimeText(const RuntimeText& other);
+  /// Leaves `other` empty. The move assignment exchanges the two texts.
   RuntimeText(RuntimeText&& other) noexcept;
   RuntimeText& operator=(const RuntimeText& other);
   RuntimeText& operator=(RuntimeText&& other) noexcept;

@@ -24,12 +24,20 @@ class WATTLEAF_API gantry_access_exception : public std::logic_error {
 
 /// Says whether a client is exempt from having a signed manifest. To use it: fill the client's
 /// information, copy the list with GetExemption, make a checker of both (manifest_exemption.h), set
-/// it here, and ask. Copies share checkers and list. Without a lock: on one manager, setting and
-/// asking must not happen on two threads at once.
+/// it here, and ask. Without a lock: on one manager, setting and asking must not happen on two
+/// threads at once.
+///
+///   auto client = std::make_shared<Server::Win32::Win32Information>(name, major, minor);
+///   auto list = Win32WithNoZQManifestExemptionWhiteList::GetExemption();
+///   GantryAccessManager manager;
+///   manager.SetWin32Checker(
+///       std::make_shared<Win32WithNoZqManifestCheckBasedOnMajorAndMinorVersion>(list, client));
+///   const bool exempt = manager.IsWin32Exempt();
 class WATTLEAF_API GantryAccessManager {
  public:
   /// Without checkers.
   GantryAccessManager();
+  /// Shares checkers and list with `other`, as the assignment does.
   GantryAccessManager(const GantryAccessManager& other);
   GantryAccessManager& operator=(const GantryAccessManager& other);
   ~GantryAccessManager();
@@ -48,7 +56,8 @@ class WATTLEAF_API GantryAccessManager {
  private:
   // Four pointers, whose number and order are a contract with the host.
   std::shared_ptr<UwpWithNoZQManifestExemptionWhiteList> uwpWhiteList_;
-  std::shared_ptr<void> reserved_;  ///< stays empty; the host's layout has this field
+  /// Stays empty; the host's layout has this field.
+  std::shared_ptr<void> reserved_;
   std::shared_ptr<IClientWithNoZqManifestCheckCriteria> uwpChecker_;
   std::shared_ptr<IClientWithNoZqManifestCheckCriteria> win32Checker_;
 };

@@ -13,11 +13,14 @@ namespace Zq::Gantry::Server {
 
 /// The kind of a client. Scoped, since the two kinds are also the names of namespaces.
 enum class ClientType : std::uint32_t {
-  Uwp = 0,    ///< packaged Store application
-  Win32 = 1,  ///< classic program
+  /// Packaged Store application.
+  Uwp = 0,
+  /// Classic program.
+  Win32 = 1,
 };
 
-/// The four parts of a version. Only Major and Minor are compared.
+/// The four parts of a version. Only Major and Minor are compared: 8.10 is above 8.9, and 8.9.1 is
+/// the same as 8.9.
 struct ClientVersion {
   ClientVersion() = default;
   /// Build and Revision stay 0.
@@ -41,6 +44,7 @@ struct WATTLEAF_API IClientInformation {
   IClientInformation& operator=(const IClientInformation& other);
   ~IClientInformation();
 
+  /// Which of the two structures below this is part of.
   ClientType Type = ClientType::Uwp;
   /// Identifies the client: the family name of a Store application, the name of a classic program.
   /// Copied, not compared.
@@ -60,8 +64,11 @@ struct WATTLEAF_API UwpInformation : IClientInformation {
   UwpInformation& operator=(const UwpInformation& other);
   ~UwpInformation();
 
-  std::wstring Name;        ///< package name without the publisher's part
-  std::wstring FamilyName;  ///< package family name; this is the name that is compared
+  /// Package name without the publisher's part. Not compared.
+  std::wstring Name;
+  /// Package family name; this is the name that is compared, exactly.
+  std::wstring FamilyName;
+  /// In a list the highest version that is exempt, in a client its own version.
   ClientVersion Version;
   // For the host's own use: copied, not read here.
   std::wstring ExtraText1;
@@ -80,14 +87,18 @@ struct WATTLEAF_API Win32Information : IClientInformation {
   Win32Information();
   /// `name` is also the Id.
   Win32Information(std::wstring name, std::uint16_t major, std::uint16_t minor);
+  /// The same with a detail.
   Win32Information(std::wstring name, std::wstring detail, std::uint16_t major,
                    std::uint16_t minor);
   Win32Information(const Win32Information& other);
   Win32Information& operator=(const Win32Information& other);
   ~Win32Information();
 
-  std::wstring Name;    ///< name of the program; this is the name that is compared
-  std::wstring Detail;  ///< for the host's own use: copied, not read here
+  /// Name of the program; this is the name that is compared. A checker changes it to lower case.
+  std::wstring Name;
+  /// For the host's own use: copied, not read here.
+  std::wstring Detail;
+  /// In a list the highest version that is exempt, in a client its own version.
   ClientVersion Version;
 };
 

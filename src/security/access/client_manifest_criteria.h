@@ -10,6 +10,7 @@ namespace Zq::Gantry::Security {
 /// functions, destructor first, is a contract.
 class WATTLEAF_API IClientWithNoZqManifestCheckCriteria {
  public:
+  /// Destroyed through the manager's pointer.
   virtual ~IClientWithNoZqManifestCheckCriteria() = default;
   /// Whether the client is exempt. May throw; the exception reaches the manager's caller.
   virtual bool IsAnException() = 0;

@@ -11,16 +11,24 @@
 // built while the library loads and never changed; they are not exported themselves. Rows are plain
 // values. The order of their fields is a contract with the host, and their copies and destructors
 // have bodies in the library, so that it exports them under every toolchain.
+//
+// A row names a client and the highest version of it that is exempt:
+//
+//   row                            client            exempt
+//   latchwardenuwp, 8.9            the same, 8.9     yes
+//   latchwardenuwp, 8.9            the same, 7.12    yes
+//   latchwardenuwp, 8.9            the same, 8.10    no
 namespace Zq::Gantry::Security {
 
 /// What the rows for both kinds of clients have in common.
 struct WATTLEAF_API MatchingDescriptor {
   /// The number is the host's.
   enum class Operation : std::uint32_t {
+    /// The client's version is at most the row's.
     LessThanOrEqual = 1,
   };
 
-  /// LessThanOrEqual.
+  /// With LessThanOrEqual.
   MatchingDescriptor();
   MatchingDescriptor(const MatchingDescriptor& other);
   MatchingDescriptor& operator=(const MatchingDescriptor& other);

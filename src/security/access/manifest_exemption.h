@@ -9,10 +9,11 @@
 #include "wattleaf_export.h"
 
 // The two checkers of whether a client needs no signed manifest, each made from a list and a client
-// and set in a GantryAccessManager. A row applies if its name is the client's and its version is
-// not below the client's: a client with a higher Major, or the same Major and a higher Minor, is
-// not exempt. Build and Revision are not compared. The rows are read in order. Without locks: one
-// thread at a time may ask one checker, and nothing may change its list or client meanwhile.
+// and set in a GantryAccessManager, whose header has an example. A row applies if its name is the
+// client's and its version is not below the client's: a client with a higher Major, or the same
+// Major and a higher Minor, is not exempt. Build and Revision are not compared. The rows are read
+// in order. Without locks: one thread at a time may ask one checker, and nothing may change its
+// list or client meanwhile.
 namespace Zq::Gantry::Security {
 
 /// Exempts a Store application whose family name is in the list, up to the row's version. Copies
@@ -24,6 +25,7 @@ class WATTLEAF_API UwpWithNoZqManifestCheckBasedOnMajorAndMinorVersion
   UwpWithNoZqManifestCheckBasedOnMajorAndMinorVersion(
       std::shared_ptr<std::vector<UwpMatchingDescriptor>> list,
       std::shared_ptr<Server::Uwp::UwpInformation> client);
+  // Copies and the destructor have bodies in the library, so that it exports them.
   UwpWithNoZqManifestCheckBasedOnMajorAndMinorVersion(
       const UwpWithNoZqManifestCheckBasedOnMajorAndMinorVersion& other);
   UwpWithNoZqManifestCheckBasedOnMajorAndMinorVersion& operator=(
@@ -35,6 +37,7 @@ class WATTLEAF_API UwpWithNoZqManifestCheckBasedOnMajorAndMinorVersion
   bool IsAnException() override;
 
  private:
+  // Both may be null.
   std::shared_ptr<std::vector<UwpMatchingDescriptor>> list_;
   std::shared_ptr<Server::Uwp::UwpInformation> client_;
 };
@@ -47,6 +50,7 @@ class WATTLEAF_API Win32WithNoZqManifestCheckBasedOnMajorAndMinorVersion
   Win32WithNoZqManifestCheckBasedOnMajorAndMinorVersion(
       std::shared_ptr<std::vector<Win32MatchingDescriptor>> list,
       std::shared_ptr<Server::Win32::Win32Information> client);
+  // Copies and the destructor have bodies in the library, so that it exports them.
   Win32WithNoZqManifestCheckBasedOnMajorAndMinorVersion(
       const Win32WithNoZqManifestCheckBasedOnMajorAndMinorVersion& other);
   Win32WithNoZqManifestCheckBasedOnMajorAndMinorVersion& operator=(
@@ -59,6 +63,7 @@ class WATTLEAF_API Win32WithNoZqManifestCheckBasedOnMajorAndMinorVersion
   bool IsAnException() override;
 
  private:
+  // Both may be null.
   std::shared_ptr<std::vector<Win32MatchingDescriptor>> list_;
   std::shared_ptr<Server::Win32::Win32Information> client_;
 };

@@ -13,6 +13,11 @@ namespace Zq::Gantry::Security {
 /// Identifies the caller of a remote procedure call, and has the names that the check of a client's
 /// manifest needs. Made for one question, on the thread that serves the call, and destroyed at
 /// once. The order of the fields is a contract with that check.
+///
+///   RpcSecurityHelper helper;
+///   helper.ClientProcessHandles = knownClients;  // may stay empty
+///   const std::wstring family = helper.GetPFNOfCaller();
+///   const bool isOurs = family.ends_with(helper.PublisherId);  // false without a name
 class RpcSecurityHelper {
  public:
   WATTLEAF_API RpcSecurityHelper();
@@ -30,12 +35,14 @@ class RpcSecurityHelper {
 
   /// The publisher id that ends the package family names of the product family.
   const wchar_t* const PublisherId = L"q7m3xk2tdw9pa";
-  // Names of the manifest, its signatures and the capability catalogs.
+  /// File name of a client's manifest, without extension, and the extension.
   const std::wstring ManifestName = L"ZQManifest";
   const std::wstring ManifestExtension = L".xml";
+  /// Extensions of the files with the manifest's signatures.
   const std::wstring CatalogExtension = L".cat";
   const std::wstring SignatureExtension = L".p7s";
   const std::wstring ZqSignatureExtension = L".zqc";
+  /// File names of the catalogs of custom capabilities, one for each architecture.
   const std::wstring CapabilityCatalogX64 = L"zqcustomcapcompx64.cat";
   const std::wstring CapabilityCatalogX86 = L"zqcustomcapcompx86.cat";
 
@@ -44,9 +51,10 @@ class RpcSecurityHelper {
   /// By process id, handles to known clients (HANDLE), which stay the host's. They identify a
   /// client whose process cannot be opened; they need PROCESS_QUERY_LIMITED_INFORMATION only.
   std::map<std::uint32_t, void*> ClientProcessHandles;
-  std::shared_ptr<void> SharedPartOne;  ///< for the check's own use, like the next two
+  // For the check's own use, all three.
+  std::shared_ptr<void> SharedPartOne;
   std::shared_ptr<void> SharedPartTwo;
-  std::wstring ExtraText;  ///< for the check's own use
+  std::wstring ExtraText;
 };
 
 }  // namespace Zq::Gantry::Security

@@ -13,7 +13,11 @@
 
 // The rules by which a host judges the parameters of a request. A rule is a kind and a node of an
 // XML document with the kind's data; the document is the host's. docs/rules.md describes the kinds
-// and the limits.
+// and the limits. A host takes the judge of a rule's kind and gives it the pointers of its own
+// projection, or null:
+//
+//   const RuleJudge judge = RuleValidators.at(L"regex");
+//   const bool passes = judge(XmlNodeReference(node), ValueReference(value));
 namespace Zq::Gantry::Security {
 
 /// The node of a rule.

@@ -22,10 +22,15 @@ struct ToolLaunchRule {
   std::function<bool(std::wstring)> ArgumentCheck;
 };
 
-/// By the program's path with its variable unexpanded, ordered by character value.
+/// By the program's path with its variable unexpanded, ordered by character value. Paths are
+/// expanded when a launch is judged (ZQAuthenticodeFacade::IsToolLaunchAllowed), and compared
+/// without regard to case.
 using ToolLaunchRules = std::map<std::wstring, ToolLaunchRule>;
 
-/// Six tools below %windir%\System32, each for one package family.
+/// Six tools below %windir%\System32, each for one package family:
+///   regsvr32, rundll32      only with files that are trusted and lie in an allowed place
+///   DISM, sfc, mmc, rstrui  with any command line
+/// ZQAuthenticodeFacade::IsToolLaunchAllowed judges by it; a host may also read it.
 extern WATTLEAF_API const ToolLaunchRules ToolLaunchTable;
 
 }  // namespace Zq::Gantry::Security

@@ -9,6 +9,7 @@
 namespace Zq::Gantry::Security {
 
 /// The verdicts of WinVerifyTrust that put a signature on a list.
+/// ERROR_SUCCESS: verified, and the machine trusts the chain.
 inline constexpr std::uint32_t kVerified = 0;
 /// CERT_E_EXPIRED: verified, but a certificate of the chain has expired.
 inline constexpr std::uint32_t kVerifiedButExpired = 0x800B0101;
@@ -35,12 +36,20 @@ struct WATTLEAF_API SignerDescriptor {
   std::string publicKey;
   /// The result of WinVerifyTrust for this signature; without meaning in table rows.
   std::uint32_t verifyResult = 0;
-  std::wstring commonName;          ///< subject key "CN"
-  std::wstring organizationalUnit;  ///< subject key "OU"
-  std::wstring organization;        ///< subject key "O"
-  std::wstring locality;            ///< subject key "L"
-  std::wstring state;               ///< subject key "S"
-  std::wstring country;             ///< subject key "C"
+  // Fields of the subject. Empty if the subject lacks the key; only common names are compared.
+
+  /// Subject key "CN".
+  std::wstring commonName;
+  /// Subject key "OU".
+  std::wstring organizationalUnit;
+  /// Subject key "O".
+  std::wstring organization;
+  /// Subject key "L".
+  std::wstring locality;
+  /// Subject key "S".
+  std::wstring state;
+  /// Subject key "C".
+  std::wstring country;
   /// The issuer's common name in table rows; always empty for a signature.
   std::wstring issuer;
 };

@@ -16,7 +16,8 @@ struct VerificationData;  // WINTRUST_DATA with its signature settings: wintrust
 
 /// The hash by which security catalogs list a file.
 struct FileHash {
-  std::vector<std::uint8_t> bytes;  ///< as the system computed it
+  /// As the system computed it (CryptCATAdminCalcHashFromFileHandle2); 32 bytes of SHA-256.
+  std::vector<std::uint8_t> bytes;
   /// The same in upper-case hexadecimal, two digits for each byte; empty after a failure.
   std::wstring hexText;
 };
@@ -24,6 +25,10 @@ struct FileHash {
 /// Who signed a file, and whether the file lies in an allowed place. Stateless: every operation may
 /// be called on any thread. Nothing is cached; each call looks anew and blocks until the system
 /// answers. Paths are wide C strings.
+///
+/// A file's signatures come from catalogs, which list its hash, and from the file itself. Each is
+/// verified on its own, and has a verdict of the system and the key of its signer. A host trusts a
+/// file by both (IsFileTrusted), and by its place (IsPathAllowed).
 class WATTLEAF_API ZQAuthenticodeHelper {
  public:
   ZQAuthenticodeHelper() = delete;

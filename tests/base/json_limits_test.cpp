@@ -91,7 +91,7 @@ TEST(LoadJsonDocument, AcceptsOpenValuesUpToTheCallersLimit) {
 }
 
 TEST(LoadJsonDocument, AcceptsStringsUpTo16Mebibytes) {
-  // The limit counts the bytes in the file, of which an escape has two, for each string anew.
+  // The limit counts bytes of the file, so an escape counts twice. It applies to each string alone.
   const std::string longest = Repeated("\\n", 4U << 20) + std::string(8U << 20, 'n');
   EXPECT_TRUE(LoadText("[\"n\",\"" + longest + "\"]"));
   EXPECT_FALSE(LoadText("[\"" + longest + "n\"]"));

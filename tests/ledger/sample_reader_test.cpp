@@ -220,7 +220,7 @@ TEST_F(ReadSamplesOfDayTest, PropagatesTheExceptionOfAFailedStatusQuery) {
   EXPECT_TRUE(reported_.empty());
 }
 
-// A hard link cannot be told from the file itself, so the file is read and written through it.
+// A hard link looks like the file itself, so the file is read and written through it.
 TEST_F(ReadSamplesOfDayTest, ReadsASampleFileThatIsAHardLink) {
   const std::wstring other = samples_.folder.File(L"other.txt");
   WriteWholeFile(other, Encrypted(Utf16("[5]")));

@@ -126,7 +126,7 @@ class InstalledApps:
         return packages[-1].logo()
 
     def _drive_path(self, app_id):
-        """Deliberate: the length of the prefix is cut from the start, wherever the prefix was found."""
+        """Deliberate: the length of the prefix is cut from the start even if it occurs later."""
         if not self._prefix or self._prefix not in app_id:
             return ""
         return read_in_the_systems_code_page("C:" + app_id[len(self._prefix):]).lower()  # fmt: skip

@@ -113,8 +113,8 @@ class Coverage(unittest.TestCase):
             passes = [one for process in scenario.processes for one in process.passes]
             self.assertEqual(len(passes), 3)
             for one in passes:
-                asked = {days for days, now in one.rankings if now == one.now}
-                self.assertEqual(asked, {0, 1, 7, 30, 365})
+                days_ranked = {days for days, now in one.rankings if now == one.now}
+                self.assertEqual(days_ranked, {0, 1, 7, 30, 365})
 
     def test_both_forms_of_a_logos_address_occur_in_every_zone(self):
         for zone in ZONES:

@@ -14,8 +14,12 @@
 
 namespace TestSupport {
 
-/// Fakes everything that a judgement of a file asks the system for: signatures, catalogs, places
-/// and the client. Without changes every file is unsigned and no call is being served.
+/// A file in a place that FixedRoots protects, and one in a place that it does not.
+inline constexpr wchar_t kProtected[] = L"C:\\Windows\\file.dll";
+inline constexpr wchar_t kElsewhere[] = L"D:\\Users\\file.dll";
+
+/// Fakes every system call that judging a file takes: signatures, catalogs, places and the client.
+/// By default every file is unsigned and the thread serves no call.
 struct JudgedFiles {
   JudgedFiles() = default;
   /// The thread serves the process `client`.
@@ -27,7 +31,7 @@ struct JudgedFiles {
   FakeRpcQuery rpc;
   LogCapture log;
 
-  /// Every file bears one signature with this verdict and key.
+  /// Gives every file one signature with this verdict and key.
   void SignAll(std::uint32_t verdict, const std::string& keyText) {
     FakeSignature signature;
     signature.verdict = static_cast<LONG>(verdict);
@@ -35,13 +39,13 @@ struct JudgedFiles {
     trust.embedded = {signature};
   }
 
-  /// Every file passes IsFileTrusted with the service's keys.
+  /// Gives every file a signature that IsFileTrusted accepts for the service's keys.
   void SignAllForTheService() {
     SignAll(Zq::Gantry::Security::kVerified, Zq::Gantry::Security::ServiceTrustedKeys.front());
   }
 
-  /// The files whose embedded signatures were asked for, in order and each once in a row.
-  std::vector<std::wstring> FilesAskedFor() const {
+  /// The files whose embedded signatures were verified, in order, without repetitions in a row.
+  [[nodiscard]] std::vector<std::wstring> VerifiedFiles() const {
     std::vector<std::wstring> files;
     for (const TrustCall& call : trust.VerifyCalls()) {
       if (files.empty() || files.back() != call.path) files.push_back(call.path);
@@ -49,8 +53,11 @@ struct JudgedFiles {
     return files;
   }
 
-  /// The bytes behind "30 82 01 ..."
-  static std::vector<std::uint8_t> KeyBytes(std::string_view text) {
+  /// Whether no path was expanded to judge its place: each expansion asks for the served client.
+  [[nodiscard]] bool NoPlaceWasChecked() const { return rpc.Questions().empty(); }
+
+  /// The bytes of a text such as "30 82 01".
+  [[nodiscard]] static std::vector<std::uint8_t> KeyBytes(std::string_view text) {
     std::vector<std::uint8_t> bytes;
     for (std::size_t i = 0; i + 1 < text.size(); i += 3) {
       bytes.push_back(

@@ -22,7 +22,7 @@ class ToolArguments : public testing::Test {
  protected:
   ToolArguments() { files_.SignAllForTheService(); }
 
-  std::vector<std::wstring> Asked() const { return files_.FilesAskedFor(); }
+  std::vector<std::wstring> Asked() const { return files_.VerifiedFiles(); }
 
   JudgedFiles files_;
 };

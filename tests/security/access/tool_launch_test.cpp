@@ -215,7 +215,7 @@ TEST_F(ToolLaunch, TheToolNeedOnlyBeAcceptedByTheSystem) {
 
 TEST_F(ToolLaunch, TheSignaturesAskedForAreThoseOfTheExpandedPath) {
   EXPECT_TRUE(Ask(L"%windir%\\System32\\sfc.exe"));
-  EXPECT_THAT(files_.FilesAskedFor(), ElementsAre(L"C:\\Windows\\System32\\sfc.exe"));
+  EXPECT_THAT(files_.VerifiedFiles(), ElementsAre(L"C:\\Windows\\System32\\sfc.exe"));
 }
 
 TEST_F(ToolLaunch, TheToolNeedNotLieInAProtectedPlace) {

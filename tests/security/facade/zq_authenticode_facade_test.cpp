@@ -2,11 +2,8 @@
 
 #include <windows.h>
 
-#include <wincrypt.h>
-
 #include <gmock/gmock.h>
 
-#include <new>
 #include <stdexcept>
 #include <type_traits>
 #include <utility>
@@ -18,55 +15,15 @@
 namespace Zq::Gantry::Security {
 namespace {
 
-using testing::Contains;
-using testing::ElementsAre;
-using testing::Not;
-using TestSupport::Error;
-using TestSupport::Info;
 using TestSupport::JudgedFiles;
-using TestSupport::LogRecord;
-
-constexpr wchar_t kProtected[] = L"C:\\Windows\\file.dll";
-constexpr wchar_t kElsewhere[] = L"D:\\Users\\file.dll";
-
-// The texts of the subjects, one for each signature, as the system documents them: the one at hand
-// may quote a comma in spite of the flag against it.
-std::vector<std::wstring> subjects;
-std::size_t namesRead = 0;
-
-DWORD WINAPI FakeNameToStr(DWORD, PCERT_NAME_BLOB, DWORD, LPWSTR text, DWORD chars) {
-  // For each signature the subject's name is read and then the issuer's.
-  const std::wstring& subject = subjects.at(namesRead++ / 2 % subjects.size());
-  if (chars <= subject.size()) return 0;
-  subject.copy(text, subject.size());
-  text[subject.size()] = L'\0';
-  return static_cast<DWORD>(subject.size() + 1);
-}
+using TestSupport::kElsewhere;
+using TestSupport::kProtected;
 
 class Facade : public testing::Test {
  protected:
-  Facade() {
-    subjects = {L"CN=X"};
-    namesRead = 0;
-  }
-
-  void SignWithSubject(std::uint32_t verdict, const wchar_t* subject) {
-    files_.SignAll(verdict, "30 0a");
-    // The room for the text follows the length of the name.
-    files_.trust.embedded.front().subject = L"CN=A name that is long enough for every one of them";
-    subjects = {subject};
-  }
-
-  bool NoPlaceWasAskedFor() const { return files_.rpc.Questions().empty(); }
-
   JudgedFiles files_;
-  Standin::ImportPatch names_{"CertNameToStrW", &FakeNameToStr};
   ZQAuthenticodeFacade facade_;
 };
-
-using DropboxFile = Facade;
-
-}  // namespace
 
 TEST_F(Facade, HasNoData) {
   EXPECT_EQ(sizeof(ZQAuthenticodeFacade), sizeof(void*));
@@ -97,7 +54,7 @@ TEST_F(Facade, ThePlaceIsAskedForOnlyAfterTheSignature) {
   EXPECT_FALSE(facade_.IsExtendedFileTrusted(kProtected));
   EXPECT_FALSE(facade_.IsWindowsTrustedFileAllowed(kProtected));
   EXPECT_FALSE(facade_.IsDropboxFileTrusted(kProtected));
-  EXPECT_TRUE(NoPlaceWasAskedFor());
+  EXPECT_TRUE(files_.NoPlaceWasChecked());
 }
 
 TEST_F(Facade, AWindowsTrustedFileNeedsNoKeyOfOurs) {
@@ -130,7 +87,7 @@ TEST_F(Facade, TwoFilesOfOneKeyHaveTheSameKeyTrustedOrNotWhereverTheyLie) {
     EXPECT_TRUE(facade_.HaveSameSigningKey(kElsewhere, kElsewhere));
     EXPECT_TRUE(facade_.HaveSameSigningKey(kElsewhere, kProtected));
   }
-  EXPECT_TRUE(NoPlaceWasAskedFor());
+  EXPECT_TRUE(files_.NoPlaceWasChecked());
 }
 
 TEST_F(Facade, AnUnsignedFileHasNotEvenItsOwnKey) {
@@ -178,109 +135,6 @@ TEST_F(Facade, ACallerOutsideAPackageMayStartNoTool) {
     EXPECT_FALSE(facade_.IsToolLaunchAllowed(path.c_str(), false, L"", L"")) << path;
   }
   EXPECT_TRUE(files_.trust.calls.empty());
-}
-
-TEST_F(DropboxFile, IsTrustedWithItsCommonNameInAProtectedPlace) {
-  SignWithSubject(kVerified, L"CN=Dropbox, Inc\r\nO=Other");
-  EXPECT_TRUE(facade_.IsDropboxFileTrusted(kProtected));
-  EXPECT_EQ(files_.log.Records().front(), Info(L"Starting validation of Dropbox file."));
-}
-
-TEST_F(DropboxFile, IsRefusedElsewhere) {
-  SignWithSubject(kVerified, L"CN=Dropbox, Inc");
-  EXPECT_FALSE(facade_.IsDropboxFileTrusted(kElsewhere));
-}
-
-TEST_F(DropboxFile, TheOrganizationAloneDoesNotDo) {
-  SignWithSubject(kVerified, L"CN=Other\r\nO=Dropbox, Inc");
-  EXPECT_FALSE(facade_.IsDropboxFileTrusted(kProtected));
-  EXPECT_TRUE(NoPlaceWasAskedFor());
-}
-
-TEST_F(DropboxFile, IsRefusedWithALineWhereTheSystemDoesNotAcceptIt) {
-  SignWithSubject(kUntrustedRoot, L"CN=Dropbox, Inc");
-  EXPECT_FALSE(facade_.IsDropboxFileTrusted(kProtected));
-  EXPECT_THAT(files_.log.Records(), ElementsAre(Info(L"Starting validation of Dropbox file."),
-                                                Info(L"Subject = CN=Dropbox, Inc"),
-                                                Error(L"Dropbox file is not trusted by windows.")));
-}
-
-TEST_F(DropboxFile, TheTwoSignaturesNeedNotBeTheSame) {
-  SignWithSubject(kVerified, L"CN=Other");
-  files_.trust.embedded.push_back(files_.trust.embedded.front());
-  files_.trust.embedded.back().verdict = static_cast<LONG>(kUntrustedRoot);
-  subjects.push_back(L"CN=Dropbox, Inc");
-  EXPECT_TRUE(facade_.IsDropboxFileTrusted(kProtected));
-}
-
-TEST_F(DropboxFile, ASignatureThroughACatalogDoesNotCount) {
-  const TestSupport::TempFolder folder;
-  const std::wstring path = folder.File(L"listed.dll");
-  TestSupport::WriteWholeFile(path, "content");
-  SignWithSubject(kVerified, L"CN=Dropbox, Inc");
-  files_.trust.byCatalog = files_.trust.embedded;
-  files_.trust.embedded.clear();
-  files_.catalogs.catalogs = {L"C:\\catalogs\\first.cat"};
-  ASSERT_EQ(ZQAuthenticodeHelper::GetAllSignatures(path.c_str()).size(), 1U);
-  files_.log.Clear();
-  EXPECT_FALSE(facade_.IsDropboxFileTrusted(path.c_str()));
-  EXPECT_THAT(files_.log.Records(), ElementsAre(Info(L"Starting validation of Dropbox file."),
-                                                Error(L"Dropbox file is not trusted by windows.")));
-}
-
-TEST_F(DropboxFile, AFailureWhileTheSignaturesAreReadIsLoggedAndCountsAsNo) {
-  // A key without bytes cannot be trimmed.
-  SignWithSubject(kVerified, L"CN=Dropbox, Inc");
-  files_.trust.embedded.front().key.clear();
-  EXPECT_FALSE(facade_.IsDropboxFileTrusted(kProtected));
-  const auto records = files_.log.Records();
-  ASSERT_EQ(records.size(), 2U);
-  EXPECT_EQ(records[1].level, Standin::LogLevel::kError);
-  const std::wstring begin = L"Problem while validating certificates from Dropbox. ";
-  EXPECT_EQ(records[1].text.substr(0, begin.size()), begin);
-  EXPECT_GT(records[1].text.size(), begin.size());
-  EXPECT_TRUE(NoPlaceWasAskedFor());
-}
-
-TEST_F(DropboxFile, EveryStandardExceptionIsLoggedWithItsText) {
-  const Standin::ImportPatch reason(
-      "WinVerifyTrust",
-      +[](HWND, GUID*, LPVOID) -> LONG { throw std::runtime_error("100% of %s, %d and %n"); });
-  EXPECT_FALSE(facade_.IsDropboxFileTrusted(kProtected));
-  EXPECT_THAT(
-      files_.log.Records(),
-      ElementsAre(
-          Info(L"Starting validation of Dropbox file."),
-          Error(L"Problem while validating certificates from Dropbox. 100% of %s, %d and %n")));
-  const Standin::ImportPatch memory(
-      "WinVerifyTrust", +[](HWND, GUID*, LPVOID) -> LONG { throw std::bad_alloc(); });
-  EXPECT_FALSE(facade_.IsDropboxFileTrusted(kProtected));
-  EXPECT_EQ(files_.log.Records().size(), 4U);
-  EXPECT_TRUE(NoPlaceWasAskedFor());
-}
-
-TEST_F(DropboxFile, WhatIsNoStandardExceptionPassesOn) {
-  SignWithSubject(kVerified, L"CN=Dropbox, Inc");
-  const Standin::ImportPatch verify(
-      "WinVerifyTrust", +[](HWND, GUID*, LPVOID) -> LONG { throw 5; });
-  EXPECT_THROW(facade_.IsDropboxFileTrusted(kProtected), int);
-  EXPECT_THAT(files_.log.Records(), ElementsAre(Info(L"Starting validation of Dropbox file.")));
-}
-
-TEST_F(DropboxFile, ANullPathIsOneThatTheSystemDoesNotAccept) {
-  EXPECT_FALSE(facade_.IsDropboxFileTrusted(nullptr));
-  EXPECT_THAT(files_.log.Records(), ElementsAre(Info(L"Starting validation of Dropbox file."),
-                                                Error(L"Dropbox file is not trusted by windows.")));
-}
-
-TEST_F(DropboxFile, AFailureWhileItsPlaceIsJudgedPassesOn) {
-  SignWithSubject(kVerified, L"CN=Dropbox, Inc");
-  const Standin::ImportPatch expand(
-      "ExpandEnvironmentStringsW",
-      +[](LPCWSTR, LPWSTR, DWORD) -> DWORD { throw std::runtime_error("some words"); });
-  EXPECT_THROW(facade_.IsDropboxFileTrusted(kProtected), std::runtime_error);
-  EXPECT_THAT(files_.log.Records(), ElementsAre(Info(L"Starting validation of Dropbox file."),
-                                                Info(L"Subject = CN=Dropbox, Inc")));
 }
 
 TEST_F(Facade, AFailureOfTheOtherQuestionsPassesOnAndIsNoYes) {
@@ -336,4 +190,5 @@ TEST_F(Facade, NoFailingCallTurnsANoIntoAYes) {
   }
 }
 
+}  // namespace
 }  // namespace Zq::Gantry::Security

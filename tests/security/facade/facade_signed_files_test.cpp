@@ -1,6 +1,8 @@
 // The facade's questions on files that the build has signed, judged by the system's own calls. Only
 // catalogs and the client are faked, and the verdict of a root that no machine knows.
 
+#include "security/facade/zq_authenticode_facade.h"
+
 #include <windows.h>
 
 #include <wincrypt.h>
@@ -10,7 +12,6 @@
 
 #include "import_patch.h"
 #include "security/access/tool_launch.h"
-#include "security/facade/zq_authenticode_facade.h"
 #include "security/trust/fake_catalogs.h"
 #include "security/trust/fake_path_calls.h"
 #include "security/trust/signer_descriptor.h"

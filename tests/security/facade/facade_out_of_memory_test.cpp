@@ -2,6 +2,8 @@
 // own, since it replaces the allocation of the whole program: its own, and that of the C++ library
 // that it shares, which allocates the strings.
 
+#include "security/facade/zq_authenticode_facade.h"
+
 #include <windows.h>
 
 #include <gtest/gtest.h>
@@ -14,7 +16,6 @@
 #include "import_patch.h"
 #include "security/access/judged_files.h"
 #include "security/access/tool_launch.h"
-#include "security/facade/zq_authenticode_facade.h"
 
 namespace {
 

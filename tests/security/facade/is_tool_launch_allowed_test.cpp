@@ -1,6 +1,8 @@
 // The facade's question for tools on a thread that serves a client: who calls is faked, call by
 // call.
 
+#include "security/facade/zq_authenticode_facade.h"
+
 #include <windows.h>
 
 #include <rpc.h>
@@ -8,7 +10,6 @@
 #include <gmock/gmock.h>
 
 #include "security/access/judged_files.h"
-#include "security/facade/zq_authenticode_facade.h"
 
 namespace Zq::Gantry::Security {
 namespace {

@@ -2,11 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include <cmath>
 #include <future>
-#include <limits>
-#include <map>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -15,7 +11,6 @@ namespace {
 
 using namespace std::string_literals;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 /// Written as an expansion gives it: in brackets.
 std::wstring Bracketed(const std::wstring& path) { return L"[" + path; }
@@ -127,103 +122,6 @@ TEST(BeginsWithFromExpandedList, LooksAtAHundredThousandItemsAndNoMore) {
   asked = 0;
   EXPECT_FALSE(BeginsWithFromExpandedList(LateItem(100'000), L"value", expand));
   EXPECT_EQ(asked, 100'001U);
-}
-
-/// The limits that a rule has, by name; and which were asked for.
-struct Limits {
-  std::map<std::wstring, std::wstring> texts;
-  std::vector<std::wstring> asked{};
-
-  LimitText Reader() {
-    return [this](const wchar_t* name) -> std::optional<std::wstring> {
-      asked.emplace_back(name);
-      const auto row = texts.find(name);
-      if (row == texts.end()) return std::nullopt;
-      return row->second;
-    };
-  }
-};
-
-bool InRange(double number, std::map<std::wstring, std::wstring> texts) {
-  return LiesInNumericRange(number, Limits{std::move(texts)}.Reader());
-}
-
-TEST(LiesInNumericRange, DropsTheFraction) {
-  EXPECT_FALSE(InRange(0.5, {{L"min", L"1"}, {L"max", L"10"}}));
-  EXPECT_TRUE(InRange(10.9, {{L"min", L"1"}, {L"max", L"10"}}));
-  EXPECT_TRUE(InRange(9.99, {{L"max", L"9"}}));
-  EXPECT_TRUE(InRange(-9.99, {{L"min", L"-9"}}));
-  EXPECT_TRUE(InRange(-0.9, {{L"min", L"0"}, {L"max", L"0"}}));
-}
-
-TEST(LiesInNumericRange, BothLimitsAreInclusive) {
-  EXPECT_TRUE(InRange(1, {{L"min", L"1"}, {L"max", L"1"}}));
-  EXPECT_FALSE(InRange(0, {{L"min", L"1"}, {L"max", L"1"}}));
-  EXPECT_FALSE(InRange(2, {{L"min", L"1"}, {L"max", L"1"}}));
-}
-
-TEST(LiesInNumericRange, AMissingLimitIsNone) {
-  EXPECT_TRUE(InRange(-1e6, {{L"max", L"10"}}));
-  EXPECT_TRUE(InRange(1e6, {{L"min", L"10"}}));
-  EXPECT_TRUE(InRange(0, {}));
-}
-
-TEST(LiesInNumericRange, ReadsALimitLikeTheStandardLibrary) {
-  EXPECT_TRUE(InRange(12, {{L"min", L" \t\n+12 apples"}}));
-  EXPECT_FALSE(InRange(11, {{L"min", L" \t\n+12 apples"}}));
-  EXPECT_TRUE(InRange(0, {{L"max", L"0x10"}}));
-  EXPECT_FALSE(InRange(1, {{L"max", L"0x10"}}));
-  EXPECT_TRUE(InRange(7, {{L"min", L"7\0z"s}}));
-}
-
-TEST(LiesInNumericRange, ALimitWithoutANumberPassesNothing) {
-  for (const wchar_t* text : {L"", L" ", L"ten", L"-", L"+ 1", L".5"}) {
-    EXPECT_FALSE(InRange(1, {{L"min", text}}));
-    EXPECT_FALSE(InRange(1, {{L"max", text}}));
-  }
-}
-
-TEST(LiesInNumericRange, ALimitBeyond32BitsIsRaised) {
-  for (const wchar_t* text :
-       {L"2147483648", L"-2147483649", L"4294967296", L"99999999999999999999999"}) {
-    EXPECT_THROW(InRange(1, {{L"min", text}}), std::out_of_range);
-    EXPECT_THROW(InRange(1, {{L"max", text}}), std::out_of_range);
-  }
-}
-
-TEST(LiesInNumericRange, ANumberBelowTheFirstLimitDoesNotReachTheSecond) {
-  Limits limits{{{L"min", L"5"}, {L"max", L"4294967296"}}};
-  EXPECT_FALSE(LiesInNumericRange(4, limits.Reader()));
-  EXPECT_THAT(limits.asked, ElementsAre(L"min"));
-  EXPECT_THROW(static_cast<void>(LiesInNumericRange(6, limits.Reader())), std::out_of_range);
-}
-
-TEST(LiesInNumericRange, KnowsTheBordersOf32Bits) {
-  const std::map<std::wstring, std::wstring> all{{L"min", L"-2147483648"}, {L"max", L"2147483647"}};
-  EXPECT_TRUE(InRange(2147483647.0, all));
-  EXPECT_TRUE(InRange(2147483647.99, all));
-  EXPECT_FALSE(InRange(2147483648.0, all));
-  EXPECT_TRUE(InRange(-2147483648.0, all));
-  EXPECT_TRUE(InRange(-2147483648.99, all));
-  EXPECT_FALSE(InRange(-2147483649.0, all));
-}
-
-TEST(LiesInNumericRange, ANumberBeyond32BitsIsAboveOrBelowAllLimits) {
-  const double infinite = std::numeric_limits<double>::infinity();
-  for (const double number : {4294967296.0, 1e300, infinite}) {
-    EXPECT_FALSE(InRange(number, {{L"max", L"2147483647"}}));
-    EXPECT_TRUE(InRange(number, {{L"min", L"2147483647"}}));
-    EXPECT_FALSE(InRange(-number, {{L"min", L"-2147483648"}}));
-    EXPECT_TRUE(InRange(-number, {{L"max", L"-2147483648"}}));
-    EXPECT_TRUE(InRange(number, {}));
-  }
-}
-
-TEST(LiesInNumericRange, NotANumberIsInNoRange) {
-  Limits limits{{{L"min", L"4294967296"}}};
-  EXPECT_FALSE(LiesInNumericRange(std::nan(""), limits.Reader()));
-  EXPECT_THAT(limits.asked, IsEmpty());
-  EXPECT_FALSE(InRange(std::nan(""), {}));
 }
 
 TEST(HostileTexts, NullsAndLoneSurrogatesAreCharactersLikeOthers) {

@@ -6,31 +6,15 @@
 #include <string>
 
 #include "security/access/exemption_white_lists.h"
-#include "security/access/row_walk.h"
 
 namespace Zq::Gantry::Security {
 namespace {
 
-using Server::Uwp::UwpInformation;
 using Server::Win32::Win32Information;
-using StoreCheck = UwpWithNoZqManifestCheckBasedOnMajorAndMinorVersion;
 using ProgramCheck = Win32WithNoZqManifestCheckBasedOnMajorAndMinorVersion;
-using StoreRows = std::vector<UwpMatchingDescriptor>;
 using ProgramRows = std::vector<Win32MatchingDescriptor>;
 
-constexpr wchar_t kFamily[] = L"C7E40B19.ZQLumenGuard_q7m3xk2tdw9pa";
 constexpr auto kUpTo = MatchingDescriptor::Operation::LessThanOrEqual;
-
-std::shared_ptr<UwpInformation> StoreClient(const wchar_t* family, std::uint16_t major,
-                                            std::uint16_t minor) {
-  return std::make_shared<UwpInformation>(L"C7E40B19.ZQLumenGuard", family, major, minor);
-}
-
-bool IsExemptStoreClient(const wchar_t* family, std::uint16_t major, std::uint16_t minor) {
-  return StoreCheck(UwpWithNoZQManifestExemptionWhiteList::GetExemption(),
-                    StoreClient(family, major, minor))
-      .IsAnException();
-}
 
 bool IsExemptProgram(const wchar_t* name, std::uint16_t major, std::uint16_t minor) {
   return ProgramCheck(Win32WithNoZQManifestExemptionWhiteList::GetExemption(),
@@ -38,32 +22,18 @@ bool IsExemptProgram(const wchar_t* name, std::uint16_t major, std::uint16_t min
       .IsAnException();
 }
 
-struct VersionRow {
-  std::uint16_t major;
-  std::uint16_t minor;
-  bool exempt;
-};
-
-TEST(UwpExemption, HoldsUpToTheLimitOfTheRow) {
-  const VersionRow rows[] = {
-      {0, 0, true},      {0, 65535, true},      {1, 9, true},   {1, 65535, true},
-      {2, 0, true},      {2, 1, false},         {2, 10, false}, {3, 0, false},
-      {65535, 0, false}, {65535, 65535, false}, {10, 0, false}, {20, 0, false},
-  };
-  for (const VersionRow& row : rows) {
-    EXPECT_EQ(IsExemptStoreClient(kFamily, row.major, row.minor), row.exempt)
-        << row.major << '.' << row.minor;
-  }
-}
-
 TEST(Win32Exemption, HoldsUpToTheLimitOfEachRow) {
-  const VersionRow rows[] = {
+  const struct {
+    std::uint16_t major;
+    std::uint16_t minor;
+    bool exempt;
+  } rows[] = {
       {0, 0, true},  {7, 99, true},  {7, 65535, true}, {8, 0, true},
       {8, 8, true},  {8, 9, true},   {8, 10, false},   {8, 65535, false},
       {9, 0, false}, {10, 0, false}, {80, 0, false},   {65535, 65535, false},
   };
   for (const wchar_t* name : {L"latchwardenuwp", L"zqlatchwardennote", L"latchwardenqfr"}) {
-    for (const VersionRow& row : rows) {
+    for (const auto& row : rows) {
       EXPECT_EQ(IsExemptProgram(name, row.major, row.minor), row.exempt)
           << row.major << '.' << row.minor;
     }
@@ -76,31 +46,6 @@ TEST(Win32Exemption, EightTenIsAboveEightNineAsNumbers) {
 
 TEST(Win32Exemption, ALowerMajorNeedsNoLookAtMinor) {
   EXPECT_TRUE(IsExemptProgram(L"latchwardenuwp", 7, 99));
-}
-
-TEST(UwpExemption, ComparesTheFamilyNameExactly) {
-  EXPECT_TRUE(IsExemptStoreClient(kFamily, 2, 0));
-  EXPECT_FALSE(IsExemptStoreClient(L"c7e40b19.zqlumenguard_q7m3xk2tdw9pa", 2, 0));
-  EXPECT_FALSE(IsExemptStoreClient(L"C7E40B19.ZQLUMENGUARD_q7m3xk2tdw9pa", 2, 0));
-  EXPECT_FALSE(IsExemptStoreClient(L"C7E40B19.ZQLumenGuard_q7m3xk2tdw9p", 2, 0));
-  EXPECT_FALSE(IsExemptStoreClient(L"C7E40B19.ZQLumenGuard_q7m3xk2tdw9pab", 2, 0));
-  EXPECT_FALSE(IsExemptStoreClient(L"C7E40B19.ZQLumenGuard", 2, 0));
-  EXPECT_FALSE(IsExemptStoreClient(L"", 0, 0));
-}
-
-TEST(UwpExemption, ComparesPastAZeroCharacter) {
-  auto client = StoreClient(kFamily, 1, 0);
-  client->FamilyName += std::wstring(L"\0x", 2);
-  EXPECT_FALSE(
-      StoreCheck(UwpWithNoZQManifestExemptionWhiteList::GetExemption(), client).IsAnException());
-}
-
-TEST(UwpExemption, ComparesTheFamilyNameOfTheRowAndNotItsId) {
-  const auto rows = std::make_shared<StoreRows>();
-  rows->emplace_back(UwpInformation(L"n", L"family", 2, 0), kUpTo);
-  rows->front().Information.Id = L"id";
-  EXPECT_TRUE(StoreCheck(rows, StoreClient(L"family", 2, 0)).IsAnException());
-  EXPECT_FALSE(StoreCheck(rows, StoreClient(L"id", 2, 0)).IsAnException());
 }
 
 TEST(Win32Exemption, ComparesTheNameOfTheRowAndNotItsId) {
@@ -125,14 +70,6 @@ TEST(Win32Exemption, ComparesPastAZeroCharacter) {
   client->Name += std::wstring(L"\0x", 2);
   EXPECT_FALSE(ProgramCheck(Win32WithNoZQManifestExemptionWhiteList::GetExemption(), client)
                    .IsAnException());
-}
-
-TEST(UwpExemption, DoesNotTouchItsClient) {
-  const auto client = StoreClient(L"Some.Family_ABC", 1, 0);
-  EXPECT_FALSE(
-      StoreCheck(UwpWithNoZQManifestExemptionWhiteList::GetExemption(), client).IsAnException());
-  EXPECT_EQ(client->FamilyName, L"Some.Family_ABC");
-  EXPECT_EQ(client->Name, L"C7E40B19.ZQLumenGuard");
 }
 
 TEST(Win32Exemption, FoldsTheNameAndLeavesItFolded) {
@@ -193,28 +130,10 @@ TEST(Win32Exemption, ARowWithCapitalsMatchesNobody) {
       ProgramCheck(rows, std::make_shared<Win32Information>(L"Program", 1, 0)).IsAnException());
 }
 
-TEST(UwpExemption, IsFalseWithoutListOrClient) {
-  EXPECT_FALSE(StoreCheck(nullptr, StoreClient(kFamily, 1, 0)).IsAnException());
-  EXPECT_FALSE(
-      StoreCheck(UwpWithNoZQManifestExemptionWhiteList::GetExemption(), nullptr).IsAnException());
-  EXPECT_FALSE(StoreCheck(nullptr, nullptr).IsAnException());
-  EXPECT_FALSE(
-      StoreCheck(std::make_shared<StoreRows>(), StoreClient(kFamily, 1, 0)).IsAnException());
-}
-
 TEST(Win32Exemption, IsFalseWithoutListOrClient) {
   const auto list = Win32WithNoZQManifestExemptionWhiteList::GetExemption();
   EXPECT_FALSE(ProgramCheck(list, nullptr).IsAnException());
   EXPECT_FALSE(ProgramCheck(nullptr, nullptr).IsAnException());
-}
-
-TEST(UwpExemption, ARowThatIsTooLowDoesNotEndTheWalk) {
-  const auto rows = std::make_shared<StoreRows>();
-  rows->emplace_back(UwpInformation(L"n", L"family", 1, 0), kUpTo);
-  rows->emplace_back(UwpInformation(L"n", L"other", 9, 9), kUpTo);
-  rows->emplace_back(UwpInformation(L"n", L"family", 3, 0), kUpTo);
-  EXPECT_TRUE(StoreCheck(rows, StoreClient(L"family", 2, 5)).IsAnException());
-  EXPECT_FALSE(StoreCheck(rows, StoreClient(L"family", 3, 1)).IsAnException());
 }
 
 TEST(Win32Exemption, ARowThatIsTooLowDoesNotEndTheWalk) {
@@ -225,16 +144,6 @@ TEST(Win32Exemption, ARowThatIsTooLowDoesNotEndTheWalk) {
       ProgramCheck(rows, std::make_shared<Win32Information>(L"program", 2, 5)).IsAnException());
 }
 
-TEST(UwpExemption, ReadsNeitherOperationNorBuildNorRevision) {
-  const auto rows = std::make_shared<StoreRows>();
-  rows->emplace_back(UwpInformation(L"n", L"family", 2, 0),
-                     static_cast<enum MatchingDescriptor::Operation>(0));
-  const auto client = StoreClient(L"family", 2, 0);
-  client->Version.Build = 65535;
-  client->Version.Revision = 65535;
-  EXPECT_TRUE(StoreCheck(rows, client).IsAnException());
-}
-
 TEST(Win32Exemption, ReadsNeitherOperationNorBuildNorRevision) {
   const auto rows = std::make_shared<ProgramRows>();
   rows->emplace_back(Win32Information(L"program", 2, 0),
@@ -243,13 +152,6 @@ TEST(Win32Exemption, ReadsNeitherOperationNorBuildNorRevision) {
   client->Version.Build = 65535;
   client->Version.Revision = 65535;
   EXPECT_TRUE(ProgramCheck(rows, client).IsAnException());
-}
-
-TEST(UwpExemption, ReadsNoType) {
-  const auto client = StoreClient(kFamily, 2, 0);
-  client->Type = Server::ClientType::Win32;
-  EXPECT_TRUE(
-      StoreCheck(UwpWithNoZQManifestExemptionWhiteList::GetExemption(), client).IsAnException());
 }
 
 TEST(Win32Exemption, ReadsNoType) {
@@ -266,21 +168,6 @@ TEST(Win32Exemption, ReadsNoDetail) {
                   .IsAnException());
 }
 
-TEST(UwpExemption, CopiesShareListAndClient) {
-  const auto rows = std::make_shared<StoreRows>();
-  const auto client = StoreClient(L"family", 2, 0);
-  StoreCheck check(rows, client);
-  StoreCheck copy(check);
-  StoreCheck assigned(nullptr, nullptr);
-  assigned = check;
-  rows->emplace_back(UwpInformation(L"n", L"family", 2, 0), kUpTo);
-  EXPECT_TRUE(copy.IsAnException());
-  EXPECT_TRUE(assigned.IsAnException());
-  client->Version.Minor = 1;
-  EXPECT_FALSE(copy.IsAnException());
-  EXPECT_FALSE(assigned.IsAnException());
-}
-
 TEST(Win32Exemption, CopiesShareListAndClient) {
   const auto rows = std::make_shared<ProgramRows>();
   const auto client = std::make_shared<Win32Information>(L"PROGRAM", 2, 0);
@@ -292,57 +179,6 @@ TEST(Win32Exemption, CopiesShareListAndClient) {
   EXPECT_TRUE(copy.IsAnException());
   EXPECT_TRUE(assigned.IsAnException());
   EXPECT_EQ(client->Name, L"program");
-}
-
-TEST(RowWalk, AListThatShrinksRaisesOutOfRangeWithItsText) {
-  std::vector<int> rows = {1, 2, 3};
-  const auto shrink = [&rows](int) {
-    rows.pop_back();
-    return false;
-  };
-  try {
-    static_cast<void>(AnyRowFits(rows, shrink));
-    FAIL() << "nothing was raised";
-  } catch (const std::out_of_range& failure) {
-    EXPECT_STREQ(failure.what(), "invalid vector subscript");
-  }
-}
-
-TEST(RowWalk, GoesToTheLastOfManyRows) {
-  const std::vector<int> rows = [] {
-    std::vector<int> numbers(1000, 0);
-    numbers.back() = 1;
-    return numbers;
-  }();
-  EXPECT_TRUE(AnyRowFits(rows, [](int row) { return row == 1; }));
-  EXPECT_FALSE(AnyRowFits(rows, [](int row) { return row == 2; }));
-}
-
-TEST(RowWalk, TheRowJustBehindTheEndIsOutOfRangeToo) {
-  std::vector<int> rows = {1, 2};
-  const auto shrink = [&rows](int) {
-    rows.pop_back();
-    return false;
-  };
-  EXPECT_THROW(static_cast<void>(AnyRowFits(rows, shrink)), std::out_of_range);
-  EXPECT_EQ(rows.size(), 1U) << "asked once";
-}
-
-TEST(RowWalk, JudgesACopyOfTheRow) {
-  std::vector<int> rows = {1};
-  EXPECT_TRUE(AnyRowFits(rows, [&rows](const int& row) {
-    rows.front() = 9;
-    return row == 1;
-  }));
-}
-
-TEST(RowWalk, EndsAtTheFirstRowThatFits) {
-  int asked = 0;
-  EXPECT_TRUE(AnyRowFits(std::vector<int>{1, 2, 3}, [&asked](int row) {
-    ++asked;
-    return row == 2;
-  }));
-  EXPECT_EQ(asked, 2);
 }
 
 }  // namespace

@@ -1,3 +1,5 @@
+#include "security/access/rpc_security_helper.h"
+
 #include <windows.h>
 
 #include <gmock/gmock.h>
@@ -10,7 +12,7 @@
 #include "local_rpc_server.h"
 #include "platform/win32/owners.h"
 #include "platform/win32/rpc_client.h"
-#include "security/access/rpc_security_helper.h"
+#include "security/trust/util_helper.h"
 #include "support/log_capture.h"
 
 // The caller of a real remote procedure call, asked for on the thread that serves it. Two calls are
@@ -201,6 +203,35 @@ TEST_F(RealCaller, IsOpenedImpersonatedAskedForClosedAndReverted) {
   AskWhileServing();
   EXPECT_THAT(seen_.order,
               ElementsAre("open as the service", "impersonate", "ask", "close", "revert"));
+}
+
+// Expands a path for the client. The expansion itself is faked, since not every system that the
+// tests run on has variables for each user.
+
+bool gotToken = false;
+
+BOOL WINAPI ExpandForUser(HANDLE token, LPCWSTR text, LPWSTR result, DWORD chars) {
+  TOKEN_STATISTICS statistics{};
+  DWORD bytes = 0;
+  gotToken = GetTokenInformation(token, TokenStatistics, &statistics, sizeof(statistics), &bytes) &&
+             statistics.TokenType == TokenPrimary;
+  wcscpy_s(result, chars, std::wstring(L"%PLACE%\\a.exe") == text ? L"C:\\Client\\a.exe" : L"");
+  return TRUE;
+}
+
+TEST(ServedPath, IsExpandedForTheClientOnTheServingThreadOnly) {
+  const ImportPatch attributes("RpcServerInqCallAttributesW", &AnswerWithTheTrueClient);
+  const ImportPatch forUser("ExpandEnvironmentStringsForUserW", &ExpandForUser);
+  const LogCapture log;
+  LocalRpcServer server;
+  const auto expand = [] {
+    return Server::Services::UtilHelper::GetFullExpandedPath(L"%PLACE%\\a.exe", L"");
+  };
+  std::wstring served;
+  server.Serve([&] { served = expand(); });
+  EXPECT_EQ(served, L"C:\\Client\\a.exe");
+  EXPECT_TRUE(gotToken);
+  EXPECT_THAT(expand(), EndsWith(L"\\%PLACE%\\a.exe")) << "on any other thread";
 }
 
 }  // namespace

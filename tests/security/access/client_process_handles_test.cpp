@@ -1,0 +1,107 @@
+#include "security/access/rpc_security_helper.h"
+
+#include <windows.h>
+
+#include <gmock/gmock.h>
+
+#include "security/access/caller_identity_fixture.h"
+
+// The process handles that the host holds of its clients.
+namespace Zq::Gantry::Security {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using namespace TestSupport;
+
+class KnownClient : public CallerIdentity {
+ protected:
+  KnownClient() {
+    fake_.process = nullptr;
+    helper_.ClientProcessHandles[kClient] = FakeCaller::Handle(0x7777);
+  }
+};
+
+TEST_F(KnownClient, IsIdentifiedThoughItsProcessCannotBeOpened) {
+  for (const HANDLE failed : {HANDLE{nullptr}, INVALID_HANDLE_VALUE}) {
+    fake_.process = failed;
+    fake_.Forget();
+    EXPECT_EQ(Ask(), kName);
+    EXPECT_THAT(log_.Records(), IsEmpty());
+    EXPECT_THAT(fake_.order,
+                ElementsAre("query", "query", "open", "duplicate", "impersonate",
+                            "ask length of 2222", "ask name of 2222", "close 2222", "revert"));
+  }
+}
+
+TEST_F(KnownClient, IsDuplicatedWithinThisProcessForALimitedQueryAndNotForHeirs) {
+  Ask();
+  EXPECT_THAT(fake_.duplicatedFrom,
+              ElementsAre(GetCurrentProcess(), FakeCaller::Handle(0x7777), GetCurrentProcess()));
+  EXPECT_THAT(fake_.duplicatedWith, ElementsAre(0x1000U, 0U, 0U));
+}
+
+TEST_F(KnownClient, IsNotLookedUpWhereItsProcessCanBeOpened) {
+  fake_.process = FakeCaller::Handle(0x1111);
+  EXPECT_EQ(Ask(), kName);
+  EXPECT_THAT(fake_.duplicatedFrom, IsEmpty());
+}
+
+TEST_F(KnownClient, OfAnotherProcessIdIsNoHelp) {
+  helper_.ClientProcessHandles.clear();
+  helper_.ClientProcessHandles[kClient + 4] = FakeCaller::Handle(0x7777);
+  EXPECT_EQ(Ask(), L"");
+  ExpectFailure(L"OpenProcess yielded null or invalid handle", L"5");
+  EXPECT_THAT(fake_.duplicatedFrom, IsEmpty());
+}
+
+TEST_F(KnownClient, WhoseHandleCannotBeDuplicatedHasNoName) {
+  fake_.duplicated = FALSE;
+  for (const HANDLE left : {HANDLE{nullptr}, INVALID_HANDLE_VALUE, FakeCaller::Handle(0x2222)}) {
+    fake_.copy = left;
+    log_.Clear();
+    EXPECT_EQ(Ask(), L"") << "whatever the failed call has left";
+    ExpectFailure(L"OpenProcess yielded null or invalid handle", L"5");
+  }
+  EXPECT_THAT(fake_.closed, IsEmpty());
+}
+
+TEST_F(KnownClient, WhoseDuplicateIsNoHandleHasNoName) {
+  for (const HANDLE copy : {HANDLE{nullptr}, INVALID_HANDLE_VALUE}) {
+    fake_.copy = copy;
+    log_.Clear();
+    EXPECT_EQ(Ask(), L"");
+    ExpectFailure(L"OpenProcess yielded null or invalid handle", L"5");
+  }
+  EXPECT_THAT(fake_.closed, IsEmpty());
+}
+
+TEST_F(KnownClient, KeepsTheHandleThatTheHostHolds) {
+  Ask();
+  EXPECT_THAT(fake_.closed, ElementsAre(FakeCaller::Handle(0x2222)));
+  EXPECT_EQ(helper_.ClientProcessHandles.at(kClient), FakeCaller::Handle(0x7777));
+}
+
+TEST_F(CallerIdentity, TakesAClientThatCannotBeToldTheSecondTimeForProcessZero) {
+  fake_.queryStatus = {RPC_S_OK, 1725};
+  EXPECT_EQ(Ask(), L"");
+  ExpectFailure(L"OpenProcess yielded null or invalid handle", L"5");
+  EXPECT_THAT(fake_.opened, ElementsAre(0x1000U, 0U, 0U));
+}
+
+TEST_F(CallerIdentity, FindsTheEntryOfProcessZeroWhereTheSecondQueryFails) {
+  fake_.queryStatus = {RPC_S_OK, 1725};
+  helper_.ClientProcessHandles[0] = FakeCaller::Handle(0x7777);
+  EXPECT_EQ(Ask(), kName);
+  EXPECT_EQ(fake_.duplicatedFrom.at(1), FakeCaller::Handle(0x7777));
+}
+
+TEST_F(CallerIdentity, DuplicatesWhateverHandleTheHostHolds) {
+  fake_.process = nullptr;
+  helper_.ClientProcessHandles[kClient] = GetCurrentProcess();
+  EXPECT_EQ(Ask(), kName);
+  EXPECT_EQ(fake_.duplicatedFrom.at(1), GetCurrentProcess());
+}
+
+}  // namespace
+}  // namespace Zq::Gantry::Security

@@ -67,7 +67,7 @@ class RecordingCriteria : public IClientWithNoZqManifestCheckCriteria {
   bool IsAnException() override { return Record("IsAnException", true); }
 };
 
-TEST(FacadeTable, HoldsTheSevenOperationsInOrderFromTheFirstPlaceOn) {
+TEST(FacadeTable, HoldsTheSevenOperationsInOrderFromSlotZero) {
   calls.clear();
   RecordingFacade facade;
   EXPECT_TRUE((CallSlot<bool, const wchar_t*>(&facade, 0, L"1")));
@@ -83,7 +83,7 @@ TEST(FacadeTable, HoldsTheSevenOperationsInOrderFromTheFirstPlaceOn) {
                                  "HaveSameSigningKey", "IsPathAllowed", "IsToolLaunchAllowed"));
 }
 
-TEST(FacadeTable, TheFacadeItselfAnswersThroughTheSamePlaces) {
+TEST(FacadeTable, ReachesTheFacadeItselfThroughTheSameSlots) {
   ZQAuthenticodeFacade facade;
   for (const std::size_t slot : {0, 1, 3}) {
     EXPECT_FALSE((CallSlot<bool, const wchar_t*>(&facade, slot, nullptr))) << slot;
@@ -91,7 +91,7 @@ TEST(FacadeTable, TheFacadeItselfAnswersThroughTheSamePlaces) {
   EXPECT_FALSE((CallSlot<bool, const wchar_t*, const wchar_t*>(&facade, 4, nullptr, nullptr)));
 }
 
-TEST(CriteriaTable, HoldsDestructorAndQuestionInOrder) {
+TEST(CriteriaTable, HoldsDestructorAndIsAnExceptionInOrder) {
   calls.clear();
   auto* criteria = new RecordingCriteria();
   EXPECT_TRUE(CallSlot<bool>(criteria, kDestructorSlots));
@@ -99,7 +99,7 @@ TEST(CriteriaTable, HoldsDestructorAndQuestionInOrder) {
   EXPECT_THAT(calls, ElementsAre("IsAnException", "destructor"));
 }
 
-TEST(CriteriaTable, BothCheckersAnswerThroughTheSamePlace) {
+TEST(CriteriaTable, ReachesBothCheckersThroughTheSameSlot) {
   const auto upTo = MatchingDescriptor::Operation::LessThanOrEqual;
   const auto storeRows = std::make_shared<std::vector<UwpMatchingDescriptor>>();
   storeRows->emplace_back(Server::Uwp::UwpInformation(L"n", L"f", 2, 0), upTo);
@@ -125,7 +125,7 @@ const void* PointerBehindTable(const void* object, std::size_t index) {
   return *reinterpret_cast<const void* const*>(fields + index * sizeof(Shared));
 }
 
-TEST(CriteriaTable, TheCheckersHoldListAndClientInOrderBehindIt) {
+TEST(CriteriaTable, IsFollowedByListAndClientInBothCheckers) {
   const auto storeRows = std::make_shared<std::vector<UwpMatchingDescriptor>>();
   const auto storeClient = std::make_shared<Server::Uwp::UwpInformation>();
   const UwpWithNoZqManifestCheckBasedOnMajorAndMinorVersion store(storeRows, storeClient);

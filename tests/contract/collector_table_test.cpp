@@ -62,11 +62,11 @@ TEST(CollectorTable, HoldsTheFiveOperationsInOrder) {
                                  "callback 5", "destructor"));
 }
 
-TEST(CollectorTable, IsAllThatACollectorShowsOfItself) {
+TEST(CollectorTable, IsTheOnlyFieldOfACollector) {
   EXPECT_EQ(sizeof(DataCollector), sizeof(void*));
 }
 
-TEST(CollectorTable, TheExportHasItsName) {
+TEST(CreateCollectorExport, HasItsName) {
   EXPECT_STREQ(kCreateCollectorExport, "CreateZQXExportClass");
 }
 

@@ -73,7 +73,7 @@ std::wstring VersionText(const std::vector<char>& resource, const std::wstring& 
   return text;
 }
 
-TEST(LibraryFile, AnswersThroughTheFactoryAndTheTableAlone) {
+TEST(LibraryFile, ServesSessionsThroughFactoryAndTableAlone) {
   const TestSupport::LogCapture log;
   const UniqueModule library = LoadTheLibrary();
   ASSERT_TRUE(library);
@@ -90,7 +90,7 @@ TEST(LibraryFile, AnswersThroughTheFactoryAndTheTableAlone) {
                                          Info(L"WattleafService::EndSession")));
 }
 
-TEST(LibraryFile, HandsOutAndTakesBackTheTextOfACommand) {
+TEST(LibraryFile, ReturnsTheTextOfACommandAndFreesIt) {
   const TestSupport::LogCapture log;
   const UniqueModule library = LoadTheLibrary();
   ASSERT_TRUE(library);
@@ -115,11 +115,11 @@ TEST(LibraryFile, HandsOutAndTakesBackTheTextOfACommand) {
   std::exit(IsLoaded() ? 7 : 1);
 }
 
-TEST(LibraryFile, StaysLoadedWhileItsWorkerSleepsThoughTheHostFreesIt) {
+TEST(LibraryFile, StaysLoadedWhileItsWorkerSleepsAfterTheHostFreedIt) {
   EXPECT_EXIT(StartTheWorkerAndFreeTheLibrary(), testing::ExitedWithCode(7), "");
 }
 
-TEST(LibraryFile, IsUnloadedWhereNoWorkerWasStarted) {
+TEST(LibraryFile, IsUnloadedWhenNoWorkerWasStarted) {
   UniqueModule library = LoadTheLibrary();
   ASSERT_TRUE(library);
   void* service = MakeService(library);
@@ -129,7 +129,7 @@ TEST(LibraryFile, IsUnloadedWhereNoWorkerWasStarted) {
   EXPECT_FALSE(IsLoaded());
 }
 
-TEST(LibraryFile, CarriesAVersionResource) {
+TEST(LibraryFile, HasAVersionResource) {
   const std::vector<char> resource = VersionResource();
   ASSERT_FALSE(resource.empty());
   EXPECT_EQ(VersionText(resource, L"FileVersion"), WATTLEAF_EXPECTED_VERSION);
@@ -138,7 +138,7 @@ TEST(LibraryFile, CarriesAVersionResource) {
   EXPECT_EQ(VersionText(resource, L"ProductName"), L"WattleafService");
 }
 
-TEST(LibraryFile, HasTheSameVersionInNumbers) {
+TEST(LibraryFile, HasTheSameVersionInNumbersAndText) {
   const std::vector<char> resource = VersionResource();
   ASSERT_FALSE(resource.empty());
   VS_FIXEDFILEINFO* fixed = nullptr;

@@ -120,7 +120,7 @@ TEST(ServiceTable, HoldsTheHostsTasksInPlacesSixToEleven) {
                                  "session_change_task 100", "control_code_task 110"));
 }
 
-TEST(ServiceTable, IsFilledWithHarmlessOperationsByTheBase) {
+TEST(ServiceTable, HasHarmlessDefaultsInTheBase) {
   PlainService service;
   CallSlot<void>(&service, Place(6));
   CallSlot<void, unsigned long>(&service, Place(7), 1);
@@ -132,7 +132,7 @@ TEST(ServiceTable, IsFilledWithHarmlessOperationsByTheBase) {
   CallSlot<void, void*>(&service, Place(5), std::malloc(16));
 }
 
-TEST(ServiceTable, IsAllThatAServiceConsistsOf) { EXPECT_EQ(sizeof(ZQService), sizeof(void*)); }
+TEST(ServiceTable, IsTheOnlyFieldOfAService) { EXPECT_EQ(sizeof(ZQService), sizeof(void*)); }
 
 }  // namespace
 }  // namespace Zq::Gantry::Server::Services

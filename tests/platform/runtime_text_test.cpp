@@ -17,7 +17,7 @@ namespace {
 
 using namespace std::string_literals;
 
-TEST(RuntimeTextValue, TextsAreOrderedByPlainCharacterValue) {
+TEST(RuntimeTextValue, IsOrderedByCharacterValue) {
   EXPECT_TRUE(RuntimeText(L"Z") < RuntimeText(L"a"));
   EXPECT_TRUE(RuntimeText(L"a") < RuntimeText(L"\x00e9"));
   EXPECT_TRUE(RuntimeText(L"ab") < RuntimeText(L"b"));
@@ -27,7 +27,7 @@ TEST(RuntimeTextValue, TextsAreOrderedByPlainCharacterValue) {
   EXPECT_FALSE(RuntimeText(L"a") == RuntimeText(L"b"));
 }
 
-TEST(RuntimeTextValue, TextsAreCopiedAndMoved) {
+TEST(RuntimeTextValue, KeepsItsTextWhenCopiedAndMoved) {
   RuntimeText first(L"first");
   RuntimeText copy(first);
   EXPECT_EQ(copy.View(), L"first");
@@ -40,7 +40,7 @@ TEST(RuntimeTextValue, TextsAreCopiedAndMoved) {
   EXPECT_EQ(copy.View(), L"first");
 }
 
-TEST(RuntimeTextValue, TextsKeepTheirZeroCharacters) {
+TEST(RuntimeTextValue, KeepsNullCharacters) {
   const RuntimeText text(L"a\0b"s);
   EXPECT_EQ(text.View(), L"a\0b"s);
   EXPECT_FALSE(text == RuntimeText(L"a"));
@@ -51,7 +51,7 @@ decltype(&WindowsCreateString) realCreate = nullptr;
 decltype(&WindowsDuplicateString) realDuplicate = nullptr;
 decltype(&WindowsDeleteString) realDelete = nullptr;
 
-TEST(RuntimeTextValue, EachTextIsGivenBackOnce) {
+TEST(RuntimeTextValue, IsReleasedOnce) {
   const Standin::ImportPatch create(
       "WindowsCreateString", +[](PCNZWCH text, UINT32 length, HSTRING* made) -> HRESULT {
         ++liveTexts;
@@ -88,7 +88,7 @@ TEST(RuntimeTextValue, EachTextIsGivenBackOnce) {
   EXPECT_EQ(liveTexts, 0);
 }
 
-TEST(RuntimeReference, EachReferenceIsGivenBackOnce) {
+TEST(RuntimeReference, IsReleasedOnce) {
   struct Counted {
     int references = 1;
     void AddRef() { ++references; }
@@ -114,7 +114,7 @@ TEST(RuntimeReference, EachReferenceIsGivenBackOnce) {
   EXPECT_EQ(object.references, 1);
 }
 
-TEST(RuntimeTextValue, ATextThatCannotBeCopiedIsRaised) {
+TEST(RuntimeTextValue, ThrowsWhenItCannotBeCopied) {
   const RuntimeText text(L"text");
   const Standin::ImportPatch duplicate(
       "WindowsDuplicateString", +[](HSTRING, HSTRING*) -> HRESULT { return E_OUTOFMEMORY; });

@@ -9,7 +9,7 @@ namespace {
 
 /// Kept on purpose: the apartment is never given up again, as with the runtime's own projection.
 /// Objects made in it may live as long as the process (test
-/// SharedDocument.KeepsTheApartmentAliveForAThreadWithoutOne).
+/// SharedDocument.KeepsTheApartmentAliveOnAThreadWithoutOne).
 void KeepApartmentAlive() {
   CO_MTA_USAGE_COOKIE cookie = nullptr;
   ThrowIfFailed(CoIncrementMTAUsage(&cookie));

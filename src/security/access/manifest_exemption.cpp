@@ -57,7 +57,7 @@ Win32Check::~Win32WithNoZqManifestCheckBasedOnMajorAndMinorVersion() = default;
 bool Win32Check::IsAnException() {
   if (!list_ || !client_) return false;
   // Kept on purpose: the shared client stays changed, even if the list is empty (test
-  // Win32Exemption.FoldsTheNameForGoodEvenWithAnEmptyList).
+  // Win32Exemption.LeavesTheNameFoldedEvenWithAnEmptyList).
   FoldLetters(client_->Name);
   return AnyRowFits(*list_, [this](const Win32MatchingDescriptor& row) {
     return row.Information.Name == client_->Name &&

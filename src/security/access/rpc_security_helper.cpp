@@ -42,7 +42,7 @@ UniqueHandle DuplicateKnown(const ProcessHandles& known, DWORD client) {
   const auto entry = known.find(client);
   if (entry == known.end()) return copy;
   // Kept on purpose: a pseudo-handle in the map names this process itself (test
-  // CallerIdentity.DuplicatesWhateverHandleTheHostHolds).
+  // GetPFNOfCaller.DuplicatesAPseudoHandleOfTheHost).
   if (!DuplicateHandle(GetCurrentProcess(), entry->second, GetCurrentProcess(), copy.out(),
                        PROCESS_QUERY_LIMITED_INFORMATION, /*inherit=*/FALSE, /*options=*/0)) {
     static_cast<void>(copy.release());
@@ -53,7 +53,7 @@ UniqueHandle DuplicateKnown(const ProcessHandles& known, DWORD client) {
 
 UniqueHandle OpenClientProcess(const ProcessHandles& known) {
   // Kept on purpose: if the second query fails, the client is the process 0 (test
-  // CallerIdentity.TakesAClientThatCannotBeToldTheSecondTimeForProcessZero).
+  // GetPFNOfCaller.OpensProcessZeroWhenTheSecondQueryFails).
   const DWORD client = QueryRpcClient().processId;
   UniqueHandle process(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, /*inherit=*/FALSE, client));
   DropInvalid(process);

@@ -89,7 +89,7 @@ bool IsContainedInList(std::wstring_view list, std::wstring_view value) {
 bool BeginsWithFromList(std::wstring_view list, std::wstring_view value) {
   if (IsClimbingPath(value)) return false;
   // Kept on purpose: every value begins with an empty item (test
-  // BeginsWithFromList.AnEmptyItemPassesEveryValueThatTheGuardLetsThrough).
+  // BeginsWithFromList.AcceptsEveryValueButAClimbingPathForAnEmptyItem).
   return HasItem(list, [value](std::wstring_view item) { return HasPrefix(value, item); });
 }
 
@@ -98,7 +98,7 @@ bool BeginsWithFromExpandedList(std::wstring_view list, const std::wstring& valu
   const std::wstring expanded = expand(value);
   if (IsClimbingPath(expanded)) return false;
   // Kept on purpose: an item that cannot be expanded is empty, and every value begins with it (test
-  // BeginsWithFromExpandedList.AnItemThatCannotBeExpandedPassesEveryValue).
+  // BeginsWithFromExpandedList.AcceptsEveryValueForAnItemThatCannotBeExpanded).
   const auto fits = [&](std::wstring_view item) {
     return HasPrefix(expanded, expand(std::wstring(item)));
   };

@@ -62,7 +62,7 @@ bool JudgeExpandedBeginning(const XmlNodeReference& node, const ValueReference& 
 bool JudgeNumericRange(const XmlNodeReference& node, const ValueReference& value) {
   if (!value) return false;
   // Kept on purpose: this judge alone takes a null node for a rule without limits (test
-  // NumericRangeRule.ANullNodePassesEveryValueThatIsThere).
+  // NumericRangeRule.AcceptsEveryNonNullValueForANullNode).
   if (!node) return true;
   return Decide([&] {
     return LiesInNumericRange(ReadBoxedDouble(*value), [&node](const wchar_t* name) {

@@ -60,7 +60,7 @@ bool IsSwitch(const std::wstring& argument) {
 }
 
 /// Kept on purpose: the signature is checked of the unchanged text, the place of the text with its
-/// variables expanded (test ToolArguments.AsksTheSignatureOfTheTextAndThePlaceOfItsExpansion).
+/// variables expanded (test ToolArguments.AreVerifiedAsWrittenAndLocatedAfterExpansion).
 bool IsServiceFile(const std::wstring& path) {
   return ZQAuthenticodeHelper::IsFileTrusted(path.c_str(), &ServiceTrustedKeys) &&
          ZQAuthenticodeHelper::IsPathAllowed(path.c_str());
@@ -79,7 +79,7 @@ bool IsLaunchAllowedBy(const ToolLaunchRules& table, const ToolLaunchRequest& re
 
   bool allowed = IsAcceptedByWindows(request.toolPath, component);
   // Kept on purpose: also called if the tool itself was refused (test
-  // ToolLaunch.TheCommandLineIsJudgedAlsoWhereTheToolIsRefused).
+  // ToolLaunch.JudgesTheCommandLineOfARefusedToolToo).
   if (rule->ArgumentCheck && !rule->ArgumentCheck(OrEmpty(request.commandLine))) allowed = false;
   return allowed;
 }
@@ -88,7 +88,7 @@ bool CheckRegsvr32Arguments(const std::wstring& commandLine) {
   const std::optional<std::vector<std::wstring>> arguments = TrySplit(commandLine);
   if (!arguments) return false;
   // Kept on purpose: files after the first are not looked at (test
-  // Regsvr32Arguments.LaterFilesAreNotLookedAt).
+  // CheckRegsvr32Arguments.ChecksTheFirstFileOnly).
   const auto file = std::find_if_not(arguments->begin(), arguments->end(), IsSwitch);
   return file == arguments->end() || IsServiceFile(*file);
 }
@@ -98,7 +98,7 @@ bool CheckRundll32Arguments(const std::wstring& commandLine) {
   if (!arguments) return false;
   if (arguments->empty() || arguments->front().empty()) return true;
   // Kept on purpose: a comma inside quotes also ends the path (test
-  // Rundll32Arguments.AQuotedCommaCutsThePath).
+  // CheckRundll32Arguments.CutsThePathAtAQuotedComma).
   const std::wstring& first = arguments->front();
   return IsServiceFile(first.substr(0, first.find(L',')));
 }

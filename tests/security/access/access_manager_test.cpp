@@ -47,19 +47,19 @@ const void* PointerAt(const GantryAccessManager& manager, std::size_t index) {
   return pointer;
 }
 
-TEST(AccessManager, ThrowsWithItsTextBeforeTheStoreCheckerIsSet) {
+TEST(GantryAccessManager, ThrowsUntilTheUwpCheckerIsSet) {
   GantryAccessManager manager;
   manager.SetWin32Checker(std::make_shared<FixedAnswer>(true));
   EXPECT_EQ(ComplaintOf([&] { static_cast<void>(manager.IsUwpExempt()); }), kNoUwpChecker);
 }
 
-TEST(AccessManager, ThrowsWithTheOtherTextBeforeTheClassicCheckerIsSet) {
+TEST(GantryAccessManager, ThrowsUntilTheWin32CheckerIsSet) {
   GantryAccessManager manager;
   manager.SetUwpChecker(std::make_shared<FixedAnswer>(true));
   EXPECT_EQ(ComplaintOf([&] { static_cast<void>(manager.IsWin32Exempt()); }), kNoWin32Checker);
 }
 
-TEST(AccessManager, GivesTheAnswerOfTheCheckerThatBelongsToTheQuestion) {
+TEST(GantryAccessManager, UsesTheCheckerOfTheClientsKind) {
   GantryAccessManager manager;
   const auto yes = std::make_shared<FixedAnswer>(true);
   const auto no = std::make_shared<FixedAnswer>(false);
@@ -72,7 +72,7 @@ TEST(AccessManager, GivesTheAnswerOfTheCheckerThatBelongsToTheQuestion) {
   EXPECT_EQ(no->asked, 1);
 }
 
-TEST(AccessManager, AsksAnewEachTimeAndReplacesTheChecker) {
+TEST(GantryAccessManager, CallsTheUwpCheckerEachTimeAndReplacesIt) {
   GantryAccessManager manager;
   const auto first = std::make_shared<FixedAnswer>(true);
   manager.SetUwpChecker(first);
@@ -84,7 +84,7 @@ TEST(AccessManager, AsksAnewEachTimeAndReplacesTheChecker) {
   EXPECT_EQ(first.use_count(), 1);
 }
 
-TEST(AccessManager, ReplacesTheClassicCheckerAsWell) {
+TEST(GantryAccessManager, ReplacesTheWin32Checker) {
   GantryAccessManager manager;
   const auto first = std::make_shared<FixedAnswer>(true);
   manager.SetWin32Checker(first);
@@ -94,7 +94,7 @@ TEST(AccessManager, ReplacesTheClassicCheckerAsWell) {
   EXPECT_EQ(first.use_count(), 1);
 }
 
-TEST(AccessManager, AnEmptyCheckerBringsTheThrowBack) {
+TEST(GantryAccessManager, ThrowsAgainAfterAnEmptyCheckerWasSet) {
   GantryAccessManager manager;
   manager.SetUwpChecker(std::make_shared<FixedAnswer>(true));
   manager.SetWin32Checker(std::make_shared<FixedAnswer>(true));
@@ -105,7 +105,7 @@ TEST(AccessManager, AnEmptyCheckerBringsTheThrowBack) {
   EXPECT_EQ(ComplaintOf([&] { static_cast<void>(manager.IsWin32Exempt()); }), kNoWin32Checker);
 }
 
-TEST(AccessManager, HoldsFourPointersInOrder) {
+TEST(GantryAccessManager, HoldsFourPointersInOrder) {
   GantryAccessManager manager;
   const auto store = std::make_shared<FixedAnswer>(true);
   const auto classic = std::make_shared<FixedAnswer>(true);
@@ -121,7 +121,7 @@ TEST(AccessManager, HoldsFourPointersInOrder) {
   EXPECT_FALSE(std::is_polymorphic_v<GantryAccessManager>);
 }
 
-TEST(AccessManager, CopiesShareAllPointers) {
+TEST(GantryAccessManager, SharesAllPointersWithItsCopies) {
   GantryAccessManager manager;
   manager.SetUwpChecker(std::make_shared<FixedAnswer>(true));
   manager.SetWin32Checker(std::make_shared<FixedAnswer>(false));
@@ -134,7 +134,7 @@ TEST(AccessManager, CopiesShareAllPointers) {
   }
 }
 
-TEST(AccessManager, CopiesCarryTheReservedPointerAlong) {
+TEST(GantryAccessManager, CopiesTheReservedPointer) {
   GantryAccessManager manager;
   const auto something = std::make_shared<int>(1);
   // Nobody inside sets it: a part of the host's might, by its place.
@@ -147,7 +147,7 @@ TEST(AccessManager, CopiesCarryTheReservedPointerAlong) {
   EXPECT_EQ(something.use_count(), 4);
 }
 
-TEST(AccessManager, WhatACheckerRaisesPassesOn) {
+TEST(GantryAccessManager, LetsExceptionsOfACheckerPropagate) {
   class Raising : public IClientWithNoZqManifestCheckCriteria {
    public:
     bool IsAnException() override { throw std::out_of_range("invalid vector subscript"); }
@@ -157,7 +157,7 @@ TEST(AccessManager, WhatACheckerRaisesPassesOn) {
   EXPECT_THROW(static_cast<void>(manager.IsUwpExempt()), std::out_of_range);
 }
 
-TEST(AccessException, IsALogicErrorThatHoldsItsMessage) {
+TEST(GantryAccessException, IsALogicErrorWithItsMessage) {
   const gantry_access_exception problem("message");
   const std::logic_error& base = problem;
   EXPECT_STREQ(base.what(), "message");
@@ -165,7 +165,7 @@ TEST(AccessException, IsALogicErrorThatHoldsItsMessage) {
   EXPECT_TRUE(std::has_virtual_destructor_v<gantry_access_exception>);
 }
 
-TEST(AccessException, IsCopiedMovedAndAssigned) {
+TEST(GantryAccessException, IsCopiedMovedAndAssigned) {
   gantry_access_exception first("first");
   gantry_access_exception copy(first);
   EXPECT_STREQ(copy.what(), "first");

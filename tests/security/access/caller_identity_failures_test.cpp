@@ -20,35 +20,35 @@ namespace {
 using testing::ElementsAre;
 using namespace TestSupport;
 
-TEST_F(CallerIdentity, AClientThatCannotBeToldHasNoName) {
+TEST_F(GetPFNOfCaller, IsEmptyWhenTheClientCannotBeQueried) {
   fake_.queryStatus = {1725, 1725};
   EXPECT_EQ(Ask(), L"");
   ExpectFailure(L"RpcServerInqCallAttributes failed", L"1725");
   EXPECT_THAT(fake_.order, ElementsAre("query"));
 }
 
-TEST_F(CallerIdentity, AClientWhoseProcessCannotBeOpenedHasNoName) {
+TEST_F(GetPFNOfCaller, IsEmptyWhenTheProcessCannotBeOpened) {
   fake_.process = nullptr;
   EXPECT_EQ(Ask(), L"");
   ExpectFailure(L"OpenProcess yielded null or invalid handle", L"5");
   EXPECT_THAT(fake_.order, ElementsAre("query", "query", "open"));
 }
 
-TEST_F(CallerIdentity, TakesTheInvalidHandleForAFailureAsWell) {
+TEST_F(GetPFNOfCaller, TreatsTheInvalidHandleAsAFailure) {
   fake_.process = INVALID_HANDLE_VALUE;
   EXPECT_EQ(Ask(), L"");
   ExpectFailure(L"OpenProcess yielded null or invalid handle", L"5");
   EXPECT_THAT(fake_.order, ElementsAre("query", "query", "open")) << "nothing to close";
 }
 
-TEST_F(CallerIdentity, AClientThatCannotBeImpersonatedHasNoNameAndIsNotReverted) {
+TEST_F(GetPFNOfCaller, IsEmptyAndDoesNotRevertWhenImpersonationFails) {
   fake_.impersonateStatus = 1348;
   EXPECT_EQ(Ask(), L"");
   ExpectFailure(L"Failed to impersonate client", L"1348");
   EXPECT_THAT(fake_.order, ElementsAre("query", "query", "open", "impersonate", "close 1111"));
 }
 
-TEST_F(CallerIdentity, AClientThatIsNoPackageHasNoName) {
+TEST_F(GetPFNOfCaller, IsEmptyForAClientOutsideAPackage) {
   fake_.lengthStatus = 15700;
   EXPECT_EQ(Ask(), L"");
   ExpectFailure(L"GetPackageFamilyName failed", L"15700");
@@ -56,7 +56,7 @@ TEST_F(CallerIdentity, AClientThatIsNoPackageHasNoName) {
                                        "ask length of 1111", "close 1111", "revert"));
 }
 
-TEST_F(CallerIdentity, NoOtherStatusOfTheFirstNameQueryIsTakenForASmallBuffer) {
+TEST_F(GetPFNOfCaller, TreatsNoOtherStatusAsASmallBuffer) {
   // Next to 122 in number (121, 123) or in meaning (24, 111, 234).
   for (const LONG status : {LONG{1}, LONG{24}, LONG{111}, LONG{121}, LONG{123}, LONG{234}}) {
     fake_.lengthStatus = status;
@@ -68,13 +68,13 @@ TEST_F(CallerIdentity, NoOtherStatusOfTheFirstNameQueryIsTakenForASmallBuffer) {
   }
 }
 
-TEST_F(CallerIdentity, ANegativeStatusIsWrittenWithItsSign) {
+TEST_F(GetPFNOfCaller, LogsANegativeStatusWithItsSign) {
   fake_.lengthStatus = kNegative;
   EXPECT_EQ(Ask(), L"");
   ExpectFailure(L"GetPackageFamilyName failed", L"-2147024891");
 }
 
-TEST_F(CallerIdentity, AStatusIsPutIntoWordsByTheGenericCategory) {
+TEST_F(GetPFNOfCaller, LogsTheTextOfTheGenericCategory) {
   fake_.process = nullptr;
   Ask();
   const std::string words =
@@ -85,7 +85,7 @@ TEST_F(CallerIdentity, AStatusIsPutIntoWordsByTheGenericCategory) {
                                 std::wstring(words.begin(), words.end()) + L", Status: 5")));
 }
 
-TEST_F(CallerIdentity, ANameThatCannotBeReadAfterItsLengthIsTheErrorFive) {
+TEST_F(GetPFNOfCaller, LogsErrorFiveWhenTheNameCannotBeReadAfterItsLength) {
   for (const LONG status : {LONG{122}, LONG{15700}, LONG{6}}) {
     fake_.nameStatus = status;
     fake_.Forget();
@@ -99,7 +99,7 @@ TEST_F(CallerIdentity, ANameThatCannotBeReadAfterItsLengthIsTheErrorFive) {
   }
 }
 
-TEST_F(CallerIdentity, LogsAFailureBeforeItClosesAndReverts) {
+TEST_F(GetPFNOfCaller, LogsAFailureBeforeItClosesAndReverts) {
   static LogCapture* log = nullptr;
   static std::vector<std::size_t> linesAtClose;
   log = &log_;
@@ -113,7 +113,7 @@ TEST_F(CallerIdentity, LogsAFailureBeforeItClosesAndReverts) {
   EXPECT_THAT(linesAtClose, ElementsAre(1U));
 }
 
-TEST_F(CallerIdentity, RevertsAndClosesWhateverIsThrown) {
+TEST_F(GetPFNOfCaller, ClosesAndRevertsAfterAnyException) {
   const std::vector<void (*)()> throwers = {
       [] { throw std::bad_alloc(); },
       [] { throw std::runtime_error("anything"); },
@@ -141,9 +141,9 @@ struct OneFailure {
 
 std::ostream& operator<<(std::ostream& out, const OneFailure& row) { return out << row.label; }
 
-class CallerIdentityFailure : public testing::TestWithParam<OneFailure> {};
+class GetPFNOfCallerFailure : public testing::TestWithParam<OneFailure> {};
 
-TEST_P(CallerIdentityFailure, NeverGivesANameAndLeavesTheThreadAndTheHandlesAsTheyWere) {
+TEST_P(GetPFNOfCallerFailure, LeavesThreadAndHandlesUnchangedAndTheNameEmpty) {
   FakeCaller fake;
   const LogCapture log;
   GetParam().breakIt(fake);
@@ -168,7 +168,7 @@ constexpr OneFailure kFailures[] = {
     {"NameBelowZero", [](FakeCaller& fake) { fake.nameStatus = kNegative; }, 1, 1},
 };
 
-INSTANTIATE_TEST_SUITE_P(OneByOne, CallerIdentityFailure, testing::ValuesIn(kFailures),
+INSTANTIATE_TEST_SUITE_P(OneByOne, GetPFNOfCallerFailure, testing::ValuesIn(kFailures),
                          [](const auto& instance) { return instance.param.label; });
 
 }  // namespace

@@ -18,7 +18,7 @@ inline constexpr wchar_t kName[] = L"Some.App_q7m3xk2tdw9pa";
 inline constexpr LONG kNegative = -2147024891;  ///< a status whose highest bit is set
 
 /// RpcSecurityHelper::GetPFNOfCaller with every system call faked.
-class CallerIdentity : public testing::Test {
+class GetPFNOfCaller : public testing::Test {
  protected:
   std::wstring Ask() { return helper_.GetPFNOfCaller(); }
 

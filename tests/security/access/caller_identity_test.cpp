@@ -17,16 +17,16 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using namespace TestSupport;
 
-TEST_F(CallerIdentity, IsThePackageFamilyNameOfTheClient) { EXPECT_EQ(Ask(), kName); }
+TEST_F(GetPFNOfCaller, ReturnsThePackageFamilyNameOfTheClient) { EXPECT_EQ(Ask(), kName); }
 
-TEST_F(CallerIdentity, ImpersonatesThenAsksThenClosesThenReverts) {
+TEST_F(GetPFNOfCaller, ImpersonatesQueriesClosesAndReverts) {
   Ask();
   EXPECT_THAT(fake_.order,
               ElementsAre("query", "query", "open", "impersonate", "ask length of 1111",
                           "ask name of 1111", "close 1111", "revert"));
 }
 
-TEST_F(CallerIdentity, MakesNoOtherSystemCall) {
+TEST_F(GetPFNOfCaller, MakesNoOtherSystemCall) {
   const ImportWatch watch;
   Ask();
   EXPECT_THAT(watch.Calls(),
@@ -35,13 +35,13 @@ TEST_F(CallerIdentity, MakesNoOtherSystemCall) {
                           "GetPackageFamilyName", "CloseHandle", "RpcRevertToSelf"));
 }
 
-TEST_F(CallerIdentity, WritesNoLineThoughTheFirstNameQueryIsToldThatItsBufferIsTooSmall) {
+TEST_F(GetPFNOfCaller, LogsNothingForTheSmallBufferOfTheFirstNameQuery) {
   fake_.lengthStatus = 122;
   EXPECT_EQ(Ask(), kName);
   EXPECT_THAT(log_.Records(), IsEmpty());
 }
 
-TEST_F(CallerIdentity, QueriesTwiceWithVersionThreeForTheProcessIdOnly) {
+TEST_F(GetPFNOfCaller, QueriesTwiceWithVersionThreeForTheProcessIdOnly) {
   Ask();
   ASSERT_EQ(fake_.queries.size(), 2U);
   for (const std::vector<unsigned char>& attributes : fake_.queries) {
@@ -55,23 +55,23 @@ TEST_F(CallerIdentity, QueriesTwiceWithVersionThreeForTheProcessIdOnly) {
   }
 }
 
-TEST_F(CallerIdentity, QueriesAndImpersonatesWithoutABinding) {
+TEST_F(GetPFNOfCaller, QueriesAndImpersonatesWithoutABinding) {
   Ask();
   EXPECT_THAT(fake_.bindings, ElementsAre(nullptr, nullptr, nullptr));
 }
 
-TEST_F(CallerIdentity, OpensTheProcessForALimitedQueryAndNotForHeirs) {
+TEST_F(GetPFNOfCaller, OpensTheProcessForALimitedQueryWithoutInheritance) {
   Ask();
   EXPECT_THAT(fake_.opened, ElementsAre(0x1000U, 0U, kClient));
 }
 
-TEST_F(CallerIdentity, OpensTheProcessOfAClientWhoseIdTakesAll32Bits) {
+TEST_F(GetPFNOfCaller, OpensAProcessWhoseIdTakesAll32Bits) {
   fake_.client = 0xFFFFFFFC;
   EXPECT_EQ(Ask(), kName);
   EXPECT_THAT(fake_.opened, ElementsAre(0x1000U, 0U, 0xFFFFFFFCU));
 }
 
-TEST_F(CallerIdentity, AsksForTheLengthWithoutABufferAndThenWithOneOfThatLength) {
+TEST_F(GetPFNOfCaller, QueriesTheLengthFirstAndThenFillsABufferOfThatLength) {
   Ask();
   EXPECT_THAT(fake_.lengths, ElementsAre(0U, 23U));
   ASSERT_EQ(fake_.buffers.size(), 2U);
@@ -79,17 +79,17 @@ TEST_F(CallerIdentity, AsksForTheLengthWithoutABufferAndThenWithOneOfThatLength)
   EXPECT_NE(fake_.buffers[1], nullptr);
 }
 
-TEST_F(CallerIdentity, RemovesZerosWhereverTheyLie) {
+TEST_F(GetPFNOfCaller, RemovesEveryNullCharacter) {
   fake_.name = std::wstring(L"\0So\0\0me.App\0_id\0\0", 17);
   EXPECT_EQ(Ask(), L"Some.App_id");
 }
 
-TEST_F(CallerIdentity, KeepsEveryCharacterOfANameWithoutATerminator) {
+TEST_F(GetPFNOfCaller, KeepsEveryCharacterOfANameWithoutATerminator) {
   fake_.name = L"Some.App_id";
   EXPECT_EQ(Ask(), L"Some.App_id");
 }
 
-TEST_F(CallerIdentity, HoldsNothingWhereTheSystemWritesLessThanItsLength) {
+TEST_F(GetPFNOfCaller, ReturnsOnlyTheCharactersThatTheSystemWrote) {
   fake_.written = 4;
   EXPECT_EQ(Ask(), L"Some");
   fake_.Forget();
@@ -98,7 +98,7 @@ TEST_F(CallerIdentity, HoldsNothingWhereTheSystemWritesLessThanItsLength) {
   EXPECT_THAT(log_.Records(), IsEmpty());
 }
 
-TEST_F(CallerIdentity, IsEmptyWithoutALineForALengthOfZero) {
+TEST_F(GetPFNOfCaller, IsEmptyAndLogsNothingForALengthOfZero) {
   fake_.name.clear();
   fake_.lengthStatus = 0;
   EXPECT_EQ(Ask(), L"");
@@ -107,13 +107,13 @@ TEST_F(CallerIdentity, IsEmptyWithoutALineForALengthOfZero) {
   EXPECT_THAT(fake_.closed, ElementsAre(FakeCaller::Handle(0x1111)));
 }
 
-TEST_F(CallerIdentity, GoesOnFromAFirstNameQueryThatAnswersZero) {
+TEST_F(GetPFNOfCaller, ContinuesWhenTheFirstNameQuerySucceeds) {
   fake_.lengthStatus = 0;
   EXPECT_EQ(Ask(), kName);
   EXPECT_THAT(log_.Records(), IsEmpty());
 }
 
-TEST_F(CallerIdentity, ChangesNothingOfTheObject) {
+TEST_F(GetPFNOfCaller, LeavesTheObjectUnchanged) {
   helper_.ClientProcessHandles[7] = FakeCaller::Handle(0x7777);
   helper_.ExtraText = L"kept";
   Ask();
@@ -123,7 +123,7 @@ TEST_F(CallerIdentity, ChangesNothingOfTheObject) {
   EXPECT_EQ(Ask(), kName) << "and can be asked again";
 }
 
-TEST_F(CallerIdentity, StandsThoughRevertingFails) {
+TEST_F(GetPFNOfCaller, ReturnsTheNameEvenWhenRevertingFails) {
   fake_.revertStatus = 1702;
   EXPECT_EQ(Ask(), kName);
   EXPECT_THAT(log_.Records(), IsEmpty());

@@ -42,7 +42,7 @@ void ExpectFullStoreClient(const UwpInformation& client) {
   EXPECT_EQ(client.ExtraText3, L"three");
 }
 
-TEST(ClientType, HasItsTwoNumbersIn32Bits) {
+TEST(ClientType, Has32BitsAndTheNumbersZeroAndOne) {
   EXPECT_EQ(static_cast<std::uint32_t>(ClientType::Uwp), 0U);
   EXPECT_EQ(static_cast<std::uint32_t>(ClientType::Win32), 1U);
   EXPECT_EQ(sizeof(ClientType), 4U);
@@ -56,7 +56,7 @@ TEST(ClientVersion, HasFourNumbersOf16BitsInOrder) {
   EXPECT_EQ(sizeof(ClientVersion), 8U);
 }
 
-TEST(ClientVersion, TakesTheFirstTwoAndLeavesTheOthersZero) {
+TEST(ClientVersion, StoresMajorAndMinorAndLeavesTheOthersZero) {
   const ClientVersion version(65535, 10);
   EXPECT_EQ(version.Major, 65535);
   EXPECT_EQ(version.Minor, 10);
@@ -64,13 +64,13 @@ TEST(ClientVersion, TakesTheFirstTwoAndLeavesTheOthersZero) {
   EXPECT_EQ(version.Revision, 0);
 }
 
-TEST(ClientInformation, HasItsFieldsInOrder) {
+TEST(IClientInformation, HasItsFieldsInOrder) {
   EXPECT_EQ(offsetof(IClientInformation, Type), 0U);
   EXPECT_EQ(offsetof(IClientInformation, Id), 8U);
   EXPECT_EQ(sizeof(IClientInformation), 8 + sizeof(std::wstring));
 }
 
-TEST(ClientInformation, StoreClientHasItsFieldsInOrderBehindTheBase) {
+TEST(UwpInformation, HasItsFieldsInOrderAfterTheBase) {
   constexpr std::size_t kText = sizeof(std::wstring);
   constexpr std::size_t kBase = sizeof(IClientInformation);
   EXPECT_EQ(offsetof(UwpInformation, Name), kBase);
@@ -83,7 +83,7 @@ TEST(ClientInformation, StoreClientHasItsFieldsInOrderBehindTheBase) {
   EXPECT_EQ(sizeof(UwpInformation), kBase + 5 * kText + 16);
 }
 
-TEST(ClientInformation, ProgramHasItsFieldsInOrderBehindTheBase) {
+TEST(Win32Information, HasItsFieldsInOrderAfterTheBase) {
   constexpr std::size_t kText = sizeof(std::wstring);
   constexpr std::size_t kBase = sizeof(IClientInformation);
   EXPECT_EQ(offsetof(Win32Information, Name), kBase);
@@ -92,20 +92,20 @@ TEST(ClientInformation, ProgramHasItsFieldsInOrderBehindTheBase) {
   EXPECT_EQ(sizeof(Win32Information), kBase + 2 * kText + 8);
 }
 
-TEST(ClientInformation, HasNoVirtualOperations) {
+TEST(IClientInformation, HasNoVirtualOperationsInDerivedClassesEither) {
   EXPECT_FALSE(std::is_polymorphic_v<IClientInformation>);
   EXPECT_FALSE(std::is_polymorphic_v<UwpInformation>);
   EXPECT_FALSE(std::is_polymorphic_v<Win32Information>);
 }
 
-TEST(ClientInformation, DefaultReadsAsAStoreClient) {
+TEST(IClientInformation, IsAStoreClientByDefault) {
   const IClientInformation client;
   EXPECT_EQ(static_cast<std::uint32_t>(client.Type), 0U);
   EXPECT_EQ(client.Type, ClientType::Uwp);
   EXPECT_EQ(client.Id, L"");
 }
 
-TEST(ClientInformation, TakesATypeAndAnId) {
+TEST(IClientInformation, StoresTypeAndId) {
   EXPECT_EQ(IClientInformation(ClientType::Win32).Type, ClientType::Win32);
   EXPECT_EQ(IClientInformation(ClientType::Win32).Id, L"");
   const IClientInformation client(ClientType::Win32, L"program");
@@ -113,7 +113,7 @@ TEST(ClientInformation, TakesATypeAndAnId) {
   EXPECT_EQ(client.Id, L"program");
 }
 
-TEST(ClientInformation, DefaultStoreClientIsEmpty) {
+TEST(UwpInformation, IsEmptyByDefault) {
   const UwpInformation client;
   EXPECT_EQ(client.Type, ClientType::Uwp);
   EXPECT_EQ(client.Id + client.Name + client.FamilyName, L"");
@@ -123,7 +123,7 @@ TEST(ClientInformation, DefaultStoreClientIsEmpty) {
   EXPECT_EQ(client.ExtraNumber, 0U);
 }
 
-TEST(ClientInformation, DefaultProgramIsOfTypeOneAndEmpty) {
+TEST(Win32Information, IsOfTypeOneAndEmptyByDefault) {
   const Win32Information client;
   EXPECT_EQ(static_cast<std::uint32_t>(client.Type), 1U);
   EXPECT_EQ(client.Id + client.Name + client.Detail, L"");
@@ -131,7 +131,7 @@ TEST(ClientInformation, DefaultProgramIsOfTypeOneAndEmpty) {
   EXPECT_EQ(client.Version.Build + client.Version.Revision, 0);
 }
 
-TEST(ClientInformation, AStoreClientIsIdentifiedByItsFamilyName) {
+TEST(UwpInformation, UsesTheFamilyNameAsId) {
   const UwpInformation client(L"Name", L"Family", 2, 65535);
   EXPECT_EQ(client.Type, ClientType::Uwp);
   EXPECT_EQ(client.Id, L"Family");
@@ -145,7 +145,7 @@ TEST(ClientInformation, AStoreClientIsIdentifiedByItsFamilyName) {
   EXPECT_EQ(client.ExtraNumber, 0U);
 }
 
-TEST(ClientInformation, AProgramIsIdentifiedByItsName) {
+TEST(Win32Information, UsesTheNameAsId) {
   const Win32Information client(L"Name", L"Detail", 8, 9);
   EXPECT_EQ(client.Type, ClientType::Win32);
   EXPECT_EQ(client.Id, L"Name");
@@ -155,7 +155,7 @@ TEST(ClientInformation, AProgramIsIdentifiedByItsName) {
   EXPECT_EQ(client.Version.Minor, 9);
 }
 
-TEST(ClientInformation, AProgramMayComeWithoutDetail) {
+TEST(Win32Information, HasAnEmptyDetailWhenNoneIsGiven) {
   const Win32Information client(L"Name", 8, 9);
   EXPECT_EQ(client.Type, ClientType::Win32);
   EXPECT_EQ(client.Id, L"Name");
@@ -165,14 +165,14 @@ TEST(ClientInformation, AProgramMayComeWithoutDetail) {
   EXPECT_EQ(client.Version.Minor, 9);
 }
 
-TEST(ClientInformation, SelfAssignmentLeavesAStoreClientAsItWas) {
+TEST(UwpInformation, IsUnchangedBySelfAssignment) {
   UwpInformation client = FullStoreClient();
   const UwpInformation& same = client;
   client = same;
   ExpectFullStoreClient(client);
 }
 
-TEST(ClientInformation, SelfAssignmentLeavesAProgramAsItWas) {
+TEST(Win32Information, IsUnchangedBySelfAssignment) {
   Win32Information client(L"Name", L"Detail", 8, 9);
   const Win32Information& same = client;
   client = same;
@@ -182,7 +182,7 @@ TEST(ClientInformation, SelfAssignmentLeavesAProgramAsItWas) {
   EXPECT_EQ(client.Version.Minor, 9);
 }
 
-TEST(ClientInformation, ACopyCarriesExtraFieldsAndAllFourNumbers) {
+TEST(UwpInformation, CopiesExtraFieldsAndAllFourVersionNumbers) {
   const UwpInformation client = FullStoreClient();
   const UwpInformation copy(client);
   ExpectFullStoreClient(copy);
@@ -191,7 +191,7 @@ TEST(ClientInformation, ACopyCarriesExtraFieldsAndAllFourNumbers) {
   ExpectFullStoreClient(assigned);
 }
 
-TEST(ClientInformation, ACopyOfAProgramCarriesEverything) {
+TEST(Win32Information, CopiesEveryField) {
   Win32Information client(L"Name", L"Detail", 8, 9);
   client.Version.Build = 3;
   client.Version.Revision = 4;
@@ -208,7 +208,7 @@ TEST(ClientInformation, ACopyOfAProgramCarriesEverything) {
   }
 }
 
-TEST(ClientInformation, ACopyCarriesATypeThatWasChanged) {
+TEST(IClientInformation, CopiesATypeThatWasChanged) {
   UwpInformation store;
   store.Type = ClientType::Win32;
   UwpInformation storeAssigned;
@@ -231,7 +231,7 @@ TEST(ClientInformation, ACopyCarriesATypeThatWasChanged) {
   EXPECT_EQ(plainAssigned.Id, L"id");
 }
 
-TEST(ClientInformation, ACopyIsSeparate) {
+TEST(UwpInformation, IsNotChangedThroughACopy) {
   const UwpInformation client = FullStoreClient();
   UwpInformation copy(client);
   copy.Name += L"!";

@@ -14,15 +14,15 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using namespace TestSupport;
 
-class KnownClient : public CallerIdentity {
+class GetPFNOfCallerWithHostHandle : public GetPFNOfCaller {
  protected:
-  KnownClient() {
+  GetPFNOfCallerWithHostHandle() {
     fake_.process = nullptr;
     helper_.ClientProcessHandles[kClient] = FakeCaller::Handle(0x7777);
   }
 };
 
-TEST_F(KnownClient, IsIdentifiedThoughItsProcessCannotBeOpened) {
+TEST_F(GetPFNOfCallerWithHostHandle, NamesAClientWhoseProcessCannotBeOpened) {
   for (const HANDLE failed : {HANDLE{nullptr}, INVALID_HANDLE_VALUE}) {
     fake_.process = failed;
     fake_.Forget();
@@ -34,20 +34,20 @@ TEST_F(KnownClient, IsIdentifiedThoughItsProcessCannotBeOpened) {
   }
 }
 
-TEST_F(KnownClient, IsDuplicatedWithinThisProcessForALimitedQueryAndNotForHeirs) {
+TEST_F(GetPFNOfCallerWithHostHandle, DuplicatesTheHandleForALimitedQueryWithoutInheritance) {
   Ask();
   EXPECT_THAT(fake_.duplicatedFrom,
               ElementsAre(GetCurrentProcess(), FakeCaller::Handle(0x7777), GetCurrentProcess()));
   EXPECT_THAT(fake_.duplicatedWith, ElementsAre(0x1000U, 0U, 0U));
 }
 
-TEST_F(KnownClient, IsNotLookedUpWhereItsProcessCanBeOpened) {
+TEST_F(GetPFNOfCallerWithHostHandle, DuplicatesNothingWhenTheProcessCanBeOpened) {
   fake_.process = FakeCaller::Handle(0x1111);
   EXPECT_EQ(Ask(), kName);
   EXPECT_THAT(fake_.duplicatedFrom, IsEmpty());
 }
 
-TEST_F(KnownClient, OfAnotherProcessIdIsNoHelp) {
+TEST_F(GetPFNOfCallerWithHostHandle, IgnoresAHandleOfAnotherProcessId) {
   helper_.ClientProcessHandles.clear();
   helper_.ClientProcessHandles[kClient + 4] = FakeCaller::Handle(0x7777);
   EXPECT_EQ(Ask(), L"");
@@ -55,7 +55,7 @@ TEST_F(KnownClient, OfAnotherProcessIdIsNoHelp) {
   EXPECT_THAT(fake_.duplicatedFrom, IsEmpty());
 }
 
-TEST_F(KnownClient, WhoseHandleCannotBeDuplicatedHasNoName) {
+TEST_F(GetPFNOfCallerWithHostHandle, IsEmptyWhenTheHandleCannotBeDuplicated) {
   fake_.duplicated = FALSE;
   for (const HANDLE left : {HANDLE{nullptr}, INVALID_HANDLE_VALUE, FakeCaller::Handle(0x2222)}) {
     fake_.copy = left;
@@ -66,7 +66,7 @@ TEST_F(KnownClient, WhoseHandleCannotBeDuplicatedHasNoName) {
   EXPECT_THAT(fake_.closed, IsEmpty());
 }
 
-TEST_F(KnownClient, WhoseDuplicateIsNoHandleHasNoName) {
+TEST_F(GetPFNOfCallerWithHostHandle, IsEmptyWhenTheDuplicateIsNoHandle) {
   for (const HANDLE copy : {HANDLE{nullptr}, INVALID_HANDLE_VALUE}) {
     fake_.copy = copy;
     log_.Clear();
@@ -76,27 +76,27 @@ TEST_F(KnownClient, WhoseDuplicateIsNoHandleHasNoName) {
   EXPECT_THAT(fake_.closed, IsEmpty());
 }
 
-TEST_F(KnownClient, KeepsTheHandleThatTheHostHolds) {
+TEST_F(GetPFNOfCallerWithHostHandle, ClosesTheDuplicateOnly) {
   Ask();
   EXPECT_THAT(fake_.closed, ElementsAre(FakeCaller::Handle(0x2222)));
   EXPECT_EQ(helper_.ClientProcessHandles.at(kClient), FakeCaller::Handle(0x7777));
 }
 
-TEST_F(CallerIdentity, TakesAClientThatCannotBeToldTheSecondTimeForProcessZero) {
+TEST_F(GetPFNOfCaller, OpensProcessZeroWhenTheSecondQueryFails) {
   fake_.queryStatus = {RPC_S_OK, 1725};
   EXPECT_EQ(Ask(), L"");
   ExpectFailure(L"OpenProcess yielded null or invalid handle", L"5");
   EXPECT_THAT(fake_.opened, ElementsAre(0x1000U, 0U, 0U));
 }
 
-TEST_F(CallerIdentity, FindsTheEntryOfProcessZeroWhereTheSecondQueryFails) {
+TEST_F(GetPFNOfCaller, UsesTheHostsHandleOfProcessZeroWhenTheSecondQueryFails) {
   fake_.queryStatus = {RPC_S_OK, 1725};
   helper_.ClientProcessHandles[0] = FakeCaller::Handle(0x7777);
   EXPECT_EQ(Ask(), kName);
   EXPECT_EQ(fake_.duplicatedFrom.at(1), FakeCaller::Handle(0x7777));
 }
 
-TEST_F(CallerIdentity, DuplicatesWhateverHandleTheHostHolds) {
+TEST_F(GetPFNOfCaller, DuplicatesAPseudoHandleOfTheHost) {
   fake_.process = nullptr;
   helper_.ClientProcessHandles[kClient] = GetCurrentProcess();
   EXPECT_EQ(Ask(), kName);

@@ -54,7 +54,7 @@ int LiveDocuments() {
 
 bool IsLibraryLoaded() { return GetModuleHandleW(L"WattleafService.dll") != nullptr; }
 
-TEST(DocumentAtLoad, IsMadeOnceAndReleasedWithTheLibrary) {
+TEST(DocumentAtLoad, IsMadeOnceAndReleasedWhenTheLibraryIsUnloaded) {
   const RegisteredDocuments registered;
   UniqueModule library(LoadLibraryW(L"WattleafService.dll"));
   ASSERT_TRUE(library);
@@ -65,7 +65,7 @@ TEST(DocumentAtLoad, IsMadeOnceAndReleasedWithTheLibrary) {
   EXPECT_EQ(LiveDocuments(), 0);
 }
 
-TEST(DocumentAtLoad, IsLeftOutWhereTheClassIsUnknownAndTheLibraryIsLoadedAllTheSame) {
+TEST(DocumentAtLoad, IsOmittedWhenItsClassIsNotRegistered) {
   RegDeleteKeyW(HKEY_LOCAL_MACHINE, kClassKey);  // left behind by a run that crashed
   const UniqueModule library(LoadLibraryW(L"WattleafService.dll"));
   EXPECT_TRUE(library);

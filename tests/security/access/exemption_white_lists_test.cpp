@@ -19,14 +19,14 @@ using ProgramList = Win32WithNoZQManifestExemptionWhiteList;
 
 constexpr auto kLessThanOrEqual = MatchingDescriptor::Operation::LessThanOrEqual;
 
-TEST(MatchingDescriptor, HasOneFieldOf32BitsThatStartsAsOne) {
+TEST(MatchingDescriptor, HasOne32BitFieldThatDefaultsToOne) {
   EXPECT_EQ(sizeof(MatchingDescriptor), 4U);
   EXPECT_EQ(offsetof(MatchingDescriptor, Operation), 0U);
   EXPECT_EQ(static_cast<std::uint32_t>(MatchingDescriptor().Operation), 1U);
   EXPECT_EQ(static_cast<std::uint32_t>(kLessThanOrEqual), 1U);
 }
 
-TEST(MatchingDescriptor, RowsHoldTheirClientBehindTheOperation) {
+TEST(MatchingDescriptor, PlacesTheClientAfterTheOperation) {
   EXPECT_EQ(offsetof(UwpMatchingDescriptor, Operation), 0U);
   EXPECT_EQ(offsetof(UwpMatchingDescriptor, Information), 8U);
   EXPECT_EQ(sizeof(UwpMatchingDescriptor), 8 + sizeof(UwpInformation));
@@ -36,7 +36,7 @@ TEST(MatchingDescriptor, RowsHoldTheirClientBehindTheOperation) {
   EXPECT_FALSE(std::is_polymorphic_v<Win32MatchingDescriptor>);
 }
 
-TEST(MatchingDescriptor, RowsCarryTheOperationThatTheyWereGiven) {
+TEST(MatchingDescriptor, CopiesOperationAndClient) {
   const auto other = static_cast<enum MatchingDescriptor::Operation>(7);
   const UwpMatchingDescriptor store(UwpInformation(L"n", L"f", 1, 2), other);
   const Win32MatchingDescriptor program(Win32Information(L"n", 1, 2), other);
@@ -60,7 +60,7 @@ TEST(MatchingDescriptor, RowsCarryTheOperationThatTheyWereGiven) {
   EXPECT_EQ(plain.Operation, other);
 }
 
-TEST(ExemptionWhiteLists, HaveNoDataOfTheirOwn) {
+TEST(ExemptionWhiteLists, HaveNoFields) {
   EXPECT_TRUE(std::is_empty_v<StoreList>);
   EXPECT_TRUE(std::is_empty_v<ProgramList>);
 }
@@ -93,7 +93,7 @@ TEST(ExemptionWhiteLists, HoldThreeProgramsInOrder) {
   }
 }
 
-TEST(ExemptionWhiteLists, ErasingRowsOfOneCopyLeavesTheNextWhole) {
+TEST(ExemptionWhiteLists, AreCompleteAfterRowsOfAnotherCopyWereErased) {
   const auto first = ProgramList::GetExemption();
   const auto second = ProgramList::GetExemption();
   first->erase(first->begin());
@@ -102,7 +102,7 @@ TEST(ExemptionWhiteLists, ErasingRowsOfOneCopyLeavesTheNextWhole) {
   EXPECT_EQ(ProgramList::GetExemption()->size(), 3U);
 }
 
-TEST(ExemptionWhiteLists, ChangingARowOfOneCopyReachesNothingElse) {
+TEST(ExemptionWhiteLists, ReturnCopiesThatShareNoRows) {
   const auto first = StoreList::GetExemption();
   const auto second = StoreList::GetExemption();
   ASSERT_NE(first, second);
@@ -116,7 +116,7 @@ TEST(ExemptionWhiteLists, ChangingARowOfOneCopyReachesNothingElse) {
   }
 }
 
-TEST(ExemptionWhiteLists, ACopyHasRoomForItsRowsAndNoMore) {
+TEST(ExemptionWhiteLists, ReturnCopiesWithoutSpareCapacity) {
   EXPECT_EQ(StoreList::GetExemption()->capacity(), 1U);
   EXPECT_EQ(ProgramList::GetExemption()->capacity(), 3U);
 }

@@ -13,53 +13,53 @@ using namespace std::string_literals;
 using testing::ElementsAre;
 using namespace TestSupport;
 
-class ExpandedBeginningRule : public RuleValidatorTest {
+class BeginsWithFromExpandedListRule : public RuleValidatorTest {
  protected:
   // Each expansion is logged.
-  ExpandedBeginningRule() { isQuiet = false; }
+  BeginsWithFromExpandedListRule() { isQuiet = false; }
 
   bool Passes(const std::wstring& list, const std::wstring& value) {
     return Judge(L"begins_with_from_list_with_env_vars", list, value);
   }
 };
 
-TEST_F(ExpandedBeginningRule, ExpandsValueAndItems) {
+TEST_F(BeginsWithFromExpandedListRule, ExpandsValueAndItems) {
   const ScopedVariable variable(L"WATTLEAF_RULE", L"C:\\Rules");
   EXPECT_TRUE(Passes(L"C:\\other,%WATTLEAF_RULE%\\", L"c:\\rules\\x"));
   EXPECT_TRUE(Passes(L"C:\\Rules\\x", L"%WATTLEAF_RULE%\\x\\y"));
   EXPECT_FALSE(Passes(L"C:\\Rules\\x\\z", L"%WATTLEAF_RULE%\\x\\y"));
 }
 
-TEST_F(ExpandedBeginningRule, AClimbingPathIsSettledByItsExpansion) {
+TEST_F(BeginsWithFromExpandedListRule, JudgesAClimbingPathByItsExpansion) {
   EXPECT_FALSE(Passes(L"C:\\Rules", L"C:\\Rules\\..\\other"));
   EXPECT_TRUE(Passes(L"C:\\other", L"C:\\Rules\\..\\other"));
 }
 
-TEST_F(ExpandedBeginningRule, RefusesTwoPointsThatTheExpansionLeavesEvenIfTheListHoldsThem) {
+TEST_F(BeginsWithFromExpandedListRule, RefusesTwoPointsThatRemainAfterTheExpansion) {
   EXPECT_FALSE(Passes(L"C:\\a..b,,", L"C:\\a..b"));
   EXPECT_TRUE(Passes(L"C:\\a.b", L"C:\\a.b"));
 }
 
-TEST_F(ExpandedBeginningRule, AnEmptyItemPassesEveryValue) {
+TEST_F(BeginsWithFromExpandedListRule, AcceptsEveryValueForAnEmptyItem) {
   EXPECT_TRUE(Passes(L"C:\\x,,", L"D:\\y"));
 }
 
-TEST_F(ExpandedBeginningRule, AnItemTooLongForAPathPassesEveryValue) {
+TEST_F(BeginsWithFromExpandedListRule, AcceptsEveryValueForAnItemTooLongForAPath) {
   const std::wstring tooLong = L"C:\\" + std::wstring(10'000'000, L'a');
   EXPECT_TRUE(Passes(L"C:\\x," + tooLong, L"D:\\y"));
 }
 
-TEST_F(ExpandedBeginningRule, AValueTooLongForAPathPassesOnlyWithSuchAnItem) {
+TEST_F(BeginsWithFromExpandedListRule, AcceptsAValueTooLongForAPathOnlyWithSuchAnItem) {
   const std::wstring tooLong = L"C:\\x\\" + std::wstring(1'000'000, L'a');
   EXPECT_FALSE(Passes(L"C:\\x", tooLong));
   EXPECT_TRUE(Passes(L"C:\\x," + tooLong, tooLong));
 }
 
-TEST_F(ExpandedBeginningRule, ReadsAValueUpToItsFirstNullCharacter) {
+TEST_F(BeginsWithFromExpandedListRule, ReadsAValueUpToItsFirstNullCharacter) {
   EXPECT_TRUE(Passes(L"C:\\x", L"C:\\x\0\\..\\y"s));
 }
 
-TEST_F(ExpandedBeginningRule, WritesTheLinesOfTheExpansionAndNoOther) {
+TEST_F(BeginsWithFromExpandedListRule, LogsTheExpansionsOnly) {
   Passes(L"C:\\x", L"C:\\y");
   EXPECT_THAT(log.Records(), ElementsAre(Info(L"ExpandEnvironmentStrings: [C:\\y] [C:\\y]"),
                                          Info(L"GetFullPathName: [C:\\y]"),
@@ -67,7 +67,7 @@ TEST_F(ExpandedBeginningRule, WritesTheLinesOfTheExpansionAndNoOther) {
                                          Info(L"GetFullPathName: [C:\\x]")));
 }
 
-TEST_F(ExpandedBeginningRule, ExpandsAnEmptyValueLikeAnyOther) {
+TEST_F(BeginsWithFromExpandedListRule, ExpandsAnEmptyValueLikeAnyOther) {
   EXPECT_FALSE(Passes(L"", L""));
   ASSERT_FALSE(log.Records().empty());
   EXPECT_EQ(log.Records().front(), Info(L"ExpandEnvironmentStrings: [] []"));

@@ -43,13 +43,13 @@ TEST(LiesInNumericRange, DropsTheFraction) {
   EXPECT_TRUE(InRange(-0.9, {{L"min", L"0"}, {L"max", L"0"}}));
 }
 
-TEST(LiesInNumericRange, BothLimitsAreInclusive) {
+TEST(LiesInNumericRange, IncludesBothLimits) {
   EXPECT_TRUE(InRange(1, {{L"min", L"1"}, {L"max", L"1"}}));
   EXPECT_FALSE(InRange(0, {{L"min", L"1"}, {L"max", L"1"}}));
   EXPECT_FALSE(InRange(2, {{L"min", L"1"}, {L"max", L"1"}}));
 }
 
-TEST(LiesInNumericRange, AMissingLimitIsNone) {
+TEST(LiesInNumericRange, IsUnboundedOnASideWithoutALimit) {
   EXPECT_TRUE(InRange(-1e6, {{L"max", L"10"}}));
   EXPECT_TRUE(InRange(1e6, {{L"min", L"10"}}));
   EXPECT_TRUE(InRange(0, {}));
@@ -63,14 +63,14 @@ TEST(LiesInNumericRange, ReadsALimitLikeTheStandardLibrary) {
   EXPECT_TRUE(InRange(7, {{L"min", L"7\0z"s}}));
 }
 
-TEST(LiesInNumericRange, ALimitWithoutANumberPassesNothing) {
+TEST(LiesInNumericRange, RefusesEveryNumberForALimitWithoutANumber) {
   for (const wchar_t* text : {L"", L" ", L"ten", L"-", L"+ 1", L".5"}) {
     EXPECT_FALSE(InRange(1, {{L"min", text}}));
     EXPECT_FALSE(InRange(1, {{L"max", text}}));
   }
 }
 
-TEST(LiesInNumericRange, ALimitBeyond32BitsIsRaised) {
+TEST(LiesInNumericRange, ThrowsForALimitBeyond32Bits) {
   for (const wchar_t* text :
        {L"2147483648", L"-2147483649", L"4294967296", L"99999999999999999999999"}) {
     EXPECT_THROW(InRange(1, {{L"min", text}}), std::out_of_range);
@@ -78,14 +78,14 @@ TEST(LiesInNumericRange, ALimitBeyond32BitsIsRaised) {
   }
 }
 
-TEST(LiesInNumericRange, ANumberBelowTheFirstLimitDoesNotReachTheSecond) {
+TEST(LiesInNumericRange, DoesNotReadMaxForANumberBelowMin) {
   Limits limits{{{L"min", L"5"}, {L"max", L"4294967296"}}};
   EXPECT_FALSE(LiesInNumericRange(4, limits.Reader()));
   EXPECT_THAT(limits.asked, ElementsAre(L"min"));
   EXPECT_THROW(static_cast<void>(LiesInNumericRange(6, limits.Reader())), std::out_of_range);
 }
 
-TEST(LiesInNumericRange, KnowsTheBordersOf32Bits) {
+TEST(LiesInNumericRange, IsExactAtTheBoundsOf32Bits) {
   const std::map<std::wstring, std::wstring> all{{L"min", L"-2147483648"}, {L"max", L"2147483647"}};
   EXPECT_TRUE(InRange(2147483647.0, all));
   EXPECT_TRUE(InRange(2147483647.99, all));
@@ -95,7 +95,7 @@ TEST(LiesInNumericRange, KnowsTheBordersOf32Bits) {
   EXPECT_FALSE(InRange(-2147483649.0, all));
 }
 
-TEST(LiesInNumericRange, ANumberBeyond32BitsIsAboveOrBelowAllLimits) {
+TEST(LiesInNumericRange, PlacesANumberBeyond32BitsAboveOrBelowEveryLimit) {
   const double infinite = std::numeric_limits<double>::infinity();
   for (const double number : {4294967296.0, 1e300, infinite}) {
     EXPECT_FALSE(InRange(number, {{L"max", L"2147483647"}}));
@@ -106,7 +106,7 @@ TEST(LiesInNumericRange, ANumberBeyond32BitsIsAboveOrBelowAllLimits) {
   }
 }
 
-TEST(LiesInNumericRange, NotANumberIsInNoRange) {
+TEST(LiesInNumericRange, RefusesNotANumber) {
   Limits limits{{{L"min", L"4294967296"}}};
   EXPECT_FALSE(LiesInNumericRange(std::nan(""), limits.Reader()));
   EXPECT_THAT(limits.asked, IsEmpty());

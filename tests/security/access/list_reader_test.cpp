@@ -19,7 +19,7 @@ std::vector<std::wstring> ItemsOf(std::wstring_view text) {
   return items;
 }
 
-TEST(ListReader, CutsAtEveryComma) {
+TEST(ListReader, SplitsAtEveryComma) {
   EXPECT_THAT(ItemsOf(L"one,two,three"), ElementsAre(L"one", L"two", L"three"));
   EXPECT_THAT(ItemsOf(L"one"), ElementsAre(L"one"));
   EXPECT_THAT(ItemsOf(L"one;two|three\nfour"), ElementsAre(L"one;two|three\nfour"));
@@ -29,20 +29,20 @@ TEST(ListReader, TrimsNothing) {
   EXPECT_THAT(ItemsOf(L" one, two\t,\nthree "), ElementsAre(L" one", L" two\t", L"\nthree "));
 }
 
-TEST(ListReader, ACommaAtTheEndAddsNoItem) {
+TEST(ListReader, AddsNoItemForACommaAtTheEnd) {
   EXPECT_THAT(ItemsOf(L"one,"), ElementsAre(L"one"));
   EXPECT_THAT(ItemsOf(L","), ElementsAre(L""));
 }
 
-TEST(ListReader, TwoCommasInARowAddAnEmptyItem) {
+TEST(ListReader, AddsAnEmptyItemForTwoCommasInARow) {
   EXPECT_THAT(ItemsOf(L"one,,two"), ElementsAre(L"one", L"", L"two"));
   EXPECT_THAT(ItemsOf(L",one"), ElementsAre(L"", L"one"));
   EXPECT_THAT(ItemsOf(L"one,,"), ElementsAre(L"one", L""));
 }
 
-TEST(ListReader, AnEmptyTextHasNoItems) { EXPECT_THAT(ItemsOf(L""), IsEmpty()); }
+TEST(ListReader, FindsNoItemsInAnEmptyText) { EXPECT_THAT(ItemsOf(L""), IsEmpty()); }
 
-TEST(ListReader, ANullCharacterIsOneOfTheItem) {
+TEST(ListReader, KeepsNullCharactersInAnItem) {
   EXPECT_THAT(ItemsOf(L"a\0b,c"sv), ElementsAre(std::wstring(L"a\0b", 3), L"c"));
 }
 

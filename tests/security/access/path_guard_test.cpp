@@ -11,7 +11,7 @@ namespace {
 
 using namespace std::string_literals;
 
-TEST(PathGuard, KnowsTheFourBeginningsOfAPath) {
+TEST(HasPathShape, AcceptsTheFourBeginningsOfAPath) {
   EXPECT_TRUE(HasPathShape(L"C:\\folder"));
   EXPECT_TRUE(HasPathShape(L"7:"));
   EXPECT_TRUE(HasPathShape(L"_:"));
@@ -22,7 +22,7 @@ TEST(PathGuard, KnowsTheFourBeginningsOfAPath) {
   EXPECT_TRUE(HasPathShape(L"%PROGRAMFILES(x86)%"));
 }
 
-TEST(PathGuard, NothingElseHasTheShapeOfAPath) {
+TEST(HasPathShape, RejectsOtherTexts) {
   for (const std::wstring text : {L"", L":", L"C", L"folder\\file", L"/usr", L".:", L"ftp://host",
                                   L"HTTP://host", L"httpss:", L"%%", L"%windir", L"%win dir%",
                                   L"%a-b%", L" C:\\x", L"x%a%", L"cd:", L" https:", L"xhttp:"}) {
@@ -30,12 +30,12 @@ TEST(PathGuard, NothingElseHasTheShapeOfAPath) {
   }
 }
 
-TEST(PathGuard, TheShapeStandsAtTheStartOfTheTextNotOfALine) {
+TEST(HasPathShape, ChecksTheStartOfTheTextAndNotOfALine) {
   EXPECT_FALSE(HasPathShape(L"word\nC:\\x"));
   EXPECT_FALSE(HasPathShape(L"\r\n\\x"));
 }
 
-TEST(PathGuard, TwoPointsInARowClimb) {
+TEST(HasTraversal, FindsTwoPointsInARow) {
   EXPECT_TRUE(HasTraversal(L".."));
   EXPECT_TRUE(HasTraversal(L"a/../b"));
   EXPECT_TRUE(HasTraversal(L"wait..."));
@@ -43,31 +43,31 @@ TEST(PathGuard, TwoPointsInARowClimb) {
   EXPECT_FALSE(HasTraversal(L""));
 }
 
-TEST(PathGuard, RejectsADriveLetterAndTwoPoints) {
+TEST(IsClimbingPath, RejectsADriveLetterAndTwoPoints) {
   EXPECT_TRUE(IsClimbingPath(L"C:\\safe\\..\\other"));
   EXPECT_FALSE(IsClimbingPath(L"C:\\safe\\other"));
 }
 
-TEST(PathGuard, LetsARelativePathPassThatBeginsWithTwoPoints) {
+TEST(IsClimbingPath, AcceptsARelativePathThatBeginsWithTwoPoints) {
   EXPECT_FALSE(IsClimbingPath(L"..\\other"));
   EXPECT_FALSE(IsClimbingPath(L"../other"));
 }
 
-TEST(PathGuard, LetsPlainTextWithTwoPointsPass) { EXPECT_FALSE(IsClimbingPath(L"from 1..9")); }
+TEST(IsClimbingPath, AcceptsPlainTextWithTwoPoints) { EXPECT_FALSE(IsClimbingPath(L"from 1..9")); }
 
-TEST(PathGuard, RejectsAVariableAndTwoPoints) {
+TEST(IsClimbingPath, RejectsAVariableAndTwoPoints) {
   EXPECT_TRUE(IsClimbingPath(L"%TEMP%\\..\\x"));
   EXPECT_TRUE(IsClimbingPath(L"%(a|b)%.."));
 }
 
-TEST(PathGuard, EndsAtTheFirstNullCharacter) {
+TEST(IsClimbingPath, StopsAtTheFirstNullCharacter) {
   EXPECT_FALSE(IsClimbingPath(L"C:\\x\0.."s));
   EXPECT_FALSE(IsClimbingPath(L"\0C:\\.."s));
   EXPECT_TRUE(IsClimbingPath(L"C:\\..\0x"s));
   EXPECT_FALSE(IsClimbingPath(L"C:\\x\0..\0"s));
 }
 
-TEST(PathGuard, DoesNotLookBehindTheEndOfTheText) {
+TEST(PathGuard, DoesNotReadPastTheEndOfTheText) {
   EXPECT_FALSE(HasPathShape(std::wstring_view(L"C:", 1)));
   EXPECT_FALSE(HasPathShape(std::wstring_view(L"%a%", 2)));
   EXPECT_FALSE(HasPathShape(std::wstring_view(L"http:", 4)));
@@ -97,7 +97,7 @@ constexpr std::array<const wchar_t*, 16> kParts{L"a",    L"Z",  L"_",      L":",
                                                 L".",    L"..", L"/",      L"(", L"|",  L"\n",
                                                 L"http", L"s",  L"\x00e9", L""};
 
-TEST(PathGuardOracle, AnswersLikeTheExpressionsForAllTextsOfFourParts) {
+TEST(PathGuard, AgreesWithTheExpressionsForAllTextsOfFourParts) {
   for (const wchar_t* first : kParts) {
     for (const wchar_t* second : kParts) {
       for (const wchar_t* third : kParts) {
@@ -109,7 +109,7 @@ TEST(PathGuardOracle, AnswersLikeTheExpressionsForAllTextsOfFourParts) {
   }
 }
 
-TEST(PathGuardOracle, TakesTheSameCharactersForWordCharacters) {
+TEST(PathGuard, AgreesWithTheExpressionsOnWordCharacters) {
   for (unsigned code = 1; code <= 0xFFFF; ++code) {
     const std::wstring character(1, static_cast<wchar_t>(code));
     ExpectTheSameAnswers(character + L":..");
@@ -117,7 +117,7 @@ TEST(PathGuardOracle, TakesTheSameCharactersForWordCharacters) {
   }
 }
 
-TEST(PathGuardHostile, AMillionBackslashesAndTenMillionLettersAreNoMatter) {
+TEST(IsClimbingPath, HandlesMillionsOfCharacters) {
   EXPECT_FALSE(IsClimbingPath(std::wstring(1'000'000, L'\\')));
   EXPECT_TRUE(IsClimbingPath(std::wstring(1'000'000, L'\\') + L".."));
   EXPECT_TRUE(IsClimbingPath(L"%" + std::wstring(10'000'000, L'a') + L"%.."));
@@ -126,7 +126,7 @@ TEST(PathGuardHostile, AMillionBackslashesAndTenMillionLettersAreNoMatter) {
   EXPECT_TRUE(IsClimbingPath(drives + L".."));
 }
 
-TEST(PathGuardHostile, LoneSurrogatesAreOrdinaryCharacters) {
+TEST(IsClimbingPath, TreatsLoneSurrogatesAsOrdinaryCharacters) {
   EXPECT_FALSE(IsClimbingPath(L"\xD800.."));
   EXPECT_TRUE(IsClimbingPath(L"C:\xDFFF.."));
 }

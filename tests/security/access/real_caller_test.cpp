@@ -64,10 +64,10 @@ LONG WINAPI NamePackagedClient(HANDLE process, UINT32* length, wchar_t* name) {
   return ERROR_SUCCESS;
 }
 
-class RealCaller : public testing::Test {
+class GetPFNOfCallerOverRpc : public testing::Test {
  protected:
-  RealCaller() { seen = &seen_; }
-  ~RealCaller() override { seen = nullptr; }
+  GetPFNOfCallerOverRpc() { seen = &seen_; }
+  ~GetPFNOfCallerOverRpc() override { seen = nullptr; }
 
   /// Has a client call, and asks who it is.
   void AskWhileServing() {
@@ -94,7 +94,7 @@ class RealCaller : public testing::Test {
   ImportPatch attributes_{"RpcServerInqCallAttributesW", &AnswerWithTheTrueClient};
 };
 
-TEST_F(RealCaller, IsNamedOnTheThreadThatServesItsCall) {
+TEST_F(GetPFNOfCallerOverRpc, NamesTheClientOnTheServingThread) {
   const ImportPatch name("GetPackageFamilyName", &NamePackagedClient);
   AskWhileServing();
   EXPECT_EQ(seen_.name, kName);
@@ -102,21 +102,21 @@ TEST_F(RealCaller, IsNamedOnTheThreadThatServesItsCall) {
   EXPECT_THAT(log_.Records(), IsEmpty());
 }
 
-TEST_F(RealCaller, IsAskedForWhileTheThreadActsAsTheClientAndNoLonger) {
+TEST_F(GetPFNOfCallerOverRpc, ImpersonatesTheClientOnlyDuringTheNameQueries) {
   const ImportPatch name("GetPackageFamilyName", &NamePackagedClient);
   AskWhileServing();
   EXPECT_THAT(seen_.order, ElementsAre("ask as the client", "ask as the client"));
   EXPECT_FALSE(seen_.actsAsAnotherAfterwards);
 }
 
-TEST_F(RealCaller, ThatIsAPlainDesktopProgramHasNoName) {
+TEST_F(GetPFNOfCallerOverRpc, IsEmptyForADesktopProgram) {
   AskWhileServing();
   EXPECT_EQ(seen_.name, L"");
   ExpectFailure(L"GetPackageFamilyName failed", L"15700");
   EXPECT_FALSE(seen_.actsAsAnotherAfterwards) << "reverted after a failure, too";
 }
 
-TEST_F(RealCaller, ThatHasEndedInTheMeantimeHasNoName) {
+TEST_F(GetPFNOfCallerOverRpc, IsEmptyForAClientThatHasEnded) {
   server_.Serve([this] {
     unsigned long client = 0;
     ASSERT_EQ(TellClient(client), RPC_S_OK);
@@ -135,7 +135,7 @@ TEST_F(RealCaller, ThatHasEndedInTheMeantimeHasNoName) {
   ExpectFailure(L"OpenProcess yielded null or invalid handle", L"5");
 }
 
-TEST_F(RealCaller, IsKnownByTheHandleThatTheHostHoldsWhereItsProcessCannotBeOpened) {
+TEST_F(GetPFNOfCallerOverRpc, UsesTheHostsHandleWhenTheProcessCannotBeOpened) {
   const ImportPatch name("GetPackageFamilyName", &NamePackagedClient);
   const ImportPatch open(
       "OpenProcess", +[](DWORD, BOOL, DWORD) -> HANDLE {
@@ -150,7 +150,7 @@ TEST_F(RealCaller, IsKnownByTheHandleThatTheHostHoldsWhereItsProcessCannotBeOpen
   EXPECT_THAT(seen_.askedAbout, ElementsAre(server_.ClientId(), server_.ClientId()));
 }
 
-TEST_F(RealCaller, IsOnlyToldOnTheThreadThatServesIt) {
+TEST_F(GetPFNOfCallerOverRpc, IsEmptyOnAThreadThatServesNoCall) {
   Ask();
   EXPECT_EQ(seen_.name, L"");
   ExpectFailure(L"RpcServerInqCallAttributes failed", L"1725");
@@ -189,7 +189,7 @@ LONG WINAPI WatchName(HANDLE process, UINT32* length, wchar_t* name) {
   return realName(process, length, name);
 }
 
-TEST_F(RealCaller, IsOpenedImpersonatedAskedForClosedAndReverted) {
+TEST_F(GetPFNOfCallerOverRpc, OpensImpersonatesQueriesClosesAndReverts) {
   const ImportPatch open("OpenProcess", &WatchOpen);
   const ImportPatch close("CloseHandle", &WatchClose);
   const ImportPatch impersonate("RpcImpersonateClient", &WatchImpersonate);
@@ -219,7 +219,7 @@ BOOL WINAPI ExpandForUser(HANDLE token, LPCWSTR text, LPWSTR result, DWORD chars
   return TRUE;
 }
 
-TEST(ServedPath, IsExpandedForTheClientOnTheServingThreadOnly) {
+TEST(GetFullExpandedPathOverRpc, ExpandsForTheClientOnTheServingThreadOnly) {
   const ImportPatch attributes("RpcServerInqCallAttributesW", &AnswerWithTheTrueClient);
   const ImportPatch forUser("ExpandEnvironmentStringsForUserW", &ExpandForUser);
   const LogCapture log;

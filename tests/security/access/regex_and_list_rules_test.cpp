@@ -18,12 +18,12 @@ using namespace TestSupport;
 
 using RegexRule = RuleValidatorTest;
 
-TEST_F(RegexRule, WantsTheWholeValue) {
+TEST_F(RegexRule, MatchesTheWholeValue) {
   EXPECT_TRUE(Judge(L"regex", L"[a-z]{3}\\d?", L"abc1"));
   EXPECT_FALSE(Judge(L"regex", L"[a-z]{3}", L"abc1"));
 }
 
-TEST_F(RegexRule, TakesAPatternThatDoesNotCompileForANo) {
+TEST_F(RegexRule, RefusesEveryValueForAPatternThatDoesNotCompile) {
   EXPECT_FALSE(Judge(L"regex", L"(abc", L"abc"));
 }
 
@@ -59,7 +59,7 @@ TEST_F(RegexRule, LooksAheadWithinTheWholeValue) {
   EXPECT_TRUE(Judge(L"regex", L"a(?=b)b", L"ab"));
 }
 
-TEST_F(RegexRule, BearsAMillionCharacters) {
+TEST_F(RegexRule, HandlesAMillionCharacters) {
   EXPECT_FALSE(Judge(L"regex", L"(a+)+b", std::wstring(1'000'000, L'a')));
   EXPECT_TRUE(Judge(L"regex", L"[\\\\]+", std::wstring(1'000'000, L'\\')));
 }
@@ -82,7 +82,7 @@ TEST_F(ContainedInListRule, RefusesEveryOtherType) {
   EXPECT_FALSE(RuleValidators.at(L"contained_in_list")(node, MakePlainObject(calls)));
 }
 
-TEST_F(ContainedInListRule, TakesEveryOtherTypeForAnInvalidArgument) {
+TEST_F(ContainedInListRule, ReportsOtherTypesAsInvalidArguments) {
   const ValueReference value = BoxInt32(calls);
   try {
     static_cast<void>(ReadBoxedText(*value));
@@ -92,19 +92,19 @@ TEST_F(ContainedInListRule, TakesEveryOtherTypeForAnInvalidArgument) {
   }
 }
 
-TEST_F(ContainedInListRule, KeepsBlanksAndEmbeddedZeros) {
+TEST_F(ContainedInListRule, KeepsBlanksAndNullCharacters) {
   EXPECT_FALSE(Judge(L"contained_in_list", L"red, green", L"green"));
   EXPECT_TRUE(Judge(L"contained_in_list", L"red,g\0n"s, L"g\0n"s));
   EXPECT_FALSE(Judge(L"contained_in_list", L"red,g", L"g\0n"s));
 }
 
-TEST_F(ContainedInListRule, BearsAListOfTenMillionCharacters) {
+TEST_F(ContainedInListRule, HandlesAListOfTenMillionCharacters) {
   EXPECT_FALSE(Judge(L"contained_in_list", std::wstring(10'000'000, L','), L"red"));
 }
 
-using BeginsWithRule = RuleValidatorTest;
+using BeginsWithFromListRule = RuleValidatorTest;
 
-TEST_F(BeginsWithRule, DoesNotMindTheCaseAndTakesAnEmptyItemForEveryValue) {
+TEST_F(BeginsWithFromListRule, IgnoresCaseAndAcceptsEveryValueForAnEmptyItem) {
   EXPECT_TRUE(Judge(L"begins_with_from_list", L"D:\\,c:\\data", L"C:\\DATA\\x"));
   EXPECT_FALSE(Judge(L"begins_with_from_list", L"D:\\,c:\\data", L"C:\\DAT"));
   EXPECT_TRUE(Judge(L"begins_with_from_list", L"a,,b", L"C:\\DAT"));

@@ -10,18 +10,18 @@
 namespace Zq::Gantry::Security {
 namespace {
 
-TEST(ExemptionWhiteLists, AnEmptyListIsCopiedAsAValidEmptyOne) {
+TEST(CopyRows, ReturnsAnEmptyListForAnEmptyList) {
   const auto copy = CopyRows(std::vector<UwpMatchingDescriptor>());
   ASSERT_NE(copy, nullptr);
   EXPECT_TRUE(copy->empty());
 }
 
-TEST(ExemptionWhiteLists, ARowMoreNeedsNoOtherChange) {
+TEST(CopyRows, CopiesEveryRowInOrder) {
   const auto copy = CopyRows(std::vector<int>{4, 5, 6, 7});
   EXPECT_EQ(*copy, (std::vector<int>{4, 5, 6, 7}));
 }
 
-TEST(RowWalk, AListThatShrinksRaisesOutOfRangeWithItsText) {
+TEST(AnyRowFits, ThrowsOutOfRangeWithItsTextWhenTheListShrinks) {
   std::vector<int> rows = {1, 2, 3};
   const auto shrink = [&rows](int) {
     rows.pop_back();
@@ -35,7 +35,7 @@ TEST(RowWalk, AListThatShrinksRaisesOutOfRangeWithItsText) {
   }
 }
 
-TEST(RowWalk, GoesToTheLastOfManyRows) {
+TEST(AnyRowFits, VisitsEveryRow) {
   const std::vector<int> rows = [] {
     std::vector<int> numbers(1000, 0);
     numbers.back() = 1;
@@ -45,7 +45,7 @@ TEST(RowWalk, GoesToTheLastOfManyRows) {
   EXPECT_FALSE(AnyRowFits(rows, [](int row) { return row == 2; }));
 }
 
-TEST(RowWalk, TheRowJustBehindTheEndIsOutOfRangeToo) {
+TEST(AnyRowFits, ThrowsOutOfRangeForTheRowRightAfterTheEnd) {
   std::vector<int> rows = {1, 2};
   const auto shrink = [&rows](int) {
     rows.pop_back();
@@ -55,7 +55,7 @@ TEST(RowWalk, TheRowJustBehindTheEndIsOutOfRangeToo) {
   EXPECT_EQ(rows.size(), 1U) << "asked once";
 }
 
-TEST(RowWalk, JudgesACopyOfTheRow) {
+TEST(AnyRowFits, JudgesACopyOfTheRow) {
   std::vector<int> rows = {1};
   EXPECT_TRUE(AnyRowFits(rows, [&rows](const int& row) {
     rows.front() = 9;
@@ -63,7 +63,7 @@ TEST(RowWalk, JudgesACopyOfTheRow) {
   }));
 }
 
-TEST(RowWalk, EndsAtTheFirstRowThatFits) {
+TEST(AnyRowFits, StopsAtTheFirstRowThatFits) {
   int asked = 0;
   EXPECT_TRUE(AnyRowFits(std::vector<int>{1, 2, 3}, [&asked](int row) {
     ++asked;

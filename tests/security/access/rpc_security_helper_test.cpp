@@ -53,7 +53,7 @@ constexpr std::size_t kHandles = kPlatformText + sizeof(HSTRING);
 constexpr std::size_t kShared = kHandles + sizeof(std::map<std::uint32_t, HANDLE>);
 constexpr std::size_t kLastText = kShared + 2 * sizeof(std::shared_ptr<void>);
 
-TEST(RpcSecurityHelperFields, StandInTheOrderOfTheContract) {
+TEST(RpcSecurityHelper, HasItsFieldsInTheOrderOfTheContract) {
   EXPECT_EQ(offsetof(RpcSecurityHelper, PublisherId), 0U);
   EXPECT_EQ(offsetof(RpcSecurityHelper, ManifestName), kFirstText);
   EXPECT_EQ(offsetof(RpcSecurityHelper, ManifestExtension), kFirstText + kText);
@@ -82,7 +82,7 @@ TEST(RpcSecurityHelper, HoldsTheConstantsOfTheManifestCheck) {
   EXPECT_EQ(helper.CapabilityCatalogX86, L"zqcustomcapcompx86.cat");
 }
 
-TEST(RpcSecurityHelper, IsEmptyOtherwise) {
+TEST(RpcSecurityHelper, IsEmptyApartFromItsConstants) {
   const RpcSecurityHelper helper;
   EXPECT_EQ(helper.ExtraPlatformText.get(), nullptr);
   EXPECT_THAT(helper.ClientProcessHandles, IsEmpty());
@@ -99,7 +99,7 @@ TEST(RpcSecurityHelper, ConstantsCannotBeChangedFromOutside) {
   static_assert(!std::is_copy_assignable_v<RpcSecurityHelper>);
 }
 
-TEST(RpcSecurityHelper, ComesAndGoesWithoutASystemCall) {
+TEST(RpcSecurityHelper, MakesNoSystemCallInItsConstructorAndDestructor) {
   const TestSupport::ImportWatch watch;
   { const RpcSecurityHelper helper; }
   EXPECT_THAT(watch.Calls(), IsEmpty());

@@ -15,13 +15,13 @@ using testing::ElementsAre;
 /// Written as an expansion gives it: in brackets.
 std::wstring Bracketed(const std::wstring& path) { return L"[" + path; }
 
-TEST(PassesRegex, WantsTheWholeValueAndNoClimbingPath) {
+TEST(PassesRegex, MatchesTheWholeValueAndRefusesAClimbingPath) {
   EXPECT_TRUE(PassesRegex(L"C:.*", L"C:\\x"));
   EXPECT_FALSE(PassesRegex(L"C:.*", L"C:\\x\\..\\y"));
   EXPECT_FALSE(PassesRegex(L"C:", L"C:\\x"));
 }
 
-TEST(IsContainedInList, WantsTheSameLengthAndTheSameCharacters) {
+TEST(IsContainedInList, RequiresTheSameLengthAndCharacters) {
   EXPECT_TRUE(IsContainedInList(L"red,green,blue", L"green"));
   EXPECT_FALSE(IsContainedInList(L"red,green,blue", L"gree"));
   EXPECT_FALSE(IsContainedInList(L"red,green,blue", L"greens"));
@@ -29,48 +29,48 @@ TEST(IsContainedInList, WantsTheSameLengthAndTheSameCharacters) {
   EXPECT_FALSE(IsContainedInList(L"", L"green"));
 }
 
-TEST(IsContainedInList, ABlankBehindACommaBelongsToTheItem) {
+TEST(IsContainedInList, KeepsABlankAfterAComma) {
   EXPECT_FALSE(IsContainedInList(L"red, green", L"green"));
   EXPECT_TRUE(IsContainedInList(L"red, green", L" green"));
 }
 
-TEST(IsContainedInList, OnlyAnEmptyItemIsEqualToAnEmptyValue) {
+TEST(IsContainedInList, FindsAnEmptyValueOnlyAsAnEmptyItem) {
   EXPECT_TRUE(IsContainedInList(L"red,,blue", L""));
   EXPECT_FALSE(IsContainedInList(L"red,blue,", L""));
 }
 
-TEST(IsContainedInList, RefusesAClimbingPathThatItHolds) {
+TEST(IsContainedInList, RefusesAClimbingPathThatTheListHolds) {
   EXPECT_FALSE(IsContainedInList(L"C:\\a\\..\\b", L"C:\\a\\..\\b"));
   EXPECT_TRUE(IsContainedInList(L"..\\b", L"..\\b"));
 }
 
-TEST(IsContainedInList, TheListItselfMayHoldClimbingPaths) {
+TEST(IsContainedInList, AllowsClimbingPathsInTheList) {
   EXPECT_TRUE(IsContainedInList(L"C:\\a\\..\\b,green", L"green"));
 }
 
-TEST(BeginsWithFromList, DoesNotMindTheCase) {
+TEST(BeginsWithFromList, IgnoresCase) {
   EXPECT_TRUE(BeginsWithFromList(L"D:\\,c:\\Data\\", L"C:\\DATA\\file"));
   EXPECT_FALSE(BeginsWithFromList(L"D:\\,c:\\Data\\", L"C:\\DAT"));
   EXPECT_FALSE(BeginsWithFromList(L"", L"C:\\DATA"));
 }
 
-TEST(BeginsWithFromList, AnEmptyItemPassesEveryValueThatTheGuardLetsThrough) {
+TEST(BeginsWithFromList, AcceptsEveryValueButAClimbingPathForAnEmptyItem) {
   EXPECT_TRUE(BeginsWithFromList(L"one,,two", L"anything"));
   EXPECT_TRUE(BeginsWithFromList(L"one,,two", L""));
   EXPECT_FALSE(BeginsWithFromList(L"one,,two", L"C:\\.."));
   EXPECT_FALSE(BeginsWithFromList(L"one,two,", L"anything"));
 }
 
-TEST(BeginsWithFromList, TheListItselfMayHoldClimbingPaths) {
+TEST(BeginsWithFromList, AllowsClimbingPathsInTheList) {
   EXPECT_TRUE(BeginsWithFromList(L"C:\\a\\..\\b,green", L"greens"));
 }
 
-TEST(BeginsWithFromList, ABlankBehindACommaBelongsToTheItem) {
+TEST(BeginsWithFromList, KeepsABlankAfterAComma) {
   EXPECT_FALSE(BeginsWithFromList(L"one, two", L"two"));
   EXPECT_TRUE(BeginsWithFromList(L"one, two", L" twofold"));
 }
 
-TEST(BeginsWithFromExpandedList, ComparesWhatWasExpanded) {
+TEST(BeginsWithFromExpandedList, ComparesTheExpandedTexts) {
   std::vector<std::wstring> asked;
   const auto expand = [&asked](const std::wstring& path) {
     asked.push_back(path);
@@ -88,7 +88,7 @@ TEST(BeginsWithFromExpandedList, GuardsTheExpandedValue) {
   EXPECT_TRUE(BeginsWithFromExpandedList(L"C:\\a\\..\\b", L"x", settle)) << "items are not guarded";
 }
 
-TEST(BeginsWithFromExpandedList, AnItemThatCannotBeExpandedPassesEveryValue) {
+TEST(BeginsWithFromExpandedList, AcceptsEveryValueForAnItemThatCannotBeExpanded) {
   const auto expand = [](const std::wstring& path) {
     return path == L"bad" ? L""s : Bracketed(path);
   };
@@ -96,7 +96,7 @@ TEST(BeginsWithFromExpandedList, AnItemThatCannotBeExpandedPassesEveryValue) {
   EXPECT_FALSE(BeginsWithFromExpandedList(L"good", L"value", expand));
 }
 
-TEST(BeginsWithFromExpandedList, AValueThatCannotBeExpandedPassesOnlyWithSuchAnItem) {
+TEST(BeginsWithFromExpandedList, AcceptsAValueThatCannotBeExpandedOnlyWithSuchAnItem) {
   const auto expand = [](const std::wstring& path) {
     return path == L"bad" ? L""s : Bracketed(path);
   };
@@ -111,7 +111,7 @@ std::wstring LateItem(std::size_t before) {
   return list + L"va";
 }
 
-TEST(BeginsWithFromExpandedList, LooksAtAHundredThousandItemsAndNoMore) {
+TEST(BeginsWithFromExpandedList, ChecksTheFirstHundredThousandItemsOnly) {
   std::size_t asked = 0;
   const auto expand = [&asked](const std::wstring& path) {
     ++asked;
@@ -124,7 +124,7 @@ TEST(BeginsWithFromExpandedList, LooksAtAHundredThousandItemsAndNoMore) {
   EXPECT_EQ(asked, 100'001U);
 }
 
-TEST(HostileTexts, NullsAndLoneSurrogatesAreCharactersLikeOthers) {
+TEST(RuleJudges, TreatNullsAndLoneSurrogatesAsOrdinaryCharacters) {
   for (const std::wstring& text :
        {L"\0"s, L"a\0b"s, L"\xD800"s, L"\xDC00\xD800"s, L"x\xDFFF"s, L"\xFFFE\xFFFF"s}) {
     SCOPED_TRACE(testing::PrintToString(text));
@@ -140,7 +140,7 @@ TEST(HostileTexts, NullsAndLoneSurrogatesAreCharactersLikeOthers) {
   }
 }
 
-TEST(HostileTexts, TwoPointsBehindANullCharacterAreLeftToTheRule) {
+TEST(RuleJudges, DoNotGuardTwoPointsAfterANullCharacter) {
   const std::wstring text = L"C:\\x\0\\..\\y"s;
   EXPECT_TRUE(PassesRegex(L"[^,]+", text));
   EXPECT_TRUE(IsContainedInList(text, text));
@@ -159,7 +159,7 @@ bool AnswersAreRight(int number) {
          IsClimbingPath(L"C:\\..\\" + own);
 }
 
-TEST(Judges, AnswerOnManyThreadsAtOnce) {
+TEST(RuleJudges, AnswerOnManyThreadsAtOnce) {
   std::vector<std::future<int>> threads;
   for (int thread = 0; thread < 8; ++thread) {
     threads.push_back(std::async(std::launch::async, [thread] {
@@ -180,7 +180,7 @@ std::wstring LongList(std::size_t characters) {
   return list;
 }
 
-TEST(HostileLists, TenMillionCharactersAreNoMatter) {
+TEST(RuleJudges, HandleListsOfTenMillionCharacters) {
   const std::wstring list = LongList(10'000'000);
   EXPECT_FALSE(IsContainedInList(list, L"other"));
   EXPECT_FALSE(BeginsWithFromList(list, L"other"));
@@ -193,7 +193,7 @@ TEST(HostileLists, TenMillionCharactersAreNoMatter) {
   EXPECT_TRUE(BeginsWithFromList(late, L"value"));
 }
 
-TEST(HostileLists, ALongValueIsComparedOnceWithALongItem) {
+TEST(RuleJudges, HandleALongValueAndALongItem) {
   const std::wstring value(5'000'000, L'a');
   EXPECT_FALSE(BeginsWithFromList(value.substr(1) + L"b", value));
   EXPECT_TRUE(IsContainedInList(L"x," + value, value));

@@ -26,9 +26,9 @@ constexpr const wchar_t* kListKinds[] = {L"contained_in_list", L"begins_with_fro
 constexpr const wchar_t* kTextKinds[] = {L"regex", L"contained_in_list", L"begins_with_from_list",
                                          L"begins_with_from_list_with_env_vars"};
 
-using RuleTable = RuleValidatorTest;
+using RuleValidatorsTable = RuleValidatorTest;
 
-TEST_F(RuleTable, HasTheSixKindsInTheOrderOfTheirCharacters) {
+TEST_F(RuleValidatorsTable, HoldsTheSixKindsInCharacterOrder) {
   std::vector<std::wstring> kinds;
   for (const auto& [kind, judge] : RuleValidators) kinds.emplace_back(kind.View());
   EXPECT_THAT(kinds, ElementsAre(L"begins_with_from_list", L"begins_with_from_list_with_env_vars",
@@ -36,12 +36,12 @@ TEST_F(RuleTable, HasTheSixKindsInTheOrderOfTheirCharacters) {
   EXPECT_EQ(RuleValidators.count(L"Regex"), 0U);
 }
 
-TEST_F(RuleTable, CannotBeChanged) {
+TEST_F(RuleValidatorsTable, CannotBeChanged) {
   EXPECT_TRUE(std::is_const_v<std::remove_reference_t<decltype(RuleValidators)>>);
   EXPECT_TRUE(std::is_const_v<std::remove_reference_t<decltype((RuleValidators.begin()->second))>>);
 }
 
-TEST_F(RuleTable, ReferencesAndTextsAreOnePointer) {
+TEST_F(RuleValidatorsTable, UsesReferencesAndTextsOfOnePointer) {
   EXPECT_EQ(sizeof(RuntimeText), sizeof(HSTRING));
   EXPECT_EQ(sizeof(XmlNodeReference), sizeof(void*));
   EXPECT_EQ(sizeof(ValueReference), sizeof(void*));
@@ -49,9 +49,9 @@ TEST_F(RuleTable, ReferencesAndTextsAreOnePointer) {
   EXPECT_TRUE(std::is_standard_layout_v<ValueReference>);
 }
 
-using EveryRule = RuleValidatorTest;
+using RuleValidatorJudges = RuleValidatorTest;
 
-TEST_F(EveryRule, ButNoneRefusesANullValueBeforeTheRuleIsRead) {
+TEST_F(RuleValidatorJudges, RefuseANullValueBeforeReadingTheRule) {
   for (const auto& [kind, judge] : RuleValidators) {
     if (kind == L"none") continue;
     EXPECT_FALSE(judge(MakeNode(calls, {L"", {}}), nullptr));
@@ -60,7 +60,7 @@ TEST_F(EveryRule, ButNoneRefusesANullValueBeforeTheRuleIsRead) {
   EXPECT_THAT(calls.made, IsEmpty());
 }
 
-TEST_F(EveryRule, OnTextsReadsTheRuleFirstAndThenTheValue) {
+TEST_F(RuleValidatorJudges, ReadTheRuleBeforeTheValue) {
   for (const wchar_t* kind : {L"regex", L"begins_with_from_list"}) {
     calls.made.clear();
     Judge(kind, L"x", L"x");
@@ -71,20 +71,20 @@ TEST_F(EveryRule, OnTextsReadsTheRuleFirstAndThenTheValue) {
   EXPECT_THAT(calls.made, ElementsAre("as IXmlNodeSerializer", "InnerText", "Type", "Boxed"));
 }
 
-TEST_F(EveryRule, OnTextsRefusesANullNode) {
+TEST_F(RuleValidatorJudges, RefuseANullNodeWhereTheRuleIsText) {
   for (const wchar_t* kind : kTextKinds) {
     EXPECT_FALSE(RuleValidators.at(kind)(nullptr, Box(calls, L"")));
   }
   EXPECT_THAT(calls.made, IsEmpty());
 }
 
-TEST_F(EveryRule, OnTextsRefusesANodeThatHasNoText) {
+TEST_F(RuleValidatorJudges, RefuseANodeWithoutText) {
   for (const wchar_t* kind : kTextKinds) {
     EXPECT_FALSE(RuleValidators.at(kind)(MakeNodeWithoutText(calls), Box(calls, L"")));
   }
 }
 
-TEST_F(EveryRule, TakesEachFailingCallForANo) {
+TEST_F(RuleValidatorJudges, RefuseTheValueWhenACallFails) {
   for (const char* call : {"as IXmlNodeSerializer", "InnerText", "Boxed"}) {
     calls.failures = {{call, E_ACCESSDENIED}};
     for (const wchar_t* kind : kTextKinds) EXPECT_FALSE(Judge(kind, L",,x", L"x")) << call;
@@ -93,19 +93,19 @@ TEST_F(EveryRule, TakesEachFailingCallForANo) {
   EXPECT_FALSE(Judge(L"contained_in_list", L"x", L"x"));
 }
 
-TEST_F(EveryRule, TakesASuccessWithoutAnObjectForANo) {
+TEST_F(RuleValidatorJudges, RefuseTheValueWhenACallReturnsNull) {
   calls.givingNothing = {"as IXmlNodeSerializer", "as IXmlAttribute"};
   for (const wchar_t* kind : kTextKinds) EXPECT_FALSE(Judge(kind, L",,x", L"x"));
   EXPECT_FALSE(InRange({{L"min", L"1"}}, 5.0));
 }
 
-TEST_F(EveryRule, TakesEverySuccessForOneAndNotOnlyThePlainOne) {
+TEST_F(RuleValidatorJudges, AcceptEverySuccessCode) {
   calls.failures = {{"Type", S_FALSE}, {"Boxed", S_FALSE}};
   EXPECT_TRUE(Judge(L"contained_in_list", L"3", 3.0));
   EXPECT_TRUE(InRange({{L"max", L"3"}}, 3.0));
 }
 
-TEST_F(EveryRule, HandsOnThatMemoryHasRunOut) {
+TEST_F(RuleValidatorJudges, ThrowBadAllocWhenACallRunsOutOfMemory) {
   for (const char* call : {"as IXmlNodeSerializer", "InnerText", "Boxed"}) {
     calls.failures = {{call, E_OUTOFMEMORY}};
     for (const wchar_t* kind : kTextKinds) EXPECT_THROW(Judge(kind, L"x", L"x"), std::bad_alloc);
@@ -114,7 +114,7 @@ TEST_F(EveryRule, HandsOnThatMemoryHasRunOut) {
   EXPECT_THROW(InRange({}, 1.0), std::bad_alloc);
 }
 
-TEST_F(EveryRule, HandsOnWhatIsRaisedForWantOfMemory) {
+TEST_F(RuleValidatorJudges, LetBadAllocPropagate) {
   const XmlNodeReference node = MakeNode(calls, {L"x", {{L"min", L"1"}}});
   const std::vector<std::pair<RuleJudge, ValueReference>> questions = {
       {RuleValidators.at(L"regex"), Box(calls, L"x")},
@@ -128,7 +128,7 @@ TEST_F(EveryRule, HandsOnWhatIsRaisedForWantOfMemory) {
   for (const auto& [judge, value] : questions) EXPECT_THROW(judge(node, value), std::bad_alloc);
 }
 
-TEST_F(EveryRule, OnStringsRefusesAnyOtherBoxedType) {
+TEST_F(RuleValidatorJudges, RefuseOtherBoxedTypesInStringRules) {
   for (const wchar_t* kind :
        {L"regex", L"begins_with_from_list", L"begins_with_from_list_with_env_vars"}) {
     EXPECT_FALSE(Judge(kind, L".*,,3,true", 3.0));
@@ -138,7 +138,7 @@ TEST_F(EveryRule, OnStringsRefusesAnyOtherBoxedType) {
   }
 }
 
-TEST_F(EveryRule, OnPlainTextsRefusesAClimbingPath) {
+TEST_F(RuleValidatorJudges, RefuseAClimbingPath) {
   const std::wstring path = L"C:\\a\\..\\b";
   for (const wchar_t* kind : kListKinds) EXPECT_FALSE(Judge(kind, path, path));
   EXPECT_FALSE(Judge(L"regex", L".*", path));
@@ -146,7 +146,7 @@ TEST_F(EveryRule, OnPlainTextsRefusesAClimbingPath) {
   EXPECT_FALSE(Judge(L"begins_with_from_list", L"one,,two", L"%TEMP%\\..\\x"));
 }
 
-TEST_F(EveryRule, LetsARelativePathWithTwoPointsGoToItsOwnTest) {
+TEST_F(RuleValidatorJudges, CompareARelativePathWithTwoPointsLikeAnyText) {
   EXPECT_TRUE(Judge(L"regex", L"\\.\\.[\\\\]b", L"..\\b"));
   EXPECT_TRUE(Judge(L"contained_in_list", L"a,..\\b", L"..\\b"));
   EXPECT_TRUE(Judge(L"begins_with_from_list", L"..", L"..\\b"));
@@ -156,7 +156,7 @@ TEST_F(EveryRule, LetsARelativePathWithTwoPointsGoToItsOwnTest) {
 
 using NoneRule = RuleValidatorTest;
 
-TEST_F(NoneRule, PassesWhateverItIsAndLooksAtNothing) {
+TEST_F(NoneRule, AcceptsEveryValueWithoutReadingIt) {
   const RuleJudge judge = RuleValidators.at(L"none");
   EXPECT_TRUE(judge(nullptr, nullptr));
   EXPECT_TRUE(judge(MakeNode(calls, {L"x", {}}), Box(calls, L"C:\\..")));

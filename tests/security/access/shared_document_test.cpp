@@ -86,7 +86,7 @@ class SharedDocument : public testing::Test {
   Standin::ImportPatch keepAlive{"CoIncrementMTAUsage", &KeepAlive};
 };
 
-TEST_F(SharedDocument, ComesFromTheFactoryOfItsClass) {
+TEST_F(SharedDocument, IsMadeByTheFactoryOfItsClass) {
   {
     const auto document = TryMakeXmlDocument();
     EXPECT_TRUE(document);
@@ -95,20 +95,20 @@ TEST_F(SharedDocument, ComesFromTheFactoryOfItsClass) {
   EXPECT_THAT(fake.calls, ElementsAre("factory", "instance"));
 }
 
-TEST_F(SharedDocument, KeepsTheApartmentAliveForAThreadWithoutOne) {
+TEST_F(SharedDocument, KeepsTheApartmentAliveOnAThreadWithoutOne) {
   fake.hasApartment = false;
   EXPECT_TRUE(TryMakeXmlDocument());
   EXPECT_THAT(fake.calls, ElementsAre("factory", "keep alive", "factory", "instance"));
 }
 
-TEST_F(SharedDocument, IsEmptyWhereNoApartmentCanBeHad) {
+TEST_F(SharedDocument, IsEmptyWhenTheApartmentCannotBeKeptAlive) {
   fake.hasApartment = false;
   fake.usageResult = E_FAIL;
   EXPECT_FALSE(TryMakeXmlDocument());
   EXPECT_THAT(fake.calls, ElementsAre("factory", "keep alive"));
 }
 
-TEST_F(SharedDocument, IsEmptyWhereACallFails) {
+TEST_F(SharedDocument, IsEmptyWhenACallFails) {
   fake.factoryResult = REGDB_E_CLASSNOTREG;
   EXPECT_FALSE(TryMakeXmlDocument());
   EXPECT_THAT(fake.calls, ElementsAre("factory")) << "no apartment is missing";
@@ -117,7 +117,7 @@ TEST_F(SharedDocument, IsEmptyWhereACallFails) {
   EXPECT_FALSE(TryMakeXmlDocument());
 }
 
-TEST_F(SharedDocument, IsEmptyWhereACallGivesNothingOrSomethingElse) {
+TEST_F(SharedDocument, IsEmptyWhenACallReturnsNullOrAnotherClass) {
   fake.givesNoFactory = true;
   EXPECT_FALSE(TryMakeXmlDocument());
   fake.givesNoFactory = false;
@@ -132,7 +132,7 @@ HRESULT WINAPI NoMemory(const wchar_t*, UINT32, HSTRING*) { throw std::bad_alloc
 
 HRESULT WINAPI NoStandardException(const wchar_t*, UINT32, HSTRING*) { throw 5; }
 
-TEST_F(SharedDocument, IsEmptyForEveryException) {
+TEST_F(SharedDocument, IsEmptyAfterAnyException) {
   EXPECT_TRUE(noexcept(TryMakeXmlDocument()));
   {
     const Standin::ImportPatch text("WindowsCreateString", &NoMemory);

@@ -49,18 +49,18 @@ HLOCAL WINAPI RecordFree(HLOCAL block) {
   return realFree(block);
 }
 
-TEST_F(ToolArguments, AsksTheSignatureOfTheTextAndThePlaceOfItsExpansion) {
+TEST_F(ToolArguments, AreVerifiedAsWrittenAndLocatedAfterExpansion) {
   EXPECT_TRUE(CheckRegsvr32Arguments(L"%windir%\\good.dll"));
   EXPECT_TRUE(CheckRundll32Arguments(L"%windir%\\other.dll,Entry"));
   EXPECT_THAT(Verified(), ElementsAre(L"%windir%\\good.dll", L"%windir%\\other.dll"));
 }
 
-TEST_F(ToolArguments, TheFirstWordIsJudgedThoughItStandsWhereAProgramWould) {
+TEST_F(ToolArguments, IncludeTheFirstWord) {
   EXPECT_FALSE(CheckRegsvr32Arguments(L"regsvr32.exe"));
   EXPECT_THAT(Verified(), ElementsAre(L"regsvr32.exe"));
 }
 
-TEST_F(ToolArguments, AreSplitBehindAWordForTheProgramAndGivenBackOnce) {
+TEST_F(ToolArguments, AreSplitAfterAProgramNameAndFreedOnce) {
   const Standin::ImportPatch split("CommandLineToArgvW", &RecordSplit);
   const Standin::ImportPatch free("LocalFree", &RecordFree);
   realSplit = split.Original<std::remove_pointer_t<decltype(&CommandLineToArgvW)>>();
@@ -77,7 +77,7 @@ TEST_F(ToolArguments, AreSplitBehindAWordForTheProgramAndGivenBackOnce) {
   }
 }
 
-TEST_F(ToolArguments, ALineThatCannotBeSplitIsRefused) {
+TEST_F(ToolArguments, AreRefusedWhenTheLineCannotBeSplit) {
   const Standin::ImportPatch split("CommandLineToArgvW", &FailSplit);
   for (const wchar_t* line : {L"", L"/s", kGood}) {
     EXPECT_FALSE(CheckRegsvr32Arguments(line));
@@ -86,7 +86,7 @@ TEST_F(ToolArguments, ALineThatCannotBeSplitIsRefused) {
   EXPECT_THAT(Verified(), IsEmpty());
 }
 
-TEST_F(ToolArguments, ALineThatIsSplitIntoNothingIsRefused) {
+TEST_F(ToolArguments, AreRefusedWhenTheLineSplitsIntoNothing) {
   const Standin::ImportPatch split("CommandLineToArgvW", &SplitIntoNothing);
   realSplit = split.Original<std::remove_pointer_t<decltype(&CommandLineToArgvW)>>();
   for (const wchar_t* line : {L"", L"/s", kGood}) {
@@ -95,7 +95,7 @@ TEST_F(ToolArguments, ALineThatIsSplitIntoNothingIsRefused) {
   }
 }
 
-TEST_F(ToolArguments, HostileLinesEndAndAreRefused) {
+TEST_F(ToolArguments, AreRefusedInHostileLines) {
   const std::wstring longText(1'000'000, L'\\');
   EXPECT_FALSE(CheckRegsvr32Arguments(longText));
   EXPECT_FALSE(CheckRundll32Arguments(longText));
@@ -105,7 +105,7 @@ TEST_F(ToolArguments, HostileLinesEndAndAreRefused) {
   EXPECT_FALSE(CheckRundll32Arguments(L"\xD800,\xDC00"));
 }
 
-TEST_F(ToolArguments, AZeroEndsTheLine) {
+TEST_F(ToolArguments, EndAtTheFirstNullCharacter) {
   EXPECT_TRUE(CheckRegsvr32Arguments(std::wstring(L"/s\0D:\\bad.dll", 13)));
 }
 

@@ -18,18 +18,18 @@ using TestSupport::kTools;
 using TestSupport::System32;
 using TestSupport::ToolLaunch;
 
-TEST_F(ToolLaunch, EachToolOfTheTableMayBeStarted) {
+TEST_F(ToolLaunch, AllowsEachToolOfTheTable) {
   for (const wchar_t* tool : kTools) EXPECT_TRUE(Ask(System32(tool))) << tool;
   EXPECT_EQ(familyQueries_, 6);
 }
 
-TEST_F(ToolLaunch, EachToolMayBeStartedInRestrictedMode) {
+TEST_F(ToolLaunch, AllowsEachToolInRestrictedMode) {
   for (const wchar_t* tool : kTools) {
     EXPECT_TRUE(Ask(ToolLaunchTable, System32(tool).c_str(), /*restricted=*/true)) << tool;
   }
 }
 
-TEST_F(ToolLaunch, ASeventhToolIsRefusedWithoutASignatureCheck) {
+TEST_F(ToolLaunch, RefusesAnyOtherToolWithoutCheckingItsSignature) {
   for (const wchar_t* tool : {L"cmd.exe", L"powershell.exe", L"notepad.exe"}) {
     EXPECT_FALSE(Ask(System32(tool))) << tool;
   }
@@ -39,42 +39,42 @@ TEST_F(ToolLaunch, ASeventhToolIsRefusedWithoutASignatureCheck) {
   EXPECT_EQ(familyQueries_, 0);
 }
 
-TEST_F(ToolLaunch, ThePathMayComeInAnotherCase) {
+TEST_F(ToolLaunch, MatchesThePathInAnyCase) {
   EXPECT_TRUE(Ask(L"c:\\WINDOWS\\system32\\SFC.EXE"));
   EXPECT_TRUE(Ask(L"C:\\windows\\SYSTEM32\\dism.exe"));
 }
 
-TEST_F(ToolLaunch, ThePathMayComeWithItsVariableOrRoundabout) {
+TEST_F(ToolLaunch, MatchesThePathWithVariablesAndDotSegments) {
   EXPECT_TRUE(Ask(kSfc));
   EXPECT_TRUE(Ask(L"%WINDIR%\\Temp\\..\\System32\\.\\sfc.exe"));
 }
 
-TEST_F(ToolLaunch, APathThatMerelyStartsLikeAToolsDoesNotMatch) {
+TEST_F(ToolLaunch, DoesNotMatchAPathThatMerelyBeginsLikeATools) {
   EXPECT_FALSE(Ask(System32(L"sfc.exe.bak")));
   EXPECT_FALSE(Ask(System32(L"sfc.exe\\x")));
   EXPECT_FALSE(Ask(System32(L"sfc.ex")));
   EXPECT_TRUE(files_.trust.calls.empty());
 }
 
-TEST_F(ToolLaunch, ANullOrEmptyPathMatchesNoRow) {
+TEST_F(ToolLaunch, MatchesNoRowForANullOrEmptyPath) {
   EXPECT_FALSE(Ask(ToolLaunchTable, nullptr));
   EXPECT_FALSE(Ask(L""));
   EXPECT_TRUE(files_.trust.calls.empty());
 }
 
-TEST_F(ToolLaunch, AnEmptyExpansionMatchesNotEvenARowWhoseKeyIsEmptyToo) {
+TEST_F(ToolLaunch, DoesNotMatchAnEmptyExpansionWithAnEmptyKey) {
   const ToolLaunchRules table = {{L"", {{}, true, nullptr}}};
   EXPECT_FALSE(Ask(table, L""));
   EXPECT_FALSE(Ask(table, nullptr));
 }
 
-TEST_F(ToolLaunch, WhereNothingCanBeExpandedNothingMatches) {
+TEST_F(ToolLaunch, MatchesNoRowWhenTheExpansionFails) {
   const Standin::ImportPatch expand(
       "ExpandEnvironmentStringsW", +[](LPCWSTR, LPWSTR, DWORD) -> DWORD { return 0; });
   for (const wchar_t* tool : kTools) EXPECT_FALSE(Ask(System32(tool))) << tool;
 }
 
-TEST_F(ToolLaunch, TheFirstMatchEndsTheWalk) {
+TEST_F(ToolLaunch, StopsAtTheFirstMatchingRow) {
   const ToolLaunchRules table = {
       {L"%windir%\\System32\\SFC.EXE", {{L"Nobody_1"}, true, nullptr}},
       {kSfc, {{}, true, nullptr}},
@@ -82,7 +82,7 @@ TEST_F(ToolLaunch, TheFirstMatchEndsTheWalk) {
   EXPECT_FALSE(Ask(table, kSfc));
 }
 
-TEST_F(ToolLaunch, ToolAndKeyAreExpandedForTheComponentAndTheToolOnceMore) {
+TEST_F(ToolLaunch, LogsTheExpansionsOfToolAndKeyForTheComponent) {
   EXPECT_TRUE(Ask(L"%windir%\\Temp\\..\\System32\\dism.exe"));
   const auto expansion = [](const wchar_t* text, const wchar_t* expanded, const wchar_t* full) {
     return std::vector{
@@ -103,7 +103,7 @@ TEST_F(ToolLaunch, ToolAndKeyAreExpandedForTheComponentAndTheToolOnceMore) {
             Info(L"Security - GetSecurityCatalogInfo - File = C:\\Windows\\System32\\dism.exe"));
 }
 
-TEST_F(ToolLaunch, HostilePathsMatchNoRow) {
+TEST_F(ToolLaunch, MatchesNoRowForHostilePaths) {
   const std::wstring tool = System32(L"sfc.exe");
   for (const std::wstring& path :
        {std::wstring(1'000'000, L'\\'), std::wstring(1'000'000, L'%'),
@@ -114,7 +114,7 @@ TEST_F(ToolLaunch, HostilePathsMatchNoRow) {
   EXPECT_TRUE(files_.trust.calls.empty());
 }
 
-TEST_F(ToolLaunch, ANullComponentIsAnEmptyOne) {
+TEST_F(ToolLaunch, TakesANullComponentAsEmpty) {
   EXPECT_TRUE(IsLaunchAllowedBy(ToolLaunchTable,
                                 {L"%windir%\\System32\\DISM.exe", false, nullptr, nullptr},
                                 [] { return std::wstring(kHarbourDesk); }));

@@ -9,7 +9,7 @@ ToolLaunchRule RuleFor(std::vector<std::wstring> families) {
   return {std::move(families), false, nullptr};
 }
 
-TEST(AdmitsFamily, TakesOneOfSeveralExactly) {
+TEST(AdmitsFamily, ComparesEachFamilyExactly) {
   const ToolLaunchRule rule = RuleFor({L"First_1", L"Second_2"});
   EXPECT_TRUE(AdmitsFamily(rule, L"First_1"));
   EXPECT_TRUE(AdmitsFamily(rule, L"Second_2"));
@@ -19,12 +19,12 @@ TEST(AdmitsFamily, TakesOneOfSeveralExactly) {
   EXPECT_FALSE(AdmitsFamily(rule, std::wstring(L"First_1\0", 8)));
 }
 
-TEST(AdmitsFamily, AnEmptyFamilyIsNobodysEvenWhereTheRowNamesOne) {
+TEST(AdmitsFamily, RefusesAnEmptyFamilyEvenWhenTheRowListsOne) {
   EXPECT_FALSE(AdmitsFamily(RuleFor({L"First_1"}), L""));
   EXPECT_FALSE(AdmitsFamily(RuleFor({L"", L"First_1"}), L""));
 }
 
-TEST(AdmitsFamily, ARowWithoutFamiliesTakesEverybody) {
+TEST(AdmitsFamily, AcceptsEveryCallerForARowWithoutFamilies) {
   EXPECT_TRUE(AdmitsFamily(RuleFor({}), L""));
   EXPECT_TRUE(AdmitsFamily(RuleFor({}), L"Anybody_1"));
 }

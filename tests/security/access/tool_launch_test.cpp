@@ -34,7 +34,7 @@ struct RecordingCheck {
   }
 };
 
-TEST_F(ToolLaunch, AnotherFamilyIsRefusedForEveryRow) {
+TEST_F(ToolLaunch, RefusesAnotherFamilyForEveryRow) {
   for (const wchar_t* family : {L"C7E40B19.ZQHarbourDesk_q7m3xk2tdw9pb", L"harbourdesk",
                                 L"c7e40b19.zqharbourdesk_q7m3xk2tdw9pa"}) {
     family_ = family;
@@ -43,18 +43,18 @@ TEST_F(ToolLaunch, AnotherFamilyIsRefusedForEveryRow) {
   EXPECT_TRUE(files_.trust.calls.empty());
 }
 
-TEST_F(ToolLaunch, ACallerOutsideAPackageIsRefusedForEveryRow) {
+TEST_F(ToolLaunch, RefusesACallerOutsideAPackageForEveryRow) {
   family_.clear();
   for (const wchar_t* tool : kTools) EXPECT_FALSE(Ask(System32(tool))) << tool;
 }
 
-TEST_F(ToolLaunch, ARowWithoutFamiliesDoesNotAskWhoCalls) {
+TEST_F(ToolLaunch, DoesNotIdentifyTheCallerForARowWithoutFamilies) {
   family_.clear();
   EXPECT_TRUE(Ask(SfcRow({{}, true, nullptr}), kSfc));
   EXPECT_EQ(familyQueries_, 0);
 }
 
-TEST_F(ToolLaunch, ARowMayBeClosedInRestrictedMode) {
+TEST_F(ToolLaunch, RefusesARowThatIsClosedInRestrictedMode) {
   for (const std::vector<std::wstring>& families :
        {std::vector<std::wstring>{}, std::vector<std::wstring>{kHarbourDesk}}) {
     const ToolLaunchRules table = SfcRow({families, false, nullptr});
@@ -66,7 +66,7 @@ TEST_F(ToolLaunch, ARowMayBeClosedInRestrictedMode) {
   EXPECT_EQ(familyQueries_, 2) << "who calls is asked first";
 }
 
-TEST_F(ToolLaunch, TheToolNeedOnlyBeAcceptedByTheSystem) {
+TEST_F(ToolLaunch, RequiresOnlyThatTheSystemAcceptsTheTool) {
   struct Row {
     std::uint32_t verdict;
     bool allowed;
@@ -80,17 +80,17 @@ TEST_F(ToolLaunch, TheToolNeedOnlyBeAcceptedByTheSystem) {
   EXPECT_FALSE(Ask(System32(L"sfc.exe")));
 }
 
-TEST_F(ToolLaunch, TheSignaturesAskedForAreThoseOfTheExpandedPath) {
+TEST_F(ToolLaunch, ChecksTheSignaturesOfTheExpandedPath) {
   EXPECT_TRUE(Ask(kSfc));
   EXPECT_THAT(files_.VerifiedFiles(), ElementsAre(L"C:\\Windows\\System32\\sfc.exe"));
 }
 
-TEST_F(ToolLaunch, TheToolNeedNotLieInAProtectedPlace) {
+TEST_F(ToolLaunch, AllowsAToolOutsideProtectedPlaces) {
   const ToolLaunchRules table = {{L"D:\\Users\\tool.exe", {{}, true, nullptr}}};
   EXPECT_TRUE(Ask(table, L"D:\\Users\\tool.exe"));
 }
 
-TEST_F(ToolLaunch, TheCommandLineDecidesWhereTheRowHasACheck) {
+TEST_F(ToolLaunch, ReturnsTheAnswerOfTheRowsArgumentCheck) {
   RecordingCheck check;
   EXPECT_TRUE(Ask(check.Table(), kSfc, false, L"/scannow"));
   check.answer = false;
@@ -98,14 +98,14 @@ TEST_F(ToolLaunch, TheCommandLineDecidesWhereTheRowHasACheck) {
   EXPECT_THAT(check.lines, ElementsAre(L"/scannow", L"\"a b\" c"));
 }
 
-TEST_F(ToolLaunch, TheCommandLineIsJudgedAlsoWhereTheToolIsRefused) {
+TEST_F(ToolLaunch, JudgesTheCommandLineOfARefusedToolToo) {
   RecordingCheck check;
   files_.trust.embedded.clear();
   EXPECT_FALSE(Ask(check.Table(), kSfc, false, L"x"));
   EXPECT_THAT(check.lines, ElementsAre(L"x"));
 }
 
-TEST_F(ToolLaunch, TheCommandLineIsJudgedAfterTheTool) {
+TEST_F(ToolLaunch, JudgesTheCommandLineAfterTheTool) {
   std::vector<std::size_t> verdictsBefore;
   const ToolLaunchRules table = SfcRow({{}, true, [&](const std::wstring&) {
                                           verdictsBefore.push_back(files_.trust.calls.size());
@@ -116,14 +116,14 @@ TEST_F(ToolLaunch, TheCommandLineIsJudgedAfterTheTool) {
   EXPECT_FALSE(files_.trust.calls.empty());
 }
 
-TEST_F(ToolLaunch, ANullCommandLineIsAnEmptyOne) {
+TEST_F(ToolLaunch, TakesANullCommandLineAsEmpty) {
   RecordingCheck check;
   EXPECT_TRUE(Ask(check.Table(), kSfc, false, nullptr));
   EXPECT_THAT(check.lines, ElementsAre(L""));
   EXPECT_TRUE(Ask(ToolLaunchTable, System32(L"regsvr32.exe").c_str(), false, nullptr));
 }
 
-TEST_F(ToolLaunch, TheTwoCheckedToolsHoldTheirFileToTheServicesKeys) {
+TEST_F(ToolLaunch, RequiresTheServicesKeyForFilesOfRegsvr32AndRundll32) {
   for (const wchar_t* tool : {L"regsvr32.exe", L"rundll32.exe"}) {
     const std::wstring path = System32(tool);
     files_.SignAll(kVerified, "30 0a");
@@ -134,7 +134,7 @@ TEST_F(ToolLaunch, TheTwoCheckedToolsHoldTheirFileToTheServicesKeys) {
   }
 }
 
-TEST_F(ToolLaunch, ASignatureThroughACatalogDoes) {
+TEST_F(ToolLaunch, AcceptsASignatureThroughACatalog) {
   const TestSupport::TempFolder folder;
   const std::wstring tool = folder.File(L"tool.exe");
   TestSupport::WriteWholeFile(tool, "content");
@@ -145,7 +145,7 @@ TEST_F(ToolLaunch, ASignatureThroughACatalogDoes) {
   EXPECT_TRUE(Ask(table, tool.c_str()));
 }
 
-TEST_F(ToolLaunch, NoFailingCallTurnsANoIntoAYes) {
+TEST_F(ToolLaunch, NeverTurnsANoIntoAYesWhenACallFails) {
   const char* const failing[] = {"ExpandEnvironmentStringsW",
                                  "GetFullPathNameW",
                                  "CommandLineToArgvW",

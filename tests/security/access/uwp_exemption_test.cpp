@@ -27,7 +27,7 @@ bool IsExemptStoreClient(const wchar_t* family, std::uint16_t major, std::uint16
       .IsAnException();
 }
 
-TEST(UwpExemption, HoldsUpToTheLimitOfTheRow) {
+TEST(UwpExemption, AppliesUpToTheVersionOfTheRow) {
   const struct {
     std::uint16_t major;
     std::uint16_t minor;
@@ -53,7 +53,7 @@ TEST(UwpExemption, ComparesTheFamilyNameExactly) {
   EXPECT_FALSE(IsExemptStoreClient(L"", 0, 0));
 }
 
-TEST(UwpExemption, ComparesPastAZeroCharacter) {
+TEST(UwpExemption, ComparesPastANullCharacter) {
   auto client = StoreClient(kFamily, 1, 0);
   client->FamilyName += std::wstring(L"\0x", 2);
   EXPECT_FALSE(
@@ -68,7 +68,7 @@ TEST(UwpExemption, ComparesTheFamilyNameOfTheRowAndNotItsId) {
   EXPECT_FALSE(StoreCheck(rows, StoreClient(L"id", 2, 0)).IsAnException());
 }
 
-TEST(UwpExemption, DoesNotTouchItsClient) {
+TEST(UwpExemption, DoesNotChangeItsClient) {
   const auto client = StoreClient(L"Some.Family_ABC", 1, 0);
   EXPECT_FALSE(
       StoreCheck(UwpWithNoZQManifestExemptionWhiteList::GetExemption(), client).IsAnException());
@@ -85,7 +85,7 @@ TEST(UwpExemption, IsFalseWithoutListOrClient) {
       StoreCheck(std::make_shared<StoreRows>(), StoreClient(kFamily, 1, 0)).IsAnException());
 }
 
-TEST(UwpExemption, ARowThatIsTooLowDoesNotEndTheWalk) {
+TEST(UwpExemption, ContinuesAfterARowWithALowerVersion) {
   const auto rows = std::make_shared<StoreRows>();
   rows->emplace_back(UwpInformation(L"n", L"family", 1, 0), kUpTo);
   rows->emplace_back(UwpInformation(L"n", L"other", 9, 9), kUpTo);
@@ -94,7 +94,7 @@ TEST(UwpExemption, ARowThatIsTooLowDoesNotEndTheWalk) {
   EXPECT_FALSE(StoreCheck(rows, StoreClient(L"family", 3, 1)).IsAnException());
 }
 
-TEST(UwpExemption, ReadsNeitherOperationNorBuildNorRevision) {
+TEST(UwpExemption, IgnoresOperationBuildAndRevision) {
   const auto rows = std::make_shared<StoreRows>();
   rows->emplace_back(UwpInformation(L"n", L"family", 2, 0),
                      static_cast<enum MatchingDescriptor::Operation>(0));
@@ -104,7 +104,7 @@ TEST(UwpExemption, ReadsNeitherOperationNorBuildNorRevision) {
   EXPECT_TRUE(StoreCheck(rows, client).IsAnException());
 }
 
-TEST(UwpExemption, ReadsNoType) {
+TEST(UwpExemption, IgnoresTheType) {
   const auto client = StoreClient(kFamily, 2, 0);
   client->Type = Server::ClientType::Win32;
   EXPECT_TRUE(

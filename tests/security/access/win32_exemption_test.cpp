@@ -22,7 +22,7 @@ bool IsExemptProgram(const wchar_t* name, std::uint16_t major, std::uint16_t min
       .IsAnException();
 }
 
-TEST(Win32Exemption, HoldsUpToTheLimitOfEachRow) {
+TEST(Win32Exemption, AppliesUpToTheVersionOfEachRow) {
   const struct {
     std::uint16_t major;
     std::uint16_t minor;
@@ -40,11 +40,11 @@ TEST(Win32Exemption, HoldsUpToTheLimitOfEachRow) {
   }
 }
 
-TEST(Win32Exemption, EightTenIsAboveEightNineAsNumbers) {
+TEST(Win32Exemption, ComparesVersionsAsNumbers) {
   EXPECT_FALSE(IsExemptProgram(L"latchwardenuwp", 8, 10));
 }
 
-TEST(Win32Exemption, ALowerMajorNeedsNoLookAtMinor) {
+TEST(Win32Exemption, IgnoresTheMinorVersionOfALowerMajor) {
   EXPECT_TRUE(IsExemptProgram(L"latchwardenuwp", 7, 99));
 }
 
@@ -65,7 +65,7 @@ TEST(Win32Exemption, ComparesTheWholeName) {
   EXPECT_FALSE(IsExemptProgram(L"", 0, 0));
 }
 
-TEST(Win32Exemption, ComparesPastAZeroCharacter) {
+TEST(Win32Exemption, ComparesPastANullCharacter) {
   const auto client = std::make_shared<Win32Information>(L"latchwardenuwp", 1, 0);
   client->Name += std::wstring(L"\0x", 2);
   EXPECT_FALSE(ProgramCheck(Win32WithNoZQManifestExemptionWhiteList::GetExemption(), client)
@@ -80,7 +80,7 @@ TEST(Win32Exemption, FoldsTheNameAndLeavesItFolded) {
   EXPECT_EQ(client->Id, L"LatchWardenUWP");
 }
 
-TEST(Win32Exemption, FoldsTheNameOnlyAndNoOtherText) {
+TEST(Win32Exemption, FoldsNoTextButTheName) {
   const auto client = std::make_shared<Win32Information>(L"LatchWardenUWP", L"Some Detail", 8, 9);
   client->Id = L"Some Id";
   ProgramCheck check(Win32WithNoZQManifestExemptionWhiteList::GetExemption(), client);
@@ -89,7 +89,7 @@ TEST(Win32Exemption, FoldsTheNameOnlyAndNoOtherText) {
   EXPECT_EQ(client->Id, L"Some Id");
 }
 
-TEST(Win32Exemption, FoldsTheNameForGoodEvenWithAnEmptyList) {
+TEST(Win32Exemption, LeavesTheNameFoldedEvenWithAnEmptyList) {
   const auto client = std::make_shared<Win32Information>(L"SomeName", 1, 0);
   EXPECT_FALSE(ProgramCheck(std::make_shared<ProgramRows>(), client).IsAnException());
   EXPECT_EQ(client->Name, L"somename");
@@ -101,7 +101,7 @@ TEST(Win32Exemption, DoesNotFoldWithoutAList) {
   EXPECT_EQ(client->Name, L"SomeName");
 }
 
-TEST(Win32Exemption, FoldsAToZAndNothingElse) {
+TEST(Win32Exemption, FoldsOnlyAToZ) {
   // Neighbours of the letters; Latin-1, Cyrillic, Kelvin sign, dotted I; a zero in the middle.
   const std::wstring name(L"@AZ[`az{\x00C4\x00D6\x0130\x0410\x212A\xFF21\x0000Q", 16);
   const std::wstring folded(L"@az[`az{\x00C4\x00D6\x0130\x0410\x212A\xFF21\x0000q", 16);
@@ -111,7 +111,7 @@ TEST(Win32Exemption, FoldsAToZAndNothingElse) {
   EXPECT_EQ(client->Name, folded);
 }
 
-TEST(Win32Exemption, FoldsTheSameWhateverTheLocaleOfTheProcess) {
+TEST(Win32Exemption, FoldsTheSameInEveryLocale) {
   const std::string before = std::setlocale(LC_CTYPE, nullptr);
   // Names of different systems; those that are unknown change nothing.
   for (const char* locale : {"C.UTF-8", "English_United States.1252", ""}) {
@@ -123,7 +123,7 @@ TEST(Win32Exemption, FoldsTheSameWhateverTheLocaleOfTheProcess) {
   std::setlocale(LC_CTYPE, before.c_str());
 }
 
-TEST(Win32Exemption, ARowWithCapitalsMatchesNobody) {
+TEST(Win32Exemption, NeverMatchesARowWithCapitals) {
   const auto rows = std::make_shared<ProgramRows>();
   rows->emplace_back(Win32Information(L"Program", 8, 9), kUpTo);
   EXPECT_FALSE(
@@ -136,7 +136,7 @@ TEST(Win32Exemption, IsFalseWithoutListOrClient) {
   EXPECT_FALSE(ProgramCheck(nullptr, nullptr).IsAnException());
 }
 
-TEST(Win32Exemption, ARowThatIsTooLowDoesNotEndTheWalk) {
+TEST(Win32Exemption, ContinuesAfterARowWithALowerVersion) {
   const auto rows = std::make_shared<ProgramRows>();
   rows->emplace_back(Win32Information(L"program", 1, 0), kUpTo);
   rows->emplace_back(Win32Information(L"program", 3, 0), kUpTo);
@@ -144,7 +144,7 @@ TEST(Win32Exemption, ARowThatIsTooLowDoesNotEndTheWalk) {
       ProgramCheck(rows, std::make_shared<Win32Information>(L"program", 2, 5)).IsAnException());
 }
 
-TEST(Win32Exemption, ReadsNeitherOperationNorBuildNorRevision) {
+TEST(Win32Exemption, IgnoresOperationBuildAndRevision) {
   const auto rows = std::make_shared<ProgramRows>();
   rows->emplace_back(Win32Information(L"program", 2, 0),
                      static_cast<enum MatchingDescriptor::Operation>(0));
@@ -154,7 +154,7 @@ TEST(Win32Exemption, ReadsNeitherOperationNorBuildNorRevision) {
   EXPECT_TRUE(ProgramCheck(rows, client).IsAnException());
 }
 
-TEST(Win32Exemption, ReadsNoType) {
+TEST(Win32Exemption, IgnoresTheType) {
   const auto client = std::make_shared<Win32Information>(L"LatchWardenUWP", 8, 9);
   client->Type = Server::ClientType::Uwp;
   EXPECT_TRUE(ProgramCheck(Win32WithNoZQManifestExemptionWhiteList::GetExemption(), client)
@@ -162,7 +162,7 @@ TEST(Win32Exemption, ReadsNoType) {
   EXPECT_EQ(client->Name, L"latchwardenuwp");
 }
 
-TEST(Win32Exemption, ReadsNoDetail) {
+TEST(Win32Exemption, IgnoresTheDetail) {
   const auto client = std::make_shared<Win32Information>(L"latchwardenqfr", L"detail", 8, 9);
   EXPECT_TRUE(ProgramCheck(Win32WithNoZQManifestExemptionWhiteList::GetExemption(), client)
                   .IsAnException());

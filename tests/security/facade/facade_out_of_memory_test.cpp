@@ -92,9 +92,9 @@ class Unfailing {
 
 void IgnoreLog(void*, Standin::LogLevel, const wchar_t*, const wchar_t*) {}
 
-class ScarceMemory : public testing::Test {
+class FacadeOutOfMemory : public testing::Test {
  protected:
-  ScarceMemory() {
+  FacadeOutOfMemory() {
     files_.SignAll(kVerified, "30 0a");
     const HMODULE cppLibrary = GetModuleHandleW(L"libstdc++-6.dll");
     if (cppLibrary != nullptr) strings_.emplace(cppLibrary, "malloc", &AllocateForTheCppLibrary);
@@ -112,21 +112,21 @@ class ScarceMemory : public testing::Test {
   int steps_ = 0;
 };
 
-TEST_F(ScarceMemory, AFileOfAnotherSignerNeverPassesForDropbox) {
+TEST_F(FacadeOutOfMemory, NeverTrustsAnotherSignersFileAsDropbox) {
   const auto question = [this] { return facade_.IsDropboxFileTrusted(L"C:\\Windows\\file.dll"); };
   ASSERT_FALSE(question());
   EXPECT_EQ(CountYes(question, steps_), 0);
   EXPECT_GT(steps_, 5);
 }
 
-TEST_F(ScarceMemory, AnUnknownKeyNeverPassesForTheServices) {
+TEST_F(FacadeOutOfMemory, NeverTrustsAnUnknownKeyAsTheServices) {
   const auto question = [this] { return facade_.IsServiceFileTrusted(L"C:\\Windows\\file.dll"); };
   ASSERT_FALSE(question());
   EXPECT_EQ(CountYes(question, steps_), 0);
   EXPECT_GT(steps_, 5);
 }
 
-TEST_F(ScarceMemory, AnUnsignedFileNeverPassesForOneThatWindowsTrusts) {
+TEST_F(FacadeOutOfMemory, NeverAcceptsAnUnsignedFile) {
   files_.trust.embedded.clear();
   const auto question = [this] {
     return facade_.IsWindowsTrustedFileAllowed(L"C:\\Windows\\file.dll");
@@ -135,7 +135,7 @@ TEST_F(ScarceMemory, AnUnsignedFileNeverPassesForOneThatWindowsTrusts) {
   EXPECT_GT(steps_, 0);
 }
 
-TEST_F(ScarceMemory, AStrangersFileIsNeverRegistered) {
+TEST_F(FacadeOutOfMemory, NeverAllowsAnUntrustedFileToBeRegistered) {
   const auto question = [] {
     return IsLaunchAllowedBy(
         ToolLaunchTable,

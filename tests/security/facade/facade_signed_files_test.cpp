@@ -42,9 +42,9 @@ LONG WINAPI RootJudgingWinVerifyTrust(HWND window, GUID* action, LPVOID pointer)
   return IsListedResult(static_cast<std::uint32_t>(real)) ? verdictOfRoot : real;
 }
 
-class SignedTools : public testing::Test {
+class FacadeOnSignedFiles : public testing::Test {
  protected:
-  SignedTools() {
+  FacadeOnSignedFiles() {
     realWinVerifyTrust = patch_.Original<std::remove_pointer_t<decltype(&WinVerifyTrust)>>();
     verdictOfRoot = static_cast<LONG>(kUntrustedRoot);
   }
@@ -60,9 +60,9 @@ class SignedTools : public testing::Test {
   ZQAuthenticodeFacade facade_;
 };
 
-class SignedToolsWithKnownRoots : public SignedTools {
+class FacadeOnSignedFilesOfKnownRoots : public FacadeOnSignedFiles {
  protected:
-  SignedToolsWithKnownRoots() { verdictOfRoot = 0; }
+  FacadeOnSignedFilesOfKnownRoots() { verdictOfRoot = 0; }
 
   bool MayStart(const wchar_t* tool, const wchar_t* line) {
     const ToolLaunchRules table = {{Sample(tool), {{}, true, nullptr}}};
@@ -73,7 +73,7 @@ class SignedToolsWithKnownRoots : public SignedTools {
 
 }  // namespace
 
-TEST_F(SignedToolsWithKnownRoots, OnlyTheDevelopmentKeyMakesAServiceFileAndOnlyInItsBuild) {
+TEST_F(FacadeOnSignedFilesOfKnownRoots, TrustsTheDevelopmentKeyInADevelopmentBuildOnly) {
   const bool isDevelopment = std::string(WATTLEAF_KEYS_OF_THIS_BUILD) == "development";
   EXPECT_EQ(facade_.IsServiceFileTrusted(Sample(L"signed.dll").c_str()), isDevelopment);
   EXPECT_EQ(facade_.IsServiceFileTrusted(Sample(L"nested.dll").c_str()), isDevelopment);
@@ -82,12 +82,12 @@ TEST_F(SignedToolsWithKnownRoots, OnlyTheDevelopmentKeyMakesAServiceFileAndOnlyI
   EXPECT_FALSE(facade_.IsExtendedFileTrusted(Sample(L"signed.dll").c_str()));
 }
 
-TEST_F(SignedTools, ASelfMadeRootIsRefused) {
+TEST_F(FacadeOnSignedFiles, RefusesASelfMadeRoot) {
   EXPECT_FALSE(facade_.IsServiceFileTrusted(Sample(L"signed.dll").c_str()));
   EXPECT_FALSE(facade_.IsWindowsTrustedFileAllowed(Sample(L"signed.dll").c_str()));
 }
 
-TEST_F(SignedToolsWithKnownRoots, WindowsTrustsASignedFileButNoUnsignedOrChangedOne) {
+TEST_F(FacadeOnSignedFilesOfKnownRoots, AcceptsSignedFilesAndRefusesUnsignedAndChangedOnes) {
   EXPECT_TRUE(facade_.IsWindowsTrustedFileAllowed(Sample(L"signed.dll").c_str()));
   EXPECT_TRUE(facade_.IsWindowsTrustedFileAllowed(Sample(L"other.dll").c_str()));
   EXPECT_FALSE(facade_.IsWindowsTrustedFileAllowed(Sample(L"unsigned.dll").c_str()));
@@ -100,7 +100,7 @@ TEST_F(SignedToolsWithKnownRoots, WindowsTrustsASignedFileButNoUnsignedOrChanged
   EXPECT_FALSE(facade_.IsWindowsTrustedFileAllowed(folder.File(L"changed.dll").c_str()));
 }
 
-TEST_F(SignedTools, FilesOfOneSignerHaveTheSameKeyThoughNobodyTrustsIt) {
+TEST_F(FacadeOnSignedFiles, FindsTheSameKeyInFilesOfOneUntrustedSigner) {
   EXPECT_TRUE(
       facade_.HaveSameSigningKey(Sample(L"other.dll").c_str(), Sample(L"other.dll").c_str()));
   EXPECT_TRUE(
@@ -111,18 +111,18 @@ TEST_F(SignedTools, FilesOfOneSignerHaveTheSameKeyThoughNobodyTrustsIt) {
       facade_.HaveSameSigningKey(Sample(L"unsigned.dll").c_str(), Sample(L"unsigned.dll").c_str()));
 }
 
-TEST_F(SignedToolsWithKnownRoots, AnotherSignersCommonNameIsNoDropbox) {
+TEST_F(FacadeOnSignedFilesOfKnownRoots, RefusesAnotherSignersFileAsDropbox) {
   EXPECT_FALSE(facade_.IsDropboxFileTrusted(Sample(L"signed.dll").c_str()));
   EXPECT_FALSE(facade_.IsDropboxFileTrusted(Sample(L"unsigned.dll").c_str()));
 }
 
-TEST_F(SignedToolsWithKnownRoots, AToolMayBeStartedWhereAnybodyKnownHasSignedIt) {
+TEST_F(FacadeOnSignedFilesOfKnownRoots, AllowsAToolOfAnySigner) {
   EXPECT_TRUE(MayStart(L"other.dll", L""));
   EXPECT_FALSE(MayStart(L"unsigned.dll", L""));
   EXPECT_FALSE(MayStart(L"missing.dll", L""));
 }
 
-TEST_F(SignedTools, AToolUnderASelfMadeRootMayNotBeStarted) {
+TEST_F(FacadeOnSignedFiles, RefusesToStartAToolUnderASelfMadeRoot) {
   const ToolLaunchRules table = {{Sample(L"signed.dll"), {{}, true, nullptr}}};
   EXPECT_FALSE(IsLaunchAllowedBy(table, {Sample(L"signed.dll").c_str(), false, L"", L""},
                                  [] { return std::wstring(); }));

@@ -37,9 +37,9 @@ DWORD WINAPI FakeNameToStr(DWORD, PCERT_NAME_BLOB, DWORD, LPWSTR text, DWORD cha
   return static_cast<DWORD>(subject.size() + 1);
 }
 
-class DropboxFile : public testing::Test {
+class IsDropboxFileTrusted : public testing::Test {
  protected:
-  DropboxFile() {
+  IsDropboxFileTrusted() {
     subjects = {L"CN=X"};
     namesRead = 0;
   }
@@ -56,24 +56,24 @@ class DropboxFile : public testing::Test {
   ZQAuthenticodeFacade facade_;
 };
 
-TEST_F(DropboxFile, IsTrustedWithItsCommonNameInAProtectedPlace) {
+TEST_F(IsDropboxFileTrusted, AcceptsTheCommonNameInAProtectedPlace) {
   SignWithSubject(kVerified, L"CN=Dropbox, Inc\r\nO=Other");
   EXPECT_TRUE(facade_.IsDropboxFileTrusted(kProtected));
   EXPECT_EQ(files_.log.Records().front(), Info(L"Starting validation of Dropbox file."));
 }
 
-TEST_F(DropboxFile, IsRefusedElsewhere) {
+TEST_F(IsDropboxFileTrusted, RefusesOtherPlaces) {
   SignWithSubject(kVerified, L"CN=Dropbox, Inc");
   EXPECT_FALSE(facade_.IsDropboxFileTrusted(kElsewhere));
 }
 
-TEST_F(DropboxFile, TheOrganizationAloneDoesNotDo) {
+TEST_F(IsDropboxFileTrusted, RefusesTheOrganizationAlone) {
   SignWithSubject(kVerified, L"CN=Other\r\nO=Dropbox, Inc");
   EXPECT_FALSE(facade_.IsDropboxFileTrusted(kProtected));
   EXPECT_TRUE(files_.NoPlaceWasChecked());
 }
 
-TEST_F(DropboxFile, IsRefusedWithALineWhereTheSystemDoesNotAcceptIt) {
+TEST_F(IsDropboxFileTrusted, LogsAndRefusesAFileThatTheSystemDoesNotAccept) {
   SignWithSubject(kUntrustedRoot, L"CN=Dropbox, Inc");
   EXPECT_FALSE(facade_.IsDropboxFileTrusted(kProtected));
   EXPECT_THAT(files_.log.Records(), ElementsAre(Info(L"Starting validation of Dropbox file."),
@@ -81,7 +81,7 @@ TEST_F(DropboxFile, IsRefusedWithALineWhereTheSystemDoesNotAcceptIt) {
                                                 Error(L"Dropbox file is not trusted by windows.")));
 }
 
-TEST_F(DropboxFile, TheTwoSignaturesNeedNotBeTheSame) {
+TEST_F(IsDropboxFileTrusted, AcceptsNameAndVerdictFromDifferentSignatures) {
   SignWithSubject(kVerified, L"CN=Other");
   files_.trust.embedded.push_back(files_.trust.embedded.front());
   files_.trust.embedded.back().verdict = static_cast<LONG>(kUntrustedRoot);
@@ -89,7 +89,7 @@ TEST_F(DropboxFile, TheTwoSignaturesNeedNotBeTheSame) {
   EXPECT_TRUE(facade_.IsDropboxFileTrusted(kProtected));
 }
 
-TEST_F(DropboxFile, ASignatureThroughACatalogDoesNotCount) {
+TEST_F(IsDropboxFileTrusted, IgnoresSignaturesThroughCatalogs) {
   const TestSupport::TempFolder folder;
   const std::wstring path = folder.File(L"listed.dll");
   TestSupport::WriteWholeFile(path, "content");
@@ -104,7 +104,7 @@ TEST_F(DropboxFile, ASignatureThroughACatalogDoesNotCount) {
                                                 Error(L"Dropbox file is not trusted by windows.")));
 }
 
-TEST_F(DropboxFile, AFailureWhileTheSignaturesAreReadIsLoggedAndCountsAsNo) {
+TEST_F(IsDropboxFileTrusted, LogsAFailureToReadSignaturesAndRefuses) {
   // A key without bytes cannot be trimmed.
   SignWithSubject(kVerified, L"CN=Dropbox, Inc");
   files_.trust.embedded.front().key.clear();
@@ -118,7 +118,7 @@ TEST_F(DropboxFile, AFailureWhileTheSignaturesAreReadIsLoggedAndCountsAsNo) {
   EXPECT_TRUE(files_.NoPlaceWasChecked());
 }
 
-TEST_F(DropboxFile, EveryStandardExceptionIsLoggedWithItsText) {
+TEST_F(IsDropboxFileTrusted, LogsEveryStandardExceptionWithItsText) {
   const Standin::ImportPatch reason(
       "WinVerifyTrust",
       +[](HWND, GUID*, LPVOID) -> LONG { throw std::runtime_error("100% of %s, %d and %n"); });
@@ -135,7 +135,7 @@ TEST_F(DropboxFile, EveryStandardExceptionIsLoggedWithItsText) {
   EXPECT_TRUE(files_.NoPlaceWasChecked());
 }
 
-TEST_F(DropboxFile, WhatIsNoStandardExceptionPassesOn) {
+TEST_F(IsDropboxFileTrusted, LetsOtherExceptionsPropagate) {
   SignWithSubject(kVerified, L"CN=Dropbox, Inc");
   const Standin::ImportPatch verify(
       "WinVerifyTrust", +[](HWND, GUID*, LPVOID) -> LONG { throw 5; });
@@ -143,13 +143,13 @@ TEST_F(DropboxFile, WhatIsNoStandardExceptionPassesOn) {
   EXPECT_THAT(files_.log.Records(), ElementsAre(Info(L"Starting validation of Dropbox file.")));
 }
 
-TEST_F(DropboxFile, ANullPathIsOneThatTheSystemDoesNotAccept) {
+TEST_F(IsDropboxFileTrusted, LogsAndRefusesANullPath) {
   EXPECT_FALSE(facade_.IsDropboxFileTrusted(nullptr));
   EXPECT_THAT(files_.log.Records(), ElementsAre(Info(L"Starting validation of Dropbox file."),
                                                 Error(L"Dropbox file is not trusted by windows.")));
 }
 
-TEST_F(DropboxFile, AFailureWhileItsPlaceIsJudgedPassesOn) {
+TEST_F(IsDropboxFileTrusted, LetsExceptionsOfThePathCheckPropagate) {
   SignWithSubject(kVerified, L"CN=Dropbox, Inc");
   const Standin::ImportPatch expand(
       "ExpandEnvironmentStringsW",

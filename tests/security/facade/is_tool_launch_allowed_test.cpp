@@ -66,13 +66,13 @@ LONG WINAPI NameOf(HANDLE, UINT32* length, PWSTR name) {
 
 BOOL WINAPI CloseNothing(HANDLE) { return TRUE; }
 
-class ServedTool : public testing::Test {
+class IsToolLaunchAllowed : public testing::Test {
  protected:
-  ServedTool() {
+  IsToolLaunchAllowed() {
     caller = &caller_;
     files_.SignAll(kVerified, "30 0a");
   }
-  ~ServedTool() override { caller = nullptr; }
+  ~IsToolLaunchAllowed() override { caller = nullptr; }
 
   bool Ask(const std::wstring& tool) {
     return facade_.IsToolLaunchAllowed((L"%windir%\\System32\\" + tool).c_str(), true, L"", L"");
@@ -94,7 +94,7 @@ class ServedTool : public testing::Test {
 
 }  // namespace
 
-TEST_F(ServedTool, TheApplicationOfTheTableMayStartEachToolAndNoOther) {
+TEST_F(IsToolLaunchAllowed, AllowsTheListedApplicationEachListedToolAndNoOther) {
   for (const wchar_t* tool :
        {L"regsvr32.exe", L"DISM.exe", L"sfc.exe", L"rundll32.exe", L"mmc.exe", L"rstrui.exe"}) {
     EXPECT_TRUE(Ask(tool)) << tool;
@@ -105,13 +105,13 @@ TEST_F(ServedTool, TheApplicationOfTheTableMayStartEachToolAndNoOther) {
   EXPECT_EQ(caller_.impersonations, 6);
 }
 
-TEST_F(ServedTool, AnotherApplicationMayStartNone) {
+TEST_F(IsToolLaunchAllowed, RefusesAnotherApplication) {
   caller_.family = L"C7E40B19.ZQLumenGuard_q7m3xk2tdw9pa";
   EXPECT_FALSE(Ask(L"sfc.exe"));
   EXPECT_EQ(caller_.reverts, 1);
 }
 
-TEST_F(ServedTool, AClientThatCannotBeEstablishedMayStartNone) {
+TEST_F(IsToolLaunchAllowed, RefusesAClientThatCannotBeIdentified) {
   caller_.impersonated = RPC_S_ACCESS_DENIED;
   EXPECT_FALSE(Ask(L"sfc.exe"));
   caller_.impersonated = RPC_S_OK;
@@ -123,7 +123,7 @@ TEST_F(ServedTool, AClientThatCannotBeEstablishedMayStartNone) {
   EXPECT_FALSE(Ask(L"sfc.exe"));
 }
 
-TEST_F(ServedTool, TheCommandLineIsJudgedAndTheComponentNamed) {
+TEST_F(IsToolLaunchAllowed, JudgesTheCommandLineAndLogsTheComponent) {
   files_.SignAllForTheService();
   const auto ask = [this](const wchar_t* line) {
     return facade_.IsToolLaunchAllowed(L"%windir%\\System32\\regsvr32.exe", false, line, L"host");
@@ -133,7 +133,7 @@ TEST_F(ServedTool, TheCommandLineIsJudgedAndTheComponentNamed) {
   EXPECT_FALSE(ask(L"/s D:\\bad.dll"));
 }
 
-TEST_F(ServedTool, NoFailingCallTurnsANoIntoAYes) {
+TEST_F(IsToolLaunchAllowed, NeverTurnsANoIntoAYesWhenACallFails) {
   const auto nothing = +[]() -> ULONG_PTR { return 0; };
   const auto failure = +[]() -> ULONG_PTR { return ERROR_ACCESS_DENIED; };
   struct Failing {

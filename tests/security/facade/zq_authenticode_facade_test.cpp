@@ -19,19 +19,19 @@ using TestSupport::JudgedFiles;
 using TestSupport::kElsewhere;
 using TestSupport::kProtected;
 
-class Facade : public testing::Test {
+class AuthenticodeFacade : public testing::Test {
  protected:
   JudgedFiles files_;
   ZQAuthenticodeFacade facade_;
 };
 
-TEST_F(Facade, HasNoData) {
+TEST_F(AuthenticodeFacade, HasNoData) {
   EXPECT_EQ(sizeof(ZQAuthenticodeFacade), sizeof(void*));
   EXPECT_EQ(sizeof(ZQAuthenticodeFacadeBase), sizeof(void*));
   EXPECT_FALSE(std::has_virtual_destructor_v<ZQAuthenticodeFacade>);
 }
 
-TEST_F(Facade, AServiceFileNeedsTheServicesKeyAndAnAllowedPlace) {
+TEST_F(AuthenticodeFacade, TrustsAServiceFileWithTheServicesKeyInAnAllowedPlace) {
   files_.SignAllForTheService();
   EXPECT_TRUE(facade_.IsServiceFileTrusted(kProtected));
   EXPECT_FALSE(facade_.IsServiceFileTrusted(kElsewhere));
@@ -41,7 +41,7 @@ TEST_F(Facade, AServiceFileNeedsTheServicesKeyAndAnAllowedPlace) {
   EXPECT_FALSE(facade_.IsServiceFileTrusted(kProtected));
 }
 
-TEST_F(Facade, AnExtendedFileNeedsTheExtendedKeyAndAProtectedPlace) {
+TEST_F(AuthenticodeFacade, TrustsAnExtendedFileWithAnExtendedKeyInAProtectedPlace) {
   files_.SignAll(kVerified, PublicKeyPool.at(26));
   EXPECT_TRUE(facade_.IsExtendedFileTrusted(kProtected));
   EXPECT_FALSE(facade_.IsExtendedFileTrusted(kElsewhere));
@@ -49,7 +49,7 @@ TEST_F(Facade, AnExtendedFileNeedsTheExtendedKeyAndAProtectedPlace) {
   EXPECT_FALSE(facade_.IsExtendedFileTrusted(kProtected));
 }
 
-TEST_F(Facade, ThePlaceIsAskedForOnlyAfterTheSignature) {
+TEST_F(AuthenticodeFacade, ChecksThePlaceOnlyAfterTheSignature) {
   EXPECT_FALSE(facade_.IsServiceFileTrusted(kProtected));
   EXPECT_FALSE(facade_.IsExtendedFileTrusted(kProtected));
   EXPECT_FALSE(facade_.IsWindowsTrustedFileAllowed(kProtected));
@@ -57,7 +57,7 @@ TEST_F(Facade, ThePlaceIsAskedForOnlyAfterTheSignature) {
   EXPECT_TRUE(files_.NoPlaceWasChecked());
 }
 
-TEST_F(Facade, AWindowsTrustedFileNeedsNoKeyOfOurs) {
+TEST_F(AuthenticodeFacade, AcceptsAWindowsTrustedFileWithAnyKey) {
   files_.SignAll(kVerified, "30 0a");
   EXPECT_TRUE(facade_.IsWindowsTrustedFileAllowed(kProtected));
   EXPECT_FALSE(facade_.IsWindowsTrustedFileAllowed(kElsewhere));
@@ -67,7 +67,7 @@ TEST_F(Facade, AWindowsTrustedFileNeedsNoKeyOfOurs) {
   EXPECT_FALSE(facade_.IsWindowsTrustedFileAllowed(kProtected));
 }
 
-TEST_F(Facade, NullPathsAreRefusedByEveryQuestion) {
+TEST_F(AuthenticodeFacade, RefusesNullPaths) {
   files_.SignAllForTheService();
   EXPECT_FALSE(facade_.IsServiceFileTrusted(nullptr));
   EXPECT_FALSE(facade_.IsExtendedFileTrusted(nullptr));
@@ -81,7 +81,7 @@ TEST_F(Facade, NullPathsAreRefusedByEveryQuestion) {
   EXPECT_TRUE(files_.trust.calls.empty());
 }
 
-TEST_F(Facade, TwoFilesOfOneKeyHaveTheSameKeyTrustedOrNotWhereverTheyLie) {
+TEST_F(AuthenticodeFacade, FindsTheSameKeyInTrustedAndUntrustedFilesAnywhere) {
   for (const std::uint32_t verdict : {kVerified, kVerifiedButExpired, kUntrustedRoot}) {
     files_.SignAll(verdict, "30 0a");
     EXPECT_TRUE(facade_.HaveSameSigningKey(kElsewhere, kElsewhere));
@@ -90,18 +90,18 @@ TEST_F(Facade, TwoFilesOfOneKeyHaveTheSameKeyTrustedOrNotWhereverTheyLie) {
   EXPECT_TRUE(files_.NoPlaceWasChecked());
 }
 
-TEST_F(Facade, AnUnsignedFileHasNotEvenItsOwnKey) {
+TEST_F(AuthenticodeFacade, FindsNoSameKeyInAnUnsignedFile) {
   EXPECT_FALSE(facade_.HaveSameSigningKey(kProtected, kProtected));
 }
 
-TEST_F(Facade, TwoSignaturesWithoutReadableKeyNeverMatch) {
+TEST_F(AuthenticodeFacade, FindsNoSameKeyWhenTheKeysCannotBeRead) {
   files_.SignAll(kVerified, "30 0a");
   files_.trust.hideSigner = true;
   EXPECT_FALSE(facade_.HaveSameSigningKey(kProtected, kProtected));
   EXPECT_EQ(ZQAuthenticodeHelper::GetAllSignatures(kProtected).size(), 1U);
 }
 
-TEST_F(Facade, ASignatureThroughACatalogCountsForAllQuestionsButDropboxs) {
+TEST_F(AuthenticodeFacade, AcceptsSignaturesThroughCatalogs) {
   const TestSupport::TempFolder folder;
   const TestSupport::ScopedVariable place(L"windir", folder.Path().c_str());
   const std::wstring path = folder.File(L"listed.dll");
@@ -120,14 +120,14 @@ TEST_F(Facade, ASignatureThroughACatalogCountsForAllQuestionsButDropboxs) {
   EXPECT_TRUE(facade_.IsExtendedFileTrusted(path.c_str()));
 }
 
-TEST_F(Facade, TheQuestionForThePlaceIsPassedOn) {
+TEST_F(AuthenticodeFacade, ChecksAPlaceWithoutReadingSignatures) {
   EXPECT_TRUE(facade_.IsPathAllowed(kProtected));
   EXPECT_TRUE(facade_.IsPathAllowed(L"%windir%\\x"));
   EXPECT_FALSE(facade_.IsPathAllowed(kElsewhere));
   EXPECT_TRUE(files_.trust.calls.empty());
 }
 
-TEST_F(Facade, ACallerOutsideAPackageMayStartNoTool) {
+TEST_F(AuthenticodeFacade, AllowsNoToolToACallerOutsideAPackage) {
   files_.SignAllForTheService();
   for (const wchar_t* tool :
        {L"regsvr32.exe", L"DISM.exe", L"sfc.exe", L"rundll32.exe", L"mmc.exe", L"rstrui.exe"}) {
@@ -137,7 +137,7 @@ TEST_F(Facade, ACallerOutsideAPackageMayStartNoTool) {
   EXPECT_TRUE(files_.trust.calls.empty());
 }
 
-TEST_F(Facade, AFailureOfTheOtherQuestionsPassesOnAndIsNoYes) {
+TEST_F(AuthenticodeFacade, LetsExceptionsPropagateExceptForDropbox) {
   files_.SignAllForTheService();
   files_.trust.embedded.front().key.clear();
   EXPECT_THROW(facade_.IsServiceFileTrusted(kProtected), std::out_of_range);
@@ -147,7 +147,7 @@ TEST_F(Facade, AFailureOfTheOtherQuestionsPassesOnAndIsNoYes) {
 
 // A root that cannot be expanded opens every place (test
 // IsPathAllowed.AllowsEveryPathWhenARootCannotBeExpanded): here the signatures say no.
-TEST_F(Facade, NoFailingCallTurnsANoIntoAYes) {
+TEST_F(AuthenticodeFacade, NeverTurnsANoIntoAYesWhenACallFails) {
   const TestSupport::TempFolder folder;
   const TestSupport::ScopedVariable place(L"windir", folder.Path().c_str());
   const std::wstring path = folder.File(L"judged.dll");

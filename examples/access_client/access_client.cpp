@@ -1,13 +1,13 @@
-// Asks the library's security layer what a host asks it: whether a client needs no manifest,
-// whether a file is trusted, whether a client may start a tool of the system, and whether a
-// parameter of a request passes a rule. Ends with status 1 if an exception of the library left
-// something behind in this program.
+// Uses the library's security layer like a host: checks whether a client needs no manifest, whether
+// a file is trusted, whether a client may start a tool of the system, and whether a parameter of a
+// request passes a rule. Exits with status 1 if an exception of the library left state in this
+// program.
 //
 //   access_client [FILE]
 //   access_client rule KIND TEXT VALUE
 //
-// FILE is judged as a library that the service would load; by default it is this program. The
-// second form prints only whether VALUE passes a rule of that kind whose node holds TEXT.
+// FILE is checked like a library that the service would load; by default it is this program. The
+// second form only prints whether VALUE passes a rule of that kind whose node holds TEXT.
 
 #include <cstdio>
 #include <cstdlib>
@@ -31,8 +31,8 @@ namespace {
 
 using namespace Zq::Gantry;
 
-void Print(const std::string& question, bool answer) {
-  std::printf("%s: %s\n", question.c_str(), answer ? "yes" : "no");
+void Print(const std::string& statement, bool answer) {
+  std::printf("%s: %s\n", statement.c_str(), answer ? "yes" : "no");
 }
 
 bool IsExemptStoreClient(std::uint16_t major, std::uint16_t minor) {
@@ -58,23 +58,23 @@ bool IsExemptProgram(const wchar_t* name, std::uint16_t major, std::uint16_t min
   return manager.IsWin32Exempt();
 }
 
-void AskAboutClients() {
+void CheckClients() {
   Print("Store client ZQLumenGuard 2.0 is exempt", IsExemptStoreClient(2, 0));
   Print("Store client ZQLumenGuard 2.1 is exempt", IsExemptStoreClient(2, 1));
   Print("program LatchWardenUWP 8.9 is exempt", IsExemptProgram(L"LatchWardenUWP", 8, 9));
   Print("program LatchWardenUWP 8.10 is exempt", IsExemptProgram(L"LatchWardenUWP", 8, 10));
 }
 
-/// A host may judge by a rule of its own.
-class NobodyIsExempt : public Security::IClientWithNoZqManifestCheckCriteria {
+/// A host may decide by its own rule.
+class NoClientIsExempt : public Security::IClientWithNoZqManifestCheckCriteria {
  public:
   bool IsAnException() override { return false; }
 };
 
-void AskOwnChecker() {
+void UseOwnChecker() {
   Security::GantryAccessManager manager;
-  manager.SetWin32Checker(std::make_shared<NobodyIsExempt>());
-  Print("a program is exempt where nobody is", manager.IsWin32Exempt());
+  manager.SetWin32Checker(std::make_shared<NoClientIsExempt>());
+  Print("a program is exempt by a checker that exempts no client", manager.IsWin32Exempt());
 }
 
 /// Counts how often the stream that writes to it flushes.
@@ -93,7 +93,7 @@ class FlushCounter : public std::streambuf {
   int count_ = 0;
 };
 
-/// A stream with `unitbuf` flushes after each output, unless an exception is on its way.
+/// A stream with `unitbuf` flushes after each output, unless an exception is being thrown.
 bool UnbufferedStreamFlushes() {
   FlushCounter counter;
   std::ostream stream(&counter);
@@ -101,15 +101,15 @@ bool UnbufferedStreamFlushes() {
   return counter.Count() == 1;
 }
 
-/// Prints the exception that `question` throws. False if it threw none, or if this program's
-/// runtime still counts an exception after it was caught: then library and program have one runtime
-/// each.
-bool PrintProblem(const char* what, const std::function<void()>& question) {
+/// Prints the exception that `call` throws. Returns false if it throws none, or if this program's
+/// runtime still counts the exception after it was caught: then library and program do not share
+/// one runtime.
+bool PrintException(const char* what, const std::function<void()>& call) {
   bool thrown = false;
   try {
-    question();
-  } catch (const Security::gantry_access_exception& problem) {
-    std::printf("%s: %s\n", what, problem.what());
+    call();
+  } catch (const Security::gantry_access_exception& exception) {
+    std::printf("%s: %s\n", what, exception.what());
     thrown = true;
   }
   if (thrown && std::uncaught_exceptions() == 0 && UnbufferedStreamFlushes()) return true;
@@ -118,12 +118,12 @@ bool PrintProblem(const char* what, const std::function<void()>& question) {
   return false;
 }
 
-bool AskWithoutChecker() {
+bool CallWithoutChecker() {
   Security::GantryAccessManager manager;
-  const bool store = PrintProblem("without a checker for store clients",
-                                  [&] { static_cast<void>(manager.IsUwpExempt()); });
-  const bool program = PrintProblem("without a checker for programs",
-                                    [&] { static_cast<void>(manager.IsWin32Exempt()); });
+  const bool store = PrintException("without a checker for store clients",
+                                    [&] { static_cast<void>(manager.IsUwpExempt()); });
+  const bool program = PrintException("without a checker for programs",
+                                      [&] { static_cast<void>(manager.IsWin32Exempt()); });
   return store && program;
 }
 
@@ -133,39 +133,29 @@ std::wstring Widen(const char* text) {
   return wide;
 }
 
-void AskAboutFile(const char* path) {
+void CheckFile(const char* path) {
   Security::ZQAuthenticodeFacade facade;
   const std::wstring file = Widen(path);
   Print("the file is one that the service would load", facade.IsServiceFileTrusted(file.c_str()));
   Print("its place is allowed", facade.IsPathAllowed(file.c_str()));
 }
 
-void AskAboutTools() {
+void CheckTool() {
   Security::ZQAuthenticodeFacade facade;
-  // Nobody's call is being served on this thread, so there is no client that might.
+  // This thread serves no call, so there is no client that could be allowed to.
   Print("a client may start sfc.exe",
         facade.IsToolLaunchAllowed(L"%windir%\\System32\\sfc.exe", /*restricted=*/false,
                                    L"/scannow", L"access_client"));
 }
 
-/// A counted reference in place of the creator's own.
-template <typename Reference, typename Interface>
-Reference Adopt(Interface* object) {
-  Reference reference(object);
-  object->Release();
-  return reference;
-}
-
 /// Whether `value` passes a rule of this kind whose node holds `ruleText`.
 bool Passes(const wchar_t* kind, const std::wstring& ruleText, const std::wstring& value) {
-  const auto node = Adopt<Security::XmlNodeReference, Platform::WinRt::IXmlNode>(
-      new AccessClient::TextNode(ruleText));
-  const auto box =
-      Adopt<Security::ValueReference, IInspectable>(new AccessClient::BoxedText(value));
+  const Security::XmlNodeReference node(new AccessClient::TextNode(ruleText));
+  const Security::ValueReference box(new AccessClient::BoxedText(value));
   return Security::RuleValidators.at(kind)(node, box);
 }
 
-void AskAboutParameters() {
+void CheckParameters() {
   Print("disk1 passes the rule regex", Passes(L"regex", L"[a-z]+[0-9]", L"disk1"));
   Print("disk12 passes it", Passes(L"regex", L"[a-z]+[0-9]", L"disk12"));
 
@@ -188,11 +178,11 @@ int main(int count, char** arguments) {
     std::puts(passes ? "yes" : "no");
     return EXIT_SUCCESS;
   }
-  AskAboutClients();
-  AskOwnChecker();
-  const bool nothingLeftBehind = AskWithoutChecker();
-  AskAboutFile(count > 1 ? arguments[1] : arguments[0]);
-  AskAboutTools();
-  AskAboutParameters();
-  return nothingLeftBehind ? EXIT_SUCCESS : EXIT_FAILURE;
+  CheckClients();
+  UseOwnChecker();
+  const bool exceptionsLeftNoState = CallWithoutChecker();
+  CheckFile(count > 1 ? arguments[1] : arguments[0]);
+  CheckTool();
+  CheckParameters();
+  return exceptionsLeftNoState ? EXIT_SUCCESS : EXIT_FAILURE;
 }

@@ -11,14 +11,15 @@
 #include "abi/value_shapes.h"
 #include "abi/xml_shapes.h"
 
-// A rule's node and a parameter's value as small objects of this program's own. A host that has the
-// Windows Runtime takes nodes from an XmlDocument and values from PropertyValue instead: the judges
-// see no difference.
+// A rule's node and a parameter's value as small objects of this program. A host with the Windows
+// Runtime takes nodes from an XmlDocument and values from PropertyValue instead; the judges accept
+// both.
 namespace AccessClient {
 
 using namespace Zq::Gantry::Platform::WinRt;
 
-/// The reference count, which begins at the 1 of its creator, and the interfaces that it offers.
+/// Counts references and offers the interfaces. The count begins at 0, so that the first
+/// RuntimeReference to the object owns it.
 template <typename First, typename... Others>
 class RuntimeObject : public First, public Others... {
  public:
@@ -46,30 +47,30 @@ class RuntimeObject : public First, public Others... {
   virtual ~RuntimeObject() = default;
 
  private:
-  std::atomic<ULONG> references_{1};
+  std::atomic<ULONG> references_{0};
 };
 
-inline HRESULT HandOut(const std::wstring& text, HSTRING* value) {
+[[nodiscard]] inline HRESULT CopyText(const std::wstring& text, HSTRING* value) {
   return WindowsCreateString(text.data(), static_cast<UINT32>(text.size()), value);
 }
 
-/// A boxed string, which is all that most rules ask of a value.
+/// A boxed string, which is enough for most rules.
 class BoxedText final : public RuntimeObject<IStringReference> {
  public:
   explicit BoxedText(std::wstring text) : text_(std::move(text)) {}
-  STDMETHODIMP get_Value(HSTRING* value) override { return HandOut(text_, value); }
+  STDMETHODIMP get_Value(HSTRING* value) override { return CopyText(text_, value); }
 
  private:
   std::wstring text_;
 };
 
-/// A node that holds text and nothing else.
+/// A node that holds only text.
 class TextNode final : public RuntimeObject<IXmlNode, IXmlNodeSerializer> {
  public:
   explicit TextNode(std::wstring text) : text_(std::move(text)) {}
-  STDMETHODIMP get_InnerText(HSTRING* value) override { return HandOut(text_, value); }
+  STDMETHODIMP get_InnerText(HSTRING* value) override { return CopyText(text_, value); }
 
-  // No rule asks for the rest.
+  // No rule calls the other operations.
   STDMETHODIMP GetXml(HSTRING*) override { return E_NOTIMPL; }
   STDMETHODIMP put_InnerText(HSTRING) override { return E_NOTIMPL; }
   STDMETHODIMP get_NodeValue(IInspectable**) override { return E_NOTIMPL; }

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Compiles the installed headers without a word: each alone, and all of them in both orders, for a
-program that has headers of common names of its own."""
+"""Compiles the installed headers without warnings: each alone, and all of them in both orders, for a
+program whose own headers have common names."""
 
 import argparse
 import pathlib
@@ -8,13 +8,13 @@ import subprocess
 import sys
 import tempfile
 
-# What a program may well call a header of its own, in a folder that the compiler looks into first.
+# Names that a program may give its own headers, in a folder that the compiler searches first.
 NAMES_OF_THE_PROGRAM = ("config.h", "export.h", "types.h", "version.h")
 FLAGS = ["-std=c++20", "-Wall", "-Wextra", "-Wpedantic", "-Werror", "-fsyntax-only", "-x", "c++", "-"]
 
 
-def complaint(compiler, folders, headers):
-    """What the compiler says of a source that includes these headers; nothing where it is content."""
+def compile_errors(compiler, folders, headers):
+    """The compiler's messages for a source that includes these headers; empty if it compiles."""
     source = "".join(f'#include "{header}"\n' for header in headers)
     command = [compiler, *(f"-I{folder}" for folder in folders), "-DWATTLEAF_IMPORTS", *FLAGS]
     run = subprocess.run(command, input=source, capture_output=True, text=True)
@@ -36,7 +36,7 @@ def main():
         for name in NAMES_OF_THE_PROGRAM:
             (pathlib.Path(own) / name).write_text("#error This is the program's own header.\n")
         faults = [fault for order in orders
-                  if (fault := complaint(arguments.compiler, [own, arguments.folder], order))]
+                  if (fault := compile_errors(arguments.compiler, [own, arguments.folder], order))]
     if faults:
         sys.exit("\n".join(faults))
     print(f"{len(headers)} headers, each alone and all in both orders")

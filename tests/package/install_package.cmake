@@ -1,4 +1,4 @@
-# Installs BUILD into the empty folder PACKAGE and looks at what came.
+# Installs BUILD into the empty folder PACKAGE and checks what was installed.
 file(REMOVE_RECURSE "${PACKAGE}")
 execute_process(COMMAND "${CMAKE_COMMAND}" --install "${BUILD}" --prefix "${PACKAGE}" --config "${CONFIG}"
   RESULT_VARIABLE status OUTPUT_VARIABLE output ERROR_VARIABLE output)
@@ -14,15 +14,15 @@ foreach(wanted lib/WattleafService.dll.a
   endif()
 endforeach()
 
-# The library, and the C++ runtime that it shares with its callers.
+# The library and the C++ runtime that it shares with its callers.
 set(wanted WattleafService.dll libgcc_s_seh-1.dll libstdc++-6.dll libwinpthread-1.dll)
 file(GLOB programs RELATIVE "${PACKAGE}/bin" "${PACKAGE}/bin/*")
 list(SORT programs)
 if(NOT programs STREQUAL wanted)
-  message(SEND_ERROR "The package's bin holds \"${programs}\" and not \"${wanted}\".")
+  message(SEND_ERROR "The package's bin holds \"${programs}\" instead of \"${wanted}\".")
 endif()
 
-# The headers of what the library shares, with those that they need, and no other.
+# Exactly the headers of what the library shares, and those that they include.
 set(wanted
   abi/value_shapes.h
   abi/xml_shapes.h
@@ -47,10 +47,10 @@ set(include "${PACKAGE}/include/WattleafService")
 file(GLOB_RECURSE headers RELATIVE "${include}" "${include}/*")
 list(SORT headers)
 if(NOT headers STREQUAL wanted)
-  message(SEND_ERROR "The package has the headers\n${headers}\nand not\n${wanted}")
+  message(SEND_ERROR "The package has the headers\n${headers}\ninstead of\n${wanted}")
 endif()
 
-file(GLOB rooms RELATIVE "${PACKAGE}" "${PACKAGE}/*")
-if(NOT rooms STREQUAL "bin;include;lib")
-  message(SEND_ERROR "The package holds \"${rooms}\" and not bin, include and lib alone.")
+file(GLOB folders RELATIVE "${PACKAGE}" "${PACKAGE}/*")
+if(NOT folders STREQUAL "bin;include;lib")
+  message(SEND_ERROR "The package holds \"${folders}\" instead of bin, include and lib alone.")
 endif()

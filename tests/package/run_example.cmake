@@ -1,5 +1,5 @@
-# Configures SOURCE against the installed PACKAGE, with the toolchain of this build and nothing else of
-# it, builds it, and runs it beside the libraries of the package and a simulated Logging.dll.
+# Configures SOURCE against the installed PACKAGE, builds it, and runs it beside the libraries of the
+# package and a simulated Logging.dll. It takes only the toolchain from this build.
 function(run what)
   execute_process(COMMAND ${ARGN} RESULT_VARIABLE status OUTPUT_VARIABLE output ERROR_VARIABLE errors)
   if(NOT status EQUAL 0)
@@ -16,7 +16,7 @@ run("Building" "${CMAKE_COMMAND}" --build "${WORK}")
 file(GLOB libraries "${PACKAGE}/bin/*.dll")
 file(COPY ${libraries} "${LOGGING}" DESTINATION "${WORK}")
 
-# expect(<answer to the last two questions about the file> <file>...)
+# expect(<whether the service would load the file> <whether its place is allowed> [<file>])
 function(expect trusted allowed)
   run("The example" "${EMULATOR}" "${PREFIX}" "${WORK}/access_client.exe" ${ARGN})
   string(REPLACE "\r" "" output "${output}")
@@ -24,7 +24,7 @@ function(expect trusted allowed)
 Store client ZQLumenGuard 2.1 is exempt: no
 program LatchWardenUWP 8.9 is exempt: yes
 program LatchWardenUWP 8.10 is exempt: no
-a program is exempt where nobody is: no
+a program is exempt by a checker that exempts no client: no
 without a checker for store clients: The Behavior was not defined. A call to SetUwpChecker must be done.
 without a checker for programs: The Behavior was not defined. A call to SetWin32Checker must be done.
 the file is one that the service would load: ${trusted}
@@ -41,15 +41,15 @@ a parameter that is not there passes the rule none: yes
   endif()
 endfunction()
 
-# Itself: unsigned, in a folder of the user's.
+# The example itself: unsigned, in a folder of the user.
 expect(no no)
 if(KEYS STREQUAL "development")
-  expect(yes yes "${JUDGED}")
+  expect(yes yes "${TRUSTED_FILE}")
 else()
-  expect(no yes "${JUDGED}")
+  expect(no yes "${TRUSTED_FILE}")
 endif()
 
-# expect_rule(<answer> <expression> <value>): through the installed library, in a program of its own.
+# expect_rule(<answer> <expression> <value>): whether the value passes, by the installed library.
 function(expect_rule wanted expression value)
   run("The example" "${EMULATOR}" "${PREFIX}" "${WORK}/access_client.exe" rule regex "${expression}" "${value}")
   string(STRIP "${output}" answer)

@@ -13,7 +13,7 @@
 
 #include "security/access/caller_identity_fixture.h"
 
-// Failures in the order of the steps, and then each call failing alone.
+// Failures in the order of the steps, then each call failing alone.
 namespace Zq::Gantry::Security {
 namespace {
 
@@ -22,47 +22,47 @@ using namespace TestSupport;
 
 TEST_F(GetPFNOfCaller, IsEmptyWhenTheClientCannotBeQueried) {
   fake_.queryStatus = {1725, 1725};
-  EXPECT_EQ(Ask(), L"");
+  EXPECT_EQ(CallerName(), L"");
   ExpectFailure(L"RpcServerInqCallAttributes failed", L"1725");
   EXPECT_THAT(fake_.order, ElementsAre("query"));
 }
 
 TEST_F(GetPFNOfCaller, IsEmptyWhenTheProcessCannotBeOpened) {
   fake_.process = nullptr;
-  EXPECT_EQ(Ask(), L"");
+  EXPECT_EQ(CallerName(), L"");
   ExpectFailure(L"OpenProcess yielded null or invalid handle", L"5");
   EXPECT_THAT(fake_.order, ElementsAre("query", "query", "open"));
 }
 
 TEST_F(GetPFNOfCaller, TreatsTheInvalidHandleAsAFailure) {
   fake_.process = INVALID_HANDLE_VALUE;
-  EXPECT_EQ(Ask(), L"");
+  EXPECT_EQ(CallerName(), L"");
   ExpectFailure(L"OpenProcess yielded null or invalid handle", L"5");
-  EXPECT_THAT(fake_.order, ElementsAre("query", "query", "open")) << "nothing to close";
+  EXPECT_THAT(fake_.order, ElementsAre("query", "query", "open")) << "there is no handle to close";
 }
 
 TEST_F(GetPFNOfCaller, IsEmptyAndDoesNotRevertWhenImpersonationFails) {
   fake_.impersonateStatus = 1348;
-  EXPECT_EQ(Ask(), L"");
+  EXPECT_EQ(CallerName(), L"");
   ExpectFailure(L"Failed to impersonate client", L"1348");
   EXPECT_THAT(fake_.order, ElementsAre("query", "query", "open", "impersonate", "close 1111"));
 }
 
 TEST_F(GetPFNOfCaller, IsEmptyForAClientOutsideAPackage) {
   fake_.lengthStatus = 15700;
-  EXPECT_EQ(Ask(), L"");
+  EXPECT_EQ(CallerName(), L"");
   ExpectFailure(L"GetPackageFamilyName failed", L"15700");
-  EXPECT_THAT(fake_.order, ElementsAre("query", "query", "open", "impersonate",
-                                       "ask length of 1111", "close 1111", "revert"));
+  EXPECT_THAT(fake_.order, ElementsAre("query", "query", "open", "impersonate", "length of 1111",
+                                       "close 1111", "revert"));
 }
 
 TEST_F(GetPFNOfCaller, TreatsNoOtherStatusAsASmallBuffer) {
-  // Next to 122 in number (121, 123) or in meaning (24, 111, 234).
+  // Close to 122 in number (121, 123) or in meaning (24, 111, 234).
   for (const LONG status : {LONG{1}, LONG{24}, LONG{111}, LONG{121}, LONG{123}, LONG{234}}) {
     fake_.lengthStatus = status;
-    fake_.Forget();
+    fake_.ClearRecords();
     log_.Clear();
-    EXPECT_EQ(Ask(), L"");
+    EXPECT_EQ(CallerName(), L"");
     ExpectFailure(L"GetPackageFamilyName failed", std::to_wstring(status));
     EXPECT_EQ(fake_.lengths.size(), 1U) << status;
   }
@@ -70,13 +70,13 @@ TEST_F(GetPFNOfCaller, TreatsNoOtherStatusAsASmallBuffer) {
 
 TEST_F(GetPFNOfCaller, LogsANegativeStatusWithItsSign) {
   fake_.lengthStatus = kNegative;
-  EXPECT_EQ(Ask(), L"");
+  EXPECT_EQ(CallerName(), L"");
   ExpectFailure(L"GetPackageFamilyName failed", L"-2147024891");
 }
 
 TEST_F(GetPFNOfCaller, LogsTheTextOfTheGenericCategory) {
   fake_.process = nullptr;
-  Ask();
+  CallerName();
   const std::string words =
       std::system_error(5, std::generic_category(), "OpenProcess yielded null or invalid handle")
           .what();
@@ -88,14 +88,13 @@ TEST_F(GetPFNOfCaller, LogsTheTextOfTheGenericCategory) {
 TEST_F(GetPFNOfCaller, LogsErrorFiveWhenTheNameCannotBeReadAfterItsLength) {
   for (const LONG status : {LONG{122}, LONG{15700}, LONG{6}}) {
     fake_.nameStatus = status;
-    fake_.Forget();
+    fake_.ClearRecords();
     log_.Clear();
-    EXPECT_EQ(Ask(), L"");
+    EXPECT_EQ(CallerName(), L"");
     EXPECT_THAT(log_.Records(),
                 ElementsAre(Error(L"RpcSecurityHelper::GetPFNOfCaller - Caught error 5")));
-    EXPECT_THAT(fake_.order,
-                ElementsAre("query", "query", "open", "impersonate", "ask length of 1111",
-                            "ask name of 1111", "close 1111", "revert"));
+    EXPECT_THAT(fake_.order, ElementsAre("query", "query", "open", "impersonate", "length of 1111",
+                                         "name of 1111", "close 1111", "revert"));
   }
 }
 
@@ -109,7 +108,7 @@ TEST_F(GetPFNOfCaller, LogsAFailureBeforeItClosesAndReverts) {
         return TRUE;
       });
   fake_.lengthStatus = 15700;
-  Ask();
+  CallerName();
   EXPECT_THAT(linesAtClose, ElementsAre(1U));
 }
 
@@ -120,22 +119,22 @@ TEST_F(GetPFNOfCaller, ClosesAndRevertsAfterAnyException) {
       [] { throw "no exception object"; },
   };
   for (void (*thrower)() : throwers) {
-    fake_.whileAsking = thrower;
-    fake_.Forget();
+    fake_.duringFirstNameQuery = thrower;
+    fake_.ClearRecords();
     log_.Clear();
-    EXPECT_EQ(Ask(), L"");
+    EXPECT_EQ(CallerName(), L"");
     EXPECT_THAT(
         log_.Records(),
         ElementsAre(Error(L"RpcSecurityHelper::GetPFNOfCaller - Unknown exception, Status: 8")));
-    EXPECT_THAT(fake_.order, ElementsAre("query", "query", "open", "impersonate",
-                                         "ask length of 1111", "close 1111", "revert"));
+    EXPECT_THAT(fake_.order, ElementsAre("query", "query", "open", "impersonate", "length of 1111",
+                                         "close 1111", "revert"));
   }
 }
 
 struct OneFailure {
   const char* label;
   void (*breakIt)(FakeCaller&);
-  int opened;  // and so to be closed
+  int closed;
   int reverted;
 };
 
@@ -150,7 +149,7 @@ TEST_P(GetPFNOfCallerFailure, LeavesThreadAndHandlesUnchangedAndTheNameEmpty) {
   RpcSecurityHelper helper;
   EXPECT_EQ(helper.GetPFNOfCaller(), L"");
   EXPECT_EQ(log.Records().size(), 1U);
-  EXPECT_EQ(std::ssize(fake.closed), GetParam().opened);
+  EXPECT_EQ(std::ssize(fake.closed), GetParam().closed);
   EXPECT_EQ(std::count(fake.order.begin(), fake.order.end(), "revert"), GetParam().reverted);
 }
 

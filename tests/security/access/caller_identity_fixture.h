@@ -20,7 +20,7 @@ inline constexpr LONG kNegative = -2147024891;  ///< a status whose highest bit 
 /// RpcSecurityHelper::GetPFNOfCaller with every system call faked.
 class GetPFNOfCaller : public testing::Test {
  protected:
-  std::wstring Ask() { return helper_.GetPFNOfCaller(); }
+  std::wstring CallerName() { return helper_.GetPFNOfCaller(); }
 
   /// Expects a single line, which begins with `text` and ends with `status`. In between the
   /// standard library adds its own text.

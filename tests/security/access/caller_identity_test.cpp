@@ -9,7 +9,7 @@
 #include "security/access/caller_identity_fixture.h"
 #include "support/import_watch.h"
 
-// A caller that can be identified, call by call.
+// A caller that can be identified; every system call is faked.
 namespace Zq::Gantry::Security {
 namespace {
 
@@ -17,18 +17,17 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using namespace TestSupport;
 
-TEST_F(GetPFNOfCaller, ReturnsThePackageFamilyNameOfTheClient) { EXPECT_EQ(Ask(), kName); }
+TEST_F(GetPFNOfCaller, ReturnsThePackageFamilyNameOfTheClient) { EXPECT_EQ(CallerName(), kName); }
 
 TEST_F(GetPFNOfCaller, ImpersonatesQueriesClosesAndReverts) {
-  Ask();
-  EXPECT_THAT(fake_.order,
-              ElementsAre("query", "query", "open", "impersonate", "ask length of 1111",
-                          "ask name of 1111", "close 1111", "revert"));
+  CallerName();
+  EXPECT_THAT(fake_.order, ElementsAre("query", "query", "open", "impersonate", "length of 1111",
+                                       "name of 1111", "close 1111", "revert"));
 }
 
 TEST_F(GetPFNOfCaller, MakesNoOtherSystemCall) {
   const ImportWatch watch;
-  Ask();
+  CallerName();
   EXPECT_THAT(watch.Calls(),
               ElementsAre("RpcServerInqCallAttributesW", "RpcServerInqCallAttributesW",
                           "OpenProcess", "RpcImpersonateClient", "GetPackageFamilyName",
@@ -37,12 +36,12 @@ TEST_F(GetPFNOfCaller, MakesNoOtherSystemCall) {
 
 TEST_F(GetPFNOfCaller, LogsNothingForTheSmallBufferOfTheFirstNameQuery) {
   fake_.lengthStatus = 122;
-  EXPECT_EQ(Ask(), kName);
+  EXPECT_EQ(CallerName(), kName);
   EXPECT_THAT(log_.Records(), IsEmpty());
 }
 
 TEST_F(GetPFNOfCaller, QueriesTwiceWithVersionThreeForTheProcessIdOnly) {
-  Ask();
+  CallerName();
   ASSERT_EQ(fake_.queries.size(), 2U);
   for (const std::vector<unsigned char>& attributes : fake_.queries) {
     unsigned int version = 0;
@@ -56,23 +55,23 @@ TEST_F(GetPFNOfCaller, QueriesTwiceWithVersionThreeForTheProcessIdOnly) {
 }
 
 TEST_F(GetPFNOfCaller, QueriesAndImpersonatesWithoutABinding) {
-  Ask();
+  CallerName();
   EXPECT_THAT(fake_.bindings, ElementsAre(nullptr, nullptr, nullptr));
 }
 
 TEST_F(GetPFNOfCaller, OpensTheProcessForALimitedQueryWithoutInheritance) {
-  Ask();
+  CallerName();
   EXPECT_THAT(fake_.opened, ElementsAre(0x1000U, 0U, kClient));
 }
 
 TEST_F(GetPFNOfCaller, OpensAProcessWhoseIdTakesAll32Bits) {
   fake_.client = 0xFFFFFFFC;
-  EXPECT_EQ(Ask(), kName);
+  EXPECT_EQ(CallerName(), kName);
   EXPECT_THAT(fake_.opened, ElementsAre(0x1000U, 0U, 0xFFFFFFFCU));
 }
 
 TEST_F(GetPFNOfCaller, QueriesTheLengthFirstAndThenFillsABufferOfThatLength) {
-  Ask();
+  CallerName();
   EXPECT_THAT(fake_.lengths, ElementsAre(0U, 23U));
   ASSERT_EQ(fake_.buffers.size(), 2U);
   EXPECT_EQ(fake_.buffers[0], nullptr);
@@ -81,27 +80,27 @@ TEST_F(GetPFNOfCaller, QueriesTheLengthFirstAndThenFillsABufferOfThatLength) {
 
 TEST_F(GetPFNOfCaller, RemovesEveryNullCharacter) {
   fake_.name = std::wstring(L"\0So\0\0me.App\0_id\0\0", 17);
-  EXPECT_EQ(Ask(), L"Some.App_id");
+  EXPECT_EQ(CallerName(), L"Some.App_id");
 }
 
 TEST_F(GetPFNOfCaller, KeepsEveryCharacterOfANameWithoutATerminator) {
   fake_.name = L"Some.App_id";
-  EXPECT_EQ(Ask(), L"Some.App_id");
+  EXPECT_EQ(CallerName(), L"Some.App_id");
 }
 
 TEST_F(GetPFNOfCaller, ReturnsOnlyTheCharactersThatTheSystemWrote) {
   fake_.written = 4;
-  EXPECT_EQ(Ask(), L"Some");
-  fake_.Forget();
+  EXPECT_EQ(CallerName(), L"Some");
+  fake_.ClearRecords();
   fake_.written = 0;
-  EXPECT_EQ(Ask(), L"");
+  EXPECT_EQ(CallerName(), L"");
   EXPECT_THAT(log_.Records(), IsEmpty());
 }
 
 TEST_F(GetPFNOfCaller, IsEmptyAndLogsNothingForALengthOfZero) {
   fake_.name.clear();
   fake_.lengthStatus = 0;
-  EXPECT_EQ(Ask(), L"");
+  EXPECT_EQ(CallerName(), L"");
   EXPECT_THAT(log_.Records(), IsEmpty());
   EXPECT_THAT(fake_.lengths, ElementsAre(0U, 0U));
   EXPECT_THAT(fake_.closed, ElementsAre(FakeCaller::Handle(0x1111)));
@@ -109,23 +108,23 @@ TEST_F(GetPFNOfCaller, IsEmptyAndLogsNothingForALengthOfZero) {
 
 TEST_F(GetPFNOfCaller, ContinuesWhenTheFirstNameQuerySucceeds) {
   fake_.lengthStatus = 0;
-  EXPECT_EQ(Ask(), kName);
+  EXPECT_EQ(CallerName(), kName);
   EXPECT_THAT(log_.Records(), IsEmpty());
 }
 
 TEST_F(GetPFNOfCaller, LeavesTheObjectUnchanged) {
   helper_.ClientProcessHandles[7] = FakeCaller::Handle(0x7777);
   helper_.ExtraText = L"kept";
-  Ask();
+  CallerName();
   EXPECT_EQ(helper_.ClientProcessHandles.size(), 1U);
   EXPECT_EQ(helper_.ExtraText, L"kept");
-  fake_.Forget();
-  EXPECT_EQ(Ask(), kName) << "and can be asked again";
+  fake_.ClearRecords();
+  EXPECT_EQ(CallerName(), kName) << "the second time";
 }
 
 TEST_F(GetPFNOfCaller, ReturnsTheNameEvenWhenRevertingFails) {
   fake_.revertStatus = 1702;
-  EXPECT_EQ(Ask(), kName);
+  EXPECT_EQ(CallerName(), kName);
   EXPECT_THAT(log_.Records(), IsEmpty());
 }
 

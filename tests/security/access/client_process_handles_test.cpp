@@ -6,7 +6,7 @@
 
 #include "security/access/caller_identity_fixture.h"
 
-// The process handles that the host holds of its clients.
+// The handles of client processes that the host holds.
 namespace Zq::Gantry::Security {
 namespace {
 
@@ -25,17 +25,16 @@ class GetPFNOfCallerWithHostHandle : public GetPFNOfCaller {
 TEST_F(GetPFNOfCallerWithHostHandle, NamesAClientWhoseProcessCannotBeOpened) {
   for (const HANDLE failed : {HANDLE{nullptr}, INVALID_HANDLE_VALUE}) {
     fake_.process = failed;
-    fake_.Forget();
-    EXPECT_EQ(Ask(), kName);
+    fake_.ClearRecords();
+    EXPECT_EQ(CallerName(), kName);
     EXPECT_THAT(log_.Records(), IsEmpty());
-    EXPECT_THAT(fake_.order,
-                ElementsAre("query", "query", "open", "duplicate", "impersonate",
-                            "ask length of 2222", "ask name of 2222", "close 2222", "revert"));
+    EXPECT_THAT(fake_.order, ElementsAre("query", "query", "open", "duplicate", "impersonate",
+                                         "length of 2222", "name of 2222", "close 2222", "revert"));
   }
 }
 
 TEST_F(GetPFNOfCallerWithHostHandle, DuplicatesTheHandleForALimitedQueryWithoutInheritance) {
-  Ask();
+  CallerName();
   EXPECT_THAT(fake_.duplicatedFrom,
               ElementsAre(GetCurrentProcess(), FakeCaller::Handle(0x7777), GetCurrentProcess()));
   EXPECT_THAT(fake_.duplicatedWith, ElementsAre(0x1000U, 0U, 0U));
@@ -43,14 +42,14 @@ TEST_F(GetPFNOfCallerWithHostHandle, DuplicatesTheHandleForALimitedQueryWithoutI
 
 TEST_F(GetPFNOfCallerWithHostHandle, DuplicatesNothingWhenTheProcessCanBeOpened) {
   fake_.process = FakeCaller::Handle(0x1111);
-  EXPECT_EQ(Ask(), kName);
+  EXPECT_EQ(CallerName(), kName);
   EXPECT_THAT(fake_.duplicatedFrom, IsEmpty());
 }
 
 TEST_F(GetPFNOfCallerWithHostHandle, IgnoresAHandleOfAnotherProcessId) {
   helper_.ClientProcessHandles.clear();
   helper_.ClientProcessHandles[kClient + 4] = FakeCaller::Handle(0x7777);
-  EXPECT_EQ(Ask(), L"");
+  EXPECT_EQ(CallerName(), L"");
   ExpectFailure(L"OpenProcess yielded null or invalid handle", L"5");
   EXPECT_THAT(fake_.duplicatedFrom, IsEmpty());
 }
@@ -60,7 +59,7 @@ TEST_F(GetPFNOfCallerWithHostHandle, IsEmptyWhenTheHandleCannotBeDuplicated) {
   for (const HANDLE left : {HANDLE{nullptr}, INVALID_HANDLE_VALUE, FakeCaller::Handle(0x2222)}) {
     fake_.copy = left;
     log_.Clear();
-    EXPECT_EQ(Ask(), L"") << "whatever the failed call has left";
+    EXPECT_EQ(CallerName(), L"") << "the handle left by the failed call is not used";
     ExpectFailure(L"OpenProcess yielded null or invalid handle", L"5");
   }
   EXPECT_THAT(fake_.closed, IsEmpty());
@@ -70,21 +69,21 @@ TEST_F(GetPFNOfCallerWithHostHandle, IsEmptyWhenTheDuplicateIsNoHandle) {
   for (const HANDLE copy : {HANDLE{nullptr}, INVALID_HANDLE_VALUE}) {
     fake_.copy = copy;
     log_.Clear();
-    EXPECT_EQ(Ask(), L"");
+    EXPECT_EQ(CallerName(), L"");
     ExpectFailure(L"OpenProcess yielded null or invalid handle", L"5");
   }
   EXPECT_THAT(fake_.closed, IsEmpty());
 }
 
 TEST_F(GetPFNOfCallerWithHostHandle, ClosesTheDuplicateOnly) {
-  Ask();
+  CallerName();
   EXPECT_THAT(fake_.closed, ElementsAre(FakeCaller::Handle(0x2222)));
   EXPECT_EQ(helper_.ClientProcessHandles.at(kClient), FakeCaller::Handle(0x7777));
 }
 
 TEST_F(GetPFNOfCaller, OpensProcessZeroWhenTheSecondQueryFails) {
   fake_.queryStatus = {RPC_S_OK, 1725};
-  EXPECT_EQ(Ask(), L"");
+  EXPECT_EQ(CallerName(), L"");
   ExpectFailure(L"OpenProcess yielded null or invalid handle", L"5");
   EXPECT_THAT(fake_.opened, ElementsAre(0x1000U, 0U, 0U));
 }
@@ -92,14 +91,14 @@ TEST_F(GetPFNOfCaller, OpensProcessZeroWhenTheSecondQueryFails) {
 TEST_F(GetPFNOfCaller, UsesTheHostsHandleOfProcessZeroWhenTheSecondQueryFails) {
   fake_.queryStatus = {RPC_S_OK, 1725};
   helper_.ClientProcessHandles[0] = FakeCaller::Handle(0x7777);
-  EXPECT_EQ(Ask(), kName);
+  EXPECT_EQ(CallerName(), kName);
   EXPECT_EQ(fake_.duplicatedFrom.at(1), FakeCaller::Handle(0x7777));
 }
 
 TEST_F(GetPFNOfCaller, DuplicatesAPseudoHandleOfTheHost) {
   fake_.process = nullptr;
   helper_.ClientProcessHandles[kClient] = GetCurrentProcess();
-  EXPECT_EQ(Ask(), kName);
+  EXPECT_EQ(CallerName(), kName);
   EXPECT_EQ(fake_.duplicatedFrom.at(1), GetCurrentProcess());
 }
 

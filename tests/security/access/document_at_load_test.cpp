@@ -1,4 +1,5 @@
-// What the library does when it is loaded: it makes the process's XML document, if it can.
+// Loading the library makes the XML document of the process, if the system can. A program of its
+// own, since it must not link the library.
 
 #include <windows.h>
 
@@ -7,6 +8,7 @@
 #include <string>
 
 #include "platform/win32/owners.h"
+#include "support/program_folder.h"
 
 namespace Zq::Gantry::Security {
 namespace {
@@ -23,7 +25,7 @@ class RegisteredDocuments {
   RegisteredDocuments() {
     RegCreateKeyExW(HKEY_LOCAL_MACHINE, kClassKey, 0, nullptr, REG_OPTION_VOLATILE, KEY_ALL_ACCESS,
                     nullptr, key_.out(), nullptr);
-    const std::wstring path = StandinPath();
+    const std::wstring path = TestSupport::PathBesideProgram(L"document_standin.dll");
     RegSetValueExW(key_.get(), L"DllPath", 0, REG_SZ, reinterpret_cast<const BYTE*>(path.c_str()),
                    static_cast<DWORD>((path.size() + 1) * sizeof(wchar_t)));
   }
@@ -32,17 +34,10 @@ class RegisteredDocuments {
   ~RegisteredDocuments() { RegDeleteKeyW(HKEY_LOCAL_MACHINE, kClassKey); }
 
  private:
-  static std::wstring StandinPath() {
-    std::wstring path(MAX_PATH, L'\0');
-    path.resize(GetModuleFileNameW(nullptr, path.data(), MAX_PATH));
-    return path.substr(0, path.rfind(L'\\') + 1) + L"document_standin.dll";
-  }
-
   UniqueRegKey key_;
 };
 
-/// How many documents the stand-in has made that still live; it makes none before it is loaded. The
-/// runtime keeps it loaded once it has been asked.
+/// How many documents of the stand-in are alive; 0 before it is loaded. Once used, it stays loaded.
 int LiveDocuments() {
   const HMODULE standin = GetModuleHandleW(L"document_standin.dll");
   if (standin == nullptr) return 0;
@@ -66,7 +61,7 @@ TEST(DocumentAtLoad, IsMadeOnceAndReleasedWhenTheLibraryIsUnloaded) {
 }
 
 TEST(DocumentAtLoad, IsOmittedWhenItsClassIsNotRegistered) {
-  RegDeleteKeyW(HKEY_LOCAL_MACHINE, kClassKey);  // left behind by a run that crashed
+  RegDeleteKeyW(HKEY_LOCAL_MACHINE, kClassKey);  // a run that crashed may have left it
   const UniqueModule library(LoadLibraryW(L"WattleafService.dll"));
   EXPECT_TRUE(library);
   EXPECT_TRUE(IsLibraryLoaded());

@@ -1,17 +1,15 @@
 #include "fake_caller.h"
 
 #include <algorithm>
-#include <cstring>
 #include <sstream>
+
+#include "support/call_attributes.h"
 
 namespace TestSupport {
 
 namespace {
 
 FakeCaller* current = nullptr;
-
-constexpr std::size_t kAttributesBytes = 120;
-constexpr std::size_t kClientPidOffset = 64;
 
 std::string Text(const char* call, HANDLE handle) {
   std::ostringstream text;
@@ -24,7 +22,7 @@ std::string Text(const char* call, HANDLE handle) {
 FakeCaller::FakeCaller() { current = this; }
 FakeCaller::~FakeCaller() { current = nullptr; }
 
-void FakeCaller::Forget() {
+void FakeCaller::ClearRecords() {
   order.clear();
   queries.clear();
   bindings.clear();
@@ -41,10 +39,9 @@ RPC_STATUS RPC_ENTRY FakeCaller::Query(RPC_BINDING_HANDLE binding, void* attribu
   const RPC_STATUS status = current->queryStatus[std::min<std::size_t>(current->queries.size(), 1)];
   current->order.push_back("query");
   current->bindings.push_back(binding);
-  current->queries.push_back({bytes, bytes + kAttributesBytes});
-  // A failed query leaves whatever it likes.
-  const std::uint64_t client = current->client;
-  std::memcpy(bytes + kClientPidOffset, &client, sizeof(client));
+  current->queries.push_back({bytes, bytes + kCallAttributesBytes});
+  // A failed query writes here too: callers must not use what it leaves.
+  WriteClientId(attributes, current->client);
   return status;
 }
 
@@ -75,14 +72,14 @@ RPC_STATUS RPC_ENTRY FakeCaller::Revert() {
   return current->revertStatus;
 }
 
-LONG WINAPI FakeCaller::AskName(HANDLE process, UINT32* length, wchar_t* name) {
+LONG WINAPI FakeCaller::QueryName(HANDLE process, UINT32* length, wchar_t* name) {
   const bool isFirst = current->lengths.empty();
-  current->order.push_back(Text(isFirst ? "ask length of" : "ask name of", process));
+  current->order.push_back(Text(isFirst ? "length of" : "name of", process));
   current->lengths.push_back(*length);
   current->buffers.push_back(name);
   if (isFirst) {
     *length = static_cast<UINT32>(current->name.size());
-    if (current->whileAsking != nullptr) current->whileAsking();
+    if (current->duringFirstNameQuery != nullptr) current->duringFirstNameQuery();
     return current->lengthStatus;
   }
   current->name.copy(name, std::min<std::size_t>(*length, current->written));

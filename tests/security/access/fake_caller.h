@@ -13,9 +13,9 @@
 
 namespace TestSupport {
 
-/// Fakes every system call that telling a caller takes, for as long as it lives, and writes down
-/// which was made when. As it stands, all succeed: the client 4321 is the package
-/// "Some.App_q7m3xk2tdw9pa".
+/// Fakes every system call that identifying a caller takes, for as long as it lives, and records
+/// them in order. By default all succeed, and the client 4321 is the package
+/// "Some.App_q7m3xk2tdw9pa". One at a time.
 class FakeCaller {
  public:
   static constexpr DWORD kClient = 4321;
@@ -27,12 +27,14 @@ class FakeCaller {
   FakeCaller& operator=(const FakeCaller&) = delete;
   ~FakeCaller();
 
-  static HANDLE Handle(std::uintptr_t number) { return reinterpret_cast<HANDLE>(number); }
+  [[nodiscard]] static HANDLE Handle(std::uintptr_t number) {
+    return reinterpret_cast<HANDLE>(number);
+  }
 
-  /// Empties what was written down.
-  void Forget();
+  /// Removes what was recorded so far.
+  void ClearRecords();
 
-  // What the calls answer.
+  // What the calls return.
   std::array<RPC_STATUS, 2> queryStatus{};  ///< of the first and of the second query
   DWORD client = kClient;
   HANDLE process = Handle(0x1111);
@@ -42,19 +44,19 @@ class FakeCaller {
   RPC_STATUS revertStatus = RPC_S_OK;
   LONG lengthStatus = kTooSmall;
   LONG nameStatus = kFits;
-  /// What the second name query writes; the length that both report is its own.
+  /// Written by the second name query. Both queries report its length.
   std::wstring name = std::wstring(L"Some.App_q7m3xk2tdw9pa") + L'\0';
-  std::size_t written = std::wstring::npos;  ///< as many of its characters, and no more
-  void (*whileAsking)() = nullptr;           ///< runs within the first name query
+  std::size_t written = std::wstring::npos;  ///< at most so many of its characters
+  void (*duringFirstNameQuery)() = nullptr;  ///< throws, where a test needs an exception there
 
-  // What they were asked.
+  // What was recorded.
   std::vector<std::string> order;
-  std::vector<std::vector<unsigned char>> queries;  ///< the 120 bytes as they were handed in
+  std::vector<std::vector<unsigned char>> queries;  ///< the 120 bytes as the caller filled them
   std::vector<RPC_BINDING_HANDLE> bindings;         ///< of queries and impersonations
   std::vector<DWORD> opened;                        ///< access, inherit, process id
   std::vector<HANDLE> duplicatedFrom;               ///< process, handle, process
   std::vector<DWORD> duplicatedWith;                ///< access, inherit, options
-  std::vector<UINT32> lengths;                      ///< told to the name queries
+  std::vector<UINT32> lengths;                      ///< passed to the name queries
   std::vector<const wchar_t*> buffers;
   std::vector<HANDLE> closed;
 
@@ -65,7 +67,7 @@ class FakeCaller {
                                DWORD access, BOOL inherit, DWORD options);
   static RPC_STATUS RPC_ENTRY Impersonate(RPC_BINDING_HANDLE binding);
   static RPC_STATUS RPC_ENTRY Revert();
-  static LONG WINAPI AskName(HANDLE process, UINT32* length, wchar_t* name);
+  static LONG WINAPI QueryName(HANDLE process, UINT32* length, wchar_t* name);
   static BOOL WINAPI Close(HANDLE handle);
 
   Standin::ImportPatch queryPatch_{"RpcServerInqCallAttributesW", &Query};
@@ -73,7 +75,7 @@ class FakeCaller {
   Standin::ImportPatch duplicatePatch_{"DuplicateHandle", &Duplicate};
   Standin::ImportPatch impersonatePatch_{"RpcImpersonateClient", &Impersonate};
   Standin::ImportPatch revertPatch_{"RpcRevertToSelf", &Revert};
-  Standin::ImportPatch namePatch_{"GetPackageFamilyName", &AskName};
+  Standin::ImportPatch namePatch_{"GetPackageFamilyName", &QueryName};
   Standin::ImportPatch closePatch_{"CloseHandle", &Close};
 };
 

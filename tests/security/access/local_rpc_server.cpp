@@ -2,14 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
-#include <cstdint>
-#include <cstring>
 #include <string>
 #include <utility>
 
 #include "caller_probe.h"
 #include "rpc_memory.h"
+#include "support/call_attributes.h"
+#include "support/program_folder.h"
 
 namespace TestSupport {
 
@@ -17,7 +16,6 @@ namespace {
 
 using Zq::Gantry::Platform::UniqueHandle;
 
-constexpr std::size_t kClientPidOffset = 64;
 constexpr DWORD kLongestCallMilliseconds = 30'000;
 constexpr DWORD kLongestEndMilliseconds = 10'000;
 
@@ -26,13 +24,11 @@ LocalRpcServer* current = nullptr;
 wchar_t protocol[] = L"ncalrpc";
 
 std::wstring ClientCommand(const std::wstring& endpoint) {
-  std::array<wchar_t, MAX_PATH> path{};
-  GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size() - 1));
-  const std::wstring self = path.data();
-  return L"\"" + self.substr(0, self.find_last_of(L'\\')) + L"\\caller_client.exe\" " + endpoint;
+  return L"\"" + PathBesideProgram(L"caller_client.exe") + L"\" " + endpoint;
 }
 
-/// Where this process listens, from the first time on: it cannot begin twice.
+/// The endpoint of this process. Listening starts with the first use, since a process can start it
+/// only once.
 const std::wstring& ListeningEndpoint() {
   static const std::wstring endpoint = [] {
     std::wstring name = L"wattleaf-caller-" + std::to_wstring(GetCurrentProcessId());
@@ -56,7 +52,7 @@ LocalRpcServer::LocalRpcServer()
 }
 
 LocalRpcServer::~LocalRpcServer() {
-  // The work is done; the call of a client that was ended may never count as complete.
+  // Without waiting: the call of a client that was terminated may never complete.
   RpcServerUnregisterIf(CallerProbe_v1_0_s_ifspec, nullptr, /*waitForCalls=*/FALSE);
   current = nullptr;
 }
@@ -65,7 +61,7 @@ void LocalRpcServer::Serve(std::function<void()> work) {
   work_ = std::move(work);
   StartClient();
   EXPECT_EQ(WaitForSingleObject(served_.get(), kLongestCallMilliseconds), WAIT_OBJECT_0)
-      << "the client has not called";
+      << "the client did not call";
   if (client_) WaitForClient();
 }
 
@@ -73,10 +69,10 @@ void LocalRpcServer::EndClient() {
   TerminateProcess(client_.get(), 0);
   EXPECT_EQ(WaitForSingleObject(client_.get(), kLongestEndMilliseconds), WAIT_OBJECT_0);
   client_.reset();
-  // The system may take a moment to forget a process that nobody holds.
+  // The system may keep a process for a moment after its last handle was closed.
   const ULONGLONG end = GetTickCount64() + kLongestEndMilliseconds;
   while (UniqueHandle(OpenProcess(SYNCHRONIZE, /*inherit=*/FALSE, clientId_))) {
-    ASSERT_LT(GetTickCount64(), end) << "somebody holds the client's process";
+    ASSERT_LT(GetTickCount64(), end) << "another handle keeps the client's process";
     Sleep(10);
   }
 }
@@ -91,7 +87,7 @@ void LocalRpcServer::StartClient() {
   STARTUPINFOW startup{};
   startup.cb = sizeof(startup);
   PROCESS_INFORMATION process{};
-  // Suspended: its call may come at once, and is then asked who the client is.
+  // Suspended, so that clientId_ is set before the client can call.
   ASSERT_TRUE(CreateProcessW(nullptr, command.data(), nullptr, nullptr, /*inheritHandles=*/FALSE,
                              DETACHED_PROCESS | CREATE_SUSPENDED, nullptr, nullptr, &startup,
                              &process))
@@ -104,26 +100,25 @@ void LocalRpcServer::StartClient() {
 
 void LocalRpcServer::WaitForClient() {
   if (WaitForSingleObject(client_.get(), kLongestEndMilliseconds) != WAIT_OBJECT_0) {
-    ADD_FAILURE() << "the client does not end";
+    ADD_FAILURE() << "the client did not end";
     EndClient();
     return;
   }
   DWORD status = 1;
   GetExitCodeProcess(client_.get(), &status);
-  EXPECT_EQ(status, 0U) << "of the client";
+  EXPECT_EQ(status, 0U) << "exit status of the client";
   client_.reset();
 }
 
-RPC_STATUS TellClient(unsigned long& client) {
+RPC_STATUS QueryServedClient(unsigned long& client) {
   return I_RpcBindingInqLocalClientPID(/*binding=*/nullptr, &client);
 }
 
-RPC_STATUS RPC_ENTRY AnswerWithTheTrueClient(RPC_BINDING_HANDLE, void* attributes) {
+RPC_STATUS RPC_ENTRY AnswerWithRealClient(RPC_BINDING_HANDLE, void* attributes) {
   unsigned long client = 0;
-  const RPC_STATUS status = TellClient(client);
+  const RPC_STATUS status = QueryServedClient(client);
   if (status != RPC_S_OK) return status;
-  const std::uint64_t wide = client;
-  std::memcpy(static_cast<unsigned char*>(attributes) + kClientPidOffset, &wide, sizeof(wide));
+  WriteClientId(attributes, client);
   return RPC_S_OK;
 }
 

@@ -10,8 +10,8 @@
 
 namespace TestSupport {
 
-/// A server of local procedure calls in this process, with clients in processes of their own. One
-/// at a time. Fails the test where the system offers no such server.
+/// Serves local remote procedure calls in this process. Each client is a process of its own, one at
+/// a time. Fails the test if the system cannot serve such calls.
 class LocalRpcServer {
  public:
   LocalRpcServer();
@@ -20,17 +20,17 @@ class LocalRpcServer {
   ~LocalRpcServer();
 
   /// Starts a client, runs `work` on the thread that serves its call, and waits for both. Fails the
-  /// test where the client does not call, or does not end well and in time.
+  /// test if the client does not call, or does not end in time and with status 0.
   void Serve(std::function<void()> work);
 
-  /// The client of the moment.
-  DWORD ClientId() const { return clientId_; }
-  HANDLE ClientProcess() const { return client_.get(); }
+  /// The current client.
+  [[nodiscard]] DWORD ClientId() const { return clientId_; }
+  [[nodiscard]] HANDLE ClientProcess() const { return client_.get(); }
 
-  /// Ends the client in the middle of its call, and keeps no handle to it.
+  /// Terminates the client during its call and closes the handle to it.
   void EndClient();
 
-  /// Runs the work; only for the procedure that clients call.
+  /// Runs the work of the current call. Only the called procedure uses this.
   static void RunWork();
 
  private:
@@ -40,13 +40,14 @@ class LocalRpcServer {
   std::function<void()> work_;
   Zq::Gantry::Platform::UniqueHandle client_;
   DWORD clientId_ = 0;
-  Zq::Gantry::Platform::UniqueHandle served_;  // an event: the work is done
+  Zq::Gantry::Platform::UniqueHandle served_;  // an event, set when the work is done
 };
 
-/// The process that the calling thread serves, as the runtime tells it.
-RPC_STATUS TellClient(unsigned long& client);
+/// The id of the process that the calling thread serves, from the RPC runtime.
+[[nodiscard]] RPC_STATUS QueryServedClient(unsigned long& client);
 
-/// RpcServerInqCallAttributesW for systems that lack it: the client that the runtime tells.
-RPC_STATUS RPC_ENTRY AnswerWithTheTrueClient(RPC_BINDING_HANDLE binding, void* attributes);
+/// A fake RpcServerInqCallAttributesW for systems that do not implement it. Fills in the client
+/// that the RPC runtime reports.
+RPC_STATUS RPC_ENTRY AnswerWithRealClient(RPC_BINDING_HANDLE binding, void* attributes);
 
 }  // namespace TestSupport

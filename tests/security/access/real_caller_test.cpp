@@ -5,7 +5,6 @@
 #include <gmock/gmock.h>
 #include <rpc.h>
 
-#include <cstdint>
 #include <cstring>
 
 #include "import_patch.h"
@@ -13,11 +12,12 @@
 #include "platform/win32/owners.h"
 #include "platform/win32/rpc_client.h"
 #include "security/trust/util_helper.h"
+#include "support/call_attributes.h"
 #include "support/log_capture.h"
 
-// The caller of a real remote procedure call, asked for on the thread that serves it. Two calls are
-// fake: the attributes of the call, which not every system that the tests run on has, with the
-// client that the runtime really has; and the name, where the client shall be a packaged one.
+// The caller of a real remote procedure call, identified on the thread that serves it. Two system
+// calls are faked: the attributes of the call, which not every system that the tests run on
+// implements, and the name of the package if a test needs a packaged client.
 namespace Zq::Gantry::Security {
 namespace {
 
@@ -27,36 +27,35 @@ using testing::ElementsAre;
 using testing::EndsWith;
 using testing::IsEmpty;
 using testing::StartsWith;
-using TestSupport::AnswerWithTheTrueClient;
+using TestSupport::AnswerWithRealClient;
 using TestSupport::LocalRpcServer;
 using TestSupport::LogCapture;
 using TestSupport::LogRecord;
-using TestSupport::TellClient;
+using TestSupport::QueryServedClient;
 
 constexpr wchar_t kName[] = L"Some.App_q7m3xk2tdw9pa";
-constexpr std::size_t kClientPidOffset = 64;
 
-/// Whether the calling thread acts as somebody else.
-bool ActsAsAnother() {
+/// Whether the calling thread impersonates.
+bool IsImpersonating() {
   UniqueHandle token;
   return OpenThreadToken(GetCurrentThread(), TOKEN_QUERY, /*openAsSelf=*/TRUE, token.out()) != 0;
 }
 
-/// What was seen while the thread served the call.
+/// What was recorded while the thread served the call.
 struct Seen {
-  std::wstring name = L"not asked";
-  bool actsAsAnotherAfterwards = true;
+  std::wstring name = L"not called";
+  bool impersonatesAfterwards = true;
   std::vector<std::string> order;
-  std::vector<DWORD> askedAbout;  // process ids, by the handles of the name queries
+  std::vector<DWORD> queriedProcesses;  // ids, by the handles passed to the name queries
   HANDLE opened = nullptr;
 };
 
 Seen* seen = nullptr;
 
-/// The name of the packaged client, as the system gives it.
+/// Reports a package name in the way of GetPackageFamilyName.
 LONG WINAPI NamePackagedClient(HANDLE process, UINT32* length, wchar_t* name) {
-  seen->order.push_back(ActsAsAnother() ? "ask as the client" : "ask as the service");
-  seen->askedAbout.push_back(GetProcessId(process));
+  seen->order.push_back(IsImpersonating() ? "name as the client" : "name as the service");
+  seen->queriedProcesses.push_back(GetProcessId(process));
   const bool fits = *length >= std::size(kName);
   *length = static_cast<UINT32>(std::size(kName));
   if (!fits) return ERROR_INSUFFICIENT_BUFFER;
@@ -69,14 +68,14 @@ class GetPFNOfCallerOverRpc : public testing::Test {
   GetPFNOfCallerOverRpc() { seen = &seen_; }
   ~GetPFNOfCallerOverRpc() override { seen = nullptr; }
 
-  /// Has a client call, and asks who it is.
-  void AskWhileServing() {
-    server_.Serve([this] { Ask(); });
+  /// Starts a client and identifies it on the thread that serves its call.
+  void IdentifyWhileServing() {
+    server_.Serve([this] { Identify(); });
   }
 
-  void Ask() {
+  void Identify() {
     seen_.name = helper_.GetPFNOfCaller();
-    seen_.actsAsAnotherAfterwards = ActsAsAnother();
+    seen_.impersonatesAfterwards = IsImpersonating();
   }
 
   void ExpectFailure(const std::wstring& text, const std::wstring& status) {
@@ -91,45 +90,44 @@ class GetPFNOfCallerOverRpc : public testing::Test {
   RpcSecurityHelper helper_;
   LocalRpcServer server_;
   LogCapture log_;
-  ImportPatch attributes_{"RpcServerInqCallAttributesW", &AnswerWithTheTrueClient};
+  ImportPatch attributes_{"RpcServerInqCallAttributesW", &AnswerWithRealClient};
 };
 
 TEST_F(GetPFNOfCallerOverRpc, NamesTheClientOnTheServingThread) {
   const ImportPatch name("GetPackageFamilyName", &NamePackagedClient);
-  AskWhileServing();
+  IdentifyWhileServing();
   EXPECT_EQ(seen_.name, kName);
-  EXPECT_THAT(seen_.askedAbout, ElementsAre(server_.ClientId(), server_.ClientId()));
+  EXPECT_THAT(seen_.queriedProcesses, ElementsAre(server_.ClientId(), server_.ClientId()));
   EXPECT_THAT(log_.Records(), IsEmpty());
 }
 
 TEST_F(GetPFNOfCallerOverRpc, ImpersonatesTheClientOnlyDuringTheNameQueries) {
   const ImportPatch name("GetPackageFamilyName", &NamePackagedClient);
-  AskWhileServing();
-  EXPECT_THAT(seen_.order, ElementsAre("ask as the client", "ask as the client"));
-  EXPECT_FALSE(seen_.actsAsAnotherAfterwards);
+  IdentifyWhileServing();
+  EXPECT_THAT(seen_.order, ElementsAre("name as the client", "name as the client"));
+  EXPECT_FALSE(seen_.impersonatesAfterwards);
 }
 
 TEST_F(GetPFNOfCallerOverRpc, IsEmptyForADesktopProgram) {
-  AskWhileServing();
+  IdentifyWhileServing();
   EXPECT_EQ(seen_.name, L"");
   ExpectFailure(L"GetPackageFamilyName failed", L"15700");
-  EXPECT_FALSE(seen_.actsAsAnotherAfterwards) << "reverted after a failure, too";
+  EXPECT_FALSE(seen_.impersonatesAfterwards) << "after a failure";
 }
 
 TEST_F(GetPFNOfCallerOverRpc, IsEmptyForAClientThatHasEnded) {
   server_.Serve([this] {
     unsigned long client = 0;
-    ASSERT_EQ(TellClient(client), RPC_S_OK);
+    ASSERT_EQ(QueryServedClient(client), RPC_S_OK);
     server_.EndClient();
-    static unsigned long told = 0;
-    told = client;
+    static unsigned long endedClient = 0;
+    endedClient = client;
     const ImportPatch attributes(
         "RpcServerInqCallAttributesW", +[](RPC_BINDING_HANDLE, void* into) -> RPC_STATUS {
-          const std::uint64_t wide = told;
-          std::memcpy(static_cast<unsigned char*>(into) + kClientPidOffset, &wide, sizeof(wide));
+          TestSupport::WriteClientId(into, endedClient);
           return RPC_S_OK;
         });
-    Ask();
+    Identify();
   });
   EXPECT_EQ(seen_.name, L"");
   ExpectFailure(L"OpenProcess yielded null or invalid handle", L"5");
@@ -144,19 +142,19 @@ TEST_F(GetPFNOfCallerOverRpc, UsesTheHostsHandleWhenTheProcessCannotBeOpened) {
       });
   server_.Serve([this] {
     helper_.ClientProcessHandles[server_.ClientId()] = server_.ClientProcess();
-    Ask();
+    Identify();
   });
   EXPECT_EQ(seen_.name, kName);
-  EXPECT_THAT(seen_.askedAbout, ElementsAre(server_.ClientId(), server_.ClientId()));
+  EXPECT_THAT(seen_.queriedProcesses, ElementsAre(server_.ClientId(), server_.ClientId()));
 }
 
 TEST_F(GetPFNOfCallerOverRpc, IsEmptyOnAThreadThatServesNoCall) {
-  Ask();
+  Identify();
   EXPECT_EQ(seen_.name, L"");
   ExpectFailure(L"RpcServerInqCallAttributes failed", L"1725");
 }
 
-// The system's own calls, written down as they pass.
+// Fakes that record a call and pass it on to the system.
 
 HANDLE(WINAPI* realOpen)(DWORD, BOOL, DWORD);
 BOOL(WINAPI* realClose)(HANDLE);
@@ -165,7 +163,7 @@ RPC_STATUS(RPC_ENTRY* realRevert)();
 LONG(WINAPI* realName)(HANDLE, UINT32*, PWSTR);
 
 HANDLE WINAPI WatchOpen(DWORD access, BOOL inherit, DWORD client) {
-  seen->order.push_back(ActsAsAnother() ? "open as the client" : "open as the service");
+  seen->order.push_back(IsImpersonating() ? "open as the client" : "open as the service");
   return seen->opened = realOpen(access, inherit, client);
 }
 
@@ -185,7 +183,7 @@ RPC_STATUS RPC_ENTRY WatchRevert() {
 }
 
 LONG WINAPI WatchName(HANDLE process, UINT32* length, wchar_t* name) {
-  seen->order.push_back("ask");
+  seen->order.push_back("name");
   return realName(process, length, name);
 }
 
@@ -200,9 +198,9 @@ TEST_F(GetPFNOfCallerOverRpc, OpensImpersonatesQueriesClosesAndReverts) {
   realImpersonate = impersonate.Original<RPC_STATUS RPC_ENTRY(RPC_BINDING_HANDLE)>();
   realRevert = revert.Original<RPC_STATUS RPC_ENTRY()>();
   realName = name.Original<LONG WINAPI(HANDLE, UINT32*, PWSTR)>();
-  AskWhileServing();
+  IdentifyWhileServing();
   EXPECT_THAT(seen_.order,
-              ElementsAre("open as the service", "impersonate", "ask", "close", "revert"));
+              ElementsAre("open as the service", "impersonate", "name", "close", "revert"));
 }
 
 // Expands a path for the client. The expansion itself is faked, since not every system that the
@@ -220,7 +218,7 @@ BOOL WINAPI ExpandForUser(HANDLE token, LPCWSTR text, LPWSTR result, DWORD chars
 }
 
 TEST(GetFullExpandedPathOverRpc, ExpandsForTheClientOnTheServingThreadOnly) {
-  const ImportPatch attributes("RpcServerInqCallAttributesW", &AnswerWithTheTrueClient);
+  const ImportPatch attributes("RpcServerInqCallAttributesW", &AnswerWithRealClient);
   const ImportPatch forUser("ExpandEnvironmentStringsForUserW", &ExpandForUser);
   const LogCapture log;
   LocalRpcServer server;
@@ -231,7 +229,7 @@ TEST(GetFullExpandedPathOverRpc, ExpandsForTheClientOnTheServingThreadOnly) {
   server.Serve([&] { served = expand(); });
   EXPECT_EQ(served, L"C:\\Client\\a.exe");
   EXPECT_TRUE(gotToken);
-  EXPECT_THAT(expand(), EndsWith(L"\\%PLACE%\\a.exe")) << "on any other thread";
+  EXPECT_THAT(expand(), EndsWith(L"\\%PLACE%\\a.exe")) << "on a thread that serves no call";
 }
 
 }  // namespace

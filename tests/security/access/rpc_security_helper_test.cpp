@@ -1,8 +1,8 @@
 #include "security/access/rpc_security_helper.h"
 
-// The host's check includes the header as it is installed, without Windows' own.
+// A host includes the installed header without Windows' own.
 #if defined(_WINDOWS_) || defined(_INC_WINDOWS)
-#error "the header brings Windows' headers along"
+#error "the header includes Windows' headers"
 #endif
 
 #include <windows.h>
@@ -16,7 +16,7 @@
 #include "fake_caller.h"
 #include "support/import_watch.h"
 
-// The object itself: its fields, its constants, its end.
+// The object itself: its fields, its constants and its destruction.
 namespace Zq::Gantry::Security {
 namespace {
 
@@ -45,7 +45,7 @@ static_assert(kIs<decltype(RpcSecurityHelper::SharedPartOne), std::shared_ptr<vo
 static_assert(kIs<decltype(RpcSecurityHelper::SharedPartTwo), std::shared_ptr<void>>);
 static_assert(kIs<decltype(RpcSecurityHelper::ExtraText), std::wstring>);
 
-// Each field begins where the one before ends, the first at the object's beginning.
+// Each field begins where the previous one ends, the first at the beginning of the object.
 constexpr std::size_t kText = sizeof(std::wstring);
 constexpr std::size_t kFirstText = sizeof(const wchar_t*);
 constexpr std::size_t kPlatformText = kFirstText + 7 * kText;

@@ -1,16 +1,12 @@
 #include "security/trust/fake_path_calls.h"
 
-#include <cstdint>
-#include <cstring>
+#include "support/call_attributes.h"
 
 namespace TestSupport {
 
 namespace {
 
 FakeRpcQuery* current = nullptr;
-
-constexpr std::size_t kAttributesBytes = 120;
-constexpr std::size_t kClientPidOffset = 64;
 
 }  // namespace
 
@@ -25,10 +21,9 @@ FakeRpcQuery::~FakeRpcQuery() { current = nullptr; }
 
 RPC_STATUS RPC_ENTRY FakeRpcQuery::Answer(RPC_BINDING_HANDLE binding, void* attributes) {
   auto* bytes = static_cast<unsigned char*>(attributes);
-  current->questions_.push_back({binding, {bytes, bytes + kAttributesBytes}});
+  current->questions_.push_back({binding, {bytes, bytes + kCallAttributesBytes}});
   if (current->status_ != RPC_S_OK) return current->status_;
-  const std::uint64_t client = current->client_;
-  std::memcpy(bytes + kClientPidOffset, &client, sizeof(client));
+  WriteClientId(attributes, current->client_);
   return RPC_S_OK;
 }
 

@@ -1,19 +1,18 @@
-// Stand-in for the server of XML documents: makes empty ones, and tells how many are alive.
+// Stand-in for the server of XML documents. Its documents are empty; LiveDocuments counts them.
 
 #include <windows.h>
 
 #include <activation.h>
 
 #include "runtime_object.h"
-#include "security/access/unused_operations.h"
+#include "security/access/unimplemented_interfaces.h"
 
 namespace {
 
 using Standin::Packages::RuntimeObject;
 
-class FakeDocument final
-    : public RuntimeObject<TestSupport::UnusedDocument, Zq::Gantry::Platform::WinRt::IXmlDocument> {
-};
+class FakeDocument final : public RuntimeObject<TestSupport::UnimplementedDocument,
+                                                Zq::Gantry::Platform::WinRt::IXmlDocument> {};
 
 class FakeFactory final : public RuntimeObject<IActivationFactory, IActivationFactory> {
  public:

@@ -4,6 +4,8 @@
 #include <type_traits>
 #include <utility>
 
+#include "platform/win32/com_owners.h"
+
 namespace TestSupport {
 
 HRESULT RuleCalls::ResultOf(const std::string& call) {
@@ -12,8 +14,8 @@ HRESULT RuleCalls::ResultOf(const std::string& call) {
   return failure == failures.end() ? S_OK : failure->second;
 }
 
-bool RuleCalls::GivesNothing(const std::string& call) const {
-  return std::find(givingNothing.begin(), givingNothing.end(), call) != givingNothing.end();
+bool RuleCalls::ReturnsNull(const std::string& call) const {
+  return std::find(returningNull.begin(), returningNull.end(), call) != returningNull.end();
 }
 
 namespace {
@@ -25,15 +27,14 @@ HRESULT HandOutText(RuleCalls& calls, const char* call, const std::wstring& text
   return WindowsCreateString(text.data(), static_cast<UINT32>(text.size()), value);
 }
 
-/// The new object's one reference goes over to the result.
+/// A reference that becomes the only one to the new object.
 template <typename Reference, typename Object>
 Reference Adopt(Object* object) {
-  const Reference reference(object);
-  object->Release();
-  return reference;
+  const Zq::Gantry::Platform::UniqueInterface<Object> creator(object);
+  return Reference(object);
 }
 
-using Attribute = RuntimeObject<UnusedNode, IXmlNode, IXmlNodeSerializer, IXmlAttribute>;
+using Attribute = RuntimeObject<UnimplementedNode, IXmlNode, IXmlNodeSerializer, IXmlAttribute>;
 
 class FakeAttribute final : public Attribute {
  public:
@@ -43,7 +44,7 @@ class FakeAttribute final : public Attribute {
     *object = nullptr;
     const HRESULT result =
         iid == __uuidof(IXmlAttribute) ? calls_.ResultOf("as IXmlAttribute") : S_OK;
-    if (iid == __uuidof(IXmlAttribute) && calls_.GivesNothing("as IXmlAttribute")) return S_OK;
+    if (iid == __uuidof(IXmlAttribute) && calls_.ReturnsNull("as IXmlAttribute")) return S_OK;
     return FAILED(result) ? result : Attribute::QueryInterface(iid, object);
   }
   STDMETHODIMP get_Value(HSTRING* value) override {
@@ -57,7 +58,7 @@ class FakeAttribute final : public Attribute {
   std::wstring value_;
 };
 
-class FakeMap final : public RuntimeObject<UnusedNodeMap, IXmlNamedNodeMap> {
+class FakeMap final : public RuntimeObject<UnimplementedNodeMap, IXmlNamedNodeMap> {
  public:
   FakeMap(RuleCalls& calls, std::map<std::wstring, std::wstring> attributes)
       : calls_(calls), attributes_(std::move(attributes)) {}
@@ -78,7 +79,7 @@ class FakeMap final : public RuntimeObject<UnusedNodeMap, IXmlNamedNodeMap> {
   std::map<std::wstring, std::wstring> attributes_;
 };
 
-using Node = RuntimeObject<UnusedNode, IXmlNode, IXmlNodeSerializer>;
+using Node = RuntimeObject<UnimplementedNode, IXmlNode, IXmlNodeSerializer>;
 
 class FakeNode final : public Node {
  public:
@@ -88,7 +89,7 @@ class FakeNode final : public Node {
     *object = nullptr;
     const HRESULT result =
         iid == __uuidof(IXmlNodeSerializer) ? calls_.ResultOf("as IXmlNodeSerializer") : S_OK;
-    if (iid == __uuidof(IXmlNodeSerializer) && calls_.GivesNothing("as IXmlNodeSerializer")) {
+    if (iid == __uuidof(IXmlNodeSerializer) && calls_.ReturnsNull("as IXmlNodeSerializer")) {
       return S_OK;
     }
     return FAILED(result) ? result : Node::QueryInterface(iid, object);
@@ -110,9 +111,9 @@ class FakeNode final : public Node {
   NodeContent content_;
 };
 
-/// The boxed value as such; `Reference` is the interface of its type.
+/// `Reference` is the interface of the type of the value.
 template <typename Reference, PropertyType kType>
-struct BoxOf : UnusedValue, Reference {
+struct BoxOf : UnimplementedValue, Reference {
   static constexpr PropertyType kPropertyType = kType;
 };
 
@@ -126,7 +127,7 @@ class FakeBox final : public RuntimeObject<BoxOf<Reference, kType>, IPropertyVal
     return calls_.ResultOf("Type");
   }
   template <typename Out>
-  HRESULT Give(Out* value) {
+  HRESULT Return(Out* value) {
     if constexpr (std::is_same_v<Out, HSTRING>) {
       return HandOutText(calls_, "Boxed", value_, value);
     } else {
@@ -136,14 +137,14 @@ class FakeBox final : public RuntimeObject<BoxOf<Reference, kType>, IPropertyVal
   }
   using Out = std::conditional_t<std::is_same_v<Value, std::wstring>, HSTRING,
                                  std::conditional_t<std::is_same_v<Value, bool>, boolean, DOUBLE>>;
-  STDMETHODIMP get_Value(Out* value) override { return Give(value); }
+  STDMETHODIMP get_Value(Out* value) override { return Return(value); }
 
  private:
   RuleCalls& calls_;
   Value value_;
 };
 
-class FakeInt32 final : public RuntimeObject<UnusedValue, IPropertyValue> {
+class FakeInt32 final : public RuntimeObject<UnimplementedValue, IPropertyValue> {
  public:
   explicit FakeInt32(RuleCalls& calls) : calls_(calls) {}
   STDMETHODIMP get_Type(PropertyType* value) override {
@@ -161,7 +162,7 @@ ValueReference MakeBox(RuleCalls& calls, Value value) {
   return Adopt<ValueReference>(static_cast<IInspectable*>(box));
 }
 
-class NoText final : public RuntimeObject<UnusedNode, IXmlNode> {
+class NoText final : public RuntimeObject<UnimplementedNode, IXmlNode> {
  public:
   STDMETHODIMP get_InnerText(HSTRING*) override { return E_NOTIMPL; }
   STDMETHODIMP get_Attributes(IXmlNamedNodeMap**) override { return E_NOTIMPL; }

@@ -11,23 +11,23 @@
 
 #include "runtime_object.h"
 #include "security/access/rule_validators.h"
-#include "security/access/unused_operations.h"
+#include "security/access/unimplemented_interfaces.h"
 
-// Nodes and boxed values of the tests' own, which implement the interfaces of Windows.
+// Fake XML nodes and boxed values.
 namespace TestSupport {
 
 using Standin::Packages::RuntimeObject;
 using Zq::Gantry::Security::ValueReference;
 using Zq::Gantry::Security::XmlNodeReference;
 
-/// What the objects were asked, in order, and the calls that fail.
+/// The calls that were made to the objects, in order, and those that fail.
 struct RuleCalls {
   std::vector<std::string> made;
   std::map<std::string, HRESULT> failures;
-  std::vector<std::string> givingNothing;  ///< calls that succeed without an object
+  std::vector<std::string> returningNull;  ///< calls that succeed without an object
 
-  HRESULT ResultOf(const std::string& call);
-  bool GivesNothing(const std::string& call) const;
+  [[nodiscard]] HRESULT ResultOf(const std::string& call);
+  [[nodiscard]] bool ReturnsNull(const std::string& call) const;
 };
 
 /// A node with inner text and attributes.
@@ -37,18 +37,18 @@ struct NodeContent {
   bool hasAttributeMap = true;
 };
 
-XmlNodeReference MakeNode(RuleCalls& calls, NodeContent content);
+[[nodiscard]] XmlNodeReference MakeNode(RuleCalls& calls, NodeContent content);
 
-/// A node whose inner text cannot even be asked for.
-XmlNodeReference MakeNodeWithoutText(RuleCalls& calls);
+/// A node without IXmlNodeSerializer, and so without inner text.
+[[nodiscard]] XmlNodeReference MakeNodeWithoutText(RuleCalls& calls);
 
-ValueReference Box(RuleCalls& calls, const std::wstring& text);
-ValueReference Box(RuleCalls& calls, const wchar_t* text);
-ValueReference Box(RuleCalls& calls, double number);
-ValueReference Box(RuleCalls& calls, bool truth);
-/// A whole number of 32 bits, which no rule reads.
-ValueReference BoxInt32(RuleCalls& calls);
-/// No boxed value at all, but an object.
-ValueReference MakePlainObject(RuleCalls& calls);
+[[nodiscard]] ValueReference Box(RuleCalls& calls, const std::wstring& text);
+[[nodiscard]] ValueReference Box(RuleCalls& calls, const wchar_t* text);
+[[nodiscard]] ValueReference Box(RuleCalls& calls, double number);
+[[nodiscard]] ValueReference Box(RuleCalls& calls, bool truth);
+/// A boxed 32-bit integer, which no rule reads.
+[[nodiscard]] ValueReference BoxInt32(RuleCalls& calls);
+/// An object that is no boxed value.
+[[nodiscard]] ValueReference MakePlainObject(RuleCalls& calls);
 
 }  // namespace TestSupport

@@ -13,8 +13,8 @@
 
 namespace TestSupport {
 
-/// Calls the judges with fake nodes and values. After each test no object and no text is left, and,
-/// unless the test clears `isQuiet`, nothing was logged.
+/// Calls the judges with fake nodes and values. After each test no object and no text may be left
+/// and, unless the test clears `isQuiet`, no line may have been logged.
 class RuleValidatorTest : public testing::Test {
  protected:
   template <typename Value>

@@ -94,7 +94,7 @@ TEST_F(RuleValidatorJudges, RefuseTheValueWhenACallFails) {
 }
 
 TEST_F(RuleValidatorJudges, RefuseTheValueWhenACallReturnsNull) {
-  calls.givingNothing = {"as IXmlNodeSerializer", "as IXmlAttribute"};
+  calls.returningNull = {"as IXmlNodeSerializer", "as IXmlAttribute"};
   for (const wchar_t* kind : kTextKinds) EXPECT_FALSE(Judge(kind, L",,x", L"x"));
   EXPECT_FALSE(InRange({{L"min", L"1"}}, 5.0));
 }

@@ -13,7 +13,7 @@
 
 #include "import_patch.h"
 #include "runtime_object.h"
-#include "security/access/unused_operations.h"
+#include "security/access/unimplemented_interfaces.h"
 #include "support/runtime_text_ledger.h"
 
 namespace Zq::Gantry::Security {
@@ -25,7 +25,7 @@ using namespace TestSupport;
 using Standin::Packages::LiveObjects;
 using Standin::Packages::RuntimeObject;
 
-class FakeDocument final : public RuntimeObject<UnusedDocument, IXmlDocument> {};
+class FakeDocument final : public RuntimeObject<UnimplementedDocument, IXmlDocument> {};
 
 struct Script {
   std::vector<std::string> calls;
@@ -33,9 +33,9 @@ struct Script {
   HRESULT factoryResult = S_OK;
   HRESULT usageResult = S_OK;
   HRESULT instanceResult = S_OK;
-  bool givesNoFactory = false;
-  bool givesNoInstance = false;
-  bool givesAnotherClass = false;
+  bool returnsNullFactory = false;
+  bool returnsNullInstance = false;
+  bool returnsAnotherClass = false;
 };
 Script* script = nullptr;
 
@@ -46,8 +46,9 @@ class FakeFactory final : public RuntimeObject<IActivationFactory, IActivationFa
   STDMETHODIMP ActivateInstance(IInspectable** instance) override {
     script->calls.emplace_back("instance");
     *instance = nullptr;
-    if (FAILED(script->instanceResult) || script->givesNoInstance) return script->instanceResult;
-    if (script->givesAnotherClass) {
+    if (FAILED(script->instanceResult) || script->returnsNullInstance)
+      return script->instanceResult;
+    if (script->returnsAnotherClass) {
       *instance = new OtherObject;
     } else {
       *instance = new FakeDocument;
@@ -58,12 +59,12 @@ class FakeFactory final : public RuntimeObject<IActivationFactory, IActivationFa
 
 HRESULT WINAPI GetFactory(HSTRING className, REFIID iid, void** factory) {
   *factory = nullptr;
-  const bool isRight = iid == __uuidof(IActivationFactory) &&
-                       std::wstring(WindowsGetStringRawBuffer(className, nullptr)) ==
-                           L"Windows.Data.Xml.Dom.XmlDocument";
-  script->calls.emplace_back(isRight ? "factory" : "another factory");
+  const bool isExpected = iid == __uuidof(IActivationFactory) &&
+                          std::wstring(WindowsGetStringRawBuffer(className, nullptr)) ==
+                              L"Windows.Data.Xml.Dom.XmlDocument";
+  script->calls.emplace_back(isExpected ? "factory" : "another factory");
   if (!script->hasApartment) return CO_E_NOTINITIALIZED;
-  if (FAILED(script->factoryResult) || script->givesNoFactory) return script->factoryResult;
+  if (FAILED(script->factoryResult) || script->returnsNullFactory) return script->factoryResult;
   *factory = static_cast<IActivationFactory*>(new FakeFactory);
   return S_OK;
 }
@@ -111,34 +112,35 @@ TEST_F(SharedDocument, IsEmptyWhenTheApartmentCannotBeKeptAlive) {
 TEST_F(SharedDocument, IsEmptyWhenACallFails) {
   fake.factoryResult = REGDB_E_CLASSNOTREG;
   EXPECT_FALSE(TryMakeXmlDocument());
-  EXPECT_THAT(fake.calls, ElementsAre("factory")) << "no apartment is missing";
+  EXPECT_THAT(fake.calls, ElementsAre("factory"))
+      << "the apartment is not kept alive for this error";
   fake.factoryResult = S_OK;
   fake.instanceResult = E_OUTOFMEMORY;
   EXPECT_FALSE(TryMakeXmlDocument());
 }
 
 TEST_F(SharedDocument, IsEmptyWhenACallReturnsNullOrAnotherClass) {
-  fake.givesNoFactory = true;
+  fake.returnsNullFactory = true;
   EXPECT_FALSE(TryMakeXmlDocument());
-  fake.givesNoFactory = false;
-  fake.givesNoInstance = true;
+  fake.returnsNullFactory = false;
+  fake.returnsNullInstance = true;
   EXPECT_FALSE(TryMakeXmlDocument());
-  fake.givesNoInstance = false;
-  fake.givesAnotherClass = true;
+  fake.returnsNullInstance = false;
+  fake.returnsAnotherClass = true;
   EXPECT_FALSE(TryMakeXmlDocument());
 }
 
-HRESULT WINAPI NoMemory(const wchar_t*, UINT32, HSTRING*) { throw std::bad_alloc(); }
+HRESULT WINAPI ThrowBadAlloc(const wchar_t*, UINT32, HSTRING*) { throw std::bad_alloc(); }
 
-HRESULT WINAPI NoStandardException(const wchar_t*, UINT32, HSTRING*) { throw 5; }
+HRESULT WINAPI ThrowInt(const wchar_t*, UINT32, HSTRING*) { throw 5; }
 
 TEST_F(SharedDocument, IsEmptyAfterAnyException) {
   EXPECT_TRUE(noexcept(TryMakeXmlDocument()));
   {
-    const Standin::ImportPatch text("WindowsCreateString", &NoMemory);
+    const Standin::ImportPatch text("WindowsCreateString", &ThrowBadAlloc);
     EXPECT_FALSE(TryMakeXmlDocument());
   }
-  const Standin::ImportPatch text("WindowsCreateString", &NoStandardException);
+  const Standin::ImportPatch text("WindowsCreateString", &ThrowInt);
   EXPECT_FALSE(TryMakeXmlDocument());
 }
 

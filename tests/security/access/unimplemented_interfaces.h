@@ -5,13 +5,13 @@
 #include "abi/value_shapes.h"
 #include "abi/xml_shapes.h"
 
-// The operations that no judge calls.
+// Bases of fakes of XML documents, nodes and boxed values: the operations that the product does not
+// call return E_NOTIMPL.
 namespace TestSupport {
 
 using namespace Zq::Gantry::Platform::WinRt;
 
-/// A node of any kind.
-struct UnusedNode : IXmlNode, IXmlNodeSerializer, IXmlAttribute {
+struct UnimplementedNode : IXmlNode, IXmlNodeSerializer, IXmlAttribute {
   STDMETHODIMP get_NodeValue(IInspectable**) override { return E_NOTIMPL; }
   STDMETHODIMP put_NodeValue(IInspectable*) override { return E_NOTIMPL; }
   STDMETHODIMP get_NodeType(NodeType*) override { return E_NOTIMPL; }
@@ -41,8 +41,7 @@ struct UnusedNode : IXmlNode, IXmlNodeSerializer, IXmlAttribute {
   STDMETHODIMP put_Value(HSTRING) override { return E_NOTIMPL; }
 };
 
-/// Attributes of an element.
-struct UnusedNodeMap : IXmlNamedNodeMap {
+struct UnimplementedNodeMap : IXmlNamedNodeMap {
   STDMETHODIMP get_Length(UINT32*) override { return E_NOTIMPL; }
   STDMETHODIMP Item(UINT32, IXmlNode**) override { return E_NOTIMPL; }
   STDMETHODIMP SetNamedItem(IXmlNode*, IXmlNode**) override { return E_NOTIMPL; }
@@ -52,8 +51,7 @@ struct UnusedNodeMap : IXmlNamedNodeMap {
   STDMETHODIMP SetNamedItemNS(IXmlNode*, IXmlNode**) override { return E_NOTIMPL; }
 };
 
-/// A document.
-struct UnusedDocument : IXmlDocument {
+struct UnimplementedDocument : IXmlDocument {
   STDMETHODIMP get_Doctype(IXmlDocumentType**) override { return E_NOTIMPL; }
   STDMETHODIMP get_Implementation(IXmlDomImplementation**) override { return E_NOTIMPL; }
   STDMETHODIMP get_DocumentElement(IXmlElement**) override { return E_NOTIMPL; }
@@ -77,8 +75,7 @@ struct UnusedDocument : IXmlDocument {
   STDMETHODIMP ImportNode(IXmlNode*, boolean, IXmlNode**) override { return E_NOTIMPL; }
 };
 
-/// A boxed value.
-struct UnusedValue : IPropertyValue {
+struct UnimplementedValue : IPropertyValue {
   STDMETHODIMP get_IsNumericScalar(boolean*) override { return E_NOTIMPL; }
   STDMETHODIMP GetUInt8(BYTE*) override { return E_NOTIMPL; }
   STDMETHODIMP GetInt16(INT16*) override { return E_NOTIMPL; }

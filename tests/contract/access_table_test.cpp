@@ -1,14 +1,15 @@
+#include "contract/raw_table.h"
+
+#include <gmock/gmock.h>
+
 #include <memory>
 #include <string>
 #include <vector>
 
-#include <gmock/gmock.h>
-
-#include "contract/raw_table.h"
 #include "security/access/manifest_exemption.h"
 #include "security/facade/zq_authenticode_facade.h"
 
-// The host's view of the two tables of the security layer: places, not names.
+// The two tables of the security layer as the host sees them: slots without names.
 namespace Zq::Gantry::Security {
 namespace {
 
@@ -118,8 +119,8 @@ TEST(CriteriaTable, ReachesBothCheckersThroughTheSameSlot) {
   EXPECT_EQ(programRows.use_count(), 1);
 }
 
-/// The object that a shared pointer at the `index`-th place behind the table refers to.
-const void* PointerBehindTable(const void* object, std::size_t index) {
+/// The object that the `index`-th shared pointer after the table refers to.
+const void* PointerAfterTable(const void* object, std::size_t index) {
   using Shared = std::shared_ptr<void>;
   const auto* fields = static_cast<const unsigned char*>(object) + sizeof(void*);
   return *reinterpret_cast<const void* const*>(fields + index * sizeof(Shared));
@@ -129,15 +130,15 @@ TEST(CriteriaTable, IsFollowedByListAndClientInBothCheckers) {
   const auto storeRows = std::make_shared<std::vector<UwpMatchingDescriptor>>();
   const auto storeClient = std::make_shared<Server::Uwp::UwpInformation>();
   const UwpWithNoZqManifestCheckBasedOnMajorAndMinorVersion store(storeRows, storeClient);
-  EXPECT_EQ(PointerBehindTable(&store, 0), storeRows.get());
-  EXPECT_EQ(PointerBehindTable(&store, 1), storeClient.get());
+  EXPECT_EQ(PointerAfterTable(&store, 0), storeRows.get());
+  EXPECT_EQ(PointerAfterTable(&store, 1), storeClient.get());
   EXPECT_EQ(sizeof(store), 5 * sizeof(void*));
 
   const auto programRows = std::make_shared<std::vector<Win32MatchingDescriptor>>();
   const auto programClient = std::make_shared<Server::Win32::Win32Information>();
   const Win32WithNoZqManifestCheckBasedOnMajorAndMinorVersion program(programRows, programClient);
-  EXPECT_EQ(PointerBehindTable(&program, 0), programRows.get());
-  EXPECT_EQ(PointerBehindTable(&program, 1), programClient.get());
+  EXPECT_EQ(PointerAfterTable(&program, 0), programRows.get());
+  EXPECT_EQ(PointerAfterTable(&program, 1), programClient.get());
   EXPECT_EQ(sizeof(program), 5 * sizeof(void*));
 }
 

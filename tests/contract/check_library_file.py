@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """Reads the import and export tables of the shipped library.
 
-At run time it may need Windows' own libraries, the host's Logging.dll and the C++ runtime that it
-shares with its callers, nothing else, and it must offer the factory under its plain name.
+At run time the library may need only Windows' own libraries, the host's Logging.dll and the C++ runtime
+that it shares with its callers. It must export the factory under its plain name.
 """
 
 import argparse
@@ -10,7 +10,7 @@ import re
 import subprocess
 import sys
 
-# Upper case: Windows does not care for the case of these names.
+# In upper case, since Windows ignores the case of these names.
 WINDOWS_LIBRARIES = {
     "ADVAPI32.DLL",
     "CRYPT32.DLL",
@@ -30,10 +30,10 @@ WINDOWS_LIBRARIES = {
     "API-MS-WIN-CORE-WINRT-STRING-L1-1-0.DLL",
 }
 HOST_LIBRARY = "LOGGING.DLL"
-# Shared with the host, so that exceptions of the library leave nothing behind in the one that catches.
+# Shared with the host, so that an exception of the library leaves no state in the program that catches it.
 RUNTIME_LIBRARIES = {"LIBGCC_S_SEH-1.DLL", "LIBSTDC++-6.DLL", "LIBWINPTHREAD-1.DLL"}
 FACTORY = "ZQCreateService"
-# Beside the factory, only members of this system's own classes are exported.
+# Apart from the factory, only members of this system's own classes are exported.
 OWN_MEMBER = re.compile(r"_Z(T[VIS])?NK?2Zq6Gantry")
 
 # The operations of WattleafHelper that others may call.
@@ -54,7 +54,7 @@ HELPER_OPERATIONS = (
     "GetErrorsAndWarnings",
 )
 
-# The layer that the host shares: classes with members that it calls, and constants.
+# The security layer that the host uses: classes with the members that it calls, and constants.
 SHARED_MEMBERS = {
     "GantryAccessManager": ("C1Ev", "C1ERKS2_", "aSERKS2_", "D1Ev", "SetUwpChecker",
                             "SetWin32Checker", "IsUwpExempt", "IsWin32Exempt"),
@@ -91,7 +91,7 @@ SHARED_CONSTANTS = ("RuleValidators", "ToolLaunchTable")
 
 
 def mangled_member(owner, member):
-    """The part of the mangled name that tells class and member."""
+    """The part of the mangled name that identifies class and member."""
     special = re.match(r"(C1|D1|aS)E", member)
     return f"{len(owner)}{owner}{member if special else f'{len(member)}{member}'}"
 
@@ -117,11 +117,11 @@ def read_tables(objdump, library):
 def find_faults(imports, exports):
     names = {name.upper() for name in imports}
     for name in sorted(names - WINDOWS_LIBRARIES - RUNTIME_LIBRARIES - {HOST_LIBRARY}):
-        yield f"needs {name}, which is neither Windows' own, Logging.dll nor the C++ runtime"
+        yield f"needs {name}, which is neither a Windows library, Logging.dll nor the C++ runtime"
     if HOST_LIBRARY not in names:
-        yield "does not import Logging.dll (or the import table was not understood)"
+        yield "does not import Logging.dll (or the import table could not be parsed)"
     for name in sorted(RUNTIME_LIBRARIES - names):
-        yield f"does not import {name}: the C++ runtime is not the one of its callers"
+        yield f"does not import {name}: it does not share the C++ runtime of its callers"
     if FACTORY not in exports:
         yield f"does not export {FACTORY} undecorated"
     for operation in HELPER_OPERATIONS:
@@ -131,9 +131,9 @@ def find_faults(imports, exports):
     yield from find_missing_shared(exports)
     for name in sorted(exports - {FACTORY}):
         if not OWN_MEMBER.match(name):
-            yield f"exports {name}, which is none of this system's operations"
+            yield f"exports {name}, which is no member of this system's classes"
         if "_white_list" in name:
-            yield f"exports {name}, of which only copies are handed out"
+            yield f"exports {name}, of which only copies may leave the library"
 
 
 def main():

@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
-"""Holds the tables of virtual operations, as laid out for MSVC, against a golden list.
+"""Compares the tables of virtual operations, as laid out for MSVC, with a golden list.
 
-The host of production is built by MSVC and calls by slot; clang lays tables out the same way and
-prints them. Only the order and the names of the slots are compared.
+The production host is built by MSVC and calls by slot; clang lays out tables in the same way and prints
+them. Only the order and the names of the slots are compared.
 """
 
 import argparse
@@ -31,7 +31,7 @@ def dump_layouts(arguments):
                arguments.source]
     run = subprocess.run(command, capture_output=True, text=True)
     if run.returncode != 0:
-        sys.exit("The contract headers do not compile with standard types that are only named:\n"
+        sys.exit("The contract headers do not compile with standard types that are only declared:\n"
                  f"{run.stderr}\nThe command was: {shlex.join(command)}")
     return run.stdout + run.stderr
 
@@ -72,8 +72,8 @@ def main():
     diff = difflib.unified_diff(expected.splitlines(), found.splitlines(), arguments.golden,
                                 "the headers as they are", lineterm="", n=100)
     print("\n".join(diff))
-    sys.exit("\nThe order of virtual operations is a contract with a host that calls by slot. Where the\n"
-             "change is meant, this shows the new list:\n  "
+    sys.exit("\nThe order of virtual operations is a contract with a host that calls by slot. If the\n"
+             "change is intended, this prints the new list:\n  "
              + shlex.join([sys.executable, *sys.argv, "--print"]))
 
 

@@ -1,11 +1,12 @@
-#include <string>
+#include "contract/raw_table.h"
 
 #include <gmock/gmock.h>
 
-#include "collection/data_collector.h"
-#include "contract/raw_table.h"
+#include <string>
 
-// Our calls to the collector by name must reach the places that the closed library has them in.
+#include "collection/data_collector.h"
+
+// Calls to the collector by name must use the slots of the closed library.
 namespace Zq::Gantry::Server::Services::Wattleaf {
 namespace {
 

@@ -1,18 +1,20 @@
+#include "contract/raw_table.h"
+
 #include <windows.h>
+
+#include <gmock/gmock.h>
 
 #include <cstdlib>
 #include <functional>
 #include <string>
 #include <vector>
 
-#include <gmock/gmock.h>
-
-#include "contract/raw_table.h"
 #include "platform/win32/owners.h"
 #include "support/log_capture.h"
+#include "support/program_folder.h"
 
-// The shipped file as a host meets it: loaded from disk, the factory found by name, the service
-// called by slot. No header of the exported interface is used.
+// The shipped file as a host uses it: loaded from disk, the factory found by name, the service
+// called by slot. No header of the exported interface is included.
 namespace {
 
 using testing::ElementsAre;
@@ -29,12 +31,7 @@ constexpr std::size_t kFreeResult = kDestructorSlots + 3;
 constexpr std::size_t kStartupTask = kDestructorSlots + 4;
 constexpr std::size_t kQueryReady = kDestructorSlots + 7;
 
-std::wstring LibraryPath() {
-  wchar_t program[MAX_PATH] = {};
-  GetModuleFileNameW(nullptr, program, MAX_PATH);
-  const std::wstring path = program;
-  return path.substr(0, path.find_last_of(L'\\') + 1) + L"WattleafService.dll";
-}
+std::wstring LibraryPath() { return TestSupport::PathBesideProgram(L"WattleafService.dll"); }
 
 UniqueModule LoadTheLibrary() { return UniqueModule(LoadLibraryW(LibraryPath().c_str())); }
 
@@ -105,7 +102,7 @@ TEST(LibraryFile, ReturnsTheTextOfACommandAndFreesIt) {
   DestroyThroughSlot(service, 0);
 }
 
-/// For a process of its own, since the library then stays. The exit status is 7 if it does.
+/// Runs in a process of its own, since the library stays loaded; the exit status is 7 if it does.
 [[noreturn]] void StartTheWorkerAndFreeTheLibrary() {
   UniqueModule library = LoadTheLibrary();
   void* service = MakeService(library);

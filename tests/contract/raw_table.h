@@ -3,12 +3,13 @@
 #include <cstddef>
 #include <utility>
 
-// Calls through an object's table of virtual operations, by slot and without its class, as a host
-// does that knows nothing but the table.
+// Calls an object's virtual operations by slot, without its class, as a host does that has only the
+// table.
 namespace TestSupport {
 
-/// Slots that the toolchain takes for a virtual destructor, the one of them that also frees, and
-/// whether the place of a returned object is handed over before the object that is called.
+/// How the toolchain lays out and calls virtual operations: the number of slots of a virtual
+/// destructor, the one of them that also frees the object, and whether the address for a returned
+/// object is passed before the object that is called.
 #if defined(__MINGW32__)
 inline constexpr std::size_t kDestructorSlots = 2;
 inline constexpr std::size_t kFreeingDestructor = 1;
@@ -29,7 +30,7 @@ Result CallSlot(void* object, std::size_t slot, Arguments... arguments) {
 
 /// The same for an operation that returns an object of a class.
 template <typename Result, typename... Arguments>
-Result CallSlotForObject(void* object, std::size_t slot, Arguments... arguments) {
+[[nodiscard]] Result CallSlotForObject(void* object, std::size_t slot, Arguments... arguments) {
   using Operation = void* (*)(void*, void*, Arguments...);
   void* const* table = *static_cast<void* const* const*>(object);
   const auto operation = reinterpret_cast<Operation>(table[slot]);
@@ -42,9 +43,9 @@ Result CallSlotForObject(void* object, std::size_t slot, Arguments... arguments)
   return result;
 }
 
-/// Destroys and frees `object`; its destructor's first slot is `slot`.
+/// Destroys and frees `object`; `slot` is the first slot of its destructor.
 inline void DestroyThroughSlot(void* object, std::size_t slot) {
-  // One toolchain takes "also free" as an argument, the other has a slot for it.
+  // One toolchain takes "free it too" as an argument, the other has a slot for it.
   CallSlot<void>(object, slot + kFreeingDestructor, /*flags=*/1U);
 }
 

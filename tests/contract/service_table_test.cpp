@@ -1,13 +1,14 @@
+#include "contract/raw_table.h"
+
+#include <gmock/gmock.h>
+
 #include <cstdlib>
 #include <string>
 #include <vector>
 
-#include <gmock/gmock.h>
-
-#include "contract/raw_table.h"
 #include "service/zq_service.h"
 
-// The host's view of the service: places in a table. The numbers are the contract.
+// The service as the host sees it: places in a table. The numbers are the contract.
 namespace Zq::Gantry::Server::Services {
 namespace {
 
@@ -16,7 +17,7 @@ using TestSupport::CallSlot;
 using TestSupport::DestroyThroughSlot;
 using TestSupport::kDestructorSlots;
 
-/// Slot of an operation by its place in the contract, in which the destructor is number 1.
+/// The slot of an operation by its place in the contract, where the destructor is number 1.
 constexpr std::size_t Place(std::size_t number) {
   return number == 1 ? 0 : kDestructorSlots + number - 2;
 }
@@ -67,7 +68,7 @@ class RecordingService : public ZQService {
   }
 };
 
-/// Only what has no body of its own.
+/// Overrides only what the base leaves pure.
 class PlainService : public ZQService {
  public:
   int StartSession(wchar_t*, void**) override { return 0; }

@@ -1,5 +1,6 @@
-// Compiled for the toolchain of the production host, with standard types that are only named, to
-// have the compiler print the tables of virtual operations that cross the boundary. Never linked.
+// Makes the compiler print the tables of virtual operations that cross the boundary. Compiled for
+// the toolchain of the production host, with standard types that are only declared, and never
+// linked.
 
 #include "collection/data_collector.h"
 #include "security/access/client_manifest_criteria.h"
@@ -8,7 +9,7 @@
 
 namespace {
 
-// Running the destructor of exactly this class sets its table, which makes the compiler lay it out.
+// A call of the destructor of exactly this class sets its table, so that the compiler lays it out.
 template <typename Contract>
 void UseTable(Contract& object) {
   object.Contract::~Contract();
@@ -22,7 +23,7 @@ void UseTables(Zq::Gantry::Server::Services::ZQService& service,
   UseTable(service);
   UseTable(collector);
   UseTable(criteria);
-  // Nobody destroys this one through its table.
+  // The table of the facade has no destructor.
   Zq::Gantry::Security::ZQAuthenticodeFacade facade;
   facade.IsPathAllowed(nullptr);
 }

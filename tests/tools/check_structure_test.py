@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""check-structure finds each kind of mistake in a small tree, and nothing in the tree without it.
+"""check-structure finds each kind of mistake in a small tree, and nothing in a correct tree.
 
 check_structure_test.py CHECK"""
 

@@ -14,11 +14,11 @@ class FixedAnswer : public IClientWithNoZqManifestCheckCriteria {
  public:
   explicit FixedAnswer(bool answer) : answer_(answer) {}
   bool IsAnException() override {
-    ++asked;
+    ++calls;
     return answer_;
   }
 
-  int asked = 0;
+  int calls = 0;
 
  private:
   bool answer_;
@@ -29,17 +29,17 @@ constexpr char kNoUwpChecker[] =
 constexpr char kNoWin32Checker[] =
     "The Behavior was not defined. A call to SetWin32Checker must be done.";
 
-template <typename Question>
-std::string ComplaintOf(Question question) {
+template <typename Call>
+std::string MessageOf(Call call) {
   try {
-    question();
-  } catch (const gantry_access_exception& problem) {
-    return problem.what();
+    call();
+  } catch (const gantry_access_exception& exception) {
+    return exception.what();
   }
   return "nothing was thrown";
 }
 
-/// The object that the `index`-th shared pointer of a manager refers to: its first word.
+/// The object that the `index`-th shared pointer of a manager refers to, from its first word.
 const void* PointerAt(const GantryAccessManager& manager, std::size_t index) {
   const void* pointer = nullptr;
   const auto* bytes = reinterpret_cast<const unsigned char*>(&manager);
@@ -50,13 +50,13 @@ const void* PointerAt(const GantryAccessManager& manager, std::size_t index) {
 TEST(GantryAccessManager, ThrowsUntilTheUwpCheckerIsSet) {
   GantryAccessManager manager;
   manager.SetWin32Checker(std::make_shared<FixedAnswer>(true));
-  EXPECT_EQ(ComplaintOf([&] { static_cast<void>(manager.IsUwpExempt()); }), kNoUwpChecker);
+  EXPECT_EQ(MessageOf([&] { static_cast<void>(manager.IsUwpExempt()); }), kNoUwpChecker);
 }
 
 TEST(GantryAccessManager, ThrowsUntilTheWin32CheckerIsSet) {
   GantryAccessManager manager;
   manager.SetUwpChecker(std::make_shared<FixedAnswer>(true));
-  EXPECT_EQ(ComplaintOf([&] { static_cast<void>(manager.IsWin32Exempt()); }), kNoWin32Checker);
+  EXPECT_EQ(MessageOf([&] { static_cast<void>(manager.IsWin32Exempt()); }), kNoWin32Checker);
 }
 
 TEST(GantryAccessManager, UsesTheCheckerOfTheClientsKind) {
@@ -66,10 +66,10 @@ TEST(GantryAccessManager, UsesTheCheckerOfTheClientsKind) {
   manager.SetUwpChecker(yes);
   manager.SetWin32Checker(no);
   EXPECT_TRUE(manager.IsUwpExempt());
-  EXPECT_EQ(yes->asked, 1);
-  EXPECT_EQ(no->asked, 0);
+  EXPECT_EQ(yes->calls, 1);
+  EXPECT_EQ(no->calls, 0);
   EXPECT_FALSE(manager.IsWin32Exempt());
-  EXPECT_EQ(no->asked, 1);
+  EXPECT_EQ(no->calls, 1);
 }
 
 TEST(GantryAccessManager, CallsTheUwpCheckerEachTimeAndReplacesIt) {
@@ -78,7 +78,7 @@ TEST(GantryAccessManager, CallsTheUwpCheckerEachTimeAndReplacesIt) {
   manager.SetUwpChecker(first);
   EXPECT_TRUE(manager.IsUwpExempt());
   EXPECT_TRUE(manager.IsUwpExempt());
-  EXPECT_EQ(first->asked, 2);
+  EXPECT_EQ(first->calls, 2);
   manager.SetUwpChecker(std::make_shared<FixedAnswer>(false));
   EXPECT_FALSE(manager.IsUwpExempt());
   EXPECT_EQ(first.use_count(), 1);
@@ -99,10 +99,10 @@ TEST(GantryAccessManager, ThrowsAgainAfterAnEmptyCheckerWasSet) {
   manager.SetUwpChecker(std::make_shared<FixedAnswer>(true));
   manager.SetWin32Checker(std::make_shared<FixedAnswer>(true));
   manager.SetUwpChecker(nullptr);
-  EXPECT_EQ(ComplaintOf([&] { static_cast<void>(manager.IsUwpExempt()); }), kNoUwpChecker);
+  EXPECT_EQ(MessageOf([&] { static_cast<void>(manager.IsUwpExempt()); }), kNoUwpChecker);
   EXPECT_TRUE(manager.IsWin32Exempt());
   manager.SetWin32Checker(nullptr);
-  EXPECT_EQ(ComplaintOf([&] { static_cast<void>(manager.IsWin32Exempt()); }), kNoWin32Checker);
+  EXPECT_EQ(MessageOf([&] { static_cast<void>(manager.IsWin32Exempt()); }), kNoWin32Checker);
 }
 
 TEST(GantryAccessManager, HoldsFourPointersInOrder) {
@@ -137,7 +137,7 @@ TEST(GantryAccessManager, SharesAllPointersWithItsCopies) {
 TEST(GantryAccessManager, CopiesTheReservedPointer) {
   GantryAccessManager manager;
   const auto something = std::make_shared<int>(1);
-  // Nobody inside sets it: a part of the host's might, by its place.
+  // The library never sets it; a component of the host might, by its offset.
   reinterpret_cast<std::shared_ptr<void>*>(&manager)[1] = something;
   const GantryAccessManager copy(manager);
   GantryAccessManager assigned;
@@ -148,18 +148,18 @@ TEST(GantryAccessManager, CopiesTheReservedPointer) {
 }
 
 TEST(GantryAccessManager, LetsExceptionsOfACheckerPropagate) {
-  class Raising : public IClientWithNoZqManifestCheckCriteria {
+  class Throwing : public IClientWithNoZqManifestCheckCriteria {
    public:
     bool IsAnException() override { throw std::out_of_range("invalid vector subscript"); }
   };
   GantryAccessManager manager;
-  manager.SetUwpChecker(std::make_shared<Raising>());
+  manager.SetUwpChecker(std::make_shared<Throwing>());
   EXPECT_THROW(static_cast<void>(manager.IsUwpExempt()), std::out_of_range);
 }
 
 TEST(GantryAccessException, IsALogicErrorWithItsMessage) {
-  const gantry_access_exception problem("message");
-  const std::logic_error& base = problem;
+  const gantry_access_exception exception("message");
+  const std::logic_error& base = exception;
   EXPECT_STREQ(base.what(), "message");
   EXPECT_EQ(sizeof(gantry_access_exception), sizeof(std::logic_error));
   EXPECT_TRUE(std::has_virtual_destructor_v<gantry_access_exception>);

@@ -12,7 +12,7 @@ using Uwp::UwpInformation;
 using Win32::Win32Information;
 
 #if defined(__GNUC__)
-// Where the fields lie is a contract; that the language leaves it to the compiler is the point.
+// The offsets of the fields are a contract, although the language leaves them to the compiler.
 #pragma GCC diagnostic ignored "-Winvalid-offsetof"
 #endif
 

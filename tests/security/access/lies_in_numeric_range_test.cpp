@@ -16,14 +16,14 @@ using namespace std::string_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// The limits that a rule has, by name; and which were asked for.
+/// The limits of a rule by name, and a record of those that were read.
 struct Limits {
   std::map<std::wstring, std::wstring> texts;
-  std::vector<std::wstring> asked{};
+  std::vector<std::wstring> read{};
 
   LimitText Reader() {
     return [this](const wchar_t* name) -> std::optional<std::wstring> {
-      asked.emplace_back(name);
+      read.emplace_back(name);
       const auto row = texts.find(name);
       if (row == texts.end()) return std::nullopt;
       return row->second;
@@ -81,7 +81,7 @@ TEST(LiesInNumericRange, ThrowsForALimitBeyond32Bits) {
 TEST(LiesInNumericRange, DoesNotReadMaxForANumberBelowMin) {
   Limits limits{{{L"min", L"5"}, {L"max", L"4294967296"}}};
   EXPECT_FALSE(LiesInNumericRange(4, limits.Reader()));
-  EXPECT_THAT(limits.asked, ElementsAre(L"min"));
+  EXPECT_THAT(limits.read, ElementsAre(L"min"));
   EXPECT_THROW(static_cast<void>(LiesInNumericRange(6, limits.Reader())), std::out_of_range);
 }
 
@@ -109,7 +109,7 @@ TEST(LiesInNumericRange, PlacesANumberBeyond32BitsAboveOrBelowEveryLimit) {
 TEST(LiesInNumericRange, RefusesNotANumber) {
   Limits limits{{{L"min", L"4294967296"}}};
   EXPECT_FALSE(LiesInNumericRange(std::nan(""), limits.Reader()));
-  EXPECT_THAT(limits.asked, IsEmpty());
+  EXPECT_THAT(limits.read, IsEmpty());
   EXPECT_FALSE(InRange(std::nan(""), {}));
 }
 

@@ -75,7 +75,7 @@ TEST(PathGuard, DoesNotReadPastTheEndOfTheText) {
   EXPECT_FALSE(HasTraversal(std::wstring_view(L"..", 1)));
 }
 
-// The expressions that the guard stands for.
+// The expressions that the guard implements by hand.
 const std::wregex& Shape() {
   static const std::wregex shape(LR"(^((?:[\w]\:|\\)|(http[s]?\:)|(\%[\(|\w|\)]+\%))+)");
   return shape;
@@ -86,7 +86,7 @@ const std::wregex& Traversal() {
   return traversal;
 }
 
-void ExpectTheSameAnswers(const std::wstring& text) {
+void ExpectAgreement(const std::wstring& text) {
   EXPECT_EQ(HasPathShape(text), std::regex_search(text.c_str(), Shape()))
       << testing::PrintToString(text);
   EXPECT_EQ(HasTraversal(text), std::regex_search(text.c_str(), Traversal()))
@@ -102,7 +102,7 @@ TEST(PathGuard, AgreesWithTheExpressionsForAllTextsOfFourParts) {
     for (const wchar_t* second : kParts) {
       for (const wchar_t* third : kParts) {
         for (const wchar_t* fourth : kParts) {
-          ExpectTheSameAnswers(std::wstring(first) + second + third + fourth);
+          ExpectAgreement(std::wstring(first) + second + third + fourth);
         }
       }
     }
@@ -112,8 +112,8 @@ TEST(PathGuard, AgreesWithTheExpressionsForAllTextsOfFourParts) {
 TEST(PathGuard, AgreesWithTheExpressionsOnWordCharacters) {
   for (unsigned code = 1; code <= 0xFFFF; ++code) {
     const std::wstring character(1, static_cast<wchar_t>(code));
-    ExpectTheSameAnswers(character + L":..");
-    ExpectTheSameAnswers(L"%" + character + L"%");
+    ExpectAgreement(character + L":..");
+    ExpectAgreement(L"%" + character + L"%");
   }
 }
 

@@ -9,7 +9,7 @@
 #include "security/access/rule_inputs.h"
 #include "security/access/rule_validators_fixture.h"
 
-// The rules over plain texts.
+// The rules that compare plain texts.
 namespace Zq::Gantry::Security {
 namespace {
 
@@ -86,7 +86,7 @@ TEST_F(ContainedInListRule, ReportsOtherTypesAsInvalidArguments) {
   const ValueReference value = BoxInt32(calls);
   try {
     static_cast<void>(ReadBoxedText(*value));
-    FAIL() << "nothing was raised";
+    FAIL() << "nothing was thrown";
   } catch (const Platform::WinRt::CallFailure& failure) {
     EXPECT_EQ(static_cast<std::uint32_t>(failure.Result()), 0x80070057U);
   }

@@ -29,7 +29,7 @@ TEST(AnyRowFits, ThrowsOutOfRangeWithItsTextWhenTheListShrinks) {
   };
   try {
     static_cast<void>(AnyRowFits(rows, shrink));
-    FAIL() << "nothing was raised";
+    FAIL() << "nothing was thrown";
   } catch (const std::out_of_range& failure) {
     EXPECT_STREQ(failure.what(), "invalid vector subscript");
   }
@@ -52,7 +52,7 @@ TEST(AnyRowFits, ThrowsOutOfRangeForTheRowRightAfterTheEnd) {
     return false;
   };
   EXPECT_THROW(static_cast<void>(AnyRowFits(rows, shrink)), std::out_of_range);
-  EXPECT_EQ(rows.size(), 1U) << "asked once";
+  EXPECT_EQ(rows.size(), 1U) << "judged once";
 }
 
 TEST(AnyRowFits, JudgesACopyOfTheRow) {
@@ -64,12 +64,12 @@ TEST(AnyRowFits, JudgesACopyOfTheRow) {
 }
 
 TEST(AnyRowFits, StopsAtTheFirstRowThatFits) {
-  int asked = 0;
-  EXPECT_TRUE(AnyRowFits(std::vector<int>{1, 2, 3}, [&asked](int row) {
-    ++asked;
+  int judged = 0;
+  EXPECT_TRUE(AnyRowFits(std::vector<int>{1, 2, 3}, [&judged](int row) {
+    ++judged;
     return row == 2;
   }));
-  EXPECT_EQ(asked, 2);
+  EXPECT_EQ(judged, 2);
 }
 
 }  // namespace

@@ -12,7 +12,7 @@ namespace {
 using namespace std::string_literals;
 using testing::ElementsAre;
 
-/// Written as an expansion gives it: in brackets.
+/// A fake expansion: marks the path with a bracket.
 std::wstring Bracketed(const std::wstring& path) { return L"[" + path; }
 
 TEST(PassesRegex, MatchesTheWholeValueAndRefusesAClimbingPath) {
@@ -71,21 +71,22 @@ TEST(BeginsWithFromList, KeepsABlankAfterAComma) {
 }
 
 TEST(BeginsWithFromExpandedList, ComparesTheExpandedTexts) {
-  std::vector<std::wstring> asked;
-  const auto expand = [&asked](const std::wstring& path) {
-    asked.push_back(path);
+  std::vector<std::wstring> expanded;
+  const auto expand = [&expanded](const std::wstring& path) {
+    expanded.push_back(path);
     return path == L"%v%\\file" ? L"C:\\Data\\file"s : path == L"%i%" ? L"c:\\DATA"s : L"?"s;
   };
   EXPECT_TRUE(BeginsWithFromExpandedList(L"other,%i%,never", L"%v%\\file", expand));
-  EXPECT_THAT(asked, ElementsAre(L"%v%\\file", L"other", L"%i%"));
+  EXPECT_THAT(expanded, ElementsAre(L"%v%\\file", L"other", L"%i%"));
 }
 
 TEST(BeginsWithFromExpandedList, GuardsTheExpandedValue) {
   const auto climb = [](const std::wstring&) { return L"C:\\a\\..\\b"s; };
   EXPECT_FALSE(BeginsWithFromExpandedList(L"x", L"x", climb));
-  const auto settle = [](const std::wstring&) { return L"C:\\b"s; };
-  EXPECT_TRUE(BeginsWithFromExpandedList(L"x", L"C:\\a\\..\\b", settle));
-  EXPECT_TRUE(BeginsWithFromExpandedList(L"C:\\a\\..\\b", L"x", settle)) << "items are not guarded";
+  const auto resolve = [](const std::wstring&) { return L"C:\\b"s; };
+  EXPECT_TRUE(BeginsWithFromExpandedList(L"x", L"C:\\a\\..\\b", resolve));
+  EXPECT_TRUE(BeginsWithFromExpandedList(L"C:\\a\\..\\b", L"x", resolve))
+      << "items are not guarded";
 }
 
 TEST(BeginsWithFromExpandedList, AcceptsEveryValueForAnItemThatCannotBeExpanded) {
@@ -104,7 +105,7 @@ TEST(BeginsWithFromExpandedList, AcceptsAValueThatCannotBeExpandedOnlyWithSuchAn
   EXPECT_TRUE(BeginsWithFromExpandedList(L"good,bad", L"bad", expand));
 }
 
-/// So many items, none of which fits, in front of one that does.
+/// A list of `before` items that do not fit "value", followed by one that does.
 std::wstring LateItem(std::size_t before) {
   std::wstring list;
   for (; before > 0; --before) list += L"x,";
@@ -112,16 +113,16 @@ std::wstring LateItem(std::size_t before) {
 }
 
 TEST(BeginsWithFromExpandedList, ChecksTheFirstHundredThousandItemsOnly) {
-  std::size_t asked = 0;
-  const auto expand = [&asked](const std::wstring& path) {
-    ++asked;
+  std::size_t expansions = 0;
+  const auto expand = [&expansions](const std::wstring& path) {
+    ++expansions;
     return path;
   };
   EXPECT_TRUE(BeginsWithFromExpandedList(LateItem(99'999), L"value", expand));
-  EXPECT_EQ(asked, 100'001U);  // the value and each item
-  asked = 0;
+  EXPECT_EQ(expansions, 100'001U);  // the value and each item
+  expansions = 0;
   EXPECT_FALSE(BeginsWithFromExpandedList(LateItem(100'000), L"value", expand));
-  EXPECT_EQ(asked, 100'001U);
+  EXPECT_EQ(expansions, 100'001U);
 }
 
 TEST(RuleJudges, TreatNullsAndLoneSurrogatesAsOrdinaryCharacters) {
@@ -135,7 +136,7 @@ TEST(RuleJudges, TreatNullsAndLoneSurrogatesAsOrdinaryCharacters) {
     EXPECT_FALSE(BeginsWithFromList(text + L"x", text));
     EXPECT_TRUE(PassesRegex(L"[^,]+", text));
     EXPECT_FALSE(PassesRegex(L"[^,]+", text + L","));
-    EXPECT_TRUE(PassesRegex(text, text)) << "as a pattern too";
+    EXPECT_TRUE(PassesRegex(text, text)) << "as a pattern";
     EXPECT_FALSE(PassesRegex(text, text + L"x"));
   }
 }
@@ -147,7 +148,7 @@ TEST(RuleJudges, DoNotGuardTwoPointsAfterANullCharacter) {
   EXPECT_TRUE(BeginsWithFromList(L"c:\\", text));
 }
 
-/// One round of all judges over texts; the number picks texts that no other thread has.
+/// Calls every judge once. Each number gives texts of its own.
 bool AnswersAreRight(int number) {
   const std::wstring own = L"item" + std::to_wstring(number);
   const std::wstring list = L"first," + own + L"," + own + L"-last";

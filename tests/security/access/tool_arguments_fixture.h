@@ -11,7 +11,7 @@ namespace TestSupport {
 
 inline constexpr wchar_t kGood[] = L"C:\\Windows\\good.dll";
 
-/// All files are signed for the service; only their places differ.
+/// Every file is signed for the service, so that only their places differ.
 class ToolArguments : public testing::Test {
  protected:
   ToolArguments() { files_.SignAllForTheService(); }

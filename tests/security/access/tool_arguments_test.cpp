@@ -10,7 +10,7 @@
 
 #include "security/access/tool_arguments_fixture.h"
 
-// What both checks have in common.
+// The common behaviour of both checks.
 namespace Zq::Gantry::Security {
 namespace {
 
@@ -21,14 +21,14 @@ using TestSupport::ToolArguments;
 
 std::vector<std::wstring> splitTexts;
 std::vector<HLOCAL> freedBlocks;
-HLOCAL handedOut = nullptr;
+HLOCAL lastBlock = nullptr;
 decltype(&CommandLineToArgvW) realSplit = nullptr;
 decltype(&LocalFree) realFree = nullptr;
 
 LPWSTR* WINAPI RecordSplit(LPCWSTR text, int* count) {
   splitTexts.push_back(text);
   LPWSTR* const words = realSplit(text, count);
-  handedOut = words;
+  lastBlock = words;
   return words;
 }
 
@@ -72,7 +72,7 @@ TEST_F(ToolArguments, AreSplitAfterAProgramNameAndFreedOnce) {
       freedBlocks.clear();
       check(line);
       EXPECT_THAT(splitTexts, ElementsAre(std::wstring(L"test.exe ") + line));
-      EXPECT_EQ(std::count(freedBlocks.begin(), freedBlocks.end(), handedOut), 1) << line;
+      EXPECT_EQ(std::count(freedBlocks.begin(), freedBlocks.end(), lastBlock), 1) << line;
     }
   }
 }

@@ -25,20 +25,21 @@ inline constexpr wchar_t kSfc[] = L"%windir%\\System32\\sfc.exe";
   return {{kSfc, std::move(rule)}};
 }
 
-/// IsLaunchAllowedBy with every tool signed and a caller whom the product's table admits.
+/// Calls IsLaunchAllowedBy. Every tool is signed, and the product's table admits the caller.
 class ToolLaunch : public testing::Test {
  protected:
   ToolLaunch() { files_.SignAll(Zq::Gantry::Security::kVerified, "30 0a"); }
 
-  bool Ask(const Zq::Gantry::Security::ToolLaunchRules& table, const wchar_t* tool,
-           bool restricted = false, const wchar_t* line = L"") {
+  [[nodiscard]] bool IsAllowed(const Zq::Gantry::Security::ToolLaunchRules& table,
+                               const wchar_t* tool, bool restricted = false,
+                               const wchar_t* line = L"") {
     return IsLaunchAllowedBy(table, {tool, restricted, line, L"component"}, [this] {
       ++familyQueries_;
       return family_;
     });
   }
-  bool Ask(const std::wstring& tool) {
-    return Ask(Zq::Gantry::Security::ToolLaunchTable, tool.c_str());
+  [[nodiscard]] bool IsAllowed(const std::wstring& tool) {
+    return IsAllowed(Zq::Gantry::Security::ToolLaunchTable, tool.c_str());
   }
 
   JudgedFiles files_;

@@ -19,59 +19,59 @@ using TestSupport::System32;
 using TestSupport::ToolLaunch;
 
 TEST_F(ToolLaunch, AllowsEachToolOfTheTable) {
-  for (const wchar_t* tool : kTools) EXPECT_TRUE(Ask(System32(tool))) << tool;
+  for (const wchar_t* tool : kTools) EXPECT_TRUE(IsAllowed(System32(tool))) << tool;
   EXPECT_EQ(familyQueries_, 6);
 }
 
 TEST_F(ToolLaunch, AllowsEachToolInRestrictedMode) {
   for (const wchar_t* tool : kTools) {
-    EXPECT_TRUE(Ask(ToolLaunchTable, System32(tool).c_str(), /*restricted=*/true)) << tool;
+    EXPECT_TRUE(IsAllowed(ToolLaunchTable, System32(tool).c_str(), /*restricted=*/true)) << tool;
   }
 }
 
 TEST_F(ToolLaunch, RefusesAnyOtherToolWithoutCheckingItsSignature) {
   for (const wchar_t* tool : {L"cmd.exe", L"powershell.exe", L"notepad.exe"}) {
-    EXPECT_FALSE(Ask(System32(tool))) << tool;
+    EXPECT_FALSE(IsAllowed(System32(tool))) << tool;
   }
-  EXPECT_FALSE(Ask(L"C:\\Windows\\sfc.exe"));
-  EXPECT_FALSE(Ask(L"D:\\Windows\\System32\\sfc.exe"));
+  EXPECT_FALSE(IsAllowed(L"C:\\Windows\\sfc.exe"));
+  EXPECT_FALSE(IsAllowed(L"D:\\Windows\\System32\\sfc.exe"));
   EXPECT_TRUE(files_.trust.calls.empty());
   EXPECT_EQ(familyQueries_, 0);
 }
 
 TEST_F(ToolLaunch, MatchesThePathInAnyCase) {
-  EXPECT_TRUE(Ask(L"c:\\WINDOWS\\system32\\SFC.EXE"));
-  EXPECT_TRUE(Ask(L"C:\\windows\\SYSTEM32\\dism.exe"));
+  EXPECT_TRUE(IsAllowed(L"c:\\WINDOWS\\system32\\SFC.EXE"));
+  EXPECT_TRUE(IsAllowed(L"C:\\windows\\SYSTEM32\\dism.exe"));
 }
 
 TEST_F(ToolLaunch, MatchesThePathWithVariablesAndDotSegments) {
-  EXPECT_TRUE(Ask(kSfc));
-  EXPECT_TRUE(Ask(L"%WINDIR%\\Temp\\..\\System32\\.\\sfc.exe"));
+  EXPECT_TRUE(IsAllowed(kSfc));
+  EXPECT_TRUE(IsAllowed(L"%WINDIR%\\Temp\\..\\System32\\.\\sfc.exe"));
 }
 
 TEST_F(ToolLaunch, DoesNotMatchAPathThatMerelyBeginsLikeATools) {
-  EXPECT_FALSE(Ask(System32(L"sfc.exe.bak")));
-  EXPECT_FALSE(Ask(System32(L"sfc.exe\\x")));
-  EXPECT_FALSE(Ask(System32(L"sfc.ex")));
+  EXPECT_FALSE(IsAllowed(System32(L"sfc.exe.bak")));
+  EXPECT_FALSE(IsAllowed(System32(L"sfc.exe\\x")));
+  EXPECT_FALSE(IsAllowed(System32(L"sfc.ex")));
   EXPECT_TRUE(files_.trust.calls.empty());
 }
 
 TEST_F(ToolLaunch, MatchesNoRowForANullOrEmptyPath) {
-  EXPECT_FALSE(Ask(ToolLaunchTable, nullptr));
-  EXPECT_FALSE(Ask(L""));
+  EXPECT_FALSE(IsAllowed(ToolLaunchTable, nullptr));
+  EXPECT_FALSE(IsAllowed(L""));
   EXPECT_TRUE(files_.trust.calls.empty());
 }
 
 TEST_F(ToolLaunch, DoesNotMatchAnEmptyExpansionWithAnEmptyKey) {
   const ToolLaunchRules table = {{L"", {{}, true, nullptr}}};
-  EXPECT_FALSE(Ask(table, L""));
-  EXPECT_FALSE(Ask(table, nullptr));
+  EXPECT_FALSE(IsAllowed(table, L""));
+  EXPECT_FALSE(IsAllowed(table, nullptr));
 }
 
 TEST_F(ToolLaunch, MatchesNoRowWhenTheExpansionFails) {
   const Standin::ImportPatch expand(
       "ExpandEnvironmentStringsW", +[](LPCWSTR, LPWSTR, DWORD) -> DWORD { return 0; });
-  for (const wchar_t* tool : kTools) EXPECT_FALSE(Ask(System32(tool))) << tool;
+  for (const wchar_t* tool : kTools) EXPECT_FALSE(IsAllowed(System32(tool))) << tool;
 }
 
 TEST_F(ToolLaunch, StopsAtTheFirstMatchingRow) {
@@ -79,11 +79,11 @@ TEST_F(ToolLaunch, StopsAtTheFirstMatchingRow) {
       {L"%windir%\\System32\\SFC.EXE", {{L"Nobody_1"}, true, nullptr}},
       {kSfc, {{}, true, nullptr}},
   };
-  EXPECT_FALSE(Ask(table, kSfc));
+  EXPECT_FALSE(IsAllowed(table, kSfc));
 }
 
 TEST_F(ToolLaunch, LogsTheExpansionsOfToolAndKeyForTheComponent) {
-  EXPECT_TRUE(Ask(L"%windir%\\Temp\\..\\System32\\dism.exe"));
+  EXPECT_TRUE(IsAllowed(L"%windir%\\Temp\\..\\System32\\dism.exe"));
   const auto expansion = [](const wchar_t* text, const wchar_t* expanded, const wchar_t* full) {
     return std::vector{
         Info(std::wstring(L"ExpandEnvironmentStrings: [") + text + L"] [" + expanded + L"]",
@@ -109,7 +109,7 @@ TEST_F(ToolLaunch, MatchesNoRowForHostilePaths) {
        {std::wstring(1'000'000, L'\\'), std::wstring(1'000'000, L'%'),
         tool + std::wstring(1'000'000, L'e'), std::wstring(1'000'000, L'.') + tool,
         tool + L"\xD800", L"\xDFFF" + tool}) {
-    EXPECT_FALSE(Ask(path)) << path.size();
+    EXPECT_FALSE(IsAllowed(path)) << path.size();
   }
   EXPECT_TRUE(files_.trust.calls.empty());
 }

@@ -1,6 +1,6 @@
-#include <gtest/gtest.h>
-
 #include "security/access/tool_launch.h"
+
+#include <gtest/gtest.h>
 
 namespace Zq::Gantry::Security {
 namespace {

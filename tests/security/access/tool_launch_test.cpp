@@ -38,19 +38,19 @@ TEST_F(ToolLaunch, RefusesAnotherFamilyForEveryRow) {
   for (const wchar_t* family : {L"C7E40B19.ZQHarbourDesk_q7m3xk2tdw9pb", L"harbourdesk",
                                 L"c7e40b19.zqharbourdesk_q7m3xk2tdw9pa"}) {
     family_ = family;
-    for (const wchar_t* tool : kTools) EXPECT_FALSE(Ask(System32(tool))) << tool;
+    for (const wchar_t* tool : kTools) EXPECT_FALSE(IsAllowed(System32(tool))) << tool;
   }
   EXPECT_TRUE(files_.trust.calls.empty());
 }
 
 TEST_F(ToolLaunch, RefusesACallerOutsideAPackageForEveryRow) {
   family_.clear();
-  for (const wchar_t* tool : kTools) EXPECT_FALSE(Ask(System32(tool))) << tool;
+  for (const wchar_t* tool : kTools) EXPECT_FALSE(IsAllowed(System32(tool))) << tool;
 }
 
 TEST_F(ToolLaunch, DoesNotIdentifyTheCallerForARowWithoutFamilies) {
   family_.clear();
-  EXPECT_TRUE(Ask(SfcRow({{}, true, nullptr}), kSfc));
+  EXPECT_TRUE(IsAllowed(SfcRow({{}, true, nullptr}), kSfc));
   EXPECT_EQ(familyQueries_, 0);
 }
 
@@ -58,12 +58,12 @@ TEST_F(ToolLaunch, RefusesARowThatIsClosedInRestrictedMode) {
   for (const std::vector<std::wstring>& families :
        {std::vector<std::wstring>{}, std::vector<std::wstring>{kHarbourDesk}}) {
     const ToolLaunchRules table = SfcRow({families, false, nullptr});
-    EXPECT_TRUE(Ask(table, kSfc, /*restricted=*/false));
+    EXPECT_TRUE(IsAllowed(table, kSfc, /*restricted=*/false));
     files_.trust.calls.clear();
-    EXPECT_FALSE(Ask(table, kSfc, /*restricted=*/true));
+    EXPECT_FALSE(IsAllowed(table, kSfc, /*restricted=*/true));
     EXPECT_TRUE(files_.trust.calls.empty());
   }
-  EXPECT_EQ(familyQueries_, 2) << "who calls is asked first";
+  EXPECT_EQ(familyQueries_, 2) << "the caller is identified before the mode is checked";
 }
 
 TEST_F(ToolLaunch, RequiresOnlyThatTheSystemAcceptsTheTool) {
@@ -74,34 +74,34 @@ TEST_F(ToolLaunch, RequiresOnlyThatTheSystemAcceptsTheTool) {
   for (const Row& row : {Row{kVerified, true}, Row{kVerifiedButExpired, true},
                          Row{kUntrustedRoot, false}, Row{0x80096010, false}}) {
     files_.SignAll(row.verdict, ServiceTrustedKeys.front());
-    EXPECT_EQ(Ask(System32(L"sfc.exe")), row.allowed) << std::hex << row.verdict;
+    EXPECT_EQ(IsAllowed(System32(L"sfc.exe")), row.allowed) << std::hex << row.verdict;
   }
   files_.trust.embedded.clear();
-  EXPECT_FALSE(Ask(System32(L"sfc.exe")));
+  EXPECT_FALSE(IsAllowed(System32(L"sfc.exe")));
 }
 
 TEST_F(ToolLaunch, ChecksTheSignaturesOfTheExpandedPath) {
-  EXPECT_TRUE(Ask(kSfc));
+  EXPECT_TRUE(IsAllowed(kSfc));
   EXPECT_THAT(files_.VerifiedFiles(), ElementsAre(L"C:\\Windows\\System32\\sfc.exe"));
 }
 
 TEST_F(ToolLaunch, AllowsAToolOutsideProtectedPlaces) {
   const ToolLaunchRules table = {{L"D:\\Users\\tool.exe", {{}, true, nullptr}}};
-  EXPECT_TRUE(Ask(table, L"D:\\Users\\tool.exe"));
+  EXPECT_TRUE(IsAllowed(table, L"D:\\Users\\tool.exe"));
 }
 
 TEST_F(ToolLaunch, ReturnsTheAnswerOfTheRowsArgumentCheck) {
   RecordingCheck check;
-  EXPECT_TRUE(Ask(check.Table(), kSfc, false, L"/scannow"));
+  EXPECT_TRUE(IsAllowed(check.Table(), kSfc, false, L"/scannow"));
   check.answer = false;
-  EXPECT_FALSE(Ask(check.Table(), kSfc, false, L"\"a b\" c"));
+  EXPECT_FALSE(IsAllowed(check.Table(), kSfc, false, L"\"a b\" c"));
   EXPECT_THAT(check.lines, ElementsAre(L"/scannow", L"\"a b\" c"));
 }
 
 TEST_F(ToolLaunch, JudgesTheCommandLineOfARefusedToolToo) {
   RecordingCheck check;
   files_.trust.embedded.clear();
-  EXPECT_FALSE(Ask(check.Table(), kSfc, false, L"x"));
+  EXPECT_FALSE(IsAllowed(check.Table(), kSfc, false, L"x"));
   EXPECT_THAT(check.lines, ElementsAre(L"x"));
 }
 
@@ -111,26 +111,26 @@ TEST_F(ToolLaunch, JudgesTheCommandLineAfterTheTool) {
                                           verdictsBefore.push_back(files_.trust.calls.size());
                                           return true;
                                         }});
-  EXPECT_TRUE(Ask(table, kSfc));
+  EXPECT_TRUE(IsAllowed(table, kSfc));
   EXPECT_THAT(verdictsBefore, ElementsAre(files_.trust.calls.size()));
   EXPECT_FALSE(files_.trust.calls.empty());
 }
 
 TEST_F(ToolLaunch, TakesANullCommandLineAsEmpty) {
   RecordingCheck check;
-  EXPECT_TRUE(Ask(check.Table(), kSfc, false, nullptr));
+  EXPECT_TRUE(IsAllowed(check.Table(), kSfc, false, nullptr));
   EXPECT_THAT(check.lines, ElementsAre(L""));
-  EXPECT_TRUE(Ask(ToolLaunchTable, System32(L"regsvr32.exe").c_str(), false, nullptr));
+  EXPECT_TRUE(IsAllowed(ToolLaunchTable, System32(L"regsvr32.exe").c_str(), false, nullptr));
 }
 
 TEST_F(ToolLaunch, RequiresTheServicesKeyForFilesOfRegsvr32AndRundll32) {
   for (const wchar_t* tool : {L"regsvr32.exe", L"rundll32.exe"}) {
     const std::wstring path = System32(tool);
     files_.SignAll(kVerified, "30 0a");
-    EXPECT_FALSE(Ask(ToolLaunchTable, path.c_str(), false, L"C:\\Windows\\a.dll")) << tool;
+    EXPECT_FALSE(IsAllowed(ToolLaunchTable, path.c_str(), false, L"C:\\Windows\\a.dll")) << tool;
     files_.SignAllForTheService();
-    EXPECT_TRUE(Ask(ToolLaunchTable, path.c_str(), false, L"C:\\Windows\\a.dll")) << tool;
-    EXPECT_FALSE(Ask(ToolLaunchTable, path.c_str(), false, L"D:\\a.dll")) << tool;
+    EXPECT_TRUE(IsAllowed(ToolLaunchTable, path.c_str(), false, L"C:\\Windows\\a.dll")) << tool;
+    EXPECT_FALSE(IsAllowed(ToolLaunchTable, path.c_str(), false, L"D:\\a.dll")) << tool;
   }
 }
 
@@ -140,9 +140,9 @@ TEST_F(ToolLaunch, AcceptsASignatureThroughACatalog) {
   TestSupport::WriteWholeFile(tool, "content");
   std::swap(files_.trust.byCatalog, files_.trust.embedded);
   const ToolLaunchRules table = {{tool, {{}, true, nullptr}}};
-  EXPECT_FALSE(Ask(table, tool.c_str()));
+  EXPECT_FALSE(IsAllowed(table, tool.c_str()));
   files_.catalogs.catalogs = {L"C:\\catalogs\\first.cat"};
-  EXPECT_TRUE(Ask(table, tool.c_str()));
+  EXPECT_TRUE(IsAllowed(table, tool.c_str()));
 }
 
 TEST_F(ToolLaunch, NeverTurnsANoIntoAYesWhenACallFails) {
@@ -152,7 +152,7 @@ TEST_F(ToolLaunch, NeverTurnsANoIntoAYesWhenACallFails) {
                                  "WTHelperProvDataFromStateData",
                                  "WTHelperGetProvSignerFromChain",
                                  "CreateFileW"};
-  // All of them answer zero or null; the files are signed by nobody, then by a stranger.
+  // Each call returns zero or null. The files are unsigned, then signed under an untrusted root.
   const auto fail = +[]() -> ULONG_PTR {
     SetLastError(ERROR_ACCESS_DENIED);
     return 0;
@@ -162,7 +162,8 @@ TEST_F(ToolLaunch, NeverTurnsANoIntoAYesWhenACallFails) {
     for (const char* name : failing) {
       const Standin::ImportPatch patch(name, fail);
       for (const wchar_t* tool : kTools) {
-        EXPECT_FALSE(Ask(ToolLaunchTable, System32(tool).c_str(), false, L"C:\\Windows\\a.dll"))
+        EXPECT_FALSE(
+            IsAllowed(ToolLaunchTable, System32(tool).c_str(), false, L"C:\\Windows\\a.dll"))
             << name << ' ' << tool;
       }
     }

@@ -102,7 +102,7 @@ TEST(Win32Exemption, DoesNotFoldWithoutAList) {
 }
 
 TEST(Win32Exemption, FoldsOnlyAToZ) {
-  // Neighbours of the letters; Latin-1, Cyrillic, Kelvin sign, dotted I; a zero in the middle.
+  // The characters next to A, Z, a and z; letters beyond ASCII; a null character in the middle.
   const std::wstring name(L"@AZ[`az{\x00C4\x00D6\x0130\x0410\x212A\xFF21\x0000Q", 16);
   const std::wstring folded(L"@az[`az{\x00C4\x00D6\x0130\x0410\x212A\xFF21\x0000q", 16);
   const auto client = std::make_shared<Win32Information>(name, 1, 0);
@@ -113,7 +113,7 @@ TEST(Win32Exemption, FoldsOnlyAToZ) {
 
 TEST(Win32Exemption, FoldsTheSameInEveryLocale) {
   const std::string before = std::setlocale(LC_CTYPE, nullptr);
-  // Names of different systems; those that are unknown change nothing.
+  // Names from different systems; setlocale ignores those that it does not know.
   for (const char* locale : {"C.UTF-8", "English_United States.1252", ""}) {
     std::setlocale(LC_CTYPE, locale);
     const auto client = std::make_shared<Win32Information>(L"\x00C4Z\x0410", 1, 0);

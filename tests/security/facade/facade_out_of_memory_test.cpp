@@ -1,6 +1,5 @@
-// What the trust questions answer when memory runs out at any one of their steps. A program of its
-// own, since it replaces the allocation of the whole program: its own, and that of the C++ library
-// that it shares, which allocates the strings.
+// The answers of the facade when any one allocation fails. A program of its own, since it replaces
+// the allocation of the whole program and of the shared C++ library, which allocates the strings.
 
 #include "security/facade/zq_authenticode_facade.h"
 
@@ -19,25 +18,25 @@
 
 namespace {
 
-// How many more allocations succeed before one fails; -1: all.
+// How many more allocations succeed before one fails; -1 for all.
 long long remaining = -1;
 
 bool paused = false;
 
-bool IsTheOneToFail() {
+bool MustFail() {
   if (paused || remaining < 0) return false;
   return remaining-- == 0;
 }
 
 void* Allocate(std::size_t size) {
-  if (!IsTheOneToFail()) {
+  if (!MustFail()) {
     if (void* block = std::malloc(size == 0 ? 1 : size)) return block;
   }
   throw std::bad_alloc();
 }
 
 void* AllocateForTheCppLibrary(std::size_t size) {
-  return IsTheOneToFail() ? nullptr : std::malloc(size);
+  return MustFail() ? nullptr : std::malloc(size);
 }
 
 }  // namespace
@@ -51,26 +50,26 @@ namespace {
 
 using TestSupport::JudgedFiles;
 
-/// Lets each allocation of `question` fail in turn. Gives the number of times that it said yes in
-/// spite of a failure, and in `steps` the number of allocations that failed.
-int CountYes(const std::function<bool()>& question, int& steps) {
-  int yes = 0;
+/// Calls `check` with each of its allocations failing in turn. Returns how often it was true in
+/// spite of the failure; `steps` is the number of allocations that failed.
+int CountAcceptances(const std::function<bool()>& check, int& steps) {
+  int acceptances = 0;
   for (steps = 0;; ++steps) {
     remaining = steps;
     bool answer = false;
     try {
-      answer = question();
+      answer = check();
     } catch (const std::bad_alloc&) {
-      // Passed on: no answer at all.
+      // An exception is no acceptance.
     }
     const bool failed = remaining == -1;
     remaining = -1;
-    if (!failed) return yes;
-    if (answer) ++yes;
+    if (!failed) return acceptances;
+    if (answer) ++acceptances;
   }
 }
 
-/// Lets nothing fail inside a simulated call: the system's own would not take its memory from us.
+/// Lets no allocation fail inside a faked call: the real one does not use this program's memory.
 template <int Tag, typename Result, typename... Arguments>
 class Unfailing {
  public:
@@ -113,37 +112,37 @@ class FacadeOutOfMemory : public testing::Test {
 };
 
 TEST_F(FacadeOutOfMemory, NeverTrustsAnotherSignersFileAsDropbox) {
-  const auto question = [this] { return facade_.IsDropboxFileTrusted(L"C:\\Windows\\file.dll"); };
-  ASSERT_FALSE(question());
-  EXPECT_EQ(CountYes(question, steps_), 0);
+  const auto check = [this] { return facade_.IsDropboxFileTrusted(L"C:\\Windows\\file.dll"); };
+  ASSERT_FALSE(check());
+  EXPECT_EQ(CountAcceptances(check, steps_), 0);
   EXPECT_GT(steps_, 5);
 }
 
 TEST_F(FacadeOutOfMemory, NeverTrustsAnUnknownKeyAsTheServices) {
-  const auto question = [this] { return facade_.IsServiceFileTrusted(L"C:\\Windows\\file.dll"); };
-  ASSERT_FALSE(question());
-  EXPECT_EQ(CountYes(question, steps_), 0);
+  const auto check = [this] { return facade_.IsServiceFileTrusted(L"C:\\Windows\\file.dll"); };
+  ASSERT_FALSE(check());
+  EXPECT_EQ(CountAcceptances(check, steps_), 0);
   EXPECT_GT(steps_, 5);
 }
 
 TEST_F(FacadeOutOfMemory, NeverAcceptsAnUnsignedFile) {
   files_.trust.embedded.clear();
-  const auto question = [this] {
+  const auto check = [this] {
     return facade_.IsWindowsTrustedFileAllowed(L"C:\\Windows\\file.dll");
   };
-  EXPECT_EQ(CountYes(question, steps_), 0);
+  EXPECT_EQ(CountAcceptances(check, steps_), 0);
   EXPECT_GT(steps_, 0);
 }
 
 TEST_F(FacadeOutOfMemory, NeverAllowsAnUntrustedFileToBeRegistered) {
-  const auto question = [] {
+  const auto check = [] {
     return IsLaunchAllowedBy(
         ToolLaunchTable,
         {L"%windir%\\System32\\regsvr32.exe", false, L"/s C:\\Windows\\file.dll", L""},
         [] { return std::wstring(L"C7E40B19.ZQHarbourDesk_q7m3xk2tdw9pa"); });
   };
-  ASSERT_FALSE(question());
-  EXPECT_EQ(CountYes(question, steps_), 0);
+  ASSERT_FALSE(check());
+  EXPECT_EQ(CountAcceptances(check, steps_), 0);
   EXPECT_GT(steps_, 10);
 }
 

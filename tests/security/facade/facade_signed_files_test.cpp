@@ -1,5 +1,5 @@
-// The facade's questions on files that the build has signed, judged by the system's own calls. Only
-// catalogs and the client are faked, and the verdict of a root that no machine knows.
+// The facade on files that the build has signed, with the system's own calls. Only catalogs, the
+// client and the verdict on the root, which no machine trusts, are faked.
 
 #include "security/facade/zq_authenticode_facade.h"
 
@@ -16,6 +16,7 @@
 #include "security/trust/fake_path_calls.h"
 #include "security/trust/signer_descriptor.h"
 #include "support/log_capture.h"
+#include "support/program_folder.h"
 #include "support/temp_folder.h"
 
 using namespace TestSupport;
@@ -23,18 +24,13 @@ using namespace Zq::Gantry::Security;
 
 namespace {
 
-std::wstring SampleFolder() {
-  wchar_t program[MAX_PATH] = {};
-  GetModuleFileNameW(nullptr, program, MAX_PATH);
-  const std::wstring path = program;
-  return path.substr(0, path.find_last_of(L'\\')) + L"\\trust-samples";
-}
+std::wstring SampleFolder() { return PathBesideProgram(L"trust-samples"); }
 
 std::wstring Sample(const std::wstring& name) { return SampleFolder() + L"\\" + name; }
 
 decltype(&WinVerifyTrust) realWinVerifyTrust = nullptr;
 
-// What the system says of a good signature under a root that the test has made.
+// The verdict on a valid signature under the root that the build has made.
 LONG verdictOfRoot = 0;
 
 LONG WINAPI RootJudgingWinVerifyTrust(HWND window, GUID* action, LPVOID pointer) {
@@ -50,7 +46,7 @@ class FacadeOnSignedFiles : public testing::Test {
   }
 
   Standin::ImportPatch patch_{"WinVerifyTrust", &RootJudgingWinVerifyTrust};
-  // The samples lie in a allowed place for as long as the test runs.
+  // The samples lie in an allowed place for as long as the test runs.
   ScopedVariable windows_{L"windir", SampleFolder().c_str()};
   ScopedVariable programs86_{L"ProgramFiles(x86)", L"C:\\Program Files (x86)"};
   ScopedVariable programs_{L"ProgramFiles", L"C:\\Program Files"};

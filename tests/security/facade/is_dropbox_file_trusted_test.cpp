@@ -105,7 +105,7 @@ TEST_F(IsDropboxFileTrusted, IgnoresSignaturesThroughCatalogs) {
 }
 
 TEST_F(IsDropboxFileTrusted, LogsAFailureToReadSignaturesAndRefuses) {
-  // A key without bytes cannot be trimmed.
+  // Trimming a key without bytes throws.
   SignWithSubject(kVerified, L"CN=Dropbox, Inc");
   files_.trust.embedded.front().key.clear();
   EXPECT_FALSE(facade_.IsDropboxFileTrusted(kProtected));

@@ -1,5 +1,4 @@
-// The facade's question for tools on a thread that serves a client: who calls is faked, call by
-// call.
+// On a thread that serves a client. Every system call that identifies the client is faked.
 
 #include "security/facade/zq_authenticode_facade.h"
 
@@ -19,7 +18,7 @@ using TestSupport::JudgedFiles;
 
 constexpr DWORD kClient = 4321;
 
-/// What the calls about the client answer.
+/// What the faked calls return.
 struct Caller {
   std::wstring family = L"C7E40B19.ZQHarbourDesk_q7m3xk2tdw9pa";
   HANDLE process = reinterpret_cast<HANDLE>(0x1111);
@@ -64,7 +63,7 @@ LONG WINAPI NameOf(HANDLE, UINT32* length, PWSTR name) {
   return caller->named;
 }
 
-BOOL WINAPI CloseNothing(HANDLE) { return TRUE; }
+BOOL WINAPI IgnoreClose(HANDLE) { return TRUE; }
 
 class IsToolLaunchAllowed : public testing::Test {
  protected:
@@ -74,7 +73,7 @@ class IsToolLaunchAllowed : public testing::Test {
   }
   ~IsToolLaunchAllowed() override { caller = nullptr; }
 
-  bool Ask(const std::wstring& tool) {
+  [[nodiscard]] bool MayStart(const std::wstring& tool) {
     return facade_.IsToolLaunchAllowed((L"%windir%\\System32\\" + tool).c_str(), true, L"", L"");
   }
 
@@ -89,7 +88,7 @@ class IsToolLaunchAllowed : public testing::Test {
   ImportPatch impersonate_{"RpcImpersonateClient", &Impersonate};
   ImportPatch revert_{"RpcRevertToSelf", &Revert};
   ImportPatch name_{"GetPackageFamilyName", &NameOf};
-  ImportPatch close_{"CloseHandle", &CloseNothing};
+  ImportPatch close_{"CloseHandle", &IgnoreClose};
 };
 
 }  // namespace
@@ -97,40 +96,40 @@ class IsToolLaunchAllowed : public testing::Test {
 TEST_F(IsToolLaunchAllowed, AllowsTheListedApplicationEachListedToolAndNoOther) {
   for (const wchar_t* tool :
        {L"regsvr32.exe", L"DISM.exe", L"sfc.exe", L"rundll32.exe", L"mmc.exe", L"rstrui.exe"}) {
-    EXPECT_TRUE(Ask(tool)) << tool;
+    EXPECT_TRUE(MayStart(tool)) << tool;
   }
   EXPECT_EQ(caller_.impersonations, 6);
   EXPECT_EQ(caller_.reverts, 6);
-  EXPECT_FALSE(Ask(L"cmd.exe"));
+  EXPECT_FALSE(MayStart(L"cmd.exe"));
   EXPECT_EQ(caller_.impersonations, 6);
 }
 
 TEST_F(IsToolLaunchAllowed, RefusesAnotherApplication) {
   caller_.family = L"C7E40B19.ZQLumenGuard_q7m3xk2tdw9pa";
-  EXPECT_FALSE(Ask(L"sfc.exe"));
+  EXPECT_FALSE(MayStart(L"sfc.exe"));
   EXPECT_EQ(caller_.reverts, 1);
 }
 
 TEST_F(IsToolLaunchAllowed, RefusesAClientThatCannotBeIdentified) {
   caller_.impersonated = RPC_S_ACCESS_DENIED;
-  EXPECT_FALSE(Ask(L"sfc.exe"));
+  EXPECT_FALSE(MayStart(L"sfc.exe"));
   caller_.impersonated = RPC_S_OK;
   caller_.named = ERROR_ACCESS_DENIED;
-  EXPECT_FALSE(Ask(L"sfc.exe"));
+  EXPECT_FALSE(MayStart(L"sfc.exe"));
   caller_.named = 0;
-  ASSERT_TRUE(Ask(L"sfc.exe"));
+  ASSERT_TRUE(MayStart(L"sfc.exe"));
   caller_.process = nullptr;
-  EXPECT_FALSE(Ask(L"sfc.exe"));
+  EXPECT_FALSE(MayStart(L"sfc.exe"));
 }
 
 TEST_F(IsToolLaunchAllowed, JudgesTheCommandLineAndLogsTheComponent) {
   files_.SignAllForTheService();
-  const auto ask = [this](const wchar_t* line) {
+  const auto mayStart = [this](const wchar_t* line) {
     return facade_.IsToolLaunchAllowed(L"%windir%\\System32\\regsvr32.exe", false, line, L"host");
   };
-  EXPECT_TRUE(ask(L"/s C:\\Windows\\good.dll"));
+  EXPECT_TRUE(mayStart(L"/s C:\\Windows\\good.dll"));
   EXPECT_EQ(files_.log.Records().front().component, L"host");
-  EXPECT_FALSE(ask(L"/s D:\\bad.dll"));
+  EXPECT_FALSE(mayStart(L"/s D:\\bad.dll"));
 }
 
 TEST_F(IsToolLaunchAllowed, NeverTurnsANoIntoAYesWhenACallFails) {
@@ -152,21 +151,21 @@ TEST_F(IsToolLaunchAllowed, NeverTurnsANoIntoAYesWhenACallFails) {
                           {"CloseHandle", nothing},
                           {"CommandLineToArgvW", nothing},
                           {"LocalFree", failure}};
-  const auto ask = [this] {
+  const auto mayStart = [this] {
     return facade_.IsToolLaunchAllowed(L"%windir%\\System32\\regsvr32.exe", false,
                                        L"C:\\Windows\\a.dll", L"");
   };
   files_.SignAllForTheService();
-  ASSERT_TRUE(ask());
+  ASSERT_TRUE(mayStart());
   for (const Failing& row : rows) {
     const ImportPatch patch(row.call, row.answer);
     caller_.family = L"C7E40B19.ZQLumenGuard_q7m3xk2tdw9pa";
-    EXPECT_FALSE(ask()) << row.call << ", another application";
+    EXPECT_FALSE(mayStart()) << row.call << ", another application";
     caller_.family = L"C7E40B19.ZQHarbourDesk_q7m3xk2tdw9pa";
     files_.SignAll(kVerified, "30 0a");
-    EXPECT_FALSE(ask()) << row.call << ", a stranger's file";
+    EXPECT_FALSE(mayStart()) << row.call << ", a file signed with another key";
     files_.SignAll(kUntrustedRoot, ServiceTrustedKeys.front());
-    EXPECT_FALSE(ask()) << row.call << ", an unknown root";
+    EXPECT_FALSE(mayStart()) << row.call << ", an untrusted root";
     files_.SignAllForTheService();
   }
 }

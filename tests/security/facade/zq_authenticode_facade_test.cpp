@@ -145,15 +145,15 @@ TEST_F(AuthenticodeFacade, LetsExceptionsPropagateExceptForDropbox) {
   EXPECT_THROW(facade_.HaveSameSigningKey(kProtected, kProtected), std::out_of_range);
 }
 
-// A root that cannot be expanded opens every place (test
-// IsPathAllowed.AllowsEveryPathWhenARootCannotBeExpanded): here the signatures say no.
+// When a root cannot be expanded, every place is allowed (test
+// IsPathAllowed.AllowsEveryPathWhenARootCannotBeExpanded), so the signatures must be refused here.
 TEST_F(AuthenticodeFacade, NeverTurnsANoIntoAYesWhenACallFails) {
   const TestSupport::TempFolder folder;
   const TestSupport::ScopedVariable place(L"windir", folder.Path().c_str());
   const std::wstring path = folder.File(L"judged.dll");
   TestSupport::WriteWholeFile(path, "content");
   files_.catalogs.catalogs = {L"C:\\catalogs\\first.cat"};
-  // Each answers zero or null.
+  // Each call returns zero or null.
   const auto fail = +[]() -> ULONG_PTR {
     SetLastError(ERROR_ACCESS_DENIED);
     return 0;

@@ -6,32 +6,32 @@
 
 using TestSupport::RuntimeTextLedger;
 
-// The watch itself: each fault of a program under test must fail that test.
+// Each of these functions makes one mistake that the ledger must report as a failure.
 namespace {
 
-HSTRING MakeText() {
+HSTRING MakeString() {
   HSTRING text = nullptr;
   EXPECT_EQ(WindowsCreateString(L"text", 4, &text), S_OK);
   return text;
 }
 
-void DeleteATextTwice() {
+void DeleteAStringTwice() {
   const RuntimeTextLedger ledger;
-  const HSTRING text = MakeText();
+  const HSTRING text = MakeString();
   WindowsDeleteString(text);
   WindowsDeleteString(text);
 }
 
-void ReadATextThatWasDeleted() {
+void ReadADeletedString() {
   const RuntimeTextLedger ledger;
-  const HSTRING text = MakeText();
+  const HSTRING text = MakeString();
   WindowsDeleteString(text);
   static_cast<void>(WindowsGetStringRawBuffer(text, nullptr));
 }
 
-void LoseAReference() {
+void LeakAReference() {
   const RuntimeTextLedger ledger;
-  const HSTRING text = MakeText();
+  const HSTRING text = MakeString();
   HSTRING copy = nullptr;
   WindowsDuplicateString(text, &copy);
   WindowsDeleteString(text);
@@ -39,21 +39,22 @@ void LoseAReference() {
 
 }  // namespace
 
-TEST(RuntimeTextWatch, FailsForATextThatIsDeletedTwice) {
-  EXPECT_NONFATAL_FAILURE(DeleteATextTwice(), "WindowsDeleteString of a text without references");
+TEST(RuntimeTextLedger, FailsTheTestWhenAStringIsDeletedTwice) {
+  EXPECT_NONFATAL_FAILURE(DeleteAStringTwice(),
+                          "WindowsDeleteString of a string without references");
 }
 
-TEST(RuntimeTextWatch, FailsForATextThatIsReadAfterItsEnd) {
-  EXPECT_NONFATAL_FAILURE(ReadATextThatWasDeleted(), "WindowsGetStringRawBuffer of a text");
+TEST(RuntimeTextLedger, FailsTheTestWhenADeletedStringIsRead) {
+  EXPECT_NONFATAL_FAILURE(ReadADeletedString(), "WindowsGetStringRawBuffer of a string");
 }
 
-TEST(RuntimeTextWatch, FailsForAReferenceThatIsNeverDeleted) {
-  EXPECT_NONFATAL_FAILURE(LoseAReference(), "references to texts that were never deleted");
+TEST(RuntimeTextLedger, FailsTheTestWhenAReferenceIsNeverDeleted) {
+  EXPECT_NONFATAL_FAILURE(LeakAReference(), "references to strings that were never deleted");
 }
 
-TEST(RuntimeTextWatch, AcceptsATextThatIsSharedAndDeletedOnceForEachReference) {
+TEST(RuntimeTextLedger, AcceptsASharedStringDeletedOncePerReference) {
   const RuntimeTextLedger ledger;
-  const HSTRING text = MakeText();
+  const HSTRING text = MakeString();
   HSTRING copy = nullptr;
   EXPECT_EQ(WindowsDuplicateString(text, &copy), S_OK);
   EXPECT_EQ(ledger.Outstanding(), 2U);

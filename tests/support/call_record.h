@@ -7,8 +7,8 @@
 
 namespace TestSupport {
 
-/// What happened in a test, one line each, in one order: calls of fakes, log lines, waits. Any
-/// thread may add. Objects that add lines, such as LogCapture, borrow the record.
+/// The events of a test in order, one line each: calls of fakes, log lines, waits. Any thread may
+/// add lines. Objects that do so, such as LogCapture, must not outlive the record.
 class CallRecord {
  public:
   CallRecord() = default;
@@ -17,12 +17,12 @@ class CallRecord {
 
   void Add(std::string line);
 
-  std::vector<std::string> Lines() const;
-  /// The lines that begin with one of `beginnings`, in their order.
-  std::vector<std::string> LinesOf(const std::vector<std::string>& beginnings) const;
+  [[nodiscard]] std::vector<std::string> Lines() const;
+  /// The lines that begin with one of `beginnings`, in order.
+  [[nodiscard]] std::vector<std::string> LinesOf(const std::vector<std::string>& beginnings) const;
   void Clear();
 
-  /// Waits until the record has `count` lines equal to `line`; false if that takes 30 seconds.
+  /// Waits until the record has `count` lines equal to `line`; false after 30 seconds.
   [[nodiscard]] bool WaitFor(const std::string& line, int count = 1) const;
 
  private:

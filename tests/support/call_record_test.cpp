@@ -23,7 +23,7 @@ TEST(CallRecord, KeepsLinesAndLogLinesInOneOrder) {
   EXPECT_THAT(record.Lines(), ElementsAre("load", "log warning: slow, 7 ms", "free"));
 }
 
-TEST(CallRecord, ChoosesLinesByTheirBeginnings) {
+TEST(CallRecord, SelectsLinesByTheirBeginnings) {
   CallRecord record;
   for (const char* line : {"log info: start", "start", "wait 90000", "stop"}) record.Add(line);
   EXPECT_THAT(record.LinesOf({"wait", "st"}), ElementsAre("start", "wait 90000", "stop"));
@@ -36,7 +36,7 @@ TEST(CallRecord, IsEmptyAfterClear) {
   EXPECT_THAT(record.Lines(), IsEmpty());
 }
 
-TEST(CallRecord, WaitsForALineOfAnotherThread) {
+TEST(CallRecord, WaitsForALineFromAnotherThread) {
   CallRecord record;
   record.Add("wait 90000");
   std::jthread other([&record] { record.Add("wait 90000"); });

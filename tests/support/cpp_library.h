@@ -4,9 +4,9 @@
 
 namespace TestSupport {
 
-/// The module that allocates and frees for `new` and `delete`: the C++ library that the program
-/// shares or, where that is linked in, the program.
-inline HMODULE CppLibrary() {
+/// The module whose imports `new` and `delete` call: the shared C++ library, or the program if the
+/// library is linked statically.
+[[nodiscard]] inline HMODULE CppLibrary() {
   const HMODULE library = GetModuleHandleW(L"libstdc++-6.dll");
   return library != nullptr ? library : GetModuleHandleW(nullptr);
 }

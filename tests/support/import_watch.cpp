@@ -15,12 +15,12 @@ namespace {
 constexpr std::string_view kUnwatchedLibraries[] = {"libgcc_s_seh-1.dll", "libstdc++-6.dll",
                                                     "libwinpthread-1.dll", "Logging.dll"};
 
-// Sorted by what they are for.
+// Grouped by purpose.
 constexpr std::string_view kUnwatchedFunctions[] = {
     // Memory.
     "malloc", "calloc", "realloc", "free", "_aligned_malloc", "_aligned_free", "_msize", "memcpy",
     "memmove", "memset", "memcmp", "memchr", "wmemcpy", "wmemset", "VirtualQuery", "VirtualProtect",
-    // Texts and numbers.
+    // Strings and numbers.
     "strlen", "strnlen", "strcmp", "strncmp", "strcpy", "strncpy", "strchr", "strrchr", "strstr",
     "strcoll", "strxfrm", "strtol", "strtoul", "strtod", "wcslen", "wcsnlen", "wcscmp", "wcsncmp",
     "wcscpy", "wcschr", "wcsrchr", "wcsstr", "wcscoll", "wcsxfrm", "wcstol", "wcstoul", "wcstod",
@@ -31,7 +31,7 @@ constexpr std::string_view kUnwatchedFunctions[] = {
     "IsDBCSLeadByteEx", "___lc_codepage_func", "___mb_cur_max_func",
     // Error codes.
     "_errno", "GetLastError", "SetLastError", "strerror",
-    // Locks and the storage of a thread.
+    // Locks and thread-local storage.
     "EnterCriticalSection", "LeaveCriticalSection", "InitializeCriticalSection",
     "DeleteCriticalSection", "TlsGetValue", "_lock", "_unlock"};
 
@@ -45,7 +45,7 @@ bool IsIn(const std::string_view (&names)[Size], std::string_view name) {
   return std::find(std::begin(names), std::end(names), name) != std::end(names);
 }
 
-/// Variables are imported too.
+/// Whether `address` is code: imports may also be variables.
 bool IsCode(const void* address) {
   MEMORY_BASIC_INFORMATION region{};
   constexpr DWORD kExecutable =
@@ -60,8 +60,8 @@ void WriteSlot(void** slot, void* value) {
   VirtualProtect(slot, sizeof(void*), protection, &protection);
 }
 
-/// What stands in the place of an imported function: writes down its position and jumps to it.
-/// Every register is as the caller left it, so that any function can be watched.
+/// Machine code that replaces an imported function: it records the function's position and jumps to
+/// it. All registers are preserved, so any function can be watched.
 class Stub {
  public:
   static constexpr std::size_t kBytes = 64;
@@ -108,7 +108,7 @@ ImportWatch::ImportWatch() {
   code_.reset(VirtualAlloc(nullptr, watched_.size() * Stub::kBytes, MEM_COMMIT | MEM_RESERVE,
                            PAGE_READWRITE));
   if (code_ == nullptr) {
-    ADD_FAILURE() << "no memory for the watch";
+    ADD_FAILURE() << "cannot allocate the stubs";
     watched_.clear();
     return;
   }
@@ -142,8 +142,7 @@ void ImportWatch::AddModule(HMODULE module) {
 void ImportWatch::WriteStubs() {
   auto* code = static_cast<unsigned char*>(code_.get());
   for (std::uint32_t i = 0; i < watched_.size(); ++i) {
-    Stub(code + i * Stub::kBytes)
-        .Write(&count_, kMostCalls, calls_.data(), i, watched_[i].original);
+    Stub(code + i * Stub::kBytes).Write(&count_, kCapacity, calls_.data(), i, watched_[i].original);
   }
   DWORD before = 0;
   VirtualProtect(code, watched_.size() * Stub::kBytes, PAGE_EXECUTE_READ, &before);
@@ -155,9 +154,9 @@ void ImportWatch::WriteStubs() {
 
 std::vector<std::string> ImportWatch::Calls() const {
   const std::uint32_t count = count_;
-  EXPECT_LE(count, kMostCalls) << "more calls than can be kept";
+  EXPECT_LE(count, kCapacity) << "more calls than the watch can record";
   std::vector<std::string> names;
-  for (std::uint32_t i = 0; i < std::min(count, kMostCalls); ++i) {
+  for (std::uint32_t i = 0; i < std::min(count, kCapacity); ++i) {
     names.push_back(watched_[calls_[i]].name);
   }
   return names;

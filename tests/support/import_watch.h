@@ -11,12 +11,12 @@
 
 namespace TestSupport {
 
-/// Watches every system call of the program for as long as it lives: all functions in its import
-/// table, and in that of the C++ library that it shares, which calls the system for it. What is
-/// called does its work as before, a fake included that was in place when the watch began.
+/// Records every system call of the program while it exists: the calls through the program's import
+/// table and through that of the shared C++ library. Each call still reaches its function, or the
+/// fake that was in place when the watch began.
 ///
-/// Not watched is what a program cannot avoid: memory, texts and numbers of the C library, locks,
-/// error codes (the list is in the source), the C++ runtime itself, and the log.
+/// Calls that no program can avoid are not recorded: memory, strings and numbers of the C library,
+/// locks, error codes (the list is in the source), the C++ runtime itself, and the log.
 class ImportWatch {
  public:
   ImportWatch();
@@ -24,12 +24,12 @@ class ImportWatch {
   ImportWatch& operator=(const ImportWatch&) = delete;
   ~ImportWatch();
 
-  /// The names of the functions called so far, by any thread, in the order of the calls. Fails the
-  /// test if there were more than can be kept.
-  std::vector<std::string> Calls() const;
+  /// The names of the functions called so far, by any thread, in call order. Fails the test if
+  /// there were more than kCapacity.
+  [[nodiscard]] std::vector<std::string> Calls() const;
 
  private:
-  static constexpr std::uint32_t kMostCalls = 4096;
+  static constexpr std::uint32_t kCapacity = 4096;
 
   struct Watched {
     void** slot;
@@ -46,7 +46,7 @@ class ImportWatch {
   std::vector<Watched> watched_;
   std::unique_ptr<void, FreeCode> code_;
   std::atomic<std::uint32_t> count_{0};
-  std::array<std::uint32_t, kMostCalls> calls_{};  ///< positions in watched_
+  std::array<std::uint32_t, kCapacity> calls_{};  ///< positions in watched_
 };
 
 }  // namespace TestSupport

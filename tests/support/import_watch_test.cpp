@@ -23,7 +23,7 @@ BOOL WINAPI NoFolder(const wchar_t*, SECURITY_ATTRIBUTES*) {
   return FALSE;
 }
 
-TEST(ImportWatch, NamesEachCallInItsOrder) {
+TEST(ImportWatch, RecordsCallsInOrder) {
   const ImportWatch watch;
   const DWORD process = GetCurrentProcessId();
   const DWORD attributes = GetFileAttributesW(L"C:\\nowhere");
@@ -33,12 +33,12 @@ TEST(ImportWatch, NamesEachCallInItsOrder) {
               ElementsAre("GetCurrentProcessId", "GetFileAttributesW", "GetCurrentProcessId"));
 }
 
-TEST(ImportWatch, HandsOnEveryArgumentAndTheResult) {
+TEST(ImportWatch, PassesArgumentsAndResultThrough) {
   wchar_t buffer[8] = L"-------";
   SYSTEMTIME time{};
   FILETIME fileTime{0xD53E8000, 0x019DB1DE};
   const ImportWatch watch;
-  // Nine arguments, four of them in registers.
+  // Nine arguments: four in registers, five on the stack.
   const int length =
       CompareStringEx(L"", NORM_IGNORECASE, L"ABC", 3, L"abc", 3, nullptr, nullptr, 0);
   const DWORD chars = GetEnvironmentVariableW(L"no such variable", buffer, 8);
@@ -52,19 +52,19 @@ TEST(ImportWatch, HandsOnEveryArgumentAndTheResult) {
               ElementsAre("CompareStringEx", "GetEnvironmentVariableW", "FileTimeToSystemTime"));
 }
 
-TEST(ImportWatch, SeesTheFilesOfTheCLibrary) {
+TEST(ImportWatch, RecordsFileCallsOfTheCLibrary) {
   const ImportWatch watch;
   EXPECT_EQ(_wfopen(L"C:\\nowhere\\file", L"rb"), nullptr);
   EXPECT_THAT(watch.Calls(), ElementsAre("_wfopen"));
 }
 
-TEST(ImportWatch, SeesWhatTheCppLibraryAsksTheSystemFor) {
+TEST(ImportWatch, RecordsSystemCallsOfTheCppLibrary) {
   const ImportWatch watch;
   EXPECT_FALSE(std::filesystem::exists(L"C:\\nowhere"));
   EXPECT_FALSE(watch.Calls().empty());
 }
 
-TEST(ImportWatch, IgnoresMemoryAndTexts) {
+TEST(ImportWatch, IgnoresMemoryAndStringFunctions) {
   const ImportWatch watch;
   std::string text(1000, 'a');
   text += std::to_string(text.size());
@@ -72,7 +72,7 @@ TEST(ImportWatch, IgnoresMemoryAndTexts) {
   EXPECT_THAT(watch.Calls(), IsEmpty());
 }
 
-TEST(ImportWatch, LeavesAFakeInPlaceAndNamesTheCallsOfIt) {
+TEST(ImportWatch, RecordsCallsToAFakeThatIsInPlace) {
   const Standin::ImportPatch patch("CreateDirectoryW", &NoFolder);
   const ImportWatch watch;
   EXPECT_FALSE(CreateDirectoryW(L"C:\\wattleaf-folder", nullptr));
@@ -80,7 +80,7 @@ TEST(ImportWatch, LeavesAFakeInPlaceAndNamesTheCallsOfIt) {
   EXPECT_THAT(watch.Calls(), Contains("CreateDirectoryW"));
 }
 
-TEST(ImportWatch, RestoresEveryImportAtItsEnd) {
+TEST(ImportWatch, RestoresTheImportsWhenDestroyed) {
   void** const slot = Standin::FindImportSlot(GetModuleHandleW(nullptr), "GetCurrentProcessId");
   ASSERT_NE(slot, nullptr);
   void* const before = *slot;
@@ -91,13 +91,13 @@ TEST(ImportWatch, RestoresEveryImportAtItsEnd) {
   EXPECT_EQ(*slot, before);
 }
 
-TEST(ImportWatch, NamesNoMoreCallsThanItCanKeepAndSaysSo) {
+TEST(ImportWatch, FailsTheTestBeyondItsCapacity) {
   const ImportWatch watch;
   for (int i = 0; i < 4096; ++i) GetCurrentProcessId();
   EXPECT_EQ(watch.Calls().size(), 4096U);
   GetCurrentProcessId();
   std::size_t kept = 0;
-  EXPECT_NONFATAL_FAILURE(kept = watch.Calls().size(), "more calls than can be kept");
+  EXPECT_NONFATAL_FAILURE(kept = watch.Calls().size(), "more calls than the watch can record");
   EXPECT_EQ(kept, 4096U);
 }
 

@@ -10,7 +10,7 @@
 
 namespace TestSupport {
 
-/// One record of the log as the product wrote it.
+/// One log record as the product wrote it.
 struct LogRecord {
   Standin::LogLevel level;
   std::wstring text;
@@ -21,25 +21,25 @@ struct LogRecord {
 
 std::ostream& operator<<(std::ostream& out, const LogRecord& record);
 
-LogRecord Info(std::wstring text, std::wstring component = {});
-LogRecord Warning(std::wstring text, std::wstring component = {});
-LogRecord Error(std::wstring text, std::wstring component = {});
+[[nodiscard]] LogRecord Info(std::wstring text, std::wstring component = {});
+[[nodiscard]] LogRecord Warning(std::wstring text, std::wstring component = {});
+[[nodiscard]] LogRecord Error(std::wstring text, std::wstring component = {});
 
-/// The line of a log record in a CallRecord: "log info: <text>"; the component is left out, and a
-/// character outside ASCII is "?".
-std::string LogLine(const LogRecord& record);
+/// The line for a log record in a CallRecord, "log info: <text>": without the component and with
+/// "?" for each character outside ASCII.
+[[nodiscard]] std::string LogLine(const LogRecord& record);
 
-/// Collects every record of the process for as long as it lives; from any thread.
+/// Collects every log record of the process, from any thread, while it exists. One at a time.
 class LogCapture {
  public:
   LogCapture();
-  /// Adds each line to `record` too, as LogLine writes it.
+  /// Also adds the LogLine of each record to `record`.
   explicit LogCapture(CallRecord& record);
   LogCapture(const LogCapture&) = delete;
   LogCapture& operator=(const LogCapture&) = delete;
   ~LogCapture();
 
-  std::vector<LogRecord> Records() const;
+  [[nodiscard]] std::vector<LogRecord> Records() const;
   void Clear();
 
  private:

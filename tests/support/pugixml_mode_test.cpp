@@ -6,13 +6,13 @@
 
 namespace {
 
-// Reports and manifests are read as wide text. A build in the other mode would not fail by itself:
-// header and library must agree.
+// Reports and manifests are read as wide strings. A build in the other mode would not fail by
+// itself: header and library must agree.
 static_assert(std::is_same_v<pugi::char_t, wchar_t>);
 
 TEST(PugixmlMode, IsWide) { EXPECT_EQ(sizeof(pugi::char_t), sizeof(wchar_t)); }
 
-TEST(PugixmlMode, ReadsADocumentIntoWideText) {
+TEST(PugixmlMode, ReadsADocumentIntoWideStrings) {
   const std::string bytes = "<report><app name=\"Caf\xC3\xA9\">12</app></report>";
   pugi::xml_document document;
   ASSERT_TRUE(

@@ -23,7 +23,7 @@ RuntimeTextLedger::RuntimeTextLedger()
 }
 
 RuntimeTextLedger::~RuntimeTextLedger() {
-  EXPECT_EQ(Outstanding(), 0U) << "references to texts that were never deleted";
+  EXPECT_EQ(Outstanding(), 0U) << "references to strings that were never deleted";
   current = nullptr;
   for (const auto& [text, count] : references_) {
     if (count == 0) delete_.Original<decltype(WindowsDeleteString)>()(text);
@@ -37,7 +37,7 @@ std::size_t RuntimeTextLedger::Outstanding() const {
   return sum;
 }
 
-/// Null is the empty text, which has no references.
+/// Null is the empty string, which has no references.
 void RuntimeTextLedger::Add(HSTRING text) {
   if (text == nullptr) return;
   const std::lock_guard guard(lock_);
@@ -63,10 +63,10 @@ HRESULT WINAPI RuntimeTextLedger::Delete(HSTRING text) {
   const std::lock_guard guard(current->lock_);
   const auto known = current->references_.find(text);
   if (known == current->references_.end() || known->second == 0) {
-    ADD_FAILURE() << "WindowsDeleteString of a text without references";
+    ADD_FAILURE() << "WindowsDeleteString of a string without references";
     return S_OK;
   }
-  // The last one is deleted when the ledger ends.
+  // The last reference is deleted when the ledger ends.
   if (--known->second == 0) return S_OK;
   return current->delete_.Original<decltype(WindowsDeleteString)>()(text);
 }
@@ -76,7 +76,7 @@ const wchar_t* WINAPI RuntimeTextLedger::Read(HSTRING text, UINT32* length) {
     const std::lock_guard guard(current->lock_);
     const auto known = current->references_.find(text);
     const bool dead = known != current->references_.end() && known->second == 0;
-    EXPECT_FALSE(dead) << "WindowsGetStringRawBuffer of a text without references";
+    EXPECT_FALSE(dead) << "WindowsGetStringRawBuffer of a string without references";
   }
   return current->read_.Original<decltype(WindowsGetStringRawBuffer)>()(text, length);
 }

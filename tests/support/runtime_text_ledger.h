@@ -13,10 +13,9 @@
 
 namespace TestSupport {
 
-/// Counts the references to every text of the Windows Runtime that the test program makes. The test
-/// fails where a reference is deleted that the program does not have, where a text is read after
-/// its last reference was deleted, and where one is left at the end. From any thread; one at a
-/// time.
+/// Counts the references to every HSTRING that the test program creates. Fails the test if a
+/// reference is deleted that does not exist, if a string is read after its last reference was
+/// deleted, and if a reference is left when the ledger ends. From any thread; one at a time.
 class RuntimeTextLedger {
  public:
   RuntimeTextLedger();
@@ -24,8 +23,8 @@ class RuntimeTextLedger {
   RuntimeTextLedger& operator=(const RuntimeTextLedger&) = delete;
   ~RuntimeTextLedger();
 
-  /// References that were not deleted yet.
-  std::size_t Outstanding() const;
+  /// The number of references not yet deleted.
+  [[nodiscard]] std::size_t Outstanding() const;
 
  private:
   static HRESULT WINAPI Create(const wchar_t* characters, UINT32 length, HSTRING* text);
@@ -36,11 +35,11 @@ class RuntimeTextLedger {
   void Add(HSTRING text);
 
   mutable std::mutex lock_;
-  /// By text, the references; 0 for one that is kept from the system until the ledger ends, so that
-  /// its address is given to no other text.
+  /// The number of references to each string. A string with 0 references is not passed to the
+  /// system until the ledger ends, so that no other string gets its address.
   std::map<HSTRING, int> references_;
   Standin::ImportPatch create_;
-  /// Absent in a program that shares no texts.
+  /// Empty if the program does not import WindowsDuplicateString.
   std::optional<Standin::ImportPatch> duplicate_;
   Standin::ImportPatch delete_;
   Standin::ImportPatch read_;

@@ -16,7 +16,7 @@ struct Task {
   bool isFinished = false;
 };
 
-/// Wine makes no stack below 1 MB: the rest is taken away here.
+/// Wine creates no stack below 1 MB: this occupies half of it.
 inline void CallBelowHalfAMegabyte(Task& task) {
   volatile char taken[512 * 1024];
   taken[0] = 1;
@@ -32,9 +32,9 @@ inline DWORD WINAPI Run(void* task) {
 
 }  // namespace SmallStackInside
 
-/// Whether `call` comes to its end on a thread that has half a megabyte of stack left, as a thread
-/// of a host may. An overflow under Wine ends only the thread, without a word.
-inline bool FinishesOnASmallStack(std::function<void()> call) {
+/// Whether `call` returns on a thread with half a megabyte of stack left, as a thread of a host may
+/// have. Under Wine a stack overflow silently ends only the thread.
+[[nodiscard]] inline bool FinishesOnASmallStack(std::function<void()> call) {
   SmallStackInside::Task task{std::move(call)};
   const Zq::Gantry::Platform::UniqueHandle thread(
       CreateThread(nullptr, 1024 * 1024, SmallStackInside::Run, &task,

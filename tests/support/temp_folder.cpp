@@ -7,30 +7,43 @@
 
 #include <gtest/gtest.h>
 
+#include "base/wide_file.h"
+#include "platform/win32/owners.h"
+
 namespace TestSupport {
+
+using Zq::Gantry::Platform::UniqueFindHandle;
+using Zq::Gantry::Server::Services::Wattleaf::UniqueFile;
 
 namespace {
 
+void RemoveTree(const std::wstring& folder);
+
+void RemoveEntry(const std::wstring& folder, const WIN32_FIND_DATAW& entry) {
+  const std::wstring name = entry.cFileName;
+  if (name == L"." || name == L"..") return;
+  const std::wstring path = folder + L"\\" + name;
+  const bool isFolder = (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+  const bool isLink = (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+  if (isFolder && !isLink) {
+    RemoveTree(path);
+  } else if (isFolder) {
+    RemoveDirectoryW(path.c_str());
+  } else {
+    SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+    DeleteFileW(path.c_str());
+  }
+}
+
 void RemoveTree(const std::wstring& folder) {
-  WIN32_FIND_DATAW entry{};
-  const HANDLE search = FindFirstFileW((folder + L"\\*").c_str(), &entry);
-  if (search != INVALID_HANDLE_VALUE) {
-    do {
-      const std::wstring name = entry.cFileName;
-      if (name == L"." || name == L"..") continue;
-      const std::wstring path = folder + L"\\" + name;
-      const bool isFolder = (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-      const bool isLink = (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
-      if (isFolder && !isLink) {
-        RemoveTree(path);
-      } else if (isFolder) {
-        RemoveDirectoryW(path.c_str());
-      } else {
-        SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
-        DeleteFileW(path.c_str());
-      }
-    } while (FindNextFileW(search, &entry));
-    FindClose(search);
+  {
+    WIN32_FIND_DATAW entry{};
+    const UniqueFindHandle search(FindFirstFileW((folder + L"\\*").c_str(), &entry));
+    bool isFound = static_cast<bool>(search);
+    while (isFound) {
+      RemoveEntry(folder, entry);
+      isFound = FindNextFileW(search.get(), &entry) != 0;
+    }
   }
   RemoveDirectoryW(folder.c_str());
 }
@@ -47,34 +60,32 @@ TempFolder::TempFolder() {
     path_ = stem + std::to_wstring(count++);
     if (CreateDirectoryW(path_.c_str(), nullptr)) return;
   } while (GetLastError() == ERROR_ALREADY_EXISTS);
-  ADD_FAILURE() << "no temporary folder";
+  ADD_FAILURE() << "cannot create a temporary folder";
 }
 
 TempFolder::~TempFolder() { RemoveTree(path_); }
 
 std::string ReadWholeFile(const std::wstring& path) {
   std::string bytes;
-  std::FILE* file = _wfopen(path.c_str(), L"rb");
-  if (file == nullptr) {
+  const UniqueFile file(_wfopen(path.c_str(), L"rb"));
+  if (!file) {
     ADD_FAILURE() << "cannot read a file of the test";
     return bytes;
   }
   std::array<char, 65536> buffer{};
-  while (const std::size_t count = std::fread(buffer.data(), 1, buffer.size(), file)) {
+  while (const std::size_t count = std::fread(buffer.data(), 1, buffer.size(), file.get())) {
     bytes.append(buffer.data(), count);
   }
-  std::fclose(file);
   return bytes;
 }
 
 void WriteWholeFile(const std::wstring& path, const std::string& bytes) {
-  std::FILE* file = _wfopen(path.c_str(), L"wb");
-  if (file == nullptr) {
+  const UniqueFile file(_wfopen(path.c_str(), L"wb"));
+  if (!file) {
     ADD_FAILURE() << "cannot write a file of the test";
     return;
   }
-  std::fwrite(bytes.data(), 1, bytes.size(), file);
-  std::fclose(file);
+  std::fwrite(bytes.data(), 1, bytes.size(), file.get());
 }
 
 bool FileExists(const std::wstring& path) {

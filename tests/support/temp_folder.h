@@ -4,8 +4,8 @@
 
 namespace TestSupport {
 
-/// A new empty folder, removed with its content at the end. Links in it are unlinked, not followed.
-/// What a run that crashed left behind is never taken for it.
+/// A new empty folder, which the destructor removes with its content. Links in it are removed, not
+/// followed. A folder that a crashed run left is never reused.
 class TempFolder {
  public:
   TempFolder();
@@ -13,19 +13,20 @@ class TempFolder {
   TempFolder& operator=(const TempFolder&) = delete;
   ~TempFolder();
 
-  /// Absolute, without trailing separator.
-  const std::wstring& Path() const { return path_; }
+  /// Absolute, without a trailing separator.
+  [[nodiscard]] const std::wstring& Path() const { return path_; }
   /// The path of `name` in the folder.
-  std::wstring File(const std::wstring& name) const { return path_ + L"\\" + name; }
+  [[nodiscard]] std::wstring File(const std::wstring& name) const { return path_ + L"\\" + name; }
 
  private:
   std::wstring path_;
 };
 
-/// The whole content of a file; fails the test and gives an empty text where it cannot be read.
-std::string ReadWholeFile(const std::wstring& path);
-/// Writes `bytes`; fails the test where it cannot.
+/// The whole content of a file. Fails the test and returns an empty string if it cannot be read.
+[[nodiscard]] std::string ReadWholeFile(const std::wstring& path);
+/// Creates or overwrites a file. Fails the test if it cannot be written.
 void WriteWholeFile(const std::wstring& path, const std::string& bytes);
-bool FileExists(const std::wstring& path);
+/// Whether `path` exists, as a file or as a folder.
+[[nodiscard]] bool FileExists(const std::wstring& path);
 
 }  // namespace TestSupport

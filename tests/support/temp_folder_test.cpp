@@ -9,10 +9,11 @@
 namespace {
 
 using TestSupport::FileExists;
+using TestSupport::ReadWholeFile;
 using TestSupport::TempFolder;
 using TestSupport::WriteWholeFile;
 
-/// The path that the next folder of this process would have.
+/// The path that the next TempFolder of this process will try first.
 std::wstring NextPath() {
   const TempFolder folder;
   const auto number = folder.Path().find_last_of(L'-') + 1;
@@ -20,10 +21,10 @@ std::wstring NextPath() {
          std::to_wstring(std::stoi(folder.Path().substr(number)) + 1);
 }
 
-TEST(TempFolder, IsNewAndEmptyThoughACrashedRunLeftOneOfItsName) {
+TEST(TempFolder, IsNewAndEmptyWhenACrashedRunLeftAFolderOfItsName) {
   const std::wstring left = NextPath();
   ASSERT_TRUE(CreateDirectoryW(left.c_str(), nullptr));
-  WriteWholeFile(left + L"\\file", "left behind");
+  WriteWholeFile(left + L"\\file", "left by a crashed run");
   {
     const TempFolder folder;
     EXPECT_NE(folder.Path(), left);
@@ -34,7 +35,7 @@ TEST(TempFolder, IsNewAndEmptyThoughACrashedRunLeftOneOfItsName) {
   RemoveDirectoryW(left.c_str());
 }
 
-TEST(TempFolder, IsRemovedWithWhatItHolds) {
+TEST(TempFolder, IsRemovedWithItsContents) {
   std::wstring path;
   {
     const TempFolder folder;
@@ -43,6 +44,15 @@ TEST(TempFolder, IsRemovedWithWhatItHolds) {
     WriteWholeFile(folder.File(L"below\\file"), "text");
   }
   EXPECT_FALSE(FileExists(path));
+}
+
+TEST(TempFolder, ReadsBackTheBytesThatWereWrittenToAFile) {
+  const TempFolder folder;
+  const std::string bytes("a\r\n\0\x1A\xFF", 6);
+  WriteWholeFile(folder.File(L"file"), bytes);
+  EXPECT_EQ(ReadWholeFile(folder.File(L"file")), bytes);
+  WriteWholeFile(folder.File(L"file"), "cut");
+  EXPECT_EQ(ReadWholeFile(folder.File(L"file")), "cut");
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "automation_ledger.h"
+#include "platform/automation_ledger.h"
 
 #include <gtest/gtest.h>
 
@@ -51,7 +51,7 @@ std::size_t AutomationLedger::Outstanding() const {
 template <typename Block>
 Block* AutomationLedger::Add(Block* block) {
   const std::lock_guard guard(lock_);
-  if (block != nullptr) blocks_[block] = std::is_same_v<Block, SAFEARRAY> ? "an array" : "a text";
+  if (block != nullptr) blocks_[block] = std::is_same_v<Block, SAFEARRAY> ? "an array" : "a string";
   return block;
 }
 
@@ -62,7 +62,7 @@ bool AutomationLedger::ExpectLive(const void* block, const char* call) const {
   return live;
 }
 
-/// Blocks of unknown origin are kept as well: the system, too, makes some for its caller.
+/// Blocks of unknown origin are kept too: the system allocates some for its caller.
 bool AutomationLedger::Keep(void* block, Kept kind, const char* call) {
   if (block == nullptr || !ExpectLive(block, call)) return false;
   const std::lock_guard guard(lock_);
@@ -75,10 +75,10 @@ void AutomationLedger::KeepText(BSTR text, const char* call) {
   if (Keep(text, Kept::kText, call)) std::memset(text, kFreedByte, SysStringByteLen(text));
 }
 
-/// The texts in an array go with it.
+/// Also keeps the strings in an array of strings, which are freed with it.
 void AutomationLedger::KeepArray(SAFEARRAY* array, const char* call) {
   if (!Keep(array, Kept::kArray, call)) return;
-  EXPECT_EQ(array->cLocks, 0U) << call << " of an array whose data are locked";
+  EXPECT_EQ(array->cLocks, 0U) << call << " of a locked array";
   array->cLocks = 0;
   if ((array->fFeatures & FADF_BSTR) == 0) {
     std::memset(array->pvData, kFreedByte, array->rgsabound[0].cElements * array->cbElements);

@@ -12,12 +12,12 @@
 
 namespace TestSupport {
 
-/// Follows every text and safe array that the test program gets from Automation and gives back, and
-/// makes single calls fail. From any thread; one at a time.
+/// Tracks every BSTR and safe array that the test program allocates and frees, and can make single
+/// calls fail. From any thread; one at a time.
 ///
-/// The test fails where a block is freed twice, is used after that, is destroyed while its data are
-/// locked, or is still there at the end. So that each of these is seen and none does harm, freed
-/// blocks are overwritten and kept until the ledger ends.
+/// Fails the test if a block is freed twice, used after it was freed, destroyed while locked, or
+/// not freed when the ledger ends. Freed blocks are overwritten and released only by the
+/// destructor, so that these errors are detected and do no harm.
 class AutomationLedger {
  public:
   AutomationLedger();
@@ -25,19 +25,19 @@ class AutomationLedger {
   AutomationLedger& operator=(const AutomationLedger&) = delete;
   ~AutomationLedger();
 
-  /// Blocks that were allocated since the ledger began and not given back yet.
-  std::size_t Outstanding() const;
+  /// The number of blocks allocated since the ledger began and not yet freed.
+  [[nodiscard]] std::size_t Outstanding() const;
 
-  /// SysAllocString gives null for this text.
+  /// SysAllocString returns null for this text, unless it is empty.
   std::wstring refusedText;
-  /// Which call of SafeArrayCreateVector, counted from 1, gives null.
+  /// Which call of SafeArrayCreateVector, counted from 1, returns null; 0 for none.
   int refusedVector = 0;
-  /// What the calls answer in place of working, where it is not S_OK.
+  /// If not S_OK, the call returns this; only SafeArrayUnaccessData still does its work.
   HRESULT accessResult = S_OK;
   HRESULT unaccessResult = S_OK;
   HRESULT putElementResult = S_OK;
   HRESULT getElementResult = S_OK;
-  /// The only index that getElementResult is about.
+  /// The only index to which getElementResult applies.
   LONG refusedIndex = 0;
 
   int vectorCalls = 0;
@@ -46,7 +46,7 @@ class AutomationLedger {
   int getElementCalls = 0;
 
  private:
-  /// What a freed block needs at the end of the ledger.
+  /// How the destructor releases a freed block.
   enum class Kept { kText, kArray, kPartOfArray };
 
   static BSTR WINAPI AllocText(const OLECHAR* text);
@@ -63,14 +63,14 @@ class AutomationLedger {
 
   template <typename Block>
   Block* Add(Block* block);
-  /// Whether the block was not freed before; fails the test if it was.
+  /// False, and the test fails, if the block was freed before.
   bool ExpectLive(const void* block, const char* call) const;
   bool Keep(void* block, Kept kind, const char* call);
   void KeepText(BSTR text, const char* call);
   void KeepArray(SAFEARRAY* array, const char* call);
 
   mutable std::mutex lock_;
-  std::map<const void*, const char*> blocks_;  // and what each is
+  std::map<const void*, const char*> blocks_;  // what each block is
   std::map<void*, Kept> freed_;
   Standin::ImportPatch allocText_;
   Standin::ImportPatch allocTextLen_;

@@ -1,21 +1,21 @@
-#include "automation_ledger.h"
+#include "platform/automation_ledger.h"
 
 #include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>
 
 using TestSupport::AutomationLedger;
 
-// The watch itself: each fault of a program under test must fail that test.
+// Each of these functions makes one mistake that the ledger must report as a failure.
 namespace {
 
-void FreeATextTwice() {
+void FreeAStringTwice() {
   const AutomationLedger ledger;
   const BSTR text = SysAllocString(L"text");
   SysFreeString(text);
   SysFreeString(text);
 }
 
-void FreeATextThatItsVariantFreed() {
+void FreeAStringThatItsVariantFreed() {
   const AutomationLedger ledger;
   VARIANT value;
   VariantInit(&value);
@@ -37,7 +37,7 @@ void DestroyAnArrayThatItsVariantDestroyed() {
   SafeArrayDestroy(array);
 }
 
-void FreeATextThatItsArrayFreed() {
+void FreeAStringThatItsArrayFreed() {
   const AutomationLedger ledger;
   SAFEARRAY* const array = SafeArrayCreateVector(VT_BSTR, 0, 1);
   auto* const texts = static_cast<BSTR*>(array->pvData);
@@ -64,42 +64,42 @@ void DestroyAnArrayThatIsLocked() {
   SafeArrayDestroy(array);
 }
 
-void LoseAText() {
+void LeakAString() {
   const AutomationLedger ledger;
   static_cast<void>(SysAllocString(L"text"));
 }
 
-void LoseAnArray() {
+void LeakAnArray() {
   const AutomationLedger ledger;
   static_cast<void>(SafeArrayCreateVector(VT_UI1, 0, 4));
 }
 
 }  // namespace
 
-TEST(AutomationLedgerWatch, FailsForATextThatIsFreedTwice) {
-  EXPECT_NONFATAL_FAILURE(FreeATextTwice(), "SysFreeString of a block that was freed before");
-  EXPECT_NONFATAL_FAILURE(FreeATextThatItsVariantFreed(), "SysFreeString of a block that was");
-  EXPECT_NONFATAL_FAILURE(FreeATextThatItsArrayFreed(), "SysFreeString of a block that was");
+TEST(AutomationLedger, FailsTheTestWhenAStringIsFreedTwice) {
+  EXPECT_NONFATAL_FAILURE(FreeAStringTwice(), "SysFreeString of a block that was freed before");
+  EXPECT_NONFATAL_FAILURE(FreeAStringThatItsVariantFreed(), "SysFreeString of a block that was");
+  EXPECT_NONFATAL_FAILURE(FreeAStringThatItsArrayFreed(), "SysFreeString of a block that was");
 }
 
-TEST(AutomationLedgerWatch, FailsForAnArrayThatIsDestroyedTwice) {
+TEST(AutomationLedger, FailsTheTestWhenAnArrayIsDestroyedTwice) {
   EXPECT_NONFATAL_FAILURE(DestroyAnArrayThatItsVariantDestroyed(), "SafeArrayDestroy of a block");
 }
 
-TEST(AutomationLedgerWatch, FailsForAnArrayThatIsUsedAfterItsEnd) {
+TEST(AutomationLedger, FailsTheTestWhenADestroyedArrayIsUsed) {
   EXPECT_NONFATAL_FAILURE(ReadAnArrayThatWasDestroyed(), "SafeArrayGetElement of a block");
 }
 
-TEST(AutomationLedgerWatch, FailsForAnArrayThatIsDestroyedWhileItsDataAreLocked) {
-  EXPECT_NONFATAL_FAILURE(DestroyAnArrayThatIsLocked(), "SafeArrayDestroy of an array whose data");
+TEST(AutomationLedger, FailsTheTestWhenALockedArrayIsDestroyed) {
+  EXPECT_NONFATAL_FAILURE(DestroyAnArrayThatIsLocked(), "SafeArrayDestroy of a locked array");
 }
 
-TEST(AutomationLedgerWatch, FailsForABlockThatIsNeverFreed) {
-  EXPECT_NONFATAL_FAILURE(LoseAText(), "never freed: a text");
-  EXPECT_NONFATAL_FAILURE(LoseAnArray(), "never freed: an array");
+TEST(AutomationLedger, FailsTheTestWhenABlockIsNeverFreed) {
+  EXPECT_NONFATAL_FAILURE(LeakAString(), "never freed: a string");
+  EXPECT_NONFATAL_FAILURE(LeakAnArray(), "never freed: an array");
 }
 
-TEST(AutomationLedgerWatch, OverwritesATextThatIsFreed) {
+TEST(AutomationLedger, OverwritesAFreedString) {
   const AutomationLedger ledger;
   const BSTR text = SysAllocString(L"text");
   SysFreeString(text);

@@ -3,11 +3,12 @@
 #include <array>
 #include <ostream>
 
+#include "platform/platform_calls.h"
 #include "platform/wmi/zq_bios_wmi.h"
-#include "platform_calls.h"
 
 using namespace Zq::Gantry::Server::Shared::WMI;
 using namespace Standin::Firmware;
+using TestSupport::FakeCom;
 using TestSupport::LogRecord;
 using TestSupport::Result;
 
@@ -19,7 +20,7 @@ struct Step {
   const wchar_t* functionAndCall;
 };
 
-/// So that CTest shows a name and no bytes.
+/// Prints the call, so that the names of the tests contain no raw bytes.
 void PrintTo(const Step& step, std::ostream* out) { *out << step.call; }
 
 constexpr Step kSteps[] = {
@@ -72,7 +73,7 @@ LogRecord Warning(const std::wstring& functionAndCall, const std::wstring& resul
                               L"WattleafService");
 }
 
-class BiosCommand : public TestSupport::WmiTest {
+class ZQBiosWmiCommand : public TestSupport::WmiTest {
  protected:
   HRESULT Run() {
     const std::array<std::uint8_t, 2> item{0x0A, 0x01};
@@ -90,26 +91,29 @@ class BiosCommand : public TestSupport::WmiTest {
   std::uint32_t returnCode = 0;
 };
 
-class BiosCommandStep : public BiosCommand, public testing::WithParamInterface<Step> {};
-class BiosCommandNull : public BiosCommand, public testing::WithParamInterface<Step> {};
+using ZQBiosWmiAllocation = TestSupport::WmiTest;
+
+class ZQBiosWmiFailedStep : public ZQBiosWmiCommand, public testing::WithParamInterface<Step> {};
+class ZQBiosWmiStepWithoutObject : public ZQBiosWmiCommand,
+                                   public testing::WithParamInterface<Step> {};
 
 std::string Label(const testing::TestParamInfo<Step>& info) { return info.param.label; }
 
-/// The steps that hand an object out, in the order of kSteps.
+/// The steps that return an object, in the order of kSteps.
 std::vector<Step> StepsWithObject() {
   std::vector<Step> steps;
   for (const Step& step : kSteps) {
     const std::string call = step.call;
-    const bool handsOut =
+    const bool returnsObject =
         call.rfind("Put", 0) != 0 && call.rfind("Get(", 0) != 0 && call != "Next(ZqqBIntM)";
-    if (handsOut) steps.push_back(step);
+    if (returnsObject) steps.push_back(step);
   }
   return steps;
 }
 
 }  // namespace
 
-TEST_P(BiosCommandStep, FailureEndsTheCommandWithItsResultAndOneWarning) {
+TEST_P(ZQBiosWmiFailedStep, EndsTheCommandWithItsResultAndOneWarning) {
   firmware.script().Fail(GetParam().call, Result(0x80041001));
   EXPECT_EQ(Run(), Result(0x80041001));
   EXPECT_EQ(log.Records(),
@@ -121,9 +125,9 @@ TEST_P(BiosCommandStep, FailureEndsTheCommandWithItsResultAndOneWarning) {
   EXPECT_EQ(ledger.Outstanding(), 0U);
 }
 
-INSTANTIATE_TEST_SUITE_P(Each, BiosCommandStep, testing::ValuesIn(kSteps), Label);
+INSTANTIATE_TEST_SUITE_P(Each, ZQBiosWmiFailedStep, testing::ValuesIn(kSteps), Label);
 
-TEST_P(BiosCommandNull, SuccessWithoutAnObjectIsAFailureOfTheStep) {
+TEST_P(ZQBiosWmiStepWithoutObject, FailsTheCommandDespiteASuccessCode) {
   firmware.script().Fail(GetParam().call, S_OK);
   EXPECT_EQ(Run(), E_FAIL);
   EXPECT_EQ(log.Records(),
@@ -132,9 +136,10 @@ TEST_P(BiosCommandNull, SuccessWithoutAnObjectIsAFailureOfTheStep) {
   EXPECT_EQ(ledger.Outstanding(), 0U);
 }
 
-INSTANTIATE_TEST_SUITE_P(Each, BiosCommandNull, testing::ValuesIn(StepsWithObject()), Label);
+INSTANTIATE_TEST_SUITE_P(Each, ZQBiosWmiStepWithoutObject, testing::ValuesIn(StepsWithObject()),
+                         Label);
 
-TEST_F(BiosCommand, OutDataThatHoldsNoObjectIsAFailureOfTheStep) {
+TEST_F(ZQBiosWmiCommand, FailsWhenOutDataHoldsNoObject) {
   Simulate("outdata-null");
   EXPECT_EQ(Run(), E_FAIL);
   EXPECT_TRUE(firmware.script().Reset("").empty());
@@ -149,7 +154,7 @@ TEST_F(BiosCommand, OutDataThatHoldsNoObjectIsAFailureOfTheStep) {
   EXPECT_EQ(log.Records(), (std::vector<LogRecord>{warning, warning}));
 }
 
-TEST_F(BiosCommand, OutDataOfAnotherTypeIsNotTakenForAnObject) {
+TEST_F(ZQBiosWmiCommand, FailsWhenOutDataHasAnotherType) {
   firmware.script().Answer("Get(OutData)", [](VARIANT* value) {
     value->vt = VT_I8;
     value->llVal = 0x4141414141414141;
@@ -158,7 +163,7 @@ TEST_F(BiosCommand, OutDataOfAnotherTypeIsNotTakenForAnObject) {
   EXPECT_EQ(log.Records().size(), 1U);
 }
 
-TEST_F(BiosCommand, NoInstanceIsLoggedAndTheCommandGoesOnWithAnEmptyPath) {
+TEST_F(ZQBiosWmiCommand, LogsAMissingInstanceAndContinuesWithAnEmptyPath) {
   Simulate("no-instance");
   EXPECT_EQ(Run(), Result(0x80041008));
   const std::vector<LogRecord> warnings = {
@@ -171,7 +176,7 @@ TEST_F(BiosCommand, NoInstanceIsLoggedAndTheCommandGoesOnWithAnEmptyPath) {
   EXPECT_EQ(firmware.script().Trace().back(), "ExecMethod |zqqBIOSInt128 0");
 }
 
-TEST_F(BiosCommand, InstanceThatIsNotThereInTimeIsLoggedAndTheCommandGoesOn) {
+TEST_F(ZQBiosWmiCommand, LogsAnInstanceThatTimesOutAndContinues) {
   Simulate("slow-instance");
   EXPECT_EQ(Run(), Result(0x80041008));
   ASSERT_EQ(log.Records().size(), 2U);
@@ -180,7 +185,7 @@ TEST_F(BiosCommand, InstanceThatIsNotThereInTimeIsLoggedAndTheCommandGoesOn) {
                     L"0x40004"));
 }
 
-TEST_F(BiosCommand, InstanceThatIsNullInSpiteOfASuccessIsLoggedAndTheCommandGoesOn) {
+TEST_F(ZQBiosWmiCommand, LogsANullInstanceAndContinues) {
   firmware.script().Fail("Next(ZqqBIntM)", S_OK);
   EXPECT_EQ(Run(), Result(0x80041008));
   ASSERT_EQ(log.Records().size(), 2U);
@@ -190,11 +195,29 @@ TEST_F(BiosCommand, InstanceThatIsNullInSpiteOfASuccessIsLoggedAndTheCommandGoes
   EXPECT_EQ(firmware.script().Trace().back(), "ExecMethod |zqqBIOSInt128 0");
 }
 
-TEST_F(BiosCommand, PathThatIsNoTextIsEmpty) {
+TEST_F(ZQBiosWmiCommand, UsesAnEmptyPathWhenThePathIsNotAString) {
   firmware.script().Answer("Get(__PATH)", [](VARIANT* value) {
     value->vt = VT_I8;
     value->llVal = 0x4141414141414141;
   });
   EXPECT_EQ(Run(), Result(0x80041008));
   EXPECT_EQ(log.Records().size(), 1U);
+}
+
+TEST_F(ZQBiosWmiAllocation, ThrowsWhenAStringCannotBeAllocated) {
+  for (const wchar_t* text :
+       {L"\\\\.\\root\\wmi", L"zqqBIOSInt0", L"zqqBIntM", L"zqqBDataIn", L"ZqqBIntM"}) {
+    FakeCom com(record);
+    const HRESULT thrown = ThrownWithout(text, [] {
+      const std::array<std::uint8_t, 2> item{0x0A, 0x01};
+      std::uint32_t returnCode = 0;
+      ZQBiosWmi bios;
+      static_cast<void>(bios.ExecuteCommand(1, 2, item.data(), 0, nullptr, &returnCode));
+    });
+    EXPECT_EQ(thrown, E_OUTOFMEMORY) << Narrow(text);
+    EXPECT_EQ(com.initialized, 1) << Narrow(text);
+    EXPECT_EQ(com.uninitialized, 1) << Narrow(text);
+    EXPECT_EQ(LiveObjects(), 0) << Narrow(text);
+  }
+  EXPECT_TRUE(log.Records().empty());
 }

@@ -2,8 +2,8 @@
 
 #include <array>
 
+#include "platform/platform_calls.h"
 #include "platform/wmi/zq_bios_wmi.h"
-#include "platform_calls.h"
 
 using namespace Zq::Gantry::Server::Shared::WMI;
 using namespace Standin::Firmware;
@@ -22,7 +22,7 @@ LogRecord Warning(const std::wstring& call, const std::wstring& result) {
 
 const std::wstring kServerCall = L"IWbemLocator->ConnectServer(WmiNamespace)";
 
-class BiosConnection : public TestSupport::WmiTest {
+class ZQBiosWmiConnection : public TestSupport::WmiTest {
  protected:
   HRESULT Run() {
     const std::array<std::uint8_t, 2> item{0x0A, 0x01};
@@ -44,7 +44,7 @@ HRESULT WINAPI RefuseBlanket(IUnknown*, DWORD, DWORD, OLECHAR*, DWORD, DWORD,
 
 }  // namespace
 
-TEST_F(BiosConnection, IsMadeOnceAndClosedOnce) {
+TEST_F(ZQBiosWmiConnection, IsOpenedOnceAndClosedOnce) {
   EXPECT_EQ(bios.GetReady(), 1);
   EXPECT_EQ(bios.GetReady(), 1);
   EXPECT_EQ(record.Lines(), TestSupport::ConnectionCalls("\\\\.\\root\\wmi"));
@@ -53,12 +53,12 @@ TEST_F(BiosConnection, IsMadeOnceAndClosedOnce) {
 
   bios.CloseBiosConnection();
   bios.CloseBiosConnection();
-  EXPECT_EQ(com.liveWhenLeft, std::vector<int>{0}) << "left once, after the last release";
+  EXPECT_EQ(com.liveWhenLeft, std::vector<int>{0}) << "one CoUninitialize, after the last release";
   EXPECT_EQ(LiveObjects(), 0);
   ExpectWarnings({});
 }
 
-TEST_F(BiosConnection, EndsWithItsObject) {
+TEST_F(ZQBiosWmiConnection, IsClosedByTheDestructor) {
   {
     ZQBiosWmi other;
     EXPECT_EQ(other.GetReady(), 1);
@@ -68,7 +68,7 @@ TEST_F(BiosConnection, EndsWithItsObject) {
   EXPECT_EQ(LiveObjects(), 0);
 }
 
-TEST_F(BiosConnection, IsSharedByCommandsWhichFetchTheirClassesAnew) {
+TEST_F(ZQBiosWmiConnection, IsSharedByCommandsThatFetchTheirClassesAgain) {
   EXPECT_EQ(Run(), S_OK);
   EXPECT_EQ(Run(), S_OK);
   EXPECT_EQ(com.initialized, 1);
@@ -81,7 +81,7 @@ TEST_F(BiosConnection, IsSharedByCommandsWhichFetchTheirClassesAnew) {
   bios.CloseBiosConnection();
 }
 
-TEST_F(BiosConnection, CanBeMadeAgainAfterItWasClosed) {
+TEST_F(ZQBiosWmiConnection, CanBeReopenedAfterClosing) {
   EXPECT_EQ(bios.GetReady(), 1);
   bios.CloseBiosConnection();
   EXPECT_EQ(bios.GetReady(), 1);
@@ -90,7 +90,7 @@ TEST_F(BiosConnection, CanBeMadeAgainAfterItWasClosed) {
   EXPECT_EQ(com.uninitialized, 2);
 }
 
-TEST_F(BiosConnection, WithoutLocatorTheThreadStaysAMember) {
+TEST_F(ZQBiosWmiConnection, StaysInTheApartmentWithoutALocator) {
   Simulate("no-locator");
   EXPECT_EQ(bios.GetReady(), 0);
   ExpectWarnings({Warning(L"CoCreateInstance", L"0x80040154")});
@@ -99,7 +99,7 @@ TEST_F(BiosConnection, WithoutLocatorTheThreadStaysAMember) {
   EXPECT_EQ(com.uninitialized, 0);
 }
 
-TEST_F(BiosConnection, WithoutServerTheThreadLeaves) {
+TEST_F(ZQBiosWmiConnection, LeavesTheApartmentWithoutAServer) {
   Simulate("no-firmware-namespace");
   EXPECT_EQ(bios.GetReady(), 0);
   ExpectWarnings({Warning(kServerCall, L"0x8004100e")});
@@ -108,14 +108,14 @@ TEST_F(BiosConnection, WithoutServerTheThreadLeaves) {
   EXPECT_EQ(com.uninitialized, 1);
 }
 
-TEST_F(BiosConnection, ServerThatIsNullCountsAsNone) {
+TEST_F(ZQBiosWmiConnection, TreatsANullServerAsAFailure) {
   Simulate("fail:ConnectServer(\\\\.\\root\\wmi)=0");
   EXPECT_EQ(bios.GetReady(), 0);
   ExpectWarnings({Warning(kServerCall, L"0x80004005")});
   EXPECT_EQ(com.uninitialized, 1);
 }
 
-TEST_F(BiosConnection, BlanketThatIsRefusedReleasesTheServiceAndLeaves) {
+TEST_F(ZQBiosWmiConnection, ReleasesTheServiceAndLeavesWhenTheBlanketIsRefused) {
   const Standin::ImportPatch blanket("CoSetProxyBlanket", &RefuseBlanket);
   EXPECT_EQ(bios.GetReady(), 0);
   const LogRecord warning = Warning(L"CoSetProxyBlanket", L"0x80070005");
@@ -123,11 +123,11 @@ TEST_F(BiosConnection, BlanketThatIsRefusedReleasesTheServiceAndLeaves) {
   EXPECT_EQ(record.LinesOf({"log ", "end of services", "CoUninitialize"}),
             (std::vector<std::string>{TestSupport::LogLine(warning), "end of services",
                                       "CoUninitialize"}));
-  EXPECT_EQ(com.liveWhenLeft, std::vector<int>{0}) << "left once, after the last release";
+  EXPECT_EQ(com.liveWhenLeft, std::vector<int>{0}) << "one CoUninitialize, after the last release";
   EXPECT_EQ(LiveObjects(), 0);
 }
 
-TEST_F(BiosConnection, CommandFailsWithoutItAndTheNextOneTriesAgain) {
+TEST_F(ZQBiosWmiConnection, IsRetriedByTheNextCommandAfterAFailure) {
   Simulate("fail:ConnectServer(\\\\.\\root\\wmi)#1=80041001");
   EXPECT_EQ(Run(), E_FAIL);
   ExpectWarnings({Warning(kServerCall, L"0x80041001")});
@@ -139,7 +139,7 @@ TEST_F(BiosConnection, CommandFailsWithoutItAndTheNextOneTriesAgain) {
   EXPECT_EQ(com.uninitialized, 2);
 }
 
-TEST_F(BiosConnection, ComThatCannotBeJoinedIsLoggedAndLeftAllTheSame) {
+TEST_F(ZQBiosWmiConnection, LogsAFailedComInitializationAndStillUninitializes) {
   com.initializeResult = RPC_E_CHANGED_MODE;
   EXPECT_EQ(bios.GetReady(), 1);
   ExpectWarnings({Warning(L"CoInitializeEx", L"0x80010106")});
@@ -147,14 +147,14 @@ TEST_F(BiosConnection, ComThatCannotBeJoinedIsLoggedAndLeftAllTheSame) {
   EXPECT_EQ(com.uninitialized, 1);
 }
 
-TEST_F(BiosConnection, SecurityThatIsSetAlreadyIsNoWord) {
+TEST_F(ZQBiosWmiConnection, LogsNothingWhenSecurityIsAlreadySet) {
   com.securityResult = RPC_E_TOO_LATE;
   EXPECT_EQ(bios.GetReady(), 1);
   ExpectWarnings({});
   bios.CloseBiosConnection();
 }
 
-TEST_F(BiosConnection, SecurityThatFailsIsLoggedAndTheConnectionIsMade) {
+TEST_F(ZQBiosWmiConnection, LogsASecurityFailureAndConnectsAnyway) {
   com.securityResult = Result(0x80070005);
   EXPECT_EQ(bios.GetReady(), 1);
   ExpectWarnings({Warning(L"CoInitializeSecurity", L"0x80070005")});

@@ -14,7 +14,7 @@ struct Sent {
   std::size_t outputBytes;
 };
 
-/// Answers each command in turn; `first` is the first byte of the answer, -1 writes nothing.
+/// The answer to one command. `first` is its first byte; -1 writes nothing.
 struct Answer {
   bool success = true;
   int first = -1;
@@ -42,7 +42,7 @@ class FakeBios {
 
 }  // namespace
 
-TEST(ReadPlatformFlag, SendsWriteReadBackAndFlagInThisOrder) {
+TEST(ReadPlatformFlag, SendsWriteReadBackAndFlagReadInOrder) {
   FakeBios bios({{}, {true, 7}, {true, 1}});
   EXPECT_TRUE(bios.ReadFlag());
   ASSERT_EQ(bios.sent.size(), 3U);
@@ -62,31 +62,31 @@ TEST(ReadPlatformFlag, SendsWriteReadBackAndFlagInThisOrder) {
   EXPECT_EQ(bios.sent[2].outputBytes, 128U);
 }
 
-TEST(ReadPlatformFlag, FailedWriteEndsIt) {
+TEST(ReadPlatformFlag, EndsAfterAFailedWrite) {
   FakeBios bios({Answer{false}});
   EXPECT_FALSE(bios.ReadFlag());
   EXPECT_EQ(bios.sent.size(), 1U);
 }
 
-TEST(ReadPlatformFlag, ReadBackOfSixEndsItBeforeTheFlag) {
+TEST(ReadPlatformFlag, EndsBeforeTheFlagWhenTheReadBackIsSix) {
   FakeBios bios({{}, {true, 6}});
   EXPECT_FALSE(bios.ReadFlag());
   EXPECT_EQ(bios.sent.size(), 2U);
 }
 
-TEST(ReadPlatformFlag, FailedReadBackCountsEvenIfItLeftASeven) {
+TEST(ReadPlatformFlag, EndsAfterAFailedReadBackThatLeftASeven) {
   FakeBios bios({{}, {false, 7}});
   EXPECT_FALSE(bios.ReadFlag());
   EXPECT_EQ(bios.sent.size(), 2U);
 }
 
-TEST(ReadPlatformFlag, ReadBackThatWritesNothingIsZero) {
+TEST(ReadPlatformFlag, TreatsAReadBackThatWritesNothingAsZero) {
   FakeBios bios({{}, {true}});
   EXPECT_FALSE(bios.ReadFlag());
   EXPECT_EQ(bios.sent.size(), 2U);
 }
 
-TEST(ReadPlatformFlag, OnlyTheLowestBitOfTheFlagCounts) {
+TEST(ReadPlatformFlag, UsesOnlyTheLowestBitOfTheFlag) {
   for (const int first : {1, 3, 0x81, 0xFF}) {
     EXPECT_TRUE(FakeBios({{}, {true, 7}, {true, first}}).ReadFlag()) << first;
   }
@@ -95,10 +95,10 @@ TEST(ReadPlatformFlag, OnlyTheLowestBitOfTheFlagCounts) {
   }
 }
 
-TEST(ReadPlatformFlag, FailedFlagReadIsFalse) {
+TEST(ReadPlatformFlag, IsFalseWhenTheFlagReadFails) {
   EXPECT_FALSE(FakeBios({{}, {true, 7}, {false, 1}}).ReadFlag());
 }
 
-TEST(ReadPlatformFlag, FlagAnswerThatWritesNothingKeepsTheReadBack) {
+TEST(ReadPlatformFlag, UsesTheReadBackWhenTheFlagReadWritesNothing) {
   EXPECT_TRUE(FakeBios({{}, {true, 7}, {true}}).ReadFlag());
 }

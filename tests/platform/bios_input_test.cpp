@@ -2,22 +2,25 @@
 
 #include <array>
 #include <map>
+#include <string>
 #include <utility>
 #include <vector>
 
+#include "platform/platform_calls.h"
+#include "platform/win32/com_owners.h"
 #include "platform/wmi/zq_bios_wmi.h"
-#include "platform_calls.h"
 
 using namespace Zq::Gantry::Server::Shared::WMI;
 using namespace Standin::Firmware;
 using TestSupport::LogRecord;
 using TestSupport::Result;
+using Zq::Gantry::Platform::UniqueSafeArray;
 
 namespace {
 
 constexpr std::array<std::uint8_t, 2> kItem{0x0A, 0x01};
 
-class BiosInput : public TestSupport::WmiTest {
+class ZQBiosWmiInput : public TestSupport::WmiTest {
  protected:
   HRESULT Run(std::uint32_t inputSize, std::uint32_t outputSize) {
     return bios.ExecuteCommand(1, inputSize, kItem.data(), outputSize, output.data(), &returnCode);
@@ -41,7 +44,7 @@ LogRecord CreateWarning(const std::wstring& call, const std::wstring& result) {
 
 }  // namespace
 
-TEST_F(BiosInput, CommandMakesExactlyTheseCalls) {
+TEST_F(ZQBiosWmiInput, IsSentByExactlyTheExpectedCalls) {
   EXPECT_EQ(Run(2, 128), S_OK);
   const std::vector<std::string> calls = {
       "CreateInstance",
@@ -72,7 +75,7 @@ TEST_F(BiosInput, CommandMakesExactlyTheseCalls) {
   EXPECT_TRUE(log.Records().empty());
 }
 
-TEST_F(BiosInput, FirmwareReceivesTheCommandAsGiven) {
+TEST_F(ZQBiosWmiInput, ReachesTheFirmwareUnchanged) {
   EXPECT_EQ(Run(2, 128), S_OK);
   const auto received = firmware.machine().Received();
   ASSERT_EQ(received.size(), 1U);
@@ -84,7 +87,7 @@ TEST_F(BiosInput, FirmwareReceivesTheCommandAsGiven) {
   EXPECT_EQ(returnCode, 0U);
 }
 
-TEST_F(BiosInput, SizeZeroPutsANullArray) {
+TEST_F(ZQBiosWmiInput, IsANullArrayForSizeZero) {
   EXPECT_EQ(Run(0, 128), S_OK);
   const auto received = firmware.machine().Received();
   ASSERT_EQ(received.size(), 1U);
@@ -92,20 +95,20 @@ TEST_F(BiosInput, SizeZeroPutsANullArray) {
   EXPECT_TRUE(received[0].nullData);
 }
 
-TEST_F(BiosInput, NoOutputMeansMethodZeroAndNoRead) {
+TEST_F(ZQBiosWmiInput, UsesMethodZeroAndReadsNothingWithoutOutput) {
   EXPECT_EQ(Run(2, 0), S_OK);
   EXPECT_EQ(firmware.machine().Received().at(0).method, "zqqBIOSInt0");
   EXPECT_EQ(firmware.script().Count("Get(rwReturnCode)"), 1);
   EXPECT_EQ(firmware.script().Count("Get(Data)"), 0);
 }
 
-TEST_F(BiosInput, EachObjectIsReleasedWhereItIsDone) {
+TEST_F(ZQBiosWmiInput, ReleasesEachObjectAfterItsLastUse) {
   const std::vector<std::pair<const char*, int>> expected = {
       {"GetMethod", 2},              // service, class
       {"GetObject(zqqBDataIn)", 2},  // service, signature
       {"Put(Sign)", 3},              // service, signature, block
-      {"CreateInstanceEnum", 3},     // service, block in the method's instance
-      {"Get(__PATH)", 4},            // these and the target; its enumerator is gone
+      {"CreateInstanceEnum", 3},     // service, and the block in the method's instance
+      {"Get(__PATH)", 4},            // also the target; its enumerator is released
       {"ExecMethod", 3},
   };
   std::map<std::string, int> seen;
@@ -116,12 +119,12 @@ TEST_F(BiosInput, EachObjectIsReleasedWhereItIsDone) {
   for (const auto& [call, count] : expected) EXPECT_EQ(seen[call], count) << call;
 }
 
-TEST_F(BiosInput, TextsAndArraysAreGivenBack) {
+TEST_F(ZQBiosWmiInput, FreesAllStringsAndArrays) {
   EXPECT_EQ(Run(2, 128), S_OK);
   EXPECT_EQ(ledger.Outstanding(), 0U);
 }
 
-TEST_F(BiosInput, ArrayThatCannotBeMadeEndsTheCommandWithOneWarning) {
+TEST_F(ZQBiosWmiInput, EndsTheCommandWithOneWarningWhenAnArrayCannotBeCreated) {
   for (const int vector : {1, 2}) {
     ledger.vectorCalls = 0;
     ledger.refusedVector = vector;
@@ -133,7 +136,7 @@ TEST_F(BiosInput, ArrayThatCannotBeMadeEndsTheCommandWithOneWarning) {
   }
 }
 
-TEST_F(BiosInput, ByteThatCannotBePutEndsTheCommandWithOneWarning) {
+TEST_F(ZQBiosWmiInput, EndsTheCommandWithOneWarningWhenAByteCannotBeStored) {
   ledger.putElementResult = Result(0x8007000E);
   EXPECT_EQ(Run(2, 128), Result(0x8007000E));
   EXPECT_EQ(log.Records(),
@@ -141,10 +144,9 @@ TEST_F(BiosInput, ByteThatCannotBePutEndsTheCommandWithOneWarning) {
   EXPECT_EQ(ledger.Outstanding(), 0U);
 }
 
-TEST_F(BiosInput, ArrayOfNoBytesStandsEmpty) {
-  SAFEARRAY* array = nullptr;
-  EXPECT_EQ(bios.CreateSafeArray(&array, nullptr, 0), S_OK);
-  ASSERT_NE(array, nullptr);
-  EXPECT_EQ(array->rgsabound[0].cElements, 0U);
-  SafeArrayDestroy(array);
+TEST_F(ZQBiosWmiInput, CreatesAnEmptyArrayForNoBytes) {
+  UniqueSafeArray array;
+  EXPECT_EQ(bios.CreateSafeArray(array.out(), nullptr, 0), S_OK);
+  ASSERT_TRUE(array);
+  EXPECT_EQ(array.get()->rgsabound[0].cElements, 0U);
 }

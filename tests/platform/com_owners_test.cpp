@@ -5,8 +5,8 @@
 
 #include <utility>
 
-#include "automation_ledger.h"
 #include "live_object.h"
+#include "platform/automation_ledger.h"
 
 using namespace Zq::Gantry::Platform;
 using TestSupport::AutomationLedger;
@@ -22,7 +22,7 @@ int Live() { return Standin::Firmware::LiveObjects(); }
 
 }  // namespace
 
-TEST(ComOwners, InterfaceIsReleasedOnceAfterMovingAndResetting) {
+TEST(UniqueInterface, ReleasesOnceAfterMovesAndResets) {
   {
     UniqueInterface<IUnknown> first(new Probe);
     UniqueInterface<IUnknown> second(std::move(first));
@@ -35,7 +35,7 @@ TEST(ComOwners, InterfaceIsReleasedOnceAfterMovingAndResetting) {
   EXPECT_EQ(Live(), 0);
 }
 
-TEST(ComOwners, InterfaceThatWasGivenUpIsNotReleased) {
+TEST(UniqueInterface, DoesNotReleaseAfterGivingUp) {
   UniqueInterface<IUnknown> owner(new Probe);
   IUnknown* given = owner.release();
   owner.reset();
@@ -43,18 +43,26 @@ TEST(ComOwners, InterfaceThatWasGivenUpIsNotReleased) {
   EXPECT_EQ(given->Release(), 0U);
 }
 
-TEST(ComOwners, TextAndArrayAreGivenBackOnce) {
+TEST(UniqueBstr, FreesItsStringOnce) {
   AutomationLedger ledger;
   {
     const UniqueBstr text = MakeBstr(L"text");
-    const UniqueSafeArray array(SafeArrayCreateVector(VT_UI1, 0, 4));
     EXPECT_STREQ(text.get(), L"text");
-    EXPECT_EQ(ledger.Outstanding(), 2U);
+    EXPECT_EQ(ledger.Outstanding(), 1U);
   }
   EXPECT_EQ(ledger.Outstanding(), 0U);
 }
 
-TEST(ComOwners, VariantTakesAnArrayOver) {
+TEST(UniqueSafeArray, DestroysItsArrayOnce) {
+  AutomationLedger ledger;
+  {
+    const UniqueSafeArray array(SafeArrayCreateVector(VT_UI1, 0, 4));
+    EXPECT_EQ(ledger.Outstanding(), 1U);
+  }
+  EXPECT_EQ(ledger.Outstanding(), 0U);
+}
+
+TEST(ScopedVariant, TakesOwnershipOfAnArray) {
   AutomationLedger ledger;
   {
     ScopedVariant value;
@@ -64,7 +72,7 @@ TEST(ComOwners, VariantTakesAnArrayOver) {
   EXPECT_EQ(ledger.Outstanding(), 0U);
 }
 
-TEST(ComOwners, VariantSharesAnObject) {
+TEST(ScopedVariant, AddsAReferenceToAnObject) {
   const UniqueInterface<IUnknown> object(new Probe);
   {
     ScopedVariant value;
@@ -74,7 +82,7 @@ TEST(ComOwners, VariantSharesAnObject) {
   EXPECT_EQ(Live(), 1);
 }
 
-TEST(ComOwners, ArrayAccessIsClosedOnceWhoeverClosesIt) {
+TEST(ScopedSafeArrayAccess, ClosesOnceExplicitlyOrInTheDestructor) {
   const UniqueSafeArray array(SafeArrayCreateVector(VT_UI1, 0, 4));
   AutomationLedger ledger;
   {
@@ -87,7 +95,7 @@ TEST(ComOwners, ArrayAccessIsClosedOnceWhoeverClosesIt) {
   EXPECT_EQ(ledger.unaccessCalls, 2);
 }
 
-TEST(ComOwners, ArrayAccessThatFailedIsNotClosed) {
+TEST(ScopedSafeArrayAccess, DoesNotCloseAfterAFailedOpen) {
   AutomationLedger ledger;
   ledger.accessResult = E_INVALIDARG;
   { const ScopedSafeArrayAccess access(nullptr); }

@@ -5,9 +5,9 @@
 
 #include <cstdlib>
 
+#include "platform/platform_calls.h"
 #include "platform/win32/com_owners.h"
 #include "platform/win32/owners.h"
-#include "platform_calls.h"
 
 using Zq::Gantry::Platform::MakeBstr;
 using Zq::Gantry::Platform::UniqueInterface;
@@ -18,8 +18,8 @@ namespace {
 using GetClassObject = HRESULT(WINAPI*)(REFCLSID, REFIID, void**);
 using CanUnloadNow = HRESULT(WINAPI*)();
 
-/// The server as COM would use it, with these words in the environment.
-class FirmwareServer : public testing::Test {
+/// Loads the stand-in as COM does, with words in its environment variable.
+class FirmwareStandin : public testing::Test {
  protected:
   void Load(const char* words) {
     _putenv_s("WATTLEAF_FIRMWARE", words);
@@ -52,7 +52,7 @@ class FirmwareServer : public testing::Test {
 
 }  // namespace
 
-TEST_F(FirmwareServer, ServesTheLocatorAndCountsItsObjects) {
+TEST_F(FirmwareStandin, ServesTheLocatorAndCountsItsObjects) {
   Load("");
   UniqueInterface<IWbemServices> services;
   EXPECT_EQ(Connect(services), S_OK);
@@ -62,7 +62,7 @@ TEST_F(FirmwareServer, ServesTheLocatorAndCountsItsObjects) {
   EXPECT_EQ(canUnload(), S_OK);
 }
 
-TEST_F(FirmwareServer, KnowsNoOtherClass) {
+TEST_F(FirmwareStandin, RefusesOtherClasses) {
   Load("");
   void* object = nullptr;
   EXPECT_EQ(Find<GetClassObject>("DllGetClassObject")(CLSID_WbemStatusCodeText, IID_IClassFactory,
@@ -70,13 +70,13 @@ TEST_F(FirmwareServer, KnowsNoOtherClass) {
             CLASS_E_CLASSNOTAVAILABLE);
 }
 
-TEST_F(FirmwareServer, DeviatesAsTheEnvironmentSays) {
+TEST_F(FirmwareStandin, FollowsTheDeviationsInTheEnvironment) {
   Load("no-firmware-namespace,flag-clear");
   UniqueInterface<IWbemServices> services;
   EXPECT_EQ(Connect(services), TestSupport::Result(0x8004100E));
 }
 
-TEST(FirmwareWords, UnknownOnesAreNamed) {
+TEST(FirmwareScript, ReturnsUnknownWords) {
   EXPECT_EQ(Standin::Firmware::TheScript().Reset("flag-clear,nonsense,fail:X"),
             (std::vector<std::string>{"nonsense", "fail:X"}));
 }

@@ -14,30 +14,30 @@ bool Holds(const wchar_t* json) {
 
 }  // namespace
 
-TEST(HoldsCarbonMarker, FindsTheMarkerAnywhereInAnyText) {
+TEST(HoldsCarbonMarker, FindsTheMarkerAnywhereInAnyString) {
   EXPECT_TRUE(Holds(LR"({"result":["CarbonSupport=1"]})"));
   EXPECT_TRUE(Holds(LR"({"result":["a","b","x;CarbonSupport=1;y"]})"));
   EXPECT_TRUE(Holds(LR"({"result":["","CarbonSupport=1"]})"));
 }
 
-TEST(HoldsCarbonMarker, TextMayGoOnAfterTheMarker) {
+TEST(HoldsCarbonMarker, AcceptsTextAfterTheMarker) {
   EXPECT_TRUE(Holds(LR"({"result":["CarbonSupport=10"]})"));
 }
 
-TEST(HoldsCarbonMarker, CaseAndEachCharacterCount) {
+TEST(HoldsCarbonMarker, RequiresTheExactMarker) {
   EXPECT_FALSE(Holds(LR"({"result":["carbonsupport=1"]})"));
   EXPECT_FALSE(Holds(LR"({"result":["CarbonSupport=0"]})"));
   EXPECT_FALSE(Holds(LR"({"result":["CarbonSupport =1"]})"));
   EXPECT_FALSE(Holds(LR"({"result":["CarbonSupport=","1"]})"));
 }
 
-TEST(HoldsCarbonMarker, EmptyArrayAndMissingMemberHoldNothing) {
+TEST(HoldsCarbonMarker, IsFalseForAnEmptyArrayOrAMissingMember) {
   EXPECT_FALSE(Holds(LR"({"result":[]})"));
   EXPECT_FALSE(Holds(LR"({})"));
   EXPECT_FALSE(Holds(LR"({"Result":["CarbonSupport=1"]})"));
 }
 
-TEST(HoldsCarbonMarker, ResultThatIsNoArrayHoldsNothing) {
+TEST(HoldsCarbonMarker, IsFalseWhenTheResultIsNotAnArray) {
   EXPECT_FALSE(Holds(LR"({"result":"CarbonSupport=1"})"));
   EXPECT_FALSE(Holds(LR"({"result":1})"));
   EXPECT_FALSE(Holds(LR"({"result":true})"));
@@ -45,12 +45,12 @@ TEST(HoldsCarbonMarker, ResultThatIsNoArrayHoldsNothing) {
   EXPECT_FALSE(Holds(LR"({"result":{"CarbonSupport=1":"CarbonSupport=1"}})"));
 }
 
-TEST(HoldsCarbonMarker, ElementThatIsNoTextEndsTheSearch) {
+TEST(HoldsCarbonMarker, StopsAtTheFirstElementThatIsNotAString) {
   EXPECT_FALSE(Holds(LR"({"result":[1,"CarbonSupport=1"]})"));
   EXPECT_FALSE(Holds(LR"({"result":[true]})"));
   EXPECT_TRUE(Holds(LR"({"result":["CarbonSupport=1",1]})"));
 }
 
-TEST(HoldsCarbonMarker, TextEndsAtItsFirstNull) {
+TEST(HoldsCarbonMarker, IgnoresTextAfterAnEmbeddedNull) {
   EXPECT_FALSE(Holds(L"{\"result\":[\"a\\u0000CarbonSupport=1\"]}"));
 }

@@ -1,5 +1,6 @@
-#include "platform_calls.h"
+#include "platform/platform_calls.h"
 
+#include <comdef.h>
 #include <wbemidl.h>
 
 #include <algorithm>
@@ -105,5 +106,18 @@ WmiTest::WmiTest() {
 }
 
 WmiTest::~WmiTest() { firmware.script().Listen({}); }
+
+HRESULT WmiTest::ThrownWithout(const wchar_t* text, const std::function<void()>& call) {
+  ledger.refusedText = text;
+  HRESULT thrown = S_OK;
+  try {
+    call();
+  } catch (const _com_error& error) {
+    thrown = error.Error();
+  }
+  ledger.refusedText.clear();
+  EXPECT_EQ(ledger.Outstanding(), 0U);
+  return thrown;
+}
 
 }  // namespace TestSupport

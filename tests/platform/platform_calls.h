@@ -5,22 +5,23 @@
 #include <gtest/gtest.h>
 #include <objbase.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
-#include "automation_ledger.h"
 #include "import_patch.h"
+#include "platform/automation_ledger.h"
 #include "registered_firmware.h"
 #include "support/call_record.h"
 #include "support/log_capture.h"
 
 namespace TestSupport {
 
-constexpr HRESULT Result(unsigned long code) { return static_cast<HRESULT>(code); }
+[[nodiscard]] constexpr HRESULT Result(unsigned long code) { return static_cast<HRESULT>(code); }
 
-/// COM's process-wide calls, counted, recorded with all their arguments and, apart from those that
-/// make and secure objects, faked in the test program's import table. The thread belongs to the
-/// apartment already, so joining and leaving need not be real. One at a time.
+/// Counts COM's process-wide calls and records them with all their arguments. CoCreateInstance and
+/// CoSetProxyBlanket do their work; the others are faked, since the thread is in the apartment
+/// already. One at a time.
 class FakeCom {
  public:
   explicit FakeCom(CallRecord& record);
@@ -32,7 +33,7 @@ class FakeCom {
   HRESULT securityResult = S_OK;
   int initialized = 0;
   int uninitialized = 0;
-  /// Objects of WMI at each leaving: a proxy must not be released after it.
+  /// The number of live WMI objects at each CoUninitialize: no proxy may be released after it.
   std::vector<int> liveWhenLeft;
 
  private:
@@ -56,26 +57,30 @@ class FakeCom {
   Standin::ImportPatch blanket_;
 };
 
-/// What FakeCom and the stand-in record of a connection to `wmiNamespace` that is made, from
-/// joining the apartment on.
-std::vector<std::string> ConnectionCalls(const std::string& wmiNamespace);
+/// The lines that FakeCom and the stand-in record for a connection to `wmiNamespace`, beginning
+/// with CoInitializeEx.
+[[nodiscard]] std::vector<std::string> ConnectionCalls(const std::string& wmiNamespace);
 
-/// Checks that after `line`, which was recorded, objects were released and nothing else happened.
+/// Checks that `line` is in the record and that only releases of objects follow it.
 void ExpectOnlyReleasesAfter(const std::string& line, const CallRecord& record);
 
-/// A supported notebook, the log, the watch over texts and arrays, and the check that no object of
-/// WMI outlives a test. Calls of WMI and of COM, ends of objects and log lines stand in one record.
+/// A supported notebook, the log and an AutomationLedger. Checks that no WMI object outlives a
+/// test. WMI calls, COM calls, ends of objects and log lines are in one record.
 class WmiTest : public testing::Test {
  protected:
   WmiTest();
   ~WmiTest() override;
 
-  /// Begins again with these words of the stand-in.
+  /// Resets the stand-in's script to these words.
   void Simulate(const std::string& words) { ASSERT_TRUE(firmware.script().Reset(words).empty()); }
   void TearDown() override {
     EXPECT_EQ(Standin::Firmware::LiveObjects(), 0);
     EXPECT_EQ(ledger.Outstanding(), 0U);
   }
+
+  /// The HRESULT of the _com_error that `call` throws if `text` cannot be allocated; S_OK if it
+  /// throws none. Checks that nothing leaks.
+  [[nodiscard]] HRESULT ThrownWithout(const wchar_t* text, const std::function<void()>& call);
 
   AutomationLedger ledger;
   CallRecord record;

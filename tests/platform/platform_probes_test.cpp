@@ -2,21 +2,23 @@
 
 #include <gtest/gtest.h>
 
-#include "platform_calls.h"
+#include "platform/platform_calls.h"
 
-using namespace Zq::Gantry::Server::Shared::WMI;
+namespace WMI = Zq::Gantry::Server::Shared::WMI;
 using namespace Standin::Firmware;
 using TestSupport::FakeCom;
 
 namespace {
 
-class PlatformProbes : public TestSupport::WmiTest {
+class ReadBiosPlatformFlag : public TestSupport::WmiTest {
  protected:
+  /// Reads the flag with these words of the stand-in; checks the number of commands and of COM
+  /// calls.
   void ExpectFlag(const std::string& words, bool flag, std::size_t commands) {
     Simulate(words);
     firmware.machine().Reset();
     FakeCom com(record);
-    EXPECT_EQ(ReadBiosPlatformFlag(), flag) << words;
+    EXPECT_EQ(WMI::ReadBiosPlatformFlag(), flag) << words;
     EXPECT_EQ(firmware.machine().Received().size(), commands) << words;
     EXPECT_EQ(com.initialized, 1) << words;
     EXPECT_EQ(com.uninitialized, 1) << words;
@@ -24,10 +26,12 @@ class PlatformProbes : public TestSupport::WmiTest {
   }
 };
 
+using FindCarbonSupportOemString = TestSupport::WmiTest;
+
 }  // namespace
 
-TEST_F(PlatformProbes, SupportedFirmwareGetsThreeCommandsOverOneConnection) {
-  EXPECT_TRUE(ReadBiosPlatformFlag());
+TEST_F(ReadBiosPlatformFlag, SendsThreeCommandsOverOneConnection) {
+  EXPECT_TRUE(WMI::ReadBiosPlatformFlag());
   const auto received = firmware.machine().Received();
   ASSERT_EQ(received.size(), 3U);
 
@@ -49,7 +53,7 @@ TEST_F(PlatformProbes, SupportedFirmwareGetsThreeCommandsOverOneConnection) {
   EXPECT_TRUE(log.Records().empty());
 }
 
-TEST_F(PlatformProbes, FirmwareThatDeviatesReadsAsFalse) {
+TEST_F(ReadBiosPlatformFlag, IsFalseForDeviatingFirmware) {
   ExpectFlag("", true, 3);
   ExpectFlag("flag-clear", false, 3);
   ExpectFlag("drops-write", false, 2);
@@ -61,7 +65,7 @@ TEST_F(PlatformProbes, FirmwareThatDeviatesReadsAsFalse) {
   ExpectFlag("data-null", false, 2);
 }
 
-TEST_F(PlatformProbes, FailureAtAnyOfTheThreeCommandsIsFalse) {
+TEST_F(ReadBiosPlatformFlag, IsFalseWhenAnyCommandFails) {
   for (const char* occurrence : {"1", "2", "3"}) {
     ExpectFlag(std::string("fail:ExecMethod#") + occurrence + "=80041001", false,
                static_cast<std::size_t>(*occurrence - '1'));
@@ -69,36 +73,36 @@ TEST_F(PlatformProbes, FailureAtAnyOfTheThreeCommandsIsFalse) {
   EXPECT_EQ(log.Records().size(), 3U);
 }
 
-TEST_F(PlatformProbes, FlagAnswerOfAnotherSizeReadsAsTheSevenBeforeIt) {
+TEST_F(ReadBiosPlatformFlag, KeepsTheReadBackWhenTheFlagAnswerIsInvalid) {
   firmware.script().Answer(
       "Get(Data)", [](VARIANT* value) { value->vt = VT_NULL; }, 2);
-  EXPECT_TRUE(ReadBiosPlatformFlag());
+  EXPECT_TRUE(WMI::ReadBiosPlatformFlag());
   EXPECT_EQ(log.Records().size(), 1U);
 }
 
-TEST_F(PlatformProbes, MarkerIsFoundInTheThirdText) {
-  EXPECT_TRUE(FindCarbonSupportOemString());
+TEST_F(FindCarbonSupportOemString, FindsTheMarkerInTheThirdString) {
+  EXPECT_TRUE(WMI::FindCarbonSupportOemString());
   Simulate("marker-goes-on");
-  EXPECT_TRUE(FindCarbonSupportOemString());
+  EXPECT_TRUE(WMI::FindCarbonSupportOemString());
   EXPECT_TRUE(log.Records().empty());
 }
 
-TEST_F(PlatformProbes, MachineWithoutMarkerReadsAsFalse) {
+TEST_F(FindCarbonSupportOemString, IsFalseWithoutTheMarker) {
   for (const char* words : {"no-marker", "marker-lower-case", "oem-null", "oem-empty", "oem-text",
                             "oem-number", "oem-truth", "oem-numbers", "no-computer-system"}) {
     Simulate(words);
-    EXPECT_FALSE(FindCarbonSupportOemString()) << words;
+    EXPECT_FALSE(WMI::FindCarbonSupportOemString()) << words;
     EXPECT_EQ(LiveObjects(), 0) << words;
   }
   EXPECT_TRUE(log.Records().empty());
 }
 
-TEST_F(PlatformProbes, ReadThatFailsIsFalseWithOneWarning) {
+TEST_F(FindCarbonSupportOemString, LogsOneWarningWhenTheReadFails) {
   for (const char* words : {"oem-missing", "no-system-namespace", "invalid-class", "invalid-query",
                             "fail:Next(Win32_ComputerSystem)#2=80041001"}) {
     Simulate(words);
     log.Clear();
-    EXPECT_FALSE(FindCarbonSupportOemString()) << words;
+    EXPECT_FALSE(WMI::FindCarbonSupportOemString()) << words;
     EXPECT_EQ(log.Records().size(), 1U) << words;
   }
 }

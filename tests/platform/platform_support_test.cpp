@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "collection/wattleaf_helper.h"
-#include "platform_calls.h"
+#include "platform/platform_calls.h"
 #include "service/wattleaf_service.h"
 
 using Zq::Gantry::Server::Services::Wattleaf::WattleafHelper;
@@ -23,7 +23,7 @@ class Helper : public WattleafHelper {
   using WattleafHelper::PlatformSupportState;
 };
 
-class PlatformSupport : public TestSupport::WmiTest {
+class IsPlatformSupported : public TestSupport::WmiTest {
  protected:
   int Decide(const std::string& words) {
     Simulate(words);
@@ -38,43 +38,43 @@ class PlatformSupport : public TestSupport::WmiTest {
 
 }  // namespace
 
-TEST_F(PlatformSupport, IsUndecidedAtFirst) { EXPECT_EQ(helper.PlatformSupportState, -2); }
+TEST_F(IsPlatformSupported, StartsUndecided) { EXPECT_EQ(helper.PlatformSupportState, -2); }
 
-TEST_F(PlatformSupport, FlagAndMarkerAreSupported) {
+TEST_F(IsPlatformSupported, ReturnsSupportedForFlagAndMarker) {
   EXPECT_EQ(Decide(""), 1);
   EXPECT_TRUE(log.Records().empty());
 }
 
-TEST_F(PlatformSupport, MarkerMayGoOn) { EXPECT_EQ(Decide("marker-goes-on"), 1); }
+TEST_F(IsPlatformSupported, AcceptsTextAfterTheMarker) { EXPECT_EQ(Decide("marker-goes-on"), 1); }
 
-TEST_F(PlatformSupport, ClearFlagIsNotSupportedAndTheTextsAreNotRead) {
+TEST_F(IsPlatformSupported, ReturnsUnsupportedForAClearFlagWithoutReadingTheStrings) {
   EXPECT_EQ(Decide("flag-clear"), 0);
   EXPECT_EQ(firmware.script().Count("ConnectServer(ROOT\\CIMV2)"), 0);
 }
 
-TEST_F(PlatformSupport, MissingMarkerNeedsFirmware) {
+TEST_F(IsPlatformSupported, RequiresAFirmwareUpdateWithoutTheMarker) {
   EXPECT_EQ(Decide("no-marker"), -1);
   EXPECT_EQ(Decide("marker-lower-case"), -1);
   EXPECT_TRUE(log.Records().empty());
 }
 
-TEST_F(PlatformSupport, FailingQueryNeedsFirmware) {
+TEST_F(IsPlatformSupported, RequiresAFirmwareUpdateWhenTheQueryFails) {
   EXPECT_EQ(Decide("no-system-namespace"), -1);
   EXPECT_EQ(log.Records().size(), 1U);
 }
 
-TEST_F(PlatformSupport, ReadBackOfSixIsNotSupportedAndTheFlagIsNotRead) {
+TEST_F(IsPlatformSupported, ReturnsUnsupportedForAReadBackOfSixWithoutReadingTheFlag) {
   EXPECT_EQ(Decide("reads-six"), 0);
   EXPECT_EQ(firmware.machine().Received().size(), 2U);
 }
 
-TEST_F(PlatformSupport, FirmwareOutOfReachIsNotSupported) {
+TEST_F(IsPlatformSupported, ReturnsUnsupportedWhenTheFirmwareIsUnreachable) {
   EXPECT_EQ(Decide("no-firmware-namespace"), 0);
   EXPECT_EQ(Decide("no-class"), 0);
   EXPECT_EQ(Decide("drops-write"), 0);
 }
 
-TEST_F(PlatformSupport, SecondQuestionMakesNoCall) {
+TEST_F(IsPlatformSupported, DoesNotProbeTwice) {
   for (const char* words : {"flag-clear", "no-marker", ""}) {
     Simulate(words);
     Helper fresh;
@@ -85,7 +85,7 @@ TEST_F(PlatformSupport, SecondQuestionMakesNoCall) {
   }
 }
 
-TEST_F(PlatformSupport, StateThatTheCollectorSetIsNotProbed) {
+TEST_F(IsPlatformSupported, DoesNotProbeAStateSetByTheCollector) {
   for (const int verdict : {1, 0, -1}) {
     helper.PlatformSupportState = verdict;
     EXPECT_EQ(helper.IsPlatformSupported(), verdict);
@@ -93,7 +93,7 @@ TEST_F(PlatformSupport, StateThatTheCollectorSetIsNotProbed) {
   EXPECT_TRUE(firmware.script().Trace().empty());
 }
 
-TEST_F(PlatformSupport, SlowProbeDoesNotOverwriteTheCollectorsVerdict) {
+TEST_F(IsPlatformSupported, DoesNotOverwriteAVerdictSetDuringTheProbe) {
   for (const int verdict : {0, -1}) {
     Simulate("");
     Helper fresh;
@@ -103,7 +103,7 @@ TEST_F(PlatformSupport, SlowProbeDoesNotOverwriteTheCollectorsVerdict) {
   }
 }
 
-TEST_F(PlatformSupport, NobodySeesAHalfMadeDecision) {
+TEST_F(IsPlatformSupported, StoresTheStateOnlyAfterBothProbes) {
   Simulate("no-marker");
   int seen = 99;
   firmware.script().During("ExecQuery", [&] { seen = helper.PlatformSupportState; });
@@ -111,7 +111,7 @@ TEST_F(PlatformSupport, NobodySeesAHalfMadeDecision) {
   EXPECT_EQ(seen, -2);
 }
 
-TEST_F(PlatformSupport, LackOfMemoryPassesThroughAndLeavesTheStateUndecided) {
+TEST_F(IsPlatformSupported, ThrowsOnLackOfMemoryAndStaysUndecided) {
   ledger.refusedText = L"WQL";
   EXPECT_THROW(static_cast<void>(helper.IsPlatformSupported()), _com_error);
   ledger.refusedText.clear();
@@ -119,7 +119,7 @@ TEST_F(PlatformSupport, LackOfMemoryPassesThroughAndLeavesTheStateUndecided) {
   EXPECT_EQ(helper.IsPlatformSupported(), 1);
 }
 
-TEST_F(PlatformSupport, TwoThreadsReachTheSameState) {
+TEST_F(IsPlatformSupported, ReturnsTheSameStateOnTwoThreads) {
   std::promise<void> start;
   const std::shared_future<void> started = start.get_future().share();
   int states[2] = {99, 99};
@@ -138,8 +138,8 @@ TEST_F(PlatformSupport, TwoThreadsReachTheSameState) {
   EXPECT_TRUE(log.Records().empty());
 }
 
-TEST_F(PlatformSupport, ProbesBesideEachOtherBothRun) {
-  // The second thread asks while the first one is in its first probe.
+TEST_F(IsPlatformSupported, LetsConcurrentProbesBothRun) {
+  // The second thread calls while the first one is in its first probe.
   std::thread second;
   int other = 99;
   bool begun = false;
@@ -154,7 +154,7 @@ TEST_F(PlatformSupport, ProbesBesideEachOtherBothRun) {
   EXPECT_EQ(firmware.script().Count("ConnectServer(\\\\.\\root\\wmi)"), 2);
 }
 
-TEST_F(PlatformSupport, Command7AnswersZeroForAClearFlagAndProbesOnce) {
+TEST_F(IsPlatformSupported, AnswersCommand7WithZeroForAClearFlagAndProbesOnce) {
   Simulate("flag-clear");
   WattleafHelper::Instance().*(&Helper::PlatformSupportState) = -2;
   WattleafService service;

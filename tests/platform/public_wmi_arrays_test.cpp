@@ -1,8 +1,15 @@
 #include <gtest/gtest.h>
 
-#include "automation_ledger.h"
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/automation_ledger.h"
+#include "platform/platform_calls.h"
+#include "platform/win32/com_owners.h"
 #include "platform/wmi/public_wmi.h"
-#include "platform_calls.h"
+#include "support/log_capture.h"
 #include "variants.h"
 
 using namespace Zq::Gantry::Server::Shared::WMI;
@@ -10,6 +17,8 @@ using namespace Standin::Firmware;
 using TestSupport::AutomationLedger;
 using TestSupport::LogRecord;
 using TestSupport::Result;
+using Zq::Gantry::Platform::ScopedVariant;
+using Zq::Gantry::Platform::UniqueBstr;
 
 namespace {
 
@@ -19,14 +28,11 @@ LogRecord Warning(const std::wstring& call, const std::wstring& result) {
       call + L" with HRESULT " + result);
 }
 
-class SafeArrayReading : public testing::Test {
+class GetSafeArrayData : public testing::Test {
  protected:
-  SafeArrayReading() {
-    VariantInit(&source);
-    target.SetArray();
-  }
+  GetSafeArrayData() { target.SetArray(); }
   void TearDown() override {
-    VariantClear(&source);
+    owner_.reset();
     EXPECT_EQ(ledger.Outstanding(), 0U);
     EXPECT_EQ(ledger.unaccessCalls, ledger.accessResult == S_OK ? ledger.accessCalls : 0);
   }
@@ -35,18 +41,22 @@ class SafeArrayReading : public testing::Test {
 
   TestSupport::LogCapture log;
   AutomationLedger ledger;
-  VARIANT source;
+
+ private:
+  std::optional<ScopedVariant> owner_{std::in_place};
+
+ protected:
+  VARIANT& source = *owner_->get();
   WideDocument document;
   WideValue target;
 };
 
 }  // namespace
 
-TEST_F(SafeArrayReading, CopiesTextsAndNullsAreEmpty) {
+TEST_F(GetSafeArrayData, CopiesStringsAndReadsNullAsEmpty) {
   MakeTexts(&source, {L"one", L"two", L"three"});
   auto* texts = static_cast<BSTR*>(source.parray->pvData);
-  SysFreeString(texts[1]);
-  texts[1] = nullptr;
+  UniqueBstr(std::exchange(texts[1], nullptr)).reset();
   EXPECT_TRUE(Read());
   ASSERT_EQ(target.Size(), 3U);
   EXPECT_STREQ(target[0].GetString(), L"one");
@@ -55,7 +65,7 @@ TEST_F(SafeArrayReading, CopiesTextsAndNullsAreEmpty) {
   EXPECT_TRUE(log.Records().empty());
 }
 
-TEST_F(SafeArrayReading, ReadsNumbersWithTheirSign) {
+TEST_F(GetSafeArrayData, ReadsSignedNumbers) {
   MakeElements<LONG>(&source, VT_I4, 0, {-1, 0, 2147483647});
   EXPECT_TRUE(Read());
   ASSERT_EQ(target.Size(), 3U);
@@ -63,7 +73,7 @@ TEST_F(SafeArrayReading, ReadsNumbersWithTheirSign) {
   EXPECT_EQ(target[2].GetInt(), 2147483647);
 }
 
-TEST_F(SafeArrayReading, ReadsTruths) {
+TEST_F(GetSafeArrayData, ReadsBooleans) {
   MakeElements<VARIANT_BOOL>(&source, VT_BOOL, 0, {VARIANT_TRUE, VARIANT_FALSE, 1});
   EXPECT_TRUE(Read());
   ASSERT_EQ(target.Size(), 3U);
@@ -72,7 +82,7 @@ TEST_F(SafeArrayReading, ReadsTruths) {
   EXPECT_TRUE(target[2].IsTrue());
 }
 
-TEST_F(SafeArrayReading, OtherTypesMakeNoCall) {
+TEST_F(GetSafeArrayData, MakesNoCallForOtherTypes) {
   MakeElements<std::uint8_t>(&source, VT_UI1, 0, {1, 2});
   EXPECT_FALSE(Read());
   EXPECT_EQ(ledger.accessCalls, 0);
@@ -80,7 +90,7 @@ TEST_F(SafeArrayReading, OtherTypesMakeNoCall) {
   EXPECT_TRUE(log.Records().empty());
 }
 
-TEST_F(SafeArrayReading, EmptyArrayIsAFailureWithoutAWordAndIsUnaccessed) {
+TEST_F(GetSafeArrayData, FailsSilentlyForAnEmptyArrayAndUnaccessesIt) {
   MakeTexts(&source, {});
   EXPECT_FALSE(Read());
   EXPECT_EQ(ledger.accessCalls, 1);
@@ -88,7 +98,7 @@ TEST_F(SafeArrayReading, EmptyArrayIsAFailureWithoutAWordAndIsUnaccessed) {
   EXPECT_TRUE(log.Records().empty());
 }
 
-TEST_F(SafeArrayReading, CountBelowZeroIsASuccessWithoutElements) {
+TEST_F(GetSafeArrayData, SucceedsWithoutElementsForANegativeCount) {
   MakeElements<LONG>(&source, VT_I4, 0, {1, 2});
   source.parray->rgsabound[0].cElements = 0x80000000UL;
   EXPECT_TRUE(Read());
@@ -97,7 +107,7 @@ TEST_F(SafeArrayReading, CountBelowZeroIsASuccessWithoutElements) {
   source.parray->rgsabound[0].cElements = 2;
 }
 
-TEST_F(SafeArrayReading, NullArrayFailsWithTheOneTextForAllTypes) {
+TEST_F(GetSafeArrayData, LogsTheSameTextForANullArrayOfAnyType) {
   source.vt = VT_ARRAY | VT_BSTR;
   source.parray = nullptr;
   ledger.accessResult = E_INVALIDARG;
@@ -106,7 +116,7 @@ TEST_F(SafeArrayReading, NullArrayFailsWithTheOneTextForAllTypes) {
                                Warning(L"SafeArrayAccessData(VT_ARRAY | VT_UI1)", L"0x80070057")});
 }
 
-TEST_F(SafeArrayReading, FailedUnaccessIsLoggedAndChangesNothing) {
+TEST_F(GetSafeArrayData, LogsAFailedUnaccessAndKeepsTheElements) {
   MakeElements<LONG>(&source, VT_I4, 0, {5});
   ledger.unaccessResult = Result(0x8000FFFF);
   EXPECT_TRUE(Read());
@@ -115,7 +125,7 @@ TEST_F(SafeArrayReading, FailedUnaccessIsLoggedAndChangesNothing) {
             std::vector<LogRecord>{Warning(L"SafeArrayUnaccessData", L"0x8000ffff")});
 }
 
-TEST_F(SafeArrayReading, FirstElementThatFailsEndsItAndEarlierOnesStay) {
+TEST_F(GetSafeArrayData, StopsAtTheFirstFailingElementAndKeepsEarlierOnes) {
   MakeTexts(&source, {L"a", L"b", L"c", L"d"});
   ledger.getElementResult = Result(0x8007000E);
   ledger.refusedIndex = 2;
@@ -125,14 +135,14 @@ TEST_F(SafeArrayReading, FirstElementThatFailsEndsItAndEarlierOnesStay) {
   EXPECT_EQ(log.Records(), std::vector<LogRecord>{Warning(L"SafeArrayGetElement", L"0x8007000e")});
 }
 
-TEST_F(SafeArrayReading, LowerBoundOfOneFailsAtIndexZero) {
+TEST_F(GetSafeArrayData, FailsAtIndexZeroForALowerBoundOfOne) {
   MakeElements<LONG>(&source, VT_I4, 1, {1, 2});
   EXPECT_FALSE(Read());
   EXPECT_EQ(target.Size(), 0U);
   EXPECT_EQ(log.Records(), std::vector<LogRecord>{Warning(L"SafeArrayGetElement", L"0x8002000b")});
 }
 
-TEST_F(SafeArrayReading, LowerBoundBelowZeroIsReadFromIndexZeroToItsEnd) {
+TEST_F(GetSafeArrayData, ReadsFromIndexZeroForANegativeLowerBound) {
   MakeElements<LONG>(&source, VT_I4, -1, {1, 2});
   EXPECT_FALSE(Read());
   ASSERT_EQ(target.Size(), 1U);
@@ -140,8 +150,8 @@ TEST_F(SafeArrayReading, LowerBoundBelowZeroIsReadFromIndexZeroToItsEnd) {
   EXPECT_EQ(log.Records(), std::vector<LogRecord>{Warning(L"SafeArrayGetElement", L"0x8002000b")});
 }
 
-TEST_F(SafeArrayReading, ArrayOfAnotherTypeThanItsVariantIsNotRead) {
-  // Eight bytes each, as pointers have: only the type of the array tells them from texts.
+TEST_F(GetSafeArrayData, RejectsAnArrayWhoseTypeDiffersFromItsVariant) {
+  // Elements of 8 bytes, the size of a pointer: only the type of the array tells them from strings.
   MakeElements<LONGLONG>(&source, VT_I8, 0, {0x4141414141414141, 1});
   source.vt = VT_ARRAY | VT_BSTR;
   EXPECT_FALSE(Read());
@@ -149,7 +159,7 @@ TEST_F(SafeArrayReading, ArrayOfAnotherTypeThanItsVariantIsNotRead) {
   EXPECT_TRUE(log.Records().empty());
 }
 
-TEST_F(SafeArrayReading, ArrayOfTwoDimensionsIsNotRead) {
+TEST_F(GetSafeArrayData, RejectsATwoDimensionalArray) {
   SAFEARRAYBOUND bounds[] = {{2, 0}, {3, 0}};
   source.vt = VT_ARRAY | VT_I4;
   source.parray = SafeArrayCreate(VT_I4, 2, bounds);
@@ -157,7 +167,7 @@ TEST_F(SafeArrayReading, ArrayOfTwoDimensionsIsNotRead) {
   EXPECT_EQ(ledger.getElementCalls, 0);
 }
 
-TEST_F(SafeArrayReading, ElementsOfAnotherSizeAreNotRead) {
+TEST_F(GetSafeArrayData, RejectsElementsOfAnotherSize) {
   MakeElements<LONG>(&source, VT_I4, 0, {1, 2});
   source.parray->cbElements = 8;
   EXPECT_FALSE(Read());

@@ -1,8 +1,13 @@
+// GetPropertyValue when a call fails.
+
+#include <windows.h>
+
 #include <gtest/gtest.h>
 
-#include "platform/wmi/public_wmi.h"
-#include "platform_calls.h"
-#include "variants.h"
+#include <string>
+#include <vector>
+
+#include "platform/public_wmi_fixture.h"
 
 using namespace Zq::Gantry::Server::Shared::WMI;
 using namespace Standin::Firmware;
@@ -17,25 +22,7 @@ LogRecord Warning(const std::wstring& functionAndCall, const std::wstring& resul
                               functionAndCall + L" with HRESULT " + result);
 }
 
-class PublicWmiFailures : public TestSupport::WmiTest {
- protected:
-  PublicWmiFailures() { document.SetObject(); }
-
-  /// One failing call: status, the one warning, nothing stored, and COM left again.
-  void ExpectFailure(std::uint32_t status, const LogRecord& warning) {
-    FakeCom com(record);
-    EXPECT_EQ(PublicWmi().GetPropertyValue(document), status);
-    EXPECT_EQ(log.Records(), std::vector<LogRecord>{warning});
-    EXPECT_FALSE(document.HasMember(L"result"));
-    EXPECT_EQ(com.initialized, 1);
-    EXPECT_EQ(record.Lines().back(), "CoUninitialize");
-    EXPECT_EQ(record.LinesOf({"log ", "CoUninitialize"}),
-              (std::vector<std::string>{TestSupport::LogLine(warning), "CoUninitialize"}));
-    EXPECT_EQ(com.liveWhenLeft, std::vector<int>{0}) << "left once, after the last release";
-  }
-
-  WideDocument document;
-};
+using GetPropertyValue = TestSupport::PublicWmiFixture;
 
 const std::wstring kLocatorCall = L"ConnectToWmi - failed on function CoCreateInstance";
 const std::wstring kServerCall =
@@ -55,40 +42,40 @@ HRESULT WINAPI RefuseBlanket(IUnknown*, DWORD, DWORD, OLECHAR*, DWORD, DWORD,
 
 }  // namespace
 
-TEST_F(PublicWmiFailures, NoLocator) {
+TEST_F(GetPropertyValue, FailsWithoutALocator) {
   Simulate("no-locator");
   ExpectFailure(0x20000002, Warning(kLocatorCall, L"0x80040154"));
-  EXPECT_EQ(firmware.script().Count("CreateInstance"), 1) << "there is no second attempt";
+  EXPECT_EQ(firmware.script().Count("CreateInstance"), 1) << "it must not be tried twice";
 }
 
-TEST_F(PublicWmiFailures, LocatorThatIsNull) {
+TEST_F(GetPropertyValue, FailsForANullLocator) {
   const Standin::ImportPatch create("CoCreateInstance", &CreateNothing);
   ExpectFailure(0x20000002, Warning(kLocatorCall, L"0x80004005"));
 }
 
-TEST_F(PublicWmiFailures, NoSuchNamespace) {
+TEST_F(GetPropertyValue, ReturnsItsOwnStatusForAMissingNamespace) {
   Simulate("no-system-namespace");
   ExpectFailure(0x20000012, Warning(kServerCall, L"0x8004100e"));
 }
 
-TEST_F(PublicWmiFailures, ServerThatRefuses) {
+TEST_F(GetPropertyValue, FailsWhenTheServerRefuses) {
   Simulate("fail:ConnectServer(ROOT\\CIMV2)=80070005");
   ExpectFailure(0x20000002, Warning(kServerCall, L"0x80070005"));
 }
 
-TEST_F(PublicWmiFailures, ServerThatIsNull) {
+TEST_F(GetPropertyValue, FailsForANullServer) {
   Simulate("fail:ConnectServer(ROOT\\CIMV2)=0");
   ExpectFailure(0x20000002, Warning(kServerCall, L"0x80004005"));
 }
 
-TEST_F(PublicWmiFailures, BlanketThatIsRefused) {
+TEST_F(GetPropertyValue, FailsWhenTheBlanketIsRefused) {
   const Standin::ImportPatch blanket("CoSetProxyBlanket", &RefuseBlanket);
   ExpectFailure(0x20000002,
                 Warning(L"ConnectToWmi - failed on function CoSetProxyBlanket", L"0x80070005"));
   EXPECT_EQ(firmware.script().Count("ExecQuery"), 0);
 }
 
-TEST_F(PublicWmiFailures, QueryThatFailsLeavesTheStatus) {
+TEST_F(GetPropertyValue, KeepsTheStatusWhenTheQueryFails) {
   for (const char* code : {"80041017", "80041010", "0"}) {
     Simulate(std::string("fail:ExecQuery=") + code);
     log.Clear();
@@ -99,71 +86,86 @@ TEST_F(PublicWmiFailures, QueryThatFailsLeavesTheStatus) {
   }
 }
 
-TEST_F(PublicWmiFailures, InvalidClassIsToldByNext) {
+TEST_F(GetPropertyValue, ReturnsItsOwnStatusForAnInvalidClass) {
   Simulate("invalid-class");
   ExpectFailure(0x2000000F, Warning(kNextCall, L"0x80041010"));
 }
 
-TEST_F(PublicWmiFailures, InvalidQueryIsToldByNext) {
+TEST_F(GetPropertyValue, ReturnsItsOwnStatusForAnInvalidQuery) {
   Simulate("invalid-query");
   ExpectFailure(0x20000010, Warning(kNextCall, L"0x80041017"));
 }
 
-TEST_F(PublicWmiFailures, OtherFailuresOfNextLeaveTheStatus) {
+TEST_F(GetPropertyValue, KeepsTheStatusOnOtherFailuresOfNext) {
   Simulate("fail:Next(Win32_ComputerSystem)=80041001");
   ExpectFailure(0x20000002, Warning(kNextCall, L"0x80041001"));
 }
 
-TEST_F(PublicWmiFailures, ObjectThatIsNullInSpiteOfItsCountIsAFailureOfNext) {
+TEST_F(GetPropertyValue, TreatsANullObjectAsAFailureOfNext) {
   Simulate("null-computer-system");
   ExpectFailure(0x20000002, Warning(kNextCall, L"0x80004005"));
   EXPECT_EQ(firmware.script().Count("Get(OEMStringArray)"), 0);
 }
 
-TEST_F(PublicWmiFailures, NextAfterAStoredValueKeepsItsStatusWithoutAMember) {
+TEST_F(GetPropertyValue, KeepsStatusZeroWithoutAMemberWhenALaterNextFails) {
   Simulate("fail:Next(Win32_ComputerSystem)#2=80041001");
   ExpectFailure(0, Warning(kNextCall, L"0x80041001"));
 }
 
-TEST_F(PublicWmiFailures, MissingPropertyHasItsOwnStatus) {
+TEST_F(GetPropertyValue, ReturnsItsOwnStatusForAMissingProperty) {
   Simulate("oem-missing");
   ExpectFailure(0x2000000D, Warning(kGetCall, L"0x80041002"));
 }
 
-TEST_F(PublicWmiFailures, OtherFailuresOfGetLeaveTheStatus) {
+TEST_F(GetPropertyValue, KeepsTheStatusOnOtherFailuresOfGet) {
   Simulate("fail:Get(OEMStringArray)=80041001");
   ExpectFailure(0x20000002, Warning(kGetCall, L"0x80041001"));
 }
 
-TEST_F(PublicWmiFailures, GetAfterAStoredValueKeepsItsStatusWithoutAMember) {
+TEST_F(GetPropertyValue, KeepsStatusZeroWithoutAMemberWhenALaterGetFails) {
   Simulate("two-computer-systems,fail:Get(OEMStringArray)#2=80041001");
   ExpectFailure(0, Warning(kGetCall, L"0x80041001"));
 }
 
-TEST_F(PublicWmiFailures, ComThatCannotBeJoinedIsLoggedAndLeftAllTheSame) {
+TEST_F(GetPropertyValue, LogsAFailedComInitializationAndStillUninitializes) {
   FakeCom com(record);
   com.initializeResult = RPC_E_CHANGED_MODE;
-  EXPECT_EQ(PublicWmi().GetPropertyValue(document), 0U);
+  EXPECT_EQ(Read(), 0U);
   EXPECT_EQ(log.Records(),
             std::vector<LogRecord>{
                 Warning(L"GetPropertyValue - failed on function CoInitializeEx", L"0x80010106")});
-  EXPECT_TRUE(document.HasMember(L"result"));
+  EXPECT_TRUE(HasResult());
   EXPECT_EQ(com.uninitialized, 1);
 }
 
-TEST_F(PublicWmiFailures, SecurityThatIsSetAlreadyIsNoWord) {
+TEST_F(GetPropertyValue, LogsNothingWhenSecurityIsAlreadySet) {
   FakeCom com(record);
   com.securityResult = RPC_E_TOO_LATE;
-  EXPECT_EQ(PublicWmi().GetPropertyValue(document), 0U);
+  EXPECT_EQ(Read(), 0U);
   EXPECT_TRUE(log.Records().empty());
 }
 
-TEST_F(PublicWmiFailures, SecurityThatFailsIsLoggedAndTheReadGoesOn) {
+TEST_F(GetPropertyValue, LogsASecurityFailureAndReadsAnyway) {
   FakeCom com(record);
   com.securityResult = Result(0x80070005);
-  EXPECT_EQ(PublicWmi().GetPropertyValue(document), 0U);
+  EXPECT_EQ(Read(), 0U);
   EXPECT_EQ(log.Records(),
             std::vector<LogRecord>{
                 Warning(L"ConnectToWmi - failed on function CoInitializeSecurity", L"0x80070005")});
-  EXPECT_TRUE(document.HasMember(L"result"));
+  EXPECT_TRUE(HasResult());
+}
+
+TEST_F(GetPropertyValue, ThrowsWhenAStringCannotBeAllocated) {
+  for (const wchar_t* text : {L"ROOT\\CIMV2", L"WQL", L"SELECT * FROM Win32_ComputerSystem"}) {
+    FakeCom com(record);
+    const HRESULT thrown = ThrownWithout(text, [] {
+      WideDocument unused;
+      unused.SetObject();
+      static_cast<void>(PublicWmi().GetPropertyValue(unused));
+    });
+    EXPECT_EQ(thrown, E_OUTOFMEMORY) << Narrow(text);
+    EXPECT_EQ(com.uninitialized, 1) << Narrow(text);
+    EXPECT_EQ(LiveObjects(), 0) << Narrow(text);
+  }
+  EXPECT_TRUE(log.Records().empty());
 }

@@ -2,33 +2,27 @@
 
 #include <gtest/gtest.h>
 
-#include "platform_calls.h"
+#include <string>
+#include <vector>
+
+#include "platform/public_wmi_fixture.h"
 #include "variants.h"
 
 using namespace Zq::Gantry::Server::Shared::WMI;
 using namespace Standin::Firmware;
 using TestSupport::FakeCom;
 using TestSupport::LogRecord;
-using TestSupport::Result;
 
 namespace {
 
 constexpr char kGet[] = "Get(OEMStringArray)";
 constexpr char kNext[] = "Next(Win32_ComputerSystem)";
 
-class PublicWmiTest : public TestSupport::WmiTest {
- protected:
-  PublicWmiTest() { document.SetObject(); }
-
-  std::uint32_t Read() { return PublicWmi().GetPropertyValue(document); }
-  bool HasResult() const { return document.HasMember(L"result"); }
-
-  WideDocument document;
-};
+using GetPropertyValue = TestSupport::PublicWmiFixture;
 
 }  // namespace
 
-TEST_F(PublicWmiTest, ReadsThePropertyWithExactlyTheseCalls) {
+TEST_F(GetPropertyValue, MakesExactlyTheExpectedCalls) {
   EXPECT_EQ(Read(), 0U);
   const std::vector<std::string> calls = {
       "CreateInstance",
@@ -43,7 +37,7 @@ TEST_F(PublicWmiTest, ReadsThePropertyWithExactlyTheseCalls) {
   EXPECT_TRUE(log.Records().empty());
 }
 
-TEST_F(PublicWmiTest, StoresTheTextsInOrder) {
+TEST_F(GetPropertyValue, StoresTheStringsInOrder) {
   EXPECT_EQ(Read(), 0U);
   ASSERT_TRUE(HasResult());
   ASSERT_EQ(document.MemberCount(), 1U);
@@ -53,7 +47,7 @@ TEST_F(PublicWmiTest, StoresTheTextsInOrder) {
   EXPECT_STREQ(texts[2].GetString(), L"Features: CarbonSupport=1");
 }
 
-TEST_F(PublicWmiTest, NumbersTextsAndTruthsAreStoredAsSuch) {
+TEST_F(GetPropertyValue, StoresNumbersStringsAndBooleansByType) {
   Simulate("oem-number");
   EXPECT_EQ(Read(), 0U);
   EXPECT_EQ(document[L"result"].GetInt(), 1);
@@ -75,7 +69,7 @@ TEST_F(PublicWmiTest, NumbersTextsAndTruthsAreStoredAsSuch) {
   EXPECT_EQ(document[L"result"][2].GetInt(), 3);
 }
 
-TEST_F(PublicWmiTest, AnyNumberButZeroIsTrue) {
+TEST_F(GetPropertyValue, ReadsAnyNonzeroBooleanAsTrue) {
   firmware.script().Answer(kGet, [](VARIANT* value) { MakeTruth(value, 2); });
   EXPECT_EQ(Read(), 0U);
   EXPECT_TRUE(document[L"result"].IsTrue());
@@ -87,7 +81,7 @@ TEST_F(PublicWmiTest, AnyNumberButZeroIsTrue) {
   EXPECT_TRUE(document[L"result"].IsFalse());
 }
 
-TEST_F(PublicWmiTest, NullTextIsAnEmptyOne) {
+TEST_F(GetPropertyValue, ReadsANullStringAsEmpty) {
   firmware.script().Answer(kGet, [](VARIANT* value) {
     value->vt = VT_BSTR;
     value->bstrVal = nullptr;
@@ -96,28 +90,28 @@ TEST_F(PublicWmiTest, NullTextIsAnEmptyOne) {
   EXPECT_STREQ(document[L"result"].GetString(), L"");
 }
 
-TEST_F(PublicWmiTest, NoObjectAtOnceReadsNothing) {
+TEST_F(GetPropertyValue, StoresNothingWithoutAnObject) {
   Simulate("no-computer-system");
   EXPECT_EQ(Read(), 0x20000002U);
   EXPECT_FALSE(HasResult());
   EXPECT_TRUE(log.Records().empty());
 }
 
-TEST_F(PublicWmiTest, NullPropertyStoresNothing) {
+TEST_F(GetPropertyValue, StoresNothingForANullProperty) {
   Simulate("oem-null");
   EXPECT_EQ(Read(), 0x20000002U);
   EXPECT_FALSE(HasResult());
   EXPECT_TRUE(log.Records().empty());
 }
 
-TEST_F(PublicWmiTest, ArrayWithoutElementsReadsNothing) {
+TEST_F(GetPropertyValue, StoresNothingForAnEmptyArray) {
   Simulate("oem-empty");
   EXPECT_EQ(Read(), 0x20000002U);
   EXPECT_FALSE(HasResult());
   EXPECT_TRUE(log.Records().empty());
 }
 
-TEST_F(PublicWmiTest, OtherTypesStoreNothing) {
+TEST_F(GetPropertyValue, StoresNothingForOtherTypes) {
   for (const VARTYPE type : {VT_EMPTY, VT_I2, VT_R8, VT_UI4, VT_UNKNOWN}) {
     Simulate("");
     firmware.script().Answer(kGet, [type](VARIANT* value) {
@@ -130,7 +124,7 @@ TEST_F(PublicWmiTest, OtherTypesStoreNothing) {
   EXPECT_TRUE(log.Records().empty());
 }
 
-TEST_F(PublicWmiTest, LastOfSeveralObjectsWins) {
+TEST_F(GetPropertyValue, StoresTheValueOfTheLastObject) {
   Simulate("two-computer-systems");
   firmware.script().Answer(
       kGet, [](VARIANT* value) { MakeTexts(value, {L"first"}); }, 1);
@@ -141,7 +135,7 @@ TEST_F(PublicWmiTest, LastOfSeveralObjectsWins) {
   EXPECT_STREQ(document[L"result"][0].GetString(), L"second");
 }
 
-TEST_F(PublicWmiTest, LaterObjectWithoutValueKeepsTheOneHeld) {
+TEST_F(GetPropertyValue, KeepsTheValueWhenALaterObjectHasNone) {
   Simulate("two-computer-systems");
   firmware.script().Answer(
       kGet, [](VARIANT* value) { value->vt = VT_NULL; }, 2);
@@ -149,7 +143,7 @@ TEST_F(PublicWmiTest, LaterObjectWithoutValueKeepsTheOneHeld) {
   EXPECT_EQ(document[L"result"].Size(), 4U);
 }
 
-TEST_F(PublicWmiTest, LaterEmptyArrayEmptiesTheValueAndKeepsTheStatus) {
+TEST_F(GetPropertyValue, ClearsTheValueForALaterEmptyArrayAndKeepsTheStatus) {
   Simulate("two-computer-systems");
   firmware.script().Answer(
       kGet, [](VARIANT* value) { MakeTexts(value, {}); }, 2);
@@ -158,7 +152,7 @@ TEST_F(PublicWmiTest, LaterEmptyArrayEmptiesTheValueAndKeepsTheStatus) {
   EXPECT_EQ(document[L"result"].Size(), 0U);
 }
 
-TEST_F(PublicWmiTest, EachObjectIsReleasedWhereItIsDone) {
+TEST_F(GetPropertyValue, ReleasesEachObjectAfterItsLastUse) {
   int duringBlanket = 0;
   int duringGet = 0;
   firmware.script().During("SetBlanket", [&] { duringBlanket = LiveObjects(); });
@@ -169,7 +163,7 @@ TEST_F(PublicWmiTest, EachObjectIsReleasedWhereItIsDone) {
   EXPECT_EQ(firmware.script().Count(kNext), 2);
 }
 
-TEST_F(PublicWmiTest, JoinsTheApartmentSetsSecurityAndOnlyThenMakesTheLocator) {
+TEST_F(GetPropertyValue, InitializesComAndSecurityBeforeCreatingTheLocator) {
   FakeCom com(record);
   EXPECT_EQ(Read(), 0U);
   std::vector<std::string> calls = TestSupport::ConnectionCalls("ROOT\\CIMV2");
@@ -186,7 +180,7 @@ TEST_F(PublicWmiTest, JoinsTheApartmentSetsSecurityAndOnlyThenMakesTheLocator) {
   EXPECT_EQ(record.Lines(), calls);
 }
 
-TEST_F(PublicWmiTest, LeavesTheApartmentOnceAfterTheLastRelease) {
+TEST_F(GetPropertyValue, LeavesTheApartmentOnceAfterTheLastRelease) {
   FakeCom com(record);
   EXPECT_EQ(Read(), 0U);
   EXPECT_EQ(com.initialized, 1);

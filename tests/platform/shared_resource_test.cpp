@@ -10,7 +10,6 @@
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using Zq::Gantry::Platform::SharedResource;
 
 namespace {
 
@@ -28,24 +27,26 @@ struct SpoilingPolicy {
   static void Release(Type) { SetLastError(ERROR_INVALID_HANDLE); }
 };
 
-class SharedResourceLife : public testing::Test {
+using SharedNumber = Zq::Gantry::Platform::SharedResource<NumberPolicy>;
+
+class SharedResource : public testing::Test {
  protected:
-  SharedResourceLife() { released.clear(); }
+  SharedResource() { released.clear(); }
 };
 
 }  // namespace
 
-TEST_F(SharedResourceLife, IsEmptyAtFirstAndReleasesNothing) {
+TEST_F(SharedResource, StartsEmptyAndReleasesNothing) {
   {
-    const SharedResource<NumberPolicy> resource;
+    const SharedNumber resource;
     EXPECT_FALSE(resource);
     EXPECT_EQ(resource.get(), 0);
   }
   EXPECT_THAT(released, IsEmpty());
 }
 
-TEST_F(SharedResourceLife, ResetReleasesWhatWasHeldOnce) {
-  SharedResource<NumberPolicy> resource;
+TEST_F(SharedResource, ReleasesTheOldValueOnceOnReset) {
+  SharedNumber resource;
   resource.reset(1);
   EXPECT_TRUE(resource);
   EXPECT_THAT(released, IsEmpty());
@@ -58,25 +59,25 @@ TEST_F(SharedResourceLife, ResetReleasesWhatWasHeldOnce) {
   EXPECT_THAT(released, ElementsAre(1, 2));
 }
 
-TEST_F(SharedResourceLife, TheDestructorReleasesOnce) {
+TEST_F(SharedResource, ReleasesOnceInTheDestructor) {
   {
-    SharedResource<NumberPolicy> resource;
+    SharedNumber resource;
     resource.reset(3);
   }
   EXPECT_THAT(released, ElementsAre(3));
 }
 
-TEST(SharedResource, KeepsTheLastErrorDuringARelease) {
-  SharedResource<SpoilingPolicy> resource;
+TEST_F(SharedResource, KeepsTheLastErrorDuringARelease) {
+  Zq::Gantry::Platform::SharedResource<SpoilingPolicy> resource;
   resource.reset(1);
   SetLastError(ERROR_FILE_NOT_FOUND);
   resource.reset();
   EXPECT_EQ(GetLastError(), ERROR_FILE_NOT_FOUND);
 }
 
-TEST_F(SharedResourceLife, WhatIsGivenUpIsNotReleased) {
+TEST_F(SharedResource, DoesNotReleaseAfterGivingUp) {
   {
-    SharedResource<NumberPolicy> resource;
+    SharedNumber resource;
     resource.reset(4);
     EXPECT_EQ(resource.release(), 4);
     EXPECT_FALSE(resource);
@@ -84,8 +85,8 @@ TEST_F(SharedResourceLife, WhatIsGivenUpIsNotReleased) {
   EXPECT_THAT(released, IsEmpty());
 }
 
-TEST_F(SharedResourceLife, AReaderOnAnotherThreadSeesWhatWasWrittenBefore) {
-  SharedResource<NumberPolicy> resource;
+TEST_F(SharedResource, PublishesEarlierWritesToAReaderOnAnotherThread) {
+  SharedNumber resource;
   int written = 0;
   std::jthread owner([&] {
     written = 5;

@@ -27,25 +27,25 @@ struct Probes {
 
 }  // namespace
 
-TEST(DecidePlatformSupport, FlagAndMarkerAreSupported) {
+TEST(DecidePlatformSupport, ReturnsSupportedForFlagAndMarker) {
   Probes probes{.flag = true, .marker = true};
   EXPECT_EQ(probes.Decide(), 1);
   EXPECT_EQ(probes.flagReads, 1);
   EXPECT_EQ(probes.markerReads, 1);
 }
 
-TEST(DecidePlatformSupport, FlagWithoutMarkerNeedsFirmware) {
+TEST(DecidePlatformSupport, RequiresAFirmwareUpdateForAFlagWithoutMarker) {
   Probes probes{.flag = true, .marker = false};
   EXPECT_EQ(probes.Decide(), -1);
 }
 
-TEST(DecidePlatformSupport, WithoutFlagTheMarkerIsNotLookedFor) {
+TEST(DecidePlatformSupport, DoesNotReadTheMarkerWithoutTheFlag) {
   Probes probes{.flag = false, .marker = true};
   EXPECT_EQ(probes.Decide(), 0);
   EXPECT_EQ(probes.markerReads, 0);
 }
 
-TEST(DecidePlatformSupport, StatesHaveTheNumbersThatClientsRead) {
+TEST(DecidePlatformSupport, ReturnsTheStateNumbersThatClientsRead) {
   EXPECT_EQ(kPlatformUndecided, -2);
   EXPECT_EQ(kPlatformNeedsFirmware, -1);
   EXPECT_EQ(kPlatformNotSupported, 0);

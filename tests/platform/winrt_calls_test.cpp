@@ -12,37 +12,32 @@
 #include "platform/winrt/calls.h"
 #include "support/runtime_text_ledger.h"
 
+using TestSupport::RuntimeTextLedger;
 using namespace Zq::Gantry::Platform;
 using namespace Zq::Gantry::Platform::WinRt;
 using namespace std::string_literals;
 
 namespace {
 
-int deletedTexts = 0;
+int deletions = 0;
 HRESULT(WINAPI* realDelete)(HSTRING) = nullptr;
 
 HRESULT WINAPI CountDeletion(HSTRING text) {
-  ++deletedTexts;
+  ++deletions;
   SetLastError(ERROR_INVALID_DATA);
   return realDelete(text);
 }
 
-HRESULT WINAPI NoText(const wchar_t*, UINT32, HSTRING*) { return E_OUTOFMEMORY; }
+HRESULT WINAPI NoString(const wchar_t*, UINT32, HSTRING*) { return E_OUTOFMEMORY; }
 
 HRESULT WINAPI NoObject(HSTRING, IInspectable** object) {
   *object = nullptr;
   return S_OK;
 }
 
-/// No text outlives a test.
-class RuntimeText : public testing::Test {
- private:
-  const TestSupport::RuntimeTextLedger texts_;
-};
-
-/// What the call raises; S_OK for nothing.
+/// The result of the CallFailure that `call` throws; S_OK if it throws none.
 template <typename Call>
-HRESULT Raised(Call call) {
+HRESULT ThrownBy(Call call) {
   try {
     call();
     return S_OK;
@@ -53,19 +48,22 @@ HRESULT Raised(Call call) {
 
 }  // namespace
 
-TEST_F(RuntimeText, GoesThereAndBackWithEmbeddedZeros) {
+TEST(MakeHString, RoundTripsEmbeddedNulls) {
+  const RuntimeTextLedger strings;
   EXPECT_EQ(TextOf(MakeHString(L"a\0\u0142"s).get()), L"a\0\u0142"s);
 }
 
-TEST_F(RuntimeText, NullIsTheEmptyText) {
+TEST(MakeHString, RepresentsAnEmptyStringByNull) {
+  const RuntimeTextLedger strings;
   EXPECT_EQ(TextOf(nullptr), L"");
   EXPECT_EQ(MakeHString(L"").get(), nullptr);
 }
 
-TEST_F(RuntimeText, IsDeletedOnceAndKeepsTheLastError) {
+TEST(UniqueHString, DeletesOnceAndKeepsTheLastError) {
+  const RuntimeTextLedger strings;
   const Standin::ImportPatch patch("WindowsDeleteString", &CountDeletion);
   realDelete = patch.Original<HRESULT WINAPI(HSTRING)>();
-  deletedTexts = 0;
+  deletions = 0;
   SetLastError(ERROR_FILE_NOT_FOUND);
   {
     UniqueHString first = MakeHString(L"text");
@@ -73,26 +71,27 @@ TEST_F(RuntimeText, IsDeletedOnceAndKeepsTheLastError) {
     second.reset();
   }
   EXPECT_EQ(GetLastError(), DWORD{ERROR_FILE_NOT_FOUND});
-  EXPECT_EQ(deletedTexts, 1);
+  EXPECT_EQ(deletions, 1);
 }
 
-TEST_F(RuntimeText, ThatCannotBeMadeIsRaised) {
-  const Standin::ImportPatch patch("WindowsCreateString", &NoText);
-  EXPECT_EQ(Raised([] { static_cast<void>(MakeHString(L"text")); }), E_OUTOFMEMORY);
+TEST(MakeHString, ThrowsWhenTheStringCannotBeCreated) {
+  const RuntimeTextLedger strings;
+  const Standin::ImportPatch patch("WindowsCreateString", &NoString);
+  EXPECT_EQ(ThrownBy([] { static_cast<void>(MakeHString(L"text")); }), E_OUTOFMEMORY);
 }
 
-TEST(RuntimeActivation, ClassThatIsNotRegisteredIsRaised) {
+TEST(ActivateInstance, ThrowsForAnUnregisteredClass) {
   const ApartmentMembership apartment;
-  EXPECT_EQ(Raised([] { static_cast<void>(ActivateInstance(L"Wattleaf.Tests.NoSuchClass")); }),
+  EXPECT_EQ(ThrownBy([] { static_cast<void>(ActivateInstance(L"Wattleaf.Tests.NoSuchClass")); }),
             REGDB_E_CLASSNOTREG);
 }
 
-TEST(RuntimeActivation, SuccessWithoutAnObjectIsRaised) {
+TEST(ActivateInstance, ThrowsForASuccessWithoutAnObject) {
   const Standin::ImportPatch patch("RoActivateInstance", &NoObject);
-  EXPECT_EQ(Raised([] { static_cast<void>(ActivateInstance(L"Some.Class")); }), E_POINTER);
+  EXPECT_EQ(ThrownBy([] { static_cast<void>(ActivateInstance(L"Some.Class")); }), E_POINTER);
 }
 
-TEST(RuntimeFailure, OnlyFailuresAreRaised) {
-  EXPECT_EQ(Raised([] { ThrowIfFailed(S_FALSE); }), S_OK);
-  EXPECT_EQ(Raised([] { ThrowIfFailed(E_ACCESSDENIED); }), E_ACCESSDENIED);
+TEST(ThrowIfFailed, ThrowsOnFailuresOnly) {
+  EXPECT_EQ(ThrownBy([] { ThrowIfFailed(S_FALSE); }), S_OK);
+  EXPECT_EQ(ThrownBy([] { ThrowIfFailed(E_ACCESSDENIED); }), E_ACCESSDENIED);
 }

@@ -24,8 +24,8 @@ std::string TextOfIid(const IID& iid) {
   return narrow;
 }
 
-/// The slot of a virtual operation behind the six of IInspectable: its member pointer begins with
-/// one more than the offset in the table.
+/// The slot of a virtual operation, counted after the six of IInspectable. In this ABI a pointer to
+/// a virtual member begins with the offset in the table plus one.
 template <typename Call>
 int OwnSlot(Call call) {
   std::uintptr_t word = 0;
@@ -35,7 +35,7 @@ int OwnSlot(Call call) {
 
 }  // namespace
 
-TEST(RuntimeShapes, IdentifiersAreThePublishedOnes) {
+TEST(WinRtShapes, HaveThePublishedIdentifiers) {
   EXPECT_EQ(TextOfIid(__uuidof(IPackageManager)), "{9A7D4B65-5E8F-4FC7-A2E5-7F6925CB8B53}");
   EXPECT_EQ(TextOfIid(__uuidof(IPackageIterable)), "{69AD6AA7-0C49-5F27-A5EB-EF4D59467B6D}");
   EXPECT_EQ(TextOfIid(__uuidof(IPackageIterator)), "{0217F069-025C-5EE6-A87F-E782E3B623AE}");
@@ -48,7 +48,7 @@ TEST(RuntimeShapes, IdentifiersAreThePublishedOnes) {
   EXPECT_EQ(TextOfIid(__uuidof(IUriRuntimeClass)), "{9E365E57-48B2-4160-956F-C7385120BBFC}");
 }
 
-TEST(RuntimeShapes, CollectionOperationsStandInTheirSlots) {
+TEST(WinRtShapes, HaveCollectionOperationsInTheirSlots) {
   EXPECT_EQ(OwnSlot(&IPackageManager::FindPackages), 5);
   EXPECT_EQ(OwnSlot(&IPackageIterable::First), 0);
   EXPECT_EQ(OwnSlot(&IPackageIterator::get_Current), 0);
@@ -57,7 +57,7 @@ TEST(RuntimeShapes, CollectionOperationsStandInTheirSlots) {
   EXPECT_EQ(OwnSlot(&IPackageIterator::GetMany), 3);
 }
 
-TEST(RuntimeShapes, PackageOperationsStandInTheirSlots) {
+TEST(WinRtShapes, HavePackageOperationsInTheirSlots) {
   EXPECT_EQ(OwnSlot(&IPackage::get_Id), 0);
   EXPECT_EQ(OwnSlot(&IPackage::get_InstalledLocation), 1);
   EXPECT_EQ(OwnSlot(&IPackage::get_IsFramework), 2);
@@ -69,7 +69,7 @@ TEST(RuntimeShapes, PackageOperationsStandInTheirSlots) {
   EXPECT_EQ(OwnSlot(&IPackageId::get_FamilyName), 7);
 }
 
-TEST(RuntimeShapes, StorageAndAddressOperationsStandInTheirSlots) {
+TEST(WinRtShapes, HaveStorageAndUriOperationsInTheirSlots) {
   EXPECT_EQ(OwnSlot(&IStorageItem::get_Path), 6);
   EXPECT_EQ(OwnSlot(&IStorageItem::IsOfType), 9);
   EXPECT_EQ(OwnSlot(&IStorageFolder::GetItemsAsyncOverloadDefaultStartAndCount), 9);
@@ -77,7 +77,7 @@ TEST(RuntimeShapes, StorageAndAddressOperationsStandInTheirSlots) {
   EXPECT_EQ(OwnSlot(&IUriRuntimeClass::CombineUri), 16);
 }
 
-TEST(RuntimeShapes, IdentifiersOfNodesAndValuesAreThePublishedOnes) {
+TEST(WinRtShapes, HaveThePublishedIdentifiersOfNodesAndValues) {
   EXPECT_EQ(TextOfIid(__uuidof(IXmlNode)), "{1C741D59-2122-47D5-A856-83F3D4214875}");
   EXPECT_EQ(TextOfIid(__uuidof(IXmlNodeList)), "{8C60AD77-83A4-4EC1-9C54-7BA429E13DA6}");
   EXPECT_EQ(TextOfIid(__uuidof(IXmlNodeSerializer)), "{5CC5B382-E6DD-4991-ABEF-06D8D2E7BD0C}");
@@ -90,7 +90,7 @@ TEST(RuntimeShapes, IdentifiersOfNodesAndValuesAreThePublishedOnes) {
   EXPECT_EQ(TextOfIid(__uuidof(IBooleanReference)), "{3C00FD60-2950-5939-A21A-2D12C5A01B8A}");
 }
 
-TEST(RuntimeShapes, NodeOperationsStandInTheirSlots) {
+TEST(WinRtShapes, HaveNodeOperationsInTheirSlots) {
   EXPECT_EQ(OwnSlot(&IXmlNode::get_NodeValue), 0);
   EXPECT_EQ(OwnSlot(&IXmlNode::get_NodeType), 2);
   EXPECT_EQ(OwnSlot(&IXmlNode::get_Attributes), 10);
@@ -109,7 +109,7 @@ TEST(RuntimeShapes, NodeOperationsStandInTheirSlots) {
   EXPECT_EQ(OwnSlot(&IXmlDocument::ImportNode), 16);
 }
 
-TEST(RuntimeShapes, ValueOperationsStandInTheirSlots) {
+TEST(WinRtShapes, HaveValueOperationsInTheirSlots) {
   EXPECT_EQ(OwnSlot(&IPropertyValue::get_Type), 0);
   EXPECT_EQ(OwnSlot(&IPropertyValue::GetDouble), 10);
   EXPECT_EQ(OwnSlot(&IPropertyValue::GetBoolean), 12);
@@ -123,7 +123,7 @@ TEST(RuntimeShapes, ValueOperationsStandInTheirSlots) {
   EXPECT_EQ(OwnSlot(&IBooleanReference::get_Value), 0);
 }
 
-TEST(RuntimeShapes, TypesOfBoxedValuesHaveTheirNumbers) {
+TEST(WinRtShapes, HaveTheNumbersOfBoxedTypes) {
   EXPECT_EQ(static_cast<int>(PropertyType_Double), 9);
   EXPECT_EQ(static_cast<int>(PropertyType_Boolean), 11);
   EXPECT_EQ(static_cast<int>(PropertyType_String), 12);

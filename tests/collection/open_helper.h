@@ -4,7 +4,7 @@
 
 namespace TestSupport {
 
-/// A helper of the test's own, with its state and its protected operations in reach.
+/// A helper with public access to its state and its protected operations.
 class OpenHelper : public Zq::Gantry::Server::Services::Wattleaf::WattleafHelper {
  public:
   using WattleafHelper::CalculateDailyPowerConsumption;
@@ -36,5 +36,12 @@ class OpenHelper : public Zq::Gantry::Server::Services::Wattleaf::WattleafHelper
   using WattleafHelper::win32Apps;
   using WattleafHelper::worker;
 };
+
+/// A field of the singleton, which all tests of a program share.
+template <typename Field>
+[[nodiscard]] Field& OfSingleton(
+    Field Zq::Gantry::Server::Services::Wattleaf::WattleafHelper::*field) {
+  return Zq::Gantry::Server::Services::Wattleaf::WattleafHelper::Instance().*field;
+}
 
 }  // namespace TestSupport

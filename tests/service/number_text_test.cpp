@@ -8,7 +8,7 @@
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 
-TEST(FloatToWideString, PrintsSixDigitsBehindThePoint) {
+TEST(FloatToWideString, PrintsSixDecimalPlaces) {
   EXPECT_EQ(FloatToWideString(0.0F), L"0.000000");
   EXPECT_EQ(FloatToWideString(3.65F), L"3.650000");
   EXPECT_EQ(FloatToWideString(-0.5F), L"-0.500000");
@@ -20,13 +20,13 @@ TEST(FloatToWideString, WidensToDoubleBeforePrinting) {
   EXPECT_EQ(FloatToWideString(0.1F), L"0.100000");
 }
 
-TEST(FloatToWideString, HasNoFixedBuffer) {
+TEST(FloatToWideString, PrintsTheLargestFloatInFull) {
   // The largest float is 2^128 - 2^104, 39 digits before the point.
   EXPECT_EQ(FloatToWideString(std::numeric_limits<float>::max()),
             L"340282346638528859811704183484516925440.000000");
 }
 
-TEST(FloatToWideString, TakesTheLowestNumberAndThoseThatAreNone) {
+TEST(FloatToWideString, PrintsTheLowestFloatInfinitiesAndNan) {
   EXPECT_EQ(FloatToWideString(std::numeric_limits<float>::lowest()),
             L"-340282346638528859811704183484516925440.000000");
   EXPECT_EQ(FloatToWideString(std::numeric_limits<float>::infinity()), L"inf");
@@ -34,21 +34,21 @@ TEST(FloatToWideString, TakesTheLowestNumberAndThoseThatAreNone) {
   EXPECT_EQ(FloatToWideString(std::numeric_limits<float>::quiet_NaN()), L"nan");
 }
 
-TEST(FloatToWideString, RoundsTheExactValue) {
-  // 2^-20 lies nearest to a millionth. 2^-7 and 3 * 2^-7 end in an exact half behind the sixth
-  // digit, which goes to the even one.
+TEST(FloatToWideString, RoundsTheExactValueHalfToEven) {
+  // 2^-20 is nearest to one millionth. 2^-7 and 3 * 2^-7 end in an exact half after the sixth
+  // decimal place, which is rounded to the even digit.
   EXPECT_EQ(FloatToWideString(0.00000095367431640625F), L"0.000001");
   EXPECT_EQ(FloatToWideString(0.0078125F), L"0.007812");
   EXPECT_EQ(FloatToWideString(0.0234375F), L"0.023438");
 }
 
-TEST(FloatToWideString, HasAPointWhateverTheHostsLocale) {
+TEST(FloatToWideString, UsesADecimalPointInEveryLocale) {
   const std::string before = std::setlocale(LC_NUMERIC, nullptr);
   const char* comma = nullptr;
   for (const char* name : {"German_Germany.1252", "de-DE", "de_DE.UTF-8"}) {
     if (comma == nullptr) comma = std::setlocale(LC_NUMERIC, name);
   }
-  if (comma == nullptr) GTEST_SKIP() << "no locale with a comma here";
+  if (comma == nullptr) GTEST_SKIP() << "this system has no locale with a decimal comma";
   EXPECT_EQ(FloatToWideString(3.65F), L"3.650000");
   std::setlocale(LC_NUMERIC, before.c_str());
 }

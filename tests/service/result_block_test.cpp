@@ -3,39 +3,42 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <memory>
+#include <string>
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 
 namespace {
 
-bool Crosses(const std::wstring& text) {
-  wchar_t* block = nullptr;
-  const bool crossed = HandOver(text, &block);
-  EXPECT_EQ(crossed, block != nullptr);
-  if (crossed) {
-    EXPECT_EQ(std::wstring(block), text);
+/// Whether HandOver accepts `text`; checks the copy that it makes.
+bool IsHandedOver(const std::wstring& text) {
+  wchar_t* output = nullptr;
+  const bool accepted = HandOver(text, &output);
+  const std::unique_ptr<wchar_t, void (*)(void*)> block(output, &std::free);
+  EXPECT_EQ(accepted, output != nullptr);
+  if (accepted) {
+    EXPECT_EQ(std::wstring(output), text);
   }
-  std::free(block);
-  return crossed;
+  return accepted;
 }
 
 }  // namespace
 
-TEST(ResultBlock, AResultOf65535CharactersCrosses) {
-  EXPECT_TRUE(Crosses(std::wstring(65535, L'x')));
+TEST(HandOver, CopiesAResultOf65535Characters) {
+  EXPECT_TRUE(IsHandedOver(std::wstring(65535, L'x')));
 }
 
-TEST(ResultBlock, AResultOf65536CharactersDoesNot) {
-  EXPECT_FALSE(Crosses(std::wstring(65536, L'x')));
+TEST(HandOver, RefusesAResultOf65536Characters) {
+  EXPECT_FALSE(IsHandedOver(std::wstring(65536, L'x')));
 }
 
-TEST(ResultBlock, AnEmptyResultDoesNot) { EXPECT_FALSE(Crosses(L"")); }
+TEST(HandOver, RefusesAnEmptyResult) { EXPECT_FALSE(IsHandedOver(L"")); }
 
-TEST(ResultBlock, ANullPlaceIsRefused) { EXPECT_FALSE(HandOver(L"true", nullptr)); }
+TEST(HandOver, RefusesANullOutput) { EXPECT_FALSE(HandOver(L"true", nullptr)); }
 
-TEST(ResultBlock, ARefusedResultLeavesThePlaceAsItWas) {
+TEST(HandOver, LeavesTheOutputWhenItRefuses) {
   wchar_t marker = L'm';
-  wchar_t* place = &marker;
-  EXPECT_FALSE(HandOver(std::wstring(65536, L'x'), &place));
-  EXPECT_EQ(place, &marker);
+  wchar_t* output = &marker;
+  EXPECT_FALSE(HandOver(std::wstring(65536, L'x'), &output));
+  EXPECT_EQ(output, &marker);
 }

@@ -21,12 +21,11 @@ using namespace TestSupport;
 using Standin::ImportPatch;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using Zq::Gantry::Server::Services::Wattleaf::WattleafHelper;
 using Zq::Gantry::Server::Services::Wattleaf::WattleafService;
 
 namespace {
 
-/// The one field of the record behind a handle.
+/// The name in the session record of a handle.
 std::wstring NameOf(void* handle) { return *static_cast<wchar_t**>(handle); }
 
 std::wstring NameKeptFor(std::wstring name) {
@@ -38,13 +37,13 @@ std::wstring NameKeptFor(std::wstring name) {
   return kept;
 }
 
-/// The blocks that go back to the C heap while it lives. They are kept until its end, so that none
-/// comes back for another use and is counted twice. One at a time.
+/// Records the blocks that are freed while it exists. They are released only by its destructor, so
+/// that no block is reused and counted twice. One at a time.
 class FreedBlocks {
  public:
   FreedBlocks() {
     current_ = this;
-    // Room for all of them: the list must not ask the heap for more while it writes one down.
+    // Reserved up front: adding a block must not call the heap.
     blocks_.reserve(1000);
   }
   FreedBlocks(const FreedBlocks&) = delete;
@@ -74,7 +73,7 @@ class FreedBlocks {
   const ImportPatch patchedDelete_{TestSupport::CppLibrary(), "free", &Free};
 };
 
-// The name's block of 64 characters and its end; no other allocation has this size.
+// The block of a name of 64 characters and its terminator; no other allocation has this size.
 constexpr std::size_t kNameBytes = 65 * sizeof(wchar_t);
 void*(__cdecl* realMalloc)(std::size_t) = nullptr;
 void* recordBlock = nullptr;
@@ -88,15 +87,9 @@ void* __cdecl NoMemoryForTheName(std::size_t bytes) {
 
 void WINAPI NoSleep(DWORD) {}
 
-/// A field of the one helper, which all tests of a program share.
-template <typename Field>
-Field& Of(Field WattleafHelper::*field) {
-  return WattleafHelper::Instance().*field;
-}
-
 }  // namespace
 
-TEST(Session, StartAndEndKeepTheNameAndLogOneLineEach) {
+TEST(StartSession, KeepsACopyOfTheNameUntilEndSession) {
   const LogCapture log;
   WattleafService service;
   std::wstring name = L"client";
@@ -110,7 +103,7 @@ TEST(Session, StartAndEndKeepTheNameAndLogOneLineEach) {
                                          Info(L"WattleafService::EndSession")));
 }
 
-TEST(Session, StartWithoutHandleOnlyLogs) {
+TEST(StartSession, OnlyLogsWithoutAHandle) {
   const LogCapture log;
   WattleafService service;
   std::wstring name = L"client";
@@ -118,7 +111,7 @@ TEST(Session, StartWithoutHandleOnlyLogs) {
   EXPECT_THAT(log.Records(), ElementsAre(Info(L"WattleafService::StartSession")));
 }
 
-TEST(Session, WithoutHandleTheNameIsNotLookedAt) {
+TEST(StartSession, DoesNotReadTheNameWithoutAHandle) {
   const LogCapture log;
   WattleafService service;
   EXPECT_EQ(service.StartSession(nullptr, nullptr), 0);
@@ -127,14 +120,14 @@ TEST(Session, WithoutHandleTheNameIsNotLookedAt) {
                                          Info(L"WattleafService::StartSession")));
 }
 
-TEST(Session, EndWithoutHandleOnlyLogs) {
+TEST(EndSession, OnlyLogsWithoutAHandle) {
   const LogCapture log;
   WattleafService service;
   EXPECT_EQ(service.EndSession(nullptr), 0);
   EXPECT_THAT(log.Records(), ElementsAre(Info(L"WattleafService::EndSession")));
 }
 
-TEST(Session, EndOfANullSessionOnlyLogs) {
+TEST(EndSession, OnlyLogsForANullSession) {
   const LogCapture log;
   WattleafService service;
   void* handle = nullptr;
@@ -142,7 +135,7 @@ TEST(Session, EndOfANullSessionOnlyLogs) {
   EXPECT_THAT(log.Records(), ElementsAre(Info(L"WattleafService::EndSession")));
 }
 
-TEST(Session, EndLeavesTheDeadHandleInTheHostsVariable) {
+TEST(EndSession, DoesNotClearTheHandle) {
   WattleafService service;
   std::wstring name = L"client";
   void* handle = nullptr;
@@ -152,7 +145,7 @@ TEST(Session, EndLeavesTheDeadHandleInTheHostsVariable) {
   EXPECT_EQ(handle, before);
 }
 
-TEST(Session, EndGivesTheRecordAndItsNameBack) {
+TEST(EndSession, FreesTheRecordAndItsName) {
   WattleafService service;
   std::wstring name = L"client";
   void* handle = nullptr;
@@ -164,7 +157,7 @@ TEST(Session, EndGivesTheRecordAndItsNameBack) {
   EXPECT_EQ(freed.Count(handle), 1);
 }
 
-TEST(Session, ANameThatCannotBeAllocatedIsRaisedAndTheHalfMadeRecordIsFreed) {
+TEST(StartSession, ThrowsAndFreesTheRecordWhenTheNameCannotBeAllocated) {
   const LogCapture log;
   WattleafService service;
   std::wstring name(64, L'n');
@@ -182,18 +175,18 @@ TEST(Session, ANameThatCannotBeAllocatedIsRaisedAndTheHalfMadeRecordIsFreed) {
   EXPECT_THAT(log.Records(), IsEmpty());
 }
 
-TEST(Session, AnEmptyNameIsKeptAsAnEmptyText) { EXPECT_EQ(NameKeptFor(L""), L""); }
+TEST(StartSession, KeepsAnEmptyName) { EXPECT_EQ(NameKeptFor(L""), L""); }
 
-TEST(Session, ANameOf64CharactersIsCopiedWhole) {
+TEST(StartSession, CopiesANameOf64Characters) {
   const std::wstring name(64, L'n');
   EXPECT_EQ(NameKeptFor(name), name);
 }
 
-TEST(Session, ANameBeyond64CharactersIsKeptAsAnEmptyText) {
+TEST(StartSession, ReplacesANameOf65CharactersByAnEmptyOne) {
   EXPECT_EQ(NameKeptFor(std::wstring(65, L'n')), L"");
 }
 
-TEST(Session, ANullNameIsKeptAsAnEmptyText) {
+TEST(StartSession, ReplacesANullNameByAnEmptyOne) {
   WattleafService service;
   void* handle = nullptr;
   EXPECT_EQ(service.StartSession(nullptr, &handle), 0);
@@ -201,7 +194,7 @@ TEST(Session, ANullNameIsKeptAsAnEmptyText) {
   service.EndSession(&handle);
 }
 
-TEST(SessionChange, LogonAndUnlockOpenASession) {
+TEST(SessionChangeTask, LogsLogonAndUnlock) {
   for (const unsigned long event : {5UL, 8UL}) {
     const LogCapture log;
     WattleafService().session_change_task(event, nullptr);
@@ -209,7 +202,7 @@ TEST(SessionChange, LogonAndUnlockOpenASession) {
   }
 }
 
-TEST(SessionChange, LogoffAndLockCloseOne) {
+TEST(SessionChangeTask, LogsLogoffAndLock) {
   for (const unsigned long event : {6UL, 7UL}) {
     const LogCapture log;
     WattleafService().session_change_task(event, nullptr);
@@ -217,7 +210,7 @@ TEST(SessionChange, LogoffAndLockCloseOne) {
   }
 }
 
-TEST(SessionChange, OtherEventsLogNothing) {
+TEST(SessionChangeTask, LogsNothingForOtherEvents) {
   for (const unsigned long event : {0UL, 1UL, 2UL, 3UL, 4UL, 9UL, 0xFFFFFFFFUL}) {
     const LogCapture log;
     WattleafService().session_change_task(event, nullptr);
@@ -225,14 +218,14 @@ TEST(SessionChange, OtherEventsLogNothing) {
   }
 }
 
-TEST(SessionChange, NoEventStopsCollectionOrChangesAFlag) {
+TEST(SessionChangeTask, LeavesCollectionAndFlagsUnchanged) {
   const LogCapture log;
   CollectorScript script;
-  Of(&OpenHelper::collector).reset(new FakeCollector(script));
-  Of(&OpenHelper::running) = true;
-  Of(&OpenHelper::dataAvailable) = true;
-  Of(&OpenHelper::dataChanged) = true;
-  Of(&OpenHelper::PlatformSupportState) = 1;
+  OfSingleton(&OpenHelper::collector).reset(new FakeCollector(script));
+  OfSingleton(&OpenHelper::running) = true;
+  OfSingleton(&OpenHelper::dataAvailable) = true;
+  OfSingleton(&OpenHelper::dataChanged) = true;
+  OfSingleton(&OpenHelper::PlatformSupportState) = 1;
   for (unsigned long event = 0; event <= 20; ++event) {
     WattleafService().session_change_task(event, nullptr);
     WattleafService().power_event_task(event);
@@ -240,29 +233,29 @@ TEST(SessionChange, NoEventStopsCollectionOrChangesAFlag) {
   }
   EXPECT_THAT(script.calls, IsEmpty());
   EXPECT_EQ(log.Records().size(), 4U) << "two events open a session and two close one";
-  EXPECT_NE(Of(&OpenHelper::collector).get(), nullptr);
-  EXPECT_TRUE(Of(&OpenHelper::running));
-  EXPECT_TRUE(Of(&OpenHelper::dataAvailable));
-  EXPECT_TRUE(Of(&OpenHelper::dataChanged));
-  EXPECT_EQ(Of(&OpenHelper::PlatformSupportState), 1);
-  Of(&OpenHelper::collector).reset();
+  EXPECT_NE(OfSingleton(&OpenHelper::collector).get(), nullptr);
+  EXPECT_TRUE(OfSingleton(&OpenHelper::running));
+  EXPECT_TRUE(OfSingleton(&OpenHelper::dataAvailable));
+  EXPECT_TRUE(OfSingleton(&OpenHelper::dataChanged));
+  EXPECT_EQ(OfSingleton(&OpenHelper::PlatformSupportState), 1);
+  OfSingleton(&OpenHelper::collector).reset();
 }
 
-TEST(StartupTask, StartsTheWorkerOfTheOneHelperWhichOutlivesTheService) {
+TEST(StartupTask, StartsTheWorkerOfTheSingletonWhichOutlivesTheService) {
   const ImportPatch patch("Sleep", &NoSleep);
   // Without support the worker ends after its delay.
-  Of(&OpenHelper::PlatformSupportState) = 0;
+  OfSingleton(&OpenHelper::PlatformSupportState) = 0;
   {
     WattleafService service;
-    EXPECT_EQ(Of(&OpenHelper::worker), nullptr);
+    EXPECT_EQ(OfSingleton(&OpenHelper::worker), nullptr);
     service.startup_task();
   }
-  EXPECT_TRUE(Of(&OpenHelper::running));
-  ASSERT_NE(Of(&OpenHelper::worker), nullptr);
-  Of(&OpenHelper::worker)->join();
+  EXPECT_TRUE(OfSingleton(&OpenHelper::running));
+  ASSERT_NE(OfSingleton(&OpenHelper::worker), nullptr);
+  OfSingleton(&OpenHelper::worker)->join();
 }
 
-TEST(EmptyTasks, PowerEventsAndControlCodesDoNothing) {
+TEST(WattleafService, DoesNothingOnPowerEventsAndControlCodes) {
   const LogCapture log;
   WattleafService service;
   for (const unsigned long code : {0UL, 7UL, 0x80000000UL}) {
@@ -273,11 +266,11 @@ TEST(EmptyTasks, PowerEventsAndControlCodesDoNothing) {
   EXPECT_THAT(log.Records(), IsEmpty());
 }
 
-TEST(EmptyTasks, TheServiceIsAlwaysReady) { EXPECT_TRUE(WattleafService().query_ready()); }
+TEST(QueryReady, IsAlwaysTrue) { EXPECT_TRUE(WattleafService().query_ready()); }
 
-TEST(FreeResult, TakesANullPointer) { WattleafService().FreeResult(nullptr); }
+TEST(FreeResult, AcceptsANullPointer) { WattleafService().FreeResult(nullptr); }
 
-TEST(FreeResult, GivesTheBlockBackToTheCHeapOnce) {
+TEST(FreeResult, FreesTheBlockOnce) {
   void* block = std::malloc(16);
   ASSERT_NE(block, nullptr);
   const FreedBlocks freed;

@@ -70,7 +70,7 @@ void WattleafHelper::OnGetTop20PowerApps() {
 
   ConvertPowerLogXmltoJson();
   // Kept on purpose: it waits for the holder of the lock and guards nothing (test
-  // ReportRun.WaitsForAHolderOfTheLockAfterTheConversion).
+  // OnGetTop20PowerApps.TakesTheLockAfterTheConversion).
   const std::lock_guard wait(dataMutex);
 }
 
@@ -83,7 +83,7 @@ void WattleafHelper::OnGetErrorAndWarnings() {
 }
 
 // Kept on purpose: nothing fills the text or reads the report, so the answer is the empty list,
-// without the lock (tests ErrorsAndWarnings.*).
+// without the lock (tests GetErrorsAndWarnings.*).
 void WattleafHelper::GetErrorsAndWarnings(std::wstring& result) {
   result = errorsAndWarningsJson.empty() ? L"[]" : errorsAndWarningsJson;
 }

@@ -36,7 +36,7 @@ using testing::IsEmpty;
 
 namespace {
 
-/// Holds the worker in its sleep of a day until it is let go.
+/// Blocks the worker in its sleep of a day until the test opens the gate once.
 class DayGate {
  public:
   void Pass() {
@@ -44,7 +44,7 @@ class DayGate {
     changed_.wait(guard, [this] { return open_ > 0; });
     --open_;
   }
-  void LetOnePass() {
+  void OpenOnce() {
     const std::lock_guard guard(lock_);
     ++open_;
     changed_.notify_all();
@@ -56,9 +56,9 @@ class DayGate {
   int open_ = 0;
 };
 
-class CollectionScenario : public testing::Test {
+class WattleafHelperScenario : public testing::Test {
  protected:
-  CollectionScenario() {
+  WattleafHelperScenario() {
     current = this;
     library.script.record = &record;
     tool.DuringRun([this] {
@@ -68,9 +68,9 @@ class CollectionScenario : public testing::Test {
     for (const char* date : {"2024-05-06", "2024-05-07", "2024-05-08"}) WriteSamples(date);
     FakeClock::Set("2024-05-08 14:30:00");
   }
-  ~CollectionScenario() override { current = nullptr; }
+  ~WattleafHelperScenario() override { current = nullptr; }
 
-  /// A new process of the host: a new helper, and its worker.
+  /// As in a new host process: a new helper and its worker.
   void Start() {
     helper = std::make_unique<OpenHelper>();
     helper->PlatformSupportState = 1;
@@ -79,26 +79,26 @@ class CollectionScenario : public testing::Test {
     helper->StartProcessing();
   }
 
-  /// Waits for the end of the helper's n-th pass.
+  /// Waits until `count` passes are recorded and the worker sleeps.
   void AwaitPass(int count) { ASSERT_TRUE(record.WaitFor("wait 86400000", count)); }
 
-  void GoOnTo(const std::string& now) {
+  void WakeAt(const std::string& now) {
     FakeClock::Set(now);
-    gate.LetOnePass();
+    gate.OpenOnce();
   }
 
-  /// Ends the helper while its worker sleeps.
-  void End() {
-    const OpenHelper& ending = *helper;
+  /// Destroys the helper while its worker sleeps.
+  void Destroy() {
+    const OpenHelper& destroyed = *helper;
     auto end = std::async(std::launch::async, [this] { helper.reset(); });
-    while (ending.running) std::this_thread::yield();
+    while (destroyed.running) std::this_thread::yield();
     EXPECT_EQ(end.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
-    gate.LetOnePass();
+    gate.OpenOnce();
     end.wait();
   }
 
-  /// The record without the lines of the checks and of single files.
-  std::vector<std::string> Story() const {
+  /// The record without the log lines of the trust checks and of single files.
+  std::vector<std::string> MainLines() const {
     return record.LinesOf({"wait", "awake", "read", "library", "collector", "run",
                            "log info: Date:", "log info: Loaded", "log info: DataCollector",
                            "log error: DataCollector", "log error: Exception", "log warning"});
@@ -124,7 +124,7 @@ class CollectionScenario : public testing::Test {
   }
 
   static void WINAPI RecordedSleep(DWORD milliseconds) {
-    if (milliseconds == 0) return;  // the thread library gives way
+    if (milliseconds == 0) return;  // winpthread yields with Sleep(0)
     current->record.Add("wait " + std::to_string(milliseconds));
     if (milliseconds == 86400000) {
       current->gate.Pass();
@@ -132,7 +132,7 @@ class CollectionScenario : public testing::Test {
     }
   }
 
-  /// Once for all keys of a catalogue.
+  /// Adds one line for all keys of the catalogue.
   static LSTATUS WINAPI RecordedOpenKey(HKEY root, const wchar_t* path, DWORD options,
                                         REGSAM access, HKEY* key) {
     const std::string line = "read desktop programs";
@@ -146,13 +146,13 @@ class CollectionScenario : public testing::Test {
     return current->activate_.Original<HRESULT WINAPI(HSTRING, IInspectable**)>()(name, object);
   }
 
-  static inline CollectionScenario* current = nullptr;
+  static inline WattleafHelperScenario* current = nullptr;
   ImportPatch sleep_{"Sleep", &RecordedSleep};
   ImportPatch openKey_{"RegOpenKeyExW", &RecordedOpenKey};
   ImportPatch activate_{"RoActivateInstance", &RecordedActivate};
 };
 
-const std::vector<std::string> kStartOfALife = {
+const std::vector<std::string> kStartLines = {
     "wait 90000",
     "library load",
     "collector create",
@@ -178,33 +178,33 @@ std::vector<std::string> Joined(const std::vector<std::vector<std::string>>& par
 
 }  // namespace
 
-TEST_F(CollectionScenario, ThreeDaysAndTheHelpersEndInTheirOrder) {
+TEST_F(WattleafHelperScenario, RunsThreeDailyPassesThenStopsTheCollector) {
   Start();
   AwaitPass(1);
-  GoOnTo("2024-05-09 14:31:00");
+  WakeAt("2024-05-09 14:31:00");
   AwaitPass(2);
-  GoOnTo("2024-05-10 14:32:00");
+  WakeAt("2024-05-10 14:32:00");
   AwaitPass(3);
-  End();
-  EXPECT_THAT(Story(), ElementsAreArray(Joined(
-                           {kStartOfALife,
-                            Pass("2024-05-08"),
-                            {"awake"},
-                            Pass("2024-05-09"),
-                            {"awake"},
-                            Pass("2024-05-10"),
-                            {"awake", "collector stop", "collector destroy", "collector free"}})));
+  Destroy();
+  EXPECT_THAT(MainLines(), ElementsAreArray(Joined({kStartLines,
+                                                    Pass("2024-05-08"),
+                                                    {"awake"},
+                                                    Pass("2024-05-09"),
+                                                    {"awake"},
+                                                    Pass("2024-05-10"),
+                                                    {"awake", "collector stop", "collector destroy",
+                                                     "collector free"}})));
 }
 
-TEST_F(CollectionScenario, ARestartBeginsAnewAndReadsTheLedgerThatTheLastLifeSaved) {
+TEST_F(WattleafHelperScenario, StartsFromDefaultsAfterARestartAndReadsTheSavedLedger) {
   const float threeDays = (kThreeWh + kThreeWh + kThreeWh) / 7.0F;
   Start();
   AwaitPass(1);
   EXPECT_FLOAT_EQ(helper->GetDailyAveragePowerConsumption(), threeDays);
-  GoOnTo("2024-05-09 14:31:00");
+  WakeAt("2024-05-09 14:31:00");
   AwaitPass(2);
-  End();
-  EXPECT_FALSE(FileExists(data.File(L"PcmSampleData_2024-05-06.json"))) << "booked and deleted";
+  Destroy();
+  EXPECT_FALSE(FileExists(data.File(L"PcmSampleData_2024-05-06.json"))) << "its energy is booked";
 
   record.Clear();
   library.script.onCall = [this](const std::string& call) {
@@ -217,27 +217,28 @@ TEST_F(CollectionScenario, ARestartBeginsAnewAndReadsTheLedgerThatTheLastLifeSav
   Start();
   AwaitPass(1);
   EXPECT_FLOAT_EQ(helper->GetDailyAveragePowerConsumption(), threeDays);
-  EXPECT_THAT(Story(), ElementsAreArray(Joined({kStartOfALife, Pass("2024-05-09")})));
-  End();
+  EXPECT_THAT(MainLines(), ElementsAreArray(Joined({kStartLines, Pass("2024-05-09")})));
+  Destroy();
 }
 
-TEST_F(CollectionScenario, ARefusedCollectorEndsTheWorkerAndIsStoppedByTheHelpersEnd) {
+TEST_F(WattleafHelperScenario, EndsTheWorkerWhenTheCollectorRefusesAndStopsItInTheDestructor) {
   library.script.status = {{0, 0}};
   Start();
   helper->worker->join();
   EXPECT_EQ(helper->IsPlatformSupported(), 0);
   EXPECT_FALSE(helper->IsDataAvailable());
   helper.reset();
-  EXPECT_THAT(Story(), ElementsAre("wait 90000", "library load", "collector create",
-                                   "log info: Loaded DataCollector library\n", "collector load",
-                                   "collector callback", "collector start",
-                                   "log error: DataCollector StartCollecting() failed. Device not "
-                                   "supported.\n",
-                                   "collector stop", "collector destroy", "collector free"));
+  EXPECT_THAT(MainLines(),
+              ElementsAre("wait 90000", "library load", "collector create",
+                          "log info: Loaded DataCollector library\n", "collector load",
+                          "collector callback", "collector start",
+                          "log error: DataCollector StartCollecting() failed. Device not "
+                          "supported.\n",
+                          "collector stop", "collector destroy", "collector free"));
   EXPECT_THAT(tool.Calls(), IsEmpty());
 }
 
-TEST_F(CollectionScenario, ACollectorThatCannotLoadIsUnloadedAndTheHelpersEndCallsNothing) {
+TEST_F(WattleafHelperScenario, UnloadsACollectorThatCannotLoadAndDoesNotStopIt) {
   library.script.loads = false;
   Start();
   helper->worker->join();
@@ -248,15 +249,15 @@ TEST_F(CollectionScenario, ACollectorThatCannotLoadIsUnloadedAndTheHelpersEndCal
   EXPECT_THAT(tool.Calls(), IsEmpty());
 }
 
-TEST_F(CollectionScenario, ACollectorThatThrowsWhenItIsStoppedIsDestroyedAndFreedAllTheSame) {
+TEST_F(WattleafHelperScenario, DestroysAndFreesACollectorThatThrowsWhenStopped) {
   Start();
   AwaitPass(1);
   library.script.onCall = [](const std::string& call) {
     if (call == "stop") throw 5;
   };
-  End();
-  const std::vector<std::string> story = Story();
-  ASSERT_GT(story.size(), 4U);
-  EXPECT_THAT(std::vector<std::string>(story.end() - 4, story.end()),
+  Destroy();
+  const std::vector<std::string> lines = MainLines();
+  ASSERT_GT(lines.size(), 4U);
+  EXPECT_THAT(std::vector<std::string>(lines.end() - 4, lines.end()),
               ElementsAre("awake", "collector stop", "collector destroy", "collector free"));
 }

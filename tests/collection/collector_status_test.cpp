@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+#include <optional>
+
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 
 namespace {
@@ -30,12 +33,18 @@ const Row kRows[] = {
 
 }  // namespace
 
-TEST(CollectorStatus, IsReadAtKeyZeroAlone) {
+TEST(JudgeCollectorStatus, ReadsTheStatusAtKeyZeroOnly) {
   for (const Row& row : kRows) {
-    SCOPED_TRACE(row.label);
-    const CollectorVerdict verdict = JudgeCollectorStatus(row.statusByKind);
-    EXPECT_EQ(verdict, row.verdict);
-    EXPECT_EQ(SupportStateOf(verdict), row.state);
-    EXPECT_EQ(KeepsCollectorLoaded(verdict), row.keepsLoaded);
+    EXPECT_EQ(JudgeCollectorStatus(row.statusByKind), row.verdict) << row.label;
+  }
+}
+
+TEST(SupportStateOf, IsTheStatusOfEachKnownVerdict) {
+  for (const Row& row : kRows) EXPECT_EQ(SupportStateOf(row.verdict), row.state) << row.label;
+}
+
+TEST(KeepsCollectorLoaded, IsTrueForEachKnownVerdict) {
+  for (const Row& row : kRows) {
+    EXPECT_EQ(KeepsCollectorLoaded(row.verdict), row.keepsLoaded) << row.label;
   }
 }

@@ -1,9 +1,12 @@
+// The daily pass on real encrypted files: what it books, writes, deletes and logs.
+
 #include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
 
 #include "collection/ledger_fixture.h"
 #include "ledger/fake_days.h"
-
-// The daily pass on real encrypted files: what it books, writes, deletes and logs.
 
 using namespace TestSupport;
 
@@ -12,14 +15,9 @@ namespace {
 constexpr char kToday[] = "2024-05-08";
 constexpr char kOldest[] = "2023-10-11";  // 210 days before
 
-class DailyPass : public LedgerFixture {
- protected:
-  void Run() { helper.CalculateDailyPowerConsumption(); }
+using CalculateDailyPowerConsumption = DailyPassFixture;
 
-  bool HasSamples(const std::string& date) const { return FileExists(SamplePath(date)); }
-};
-
-/// The ledger file of a pass on kToday that found `energyText` for today and nothing else.
+/// The ledger file after a pass on kToday that booked `energyText` for today and nothing else.
 std::string FileWithOnlyToday(const std::string& energyText) {
   std::string text = "[";
   for (int back = 210; back > 0; --back) {
@@ -30,7 +28,7 @@ std::string FileWithOnlyToday(const std::string& energyText) {
 
 }  // namespace
 
-TEST_F(DailyPass, LogsTheDateThenEachFileItDecrypts) {
+TEST_F(CalculateDailyPowerConsumption, LogsTheDateThenEachDecryptedFile) {
   WriteOneInterval(kToday);
   Run();
   EXPECT_EQ(log.Records(), (std::vector<LogRecord>{
@@ -39,20 +37,20 @@ TEST_F(DailyPass, LogsTheDateThenEachFileItDecrypts) {
                            }));
 }
 
-TEST_F(DailyPass, WithoutAnySamplesLogsTheDateOnly) {
+TEST_F(CalculateDailyPowerConsumption, LogsOnlyTheDateWithoutSamples) {
   Run();
   EXPECT_EQ(log.Records(), std::vector<LogRecord>{Info(L"Date:2024-05-08")});
   EXPECT_EQ(LedgerText(), FileWithOnlyToday("0.0"));
 }
 
-TEST_F(DailyPass, WritesTheLedgerInAscendingOrderWithoutBlanks) {
+TEST_F(CalculateDailyPowerConsumption, WritesTheLedgerInAscendingOrderWithoutBlanks) {
   WriteOneInterval(kToday);
   Run();
   // 3.0 divided by 0.88 in 32 bits, widened.
   EXPECT_EQ(LedgerText(), FileWithOnlyToday("3.409090995788574"));
 }
 
-TEST_F(DailyPass, LeavesNoPlainCopies) {
+TEST_F(CalculateDailyPowerConsumption, LeavesNoPlainCopies) {
   WriteOneInterval(kToday);
   WriteOneInterval("2024-05-07");
   WriteOneInterval("2024-05-01");
@@ -63,14 +61,14 @@ TEST_F(DailyPass, LeavesNoPlainCopies) {
   }
 }
 
-TEST_F(DailyPass, AbsentDayOfThreeDaysAgoIsWorkedOutAndItsFileDeleted) {
+TEST_F(CalculateDailyPowerConsumption, BooksAMissingDayAndDeletesItsSamples) {
   WriteOneInterval("2024-05-05");
   Run();
   EXPECT_EQ(Booked("2024-05-05"), kThreeWh);
   EXPECT_FALSE(HasSamples("2024-05-05"));
 }
 
-TEST_F(DailyPass, BookedDayIsNotWorkedOutAndKeepsItsFile) {
+TEST_F(CalculateDailyPowerConsumption, DoesNotRecalculateABookedDayAndKeepsItsSamples) {
   WriteOneInterval("2024-05-05");
   WriteWholeFile(LedgerPath(), R"([{"Key":"2024-05-05","Value":12.5}])");
   Run();
@@ -78,13 +76,13 @@ TEST_F(DailyPass, BookedDayIsNotWorkedOutAndKeepsItsFile) {
   EXPECT_TRUE(HasSamples("2024-05-05"));
 }
 
-TEST_F(DailyPass, DayWithoutSamplesKeepsItsValueFromTheFile) {
+TEST_F(CalculateDailyPowerConsumption, KeepsTheSavedValueOfADayWithoutSamples) {
   WriteWholeFile(LedgerPath(), R"([{"Key":"2024-03-01","Value":12.5}])");
   Run();
   EXPECT_EQ(Booked("2024-03-01"), 12.5F);
 }
 
-TEST_F(DailyPass, TodayAndAbsentYesterdayAreWorkedOutAndKeepTheirFiles) {
+TEST_F(CalculateDailyPowerConsumption, BooksTodayAndYesterdayAndKeepsTheirSamples) {
   WriteOneInterval(kToday);
   WriteOneInterval("2024-05-07");
   Run();
@@ -94,7 +92,7 @@ TEST_F(DailyPass, TodayAndAbsentYesterdayAreWorkedOutAndKeepTheirFiles) {
   EXPECT_TRUE(HasSamples("2024-05-07"));
 }
 
-TEST_F(DailyPass, GapAcrossMidnightIsBookedToBothDays) {
+TEST_F(CalculateDailyPowerConsumption, BooksAnIntervalAcrossMidnightToBothDays) {
   WriteSamples("2024-05-07", {"12:00:00", "23:58:00"});
   WriteSamples(kToday, {"00:03:00", "12:00:00"});
   Run();
@@ -102,7 +100,7 @@ TEST_F(DailyPass, GapAcrossMidnightIsBookedToBothDays) {
   EXPECT_EQ(Booked("2024-05-07"), kThreeWh);
 }
 
-TEST_F(DailyPass, EntryExactly210DaysOldIsDroppedAndWorkedOutAgain) {
+TEST_F(CalculateDailyPowerConsumption, RecalculatesAnEntryThatIsExactly210DaysOld) {
   WriteOneInterval(kOldest);
   WriteWholeFile(LedgerPath(), R"([{"Key":"2023-10-11","Value":12.5}])");
   Run();
@@ -110,7 +108,7 @@ TEST_F(DailyPass, EntryExactly210DaysOldIsDroppedAndWorkedOutAgain) {
   EXPECT_EQ(LedgerText().substr(0, 46), R"([{"Key":"2023-10-11","Value":3.409090995788574)");
 }
 
-TEST_F(DailyPass, DayThatCannotBeDecryptedStaysAtZeroAndIsTriedAgain) {
+TEST_F(CalculateDailyPowerConsumption, LeavesAnUndecryptableDayAtZeroAndRetriesIt) {
   WriteWholeFile(SamplePath("2024-05-01"), "!!!!");
   Run();
   EXPECT_EQ(Booked("2024-05-01"), 0.0F);
@@ -121,7 +119,7 @@ TEST_F(DailyPass, DayThatCannotBeDecryptedStaysAtZeroAndIsTriedAgain) {
   EXPECT_FALSE(HasSamples("2024-05-01"));
 }
 
-TEST_F(DailyPass, TodayGrowsWithEachPassAndIsFinalTheDayAfter) {
+TEST_F(CalculateDailyPowerConsumption, UpdatesTodayAtEachPassUntilTheDayEnds) {
   WriteOneInterval(kToday);
   Run();
   WriteSamples(kToday, {"09:00:00", "10:00:00", "10:05:00", "10:10:00"});
@@ -134,7 +132,7 @@ TEST_F(DailyPass, TodayGrowsWithEachPassAndIsFinalTheDayAfter) {
   EXPECT_TRUE(HasSamples(kToday));
 }
 
-TEST_F(DailyPass, EntriesBehindTheOldestDayStayUntilTheProcessStartsAnew) {
+TEST_F(CalculateDailyPowerConsumption, KeepsEntriesOlderThan210DaysUntilARestart) {
   Run();
   FakeClock::Set("2024-05-10 14:30:00");
   Run();
@@ -146,13 +144,13 @@ TEST_F(DailyPass, EntriesBehindTheOldestDayStayUntilTheProcessStartsAnew) {
   EXPECT_EQ(LedgerText().substr(0, 21), R"([{"Key":"2023-10-13",)");
 }
 
-TEST_F(DailyPass, MarksDataAsChanged) {
+TEST_F(CalculateDailyPowerConsumption, SetsDataChanged) {
   helper.dataChanged = false;
   Run();
   EXPECT_TRUE(helper.IsDataChanged());
 }
 
-TEST_F(DailyPass, ClockIn1970Ends) {
+TEST_F(CalculateDailyPowerConsumption, EndsWithAClockIn1970) {
   FakeClock::Set("1970-01-03 10:00:00");
   Run();
   EXPECT_EQ(LedgerText(), R"([{"Key":"1970-01-01","Value":0.0},{"Key":"1970-01-02","Value":0.0},)"

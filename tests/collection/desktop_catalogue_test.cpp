@@ -32,26 +32,26 @@ class LoadInstalledWin32Apps : public testing::Test {
 
 }  // namespace
 
-TEST_F(LoadInstalledWin32Apps, AddsToWhatIsThere) {
-  helper_.win32Apps.Replace(DesktopApps{{L"Of long ago", L"icon"}});
+TEST_F(LoadInstalledWin32Apps, AddsToTheExistingCatalogue) {
+  helper_.win32Apps.Replace(DesktopApps{{L"Earlier program", L"icon"}});
   helper_.LoadInstalledWin32Apps();
   EXPECT_EQ(helper_.win32Apps.Current()->count(L"Wattleaf test program"), 1u);
-  EXPECT_EQ(helper_.win32Apps.Current()->at(L"Of long ago"), L"icon");
+  EXPECT_EQ(helper_.win32Apps.Current()->at(L"Earlier program"), L"icon");
 }
 
-TEST_F(LoadInstalledWin32Apps, HandsTheCatalogueOverWhole) {
-  helper_.win32Apps.Replace(DesktopApps{{L"Of long ago", L"icon"}});
+TEST_F(LoadInstalledWin32Apps, ReplacesTheCatalogueInOneStep) {
+  helper_.win32Apps.Replace(DesktopApps{{L"Earlier program", L"icon"}});
   const auto before = helper_.win32Apps.Current();
   RegistryCalls calls;
   std::size_t seen = 0;
   calls.onEnumerate = [&](DWORD, wchar_t*, DWORD*) -> std::optional<LSTATUS> {
-    // What a request sees meanwhile.
+    // A request during the load still reads the old catalogue.
     EXPECT_EQ(helper_.win32Apps.Current(), before);
     ++seen;
     return std::nullopt;
   };
   helper_.LoadInstalledWin32Apps();
   EXPECT_GT(seen, 1u);
-  EXPECT_EQ(before->size(), 1u) << "a map that was taken never changes";
+  EXPECT_EQ(before->size(), 1u) << "a map that a reader holds never changes";
   EXPECT_NE(helper_.win32Apps.Current(), before);
 }

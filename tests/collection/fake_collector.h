@@ -11,16 +11,17 @@
 
 namespace TestSupport {
 
-/// What the fake collector library is to do, and what was done to it.
+/// How the fake collector behaves, and a record of the calls to it.
 struct CollectorScript {
   bool loads = true;
   std::map<int, int> status{{0, 1}};
   /// Called at the end of each call, with its name; may throw.
   std::function<void(const std::string& call)> onCall;
-  /// The calls by name: create, load, callback, start, stop, destroy, and free for the library.
+  /// The calls by name: create, load, callback, start, stop, destroy; free is of the library.
   std::vector<std::string> calls;
-  /// Gets "collector <call>" for each of them too, if it is set.
+  /// If not null, receives "collector <call>" for each of them.
   CallRecord* record = nullptr;
+  /// The kinds of data passed to the last start or stop.
   std::vector<int> kinds;
   Zq::Gantry::Server::Services::Wattleaf::CollectorCallback callback = nullptr;
 

@@ -62,7 +62,7 @@ BOOL WINAPI FakeCollectorLibrary::Free(HMODULE module) {
 
 Zq::Gantry::Server::Services::Wattleaf::DataCollector* FakeCollectorLibrary::Create() {
   current->script.Enter("create");
-  return current->makesNull ? nullptr : new FakeCollector(current->script);
+  return current->createsNull ? nullptr : new FakeCollector(current->script);
 }
 
 std::wstring ProgramFolder() {

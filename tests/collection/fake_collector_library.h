@@ -10,9 +10,9 @@
 
 namespace TestSupport {
 
-/// Takes the place of the collector library in the program's loader calls, with a FakeCollector
-/// inside. The checks before the load are the real ones, apart from two calls that not every system
-/// has. One at a time.
+/// Replaces the collector library in the program's loader calls by one that creates a
+/// FakeCollector. The trust checks before the load are real, except for two calls that not every
+/// system has. One at a time.
 class FakeCollectorLibrary {
  public:
   FakeCollectorLibrary();
@@ -20,13 +20,13 @@ class FakeCollectorLibrary {
   FakeCollectorLibrary& operator=(const FakeCollectorLibrary&) = delete;
   ~FakeCollectorLibrary();
 
-  /// What the loader gives for the library.
-  static HMODULE Module();
+  /// The handle that the loader returns for the library.
+  [[nodiscard]] static HMODULE Module();
 
   CollectorScript script;
-  bool loads = true;
-  bool exports = true;
-  bool makesNull = false;
+  bool loads = true;    ///< LoadLibraryW succeeds
+  bool exports = true;  ///< the library has its export
+  bool createsNull = false;
   /// The names that were loaded, and how often the library was freed.
   std::vector<std::wstring> loaded;
   int freed = 0;
@@ -44,11 +44,11 @@ class FakeCollectorLibrary {
   Standin::ImportPatch catalogs_;
 };
 
-/// The folder of the test program, which has the collector's samples below it.
-std::wstring ProgramFolder();
+/// The folder of the test program; the signed and unsigned sample files are below it.
+[[nodiscard]] std::wstring ProgramFolder();
 
-/// A folder below Program Files that holds the collector's file: a copy of "signed.dll" or
-/// "unsigned.dll". Removed at the end.
+/// A folder under Program Files with the collector's file: a copy of "signed.dll" or
+/// "unsigned.dll". The destructor removes it.
 class ProtectedFolder {
  public:
   explicit ProtectedFolder(const wchar_t* sample);

@@ -8,8 +8,8 @@
 
 namespace TestSupport {
 
-/// Fakes the command interpreter and the change of the current directory, which then stays as it
-/// is.
+/// Replaces the command interpreter and SetCurrentDirectoryW: no tool runs and the current
+/// directory stays. One at a time; any thread may make the calls.
 class FakeTool {
  public:
   FakeTool();
@@ -17,15 +17,15 @@ class FakeTool {
   FakeTool& operator=(const FakeTool&) = delete;
   ~FakeTool();
 
-  /// What the tool ends with from now on; 0 at first.
+  /// The exit status of later runs; 0 by default.
   void EndWith(int status);
   /// Called in the middle of each run.
   void DuringRun(std::function<void()> action);
-  /// Lets no directory be entered.
+  /// Makes each change of the directory fail.
   void RefuseDirectories();
 
-  /// The calls in their order: "enter <directory>" and "run <command line>".
-  std::vector<std::string> Calls() const;
+  /// The calls in order: "enter <directory>" and "run <command line>".
+  [[nodiscard]] std::vector<std::string> Calls() const;
 
  private:
   Standin::ImportPatch patchedSystem_;

@@ -20,7 +20,7 @@ __time64_t g_now = 0;
 bool g_isBroken = false;
 
 __time64_t FakeTime(__time64_t* now) {
-  if (g_isBroken) throw 5;  // no std::exception: an operation must stop anything
+  if (g_isBroken) throw 5;  // not a std::exception: operations must catch everything
   if (now != nullptr) *now = g_now;
   return g_now;
 }
@@ -107,6 +107,66 @@ void LedgerFixture::WriteOneInterval(const std::string& date) const {
 float LedgerFixture::Booked(const std::string& date) const {
   const auto entry = helper.dailyLedger.find(Day(date));
   return entry != helper.dailyLedger.end() ? entry->second : -1.0F;
+}
+
+void DailyPassFixture::RunAt(const std::string& localTime) {
+  FakeClock::Set(localTime);
+  Run();
+}
+
+void DailyPassFixture::WriteFromMidnightToMidnight(const std::string& date) const {
+  WriteSamples(date, {"00:02:00", "12:00:00", "12:05:00", "23:58:00"});
+}
+
+std::vector<std::wstring> DailyPassFixture::DecryptedDates() const {
+  const std::wstring start = L"Decrypting file :" + folder.Path() + L"\\PcmSampleData_";
+  std::vector<std::wstring> dates;
+  for (const LogRecord& record : log.Records()) {
+    if (record.text.starts_with(start)) dates.push_back(record.text.substr(start.size(), 10));
+  }
+  return dates;
+}
+
+void DailyPassFixture::WriteLedger(const std::vector<std::string>& elements) const {
+  WriteWholeFile(LedgerPath(), List(elements));
+}
+
+bool DailyPassFixture::LedgerFileHolds(const std::string& date, const std::string& value) const {
+  return LedgerText().find(LedgerElement(date, value)) != std::string::npos;
+}
+
+std::vector<LogRecord> DailyPassFixture::Problems() const {
+  std::vector<LogRecord> problems;
+  for (const LogRecord& record : log.Records()) {
+    if (record.level != Standin::LogLevel::kInfo) problems.push_back(record);
+  }
+  return problems;
+}
+
+void DailyPassFixture::ExpectNoSaveWhile(const std::function<std::shared_ptr<void>()>& fail) {
+  // The 1st has a value and no samples, the 3rd has samples and no value.
+  const std::string content = List({LedgerElement("2024-05-01", "12.5")});
+  WriteWholeFile(LedgerPath(), content);
+  WriteOneInterval("2024-05-03");
+  log.Clear();
+  TestHelper other(folder.Path().c_str());
+  other.dataChanged = false;
+  {
+    const std::shared_ptr<void> failure = fail();
+    other.CalculateDailyPowerConsumption();
+  }
+  EXPECT_EQ(Problems(), std::vector<LogRecord>{Error(kSaveFailed)});
+  EXPECT_EQ(LedgerText(), content);
+  EXPECT_TRUE(HasSamples("2024-05-03"));
+  EXPECT_TRUE(other.dataChanged);
+  EXPECT_EQ(other.dailyLedger.at(Day("2024-05-03")), kThreeWh);
+
+  other.dailyLedger.erase(Day("2024-05-03"));
+  other.CalculateDailyPowerConsumption();
+  EXPECT_EQ(Problems().size(), 1U);
+  EXPECT_EQ(other.dailyLedger.at(Day("2024-05-01")), 12.5F);
+  EXPECT_TRUE(LedgerFileHolds("2024-05-01", "12.5"));
+  EXPECT_FALSE(HasSamples("2024-05-03"));
 }
 
 std::string LedgerElement(const std::string& date, const std::string& value) {

@@ -4,6 +4,7 @@
 
 #include <time.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -17,10 +18,10 @@
 
 namespace TestSupport {
 
-/// The helper with its ledger in reach, on a data folder of the test's own.
+/// A helper on a given data folder, with public access to its ledger.
 class TestHelper : public Zq::Gantry::Server::Services::Wattleaf::WattleafHelper {
  public:
-  /// `folder` is borrowed for the helper's life.
+  /// `folder` must outlive the helper.
   explicit TestHelper(const wchar_t* folder) { collectionPath = folder; }
 
   using WattleafHelper::CalculateDailyPowerConsumption;
@@ -33,7 +34,7 @@ class TestHelper : public Zq::Gantry::Server::Services::Wattleaf::WattleafHelper
   using WattleafHelper::GetPowerConsumption;
 };
 
-/// Stops the clock of the program. One at a time.
+/// Stops the program's clock. One at a time.
 class FakeClock {
  public:
   FakeClock();
@@ -42,16 +43,14 @@ class FakeClock {
 
   /// "2024-05-08 14:30:00", local time.
   static void Set(const std::string& localTime);
-  /// From now on asking for the time throws, until the next Set: a failure in the middle of an
-  /// operation.
+  /// Makes reading the time throw until the next Set: a failure in the middle of an operation.
   static void Break();
 
  private:
   Standin::ImportPatch patch_;
 };
 
-/// Makes the standard library's status query fail for one path, for as long as it lives. One at a
-/// time.
+/// Makes the C library's status query fail for one path while it exists. One at a time.
 class FakeStatusFailure {
  public:
   explicit FakeStatusFailure(const std::wstring& path);
@@ -62,8 +61,8 @@ class FakeStatusFailure {
   Standin::ImportPatch patch_;
 };
 
-/// Makes GetFileAttributesW fail with `error` for one path, for as long as it lives. One at a time,
-/// and not beside a FakeStatusFailure.
+/// Makes GetFileAttributesW fail with `error` for one path while it exists. One at a time, and not
+/// together with a FakeStatusFailure.
 class FakeAttributesFailure {
  public:
   FakeAttributesFailure(const std::wstring& path, DWORD error);
@@ -74,25 +73,26 @@ class FakeAttributesFailure {
   Standin::ImportPatch patch_;
 };
 
-/// A data folder with encrypted samples, a stopped clock (2024-05-08 14:30, a Wednesday), a log.
+/// A helper with an empty data folder, a clock stopped at 2024-05-08 14:30 (a Wednesday), a log.
 class LedgerFixture : public testing::Test {
  protected:
   LedgerFixture();
 
-  std::wstring SamplePath(const std::string& date) const;
-  std::wstring LedgerPath() const;
-  std::wstring PlainCopy(const std::string& date) const;
+  [[nodiscard]] std::wstring SamplePath(const std::string& date) const;
+  [[nodiscard]] std::wstring LedgerPath() const;
+  [[nodiscard]] std::wstring PlainCopy(const std::string& date) const;
 
-  /// Writes a day's file as the collector does: 36 watts at each of these times, "10:05:00".
+  /// Writes a day's samples as the collector does: 36 watts at each of `times` ("10:05:00").
   void WriteSamples(const std::string& date, const std::vector<std::string>& times) const;
-  /// The same around any text.
+  /// Writes a day's samples file with any content.
   void WriteEncrypted(const std::string& date, const std::string& json) const;
 
-  /// A file of one interval of 300 seconds that counts; see kThreeWh.
+  /// Writes samples with one counted interval of 300 seconds, so kThreeWh.
   void WriteOneInterval(const std::string& date) const;
 
-  float Booked(const std::string& date) const;
-  std::string LedgerText() const { return ReadWholeFile(LedgerPath()); }
+  /// The day's energy in the helper's ledger; -1 without an entry.
+  [[nodiscard]] float Booked(const std::string& date) const;
+  [[nodiscard]] std::string LedgerText() const { return ReadWholeFile(LedgerPath()); }
 
   const TempFolder folder;
   const FakeClock clock;
@@ -100,13 +100,46 @@ class LedgerFixture : public testing::Test {
   TestHelper helper{folder.Path().c_str()};
 };
 
-/// The text of the ledger file's element for one day, with its comma or bracket left out.
-std::string LedgerElement(const std::string& date, const std::string& value);
+/// What the tests of the daily pass share. Their suites are named after the function.
+class DailyPassFixture : public LedgerFixture {
+ protected:
+  void Run() { helper.CalculateDailyPowerConsumption(); }
+  /// Sets the clock, "2024-05-08 14:30:00", and runs a pass.
+  void RunAt(const std::string& localTime);
 
-/// The energy of one interval of 300 seconds at 36 watts.
+  /// Writes samples from two minutes after midnight to two minutes before the next, with one
+  /// counted interval of 300 seconds at noon; the 240 seconds across midnight link neighbouring
+  /// days.
+  void WriteFromMidnightToMidnight(const std::string& date) const;
+
+  [[nodiscard]] bool HasSamples(const std::string& date) const {
+    return FileExists(SamplePath(date));
+  }
+  void WriteLedger(const std::vector<std::string>& elements) const;
+  [[nodiscard]] bool LedgerFileHolds(const std::string& date, const std::string& value) const;
+
+  /// The dates whose samples were decrypted, by the log.
+  [[nodiscard]] std::vector<std::wstring> DecryptedDates() const;
+  /// The warnings and errors of the log.
+  [[nodiscard]] std::vector<LogRecord> Problems() const;
+
+  /// Runs a first pass while the object that `fail` returns makes a status query of the ledger
+  /// fail, and a second one in the same process without it. Checks that only the second one saves.
+  void ExpectNoSaveWhile(const std::function<std::shared_ptr<void>()>& fail);
+};
+
+inline constexpr wchar_t kSaveFailed[] =
+    L"Error in CalculateDailyPowerConsumption() : Save Json failed";
+
+/// One day's element of the ledger file, without comma or bracket.
+[[nodiscard]] std::string LedgerElement(const std::string& date, const std::string& value);
+
+/// The booked energy of one interval of 300 seconds at 36 watts.
 inline constexpr float kThreeWh = 3.0F / 0.88F;
+/// The same with the 240 seconds across one midnight, which are 2.4 watt-hours.
+inline constexpr float kThreeAndLinkWh = (3.0F + 2.4F) / 0.88F;
 
-/// "2024-05-08" and so many days before it, by the calendar alone.
-std::string DateBefore(const std::string& date, int days);
+/// The date `days` days before `date` ("2024-05-08"), by the calendar alone.
+[[nodiscard]] std::string DateBefore(const std::string& date, int days);
 
 }  // namespace TestSupport

@@ -1,14 +1,14 @@
-// A process that runs passes over a data folder and may end in the middle of one, as a host that is
-// ended does: no destructor runs, nothing is flushed.
+// A process that runs daily passes over a data folder and may end in the middle of one like a
+// killed host: no destructor runs and nothing is flushed.
 //
 //   ledger_pass_probe FOLDER STEP...          (ASCII only)
 //
-//   report=PATH        where each pass to come appends what it did, see RunPass
-//   unprotected        from now on the blobs of samples are their content: data protection is slow
-//   end-at=N           the N-th watched call of the next pass ends the process with status 9
+//   report=PATH        the file to which later passes append a report, see RunPass
+//   unprotected        later passes read samples without data protection, which is slow
+//   end-at=N           the N-th counted call of the next pass ends the process with status 9
 //   end-after-save=N   the same, counted from the call that opens the ledger for saving
 //
-//   pass=TIME          a daily pass at that local time, "2024-05-08T14:30:00"
+//   pass=TIME          runs a daily pass at that local time, "2024-05-08T14:30:00"
 //
 //   copy-ledger=PATH   copies the ledger file
 
@@ -24,6 +24,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/wide_file.h"
 #include "collection/ledger_fixture.h"
 #include "import_patch.h"
 #include "support/log_capture.h"
@@ -32,6 +33,7 @@
 namespace {
 
 using TestSupport::TestHelper;
+using Zq::Gantry::Server::Services::Wattleaf::UniqueFile;
 
 constexpr UINT kEnded = 9;
 
@@ -49,14 +51,14 @@ void Count() {
   if (++g_calls == g_endAt) EndProcess();
 }
 
-/// One import of this program, counted at each call.
+/// Counts the calls of one import of this program.
 template <const char* name, typename Function>
-class Watched;
+class Counted;
 
 template <const char* name, typename Result, typename... Arguments>
-class Watched<name, Result(Arguments...)> {
+class Counted<name, Result(Arguments...)> {
  public:
-  Watched() { original_ = patch_.template Original<Result(Arguments...)>(); }
+  Counted() { original_ = patch_.template Original<Result(Arguments...)>(); }
 
  private:
   static Result Call(Arguments... arguments) {
@@ -65,7 +67,7 @@ class Watched<name, Result(Arguments...)> {
   }
 
   static inline Result (*original_)(Arguments...) = nullptr;
-  const Standin::ImportPatch patch_{name, &Watched::Call};
+  const Standin::ImportPatch patch_{name, &Counted::Call};
 };
 
 constexpr char kAttributes[] = "GetFileAttributesW";
@@ -94,7 +96,7 @@ BOOL WINAPI OpenUnprotected(DATA_BLOB* closed, LPWSTR*, DATA_BLOB*, PVOID,
 
 std::size_t (*g_write)(const void*, std::size_t, std::size_t, std::FILE*) = nullptr;
 
-/// A write in which the process ends reaches the file by half.
+/// If the process ends in a write, half of the data reaches the file.
 std::size_t CountedWrite(const void* data, std::size_t size, std::size_t count, std::FILE* file) {
   if (++g_calls == g_endAt) {
     g_write(data, 1, size * count / 2, file);
@@ -104,20 +106,20 @@ std::size_t CountedWrite(const void* data, std::size_t size, std::size_t count, 
   return g_write(data, size, count, file);
 }
 
-/// The calls of a pass that change or read the folder, and those between them.
-struct WatchedCalls {
-  WatchedCalls() {
+/// The counted calls of a pass: those that read or change the folder, and the decryption.
+struct CountedCalls {
+  CountedCalls() {
     g_open = open.Original<decltype(CountedOpen)>();
     g_write = write.Original<decltype(CountedWrite)>();
   }
 
   const Standin::ImportPatch open{"_wfopen_s", &CountedOpen};
   const Standin::ImportPatch write{"fwrite", &CountedWrite};
-  const Watched<kAttributes, decltype(GetFileAttributesW)> attributes;
-  const Watched<kUnlink, decltype(_wunlink)> unlink;
-  const Watched<kClose, decltype(std::fclose)> close;
-  const Watched<kDecode, decltype(CryptStringToBinaryA)> decode;
-  const Watched<kUnprotect, decltype(CryptUnprotectData)> unprotect;
+  const Counted<kAttributes, decltype(GetFileAttributesW)> attributes;
+  const Counted<kUnlink, decltype(_wunlink)> unlink;
+  const Counted<kClose, decltype(std::fclose)> close;
+  const Counted<kDecode, decltype(CryptStringToBinaryA)> decode;
+  const Counted<kUnprotect, decltype(CryptUnprotectData)> unprotect;
 };
 
 class Probe {
@@ -149,21 +151,21 @@ class Probe {
     return step.substr(name.size());
   }
 
-  /// Reports the number of watched calls, which of them opened the ledger to save it, then the log.
+  /// Runs a pass and reports the number of counted calls, which of them opened the ledger to save
+  /// it, then the log.
   void RunPass(const std::string& localTime) {
     TestSupport::FakeClock::Set(localTime);
     g_calls = 0;
     {
-      const WatchedCalls watched;
+      const CountedCalls counted;
       helper_.CalculateDailyPowerConsumption();
     }
-    std::FILE* report = _wfopen(reportPath_.c_str(), L"ab");
-    if (report == nullptr) return;
-    std::fprintf(report, "%d %d\n", g_calls, g_saveCall);
+    const UniqueFile report(_wfopen(reportPath_.c_str(), L"ab"));
+    if (!report) return;
+    std::fprintf(report.get(), "%d %d\n", g_calls, g_saveCall);
     for (const TestSupport::LogRecord& record : log_.Records()) {
-      std::fprintf(report, "%ls\n", record.text.c_str());
+      std::fprintf(report.get(), "%ls\n", record.text.c_str());
     }
-    std::fclose(report);
     log_.Clear();
   }
 

@@ -25,8 +25,8 @@ namespace {
 const LogRecord kPackageFailed = Error(L"Error while processing packages.");
 const LogRecord kManifestFailed = Error(L"Error parsing AppxManifest.xml");
 
-/// A helper, and packages that each have a logo by their manifest and one of their own.
-class PackagedCatalogue : public PackagesTest {
+/// A helper, and packages that each have a logo named by their manifest and one of their own.
+class LoadInstalledUWPApps : public PackagesTest {
  protected:
   void AddApp(const std::wstring& folder, const std::string& name, const std::string& words = "") {
     packages.Add(folder, "name=" + name + "\nshown=" + name +
@@ -47,7 +47,7 @@ class PackagedCatalogue : public PackagesTest {
     for (const auto& [name, record] : *helper.uwpApps.Current()) names.push_back(name);
     return names;
   }
-  /// The logo's file name; empty for an application that is not there.
+  /// The logo's file name; empty if there is no such application.
   std::string LogoOf(const std::string& name) const {
     const auto apps = helper.uwpApps.Current();
     const auto found = apps->find(name);
@@ -59,8 +59,8 @@ class PackagedCatalogue : public PackagesTest {
   LogCapture log;
 };
 
-/// One manifest, read by the helper's own operation.
-class ParsedManifest : public testing::Test {
+/// One manifest file and the helper that parses it.
+class ParseManifest : public testing::Test {
  protected:
   void Parse(const std::string& text) {
     WriteWholeFile(path, text);
@@ -75,15 +75,15 @@ class ParsedManifest : public testing::Test {
   LogCapture log;
 };
 
-/// For manifests; other files, the stand-in's own too, are opened.
-std::FILE* OpenRaises(const wchar_t* path, const wchar_t* mode) {
-  if (std::wstring(path).ends_with(L"AppxManifest.xml")) throw 5;  // no std::exception
+/// Throws for manifests and opens every other file.
+std::FILE* ThrowForManifests(const wchar_t* path, const wchar_t* mode) {
+  if (std::wstring(path).ends_with(L"AppxManifest.xml")) throw 5;  // not a std::exception
   return _wfsopen(path, mode, _SH_DENYNO);
 }
 
 }  // namespace
 
-TEST_F(PackagedCatalogue, HoldsTheNotebooksApplications) {
+TEST_F(LoadInstalledUWPApps, LoadsTheSimulatedNotebooksApplications) {
   for (const auto& app : Standin::kPackagedApps) {
     Standin::Packages::WritePackage(packages.root.Path(), app);
   }
@@ -99,7 +99,7 @@ TEST_F(PackagedCatalogue, HoldsTheNotebooksApplications) {
   EXPECT_EQ(log.Records(), Records{});
 }
 
-TEST_F(PackagedCatalogue, LogoIsTheFullPathOfTheFileThatTheManifestLeadsTo) {
+TEST_F(LoadInstalledUWPApps, StoresTheFullPathOfTheLogoNamedByTheManifest) {
   AddApp(L"a", "App");
   EXPECT_EQ(Load(), Names{"App"});
   EXPECT_EQ(
@@ -107,9 +107,9 @@ TEST_F(PackagedCatalogue, LogoIsTheFullPathOfTheFileThatTheManifestLeadsTo) {
       std::filesystem::path(packages.Folder(L"a") + L"\\Assets\\Tile.scale-100.png").string());
 }
 
-TEST_F(PackagedCatalogue, LogoThatNoFileCanHaveLeavesTheOwnLogo) {
+TEST_F(LoadInstalledUWPApps, KeepsThePackagesOwnLogoWhenTheManifestNamesAnImpossiblePath) {
   AddApp(L"a", "App");
-  // Half a character, a device, characters that no name holds, and a name without end.
+  // An unpaired surrogate, a device, characters that are invalid in names, and a huge name.
   for (const std::string& named :
        {std::string("&#xD800;\\Tile.png"), std::string("\\\\.\\nowhere\\Tile.png"),
         std::string("*?&lt;&gt;|\\Tile.png"), std::string(1'000'000, 'x') + "\\Tile.png"}) {
@@ -124,14 +124,14 @@ TEST_F(PackagedCatalogue, LogoThatNoFileCanHaveLeavesTheOwnLogo) {
   EXPECT_EQ(log.Records(), Records{});
 }
 
-TEST_F(PackagedCatalogue, PropertiesThatFailOneByOneDoWhatTheirGuardSays) {
+TEST_F(LoadInstalledUWPApps, SkipsOrKeepsAPackageByWhichPropertyFails) {
   struct Case {
     const char* words;
     bool enters;
     const char* logo;
     bool isLogged;
   };
-  constexpr const char* kManifests = "Tile.scale-100.png";
+  constexpr const char* kManifestLogo = "Tile.scale-100.png";
   const std::vector<Case> cases = {
       {"null:Current", false, "", true},
       {"fail:Current=80004005", false, "", true},
@@ -147,7 +147,7 @@ TEST_F(PackagedCatalogue, PropertiesThatFailOneByOneDoWhatTheirGuardSays) {
       {"null:InstalledLocation", true, "own.png", false},
       {"fail:IStorageItem=80004002", true, "own.png", false},
       {"fail:Path=80004005", true, "own.png", false},
-      {"fail:Logo=80004005", true, kManifests, false},
+      {"fail:Logo=80004005", true, kManifestLogo, false},
       {"fail:Path=80004005,fail:Logo=80004005", false, "", false},
       {"fail:Path=80004005,null:Logo", false, "", false},
       {"fail:Path=80004005,fail:LogoPath=80004005", false, "", false},
@@ -157,15 +157,15 @@ TEST_F(PackagedCatalogue, PropertiesThatFailOneByOneDoWhatTheirGuardSays) {
     log.Clear();
     AddApp(L"a", "Before");
     AddApp(L"b", "App", c.words);
-    AddApp(L"c", "Behind");
-    EXPECT_EQ(Load(), c.enters ? (Names{"App", "Before", "Behind"}) : (Names{"Before", "Behind"}))
+    AddApp(L"c", "Later");
+    EXPECT_EQ(Load(), c.enters ? (Names{"App", "Before", "Later"}) : (Names{"Before", "Later"}))
         << c.words;
     EXPECT_EQ(LogoOf("App"), c.logo) << c.words;
     EXPECT_EQ(log.Records(), c.isLogged ? Records{kPackageFailed} : Records{}) << c.words;
   }
 }
 
-TEST_F(PackagedCatalogue, FailureBeforeTheLoopLeavesTheOperationAndTheCatalogueAlone) {
+TEST_F(LoadInstalledUWPApps, ThrowsAndKeepsTheCatalogueWhenTheEnumerationCannotStart) {
   helper.uwpApps.Replace({{"Old", {"old", "old.png"}}});
   for (const char* words :
        {"fail:ActivateInstance=80040154", "fail:FindPackages=80070005", "null:FindPackages",
@@ -179,7 +179,7 @@ TEST_F(PackagedCatalogue, FailureBeforeTheLoopLeavesTheOperationAndTheCatalogueA
   EXPECT_EQ(log.Records(), Records{});
 }
 
-TEST_F(PackagedCatalogue, FailureToMoveOnLeavesTheOperationAndTheCatalogueAlone) {
+TEST_F(LoadInstalledUWPApps, ThrowsAndKeepsTheCatalogueWhenTheEnumerationCannotAdvance) {
   AddApp(L"a", "First", "fail:MoveNext=80004005");
   AddApp(L"b", "Second");
   EXPECT_THROW(helper.LoadInstalledUWPApps(), CallFailure);
@@ -187,7 +187,7 @@ TEST_F(PackagedCatalogue, FailureToMoveOnLeavesTheOperationAndTheCatalogueAlone)
   EXPECT_EQ(log.Records(), Records{});
 }
 
-TEST_F(PackagedCatalogue, SecondRunReplacesAndAddsButTakesNothingAway) {
+TEST_F(LoadInstalledUWPApps, ReplacesAndAddsButNeverRemovesApplications) {
   AddApp(L"a", "Kept");
   AddApp(L"b", "Changed");
   Load();
@@ -198,22 +198,22 @@ TEST_F(PackagedCatalogue, SecondRunReplacesAndAddsButTakesNothingAway) {
   EXPECT_EQ(LogoOf("Changed"), "own.png");
 }
 
-TEST_F(PackagedCatalogue, ReaderKeepsTheCatalogueThatItTook) {
+TEST_F(LoadInstalledUWPApps, LeavesACatalogueTakenByAReaderUnchanged) {
   const auto taken = helper.uwpApps.Current();
   AddApp(L"a", "App");
   EXPECT_EQ(Load(), Names{"App"});
   EXPECT_TRUE(taken->empty());
 }
 
-TEST_F(PackagedCatalogue, ManifestThatRaisesIsToldOnceAndTheOwnLogoServes) {
+TEST_F(LoadInstalledUWPApps, LogsAManifestThatThrowsOnceAndUsesThePackagesOwnLogo) {
   AddApp(L"a", "App");
-  const ImportPatch patch("_wfopen", &OpenRaises);
+  const ImportPatch patch("_wfopen", &ThrowForManifests);
   EXPECT_EQ(Load(), Names{"App"});
   EXPECT_EQ(LogoOf("App"), "own.png");
   EXPECT_EQ(log.Records(), Records{kManifestFailed});
 }
 
-TEST_F(ParsedManifest, GivesTheLogoAndLeavesTheNameAlone) {
+TEST_F(ParseManifest, ReturnsTheLogoAndLeavesTheDisplayName) {
   Parse(
       "<Package><Applications><Application><uap:VisualElements DisplayName=\"App\" "
       "Square44x44Logo=\"Assets\\Tile.png\"/></Application></Applications></Package>");
@@ -221,14 +221,14 @@ TEST_F(ParsedManifest, GivesTheLogoAndLeavesTheNameAlone) {
   EXPECT_EQ(displayName, L"untouched");
 }
 
-TEST_F(ParsedManifest, EmptyAttributeIsAnEmptyLogo) {
+TEST_F(ParseManifest, ReturnsAnEmptyLogoForAnEmptyAttribute) {
   Parse(
       "<Package><Applications><Application><uap:VisualElements Square44x44Logo=\"\"/>"
       "</Application></Applications></Package>");
   EXPECT_EQ(logo, L"");
 }
 
-TEST_F(ParsedManifest, WithoutALogoLeavesItAsItWas) {
+TEST_F(ParseManifest, LeavesTheLogoWhenTheManifestHasNone) {
   helper.ParseManifest(folder.File(L"missing.xml"), displayName, logo);
   EXPECT_EQ(logo, L"before");
   Parse("<Package/>");
@@ -238,8 +238,8 @@ TEST_F(ParsedManifest, WithoutALogoLeavesItAsItWas) {
   EXPECT_EQ(log.Records(), Records{});
 }
 
-TEST_F(ParsedManifest, WhateverIsRaisedIsLoggedAndLeavesTheLogoAsItWas) {
-  const ImportPatch patch("_wfopen", &OpenRaises);
+TEST_F(ParseManifest, LogsAnyExceptionAndLeavesTheLogo) {
+  const ImportPatch patch("_wfopen", &ThrowForManifests);
   helper.ParseManifest(path, displayName, logo);
   EXPECT_EQ(logo, L"before");
   EXPECT_EQ(log.Records(), Records{kManifestFailed});

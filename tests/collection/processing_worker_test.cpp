@@ -26,14 +26,14 @@ namespace {
 
 std::vector<DWORD> sleeps;
 std::promise<void>* untilReleased = nullptr;
-std::function<void()> duringTheDay;
+std::function<void()> duringDaySleep;
 std::vector<int> priorities;
 
 void WINAPI FakeSleep(DWORD milliseconds) {
-  if (milliseconds == 0) return;  // the thread library gives way
+  if (milliseconds == 0) return;  // winpthread yields with Sleep(0)
   sleeps.push_back(milliseconds);
   if (milliseconds == 86400000) {
-    if (duringTheDay) duringTheDay();
+    if (duringDaySleep) duringDaySleep();
     return;
   }
   if (untilReleased != nullptr) untilReleased->get_future().wait();
@@ -46,18 +46,18 @@ BOOL WINAPI FakePriority(HANDLE thread, int value) {
   return FALSE;
 }
 
-class ProcessingWorker : public testing::Test {
+class WorkerFixture : public testing::Test {
  protected:
-  ProcessingWorker() {
+  WorkerFixture() {
     sleeps.clear();
     untilReleased = nullptr;
-    duringTheDay = nullptr;
+    duringDaySleep = nullptr;
     priorities.clear();
     // Without support the collector does not start, and the worker ends after its delay.
     helper->PlatformSupportState = 0;
   }
 
-  /// A collector that has been started before, which is a success; no files.
+  /// StartCollection succeeds, since the collector counts as started; the data folder is empty.
   void LetTheCollectorStart() {
     helper->PlatformSupportState = 1;
     helper->collectionStarted = true;
@@ -67,27 +67,29 @@ class ProcessingWorker : public testing::Test {
   const TempFolder folder;
   LogCapture log;
   const FakeTool tool;
-  // Nothing is installed.
-  FakePackages packages;
+  FakePackages packages;  // none installed
   ImportPatch patchedSleep{"Sleep", &FakeSleep};
   std::unique_ptr<OpenHelper> helper = std::make_unique<OpenHelper>();
 };
 
+using StartProcessing = WorkerFixture;
+using ProcessingCallback = WorkerFixture;
+
 }  // namespace
 
-TEST_F(ProcessingWorker, RunsOnAThreadOfTheLowestPriorityWhateverThatCallSays) {
+TEST_F(StartProcessing, RunsAtTheLowestPriorityAndIgnoresAFailureToSetIt) {
   const ImportPatch patch("SetThreadPriority", &FakePriority);
   helper->StartProcessing();
   EXPECT_TRUE(helper->running);
   ASSERT_NE(helper->worker, nullptr);
   helper.reset();
-  // The thread library sets the priority of its own accord while it makes the thread.
+  // winpthread also sets the priority itself while it creates the thread.
   ASSERT_FALSE(priorities.empty());
   EXPECT_EQ(priorities.back(), -2);
   EXPECT_EQ(std::count(priorities.begin(), priorities.end(), -2), 1);
 }
 
-TEST_F(ProcessingWorker, EndsAfterTheDelayWhereTheCollectorDoesNotStart) {
+TEST_F(StartProcessing, EndsAfterTheDelayWhenTheCollectorDoesNotStart) {
   helper->StartProcessing();
   helper->worker->join();
   EXPECT_THAT(sleeps, ElementsAre(90000U));
@@ -96,10 +98,10 @@ TEST_F(ProcessingWorker, EndsAfterTheDelayWhereTheCollectorDoesNotStart) {
   EXPECT_NE(helper->worker, nullptr) << "the thread object stays";
 }
 
-TEST_F(ProcessingWorker, APassUpdatesTheLedgerAndRaisesTheFlagAndThenADayIsSlept) {
+TEST_F(ProcessingCallback, UpdatesTheLedgerSetsDataAvailableAndSleepsForADay) {
   LetTheCollectorStart();
   helper->running = true;
-  duringTheDay = [this] {
+  duringDaySleep = [this] {
     EXPECT_EQ(helper->dailyLedger.size(), 211U);
     EXPECT_TRUE(FileExists(folder.File(L"PowerConsumption.json")));
     EXPECT_TRUE(helper->IsDataAvailable());
@@ -109,10 +111,10 @@ TEST_F(ProcessingWorker, APassUpdatesTheLedgerAndRaisesTheFlagAndThenADayIsSlept
   EXPECT_THAT(sleeps, ElementsAre(90000U, 86400000U));
 }
 
-TEST_F(ProcessingWorker, GoesOnWithAPassEachDayForAsLongAsItIsRunning) {
+TEST_F(ProcessingCallback, RunsOnePassPerDayWhileRunning) {
   LetTheCollectorStart();
   helper->running = true;
-  duringTheDay = [this] { helper->running = sleeps.size() < 4; };
+  duringDaySleep = [this] { helper->running = sleeps.size() < 4; };
   helper->ProcessingCallback();
   EXPECT_THAT(sleeps, ElementsAre(90000U, 86400000U, 86400000U, 86400000U));
   const std::vector<LogRecord> records = log.Records();
@@ -121,17 +123,17 @@ TEST_F(ProcessingWorker, GoesOnWithAPassEachDayForAsLongAsItIsRunning) {
             3);
 }
 
-TEST_F(ProcessingWorker, APassThatCouldNotSaveRaisesTheFlagToo) {
+TEST_F(ProcessingCallback, SetsDataAvailableWhenThePassCannotSave) {
   LetTheCollectorStart();
   const std::wstring missing = folder.File(L"missing");
   helper->collectionPath = missing.c_str();
   helper->running = true;
-  duringTheDay = [this] { helper->running = false; };
+  duringDaySleep = [this] { helper->running = false; };
   helper->ProcessingCallback();
   EXPECT_TRUE(helper->IsDataAvailable());
 }
 
-TEST_F(ProcessingWorker, EndsWithoutAPassWhereItIsNoLongerRunningAfterTheDelay) {
+TEST_F(ProcessingCallback, RunsNoPassWhenRunningIsFalseAfterTheDelay) {
   LetTheCollectorStart();
   helper->running = false;
   helper->ProcessingCallback();
@@ -140,7 +142,7 @@ TEST_F(ProcessingWorker, EndsWithoutAPassWhereItIsNoLongerRunningAfterTheDelay) 
   EXPECT_THAT(log.Records(), IsEmpty());
 }
 
-TEST_F(ProcessingWorker, TheHelpersEndWaitsForTheRunningSleep) {
+TEST_F(StartProcessing, MakesTheDestructorWaitForTheCurrentSleep) {
   std::promise<void> release;
   untilReleased = &release;
   helper->StartProcessing();
@@ -151,13 +153,13 @@ TEST_F(ProcessingWorker, TheHelpersEndWaitsForTheRunningSleep) {
   EXPECT_THAT(sleeps, ElementsAre(90000U));
 }
 
-TEST_F(ProcessingWorker, TheHelpersEndTellsTheWorkerToRunNoPass) {
+TEST_F(StartProcessing, RunsNoPassAfterTheDestructorHasBegun) {
   LetTheCollectorStart();
   std::promise<void> release;
   untilReleased = &release;
-  // Only a worker that was not told comes here; it would go on for ever.
+  // Reached only by a worker that misses `running`; without this line it would never end.
   bool slept = false;
-  duringTheDay = [&slept, raw = helper.get()] {
+  duringDaySleep = [&slept, raw = helper.get()] {
     slept = true;
     raw->running = false;
   };
@@ -169,17 +171,17 @@ TEST_F(ProcessingWorker, TheHelpersEndTellsTheWorkerToRunNoPass) {
   EXPECT_FALSE(slept);
 }
 
-TEST_F(ProcessingWorker, ASecondStartGivesTheFirstThreadUpWithoutEndingTheProcess) {
+TEST_F(StartProcessing, AbandonsTheFirstThreadOnASecondCall) {
   helper->StartProcessing();
   std::thread* first = helper->worker.get();
   helper->StartProcessing();
   EXPECT_NE(helper->worker.get(), first);
-  // The first thread object has no owner any more; the test takes it so that nothing leaks.
-  const std::unique_ptr<std::thread> given(first);
-  given->join();
+  // The product has abandoned the first thread object; the test owns it so that nothing leaks.
+  const std::unique_ptr<std::thread> abandoned(first);
+  abandoned->join();
 }
 
-TEST_F(ProcessingWorker, BeforeTheFirstPassTheLedgerIsEmptyAndOnlyDataChangedIsSet) {
+TEST_F(StartProcessing, LeavesTheLedgerEmptyAndDataUnavailableBeforeTheFirstPass) {
   std::promise<void> release;
   untilReleased = &release;
   helper->StartProcessing();
@@ -201,7 +203,7 @@ std::uintptr_t __cdecl NoThread(void*, unsigned, unsigned(__stdcall*)(void*), vo
 
 }  // namespace
 
-TEST_F(ProcessingWorker, AThreadThatCannotBeMadeIsRaisedToTheCaller) {
+TEST_F(StartProcessing, ThrowsSystemErrorWhenTheThreadCannotBeCreated) {
   const ImportPatch patch("_beginthreadex", &NoThread);
   EXPECT_THROW(helper->StartProcessing(), std::system_error);
   EXPECT_TRUE(helper->running);

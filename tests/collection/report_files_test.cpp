@@ -1,4 +1,4 @@
-// The report runs with a real tool, and what they leave in the data folder.
+// The report operations with a real tool, and the files that they leave in the data folder.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -15,9 +15,9 @@ using testing::StartsWith;
 
 namespace {
 
-class ReportFiles : public testing::Test {
+class RealToolFixture : public testing::Test {
  protected:
-  ReportFiles() {
+  RealToolFixture() {
     tool.Set(L"DAYS", L"1");
     helper.collectionPath = tool.Folder().Path().c_str();
   }
@@ -29,11 +29,15 @@ class ReportFiles : public testing::Test {
   OpenHelper helper;
 };
 
+using OnGetTop20PowerAppsWithRealTool = RealToolFixture;
+using OnGetErrorAndWarningsWithRealTool = RealToolFixture;
+using ReportOperationsWithRealTool = RealToolFixture;
+
 }  // namespace
 
-TEST_F(ReportFiles, TheReportOfTheProblemsStaysAndTheNextRunOverwritesIt) {
+TEST_F(OnGetErrorAndWarningsWithRealTool, KeepsTheReportAndOverwritesItAtTheNextRun) {
   helper.errorsAndWarningsJson = L"[1]";
-  WriteWholeFile(File(L"EnergyReport.xml"), "of the run before");
+  WriteWholeFile(File(L"EnergyReport.xml"), "from the previous run");
   helper.OnGetErrorAndWarnings();
   EXPECT_THAT(ReadWholeFile(File(L"EnergyReport.xml")), StartsWith("<?xml"));
   EXPECT_EQ(helper.errorsAndWarningsJson, L"");
@@ -44,27 +48,27 @@ TEST_F(ReportFiles, TheReportOfTheProblemsStaysAndTheNextRunOverwritesIt) {
   EXPECT_TRUE(FileExists(File(L"EnergyReport.xml")));
 }
 
-TEST_F(ReportFiles, AReportIsFoldedIntoTheStoreAndDeleted) {
+TEST_F(OnGetTop20PowerAppsWithRealTool, MergesTheReportIntoTheStoreAndDeletesIt) {
   helper.OnGetTop20PowerApps();
   EXPECT_FALSE(FileExists(File(L"Powerlog.xml")));
   EXPECT_THAT(ReadWholeFile(File(L"Powerlog.json")), StartsWith("[{\"Name\":"));
 }
 
-TEST_F(ReportFiles, ASuccessThatWroteNothingOnlyRewritesTheStore) {
+TEST_F(OnGetTop20PowerAppsWithRealTool, RewritesTheStoreWhenTheToolWritesNoReport) {
   WriteWholeFile(File(L"Powerlog.json"), "no JSON");
   tool.Set(L"OUTPUT", L"nothing");
   helper.OnGetTop20PowerApps();
   EXPECT_EQ(ReadWholeFile(File(L"Powerlog.json")), "[]");
 }
 
-TEST_F(ReportFiles, ABrokenReportIsDeletedAndFoldsNothing) {
+TEST_F(OnGetTop20PowerAppsWithRealTool, DeletesABrokenReportAndStoresNothing) {
   tool.Set(L"OUTPUT", L"broken");
   helper.OnGetTop20PowerApps();
   EXPECT_FALSE(FileExists(File(L"Powerlog.xml")));
   EXPECT_EQ(ReadWholeFile(File(L"Powerlog.json")), "[]");
 }
 
-TEST_F(ReportFiles, AToolThatFailsIsToldByItsStatus) {
+TEST_F(ReportOperationsWithRealTool, LogTheStatusOfAFailingTool) {
   tool.Set(L"STATUS", L"5");
   helper.OnGetTop20PowerApps();
   helper.OnGetErrorAndWarnings();
@@ -73,7 +77,7 @@ TEST_F(ReportFiles, AToolThatFailsIsToldByItsStatus) {
   EXPECT_FALSE(FileExists(File(L"EnergyReport.xml")));
 }
 
-TEST_F(ReportFiles, ASuccessIsQuiet) {
+TEST_F(ReportOperationsWithRealTool, LogNothingOnSuccess) {
   helper.OnGetTop20PowerApps();
   helper.OnGetErrorAndWarnings();
   EXPECT_THAT(log.Records(), IsEmpty());

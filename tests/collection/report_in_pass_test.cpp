@@ -1,4 +1,4 @@
-// The report as a step of the worker's pass.
+// The report run as a step of the worker's pass.
 
 #include <windows.h>
 
@@ -23,22 +23,22 @@ using testing::ElementsAre;
 
 namespace {
 
-OpenHelper* working = nullptr;
+OpenHelper* current = nullptr;
 
-/// The day's sleep ends the worker's life.
+/// Ends the worker at its first sleep of a day.
 void WINAPI FakeSleep(DWORD milliseconds) {
-  if (milliseconds == 86400000) working->running = false;
+  if (milliseconds == 86400000) current->running = false;
 }
 
-/// One pass of a helper whose collector has started before, without any sample.
-class ReportInPass : public testing::Test {
+/// A helper whose collector counts as started, for one pass without samples.
+class ProcessingCallback : public testing::Test {
  protected:
-  ReportInPass() {
+  ProcessingCallback() {
     helper.PlatformSupportState = 1;
     helper.collectionStarted = true;
     helper.collectionPath = folder.Path().c_str();
     helper.running = true;
-    working = &helper;
+    current = &helper;
   }
 
   const TempFolder folder;
@@ -49,17 +49,17 @@ class ReportInPass : public testing::Test {
   OpenHelper helper;
 };
 
-using ReportInPassDeath = ReportInPass;
+using StartProcessingDeathTest = ProcessingCallback;
 
 }  // namespace
 
-TEST_F(ReportInPass, RunsThoughTheCollectionHasNoSampleYet) {
+TEST_F(ProcessingCallback, RunsTheReportWithoutSamples) {
   helper.ProcessingCallback();
   EXPECT_THAT(tool.Calls(), testing::SizeIs(2));
   EXPECT_EQ(tool.Calls().back(), "run POWERCFG /SRUMUTIL /OUTPUT Powerlog.xml /XML");
 }
 
-TEST_F(ReportInPass, ComesAfterTheLedgerAndBeforeTheFlag) {
+TEST_F(ProcessingCallback, RunsTheReportAfterTheLedgerAndBeforeSettingDataAvailable) {
   int runs = 0;
   tool.DuringRun([this, &runs] {
     EXPECT_TRUE(FileExists(folder.File(L"PowerConsumption.json")));
@@ -71,27 +71,27 @@ TEST_F(ReportInPass, ComesAfterTheLedgerAndBeforeTheFlag) {
   EXPECT_TRUE(helper.IsDataAvailable());
 }
 
-TEST_F(ReportInPass, ThatFailsLeavesTheFlagToBeRaised) {
+TEST_F(ProcessingCallback, SetsDataAvailableWhenTheReportFails) {
   tool.EndWith(5);
   helper.ProcessingCallback();
   EXPECT_THAT(log.Records(), Contains(Error(L"Error")));
   EXPECT_TRUE(helper.IsDataAvailable());
 }
 
-TEST_F(ReportInPass, NeverRunsTheReportOfTheProblems) {
+TEST_F(ProcessingCallback, NeverRunsTheEnergyProblemsReport) {
   helper.errorsAndWarningsJson = L"kept";
   helper.ProcessingCallback();
   EXPECT_THAT(tool.Calls(), testing::Not(Contains(testing::HasSubstr("/ENERGY"))));
   EXPECT_EQ(helper.errorsAndWarningsJson, L"kept");
 }
 
-TEST_F(ReportInPass, OfANegativeStatusLeavesTheWorkersBodyBeforeTheFlag) {
+TEST_F(ProcessingCallback, ThrowsOnANegativeStatusBeforeSettingDataAvailable) {
   tool.EndWith(-1);
   EXPECT_THROW(helper.ProcessingCallback(), std::length_error);
   EXPECT_FALSE(helper.IsDataAvailable());
 }
 
-TEST_F(ReportInPassDeath, OfANegativeStatusEndsTheProcessOfTheWorker) {
+TEST_F(StartProcessingDeathTest, EndsTheProcessOnANegativeStatus) {
   tool.EndWith(-1);
   EXPECT_EXIT(
       {

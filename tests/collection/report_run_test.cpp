@@ -19,9 +19,9 @@ using testing::IsEmpty;
 
 namespace {
 
-class ReportRun : public testing::Test {
+class ReportOperations : public testing::Test {
  protected:
-  ReportRun() { helper.collectionPath = folder.Path().c_str(); }
+  ReportOperations() { helper.collectionPath = folder.Path().c_str(); }
 
   bool IsLockFree() {
     return std::async(std::launch::async,
@@ -38,9 +38,11 @@ class ReportRun : public testing::Test {
   OpenHelper helper;
 };
 
-using ErrorsAndWarnings = ReportRun;
+using OnGetTop20PowerApps = ReportOperations;
+using OnGetErrorAndWarnings = ReportOperations;
+using GetErrorsAndWarnings = ReportOperations;
 
-/// Either operation, with what belongs to it.
+/// One of the two report operations, with its command line and its log text.
 struct Operation {
   const char* commandLine;
   const wchar_t* literal;
@@ -59,14 +61,14 @@ const Operation kOperations[] = {
 
 }  // namespace
 
-TEST_F(ReportRun, EntersTheDataFolderAndThenRunsTheToolOnce) {
+TEST_F(OnGetTop20PowerApps, EntersTheDataFolderThenRunsTheToolOnce) {
   helper.collectionPath = L"C:\\somewhere";
   helper.OnGetTop20PowerApps();
   EXPECT_THAT(tool.Calls(), ElementsAre("enter C:\\somewhere",
                                         "run POWERCFG /SRUMUTIL /OUTPUT Powerlog.xml /XML"));
 }
 
-TEST_F(ReportRun, OfTheProblemsEntersTheDataFolderAndThenRunsTheToolOnce) {
+TEST_F(OnGetErrorAndWarnings, EntersTheDataFolderThenRunsTheToolOnce) {
   helper.collectionPath = L"C:\\somewhere";
   helper.OnGetErrorAndWarnings();
   EXPECT_THAT(tool.Calls(),
@@ -74,7 +76,7 @@ TEST_F(ReportRun, OfTheProblemsEntersTheDataFolderAndThenRunsTheToolOnce) {
                           "run POWERCFG /ENERGY /OUTPUT EnergyReport.xml /DURATION 60 /XML"));
 }
 
-TEST_F(ReportRun, ADirectoryThatCannotBeEnteredIsNotSeen) {
+TEST_F(ReportOperations, RunTheToolEvenIfTheDirectoryCannotBeEntered) {
   tool.RefuseDirectories();
   for (const Operation& operation : kOperations) {
     operation.run(helper);
@@ -83,7 +85,7 @@ TEST_F(ReportRun, ADirectoryThatCannotBeEnteredIsNotSeen) {
   EXPECT_THAT(log.Records(), IsEmpty());
 }
 
-TEST_F(ReportRun, HoldsNoLockWhileTheToolRuns) {
+TEST_F(ReportOperations, HoldNoLockWhileTheToolRuns) {
   int runs = 0;
   tool.DuringRun([this, &runs] {
     EXPECT_TRUE(IsLockFree());
@@ -93,12 +95,12 @@ TEST_F(ReportRun, HoldsNoLockWhileTheToolRuns) {
   EXPECT_EQ(runs, 2);
 }
 
-TEST_F(ReportRun, ASuccessIsQuiet) {
+TEST_F(ReportOperations, LogNothingOnSuccess) {
   for (const Operation& operation : kOperations) operation.run(helper);
   EXPECT_THAT(log.Records(), IsEmpty());
 }
 
-TEST_F(ReportRun, AFailureLogsAsManyCharactersAsItsStatusSays) {
+TEST_F(ReportOperations, LogAsManyCharactersAsTheExitStatus) {
   for (const Operation& operation : kOperations) {
     const std::wstring literal = operation.literal;
     const struct {
@@ -122,7 +124,7 @@ TEST_F(ReportRun, AFailureLogsAsManyCharactersAsItsStatusSays) {
   }
 }
 
-TEST_F(ReportRun, TheLoggedTextIsNoFormat) {
+TEST_F(ReportOperations, DoNotUseTheLoggedTextAsAFormatString) {
   for (const Operation& operation : kOperations) {
     log.Clear();
     for (const int status : {7, 8, 9}) {
@@ -134,7 +136,7 @@ TEST_F(ReportRun, TheLoggedTextIsNoFormat) {
   }
 }
 
-TEST_F(ReportRun, ANegativeStatusReachesTheCallerAndNotTheLog) {
+TEST_F(ReportOperations, ThrowOnANegativeStatusWithoutLogging) {
   helper.errorsAndWarningsJson = L"kept";
   for (const Operation& operation : kOperations) {
     for (const int status : {-1, std::numeric_limits<int>::min()}) {
@@ -147,7 +149,7 @@ TEST_F(ReportRun, ANegativeStatusReachesTheCallerAndNotTheLog) {
   EXPECT_EQ(helper.errorsAndWarningsJson, L"kept");
 }
 
-TEST_F(ReportRun, AFailureTouchesNeitherReportNorStore) {
+TEST_F(OnGetTop20PowerApps, LeavesReportAndStoreOnFailure) {
   WriteWholeFile(folder.File(L"Powerlog.xml"), "<Report/>");
   WriteWholeFile(folder.File(L"Powerlog.json"), "[ ]");
   tool.EndWith(3);
@@ -156,20 +158,20 @@ TEST_F(ReportRun, AFailureTouchesNeitherReportNorStore) {
   EXPECT_EQ(ReadWholeFile(folder.File(L"Powerlog.json")), "[ ]");
 }
 
-TEST_F(ReportRun, ASuccessWithoutAReportStillConvertsAndRewritesTheStore) {
+TEST_F(OnGetTop20PowerApps, RewritesTheStoreWithoutAReport) {
   WriteWholeFile(folder.File(L"Powerlog.json"), "[ ]");
   helper.OnGetTop20PowerApps();
   EXPECT_EQ(ReadWholeFile(folder.File(L"Powerlog.json")), "[]");
 }
 
-TEST_F(ReportRun, OfTheProblemsConvertsNothing) {
+TEST_F(OnGetErrorAndWarnings, ConvertsNothing) {
   WriteWholeFile(folder.File(L"Powerlog.xml"), "<Report/>");
   helper.OnGetErrorAndWarnings();
   EXPECT_TRUE(FileExists(folder.File(L"Powerlog.xml")));
   EXPECT_FALSE(FileExists(folder.File(L"Powerlog.json")));
 }
 
-TEST_F(ReportRun, WaitsForAHolderOfTheLockAfterTheConversion) {
+TEST_F(OnGetTop20PowerApps, TakesTheLockAfterTheConversion) {
   std::future<void> run;
   {
     const std::lock_guard holder(helper.dataMutex);
@@ -184,7 +186,7 @@ TEST_F(ReportRun, WaitsForAHolderOfTheLockAfterTheConversion) {
   EXPECT_TRUE(IsLockFree());
 }
 
-TEST_F(ReportRun, AFailureWaitsForNobody) {
+TEST_F(ReportOperations, TakeNoLockOnFailure) {
   tool.EndWith(1);
   const std::lock_guard holder(helper.dataMutex);
   for (const Operation& operation : kOperations) {
@@ -193,7 +195,7 @@ TEST_F(ReportRun, AFailureWaitsForNobody) {
   }
 }
 
-TEST_F(ReportRun, OfTheProblemsEmptiesTheCacheUnderTheLock) {
+TEST_F(OnGetErrorAndWarnings, ClearsTheCacheUnderTheLock) {
   helper.errorsAndWarningsJson = L"[1]";
   std::future<void> run;
   {
@@ -207,20 +209,20 @@ TEST_F(ReportRun, OfTheProblemsEmptiesTheCacheUnderTheLock) {
   EXPECT_TRUE(IsLockFree());
 }
 
-TEST_F(ReportRun, OfTheProblemsThatFailsKeepsTheCache) {
+TEST_F(OnGetErrorAndWarnings, KeepsTheCacheOnFailure) {
   helper.errorsAndWarningsJson = L"[1]";
   tool.EndWith(2);
   helper.OnGetErrorAndWarnings();
   EXPECT_EQ(helper.errorsAndWarningsJson, L"[1]");
 }
 
-TEST_F(ReportRun, IsNotTriedAgain) {
+TEST_F(ReportOperations, DoNotRetryTheTool) {
   tool.EndWith(2);
   for (const Operation& operation : kOperations) operation.run(helper);
   EXPECT_THAT(tool.Calls(), testing::SizeIs(4));
 }
 
-TEST_F(ErrorsAndWarnings, AreAnEmptyListWithAndWithoutAReport) {
+TEST_F(GetErrorsAndWarnings, ReturnsAnEmptyListWithAndWithoutAReport) {
   std::wstring result = L"before";
   helper.GetErrorsAndWarnings(result);
   EXPECT_EQ(result, L"[]");
@@ -232,28 +234,28 @@ TEST_F(ErrorsAndWarnings, AreAnEmptyListWithAndWithoutAReport) {
   EXPECT_TRUE(FileExists(folder.File(L"EnergyReport.xml")));
 }
 
-TEST_F(ErrorsAndWarnings, AreAnEmptyListAfterAReportHasBeenMade) {
+TEST_F(GetErrorsAndWarnings, ReturnsAnEmptyListAfterAReportRun) {
   helper.OnGetErrorAndWarnings();
   std::wstring result;
   helper.GetErrorsAndWarnings(result);
   EXPECT_EQ(result, L"[]");
 }
 
-TEST_F(ErrorsAndWarnings, RunNoTool) {
+TEST_F(GetErrorsAndWarnings, RunsNoTool) {
   std::wstring result;
   helper.GetErrorsAndWarnings(result);
   EXPECT_THAT(tool.Calls(), IsEmpty());
 }
 
-TEST_F(ErrorsAndWarnings, PassTheCacheThroughAsItStands) {
+TEST_F(GetErrorsAndWarnings, ReturnsTheCacheUnchanged) {
   helper.errorsAndWarningsJson = L"no JSON, \x65E5";
   std::wstring result = L"before";
   helper.GetErrorsAndWarnings(result);
   EXPECT_EQ(result, L"no JSON, \x65E5");
-  EXPECT_EQ(helper.errorsAndWarningsJson, L"no JSON, \x65E5") << "it is not used up";
+  EXPECT_EQ(helper.errorsAndWarningsJson, L"no JSON, \x65E5") << "reading does not clear it";
 }
 
-TEST_F(ErrorsAndWarnings, AreReadWithoutTheLock) {
+TEST_F(GetErrorsAndWarnings, TakesNoLock) {
   const std::lock_guard holder(helper.dataMutex);
   std::wstring result;
   auto answer = std::async(std::launch::async, [&] { helper.GetErrorsAndWarnings(result); });

@@ -10,7 +10,7 @@ using namespace Zq::Gantry::Server::Services::Wattleaf;
 
 namespace {
 
-/// Writes down what the worker does; goes on for a given number of tests.
+/// Records the steps; MayGoOn is true `passes` times.
 class RecordedSteps final : public WorkerSteps {
  public:
   RecordedSteps(bool starts, int passes) : starts_(starts), passes_(passes) {}
@@ -38,26 +38,26 @@ class RecordedSteps final : public WorkerSteps {
 
 }  // namespace
 
-TEST(WorkerPlan, WaitsNinetySecondsBeforeAnythingElse) {
+TEST(RunWorker, WaitsNinetySecondsBeforeAnythingElse) {
   RecordedSteps steps(/*starts=*/false, 0);
   RunWorker(steps);
   ASSERT_FALSE(steps.log.empty());
   EXPECT_EQ(steps.log.front(), "wait 90000");
 }
 
-TEST(WorkerPlan, EndsAtOnceWhereTheCollectorDoesNotStart) {
+TEST(RunWorker, EndsAtOnceWhenTheCollectorDoesNotStart) {
   RecordedSteps steps(/*starts=*/false, 3);
   RunWorker(steps);
   EXPECT_EQ(steps.log, (std::vector<std::string>{"wait 90000", "start"}));
 }
 
-TEST(WorkerPlan, ReadsTheCataloguesButRunsNoPassWhereItMayNotGoOn) {
+TEST(RunWorker, LoadsTheCataloguesButRunsNoPassWhenItMayNotGoOn) {
   RecordedSteps steps(/*starts=*/true, 0);
   RunWorker(steps);
   EXPECT_EQ(steps.log, (std::vector<std::string>{"wait 90000", "start", "desktop", "packaged"}));
 }
 
-TEST(WorkerPlan, APassIsLedgerThenRankingThenFlagThenADaysSleep) {
+TEST(RunWorker, RunsLedgerRankingFlagAndSleepInEachPass) {
   RecordedSteps steps(/*starts=*/true, 1);
   RunWorker(steps);
   EXPECT_EQ(steps.log,
@@ -65,7 +65,7 @@ TEST(WorkerPlan, APassIsLedgerThenRankingThenFlagThenADaysSleep) {
                                       "ranking", "available", "wait 86400000"}));
 }
 
-TEST(WorkerPlan, ReadsTheCataloguesOnceForAllPasses) {
+TEST(RunWorker, LoadsTheCataloguesOnlyOnce) {
   RecordedSteps steps(/*starts=*/true, 3);
   RunWorker(steps);
   EXPECT_EQ(std::count(steps.log.begin(), steps.log.end(), "desktop"), 1);

@@ -5,6 +5,7 @@
 
 #include <atomic>
 #include <future>
+#include <memory>
 #include <string>
 #include <thread>
 #include <type_traits>
@@ -16,20 +17,16 @@
 
 using namespace TestSupport;
 using Standin::ImportPatch;
-using testing::ElementsAre;
 using testing::IsEmpty;
-using Zq::Gantry::Server::Services::Wattleaf::WattleafHelper;
 
 namespace {
 
-int timesAskedForThePath = 0;
 std::wstring fakePath;
 
 DWORD WINAPI FakeModuleFileName(HMODULE module, wchar_t* buffer, DWORD size) {
   EXPECT_EQ(module, nullptr) << "the host's path, not this library's";
   EXPECT_EQ(size, 260U);
-  ++timesAskedForThePath;
-  // As a system does that writes no terminator where the path is cut.
+  // Some versions of Windows write no terminator where the path is truncated.
   fakePath.copy(buffer, size);
   return static_cast<DWORD>(fakePath.size());
 }
@@ -42,7 +39,7 @@ std::wstring HostDirectoryFor(const wchar_t* path) {
 
 }  // namespace
 
-TEST(HelperCore, AFreshHelperHasTheDefaultsOfItsFields) {
+TEST(WattleafHelper, HasDefaultFieldsWhenConstructed) {
   const OpenHelper helper;
   EXPECT_EQ(helper.collector.get(), nullptr);
   EXPECT_FALSE(helper.collectorModule);
@@ -60,7 +57,7 @@ TEST(HelperCore, AFreshHelperHasTheDefaultsOfItsFields) {
   EXPECT_FALSE(helper.running);
 }
 
-TEST(HelperCore, FieldsThatThreadsShareWithoutALockAreAtomic) {
+TEST(WattleafHelper, HasAtomicFieldsWhereThreadsShareThemWithoutALock) {
   EXPECT_TRUE((std::is_same_v<decltype(OpenHelper::running), std::atomic<bool>>));
   EXPECT_TRUE((std::is_same_v<decltype(OpenHelper::dataAvailable), std::atomic<bool>>));
   EXPECT_TRUE((std::is_same_v<decltype(OpenHelper::dataChanged), std::atomic<bool>>));
@@ -69,86 +66,58 @@ TEST(HelperCore, FieldsThatThreadsShareWithoutALockAreAtomic) {
   EXPECT_TRUE(
       (std::is_same_v<decltype(OpenHelper::collectorModule),
                       Zq::Gantry::Platform::SharedResource<Zq::Gantry::Platform::ModulePolicy>>));
-  // A host's thread never waits for the worker to read one.
+  // A host's thread never waits for the worker.
   EXPECT_TRUE(std::atomic<bool>::is_always_lock_free && std::atomic<int>::is_always_lock_free);
 }
 
-TEST(HelperCore, AFreshHelperAnswersChangedAndNotAvailable) {
+TEST(WattleafHelper, ReportsChangedAndUnavailableDataWhenConstructed) {
   OpenHelper helper;
   EXPECT_TRUE(helper.IsDataChanged());
   EXPECT_FALSE(helper.IsDataAvailable());
 }
 
-TEST(HelperCore, AskingForChangesDoesNotAcknowledgeThem) {
+TEST(IsDataChanged, DoesNotResetTheFlag) {
   OpenHelper helper;
   EXPECT_TRUE(helper.IsDataChanged());
   EXPECT_TRUE(helper.IsDataChanged());
 }
 
-TEST(HelperCore, TheHostDirectoryIsTheTextBeforeTheLastSeparator) {
+TEST(WattleafHelper, TakesTheHostDirectoryUpToTheLastSeparator) {
   EXPECT_EQ(HostDirectoryFor(L"C:\\Program Files\\Host\\host.exe"), L"C:\\Program Files\\Host");
   EXPECT_EQ(HostDirectoryFor(L"C:/host/host.exe"), L"C:/host");
   EXPECT_EQ(HostDirectoryFor(L"C:\\a/b\\host.exe"), L"C:\\a/b");
   EXPECT_EQ(HostDirectoryFor(L"host.exe"), L"");
 }
 
-TEST(HelperCore, AFailedLookUpOfThePathGivesAnEmptyDirectory) {
+TEST(WattleafHelper, HasAnEmptyHostDirectoryWhenThePathIsUnavailable) {
   EXPECT_EQ(HostDirectoryFor(L""), L"");
 }
 
-TEST(HelperCore, APathThatFillsTheBufferStaysInsideIt) {
+TEST(WattleafHelper, TruncatesAHostPathThatOverflowsTheBuffer) {
   const std::wstring path = L"C:\\" + std::wstring(400, L'x');
   EXPECT_EQ(HostDirectoryFor(path.c_str()), L"C:");
 }
 
-TEST(HelperCore, APathThatFillsTheBufferExactlyLosesItsLastCharacter) {
+TEST(WattleafHelper, DropsTheLastCharacterOfAHostPathThatFillsTheBuffer) {
   // 260 characters before the name, and no terminator; the last of them is a separator.
   const std::wstring path = L"C:\\" + std::wstring(256, L'x') + L"\\host.exe";
   EXPECT_EQ(HostDirectoryFor(path.c_str()), L"C:");
 }
 
-TEST(HelperCore, ConcurrentFirstUsesGetOneObjectMadeOnce) {
-  fakePath = L"C:\\host\\host.exe";
-  const ImportPatch patch("GetModuleFileNameW", &FakeModuleFileName);
-  timesAskedForThePath = 0;
-  constexpr int kThreads = 8;
-  // No std::latch: without a futex libstdc++ 12 may lose its last notification, and the test hung.
-  std::atomic<int> arrived{0};
-  std::vector<std::future<WattleafHelper*>> uses;
-  for (int i = 0; i < kThreads; ++i) {
-    uses.push_back(std::async(std::launch::async, [&arrived] {
-      ++arrived;
-      while (arrived < kThreads) std::this_thread::yield();
-      return &WattleafHelper::Instance();
-    }));
-  }
-  for (auto& use : uses) EXPECT_EQ(use.get(), &WattleafHelper::Instance());
-  EXPECT_EQ(timesAskedForThePath, 1);
-}
-
-TEST(HelperCore, ACallbackWithoutItemsLeavesDataChanged) {
-  auto& changed = WattleafHelper::Instance().*(&OpenHelper::dataChanged);
-  changed = false;
-  OpenHelper::MyNativeCallback(nullptr, 0);
-  EXPECT_FALSE(changed);
-  OpenHelper::MyNativeCallback(nullptr, 3);
-  EXPECT_TRUE(changed);
-}
-
-TEST(HelperCore, EndingAnIdleHelperLogsNothing) {
+TEST(WattleafHelper, LogsNothingWhenDestroyedIdle) {
   const LogCapture log;
   { const OpenHelper helper; }
   EXPECT_THAT(log.Records(), IsEmpty());
 }
 
-TEST(HelperCore, AWorkerThatCannotBeJoinedDoesNotEndTheProcess) {
+TEST(WattleafHelper, SurvivesDestructionWithAWorkerThatCannotBeJoined) {
   OpenHelper helper;
-  // Joined already: a second join fails, and so does the detach behind it.
+  // Already joined: a second join fails, and so does the detach that follows.
   helper.worker = std::make_unique<std::thread>([] {});
   helper.worker->join();
 }
 
-TEST(HelperCore, AHelperThatIsEndedByItsOwnWorkerLetsTheWorkerGoOn) {
+TEST(WattleafHelper, DetachesTheWorkerThatDestroysIt) {
   std::promise<void> ended;
   auto helper = std::make_unique<OpenHelper>();
   OpenHelper* raw = helper.release();

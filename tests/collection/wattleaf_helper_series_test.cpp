@@ -1,12 +1,15 @@
+// The helper's series and figures: which day each one reads, and what it logs.
+
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <memory>
+#include <mutex>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "collection/ledger_fixture.h"
 #include "ledger/fake_days.h"
-
-// The series and figures as the helper gives them: which day they read, what they log.
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 using namespace TestSupport;
@@ -16,7 +19,7 @@ namespace {
 constexpr char kToday[] = "2024-05-08";
 constexpr char kYesterday[] = "2024-05-07";
 
-class LedgerOperations : public LedgerFixture {
+class WattleafHelperSeries : public LedgerFixture {
  protected:
   std::wstring Hours() {
     std::wstring result = L"before";
@@ -40,7 +43,15 @@ class LedgerOperations : public LedgerFixture {
   }
 };
 
-/// A series as text: labels with their values as they should print.
+using GetDailyPowerConsumption = WattleafHelperSeries;
+using GetWeeklyPowerConsumption = WattleafHelperSeries;
+using GetMonthlyPowerConsumption = WattleafHelperSeries;
+using GetPowerConsumption = WattleafHelperSeries;
+using GetDailyAveragePowerConsumption = WattleafHelperSeries;
+using GetTreeSavedCount = WattleafHelperSeries;
+using GetDevicePath = WattleafHelperSeries;
+
+/// The text of a series with these labels and printed values.
 std::wstring SeriesOf(const std::wstring& range, const std::wstring& labelKey,
                       const std::vector<std::pair<std::wstring, std::wstring>>& entries) {
   std::wstring text = L"{\"Range\":[" + range + L"],\"Value\":[";
@@ -57,7 +68,7 @@ constexpr wchar_t kSixText[] = L"6.818181991577148";
 
 }  // namespace
 
-TEST_F(LedgerOperations, HoursInTheAfternoonComeFromTodaysFile) {
+TEST_F(GetDailyPowerConsumption, ReadsTodaysFileInTheAfternoon) {
   WriteSamples(
       kToday, {"09:00:00", "10:00:00", "10:05:00", "11:00:00", "14:10:00", "14:15:00", "14:20:00"});
   WriteSamples(kYesterday, {"00:00:00", "20:00:00", "20:05:00", "20:10:00"});
@@ -76,11 +87,11 @@ TEST_F(LedgerOperations, HoursInTheAfternoonComeFromTodaysFile) {
                                {L"13:00", L"0.0"}}));
 }
 
-TEST_F(LedgerOperations, HoursInTheMorningBeginInYesterdaysFile) {
+TEST_F(GetDailyPowerConsumption, StartsInYesterdaysFileInTheMorning) {
   FakeClock::Set("2024-05-08 05:10:00");
   WriteSamples(kToday, {"00:00:00", "04:00:00", "04:05:00", "04:06:00", "05:06:00"});
   WriteSamples(kYesterday, {"00:00:00", "17:00:00", "17:10:00", "17:15:00", "22:00:00"});
-  // Of today: 04:00 to 04:05 and a minute after it, and then a gap.
+  // Today counts from 04:00 to 04:05 and one minute more; then comes a gap.
   EXPECT_EQ(Hours(), SeriesOf(L"0.0,10.227272987365723", L"Time",
                               {{L"17:00", L"10.227272987365723"},
                                {L"18:00", L"0.0"},
@@ -96,7 +107,7 @@ TEST_F(LedgerOperations, HoursInTheMorningBeginInYesterdaysFile) {
                                {L"4:00", L"4.090909004211426"}}));
 }
 
-TEST_F(LedgerOperations, HoursAfterMidnightAllComeFromYesterdaysFile) {
+TEST_F(GetDailyPowerConsumption, ReadsOnlyYesterdaysFileJustAfterMidnight) {
   FakeClock::Set("2024-05-08 00:10:00");
   WriteSamples(kYesterday, {"00:00:00", "23:00:00", "23:10:00"});
   WriteSamples(kToday, {"00:00:00", "00:01:00", "00:02:00", "00:03:00"});
@@ -115,7 +126,7 @@ TEST_F(LedgerOperations, HoursAfterMidnightAllComeFromYesterdaysFile) {
                                {L"23:00", kSixText}}));
 }
 
-TEST_F(LedgerOperations, HoursReadYesterdayBeforeToday) {
+TEST_F(GetDailyPowerConsumption, ReadsYesterdayBeforeToday) {
   WriteOneInterval(kToday);
   WriteOneInterval(kYesterday);
   Hours();
@@ -125,7 +136,7 @@ TEST_F(LedgerOperations, HoursReadYesterdayBeforeToday) {
                            }));
 }
 
-TEST_F(LedgerOperations, HoursWithoutSamplesAreTwelveZeros) {
+TEST_F(GetDailyPowerConsumption, ReturnsTwelveZerosWithoutSamples) {
   const std::wstring text = Hours();
   EXPECT_TRUE(
       text.starts_with(L"{\"Range\":[0.0,0.0],\"Value\":[{\"Time\":\"2:00\",\"Value\":0.0"));
@@ -138,13 +149,13 @@ TEST_F(LedgerOperations, HoursWithoutSamplesAreTwelveZeros) {
   EXPECT_TRUE(log.Records().empty());
 }
 
-TEST_F(LedgerOperations, HoursOfACopyThatDoesNotParseAreEmpty) {
+TEST_F(GetPowerConsumption, IsEmptyForSamplesThatDoNotParse) {
   WriteEncrypted(kToday, "no json");
   EXPECT_EQ(std::unique_ptr<GenericDocument>(helper.GetJsonFromDate(Day(kToday))), nullptr);
   EXPECT_TRUE(helper.GetPowerConsumption(Day(kToday)).empty());
 }
 
-TEST_F(LedgerOperations, DaysBeforeTheFirstPassAreSevenZeros) {
+TEST_F(GetWeeklyPowerConsumption, ReturnsSevenZerosBeforeTheFirstPass) {
   EXPECT_EQ(Days(), SeriesOf(L"0.0,0.0", L"Day",
                              {{L"Wed", L"0.0"},
                               {L"Thu", L"0.0"},
@@ -155,7 +166,7 @@ TEST_F(LedgerOperations, DaysBeforeTheFirstPassAreSevenZeros) {
                               {L"Tue", L"0.0"}}));
 }
 
-TEST_F(LedgerOperations, DaysEndWithYesterday) {
+TEST_F(GetWeeklyPowerConsumption, EndsWithYesterday) {
   helper.dailyLedger[Day(kYesterday)] = 12.5F;
   helper.dailyLedger[Day(kToday)] = 99.0F;
   EXPECT_EQ(Days(), SeriesOf(L"0.0,12.5", L"Day",
@@ -168,7 +179,7 @@ TEST_F(LedgerOperations, DaysEndWithYesterday) {
                               {L"Tue", L"12.5"}}));
 }
 
-TEST_F(LedgerOperations, MonthsBeforeTheFirstPassAreSixZeros) {
+TEST_F(GetMonthlyPowerConsumption, ReturnsSixZerosBeforeTheFirstPass) {
   EXPECT_EQ(Months(), SeriesOf(L"0.0,0.0", L"Month",
                                {{L"Dec", L"0.0"},
                                 {L"Jan", L"0.0"},
@@ -178,7 +189,7 @@ TEST_F(LedgerOperations, MonthsBeforeTheFirstPassAreSixZeros) {
                                 {L"May", L"0.0"}}));
 }
 
-TEST_F(LedgerOperations, MonthsEndWithTheRunningOne) {
+TEST_F(GetMonthlyPowerConsumption, EndsWithTheCurrentMonth) {
   helper.dailyLedger[Day("2023-12-01")] = 1.5F;
   helper.dailyLedger[Day(kToday)] = 2.5F;
   EXPECT_EQ(Months(), SeriesOf(L"0.0,2.5", L"Month",
@@ -190,7 +201,7 @@ TEST_F(LedgerOperations, MonthsEndWithTheRunningOne) {
                                 {L"May", L"2.5"}}));
 }
 
-TEST_F(LedgerOperations, StatusFailureEndsTheHoursWithOneLine) {
+TEST_F(GetDailyPowerConsumption, LogsOneLineWhenAFileStatusCannotBeRead) {
   WriteOneInterval(kToday);
   const FakeStatusFailure failure(SamplePath(kToday));
   EXPECT_EQ(Hours(), L"before");
@@ -198,7 +209,7 @@ TEST_F(LedgerOperations, StatusFailureEndsTheHoursWithOneLine) {
   EXPECT_TRUE(IsUnlocked());
 }
 
-TEST_F(LedgerOperations, AnyFailureEndsEachSeriesWithItsLineAndLeavesTheResult) {
+TEST_F(WattleafHelperSeries, LogsOneLinePerSeriesAndLeavesTheResultOnAnyFailure) {
   FakeClock::Break();
   EXPECT_EQ(Hours(), L"before");
   EXPECT_EQ(Days(), L"before");
@@ -211,13 +222,17 @@ TEST_F(LedgerOperations, AnyFailureEndsEachSeriesWithItsLineAndLeavesTheResult) 
   EXPECT_TRUE(IsUnlocked());
 }
 
-TEST_F(LedgerOperations, AverageAndTreesOfAnEmptyLedgerAreZero) {
+TEST_F(GetDailyAveragePowerConsumption, IsZeroForAnEmptyLedger) {
   EXPECT_EQ(helper.GetDailyAveragePowerConsumption(), 0.0F);
+  EXPECT_TRUE(IsUnlocked());
+}
+
+TEST_F(GetTreeSavedCount, IsZeroForAnEmptyLedger) {
   EXPECT_EQ(helper.GetTreeSavedCount(), 0.0F);
   EXPECT_TRUE(IsUnlocked());
 }
 
-TEST_F(LedgerOperations, AverageTakesTodayAndSixDaysBefore) {
+TEST_F(GetDailyAveragePowerConsumption, CoversTodayAndTheSixDaysBefore) {
   helper.dailyLedger[Day(kToday)] = 7.0F;
   EXPECT_EQ(helper.GetDailyAveragePowerConsumption(), 1.0F);
   helper.dailyLedger[Day("2024-05-02")] = 7.0F;
@@ -225,13 +240,13 @@ TEST_F(LedgerOperations, AverageTakesTodayAndSixDaysBefore) {
   EXPECT_EQ(helper.GetDailyAveragePowerConsumption(), 2.0F);
 }
 
-TEST_F(LedgerOperations, TreesComeFromTheAverage) {
+TEST_F(GetTreeSavedCount, IsDerivedFromTheDailyAverage) {
   helper.dailyLedger[Day(kToday)] = 2100.0F;
   EXPECT_FLOAT_EQ(helper.GetTreeSavedCount(), 1.095F);
 }
 
-TEST_F(LedgerOperations, DevicePathOfADriveBeginsWithTheDeviceFolder) {
+TEST_F(GetDevicePath, ReturnsADevicePathForADriveAndNothingOtherwise) {
   EXPECT_EQ(helper.GetDevicePath("C:").substr(0, 8), "\\Device\\");
   EXPECT_EQ(helper.GetDevicePath("no drive"), "");
-  EXPECT_TRUE(log.Records().empty()) << "a failed look-up is no word";
+  EXPECT_TRUE(log.Records().empty()) << "a failed lookup is not logged";
 }

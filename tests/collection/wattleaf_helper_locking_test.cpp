@@ -1,20 +1,21 @@
+// Operations and commands during a daily pass that is held in the middle of a decryption.
+
 #include <windows.h>
 
 #include <wincrypt.h>
 
+#include <gtest/gtest.h>
+
 #include <atomic>
 #include <chrono>
 #include <future>
+#include <mutex>
 #include <string>
 #include <thread>
 #include <vector>
 
-#include <gtest/gtest.h>
-
 #include "collection/ledger_fixture.h"
 #include "service/wattleaf_service.h"
-
-// Commands beside a running pass, which stands still in the middle of a decryption.
 
 using namespace TestSupport;
 using Zq::Gantry::Server::Services::Wattleaf::WattleafHelper;
@@ -24,12 +25,12 @@ namespace {
 
 using Unprotect = decltype(CryptUnprotectData);
 
-/// The first decryption says that it has begun and then waits until it may go on.
+/// Reports the begin of the first decryption, and blocks it until `mayContinue` is set.
 struct Gate {
   Unprotect* original = nullptr;
   std::atomic<bool> isFirst{true};
   std::promise<void> entered;
-  std::promise<void> mayGoOn;
+  std::promise<void> mayContinue;
 };
 
 Gate* g_gate = nullptr;
@@ -39,12 +40,12 @@ BOOL WINAPI GatedUnprotect(DATA_BLOB* closed, LPWSTR* description, DATA_BLOB* en
                            DATA_BLOB* opened) {
   if (g_gate->isFirst.exchange(false)) {
     g_gate->entered.set_value();
-    g_gate->mayGoOn.get_future().wait();
+    g_gate->mayContinue.get_future().wait();
   }
   return g_gate->original(closed, description, entropy, reserved, prompt, flags, opened);
 }
 
-class BesideAPass : public LedgerFixture {
+class WattleafHelperLocking : public LedgerFixture {
  protected:
   void SetUp() override {
     g_gate = &gate_;
@@ -53,26 +54,27 @@ class BesideAPass : public LedgerFixture {
     WriteOneInterval("2024-05-07");
     pass_ = std::async(std::launch::async, [this] { RunPass(); });
     const auto entered = gate_.entered.get_future().wait_for(std::chrono::seconds(60));
-    ASSERT_EQ(entered, std::future_status::ready) << "the pass decrypts nothing";
+    ASSERT_EQ(entered, std::future_status::ready) << "the pass has not reached a decryption";
   }
 
   void TearDown() override {
-    LetThePassEnd();
+    FinishPass();
     pass_.wait();
   }
 
   virtual void RunPass() { helper.CalculateDailyPowerConsumption(); }
 
-  void LetThePassEnd() {
-    if (!isOpen_.exchange(true)) gate_.mayGoOn.set_value();
+  /// Lets the pass continue to its end.
+  void FinishPass() {
+    if (!isOpen_.exchange(true)) gate_.mayContinue.set_value();
   }
 
-  /// Starts a command on a thread of its own; returns once that thread is about to call it.
+  /// Runs `command` on another thread; returns when that thread is about to call it.
   template <typename Command>
-  auto Ask(Command command) {
-    std::promise<void> asking;
-    auto hasBegun = asking.get_future();
-    auto answer = std::async(std::launch::async, [begun = std::move(asking), command]() mutable {
+  auto Start(Command command) {
+    std::promise<void> starting;
+    auto hasBegun = starting.get_future();
+    auto answer = std::async(std::launch::async, [begun = std::move(starting), command]() mutable {
       begun.set_value();
       return command();
     });
@@ -80,7 +82,7 @@ class BesideAPass : public LedgerFixture {
     return answer;
   }
 
-  /// Within a time in which every command that need not wait is through.
+  /// Whether the answer arrives within 50 ms, which suffices for a command that takes no lock.
   template <typename Answer>
   static bool IsAnswered(const std::future<Answer>& answer) {
     return answer.wait_for(std::chrono::milliseconds(50)) == std::future_status::ready;
@@ -93,10 +95,10 @@ class BesideAPass : public LedgerFixture {
   std::future<void> pass_;
 };
 
-/// The pass is that of the one helper, which the service asks.
-class CommandsBesideAPass : public BesideAPass {
+/// The pass runs in the singleton, which answers the commands.
+class ExecuteCommandLocking : public WattleafHelperLocking {
  protected:
-  CommandsBesideAPass() { WattleafHelper::Instance().*(&TestHelper::collectionPath) = path_; }
+  ExecuteCommandLocking() { WattleafHelper::Instance().*(&TestHelper::collectionPath) = path_; }
 
   void RunPass() override {
     constexpr auto kPass =
@@ -104,7 +106,7 @@ class CommandsBesideAPass : public BesideAPass {
     (WattleafHelper::Instance().*kPass)();
   }
 
-  /// The text of a command; "status" and its number where there is none.
+  /// The text of a command; "status" and its number if it fails.
   static std::wstring Execute(unsigned int command) {
     WattleafService service;
     wchar_t input[] = L"";
@@ -121,7 +123,7 @@ class CommandsBesideAPass : public BesideAPass {
 
 }  // namespace
 
-TEST_F(BesideAPass, AverageAndSeriesWaitForTheEndOfThePass) {
+TEST_F(WattleafHelperLocking, MakesTheAverageAndTheSeriesWaitForADailyPass) {
   const auto average = [this] { return helper.GetDailyAveragePowerConsumption(); };
   const auto trees = [this] { return helper.GetTreeSavedCount(); };
   const auto hours = [this] {
@@ -139,19 +141,19 @@ TEST_F(BesideAPass, AverageAndSeriesWaitForTheEndOfThePass) {
     helper.GetMonthlyPowerConsumption(result);
     return result;
   };
-  auto averageAnswer = Ask(average);
-  auto treesAnswer = Ask(trees);
-  auto hoursAnswer = Ask(hours);
-  auto daysAnswer = Ask(days);
-  auto monthsAnswer = Ask(months);
+  auto averageAnswer = Start(average);
+  auto treesAnswer = Start(trees);
+  auto hoursAnswer = Start(hours);
+  auto daysAnswer = Start(days);
+  auto monthsAnswer = Start(months);
   EXPECT_FALSE(IsAnswered(averageAnswer));
   EXPECT_FALSE(IsAnswered(treesAnswer));
   EXPECT_FALSE(IsAnswered(hoursAnswer));
   EXPECT_FALSE(IsAnswered(daysAnswer));
   EXPECT_FALSE(IsAnswered(monthsAnswer));
 
-  LetThePassEnd();
-  // Each answer shows what the pass had not booked yet when it was asked for.
+  FinishPass();
+  // Each answer contains energy that the pass had not booked when the operation started.
   EXPECT_EQ(averageAnswer.get(), (kThreeWh + kThreeWh) / 7.0F);
   EXPECT_GT(treesAnswer.get(), 0.0F);
   EXPECT_NE(hoursAnswer.get().find(L"{\"Time\":\"10:00\",\"Value\":3.409090995788574}"),
@@ -162,27 +164,27 @@ TEST_F(BesideAPass, AverageAndSeriesWaitForTheEndOfThePass) {
             std::wstring::npos);
 }
 
-TEST_F(BesideAPass, ThePassHoldsTheLockAcrossItsFileWork) {
+TEST_F(WattleafHelperLocking, HoldsTheLockDuringTheFileWorkOfADailyPass) {
   EXPECT_FALSE(std::unique_lock(helper.dataMutex, std::try_to_lock).owns_lock());
 }
 
-TEST_F(BesideAPass, FlagsAnswerAtOnce) {
+TEST_F(WattleafHelperLocking, AnswersTheFlagsDuringADailyPass) {
   EXPECT_TRUE(helper.IsDataChanged());
   EXPECT_FALSE(helper.IsDataAvailable());
 }
 
-TEST_F(CommandsBesideAPass, OneAndThreeToSixWaitAndTwoAndTheFlagsDoNot) {
+TEST_F(ExecuteCommandLocking, MakesOnlyCommands1And3To6WaitForADailyPass) {
   std::vector<std::future<std::wstring>> waiting;
   for (const unsigned int command : {1U, 3U, 4U, 5U, 6U}) {
-    waiting.push_back(Ask([command] { return Execute(command); }));
+    waiting.push_back(Start([command] { return Execute(command); }));
   }
   for (const auto& answer : waiting) EXPECT_FALSE(IsAnswered(answer));
-  // On this thread, which the pass would hold up for good.
+  // On this thread: if one of these waited for the pass, the test would hang.
   Execute(2);
   EXPECT_EQ(Execute(8), L"true");
   EXPECT_EQ(Execute(10), L"false");
 
-  LetThePassEnd();
+  FinishPass();
   // (3.0 / 0.88 + 3.0 / 0.88) / 7 = 0.974026; times 365 * 3 / 1000 / 300 = 0.003555.
   EXPECT_EQ(waiting[0].get(), L"0.974026");
   EXPECT_EQ(waiting[1].get(), L"0.003555");

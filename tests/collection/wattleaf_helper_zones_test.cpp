@@ -1,16 +1,18 @@
+// The hours and the daily pass around the days on which clocks change.
+
 #include <gtest/gtest.h>
+
+#include <string>
 
 #include "base/zone_days.h"
 #include "collection/ledger_fixture.h"
 #include "ledger/fake_days.h"
 
-// The helper's clock and files around the days on which clocks change.
-
 using namespace TestSupport;
 
 namespace {
 
-class OperationsInZones : public LedgerFixture {
+class GetDailyPowerConsumption : public LedgerFixture {
  protected:
   std::wstring Hours() {
     std::wstring result;
@@ -19,9 +21,11 @@ class OperationsInZones : public LedgerFixture {
   }
 };
 
+using CalculateDailyPowerConsumption = DailyPassFixture;
+
 }  // namespace
 
-TEST_F(OperationsInZones, HoursAfterMidnightAfterTheSpringDayComeFromTheDayBeforeIt) {
+TEST_F(GetDailyPowerConsumption, SkipsTheSpringDayJustAfterTheFollowingMidnight) {
   const std::string changeDay = DateOf(Spring(0));
   WriteSamples(changeDay, {"09:00:00", "20:00:00", "20:10:00"});
   WriteSamples(DateOf(Spring(-1)), {"09:00:00", "20:00:00", "20:05:00"});
@@ -31,7 +35,7 @@ TEST_F(OperationsInZones, HoursAfterMidnightAfterTheSpringDayComeFromTheDayBefor
   EXPECT_NE(Hours().find(L"{\"Time\":\"20:00\",\"Value\":6.818181991577148}"), std::wstring::npos);
 }
 
-TEST_F(OperationsInZones, PassOnTheAutumnDayWritesItsDateTwiceWhereTheFileHadIt) {
+TEST_F(CalculateDailyPowerConsumption, WritesTheAutumnDayTwiceWhenTheFileHasIt) {
   const std::string today = DateOf(Autumn(0));
   WriteWholeFile(LedgerPath(), R"([{"Key":")" + today + R"(","Value":12.5}])");
   WriteOneInterval(today);
@@ -42,7 +46,7 @@ TEST_F(OperationsInZones, PassOnTheAutumnDayWritesItsDateTwiceWhereTheFileHadIt)
       << LedgerText().substr(LedgerText().size() - 120);
 }
 
-TEST_F(OperationsInZones, PassTheDayAfterTheSpringDayLeavesThatDayOut) {
+TEST_F(CalculateDailyPowerConsumption, OmitsTheSpringDayInThePassOfTheNextDay) {
   WriteOneInterval(DateOf(Spring(0)));
   WriteOneInterval(DateOf(Spring(-1)));
   WriteOneInterval(DateOf(Spring(-2)));
@@ -51,7 +55,8 @@ TEST_F(OperationsInZones, PassTheDayAfterTheSpringDayLeavesThatDayOut) {
   EXPECT_EQ(Booked(DateOf(Spring(0))), -1.0F);
   EXPECT_EQ(Booked(DateOf(Spring(-1))), kThreeWh);
   EXPECT_EQ(Booked(DateOf(Spring(-2))), kThreeWh);
-  // The step back from today reaches the day before the change: that one is the neighbour.
+  // One step back from today reaches the day before the spring day, which is therefore the
+  // neighbour.
   EXPECT_TRUE(FileExists(SamplePath(DateOf(Spring(0)))));
   EXPECT_TRUE(FileExists(SamplePath(DateOf(Spring(-1)))));
   EXPECT_FALSE(FileExists(SamplePath(DateOf(Spring(-2)))));

@@ -1,4 +1,10 @@
+// A host that ends in the middle of a first pass over 211 days, at a hundred moments from the first
+// file call to the last, and the pass of the next process. The samples are not encrypted: data
+// protection would take most of the time. The pass runs in ledger_pass_probe.
+
 #include <windows.h>
+
+#include <gtest/gtest.h>
 
 #include <array>
 #include <cstdio>
@@ -8,17 +14,11 @@
 #include <string>
 #include <vector>
 
-#include <gtest/gtest.h>
-
 #include "base/json_document.h"
 #include "collection/ledger_fixture.h"
 #include "ledger/encrypted_samples.h"
 #include "ledger/fake_days.h"
 #include "platform/win32/owners.h"
-
-// A host that ends in the middle of a first pass over 211 days, at a hundred moments from the first
-// file call to the last, and the pass of the next process. The blobs are left unprotected: the data
-// protection interface would take most of the time.
 
 using namespace TestSupport;
 using Zq::Gantry::Platform::UniqueHandle;
@@ -31,7 +31,7 @@ constexpr char kToday[] = "2024-05-08";
 constexpr int kOldest = 210;
 constexpr int kMoments = 100;
 constexpr int kShares = 10;
-constexpr DWORD kEndedWithinThePass = 9;
+constexpr DWORD kInterrupted = 9;
 
 using Energies = std::map<std::string, float>;
 
@@ -39,7 +39,7 @@ std::wstring Wide(const std::string& ascii) { return {ascii.begin(), ascii.end()
 
 std::string DateOfDay(int back) { return DateBefore(kToday, back); }
 
-// Three powers for each day, of their own within a week and more.
+// Three powers for each day, which differ between days less than 37 days apart.
 float EarlyWatts(int back) { return 20.0F + static_cast<float>(back % 37); }
 float NoonWatts(int back) { return 30.0F + static_cast<float>(back % 41); }
 float LateWatts(int back) { return 40.0F + static_cast<float>(back % 43); }
@@ -53,8 +53,9 @@ std::string DaySamples(int back) {
                at("12:05:00", 5000.0F), at("23:58:00", LateWatts(back))});
 }
 
-/// Booked: from the day before's last sample to the first one, the five minutes at noon, and from
-/// the last sample to the first one of the day after where that day still has samples.
+/// The booked energy: from the last sample of the day before to the first of this day, the five
+/// minutes at noon, and from the last sample to the first of the day after if that day still has
+/// samples.
 float DayEnergy(int back, bool hasDayBefore, bool hasDayAfter) {
   float sumWh = 0.0F;
   if (hasDayBefore) sumWh += 240.0F * LateWatts(back + 1) / 3600.0F;
@@ -63,9 +64,9 @@ float DayEnergy(int back, bool hasDayBefore, bool hasDayAfter) {
   return sumWh / 0.88F;
 }
 
-/// What an undisturbed pass books. Only today and yesterday keep their samples, so only the two
-/// days before them are linked to the day after.
-Energies UndisturbedLedger() {
+/// The ledger of an uninterrupted pass. Only today and yesterday keep their samples, so only
+/// yesterday and the day before it are linked to the day after.
+Energies UninterruptedLedger() {
   Energies energies;
   for (int back = 0; back <= kOldest; ++back) {
     energies[DateOfDay(back)] = DayEnergy(back, back < kOldest, back == 1 || back == 2);
@@ -105,7 +106,7 @@ class DataFolder {
     return count;
   }
 
-  /// None where the file is missing or cut.
+  /// Empty if the file is missing or truncated.
   std::optional<Energies> SavedLedger() const {
     const std::unique_ptr<GenericDocument> document(
         LoadJsonDocument(folder_.File(L"PowerConsumption.json")));
@@ -125,7 +126,7 @@ class DataFolder {
   const TempFolder folder_;
 };
 
-/// Runs ledger_pass_probe, which lies beside this program, for one pass; its exit status.
+/// Runs ledger_pass_probe, from the folder of this program, for one pass. Returns its exit status.
 DWORD RunPass(const DataFolder& data, const std::vector<std::wstring>& steps) {
   std::array<wchar_t, MAX_PATH> path{};
   GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size() - 1));
@@ -140,7 +141,7 @@ DWORD RunPass(const DataFolder& data, const std::vector<std::wstring>& steps) {
   PROCESS_INFORMATION process{};
   if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, CREATE_NO_WINDOW, nullptr,
                       nullptr, &startup, &process)) {
-    ADD_FAILURE() << "no probe, Windows error " << GetLastError();
+    ADD_FAILURE() << "cannot start the probe, Windows error " << GetLastError();
     return 0;
   }
   const UniqueHandle thread(process.hThread);
@@ -151,43 +152,43 @@ DWORD RunPass(const DataFolder& data, const std::vector<std::wstring>& steps) {
   return status;
 }
 
-/// The watched calls of an undisturbed pass, by number from 1.
+/// The counted calls of an uninterrupted pass; call numbers begin at 1.
 struct PassCalls {
   int all = 0;
-  /// Opens the ledger to save it; the next two write and close it.
+  /// The number of the call that opens the ledger to save it; the next two write and close it.
   int save = 0;
 };
 
-PassCalls CallsOfAnUndisturbedPass() {
+PassCalls CallsOfAnUninterruptedPass() {
   const DataFolder data;
   const TempFolder reports;
   EXPECT_EQ(RunPass(data, {L"report=" + reports.File(L"report.txt")}), 0U);
-  EXPECT_EQ(data.SavedLedger(), UndisturbedLedger());
+  EXPECT_EQ(data.SavedLedger(), UninterruptedLedger());
   EXPECT_EQ(data.DaysWithSamples(), (std::vector<int>{0, 1}));
   PassCalls calls;
   std::sscanf(ReadWholeFile(reports.File(L"report.txt")).c_str(), "%d %d", &calls.all, &calls.save);
   return calls;
 }
 
-/// What the next pass writes for the oldest day, which no load takes over from the file.
+/// What the next pass writes for the oldest day, whose saved value is not loaded.
 float OldestEnergyAfter(const DataFolder& data) {
   if (!data.HasSamples(kOldest)) return 0.0F;
   return DayEnergy(kOldest, false, data.HasSamples(kOldest - 1));
 }
 
-/// Ends a pass at one call and runs the next one.
-void EndAt(int call, const PassCalls& calls) {
+/// Ends a pass at call number `call`, runs the next pass and checks the folder after each.
+void InterruptAt(int call, const PassCalls& calls) {
   SCOPED_TRACE("ended at call " + std::to_string(call));
   const DataFolder data;
-  ASSERT_EQ(RunPass(data, {L"end-at=" + std::to_wstring(call)}), kEndedWithinThePass);
+  ASSERT_EQ(RunPass(data, {L"end-at=" + std::to_wstring(call)}), kInterrupted);
 
   const std::vector<int> left = data.DaysWithSamples();
-  Energies expected = UndisturbedLedger();
+  Energies expected = UninterruptedLedger();
   std::vector<int> expectedDays = {0, 1};
   const bool isSaved = call > calls.save + 2;
   if (isSaved) {
     ASSERT_EQ(data.SavedLedger(), expected);
-    // Samples of booked days stay where the end spared them.
+    // Samples of booked days that were not deleted before the end stay.
     expected[DateOfDay(kOldest)] = OldestEnergyAfter(data);
     expectedDays = left;
     if (data.HasSamples(kOldest)) expectedDays.pop_back();
@@ -202,23 +203,24 @@ void EndAt(int call, const PassCalls& calls) {
   EXPECT_EQ(data.PlainCopies(), 0);
 }
 
-class EndedPass : public testing::TestWithParam<int> {};
+/// The parameter chooses every tenth of the hundred moments.
+class InterruptedDailyPass : public testing::TestWithParam<int> {};
 
 }  // namespace
 
-TEST_P(EndedPass, IsMadeGoodByTheNextPassAtEachOfAHundredMoments) {
-  const PassCalls calls = CallsOfAnUndisturbedPass();
+TEST_P(InterruptedDailyPass, IsRepairedByTheNextPass) {
+  const PassCalls calls = CallsOfAnUninterruptedPass();
   ASSERT_GT(calls.save, 4000);
   ASSERT_GT(calls.all, calls.save + 400);
   for (int moment = GetParam(); moment < kMoments; moment += kShares) {
-    EndAt(1 + moment * (calls.all - 1) / (kMoments - 1), calls);
+    InterruptAt(1 + moment * (calls.all - 1) / (kMoments - 1), calls);
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Share, EndedPass, testing::Range(0, kShares));
+INSTANTIATE_TEST_SUITE_P(Share, InterruptedDailyPass, testing::Range(0, kShares));
 
-TEST(EndedSave, KeepsAllSamplesUntilTheLedgerIsClosed) {
-  const PassCalls calls = CallsOfAnUndisturbedPass();
-  // Before the ledger is opened, half-way through its only write, before it is closed, and after.
-  for (int call = calls.save; call <= calls.save + 3; ++call) EndAt(call, calls);
+TEST(InterruptedLedgerSave, KeepsAllSamplesUntilTheLedgerIsClosed) {
+  const PassCalls calls = CallsOfAnUninterruptedPass();
+  // Before the ledger is opened, halfway through its only write, before it is closed, and after.
+  for (int call = calls.save; call <= calls.save + 3; ++call) InterruptAt(call, calls);
 }

@@ -1,5 +1,9 @@
 #pragma once
 
+// Before the exported classes: otherwise GCC 12 also exports the type information of
+// std::exception from the source that includes this header first.
+#include <exception>
+
 #include "wattleaf_export.h"
 
 namespace Zq::Gantry::Security {

@@ -27,7 +27,7 @@ def source(number, lines=80):
 def good_tree():
     tree = {"src/base/CMakeLists.txt": "target_sources(wattleaf_core PRIVATE\n" +
                                        "".join(f"  part{n}.cpp\n" for n in range(PAIRS)) + ")\n",
-            "src/service/CMakeLists.txt": "FILE_SET HEADERS FILES base/part0.h\n"}
+            "src/service/CMakeLists.txt": "FILE_SET HEADERS FILES\n  ../base/part0.h\n"}
     for number in range(PAIRS):
         tree[f"src/base/part{number}.h"] = header(number)
         tree[f"src/base/part{number}.cpp"] = source(number)
@@ -55,7 +55,7 @@ class MeasureStructure(unittest.TestCase):
 
     def test_too_few_files(self):
         gone = {f"src/base/part{n}.{end}": None for n in range(5) for end in ("h", "cpp")}
-        self.assertEqual(self.missed({**gone, "src/service/CMakeLists.txt": "base/part9.h\n"}),
+        self.assertEqual(self.missed({**gone, "src/service/CMakeLists.txt": "  ../base/part9.h\n"}),
                          [("files in src/", "178")])
 
     def test_sources_that_are_too_short_or_too_long(self):
@@ -71,12 +71,12 @@ class MeasureStructure(unittest.TestCase):
 
     def test_a_helper_with_one_user(self):
         changes = {"src/base/part1.cpp": source(1) + '#include "base/part2.h"\n',
-                   "src/base/part2.cpp": source(2, lines=59)}
+                   "src/base/part2.cpp": source(2, lines=39)}
         self.assertEqual(self.missed(changes), [("headers with one includer", "1 (of 1 in all)")])
 
     def test_one_user_in_the_other_library_is_a_border(self):
         changes = {"src/base/part1.cpp": source(1) + '#include "base/part2.h"\n',
-                   "src/base/part2.cpp": source(2, lines=59),
+                   "src/base/part2.cpp": source(2, lines=39),
                    "src/base/CMakeLists.txt": "target_sources(wattleaf_core PRIVATE part2.cpp)\n"}
         self.assertEqual(self.missed(changes), [])
 

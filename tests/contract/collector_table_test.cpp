@@ -67,7 +67,7 @@ TEST(CollectorTable, IsTheOnlyFieldOfACollector) {
   EXPECT_EQ(sizeof(DataCollector), sizeof(void*));
 }
 
-TEST(CreateCollectorExport, HasItsName) {
+TEST(CreateCollectorExport, IsCreateZQXExportClass) {
   EXPECT_STREQ(kCreateCollectorExport, "CreateZQXExportClass");
 }
 

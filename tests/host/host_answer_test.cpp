@@ -119,7 +119,7 @@ TEST(HostResultText, ConvertsWidenedBytesThatAreNotUtf8) {
   EXPECT_EQ(ResultToUtf8(1, L"\uFFC3"), "\xEF\xBF\x83");
 }
 
-TEST(HostResultText, OfCommand2IsAlwaysConverted) {
+TEST(HostResultText, ConvertsEveryTextOfCommand2) {
   const std::wstring text = {static_cast<wchar_t>(0xFFC3), static_cast<wchar_t>(0xFFA4)};
   EXPECT_EQ(ResultToUtf8(2, text), "\xEF\xBF\x83\xEF\xBE\xA4");
 }
@@ -210,7 +210,7 @@ TEST(HostRanking, DeepNestingDoesNotExhaustTheStack) {
   EXPECT_FALSE(TryReadRanking(std::string(1000000, '[')).has_value());
 }
 
-TEST(HostRanking, InputIsFolderQuestionMarkAndDays) {
+TEST(HostRankingInput, SeparatesFolderAndDaysByAQuestionMark) {
   EXPECT_EQ(RankingInput("C:\\i", 30), "C:\\i?30");
   EXPECT_EQ(DaysOfInput("C:\\i?30"), "30");
   EXPECT_EQ(DaysOfInput("a?b?7"), "b?7");

@@ -101,7 +101,7 @@ TEST_F(HostCollectorStart, StatusZeroLogsNotSupportedAndKeepsTheCollectorLoaded)
        kKept});
 }
 
-TEST_F(HostCollectorStart, OtherStatusesUnloadTheCollectorWithoutALogLine) {
+TEST_F(HostCollectorStart, UnknownStatusUnloadsTheCollectorWithoutALogLine) {
   for (const wchar_t* status : {L"2", L"7"}) {
     SCOPED_TRACE(testing::Message() << "status " << status);
     ExpectAtStatus(status, {"1", {kLoaded}, kUnloaded});

@@ -32,7 +32,7 @@ TEST(HostJsonReport, HasAllMembers) {
                   R"("dataFolder":"C:\\data","iconFolder":"C:\\icons","days":7,"log":null})");
 }
 
-TEST(HostJsonReport, HasTheLogAndNoPassIfThereIsNone) {
+TEST(HostJsonReport, HasTheLogButNoPassWithoutServeOnce) {
   Report report;
   report.log = "C:\\log.txt";
   rapidjson::Document document;

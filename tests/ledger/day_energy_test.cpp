@@ -73,7 +73,7 @@ TEST(DayEnergy, SampleOfAnotherTypeEndsAnIntervalAndStartsNone) {
       kWhOf600Seconds);
 }
 
-TEST(DayEnergy, CountsExactlyTwoTypes) {
+TEST(DayEnergy, CountsExactlyTwoTypesOfSamples) {
   struct Row {
     const char* type;
     float energyWh;

@@ -74,7 +74,7 @@ TEST(HourlyEnergy, EndsAnHourWhenTheClockShowsAnotherHour) {
       (Hours{{10, kWhOf600Seconds}, {11, kWhOf300Seconds}}));
 }
 
-TEST(HourlyEnergy, CountsBothTypes) {
+TEST(HourlyEnergy, CountsBothTypesOfSamples) {
   EXPECT_EQ(HoursOf({At("10:00:00"), At("10:05:00", "36", "PCM_CHARGER"), At("10:10:00")}),
             (Hours{{10, kWhOf300Seconds}}));
 }

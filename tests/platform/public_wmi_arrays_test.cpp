@@ -82,7 +82,7 @@ TEST_F(GetSafeArrayData, ReadsBooleans) {
   EXPECT_TRUE(target[2].IsTrue());
 }
 
-TEST_F(GetSafeArrayData, MakesNoCallForOtherTypes) {
+TEST_F(GetSafeArrayData, MakesNoCallForUnsupportedTypes) {
   MakeElements<std::uint8_t>(&source, VT_UI1, 0, {1, 2});
   EXPECT_FALSE(Read());
   EXPECT_EQ(ledger.accessCalls, 0);

@@ -111,7 +111,7 @@ TEST_F(GetPropertyValue, StoresNothingForAnEmptyArray) {
   EXPECT_TRUE(log.Records().empty());
 }
 
-TEST_F(GetPropertyValue, StoresNothingForOtherTypes) {
+TEST_F(GetPropertyValue, StoresNothingForUnsupportedTypes) {
   for (const VARTYPE type : {VT_EMPTY, VT_I2, VT_R8, VT_UI4, VT_UNKNOWN}) {
     Simulate("");
     firmware.script().Answer(kGet, [type](VARIANT* value) {

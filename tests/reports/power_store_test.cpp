@@ -176,7 +176,7 @@ TEST_F(MergePowerStoreTest, AddsNoRowsFromADocumentThatIsNotAnArray) {
   EXPECT_EQ(Text(), "[]");
 }
 
-TEST_F(MergePowerStoreTest, DropsOtherMembersAndUsesTheFirstOfTwo) {
+TEST_F(MergePowerStoreTest, DropsUnknownMembersAndUsesTheFirstOfTwoEqualOnes) {
   Merge(R"([{"Extra":{"a":[1]},"TotalEnergy":7,"Name":"a","Name":"b",)"
         R"("TimeStamp":"2026-11-01:02:00:00","DisplayName":"A"}])");
   EXPECT_EQ(Text(), "[" + RowOf("a") + "]");

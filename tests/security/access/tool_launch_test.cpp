@@ -145,7 +145,7 @@ TEST_F(ToolLaunch, AcceptsASignatureThroughACatalog) {
   EXPECT_TRUE(IsAllowed(table, tool.c_str()));
 }
 
-TEST_F(ToolLaunch, NeverTurnsANoIntoAYesWhenACallFails) {
+TEST_F(ToolLaunch, StillRefusesWhenACallFails) {
   const char* const failing[] = {"ExpandEnvironmentStringsW",
                                  "GetFullPathNameW",
                                  "CommandLineToArgvW",

@@ -104,7 +104,7 @@ TEST(UwpExemption, IgnoresOperationBuildAndRevision) {
   EXPECT_TRUE(StoreCheck(rows, client).IsAnException());
 }
 
-TEST(UwpExemption, IgnoresTheType) {
+TEST(UwpExemption, IgnoresTheTypeOfTheClient) {
   const auto client = StoreClient(kFamily, 2, 0);
   client->Type = Server::ClientType::Win32;
   EXPECT_TRUE(

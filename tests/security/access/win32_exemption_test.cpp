@@ -154,7 +154,7 @@ TEST(Win32Exemption, IgnoresOperationBuildAndRevision) {
   EXPECT_TRUE(ProgramCheck(rows, client).IsAnException());
 }
 
-TEST(Win32Exemption, IgnoresTheType) {
+TEST(Win32Exemption, IgnoresTheTypeOfTheClient) {
   const auto client = std::make_shared<Win32Information>(L"LatchWardenUWP", 8, 9);
   client->Type = Server::ClientType::Uwp;
   EXPECT_TRUE(ProgramCheck(Win32WithNoZQManifestExemptionWhiteList::GetExemption(), client)

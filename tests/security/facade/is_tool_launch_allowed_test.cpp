@@ -132,7 +132,7 @@ TEST_F(IsToolLaunchAllowed, JudgesTheCommandLineAndLogsTheComponent) {
   EXPECT_FALSE(mayStart(L"/s D:\\bad.dll"));
 }
 
-TEST_F(IsToolLaunchAllowed, NeverTurnsANoIntoAYesWhenACallFails) {
+TEST_F(IsToolLaunchAllowed, StillRefusesWhenACallFails) {
   const auto nothing = +[]() -> ULONG_PTR { return 0; };
   const auto failure = +[]() -> ULONG_PTR { return ERROR_ACCESS_DENIED; };
   struct Failing {

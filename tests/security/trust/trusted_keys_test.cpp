@@ -134,7 +134,7 @@ TEST(TrustedKeys, PoolPosition24PassesWithTheServiceListOnly) {
   EXPECT_FALSE(Passes(24, ExtendedTrustedKeys));
 }
 
-TEST(TrustedKeys, PoolPositions33And41PassWithNeither) {
+TEST(TrustedKeys, PoolPositions33And41PassWithNeitherList) {
   for (const std::size_t position : {33u, 41u}) {
     EXPECT_FALSE(Passes(position, ServiceTrustedKeys)) << position;
     EXPECT_FALSE(Passes(position, ExtendedTrustedKeys)) << position;

@@ -9,7 +9,7 @@
 //   WATTLEAF_COLLECTOR_FAILURE  "<call> standard" or "<call> other": that call throws a
 //                               std::runtime_error or an int. The calls are create, load, callback,
 //                               start, stop and destroy.
-//   WATTLEAF_COLLECTOR_LOCK     "held": a thread of the collector holds its lock for ever;
+//   WATTLEAF_COLLECTOR_LOCK     "held": a thread of the collector holds its lock forever;
 //                               StopCollecting and the destructor wait for that lock, as with a
 //                               real collector whose thread was killed inside its lock.
 //   WATTLEAF_COLLECTOR_CALLS    a file to which each call appends its name, and "unload" when the

@@ -5,9 +5,8 @@
 // The environment variable WATTLEAF_FIRMWARE makes it deviate; comma-separated words:
 //   flag-clear              the platform flag is not set
 //   drops-write, reads-six  item 0x010A does not keep the value; it always reads as 6
-//   no-marker, marker-lower-case, marker-goes-on    the third OEM string; with the last word a
-//   digit
-//                           follows the marker
+//   no-marker, marker-lower-case, marker-goes-on    the third OEM string; with the last word,
+//                           a digit follows the marker
 //   oem-missing, oem-null, oem-empty, oem-text, oem-number, oem-truth, oem-numbers    the property
 //                           is absent, or of another type
 //   no-computer-system, two-computer-systems, invalid-class, invalid-query    the enumeration

@@ -21,11 +21,11 @@ constexpr wchar_t kInstancePath[] =
     L"\\\\NOTEBOOK\\root\\wmi:ZqqBIntM.InstanceName=\"ACPI\\\\PNP0C14\\\\ZQ_0\"";
 constexpr wchar_t kMethodPrefix[] = L"zqqBIOSInt";
 
-/// Hands out its objects in order, one a call, and each of them once.
+/// Returns its objects in order, one for each call, and each of them once.
 class Enumerator final : public LiveObject<UnusedEnumeratorMethods> {
  public:
   explicit Enumerator(std::string className) : className_(std::move(className)) {}
-  /// Takes the reference over; null is handed out as null.
+  /// Takes over the reference; a null object is returned as null.
   void Add(IWbemClassObject* object) { objects_.emplace_back(object); }
 
   STDMETHODIMP QueryInterface(REFIID iid, void** object) override {

@@ -37,7 +37,7 @@ class FakeReparsePoint {
   Standin::ImportPatch find_;
 };
 
-/// Every status query of the standard library fails with EACCES while this object lives.
+/// Every status query of the standard library fails with EACCES while this object exists.
 class FailingStatus {
  private:
   static int Fail(const wchar_t* path, struct _stat64* status);

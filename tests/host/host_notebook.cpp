@@ -9,7 +9,7 @@ namespace TestSupport {
 
 namespace {
 
-/// None if there is no such file.
+/// The lines of a file; empty if it does not exist.
 std::vector<std::string> LinesOf(const std::wstring& path) {
   std::vector<std::string> lines;
   if (!FileExists(path)) return lines;

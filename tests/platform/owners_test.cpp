@@ -18,8 +18,8 @@
 using namespace Zq::Gantry::Platform;
 using Standin::ImportPatch;
 
-// Every policy goes through the same life: fake release calls count the releases of values that
-// are no resources, and spoil the last error as a real call may do.
+// Every policy passes the same tests. Fake release calls record the releases of values that are not
+// resources, and change the last error as a real call may do.
 namespace {
 
 constexpr DWORD kErrorBefore = 1234;
@@ -28,8 +28,8 @@ constexpr std::uintptr_t kLastValue = 0x7FF4'0000;
 
 std::vector<std::uintptr_t> releases;
 
-/// Whether this release is the test's own; if so it is written down.
-bool Witness(const void* value) {
+/// Records the release of a value of the test. False for any other value.
+bool RecordRelease(const void* value) {
   const auto number = reinterpret_cast<std::uintptr_t>(value);
   if (number < kFirstValue || number > kLastValue) return false;
   releases.push_back(number);
@@ -45,7 +45,7 @@ class FakeRelease {
 
  private:
   static Result WINAPI Fake(Value value) {
-    if (Witness(reinterpret_cast<const void*>(value))) return Result();
+    if (RecordRelease(reinterpret_cast<const void*>(value))) return Result();
     return current_->patch_.template Original<Result WINAPI(Value)>()(value);
   }
 
@@ -55,19 +55,19 @@ class FakeRelease {
 
 void(__cdecl* realFree)(void*) = nullptr;
 void __cdecl FakeFree(void* block) {
-  if (!Witness(block)) realFree(block);
+  if (!RecordRelease(block)) realFree(block);
 }
 
-void WINAPI FakeFreeText(BSTR text) { Witness(text); }
+void WINAPI FakeFreeText(BSTR text) { RecordRelease(text); }
 
 Gdiplus::GpStatus WINAPI FakeDisposeImage(Gdiplus::GpImage* image) {
-  Witness(image);
+  RecordRelease(image);
   return Gdiplus::Ok;
 }
 
 BOOL WINAPI FakeReleaseContext(HCATADMIN admin, DWORD flags) {
   EXPECT_EQ(flags, 0U);
-  return Witness(admin);
+  return RecordRelease(admin);
 }
 
 const HCATADMIN kAdmin = reinterpret_cast<HCATADMIN>(std::uintptr_t{0xAD});
@@ -75,21 +75,21 @@ const HCATADMIN kAdmin = reinterpret_cast<HCATADMIN>(std::uintptr_t{0xAD});
 BOOL WINAPI FakeReleaseCatalog(HCATADMIN admin, HCATINFO catalog, DWORD flags) {
   EXPECT_EQ(admin, kAdmin);
   EXPECT_EQ(flags, 0U);
-  return Witness(catalog);
+  return RecordRelease(catalog);
 }
 
-/// An interface whose objects stand at the test's values as far as their owner can tell.
+/// Imitates an interface: `value` is recorded when an owner releases the object.
 struct FakeInterface {
   std::uintptr_t value;
-  void Release() { Witness(reinterpret_cast<const void*>(value)); }
+  void Release() { RecordRelease(reinterpret_cast<const void*>(value)); }
 };
 FakeInterface objects[] = {{kFirstValue}, {kFirstValue + 0x1'0000}};
 
-/// The n-th value of a policy's type, and the number under which its release is written down.
+/// The number that is recorded for the release of the n-th value.
 constexpr std::uintptr_t Number(int n) {
   return kFirstValue + static_cast<std::uintptr_t>(n) * 0x1'0000;
 }
-// Read anew each time, so that the compiler does not see what is given to free.
+// Volatile, so that the compiler does not see which value is passed to free.
 volatile std::uintptr_t firstValue = kFirstValue;
 
 template <typename Policy>

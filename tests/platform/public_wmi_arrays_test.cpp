@@ -151,7 +151,8 @@ TEST_F(GetSafeArrayData, ReadsFromIndexZeroForANegativeLowerBound) {
 }
 
 TEST_F(GetSafeArrayData, RejectsAnArrayWhoseTypeDiffersFromItsVariant) {
-  // Elements of 8 bytes, the size of a pointer: only the type of the array tells them from strings.
+  // Elements of 8 bytes, the size of a pointer: only the array's type shows that they are not
+  // strings.
   MakeElements<LONGLONG>(&source, VT_I8, 0, {0x4141414141414141, 1});
   source.vt = VT_ARRAY | VT_BSTR;
   EXPECT_FALSE(Read());

@@ -1,4 +1,4 @@
-// Loading the library makes the XML document of the process, if the system can. A program of its
+// Loading the library creates the XML document of the process, if the system can. A program of its
 // own, since it must not link the library.
 
 #include <windows.h>
@@ -19,7 +19,7 @@ using Platform::UniqueRegKey;
 constexpr wchar_t kClassKey[] =
     L"Software\\Microsoft\\WindowsRuntime\\ActivatableClassId\\Windows.Data.Xml.Dom.XmlDocument";
 
-/// Registers the stand-in as the server of XML documents, for as long as it lives.
+/// Registers the stand-in as the server of XML documents while this object exists.
 class RegisteredDocuments {
  public:
   RegisteredDocuments() {

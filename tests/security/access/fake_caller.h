@@ -13,7 +13,7 @@
 
 namespace TestSupport {
 
-/// Fakes every system call that identifying a caller takes, for as long as it lives, and records
+/// Fakes every system call that identifying a caller takes while this object exists, and records
 /// them in order. By default all succeed, and the client 4321 is the package
 /// "Some.App_q7m3xk2tdw9pa". One at a time.
 class FakeCaller {

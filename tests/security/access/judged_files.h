@@ -53,7 +53,7 @@ struct JudgedFiles {
     return files;
   }
 
-  /// Whether no path was expanded to judge its place: each expansion asks for the served client.
+  /// Whether no path was expanded to judge its place: each expansion queries the client.
   [[nodiscard]] bool NoPlaceWasChecked() const { return rpc.Questions().empty(); }
 
   /// The bytes of a text such as "30 82 01".

@@ -148,7 +148,7 @@ TEST(RuleJudges, DoNotGuardTwoPointsAfterANullCharacter) {
   EXPECT_TRUE(BeginsWithFromList(L"c:\\", text));
 }
 
-/// Calls every judge once. Each number gives texts of its own.
+/// Calls every judge once, with different texts for each number.
 bool AnswersAreRight(int number) {
   const std::wstring own = L"item" + std::to_wstring(number);
   const std::wstring list = L"first," + own + L"," + own + L"-last";

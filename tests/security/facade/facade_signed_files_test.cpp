@@ -46,7 +46,7 @@ class FacadeOnSignedFiles : public testing::Test {
   }
 
   Standin::ImportPatch patch_{"WinVerifyTrust", &RootJudgingWinVerifyTrust};
-  // The samples lie in an allowed place for as long as the test runs.
+  // The folder of the samples is an allowed place during the test.
   ScopedVariable windows_{L"windir", SampleFolder().c_str()};
   ScopedVariable programs86_{L"ProgramFiles(x86)", L"C:\\Program Files (x86)"};
   ScopedVariable programs_{L"ProgramFiles", L"C:\\Program Files"};

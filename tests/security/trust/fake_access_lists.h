@@ -38,10 +38,10 @@ class AccessList {
   std::vector<std::uint32_t> memory_;  // access lists are aligned to 4 bytes
 };
 
-/// Fakes GetNamedSecurityInfoW and LookupAccountSidW for as long as it lives, because a test cannot
-/// make TrustedInstaller the owner of a file and account names differ between machines. A look-up
-/// behaves as documented: a size that is too small fails and writes the size needed, terminator
-/// included; a success writes the lengths without it. One at a time.
+/// Fakes GetNamedSecurityInfoW and LookupAccountSidW while this object exists, because a test
+/// cannot make TrustedInstaller the owner of a file and account names differ between machines. A
+/// look-up behaves as documented: a size that is too small fails and writes the size needed,
+/// terminator included; a success writes the lengths without it. One at a time.
 class FakeAccessLists {
  public:
   FakeAccessLists();

@@ -11,7 +11,7 @@
 
 namespace TestSupport {
 
-/// Fakes the calls that search the security catalogs for as long as it lives. One at a time. By
+/// Fakes the calls that search the security catalogs while this object exists. One at a time. By
 /// default contexts can be acquired, the hash is the 32 bytes 0x00, 0x07, 0x0e, ..., and no catalog
 /// lists it.
 ///

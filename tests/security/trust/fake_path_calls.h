@@ -13,9 +13,9 @@
 
 namespace TestSupport {
 
-/// Fakes RpcServerInqCallAttributesW for as long as it lives. Every test of code that expands paths
-/// needs one: some systems that the tests run on do not implement the call and end the process, and
-/// no test thread serves a remote procedure call. One at a time.
+/// Fakes RpcServerInqCallAttributesW while this object exists. Every test of code that expands
+/// paths needs one: some systems that the tests run on do not implement the call and end the
+/// process, and no test thread serves a remote procedure call. One at a time.
 class FakeRpcQuery {
  public:
   /// The thread serves no call: the query fails with `status`.
@@ -44,7 +44,7 @@ class FakeRpcQuery {
   Standin::ImportPatch patch_;
 };
 
-/// Sets a variable of this process's environment for as long as it lives, or removes it if `value`
+/// Sets a variable of this process's environment while this object exists, or removes it if `value`
 /// is null.
 class ScopedVariable {
  public:

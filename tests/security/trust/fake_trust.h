@@ -65,7 +65,7 @@ struct TrustCall {
   HANDLE catalogAdmin = nullptr;
 };
 
-/// Fakes WinVerifyTrust and the calls that read its state, for as long as it lives. One at a time.
+/// Fakes WinVerifyTrust and the calls that read its state while this object exists. One at a time.
 ///
 /// Each verification opens a state of its own, with any verdict. The test fails for a verification
 /// that would overwrite an open state or whose catalog context is not open, for a state that is

@@ -9,7 +9,7 @@
 
 namespace TestSupport {
 
-/// Records how the program opens files with CreateFileW and closes them, for as long as it lives.
+/// Records how the program opens files with CreateFileW and closes them while this object exists.
 /// The calls still do their work. One at a time.
 class FileOpenWatch {
  public:

@@ -49,7 +49,7 @@ bool CanBeOpened(const std::wstring& path) { return std::wifstream(fs::path(path
 
 }  // namespace
 
-// Kept on purpose: the prefix "uap" is compared as plain text, whichever name space it is bound to
+// Kept on purpose: the prefix "uap" is compared as plain text, whichever namespace it is bound to
 // (test TryReadManifestLogo.ComparesTheNamespacePrefixAsPlainText).
 std::optional<std::wstring> TryReadManifestLogo(const std::wstring& manifestPath) {
   const auto bytes = TryReadManifest(manifestPath);

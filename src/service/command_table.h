@@ -5,22 +5,23 @@
 #include <optional>
 
 // The numbers and statuses of ExecuteCommand: the contract with the clients, which pass a number
-// and get a text. The dispatcher and the console host take both from here.
+// and get a text. The dispatcher and the console host use this table.
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
 // Statuses. A client sees them as signed 32-bit integers.
 
-/// The command left a text, and it was handed over.
+/// The caller got the command's text.
 inline constexpr int kResultHandedOver = 0;
-/// The number is no command's.
+/// No command has this number.
 inline constexpr int kUnknownCommand = 0x20000001;
-/// The input was null, or the command left no text or one that is too long to hand over.
+/// The input or the output was null, the command has no text or a text that is too long, or there
+/// is no memory for it.
 inline constexpr int kNoResult = 0x20000002;
 
-/// A result crosses only if its length plus one is at most this, in wide characters.
+/// The longest text that is returned, its terminator included, in wide characters.
 inline constexpr std::size_t kLargestResultChars = 65536;
 
-/// The numbers by which clients ask. Each comment is the form of the text that comes back.
+/// The numbers that clients pass. Each comment describes the text that is returned.
 enum class Command : unsigned int {
   kDailyAverage = 1,       ///< watt-hours a day, as "12.345678"
   kTopApplications = 2,    ///< JSON; the only command that reads its input: "<icon folder>?<days>"
@@ -34,7 +35,7 @@ enum class Command : unsigned int {
   kDataAvailable = 10,     ///< "true" or "false"
 };
 
-/// All commands in the order of their numbers, which follow each other without a gap.
+/// All commands in the order of their numbers, which have no gaps.
 inline constexpr std::array kAllCommands{
     Command::kDailyAverage,    Command::kTopApplications, Command::kTreesSaved,
     Command::kLastHours,       Command::kLastDays,        Command::kLastMonths,

@@ -61,8 +61,8 @@ float DayEnergyWh(const DateTime& day, const DayReader& read) {
 
 // Kept on purpose: only the inner elements count; the energy of an hour that ends on an element of
 // another type goes to the next hour; and of two sums for one hour the first is kept (tests
-// HourlyEnergy.IsEmptyForTwoElements, .HourEndingOnAnotherTypeSpillsIntoTheNext and
-// .SecondSumOfAnHourIsDropped).
+// HourlyEnergy.IsEmptyForTwoElements, HourlyEnergy.CarriesAnHourThatEndsOnAnotherTypeIntoTheNext
+// and HourlyEnergy.DropsTheSecondSumOfAnHour).
 std::map<int, float> HourlyEnergyWh(const GenericDocument* samples) {
   std::map<int, float> hours;
   if (!HasSamples(samples)) return hours;

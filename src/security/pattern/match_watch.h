@@ -14,7 +14,7 @@ struct MatchPlace {
   std::size_t capturedChars = 0;  ///< of the group that is referred to
 };
 
-/// Ends a match that takes too long. The work of the engine between two back-tracking points grows
+/// Ends a match that takes too long. The work of the engine between two backtracking points grows
 /// with the text, so limiting their number is not enough: the watch adds up the characters passed.
 /// They are counted, not timed, so the answer is the same on every machine. One watch for one
 /// match, on one thread.

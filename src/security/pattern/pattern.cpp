@@ -15,8 +15,8 @@ namespace Zq::Gantry::Security {
 
 namespace {
 
-/// Back-tracking points of one match, for an expression without groups.
-constexpr std::uint32_t kMostBackTrackingPoints = 10'000'000;
+/// Backtracking points of one match, for an expression without groups.
+constexpr std::uint32_t kMostBacktrackingPoints = 10'000'000;
 constexpr std::uint32_t kCompileOptions = PCRE2_ANCHORED | PCRE2_ENDANCHORED |
                                           PCRE2_MATCH_UNSET_BACKREF | PCRE2_NEVER_UTF |
                                           PCRE2_NEVER_UCP | PCRE2_NEVER_BACKSLASH_C;
@@ -73,8 +73,8 @@ int OnWatchPoint(pcre2_callout_block_16* block, void* watch) {
 }
 
 /// PCRE2 stores the places of all groups with each point.
-std::uint32_t MostBackTrackingPoints(std::size_t groups) {
-  return static_cast<std::uint32_t>(kMostBackTrackingPoints / (1 + groups / 8));
+std::uint32_t MostBacktrackingPoints(std::size_t groups) {
+  return static_cast<std::uint32_t>(kMostBacktrackingPoints / (1 + groups / 8));
 }
 
 /// PCRE2 doubles the block of those points when it is full. It starts at 20 KiB and ends at 40 MiB,
@@ -134,7 +134,7 @@ bool Pattern::Matches(std::wstring_view text) const {
 
   const GeneralContext memory = MakeContext();
   const auto context = Owned<MatchContext>(pcre2_match_context_create_16(memory.get()));
-  const std::uint32_t mostPoints = MostBackTrackingPoints(translation.groups);
+  const std::uint32_t mostPoints = MostBacktrackingPoints(translation.groups);
   pcre2_set_match_limit_16(context.get(), mostPoints);
   pcre2_set_depth_limit_16(context.get(), mostPoints);
   pcre2_set_heap_limit_16(context.get(), MostMatchKibibytes(translation.groups));

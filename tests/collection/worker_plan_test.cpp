@@ -10,7 +10,7 @@ using namespace Zq::Gantry::Server::Services::Wattleaf;
 
 namespace {
 
-/// Records the steps; MayGoOn is true `passes` times.
+/// Records the steps; MayContinue is true `passes` times.
 class RecordedSteps final : public WorkerSteps {
  public:
   RecordedSteps(bool starts, int passes) : starts_(starts), passes_(passes) {}
@@ -51,7 +51,7 @@ TEST(RunWorker, EndsAtOnceWhenTheCollectorDoesNotStart) {
   EXPECT_EQ(steps.log, (std::vector<std::string>{"wait 90000", "start"}));
 }
 
-TEST(RunWorker, LoadsTheCataloguesButRunsNoPassWhenItMayNotGoOn) {
+TEST(RunWorker, LoadsTheCataloguesButRunsNoPassWhenItMayNotContinue) {
   RecordedSteps steps(/*starts=*/true, 0);
   RunWorker(steps);
   EXPECT_EQ(steps.log, (std::vector<std::string>{"wait 90000", "start", "desktop", "packaged"}));

@@ -42,8 +42,8 @@ std::string SpellOutTime(const char* format) {
   return result;
 }
 
-/// The start of `text`, which may be as long as a file: the stream skips leading blanks, and no
-/// format reads more than `kMostCharsRead` characters after them.
+/// The part of `text` that is read; the whole may be as long as a file. The stream skips leading
+/// blanks, and no format of this library reads more than `kMostCharsRead` characters after them.
 template <typename Char>
 std::basic_string<Char> TextToRead(const Char* text) {
   const std::locale locale;

@@ -14,12 +14,12 @@ inline constexpr char kSampleTimeFormat[] = "%Y-%m-%dT%T";
 /// "2024-03-01:10:30:15": the time of a row of the energy report and of its store.
 inline constexpr char kTimeStampFormat[] = "%Y-%m-%d:%T";
 
-/// The date in kDateFormat. Empty if a field is outside its range in the calendar, which some C
-/// libraries answer by ending the process.
+/// The date in kDateFormat. Empty if a field is outside its range in the calendar: given such a
+/// field, some C libraries end the process.
 [[nodiscard]] std::wstring FormatDateWide(const DateTime& time);
 
-/// The time in `format`, of which at most 511 bytes may result. "%T" works with every C library.
-/// Empty for a null format and for a field outside its range.
+/// The time in `format`. "%T" works with every C library; names of days and months follow its
+/// locale. Empty for a null format, a field outside its range, and a text of more than 511 bytes.
 [[nodiscard]] std::string FormatDateTime(const DateTime& time, const char* format);
 
 /// The time in the format "%T %d-%m-%Y"; empty for a field outside its range.

@@ -7,8 +7,8 @@
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
-/// The longest string of a JSON text, in bytes as spelled in the file. A longer one ends the text:
-/// the parser collects a string in a block that it enlarges by half each time.
+/// The longest string of a JSON text, in bytes as spelled in the file. A longer one ends the text,
+/// since the parser collects each string in one block, which it enlarges by half when it is full.
 inline constexpr std::size_t kLongestJsonStringBytes = 16U * 1024 * 1024;
 
 /// RapidJSON's file stream, cut off before what its parser cannot handle: more than `limitBytes` (a
@@ -19,11 +19,13 @@ class GuardedJsonStream {
  public:
   using Ch = char;
 
-  /// Reads `file` from where it is, through `buffer`. Borrows both until its own end.
+  /// Reads `file` from its current position through `buffer`, which has at least 4 bytes. Borrows
+  /// both for its own life. `limitBytes` counts from that position.
   GuardedJsonStream(std::FILE* file, char* buffer, std::size_t bufferBytes, std::size_t limitBytes)
       : stream_(file, buffer, bufferBytes), limitBytes_(limitBytes) {}
 
-  /// True once the text was cut off: the parser may then have seen a valid, but shorter text.
+  /// True after the text was cut off. A parser that reports success may then have read a shorter
+  /// text, so callers check this too.
   [[nodiscard]] bool Refused() const { return refused_; }
 
   // RapidJSON's concept of an input stream. The text ends at the first zero byte.
@@ -43,7 +45,8 @@ class GuardedJsonStream {
   std::size_t PutEnd(Ch*) { return 0; }
 
  private:
-  // Each takes one character into account and sets refused_ where the text must end.
+  // Each processes one character: any, one inside a string, or one outside of strings. Sets
+  // refused_ if the text must end there.
   void Follow(Ch c);
   void FollowString(Ch c);
   void FollowNumber(Ch c);

@@ -5,8 +5,8 @@
 #include <cstddef>
 #include <string>
 
-// JSON files of the data folder. Anyone may have put a file there, so that each limit below makes a
-// file count as unreadable.
+// JSON files of the data folder. Any user may have put a file there, so a file that exceeds one of
+// the limits below counts as unreadable.
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
 /// RapidJSON's document over UTF-8 with a memory-pool allocator.
@@ -22,13 +22,13 @@ inline constexpr std::size_t kMostJsonValues = 8'000'000;
 /// Reads a file into a new heap document, which the caller owns. Null if the file cannot be opened
 /// or parsed, is larger than `largestBytes`, or exceeds another limit. `mostOpenValues` limits the
 /// values and member names in arrays and objects that have not ended yet, which the parser keeps on
-/// a stack. Nothing is logged.
+/// a stack. A link is followed, so callers check the path first (plain_file.h). Nothing is logged.
 [[nodiscard]] GenericDocument* LoadJsonDocument(const std::wstring& path,
                                                 std::size_t largestBytes = kLargestDataFileBytes,
                                                 std::size_t mostOpenValues = kMostJsonValues);
 
 /// Writes the document in place, without white space. False if the file cannot be opened for
-/// writing; a write that fails later is not reported.
+/// writing, or is a folder or a link; a write that fails later is not reported.
 [[nodiscard]] bool SaveJsonDocument(const std::wstring& path, const GenericDocument& document);
 
 /// The first member of that name; null if `value` is not an object or has no such member. The

@@ -13,11 +13,11 @@ namespace Zq::Gantry::Server::Services::Wattleaf {
 /// The instant now (`_time64`).
 [[nodiscard]] std::int64_t CurrentInstant();
 
-/// The instant of a local time (`_mktime64`), which is normalised in place. -1 for a time outside
-/// the calendar, which stays as it was.
+/// The instant of a local time (`_mktime64`), which is normalised in place. Returns -1 for a time
+/// outside the calendar and leaves it unchanged.
 std::int64_t MakeInstant(DateTime& local);
 
-/// The same for a copy.
+/// The instant of a local time, which is not changed; -1 for a time outside the calendar.
 [[nodiscard]] std::int64_t InstantOf(DateTime local);
 
 /// The local time of an instant (`_localtime64_s`); kNoTime outside the calendar.
@@ -26,7 +26,7 @@ std::int64_t MakeInstant(DateTime& local);
 /// All fields -1, as `_localtime64_s` leaves them when it fails.
 inline constexpr DateTime kNoTime{-1, -1, -1, -1, -1, -1, -1, -1, -1};
 
-/// The C library's type. It has further fields on some systems, which stay zero.
+/// `time` in the C library's type. Fields that only some systems have stay zero.
 [[nodiscard]] inline std::tm ToTm(const DateTime& time) {
   std::tm result{};
   result.tm_sec = time.tm_sec;
@@ -41,7 +41,7 @@ inline constexpr DateTime kNoTime{-1, -1, -1, -1, -1, -1, -1, -1, -1};
   return result;
 }
 
-/// The nine fields that every C library has.
+/// The nine fields of `time` that every C library has.
 [[nodiscard]] inline DateTime FromTm(const std::tm& time) {
   return {time.tm_sec,  time.tm_min,  time.tm_hour, time.tm_mday, time.tm_mon,
           time.tm_year, time.tm_wday, time.tm_yday, time.tm_isdst};

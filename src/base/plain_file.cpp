@@ -96,7 +96,7 @@ bool CreateDirectoryTree(const std::wstring& path) {
     return false;
   }
   // Kept on purpose: for a new path with a separator at its end this makes the folder and returns
-  // false, since the second call finds it made (test
+  // false, since the second call fails for a folder that exists (test
   // CreateDirectoryTree.ReturnsFalseForANewPathWithATrailingSeparator).
   for (auto length = missing.rbegin(); length != missing.rend(); ++length) {
     if (!CreateDirectoryW(path.substr(0, *length).c_str(), nullptr)) return false;

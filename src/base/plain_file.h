@@ -5,7 +5,8 @@
 #include <string>
 
 // Which paths may be read and deleted. A plain file exists and is neither a folder nor a link of
-// any kind: the data folder is writable for others, and a link would lead this library elsewhere.
+// any kind: other users can write to the data folder, and a link would make this library read or
+// delete a file elsewhere.
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
 /// Whether the path is a plain file; false if its attributes cannot be read. Throws

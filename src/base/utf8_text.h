@@ -8,10 +8,10 @@
 // Windows and UTF-32 elsewhere. Embedded zeros are kept; what is not valid text becomes U+FFFD.
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
-/// At most 2^31 - 1 characters.
+/// Wide text as UTF-8. `text` has at most 2^31 - 1 characters.
 [[nodiscard]] std::string ToUtf8(std::wstring_view text);
 
-/// At most 2^31 - 1 bytes.
+/// UTF-8 as wide text. `text` has at most 2^31 - 1 bytes.
 [[nodiscard]] std::wstring FromUtf8(std::string_view text);
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -18,15 +18,15 @@ struct FilePolicy {
 /// Closes a C file at the end of its scope.
 using UniqueFile = Platform::UniqueResource<FilePolicy>;
 
-/// For reading (`_wfopen_s`): fails while another program has the file open for writing. Empty if
-/// the file cannot be opened.
+/// Opens for reading (`_wfopen_s`). On Windows this fails while another program has the file open
+/// for writing. Empty if the file cannot be opened.
 [[nodiscard]] UniqueFile OpenForReading(const std::wstring& path);
 
-/// For reading with full sharing (`_wfopen`), so that other programs keep their access.
+/// Opens for reading with full sharing (`_wfopen`), so that other programs keep their access.
 [[nodiscard]] UniqueFile OpenSharedForReading(const std::wstring& path);
 
-/// For writing in place: the file is made, or cut to nothing. Empty if it cannot be opened, and for
-/// a folder or a link of any kind, since the write would land where the link leads.
+/// Opens for writing in place: the file is made, or its content is dropped. Empty if it cannot be
+/// opened, and for a folder or a link of any kind, since a link would redirect the write.
 [[nodiscard]] UniqueFile OpenForWriting(const std::wstring& path);
 
 /// The length of an open file in bytes; -1 on failure. Moves the position to the file's start.

@@ -20,8 +20,10 @@ using DayReader = std::function<std::unique_ptr<GenericDocument>(const DateTime&
 /// counted one, and the day after only if the last of several is. Exceptions of `read` propagate.
 [[nodiscard]] float DayEnergyWh(const DateTime& day, const DayReader& read);
 
-/// Energy by local hour (0 to 23) of one day's samples, without its neighbours. Has only hours that
-/// ended within the list, some of them with 0.0. Empty for a null document.
+/// Energy by local hour (0 to 23) of one day's samples, without its neighbours. The first and the
+/// last element are not counted themselves. An hour has an entry, perhaps 0.0, if a counted sample
+/// of it is followed by an element of another hour or is the last but one. Empty for a null
+/// document and for fewer than three elements.
 [[nodiscard]] std::map<int, float> HourlyEnergyWh(const GenericDocument* samples);
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -14,7 +14,7 @@
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
 /// Watt-hours by day. Each key is 00:00:00 local time. 0.0 means that nothing is booked yet; any
-/// other value is final.
+/// other value is final, except today's.
 using PowerLedger = std::map<DateTime, float>;
 
 /// The ledger's file in the data folder.
@@ -25,14 +25,14 @@ static_assert(kRetentionSeconds == 210 * kSecondsPerDay);
 /// Today and the 210 days before it.
 inline constexpr int kMostLedgerDays = 211;
 
-/// The last day that the walk reaches. Days that are read from the file must be later.
+/// The earliest day that UpdateLedger visits. LoadLedger accepts only days after it.
 [[nodiscard]] DateTime OldestDay(const DateTime& today);
 
 /// Copies the days after `oldest` from the file's document into `ledger`. Skips elements without a
 /// string "Key" or a number "Value"; a root that is not an array has no elements.
 void LoadLedger(const GenericDocument& document, const DateTime& oldest, PowerLedger& ledger);
 
-/// What the walk needs from its caller.
+/// What UpdateLedger calls. Exceptions propagate.
 struct LedgerDays {
   /// The energy of one day in watt-hours.
   std::function<float(const DateTime& day)> energyWh;

@@ -7,14 +7,14 @@
 #include "base/json_document.h"
 
 // Reading the sample files of a data folder. A plain copy exists only while its day is being read,
-// so none of these may run beside another for the same day: the caller holds a lock.
+// so no two of these operations may run on one folder at the same time: the caller holds a lock.
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
 /// Writes the plain copy of an encrypted sample file beside it. The file is Base64 text
 /// (CryptStringToBinaryA) around a blob of the data protection interface at machine scope
-/// (CryptUnprotectData), at most kLargestDataFileBytes long. There is no copy if any step fails;
-/// nothing is logged. Kept on purpose: the result is always false and says nothing; look for the
-/// copy instead.
+/// (CryptUnprotectData), at most kLargestDataFileBytes long. If a step before the writing fails, an
+/// older copy stays as it was. Nothing is logged. Kept on purpose: the result is always false, so
+/// callers look for the copy instead.
 [[nodiscard]] bool DecryptSampleFile(const std::wstring& path);
 
 /// Reads one day's samples: decrypts that day's file, reads the plain copy and deletes it. The

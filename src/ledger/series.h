@@ -12,6 +12,7 @@
 // locale. A missing hour, day or month counts as 0.0.
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
+/// One value of a chart, in watt-hours.
 struct SeriesEntry {
   std::string label;
   float energyWh = 0.0F;
@@ -23,11 +24,11 @@ using Series = std::vector<SeriesEntry>;
 [[nodiscard]] Series HourSeries(int hourNow, const std::map<int, float>& yesterday,
                                 const std::map<int, float>& today);
 
-/// Seven days, from the seventh before `today` on, labelled "Mon" to "Sun".
+/// The seven days before `today`, labelled "Mon" to "Sun". Today itself is not shown.
 [[nodiscard]] Series DaySeries(const DateTime& today, const PowerLedger& ledger);
 
-/// Six months, the current one last, labelled "Jan" to "Dec". `now` is the local time now, from
-/// which the labels are made.
+/// Six months, the current one last, labelled "Jan" to "Dec". `now` is the current local time; the
+/// labels are made from it.
 [[nodiscard]] Series MonthSeries(const DateTime& today, const DateTime& now,
                                  const PowerLedger& ledger);
 

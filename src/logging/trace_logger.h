@@ -1,7 +1,7 @@
 #pragma once
 
 // The binary contract with the host's Logging.dll: class layouts and decorated names are fixed. The
-// library exports both classes; this header is all that is known of it.
+// library exports both classes; nothing else of it is used here.
 
 // The export macro: defined for export only by the side that builds Logging.dll.
 #if defined(GANTRY_LOGGING_EXPORTS)

@@ -52,8 +52,9 @@ class WATTLEAF_API WattleafHelper {
   /// std::system_error if the thread cannot be made.
   void StartProcessing();
 
-  /// 1 supported, 0 not supported, -1 firmware update required. Runs the probes in the first call
-  /// only.
+  /// 1 supported, 0 not supported, -1 firmware update required. Runs the probes, which block and
+  /// may throw _com_error (platform/wmi/platform_probes.h), until a state is stored; later calls
+  /// return the stored state.
   [[nodiscard]] int IsPlatformSupported();
   /// Always true: see dataChanged.
   [[nodiscard]] bool IsDataChanged();
@@ -82,7 +83,7 @@ class WATTLEAF_API WattleafHelper {
   /// Finds the host's directory; nothing else is read, made or started.
   WattleafHelper();
 
-  /// The CollectorCallback that the collector gets.
+  /// The CollectorCallback that is passed to the collector.
   static void MyNativeCallback(const char** items, int count);
 
   /// The device path of a drive such as "C:" (QueryDosDeviceA); empty if it has none.
@@ -92,21 +93,25 @@ class WATTLEAF_API WattleafHelper {
   void ProcessingCallback();
 
   /// One day's samples (ledger/sample_reader.h); the caller owns the document, which is null for a
-  /// copy that does not parse. The caller holds dataMutex.
+  /// copy that does not parse. The caller holds dataMutex. Throws filesystem_error as IsPlainFile
+  /// does (base/plain_file.h).
   [[nodiscard]] GenericDocument* GetJsonFromDate(const DateTime& day);
 
   /// The ledger pass: loads the ledger, works out the days that need it, saves it, and then deletes
   /// the samples of the days booked. Holds dataMutex for its whole run.
   void CalculateDailyPowerConsumption();
-  /// Watt-hours of one day. The caller holds dataMutex.
+  /// Watt-hours of one day. The caller holds dataMutex. Throws as GetJsonFromDate does.
   [[nodiscard]] float CalculateDailyPowerConsumption(const DateTime& day);
-  /// Watt-hours by hour of the day, for hours that booked something. The caller holds dataMutex.
+  /// Watt-hours by hour of the day (ledger/day_energy.h). The caller holds dataMutex. Throws as
+  /// GetJsonFromDate does.
   [[nodiscard]] std::map<int, float> GetPowerConsumption(const DateTime& day);
 
-  /// Reads the energy tool's report, merges its rows into the 30-day store and deletes the report.
+  /// Reads the energy tool's report, deletes it, and merges its rows into the 30-day store. Prints
+  /// up to two lines to standard output.
   void ConvertPowerLogXmltoJson();
-  /// Run the energy tool and use its report. A status other than 0 is logged; a negative one throws
-  /// (reports/report_tool.h).
+  /// Each runs the energy tool. A status other than 0 is logged, and a negative one throws
+  /// (reports/report_tool.h). After success the first one converts the report; the second one only
+  /// clears errorsAndWarningsJson and leaves its report unread.
   void OnGetTop20PowerApps();
   void OnGetErrorAndWarnings();
 
@@ -114,8 +119,8 @@ class WATTLEAF_API WattleafHelper {
   /// propagate and leave the current catalogue.
   void LoadInstalledWin32Apps();
   void LoadInstalledUWPApps();
-  /// Sets `logo` to the logo that a package's manifest names, if any. `displayName` is not used.
-  /// Failures are logged.
+  /// Sets `logo` to the logo that a package's manifest names, if any. `displayName` is not used. An
+  /// exception is logged; a manifest that cannot be read or parsed is not.
   void ParseManifest(const std::wstring& manifestPath, std::wstring& displayName,
                      std::wstring& logo);
 

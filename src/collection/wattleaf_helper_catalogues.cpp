@@ -17,7 +17,7 @@ void LogError(const wchar_t* text) { Logging::LogManager::GetLogger()->LogError(
 }  // namespace
 
 void WattleafHelper::LoadInstalledWin32Apps() {
-  // Filled aside, since a request may be reading the current map.
+  // A copy is filled, since a request may be reading the current map.
   DesktopApps apps = *win32Apps.Current();
   AddInstalledPrograms(apps);
   win32Apps.Replace(std::move(apps));

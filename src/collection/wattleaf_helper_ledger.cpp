@@ -44,8 +44,8 @@ bool HoldsLedger(const std::wstring& path, const PowerLedger& ledger) {
   return document && document->IsArray() && document->Size() == ledger.size();
 }
 
-/// Deletes the samples of booked days. A link in their place was not read, so it is not deleted
-/// either. Failure is ignored: a booked day is not worked out again.
+/// Deletes the samples of booked days, but no link that has replaced such a file. Failure is
+/// ignored: a booked day is not worked out again.
 void DeleteSamples(const std::vector<std::wstring>& paths) {
   for (const std::wstring& path : paths) {
     if (IsKnownPlainFile(path)) _wunlink(path.c_str());

@@ -2,8 +2,7 @@
 
 #include <chrono>
 
-// The order and the lengths of the worker's steps, apart from the steps themselves: what each of
-// them does is WattleafHelper's.
+// The order of the worker's steps and the pauses between them. WattleafHelper implements the steps.
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
 /// From the start of the thread to the first step.

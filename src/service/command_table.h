@@ -5,23 +5,24 @@
 #include <optional>
 
 // The numbers and statuses of ExecuteCommand: the contract with the clients, which pass a number
-// and get a text. The dispatcher and the console host use this table.
+// and receive a text. The dispatcher and the console host share this table. It has values only and
+// may be used on any thread.
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
 // Statuses. A client sees them as signed 32-bit integers.
 
-/// The caller got the command's text.
+/// The command produced a text, and it was handed over.
 inline constexpr int kResultHandedOver = 0;
 /// No command has this number.
 inline constexpr int kUnknownCommand = 0x20000001;
-/// The input or the output was null, the command has no text or a text that is too long, or there
-/// is no memory for it.
+/// The input or the output pointer was null, memory ran out, or the command produced no text or one
+/// that is too long to hand over.
 inline constexpr int kNoResult = 0x20000002;
 
-/// The longest text that is returned, its terminator included, in wide characters.
+/// The longest text that is handed over, in wide characters with its terminator.
 inline constexpr std::size_t kLargestResultChars = 65536;
 
-/// The numbers that clients pass. Each comment describes the text that is returned.
+/// The commands by their numbers. Each comment describes the text that is returned.
 enum class Command : unsigned int {
   kDailyAverage = 1,       ///< watt-hours a day, as "12.345678"
   kTopApplications = 2,    ///< JSON; the only command that reads its input: "<icon folder>?<days>"

@@ -17,7 +17,7 @@ constexpr std::size_t kMostChars =
 
 }  // namespace
 
-// The digits of "%f". Not printf itself, which takes the point from the locale that the host set.
+// The digits of "%f". printf is not used, since its decimal point is that of the host's locale.
 std::wstring FloatToWideString(float value) {
   std::string text(kMostChars, '\0');
   const auto end = std::to_chars(text.data(), text.data() + text.size(), static_cast<double>(value),

@@ -19,7 +19,7 @@ std::wstring TreesSavedText(WattleafHelper& helper) {
   return FloatToWideString(average * 365.0F * 3.0F / 1000.0F / 300.0F);
 }
 
-/// Runs one command; empty if the command left no text.
+/// Runs one command; empty if the command produced no text.
 std::wstring RunCommand(Command command, std::wstring& request) {
   WattleafHelper& helper = WattleafHelper::Instance();
   std::wstring result;

@@ -32,7 +32,8 @@ struct RequestConfiguration;
 // Command 7, the first time
 // - The calling thread joins COM's multithreaded apartment and leaves it again. It leaves even
 //   if it could not join: on a thread of a single-threaded apartment this undoes one of the host's
-//   own CoInitialize calls. Such a host sends command 7 from another thread, or joins COM again.
+//   own CoInitialize calls. Such a host sends command 7 from another thread, or joins COM again. If
+//   COM cannot make the WMI locator, the thread stays a member.
 // - CoInitializeSecurity is called with default authentication and impersonation; it has no effect
 //   if the process has called it before. The worker does the same.
 //
@@ -43,7 +44,7 @@ struct RequestConfiguration;
 
 namespace Zq::Gantry::Server::Services {
 
-/// What every service plug-in of the host offers. The order of the operations is the contract.
+/// The interface of every service plug-in of the host. The order of the operations is the contract.
 class ZQService {
  public:
   virtual ~ZQService() = default;

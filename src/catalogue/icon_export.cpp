@@ -52,7 +52,8 @@ class EncoderList {
     UINT count = 0;
     UINT bytes = 0;
     if (GdipGetImageEncodersSize(&count, &bytes) != Gdiplus::Ok) return;
-    // Whole entries, for their alignment. A count that does not fit into the block is not believed.
+    // Whole entries, for their alignment. If the count does not fit into the block, the list stays
+    // empty.
     entries_.resize((bytes + sizeof(Gdiplus::ImageCodecInfo) - 1) /
                     sizeof(Gdiplus::ImageCodecInfo));
     if (count == 0 || count > entries_.size()) return;

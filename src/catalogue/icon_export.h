@@ -13,15 +13,16 @@ namespace Zq::Gantry::Server::Services::Wattleaf {
 
 /// Writes the icon of a desktop application as "directory\displayName.png", over an existing file.
 /// Returns that path, even if nothing could be written; empty if the application has no icon.
-/// `path` is a device path and `devicePrefix` the device path of the system drive; if the prefix is
-/// empty, the system is asked for the icon of an empty path. A path longer than 259 bytes counts as
-/// an empty one (ExtractAssociatedIconExA takes MAX_PATH).
+/// Nothing is written if the display name leads out of the directory (IconFile::StaysInDirectory).
+/// `path` is a device path and `devicePrefix` the device path of the system drive. If the prefix is
+/// empty, or the path on the drive is longer than 259 bytes, the icon is that of an empty path
+/// (ExtractAssociatedIconExA takes MAX_PATH).
 [[nodiscard]] std::string ExportAppIcon(std::string path, const std::string& directory,
                                         const std::string& displayName,
                                         const std::string& devicePrefix);
 
-/// Writes an icon as a PNG file with its alpha channel. The caller keeps the icon. False if any
-/// step failed.
+/// Writes an icon as a PNG file with its alpha channel, over an existing file. The caller keeps the
+/// icon. False if any step failed.
 [[nodiscard]] bool SaveIconAsPng(HICON icon, const std::wstring& path);
 
 /// Makes icon files with the service's own rights.

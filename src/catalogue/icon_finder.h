@@ -6,8 +6,8 @@
 
 #include "catalogue/installed_apps.h"
 
-// The icon files that a ranking leaves in the client's directory. All texts are bytes as the narrow
-// Windows calls take them.
+// The icon files that are made for a ranking in the client's directory. All texts are bytes as the
+// narrow Windows calls take them.
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
 /// The PNG file of one application.
@@ -15,7 +15,7 @@ struct IconFile {
   std::string_view directory;    ///< the client's; may be empty
   std::string_view displayName;  ///< from a file that an ordinary user may have written
 
-  /// "directory\displayName.png", also if that leads out of the directory.
+  /// "directory\displayName.png", even if that leads out of the directory.
   [[nodiscard]] std::string Path() const;
 
   /// Whether that path lies in the directory itself. A name with a separator, a colon or a zero

@@ -9,8 +9,8 @@
 // The two catalogues of installed applications, and how they are shared between threads.
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
-/// Desktop programs that declare themselves as installed. Key: display name, as it stands in the
-/// registry. Value: the raw text of the icon's location, empty if the program declares none.
+/// Desktop programs that the registry lists as installed. Key: display name, as in the registry.
+/// Value: the raw text of the icon's location, empty if the registry has none.
 using DesktopApps = std::map<std::wstring, std::wstring>;
 
 /// What clients see of one packaged application. Both texts hold the low byte of each UTF-16 unit.
@@ -22,8 +22,8 @@ struct UwpAppRecord {
 /// Packaged applications. Key: the package name without its version, ordered by bytes, then length.
 using PackagedApps = std::map<std::string, UwpAppRecord>;
 
-/// A value that is built aside and then replaced as a whole. A reader keeps the value that it took,
-/// even if the value is replaced later. Both operations may be called on any thread.
+/// A value that is built separately and then replaced as a whole. A reader keeps the value that it
+/// got, even if it is replaced later. Both operations may be called on any thread.
 template <typename Value>
 class Published {
  public:

@@ -20,13 +20,15 @@ using ManifestReader = std::function<void(const std::wstring& manifestPath, std:
 [[nodiscard]] std::optional<std::wstring> TryReadManifestLogo(const std::wstring& manifestPath);
 
 /// The logo file of the package in `installedPath`: a file on disk that is a variant of the one
-/// that the manifest names. Empty if there is no such file. A directory that cannot be searched is
-/// reported on standard error.
+/// that the manifest names (FindLogoVariant). Empty if there is no such file. Exceptions of
+/// `readManifest` propagate.
 [[nodiscard]] std::wstring FindManifestLogo(const std::wstring& installedPath,
                                             const ManifestReader& readManifest);
 
-/// A variant of `manifestLogo` in its own directory below `installedPath`: the first file for 100
-/// percent scaling, otherwise the first one with "44x44" in its name. Empty if there is neither.
+/// A variant of `manifestLogo` in its own directory below `installedPath`: the first file whose
+/// name contains "<logo's name>.scale-100", otherwise the first with "44x44", in the order in which
+/// the system lists the directory. Empty if there is neither. A directory that cannot be searched
+/// is reported on standard error.
 [[nodiscard]] std::wstring FindLogoVariant(const std::wstring& installedPath,
                                            const std::wstring& manifestLogo);
 

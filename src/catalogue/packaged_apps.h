@@ -21,7 +21,7 @@ class InstalledPackage {
   [[nodiscard]] virtual bool IsFramework() = 0;
   /// A PackageSignatureKind.
   [[nodiscard]] virtual int SignatureKind() = 0;
-  /// Without the version.
+  /// The package's name without the version.
   [[nodiscard]] virtual std::wstring Name() = 0;
   [[nodiscard]] virtual std::wstring DisplayName() = 0;
   /// Absolute path of the installation directory.
@@ -36,7 +36,7 @@ class PackageWalk {
   virtual ~PackageWalk() = default;
 
   [[nodiscard]] virtual bool HasCurrent() = 0;
-  /// Never null. Only while HasCurrent.
+  /// The package at this place of the walk; never null. Only if HasCurrent is true.
   [[nodiscard]] virtual std::unique_ptr<InstalledPackage> Current() = 0;
   /// False once the walk is past the last package.
   [[nodiscard]] virtual bool MoveNext() = 0;

@@ -30,8 +30,8 @@ std::string DisplayNames::Resolve(const std::string& appId) {
   return *name;
 }
 
-// An empty description is remembered too, since finding it out reads a file. Executables outside
-// the system drive are not remembered: deciding that costs nothing.
+// An empty description is remembered too, since getting it reads a file. Executables outside the
+// system drive are not remembered: recognising them costs nothing.
 std::optional<std::string> DisplayNames::TryDescribe(const std::string& appId) const {
   if (devicePrefix_.empty()) return std::nullopt;
   const auto path = TryDrivePath(appId, devicePrefix_);

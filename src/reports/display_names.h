@@ -11,10 +11,10 @@
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
-/// Finds the display names of applications, for one run of the conversion. An executable on the
-/// system drive is shown under its own description, a packaged application under the name in the
-/// catalogue; nothing else has a name. A name that was found is remembered, up to a limit of bytes,
-/// so that a file is read once for all rows of its application. Used by one thread.
+/// Finds the display names of applications, for one run of the conversion. The name of an
+/// executable on the system drive is its file description, that of a packaged application the name
+/// in the catalogue; nothing else has a name. Names are remembered, up to a limit of bytes, so that
+/// a file is read once for all rows of its application. Used by one thread.
 class DisplayNames {
  public:
   /// Returns the description of the executable at this path, or an empty text.
@@ -26,7 +26,8 @@ class DisplayNames {
                DescribeFile describeFile,
                std::size_t mostRememberedBytes = kMostRememberedNameBytes);
 
-  /// The display name of the application with this identity; empty if no name is known.
+  /// The display name of the application with this identity (catalogue/app_identity.h), as bytes in
+  /// the encoding of its source; empty if no name is known. Exceptions of `describeFile` propagate.
   [[nodiscard]] std::string Resolve(const std::string& appId);
 
  private:

@@ -10,6 +10,7 @@ namespace Zq::Gantry::Server::Services::Wattleaf {
 
 namespace {
 
+/// A row with its comma, with empty names and the longest energy.
 constexpr std::string_view kRowWithoutNames =
     R"({"Name":"","DisplayName":"","TimeStamp":"2026-11-14:02:10:46",)"
     R"("TotalEnergy":-9223372036854775808},)";
@@ -52,9 +53,9 @@ bool MayHoldText(std::string_view part) {
   return end != std::string_view::npos && !std::all_of(part.begin() + end + 1, part.end(), IsBlank);
 }
 
-/// Each "<" begins an element unless it begins an end tag, and one text may follow the tag. In an
-/// encoding with more than one byte a character, zeros stand beside "<" and ">": then every tag
-/// counts as followed by a text, and "</" cannot be trusted to begin an end tag.
+/// Each "<" begins an element unless it begins an end tag, and one text may follow the tag. An
+/// encoding with more than one byte per character has zero bytes next to "<" and ">". Then every
+/// tag counts as followed by a text, and "</" does not reliably begin an end tag.
 std::uint64_t MostNodes(std::string_view text) {
   const bool isOfBytes = text.find('\0') == std::string_view::npos;
   std::uint64_t nodes = 0;

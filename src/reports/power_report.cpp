@@ -33,7 +33,7 @@ bool Load(std::FILE* file, std::size_t bytes, std::size_t mostTreeBytes,
 }
 
 bool LoadFile(const std::wstring& path, std::size_t mostTreeBytes, pugi::xml_document& document) {
-  // With full sharing, so that a virus scanner that holds the report does not cost a day's rows.
+  // With full sharing, so that no day's rows are lost while a virus scanner has the report open.
   const UniqueFile file = OpenSharedForReading(path);
   if (!file) return false;
   const std::int64_t length = LengthBytes(file.get());

@@ -28,11 +28,11 @@ void MergePowerStore(const GenericDocument& store, const ReportingPeriod& period
 /// The document for the file. It refers to the names in `log`, which must outlive it.
 [[nodiscard]] GenericDocument PowerStoreDocument(const PowerLog& log);
 
-/// The whole number in a JSON number: an unsigned one above the signed range with its 64 bits
-/// reinterpreted, a fraction truncated, and 0 if 64 bits cannot hold it.
+/// A JSON number as a whole number. The 64 bits of an unsigned number above the signed range are
+/// reinterpreted, and a fraction is truncated. 0 if 64 bits cannot hold the number.
 [[nodiscard]] std::int64_t StoredEnergy(const rapidjson::Value& number);
 
-/// The low 32 bits of that, read as signed.
+/// The low 32 bits of StoredEnergy(number), read as signed.
 [[nodiscard]] std::int64_t StoredEnergyLow32(const rapidjson::Value& number);
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

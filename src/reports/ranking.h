@@ -13,7 +13,7 @@
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
-/// The largest number of applications in a ranking; the others get no common entry.
+/// The largest number of applications in a ranking. There is no entry for the sum of the others.
 inline constexpr std::size_t kMostRankedApps = 20;
 
 /// One application of the ranking. The texts are bytes from the store and from the IconMaker.
@@ -26,10 +26,11 @@ struct TopAppEntry {
 using Ranking = std::vector<TopAppEntry>;
 
 /// The applications with the largest share of the energy of the period, largest first. `rows` is
-/// the array of the 30-day store; an element that lacks a member, or has one of another type, is
-/// skipped. Rows of applications that are not shown count in the total. If the energies add up to
-/// 0, no value is finite. Makes an icon in `iconDirectory` for each application that is shown, also
-/// for those that do not make it into the ranking.
+/// the array of the 30-day store. An element without an energy or a time of the right type is
+/// skipped. An element that lacks a name, or has an empty display name, counts in the total only,
+/// and so does one of an application that is not shown. If the energies add up to 0, no value is
+/// finite. Makes an icon in `iconDirectory` for each application that is shown, even if it does not
+/// rank among the largest.
 [[nodiscard]] Ranking RankApplications(const rapidjson::Value& rows, const ReportingPeriod& period,
                                        const DesktopApps& desktopApps,
                                        const PackagedApps& packagedApps,

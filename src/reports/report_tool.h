@@ -10,13 +10,13 @@ namespace Zq::Gantry::Server::Services::Wattleaf {
 /// The energy of each application; read by ReadPowerReport and then deleted.
 inline constexpr wchar_t kPowerReportFileName[] = L"Powerlog.xml";
 
-// The tool is found through the search path. The names of its output files are relative, so they
-// land in the current directory.
+// The tool is found through the search path. The names of its output files are relative, so it
+// writes them into the current directory (RunReportTool).
 inline constexpr char kPowerReportCommand[] = "POWERCFG /SRUMUTIL /OUTPUT Powerlog.xml /XML";
 inline constexpr char kEnergyReportCommand[] =
     "POWERCFG /ENERGY /OUTPUT EnergyReport.xml /DURATION 60 /XML";
 
-// What ToolFailureText takes for each of the two.
+// The `literal` of ToolFailureText for each command.
 inline constexpr std::wstring_view kPowerReportFailure =
     L"Error %d returned by System() call to Powerlog.xml";
 inline constexpr std::wstring_view kEnergyReportFailure =

@@ -9,7 +9,8 @@
 
 #include "platform/win32/unique_resource.h"
 
-// The owners of security catalog handles.
+// The owners of security catalog handles. A failed release is ignored. Declare the owner of an
+// administrator context before the owners of its catalogs, so that it is destroyed after them.
 namespace Zq::Gantry::Platform {
 
 /// Catalog administrator context, from CryptCATAdminAcquireContext2.
@@ -32,8 +33,8 @@ struct CatalogHandle {
   }
 };
 
-/// Catalog context, from CryptCATAdminEnumCatalogFromHash. Empty is no catalog, even together with
-/// an administrator context.
+/// Catalog context, from CryptCATAdminEnumCatalogFromHash. A handle without a catalog is empty,
+/// even if it has an administrator context.
 struct CatalogPolicy {
   using Type = CatalogHandle;
   static Type Empty() { return {}; }

@@ -15,8 +15,8 @@ namespace Zq::Gantry::Platform {
 /// Membership of the calling thread in the multithreaded COM apartment: begun by the constructor
 /// (CoInitializeEx), ended by the destructor (CoUninitialize), which must run on the same thread.
 ///
-/// Kept on purpose: it is also ended if it could not be begun, so that on a thread of another
-/// apartment the counts of that thread do not match.
+/// Kept on purpose: CoUninitialize is called even if CoInitializeEx failed. On a thread of another
+/// apartment that undoes one of the initialisations that others made.
 class ComMembership {
  public:
   ComMembership() : result_(CoInitializeEx(/*reserved=*/nullptr, COINIT_MULTITHREADED)) {}
@@ -30,7 +30,7 @@ class ComMembership {
 
   /// The result of CoInitializeEx; a failure is RPC_E_CHANGED_MODE or lack of memory.
   [[nodiscard]] HRESULT Result() const { return result_; }
-  /// The thread stays a member, and nothing ends that.
+  /// The destructor no longer calls CoUninitialize: a thread that has joined stays a member.
   void GiveUp() { held_ = false; }
 
  private:
@@ -71,8 +71,8 @@ using UniqueSafeArray = UniqueResource<SafeArrayPolicy>;
 /// size, as its variant says. To be checked before an element is read. False for null.
 [[nodiscard]] bool IsVectorOf(SAFEARRAY* array, VARTYPE elementType, UINT elementBytes);
 
-/// A VARIANT, cleared with its content at the end (VariantClear). The setters are for one that is
-/// still empty: they release nothing.
+/// A VARIANT, cleared with its content at the end (VariantClear). The setters release no earlier
+/// content, so they are for a variant that is still empty.
 class ScopedVariant {
  public:
   ScopedVariant() { VariantInit(&value_); }

@@ -6,8 +6,8 @@
 
 #include <algorithm>
 
-// <gdiplus.h> expects the macros min and max, which the build turns off, so it gets functions of
-// these names; and <objidl.h>, which the lean <windows.h> leaves out.
+// <gdiplus.h> needs min and max, whose macros the build turns off: functions of these names replace
+// them. It also needs <objidl.h>, which the lean <windows.h> leaves out.
 namespace Gdiplus {
 using std::max;
 using std::min;
@@ -21,8 +21,8 @@ using std::min;
 namespace Zq::Gantry::Platform {
 
 /// GDI+, started for the lifetime of this object (GdiplusStartup), with its background thread and
-/// without a debug callback. Owners of images must be destroyed first. Keeps the last error when it
-/// ends.
+/// without a debug callback. Owners of images must be destroyed first. The destructor keeps the
+/// last error.
 class GdiplusSession {
  public:
   GdiplusSession() {
@@ -40,7 +40,7 @@ class GdiplusSession {
   [[nodiscard]] explicit operator bool() const { return started_; }
 
  private:
-  // No value of it means "not started", so it cannot be an owner's empty value.
+  // Any value may be a valid token, so none can mean "not started".
   ULONG_PTR token_ = 0;
   bool started_ = false;
 };

@@ -8,7 +8,13 @@
 
 // The owners of Win32 and C library resources, one policy each: the type, the value that stands for
 // "no resource", and the call that releases it. Moving, replacing and keeping the last error are
-// the generic owner's (unique_resource.h). A failed release is ignored.
+// the generic owner's (unique_resource.h). A failed release is ignored. Some calls write a value
+// even if they fail; such a value must not be released:
+//
+//   UniqueRegKey key;
+//   if (RegOpenKeyExW(parent, path, /*options=*/0, KEY_READ, key.out()) != ERROR_SUCCESS) {
+//     static_cast<void>(key.release());
+//   }
 namespace Zq::Gantry::Platform {
 
 /// Process, thread, token or event (CloseHandle). Empty is null.
@@ -19,8 +25,8 @@ struct HandlePolicy {
 };
 using UniqueHandle = UniqueResource<HandlePolicy>;
 
-/// Empties an owner that holds INVALID_HANDLE_VALUE, which some calls return instead of null when
-/// they fail: there is nothing to close.
+/// Empties an owner that holds INVALID_HANDLE_VALUE, without a release: some calls return this
+/// value instead of null when they fail.
 inline void DropInvalid(UniqueHandle& handle) {
   if (handle.get() == INVALID_HANDLE_VALUE) static_cast<void>(handle.release());
 }

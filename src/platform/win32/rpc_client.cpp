@@ -9,7 +9,7 @@ namespace Zq::Gantry::Platform {
 
 namespace {
 
-// RpcServerInqCallAttributesW with version 3 of its structure, which not every SDK declares.
+// For RpcServerInqCallAttributesW with version 3 of its structure, which not every SDK declares.
 constexpr unsigned int kRpcCallAttributesVersion3 = 3;
 /// RPC_QUERY_CLIENT_PID: the caller's process id; local procedure calls only.
 constexpr unsigned long kRpcQueryClientPid = 0x10;

@@ -19,10 +19,10 @@ extern "C" __declspec(dllimport) LONG WINAPI
 
 namespace Zq::Gantry::Platform {
 
-/// The process that a thread serves a remote procedure call for.
+/// The client of the remote procedure call that a thread serves.
 struct RpcClient {
-  /// The result of the query; after anything but RPC_S_OK the thread serves no call, or its client
-  /// could not be determined.
+  /// The result of the query. Unless it is RPC_S_OK, the thread serves no call, or its client could
+  /// not be determined.
   RPC_STATUS status = RPC_S_OK;
   DWORD processId = 0;  ///< 0 after a failure
 };

@@ -4,8 +4,8 @@
 #include <utility>
 
 #if defined(_WIN32)
-// As <windows.h> declares them, which this header does without: programs that use the library
-// include it too.
+// As <windows.h> declares them. This header does not include it, since programs that use the
+// library include this header.
 extern "C" __declspec(dllimport) unsigned long __stdcall GetLastError();
 extern "C" __declspec(dllimport) void __stdcall SetLastError(unsigned long error);
 #endif
@@ -75,8 +75,8 @@ class AtomicSlot {
   std::atomic<Type> value_;
 };
 
-/// What both owners have in common: the resource is released once, when it is replaced or at the
-/// end, and the thread's last error is kept meanwhile. A release must not throw.
+/// The common part of both owners: the resource is released once, when it is replaced or when the
+/// owner is destroyed, and the thread's last error is kept meanwhile. A release must not throw.
 template <typename Policy, template <typename> class Slot>
 class ResourceOwner {
  public:
@@ -129,7 +129,7 @@ class UniqueResource : public ResourceOwner<Policy, PrivateSlot> {
     return *this;
   }
 
-  /// For a call that writes a fresh resource: an empty place, after what was held is released.
+  /// The place for a call that writes a new resource. Releases what was held first, so it is empty.
   [[nodiscard]] Type* out() {
     this->reset();
     return this->slot_.Address();

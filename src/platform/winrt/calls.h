@@ -14,7 +14,11 @@
 
 // Calls of the Windows Runtime: their failures as exceptions, their texts as strings, and its
 // properties and operations without arguments, called by their member pointers. `Declarer` is the
-// type that declares the operation: `Interface` or a base of it. Nothing is logged.
+// type that declares the operation: `Interface` or a base of it. Nothing is logged. Each call runs
+// on the calling thread.
+//
+//   const auto id = FetchObject(package, &IPackage::get_Id);
+//   const std::wstring name = FetchText(*id.get(), &IPackageId::get_Name);
 namespace Zq::Gantry::Platform::WinRt {
 
 /// A call of the Windows Runtime that failed, or that succeeded without returning an object.
@@ -32,18 +36,20 @@ class CallFailure : public std::exception {
   HRESULT result_;
 };
 
-/// Throws CallFailure with a result that is a failure.
+/// Throws CallFailure if `result` is a failure (FAILED).
 inline void ThrowIfFailed(HRESULT result) {
   if (FAILED(result)) throw CallFailure(result);
 }
 
-/// A copy of `text` (WindowsCreateString), embedded zeros included. Throws CallFailure.
+/// A copy of `text` (WindowsCreateString), embedded zeros included. Throws CallFailure if the
+/// call fails.
 [[nodiscard]] UniqueHString MakeHString(std::wstring_view text);
 
 /// A copy of the characters of `text`, embedded zeros included. Null is an empty text.
 [[nodiscard]] std::wstring TextOf(HSTRING text);
 
-/// The object that the call returns. Throws CallFailure, also if there is none.
+/// The object that the call returns, with its reference. Throws CallFailure if the call fails or
+/// returns null.
 template <typename Interface, typename Declarer, typename Object>
 [[nodiscard]] UniqueInterface<Object> FetchObject(
     Interface& from, HRESULT (STDMETHODCALLTYPE Declarer::*call)(Object**)) {
@@ -53,7 +59,7 @@ template <typename Interface, typename Declarer, typename Object>
   return object;
 }
 
-/// The number or truth value that the call returns. Throws CallFailure.
+/// The number or truth value that the call returns. Throws CallFailure if the call fails.
 template <typename Interface, typename Declarer, typename Value>
 [[nodiscard]] Value FetchValue(Interface& from,
                                HRESULT (STDMETHODCALLTYPE Declarer::*call)(Value*)) {
@@ -62,7 +68,8 @@ template <typename Interface, typename Declarer, typename Value>
   return value;
 }
 
-/// The text that the call returns. Throws CallFailure.
+/// A copy of the text that the call returns, embedded zeros included. Throws CallFailure if the
+/// call fails.
 template <typename Interface, typename Declarer>
 [[nodiscard]] std::wstring FetchText(Interface& from,
                                      HRESULT (STDMETHODCALLTYPE Declarer::*call)(HSTRING*)) {
@@ -71,7 +78,8 @@ template <typename Interface, typename Declarer>
   return TextOf(text.get());
 }
 
-/// Another interface of the same object (QueryInterface). Throws CallFailure, also if it is null.
+/// Another interface of the same object, with a reference of its own (QueryInterface). Throws
+/// CallFailure if the object lacks it, or if the result is null.
 template <typename Other>
 [[nodiscard]] UniqueInterface<Other> FetchInterface(IUnknown& object) {
   UniqueInterface<Other> other;

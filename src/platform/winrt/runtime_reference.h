@@ -7,14 +7,14 @@ namespace Zq::Gantry::Security {
 
 /// A counted reference to an object of the Windows Runtime, or null. It holds one pointer and
 /// nothing else, so it has the same form in memory as the reference type of any other projection.
-/// The object is released with the last reference. One reference is not to be changed on two
-/// threads at once; whether the object may be called on several is up to the object.
+/// The object is released with the last reference. Do not change one RuntimeReference on two
+/// threads at once; whether the object may be called on several threads depends on the object.
 template <typename Interface>
 class RuntimeReference {
  public:
   /// Null.
   RuntimeReference() = default;
-  /// Implicit, so that a call can be given nullptr.
+  /// Null. Implicit, so that nullptr can be passed to a call.
   RuntimeReference(std::nullptr_t) {}
   /// Takes a reference of its own (AddRef); null is allowed.
   explicit RuntimeReference(Interface* object) : object_(object) {

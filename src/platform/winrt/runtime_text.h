@@ -27,7 +27,8 @@ namespace Zq::Gantry::Security {
 /// An immutable text of the Windows Runtime, as a value with an order. It holds one HSTRING and
 /// nothing else, so it has the same form in memory as the text type of any other projection.
 /// Copies share the characters. A default-constructed text, null and L"" are equal. Each text may
-/// be read on any thread. If memory runs out, the constructors throw and nothing is logged.
+/// be read on any thread. If memory runs out, the constructors throw an exception derived from
+/// std::exception (CallFailure of calls.h); nothing is logged.
 class WATTLEAF_API RuntimeText {
  public:
   /// The empty text, without a call of the runtime.

@@ -1,7 +1,15 @@
 #pragma once
 
-// The firmware's WMI classes in \\.\root\wmi and their members, spelled as the firmware spells
-// them: the case of the two classes differs on purpose.
+// The firmware's WMI classes in \\.\root\wmi and their members, spelled as in the firmware: the
+// case of the first letter differs between kMethodClass and kInstanceClass on purpose.
+//
+// One command takes these steps (ZQBiosWmi::ExecuteCommand):
+//   1. The input signature of a method of kMethodClass is fetched. The method's name is
+//      kMethodPrefix and the size of the output in bytes.
+//   2. An instance of kInputClass is filled: kSignMember, kCommandMember, kCommandTypeMember,
+//      kSizeMember, kInputMember. It becomes kInputParameter of an instance of the signature.
+//   3. The method is called on the one instance of kInstanceClass, by its kPathProperty.
+//   4. kOutputParameter of the result has kReturnCodeMember and kDataMember.
 namespace Zq::Gantry::Server::Shared::WMI {
 
 inline constexpr wchar_t kBiosNamespace[] = L"\\\\.\\root\\wmi";

@@ -45,8 +45,8 @@ std::uint32_t PublicWmi::GetPropertyValue(WideDocument& document) {
   return status;
 }
 
-/// If an object fails after another one's value was read, the status is still that of a value that
-/// was read, while the document gets its member only after the last object.
+/// The member is added only after the last object. If an object fails after another one's value was
+/// read, the status may therefore stay kPropertyRead without a member.
 void PublicWmi::ReadObjects(IEnumWbemClassObject* objects, WideDocument& document,
                             std::uint32_t& status) {
   WideValue held;

@@ -20,14 +20,15 @@ inline constexpr std::uint32_t kInvalidClass = 0x2000000F;      ///< WBEM_E_INVA
 inline constexpr std::uint32_t kInvalidQuery = 0x20000010;      ///< WBEM_E_INVALID_QUERY
 inline constexpr std::uint32_t kInvalidNamespace = 0x20000012;  ///< WBEM_E_INVALID_NAMESPACE
 
-/// Reads the property OEMStringArray of Win32_ComputerSystem through WMI. A plain value, made for
-/// one read on one thread; it keeps no connection. Each failed call logs one warning. If memory for
-/// a text runs out, _com_error propagates.
+/// Reads the property OEMStringArray of Win32_ComputerSystem through WMI. Made for one read on one
+/// thread; it keeps no connection. Each failed call logs one warning. If memory for a text runs
+/// out, _com_error propagates.
 class PublicWmi {
  public:
   /// Adds the property's value to `document`, which is an object, as its member "result". If there
-  /// are several objects, it is the last one's value. Blocks until WMI answers. The calling thread
-  /// is a member of COM meanwhile.
+  /// are several objects, it is the last one's value. Returns kPropertyRead or one of the failures
+  /// above. If a later object fails, the result may be kPropertyRead without the member. Blocks
+  /// until WMI answers. The calling thread is a member of COM meanwhile.
   [[nodiscard]] std::uint32_t GetPropertyValue(WideDocument& document);
 
   /// All objects of the class; null on failure. The caller owns the enumerator and must have joined

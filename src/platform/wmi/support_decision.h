@@ -6,11 +6,12 @@
 #include <functional>
 #include <span>
 
-// Whether the measuring service may run on this machine: the decision, and what it is made from. In
-// all of it the commands and answers are the arguments; nothing here calls the system.
+// Whether the measuring service may run on this machine: the decision and the checks that it is
+// based on. The means to send a command, and the answers, are arguments; nothing here calls the
+// system.
 namespace Zq::Gantry::Server::Shared::WMI {
 
-/// What is known of the machine's support. The host receives these numbers.
+/// Whether the machine is supported. The host receives these numbers.
 inline constexpr int kPlatformUndecided = -2;  ///< not probed yet
 inline constexpr int kPlatformNeedsFirmware = -1;
 inline constexpr int kPlatformNotSupported = 0;
@@ -32,8 +33,8 @@ struct BiosCommand {
 /// size leaves the output bytes as they are and is not a failure.
 using BiosCommandRunner = std::function<bool(const BiosCommand&)>;
 
-/// The platform flag of the firmware; false if a command fails. First a value is written and must
-/// be read back, so that firmware that accepts every command and does nothing reads as false.
+/// The platform flag of the firmware; false if a command fails. Before that, a value is written and
+/// must be read back unchanged: firmware that accepts every command but does nothing gives false.
 [[nodiscard]] bool ReadPlatformFlag(const BiosCommandRunner& run);
 
 /// RapidJSON's document over wide characters, for texts as WMI returns them.

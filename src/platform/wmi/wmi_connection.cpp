@@ -7,7 +7,8 @@ namespace {
 using Platform::UniqueBstr;
 using Platform::UniqueInterface;
 
-/// For the whole process, so as a rule the host or an earlier connection has done it already.
+/// Applies to the whole process. RPC_E_TOO_LATE is the normal result: the host or an earlier
+/// connection has called it already.
 void InitializeSecurity(const char* function, const FailureLog& log) {
   const HRESULT result = CoInitializeSecurity(
       /*securityDescriptor=*/nullptr, /*services=*/-1, nullptr, /*reserved=*/nullptr,

@@ -10,7 +10,8 @@
 // What both classes over WMI share: connecting to a namespace, and one form of warning.
 namespace Zq::Gantry::Server::Shared::WMI {
 
-/// The source of a warning. All texts are borrowed and must outlive it; so must the logger.
+/// Logs the failed calls of one class. Texts and logger are borrowed and must outlive it.
+/// `typeName` is the class as it appears in the log; `component` may be empty.
 struct FailureLog {
   Logging::TraceLogger* logger;
   const char* typeName;
@@ -25,19 +26,22 @@ struct FailureLog {
   return SUCCEEDED(result) && object == nullptr ? E_FAIL : result;
 }
 
-/// The step of connecting that failed.
+/// The step of connecting that failed: none, CoCreateInstance of the locator,
+/// IWbemLocator::ConnectServer, or CoSetProxyBlanket.
 enum class ConnectStep { kNone, kLocator, kServer, kBlanket };
 
+/// The outcome of ConnectToNamespace. The service is released on a thread that has joined COM.
 struct WmiConnection {
   Platform::UniqueInterface<IWbemServices> service;  ///< null if and only if a step failed
   ConnectStep failedStep = ConnectStep::kNone;
   HRESULT result = S_OK;  ///< of the step that failed
 };
 
-/// Connects to a namespace of this machine (IWbemLocator::ConnectServer) and lets the service act
-/// as this process. The thread must have joined COM. A failed step is logged as one of the member
-/// function `function`; so is a failure of CoInitializeSecurity, after which connecting goes on.
-/// Throws _com_error if memory for a text runs out.
+/// Connects to a namespace of this machine (IWbemLocator::ConnectServer) and lets the service
+/// impersonate this process. The thread must have joined COM. Blocks until WMI answers. A failed
+/// step logs one warning that names the member function `function`. So does a failure of
+/// CoInitializeSecurity, after which connecting goes on. Throws _com_error if memory for a text
+/// runs out.
 [[nodiscard]] WmiConnection ConnectToNamespace(const wchar_t* wmiNamespace, const char* function,
                                                const FailureLog& log);
 

@@ -35,7 +35,8 @@ class ZQBiosWmi {
                                        const std::uint8_t* input, std::uint32_t outputSize,
                                        std::uint8_t* output, std::uint32_t* returnCode);
 
-  /// Connects if there is no connection yet. 1: connected; 0: a step failed.
+  /// Connects if there is no connection yet. 1: connected; 0: a step failed. Kept on purpose: if
+  /// the WMI locator cannot be made, the thread stays a member of the apartment.
   [[nodiscard]] int GetReady();
 
   /// Makes an instance of the method's input signature that holds the command. The caller owns

@@ -101,7 +101,7 @@ struct IPackage : IInspectable {
   virtual HRESULT STDMETHODCALLTYPE get_Dependencies(IInspectable** value) = 0;
 };
 
-/// The texts of a package as users see them, and its logo.
+/// Windows.ApplicationModel.IPackage2: a package's texts as users see them, and its logo.
 struct IPackage2 : IInspectable {
   virtual HRESULT STDMETHODCALLTYPE get_DisplayName(HSTRING* value) = 0;
   virtual HRESULT STDMETHODCALLTYPE get_PublisherDisplayName(HSTRING* value) = 0;
@@ -121,7 +121,7 @@ enum PackageSignatureKind : INT32 {
   PackageSignatureKind_System = 4,
 };
 
-/// Its signature.
+/// Windows.ApplicationModel.IPackage4: a package's signature.
 struct IPackage4 : IInspectable {
   virtual HRESULT STDMETHODCALLTYPE get_SignatureKind(PackageSignatureKind* value) = 0;
   virtual HRESULT STDMETHODCALLTYPE get_IsOptional(boolean* value) = 0;
@@ -165,8 +165,8 @@ struct IPackageManager : IInspectable {
 
 }  // namespace Zq::Gantry::Platform::WinRt
 
-// The identifiers are outside of any namespace, as the macro demands. Those of the two collections
-// are made from the collection's own and the signature of its elements, as Windows makes them.
+// The macro must be used outside of any namespace. Windows derives the identifiers of the two
+// collections from that of the generic collection and the signature of the element type.
 __CRT_UUID_DECL(Zq::Gantry::Platform::WinRt::IUriRuntimeClass, 0x9e365e57, 0x48b2, 0x4160, 0x95,
                 0x6f, 0xc7, 0x38, 0x51, 0x20, 0xbb, 0xfc)
 __CRT_UUID_DECL(Zq::Gantry::Platform::WinRt::IStorageItem, 0x4207a996, 0xca2f, 0x42f7, 0xbd, 0xe8,

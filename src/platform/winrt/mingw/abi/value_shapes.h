@@ -49,8 +49,8 @@ struct Rect {
   FLOAT Height;
 };
 
-/// A boxed value of any type. It also has the reference interface of its type, which is what reads
-/// a string, number or truth value. The caller frees arrays (CoTaskMemFree).
+/// A boxed value of any type. It also has the reference interface of its type; strings, numbers and
+/// truth values are read through that one. The caller frees arrays (CoTaskMemFree).
 struct IPropertyValue : IInspectable {
   virtual HRESULT STDMETHODCALLTYPE get_Type(PropertyType* value) = 0;
   virtual HRESULT STDMETHODCALLTYPE get_IsNumericScalar(boolean* value) = 0;
@@ -110,8 +110,8 @@ struct IBooleanReference : IInspectable {
 
 }  // namespace Zq::Gantry::Platform::WinRt
 
-// The identifiers are outside of any namespace, as the macro demands. Those of the three references
-// are made from the generic one's and the signature of the type, as Windows makes them.
+// The macro must be used outside of any namespace. Windows derives the identifiers of the three
+// references from that of the generic reference and the signature of the type.
 __CRT_UUID_DECL(Zq::Gantry::Platform::WinRt::IPropertyValue, 0x4bd682dd, 0x7554, 0x40e9, 0x9a, 0x9b,
                 0x82, 0x65, 0x4e, 0xde, 0x7e, 0x62)
 __CRT_UUID_DECL(Zq::Gantry::Platform::WinRt::IStringReference, 0xfd416dfb, 0x2a07, 0x52eb, 0xaa,

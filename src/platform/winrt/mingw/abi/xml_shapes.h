@@ -127,7 +127,7 @@ struct IXmlDocument : IInspectable {
 
 }  // namespace Zq::Gantry::Platform::WinRt
 
-// The identifiers are outside of any namespace, as the macro demands.
+// The macro must be used outside of any namespace.
 __CRT_UUID_DECL(Zq::Gantry::Platform::WinRt::IXmlNode, 0x1c741d59, 0x2122, 0x47d5, 0xa8, 0x56, 0x83,
                 0xf3, 0xd4, 0x21, 0x48, 0x75)
 __CRT_UUID_DECL(Zq::Gantry::Platform::WinRt::IXmlNodeList, 0x8c60ad77, 0x83a4, 0x4ec1, 0x9c, 0x54,

@@ -9,8 +9,8 @@
 
 namespace Zq::Gantry::Security {
 
-/// Thrown by a GantryAccessManager without the checker that a question needs; what() says which
-/// call is missing. The only exception type of this library that leaves it.
+/// Thrown by a GantryAccessManager that lacks the checker for a query; what() names the missing
+/// call. The only exception type that this library exports.
 class WATTLEAF_API gantry_access_exception : public std::logic_error {
  public:
   /// Copies the message. Copies of the exception do not throw.
@@ -22,10 +22,10 @@ class WATTLEAF_API gantry_access_exception : public std::logic_error {
   ~gantry_access_exception() override;
 };
 
-/// Says whether a client is exempt from having a signed manifest. To use it: fill the client's
+/// Decides whether a client is exempt from having a signed manifest. To use it: fill the client's
 /// information, copy the list with GetExemption, make a checker of both (manifest_exemption.h), set
-/// it here, and ask. Without a lock: on one manager, setting and asking must not happen on two
-/// threads at once.
+/// it here, and call IsUwpExempt or IsWin32Exempt. It has no lock: one manager must not be changed
+/// or queried on two threads at once.
 ///
 ///   auto client = std::make_shared<Server::Win32::Win32Information>(name, major, minor);
 ///   auto list = Win32WithNoZQManifestExemptionWhiteList::GetExemption();
@@ -47,7 +47,7 @@ class WATTLEAF_API GantryAccessManager {
   /// Replaces the checker for classic programs; null removes it.
   void SetWin32Checker(std::shared_ptr<IClientWithNoZqManifestCheckCriteria> checker);
 
-  /// The answer of the checker for Store applications; exceptions from it propagate. Throws
+  /// The result of the checker for Store applications; its exceptions propagate. Throws
   /// gantry_access_exception without a checker.
   [[nodiscard]] bool IsUwpExempt();
   /// The same for classic programs.

@@ -11,7 +11,7 @@
 // the host, and so are the exported copies and destructors.
 namespace Zq::Gantry::Server {
 
-/// The kind of a client. Scoped, since the two kinds are also the names of namespaces.
+/// The kind of a client. A scoped enumeration, since namespaces have the same two names.
 enum class ClientType : std::uint32_t {
   /// Packaged Store application.
   Uwp = 0,

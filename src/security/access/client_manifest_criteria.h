@@ -5,7 +5,7 @@
 namespace Zq::Gantry::Security {
 
 /// Decides whether a client needs no signed manifest. A host may implement it and set it in a
-/// GantryAccessManager, which holds it in a shared_ptr and calls it on the thread that asks.
+/// GantryAccessManager, which holds it in a shared_ptr and calls it on the querying thread.
 /// manifest_exemption.h has the two implementations of this library. The order of the virtual
 /// functions, destructor first, is a contract.
 class WATTLEAF_API IClientWithNoZqManifestCheckCriteria {

@@ -22,7 +22,7 @@ namespace Zq::Gantry::Security {
 
 /// What the rows for both kinds of clients have in common.
 struct WATTLEAF_API MatchingDescriptor {
-  /// The number is the host's.
+  /// The number is part of the contract with the host.
   enum class Operation : std::uint32_t {
     /// The client's version is at most the row's.
     LessThanOrEqual = 1,
@@ -66,11 +66,12 @@ struct WATTLEAF_API Win32MatchingDescriptor : MatchingDescriptor {
   Server::Win32::Win32Information Information;
 };
 
-/// The list of Store applications, by family name. Without data: an object of it means nothing.
+/// The list of Store applications, by family name. The class has no data; only its static operation
+/// is used.
 class UwpWithNoZQManifestExemptionWhiteList {
  public:
   /// A copy of the list. It belongs to the caller: a change affects neither the list nor another
-  /// copy. Never null. From any thread.
+  /// copy. Never null. May be called on any thread.
   [[nodiscard]] WATTLEAF_API static std::shared_ptr<std::vector<UwpMatchingDescriptor>>
   GetExemption();
 

@@ -12,8 +12,8 @@
 // and set in a GantryAccessManager, whose header has an example. A row applies if its name is the
 // client's and its version is not below the client's: a client with a higher Major, or the same
 // Major and a higher Minor, is not exempt. Build and Revision are not compared. The rows are read
-// in order. Without locks: one thread at a time may ask one checker, and nothing may change its
-// list or client meanwhile.
+// in order. There are no locks: one checker may be used by one thread at a time, and nothing may
+// change its list or client meanwhile.
 namespace Zq::Gantry::Security {
 
 /// Exempts a Store application whose family name is in the list, up to the row's version. Copies
@@ -57,9 +57,9 @@ class WATTLEAF_API Win32WithNoZqManifestCheckBasedOnMajorAndMinorVersion
       const Win32WithNoZqManifestCheckBasedOnMajorAndMinorVersion& other);
   ~Win32WithNoZqManifestCheckBasedOnMajorAndMinorVersion() override;
 
-  /// Changes A to Z in the Name of the shared client to lower case, permanently, and
-  /// compares the result exactly. False without list or client. Throws std::out_of_range if the
-  /// list becomes shorter meanwhile.
+  /// Changes A to Z in the Name of the shared client to lower case, permanently, and compares the
+  /// result exactly. False without list or client. Throws std::out_of_range if the list becomes
+  /// shorter meanwhile.
   bool IsAnException() override;
 
  private:

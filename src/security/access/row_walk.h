@@ -5,7 +5,8 @@
 #include <stdexcept>
 #include <vector>
 
-// Copying and searching a white list, for both types of rows.
+// Copying and searching a white list, for both types of rows (exemption_white_lists.h). No locks:
+// the caller keeps other threads away from the list.
 namespace Zq::Gantry::Security {
 
 /// A deep copy of `rows`; an empty list gives an empty copy. Never null.
@@ -17,16 +18,18 @@ template <typename Row>
   return copy;
 }
 
-/// One row. Throws std::out_of_range with a text of ours, since that of vector::at differs between
-/// the standard libraries.
+/// The row at `index`, which stays the list's. Throws std::out_of_range for an index beyond the
+/// end, with a text of our own, since the text of vector::at differs between the standard
+/// libraries.
 template <typename Row>
 [[nodiscard]] const Row& RowAt(const std::vector<Row>& rows, std::size_t index) {
   if (index >= rows.size()) throw std::out_of_range("invalid vector subscript");
   return rows[index];
 }
 
-/// Whether `fits` accepts one of the rows, called in their order with a copy of each. Throws
-/// std::out_of_range if the list becomes shorter meanwhile.
+/// Whether `fits` returns true for one of the rows. It is called with a copy of each row, in order,
+/// until the first one that fits; its exceptions propagate. Throws std::out_of_range if the list
+/// becomes shorter meanwhile.
 template <typename Row, typename Fits>
 [[nodiscard]] bool AnyRowFits(const std::vector<Row>& rows, Fits fits) {
   const std::size_t count = rows.size();

@@ -100,7 +100,7 @@ std::wstring RpcSecurityHelper::GetPFNOfCaller() const {
     LogManager::GetLogger()->LogError(L"RpcSecurityHelper::GetPFNOfCaller - Caught error %ld",
                                       static_cast<long>(failure));
   } catch (...) {
-    // Only lack of memory has no status.
+    // Only lack of memory gets here; its exception has no status.
     LogFailure("Unknown exception", ERROR_NOT_ENOUGH_MEMORY);
   }
   return {};

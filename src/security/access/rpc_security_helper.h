@@ -11,8 +11,8 @@
 namespace Zq::Gantry::Security {
 
 /// Identifies the caller of a remote procedure call, and has the names that the check of a client's
-/// manifest needs. Made for one question, on the thread that serves the call, and destroyed at
-/// once. The order of the fields is a contract with that check.
+/// manifest needs. Made for one query, on the thread that serves the call, and destroyed right
+/// after it. The order of the fields is a contract with that check.
 ///
 ///   RpcSecurityHelper helper;
 ///   helper.ClientProcessHandles = knownClients;  // may stay empty

@@ -16,11 +16,12 @@ namespace Zq::Gantry::Security {
 /// The text inside the node, without its tags (IXmlNodeSerializer). Throws E_POINTER for null.
 [[nodiscard]] std::wstring ReadInnerText(Platform::WinRt::IXmlNode* node);
 
-/// The value of the attribute; absent if the node has no attribute of that name, or none at all.
+/// The value of the attribute; absent if the node has no attribute of that name, or is of a kind
+/// without attributes.
 [[nodiscard]] std::optional<std::wstring> TryReadAttribute(Platform::WinRt::IXmlNode& node,
                                                            const wchar_t* name);
 
-/// The string or the number in the box. Throws for another type.
+/// The string or the number in the box. Throws CallFailure for a box of another type.
 [[nodiscard]] std::wstring ReadBoxedString(IInspectable& value);
 [[nodiscard]] double ReadBoxedDouble(IInspectable& value);
 

@@ -24,7 +24,7 @@ namespace Zq::Gantry::Security {
 /// Contains two points in a row.
 [[nodiscard]] bool HasTraversal(std::wstring_view text);
 
-/// Whether the path guard refuses the text, which is if it has both.
+/// Whether the path guard refuses the text: it has the shape of a path and contains a traversal.
 [[nodiscard]] bool IsClimbingPath(std::wstring_view text);
 
 /// The items of a rule's list, one after another: the text is cut at each comma and nothing is
@@ -64,8 +64,8 @@ class ListReader {
 /// Returns the full form of a path, its variables expanded, or an empty text on failure.
 using PathExpansion = std::function<std::wstring(const std::wstring& path)>;
 
-/// Items of one list that are expanded at most: each costs calls of the system and lines in the
-/// log.
+/// The largest number of items of one list that are expanded, since each costs system calls and
+/// lines in the log.
 inline constexpr std::size_t kMostExpandedItems = 100'000;
 
 /// The same for value and items in their full form. The value is expanded first, then the items one

@@ -61,7 +61,7 @@ bool JudgeExpandedBeginning(const XmlNodeReference& node, const ValueReference& 
 
 bool JudgeNumericRange(const XmlNodeReference& node, const ValueReference& value) {
   if (!value) return false;
-  // Kept on purpose: this judge alone takes a null node for a rule without limits (test
+  // Kept on purpose: only this judge accepts a null node, as a rule without limits (test
   // NumericRangeRule.AcceptsEveryNonNullValueForANullNode).
   if (!node) return true;
   return Decide([&] {

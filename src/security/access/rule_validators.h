@@ -13,7 +13,7 @@
 
 // The rules by which a host judges the parameters of a request. A rule is a kind and a node of an
 // XML document with the kind's data; the document is the host's. docs/rules.md describes the kinds
-// and the limits. A host takes the judge of a rule's kind and gives it the pointers of its own
+// and the limits. A host looks up the judge of a rule's kind and passes the pointers of its own
 // projection, or null:
 //
 //   const RuleJudge judge = RuleValidators.at(L"regex");

@@ -3,7 +3,8 @@
 #include "abi/xml_shapes.h"
 #include "platform/win32/com_owners.h"
 
-// The XML document that those who share the library expect to find in it. Nothing here uses it.
+// An XML document that the library makes when it is loaded, as its contract requires. No code of
+// the library uses it.
 namespace Zq::Gantry::Security {
 
 inline constexpr wchar_t kXmlDocumentClass[] = L"Windows.Data.Xml.Dom.XmlDocument";

@@ -30,7 +30,7 @@ bool IsSamePath(const std::wstring& first, const std::wstring& second) {
 const ToolLaunchRule* FindRule(const ToolLaunchRules& table, const wchar_t* toolPath,
                                const wchar_t* component) {
   const std::wstring tool = UtilHelper::GetFullExpandedPath(toolPath, component);
-  // Otherwise a key that cannot be expanded either would be taken for the same path.
+  // An empty path would equal a key that cannot be expanded either.
   if (tool.empty()) return nullptr;
   const auto row = std::find_if(table.begin(), table.end(), [&](const auto& entry) {
     return IsSamePath(tool, UtilHelper::GetFullExpandedPath(entry.first.c_str(), component));
@@ -59,8 +59,8 @@ bool IsSwitch(const std::wstring& argument) {
   return !argument.empty() && argument.front() == L'/';
 }
 
-/// Kept on purpose: the signature is checked of the unchanged text, the place of the text with its
-/// variables expanded (test ToolArguments.AreVerifiedAsWrittenAndLocatedAfterExpansion).
+/// Kept on purpose: the signature check takes the path as written, the check of its place expands
+/// the variables (test ToolArguments.AreVerifiedAsWrittenAndLocatedAfterExpansion).
 bool IsServiceFile(const std::wstring& path) {
   return ZQAuthenticodeHelper::IsFileTrusted(path.c_str(), &ServiceTrustedKeys) &&
          ZQAuthenticodeHelper::IsPathAllowed(path.c_str());
@@ -78,7 +78,7 @@ bool IsLaunchAllowedBy(const ToolLaunchRules& table, const ToolLaunchRequest& re
   if (request.restricted && !rule->AllowWhenRestricted) return false;
 
   bool allowed = IsAcceptedByWindows(request.toolPath, component);
-  // Kept on purpose: also called if the tool itself was refused (test
+  // Kept on purpose: the check is called even if the tool itself was refused (test
   // ToolLaunch.JudgesTheCommandLineOfARefusedToolToo).
   if (rule->ArgumentCheck && !rule->ArgumentCheck(OrEmpty(request.commandLine))) allowed = false;
   return allowed;

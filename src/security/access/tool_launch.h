@@ -21,14 +21,15 @@ namespace Zq::Gantry::Security {
 /// A client's request to start a tool. All texts are borrowed for the call.
 struct ToolLaunchRequest {
   const wchar_t* toolPath;     ///< with or without variables; null names no tool
-  bool restricted;             ///< the caller asks for the restricted mode
+  bool restricted;             ///< the tool is to be started in the restricted mode
   const wchar_t* commandLine;  ///< null is an empty one
   const wchar_t* component;    ///< the name under which path expansion logs; null is an empty one
 };
 
-/// Whether `table` allows the request: the tool is in it, its row admits the caller, the system
-/// accepts a signature of the tool, and the row's check accepts the command line. `familyOfCaller`
-/// is called at most once, and only for a row that names families.
+/// Whether `table` allows the request: the tool is in it, its row admits the caller and, if
+/// requested, the restricted mode, the system accepts a signature of the tool, and the row's check
+/// accepts the command line. `familyOfCaller` is called at most once, and only for a row that names
+/// families. Blocks while files are read.
 [[nodiscard]] bool IsLaunchAllowedBy(const ToolLaunchRules& table, const ToolLaunchRequest& request,
                                      const std::function<std::wstring()>& familyOfCaller);
 

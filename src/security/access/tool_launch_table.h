@@ -15,7 +15,7 @@ namespace Zq::Gantry::Security {
 struct ToolLaunchRule {
   /// Package family names of the callers that may start the tool; if empty, every caller may.
   std::vector<std::wstring> AllowedFamilies;
-  /// Whether the tool may also be started if the caller asks for the restricted mode.
+  /// Whether the tool may also be started in the restricted mode.
   bool AllowWhenRestricted = false;
   /// Judges the tool's command line, without the tool's name; may be empty. It may read files and
   /// block meanwhile.

@@ -17,7 +17,7 @@ using Logging::LogManager;
 
 namespace {
 
-/// Whether the embedded signatures say that the system accepts the file and who made it.
+/// Whether the system accepts an embedded signature and one has the signer's common name.
 bool IsSignedByDropbox(const wchar_t* path) {
   SignatureList signatures = Helper::GetSignatures(path, /*useCatalog=*/false);
   SignatureList wanted = DropboxSignerRows;
@@ -25,8 +25,8 @@ bool IsSignedByDropbox(const wchar_t* path) {
     LogManager::GetLogger()->LogError(L"Dropbox file is not trusted by windows.");
     return false;
   }
-  // The system's yes alone is never the answer, and nothing is allocated between the two checks, so
-  // that no failure there can leave that yes as the result.
+  // Acceptance by the system alone is not enough. The lists are moved, so that nothing can fail
+  // between the two checks.
   return Helper::SubjectsMatch(std::move(signatures), std::move(wanted));
 }
 

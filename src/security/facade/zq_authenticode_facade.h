@@ -8,7 +8,7 @@
 
 namespace Zq::Gantry::Security {
 
-/// The trust questions that other programs may ask. The table of virtual functions has these seven
+/// The trust checks that other programs may call. The table of virtual functions has these seven
 /// operations and nothing else, in this order, which is a contract: so there is no virtual
 /// destructor, and an object cannot be destroyed through this class. Paths are wide C strings and
 /// may be null. ZQAuthenticodeFacade describes the operations.
@@ -27,19 +27,19 @@ class WATTLEAF_API ZQAuthenticodeFacadeBase {
   ~ZQAuthenticodeFacadeBase() = default;
 };
 
-/// Combines questions about signatures with the question whether the place is allowed
-/// (IsPathAllowed). Without data: make one where it is needed. Every operation may be called on any
-/// thread and blocks until the system answers. A failed call of the system means no; exceptions,
-/// bad_alloc among them, propagate unless stated otherwise.
+/// Combines the checks of signatures with the check of the place (IsPathAllowed). It has no data:
+/// make one where it is needed. Every operation may be called on any thread and blocks until the
+/// system answers. A failed call of the system gives false, except for a root of IsPathAllowed.
+/// Exceptions, bad_alloc among them, propagate unless stated otherwise.
 class WATTLEAF_API ZQAuthenticodeFacade : public ZQAuthenticodeFacadeBase {
  public:
   /// Accepted by the system, signed with a key of the service's list, and in an allowed place.
   bool IsServiceFileTrusted(const wchar_t* path) override;
   /// The same with the keys of the extended list.
   bool IsExtendedFileTrusted(const wchar_t* path) override;
-  /// An embedded signature that the system accepts, one with that signer's common name, and in an
-  /// allowed place. The two signatures need not be the same. Logs the start and each failure; a
-  /// standard exception while the signatures are read is logged and means no.
+  /// The system accepts an embedded signature, an embedded signature has that signer's common name,
+  /// and the place is allowed. The two signatures need not be the same. Logs the start and each
+  /// failure; a standard exception while the signatures are read is logged and gives false.
   bool IsDropboxFileTrusted(const wchar_t* path) override;
   /// Accepted by the system, with any signer, and in an allowed place.
   bool IsWindowsTrustedFileAllowed(const wchar_t* path) override;

@@ -110,7 +110,7 @@ constexpr std::array kCharacters = {
     NamedCharacter{u"tilde", u'~'},
     NamedCharacter{u"DEL", 0x7F},
 };
-// The ASCII characters but the 52 letters, which name themselves.
+// All ASCII characters except the 52 letters, each of which is its own name.
 static_assert(kCharacters.size() == 128 - 52);
 
 char16_t ToLower(char16_t character) {

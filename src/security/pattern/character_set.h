@@ -10,6 +10,7 @@
 // a class may contain, and their form in an expression of PCRE2.
 namespace Zq::Gantry::Security {
 
+/// All characters from one to another; `first` is not above `last`.
 struct CharacterRange {
   char16_t first = 0;
   char16_t last = 0;  ///< inclusive

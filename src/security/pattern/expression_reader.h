@@ -28,8 +28,8 @@ struct Escape {
 };
 
 /// Reads the parts of an expression that are not groups, from front to back. An absent result means
-/// that the expression is not valid; the place of the reader is unspecified then. The text must
-/// outlive the reader. Nothing is thrown but bad_alloc.
+/// that the expression is not valid; the reader's position is unspecified then. The text must
+/// outlive the reader. Throws bad_alloc only.
 class ExpressionReader {
  public:
   explicit ExpressionReader(std::u16string_view expression) : rest_(expression) {}
@@ -37,16 +37,16 @@ class ExpressionReader {
   [[nodiscard]] bool IsAtEnd() const { return rest_.empty(); }
   /// Takes the next character; only before the end.
   char16_t Take();
-  /// Takes `token` if it comes next, and says whether it did. An empty token always does.
+  /// Takes `token` if it comes next, and returns whether it did. An empty token always does.
   [[nodiscard]] bool TryTake(std::u16string_view token);
-  /// Whether a quantifier comes next, be it a valid one or not.
+  /// Whether a quantifier comes next, valid or not.
   [[nodiscard]] bool IsAtQuantifier() const;
 
-  /// One quantifier, or {1,1} if there is none here.
+  /// Reads a quantifier; {1,1} if none comes next.
   [[nodiscard]] std::optional<Quantifier> ReadQuantifier();
-  /// After a backslash.
+  /// Reads an escape outside of a class, whose backslash has been taken.
   [[nodiscard]] std::optional<Escape> ReadEscape();
-  /// After "[", up to and including "]".
+  /// Reads a class, whose "[" has been taken, up to and including "]".
   [[nodiscard]] std::optional<CharacterSet> ReadClass();
 
  private:

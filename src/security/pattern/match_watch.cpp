@@ -6,19 +6,20 @@ namespace Zq::Gantry::Security {
 
 namespace {
 
-/// Characters passed, for classes without ranges beyond U+00FF.
+/// The budget: characters passed, for classes without ranges beyond U+00FF.
 constexpr std::size_t kMostCharactersPassed = 200'000'000;
-/// The price of calling the watch.
+/// The price of calling the watch, in characters passed.
 constexpr std::size_t kCall = 8;
 
-/// The engine searches the ranges of a class one after the other: this many cost as much as one
-/// character more.
+/// The engine searches the ranges of a class one after the other. So many ranges cost as much as
+/// one more character.
 constexpr std::size_t kRangesForOneMore = 4;
 
-/// When the engine leaves a group it passes over the remaining alternatives.
+/// When the engine leaves a group, it passes over the remaining alternatives. So many cost as much
+/// as one character.
 constexpr std::size_t kAlternativesForOneCharacter = 2;
 
-/// Characters that are compared at the price of one that is passed.
+/// Comparing so many characters with a captured text costs as much as passing one.
 constexpr std::size_t kComparedForOneCharacter = 8;
 
 }  // namespace

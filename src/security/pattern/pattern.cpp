@@ -72,14 +72,15 @@ int OnWatchPoint(pcre2_callout_block_16* block, void* watch) {
   return static_cast<MatchWatch*>(watch)->MayGoOn(place) ? 0 : PCRE2_ERROR_CALLOUT;
 }
 
-/// PCRE2 stores the places of all groups with each point.
+/// Fewer points for an expression with groups, since PCRE2 stores the places of all groups with
+/// each.
 std::uint32_t MostBacktrackingPoints(std::size_t groups) {
   return static_cast<std::uint32_t>(kMostBacktrackingPoints / (1 + groups / 8));
 }
 
 /// PCRE2 doubles the block of those points when it is full. It starts at 20 KiB and ends at 40 MiB,
-/// so that the old and the new block together take 60. With many groups it starts with ten points
-/// of any size: twice 30 MiB at most.
+/// so that the old and the new block together take 60 MiB. With many groups it starts with room for
+/// ten points, however large they are; both blocks then take twice 30 MiB at most.
 std::uint32_t MostMatchKibibytes(std::size_t groups) { return (groups < 100 ? 40 : 30) * 1024; }
 
 }  // namespace

@@ -6,14 +6,14 @@
 #include <string>
 #include <string_view>
 
-// Regular expressions in the default grammar (ECMAScript) of the standard library's, matched by
-// PCRE2 within limits of time and memory. docs/rules.md has the grammar's edges, the limits and
-// what was measured; docs/decisions/pattern.md says why.
+// Regular expressions in the default grammar of std::wregex (ECMAScript), matched by PCRE2 within
+// limits of time and memory. docs/rules.md has the edge cases of the grammar, the limits and the
+// measurements; docs/decisions/pattern.md has the reasons.
 namespace Zq::Gantry::Security {
 
-/// Characters of an expression. Its compiled form is limited too, to 64 Ki units.
+/// The longest expression, in characters. Its compiled form is limited too, to 64 Ki units.
 inline constexpr std::size_t kMostExpressionChars = 100'000;
-/// Groups inside groups: compiling takes stack for each.
+/// The deepest nesting of groups. Compiling takes stack for each level.
 inline constexpr unsigned kDeepestGroups = 200;
 
 /// The 16-bit units of a text, as Windows has them; they are the characters of expressions and
@@ -21,8 +21,8 @@ inline constexpr unsigned kDeepestGroups = 200;
 /// and nulls are units like others.
 [[nodiscard]] std::u16string CodeUnits(std::wstring_view text);
 
-/// A valid expression, ready for matching. Any number of threads may match at once. Nothing is
-/// logged.
+/// A valid expression, ready for matching. Any number of threads may match at once. A pattern that
+/// was moved from may only be assigned to or destroyed. Nothing is logged.
 class Pattern {
  public:
   /// Absent if the expression is not valid or is beyond the limits. Throws bad_alloc.

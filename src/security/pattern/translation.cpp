@@ -11,7 +11,8 @@ namespace Zq::Gantry::Security {
 
 namespace {
 
-/// Characters that a match may pass without a watch point, which take some tenths of a microsecond.
+/// Characters that a match may pass without a watch point; passing them takes some tenths of a
+/// microsecond.
 constexpr unsigned kLongestUnwatched = 64;
 
 /// Alternatives that a group may have without a watch point.

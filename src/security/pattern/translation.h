@@ -7,7 +7,7 @@
 
 namespace Zq::Gantry::Security {
 
-/// Why the watch over a match is called. The translated expression has these numbers as callouts.
+/// The reason for a call of MatchWatch. The translated expression has these numbers as callouts.
 enum class WatchPoint : unsigned {
   kMoved = 0,              ///< the match has passed some characters
   kFixedRun = 1,           ///< a long repetition with a fixed part begins
@@ -19,7 +19,7 @@ enum class WatchPoint : unsigned {
 /// Groups after this one cannot be referred to: callouts have numbers up to 255.
 inline constexpr std::size_t kLastGroupToReferTo = 250;
 
-/// An expression in the syntax of PCRE2, and what the price of a match depends on.
+/// An expression in the syntax of PCRE2, and the numbers on which the price of a match depends.
 struct Translation {
   std::u16string expression;
   std::size_t groups = 0;            ///< number of capturing groups

@@ -12,8 +12,9 @@
 namespace Zq::Gantry::Security {
 
 /// A catalog's description of one file, as WinVerifyTrust takes it, with everything that it points
-/// to except the file's path, which is the caller's. It can be neither copied nor moved, since it
-/// points into itself.
+/// to except the file's path, which is the caller's. GetSecurityCatalogInfo fills both halves: the
+/// base has pointers, the fields below have the values. It can be neither copied nor moved, since
+/// it points into itself.
 struct CatalogMember : WINTRUST_CATALOG_INFO {
   CatalogMember() : WINTRUST_CATALOG_INFO{} { cbStruct = sizeof(WINTRUST_CATALOG_INFO); }
   CatalogMember(const CatalogMember&) = delete;

@@ -12,7 +12,8 @@ namespace Zq::Gantry::Security {
 [[nodiscard]] Platform::UniqueFileHandle OpenDiskFile(const wchar_t* path);
 
 /// Whether `path` is known to lead to something other than a file on a disk. False for a path that
-/// cannot be opened: nothing is known about it then. `path` is not null.
+/// cannot be opened, about which nothing is known, unless the error is that of a busy pipe. `path`
+/// is not null.
 [[nodiscard]] bool IsKnownNotToBeADiskFile(const wchar_t* path);
 
 }  // namespace Zq::Gantry::Security

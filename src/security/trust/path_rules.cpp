@@ -7,8 +7,8 @@ namespace Zq::Gantry::Security {
 
 namespace {
 
-/// Shares that hold no files: "\\server\pipe\name". The first two are also the devices
-/// of "\\.\pipe\name" and "\\.\mailslot\name".
+/// Shares that hold no files: "\\server\pipe\name". The first two are also the devices of
+/// "\\.\pipe\name" and "\\.\mailslot\name".
 constexpr std::array<std::wstring_view, 3> kPipeShares = {L"pipe", L"mailslot", L"ipc$"};
 /// Where the system's own folder of devices holds pipes and mailslots.
 constexpr std::array<std::wstring_view, 2> kPipeDevices = {L"namedpipe", L"mailslot"};

@@ -5,9 +5,9 @@
 #include <string>
 #include <string_view>
 
-// What the text of a path alone says: whether its place is allowed, and whether it names a device.
-// Nothing here calls the system. Allowed does not mean that ordinary users cannot write there: see
-// AllowedRootPaths and docs/threats.md.
+// What follows from the text of a path alone: whether its place is allowed, and whether it names a
+// device. Nothing here calls the system. Ordinary users may be able to write to an allowed place:
+// see AllowedRootPaths and docs/threats.md.
 namespace Zq::Gantry::Security {
 
 /// Every path below one of these folders is allowed, even if all users may write to it, as they may
@@ -30,9 +30,10 @@ inline constexpr std::wstring_view kPackagedMarker = L":\\WindowsApps\\";
 /// the path names none.
 [[nodiscard]] std::optional<std::wstring> TryFindPackagedFolder(std::wstring_view fullPath);
 
-/// Whether the text of `path` says that it leads to something other than a file on a disk: a pipe,
-/// a mailslot, or a device or volume itself ("\\.\COM1", "\\?\C:"). Opening one may have effects,
-/// so this is checked first. False is not a promise: a link or a drive letter may lead to a pipe.
+/// Whether the text of `path` alone shows that it leads to something other than a file on a disk: a
+/// pipe, a mailslot, or a device or volume itself ("\\.\COM1", "\\?\C:"). Opening one may have
+/// effects, so this is checked first. False is no guarantee: a link or a drive letter may lead to a
+/// pipe.
 [[nodiscard]] bool NamesADevice(std::wstring_view path);
 
 }  // namespace Zq::Gantry::Security

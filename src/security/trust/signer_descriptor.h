@@ -8,7 +8,8 @@
 
 namespace Zq::Gantry::Security {
 
-/// The verdicts of WinVerifyTrust that put a signature on a list.
+// The verdicts of WinVerifyTrust with which a signature is listed.
+
 /// ERROR_SUCCESS: verified, and the machine trusts the chain.
 inline constexpr std::uint32_t kVerified = 0;
 /// CERT_E_EXPIRED: verified, but a certificate of the chain has expired.

@@ -3,8 +3,9 @@
 #include "security/trust/signer_descriptor.h"
 
 // Known signers by the subject fields of their certificates. Built while the library loads, never
-// changed, and read from any thread afterwards. Only DropboxSignerRows is used, and of it only the
-// common names (ZQAuthenticodeHelper::SubjectsMatch). The rows have no public key.
+// changed, and read from any thread afterwards. Code that runs while the library loads must not use
+// them. Only DropboxSignerRows is used, and of it only the common names
+// (ZQAuthenticodeHelper::SubjectsMatch). The rows have no public key.
 namespace Zq::Gantry::Security {
 
 extern const SignatureList ZqSignerRows;           ///< 2 rows, with and without unit

@@ -17,7 +17,7 @@ static_assert(kSecondKeyListTexts.size() == 4);
 
 constexpr std::array kSubsetPositions = {17, 20, 24, 26, 33, 41};
 
-// In ServiceTrustedKeys, before and after the keys of the two small lists.
+// Positions in the pool: the keys of ServiceTrustedKeys before and after those of the small lists.
 constexpr std::array kServicePositionsBefore = {0,  1,  2,  3,  4,  5,  6,  7,  8,
                                                 9,  10, 11, 12, 13, 14, 15, 16, 17,
                                                 18, 19, 20, 21, 22, 23, 24, 25, 27};

@@ -16,9 +16,9 @@ class WATTLEAF_API UtilHelper {
 
   /// `filePath` with its variables expanded, absolute and normalised. The variables are those of
   /// the calling client on a thread that serves a remote procedure call (that client's token), and
-  /// those of this process otherwise. Empty for a null path, and if the expanded or the full path
-  /// takes more than 260 characters with its terminator. Failures are logged as warnings,
-  /// the result as information.
+  /// those of this process otherwise. Empty for a null path, if the variables cannot be expanded,
+  /// and if the expanded or the full path takes more than 260 characters with its terminator.
+  /// Failures are logged as warnings, the result as information.
   [[nodiscard]] static std::wstring GetFullExpandedPath(const wchar_t* filePath,
                                                         const wchar_t* component);
 

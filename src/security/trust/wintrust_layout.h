@@ -9,10 +9,18 @@
 
 // WINTRUST_DATA as Windows has it since version 8, 88 bytes with the signature settings. Older
 // mingw-w64 headers stop at 80 bytes; the SDK's own are used if they have the settings.
+//
+// VerificationData is a type of its own in both cases, so that zq_authenticode_helper.h can declare
+// it without a Windows header. One verification passes the same object to WinVerifyTrust twice:
+//
+//   dwStateAction             call                         hWVTStateData
+//   WTD_STATEACTION_VERIFY    verifies, returns verdict    may be open after any verdict
+//   WTD_STATEACTION_CLOSE     releases the state           must not be used afterwards
 namespace Zq::Gantry::Security {
 
 #ifdef WSS_VERIFY_SPECIFIC
 
+/// The SDK's own structures; the comments in the other branch apply to them too.
 using SignatureSettings = WINTRUST_SIGNATURE_SETTINGS;
 struct VerificationData : WINTRUST_DATA {};
 static_assert(WSS_VERIFY_SPECIFIC == 1 && WSS_GET_SECONDARY_SIG_COUNT == 2);

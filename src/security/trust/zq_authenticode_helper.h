@@ -28,7 +28,8 @@ struct FileHash {
 ///
 /// A file's signatures come from catalogs, which list its hash, and from the file itself. Each is
 /// verified on its own, and has a verdict of the system and the key of its signer. A host trusts a
-/// file by both (IsFileTrusted), and by its place (IsPathAllowed).
+/// file by both (IsFileTrusted), and by its place (IsPathAllowed). Exceptions propagate, bad_alloc
+/// among them, unless stated otherwise.
 class WATTLEAF_API ZQAuthenticodeHelper {
  public:
   ZQAuthenticodeHelper() = delete;
@@ -40,16 +41,17 @@ class WATTLEAF_API ZQAuthenticodeHelper {
 
   /// Whether the path lies below one of AllowedRootPaths, or below a WindowsApps folder at a
   /// drive's root whose access list gives full control to TrustedInstaller and SYSTEM, even if it
-  /// lets in others too. No promise that ordinary users cannot write there. May take more than a
-  /// second for such a folder. Logs each reason against.
+  /// lets in others too. Ordinary users may still be able to write there. A root that cannot be
+  /// expanded allows every path. May take more than a second for a WindowsApps folder. Logs each
+  /// check that fails.
   [[nodiscard]] static bool IsPathAllowed(const wchar_t* path);
 
   /// Whether the access list of a file or folder (GetNamedSecurityInfoW) gives full control to
-  /// TrustedInstaller and to SYSTEM. Nothing is thrown; an exception inside is logged and counts as
-  /// no.
+  /// TrustedInstaller and to SYSTEM. Nothing is thrown; an exception inside is logged and gives
+  /// false.
   [[nodiscard]] static bool CheckForFullConrolByTrustedInstallAndSystem(const wchar_t* path);
 
-  /// Catalog signatures first, then embedded ones.
+  /// The signatures of both sources (GetSignatures), those from catalogs first.
   [[nodiscard]] static SignatureList GetAllSignatures(const wchar_t* path);
 
   /// The signatures of one source that the system accepts (WinVerifyTrust), or would accept but for

@@ -64,7 +64,7 @@ struct FullControl {
 class AccountLookup {
  public:
   void Look(PSID identifier) {
-    // Never more than the buffers hold, even if an earlier look-up asked for more.
+    // Never more than the buffers hold, even if the previous look-up returned a larger size.
     nameChars_ = std::min(nameChars_, kAccountChars);
     domainChars_ = std::min(domainChars_, kAccountChars);
     SID_NAME_USE use{};

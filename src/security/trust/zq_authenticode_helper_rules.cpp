@@ -15,7 +15,7 @@ bool ShareValue(const SignatureList& first, const SignatureList& second, Field f
   });
 }
 
-// Nothing without a key is ever trusted: it equals neither another such signer nor an empty entry.
+// A signer without a readable key must match neither another such signer nor an empty list entry.
 void DropUnreadableKeys(SignatureList& signatures) {
   std::erase_if(signatures, [](const SignerDescriptor& one) { return one.publicKey.empty(); });
 }

@@ -22,7 +22,7 @@ using Logging::LogManager;
 
 namespace {
 
-// Far more than any real file has, so that a forged count does not keep the loop going.
+// Far more than any real file has. Ends the loop if the count is forged.
 constexpr std::uint64_t kMaxSignaturesOfASource = 64;
 
 LONG CallWinVerifyTrust(VerificationData& data, DWORD stateAction) {

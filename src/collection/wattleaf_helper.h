@@ -110,8 +110,8 @@ class WATTLEAF_API WattleafHelper {
   /// up to two lines to standard output.
   void ConvertPowerLogXmltoJson();
   /// Each runs the energy tool. A status other than 0 is logged, and a negative one throws
-  /// (reports/report_tool.h). After success the first one converts the report; the second one only
-  /// clears errorsAndWarningsJson and leaves its report unread.
+  /// (reports/report_commands.h). After success the first one converts the report; the second one
+  /// only clears errorsAndWarningsJson and leaves its report unread.
   void OnGetTop20PowerApps();
   void OnGetErrorAndWarnings();
 

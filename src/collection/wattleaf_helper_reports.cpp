@@ -18,8 +18,8 @@
 #include "reports/power_store.h"
 #include "reports/ranking.h"
 #include "reports/ranking_text.h"
+#include "reports/report_commands.h"
 #include "reports/report_runner.h"
-#include "reports/report_tool.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 

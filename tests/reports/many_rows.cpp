@@ -8,8 +8,8 @@
 #include "reports/power_budget.h"
 #include "reports/power_report.h"
 #include "reports/power_store.h"
+#include "reports/report_commands.h"
 #include "reports/report_times.h"
-#include "reports/report_tool.h"
 
 namespace TestSupport {
 

@@ -14,8 +14,8 @@
 #include <vector>
 
 #include "reports/real_tool.h"
+#include "reports/report_commands.h"
 #include "reports/report_runner.h"
-#include "reports/report_tool.h"
 #include "support/temp_folder.h"
 
 using namespace TestSupport;

@@ -17,7 +17,7 @@
 #include "reports/peak_memory.h"
 #include "reports/power_budget.h"
 #include "reports/power_store.h"
-#include "reports/report_tool.h"
+#include "reports/report_commands.h"
 
 namespace {
 

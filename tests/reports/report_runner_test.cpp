@@ -10,7 +10,7 @@
 
 #include "import_patch.h"
 #include "reports/real_tool.h"
-#include "reports/report_tool.h"
+#include "reports/report_commands.h"
 #include "support/temp_folder.h"
 
 using namespace TestSupport;

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "security/access/row_walk.h"
+#include "security/access/white_list_rows.h"
 
 namespace Zq::Gantry::Security {
 

@@ -3,7 +3,7 @@
 #include <string>
 #include <utility>
 
-#include "security/access/row_walk.h"
+#include "security/access/white_list_rows.h"
 
 namespace Zq::Gantry::Security {
 

@@ -1,4 +1,4 @@
-#include "security/access/row_walk.h"
+#include "security/access/white_list_rows.h"
 
 #include <gtest/gtest.h>
 

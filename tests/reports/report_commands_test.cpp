@@ -1,4 +1,4 @@
-#include "reports/report_tool.h"
+#include "reports/report_commands.h"
 
 #include <gtest/gtest.h>
 

@@ -12,6 +12,7 @@
 
 #include "host_notebook.h"
 #include "host_process.h"
+#include "support/scoped_variable.h"
 
 using testing::ElementsAre;
 using TestSupport::CollectorCalls;

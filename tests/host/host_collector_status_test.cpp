@@ -9,6 +9,7 @@
 #include <rapidjson/document.h>
 
 #include "host_notebook.h"
+#include "support/scoped_variable.h"
 
 using testing::ElementsAreArray;
 using TestSupport::CollectorCalls;

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "host_process.h"
+#include "support/scoped_variable.h"
 #include "support/temp_folder.h"
 
 namespace TestSupport {

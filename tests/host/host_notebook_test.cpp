@@ -16,6 +16,7 @@
 #include "answer.h"
 #include "host_notebook.h"
 #include "notebook_days.h"
+#include "support/scoped_variable.h"
 #include "support/temp_folder.h"
 
 using testing::Contains;

@@ -114,11 +114,4 @@ std::wstring InstalledHost() {
   return std::wstring(folder.data()) + L"\\Wattleaf\\wattleaf_host.exe";
 }
 
-ScopedVariable::ScopedVariable(std::wstring name, const std::wstring& value)
-    : name_(std::move(name)) {
-  SetEnvironmentVariableW(name_.c_str(), value.c_str());
-}
-
-ScopedVariable::~ScopedVariable() { SetEnvironmentVariableW(name_.c_str(), nullptr); }
-
 }  // namespace TestSupport

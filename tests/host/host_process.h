@@ -24,16 +24,4 @@ struct HostRun {
 /// The path of the wattleaf_host that is installed on the simulated notebook, under Program Files.
 [[nodiscard]] std::wstring InstalledHost();
 
-/// Sets an environment variable, for programs that are run from here; the destructor removes it.
-class ScopedVariable {
- public:
-  ScopedVariable(std::wstring name, const std::wstring& value);
-  ScopedVariable(const ScopedVariable&) = delete;
-  ScopedVariable& operator=(const ScopedVariable&) = delete;
-  ~ScopedVariable();
-
- private:
-  const std::wstring name_;
-};
-
 }  // namespace TestSupport

@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "support/scoped_variable.h"
 #include "untidy_applications.h"
 
 using testing::ElementsAre;

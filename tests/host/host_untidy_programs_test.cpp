@@ -10,6 +10,7 @@
 #include <string>
 #include <utility>
 
+#include "support/scoped_variable.h"
 #include "untidy_applications.h"
 
 using testing::ElementsAre;

@@ -16,6 +16,7 @@
 
 #include "host_notebook.h"
 #include "notebook_days.h"
+#include "support/scoped_variable.h"
 #include "support/temp_folder.h"
 
 using testing::StartsWith;

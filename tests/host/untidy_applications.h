@@ -13,6 +13,7 @@
 
 #include "answer.h"
 #include "host_notebook.h"
+#include "support/scoped_variable.h"
 #include "support/temp_folder.h"
 
 namespace TestSupport {

@@ -27,17 +27,6 @@ RPC_STATUS RPC_ENTRY FakeRpcQuery::Answer(RPC_BINDING_HANDLE binding, void* attr
   return RPC_S_OK;
 }
 
-ScopedVariable::ScopedVariable(std::wstring name, const wchar_t* value) : name_(std::move(name)) {
-  std::wstring old(32768, L'\0');
-  const DWORD length = GetEnvironmentVariableW(name_.c_str(), old.data(), 32768);
-  if (length > 0) before_ = old.substr(0, length);
-  SetEnvironmentVariableW(name_.c_str(), value);
-}
-
-ScopedVariable::~ScopedVariable() {
-  SetEnvironmentVariableW(name_.c_str(), before_ ? before_->c_str() : nullptr);
-}
-
 std::wstring ExpansionFailure(const std::wstring& function, int error) {
   return L"class Zq::Gantry::Server::Services::UtilHelper.GetFullExpandedPath failed on function " +
          function + L" with result " + std::to_wstring(error);

@@ -4,12 +4,12 @@
 
 #include <rpc.h>
 
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "import_patch.h"
 #include "support/log_capture.h"
+#include "support/scoped_variable.h"
 
 namespace TestSupport {
 
@@ -42,20 +42,6 @@ class FakeRpcQuery {
   DWORD client_ = 0;
   std::vector<Question> questions_;
   Standin::ImportPatch patch_;
-};
-
-/// Sets a variable of this process's environment while this object exists, or removes it if `value`
-/// is null.
-class ScopedVariable {
- public:
-  ScopedVariable(std::wstring name, const wchar_t* value);
-  ScopedVariable(const ScopedVariable&) = delete;
-  ScopedVariable& operator=(const ScopedVariable&) = delete;
-  ~ScopedVariable();
-
- private:
-  std::wstring name_;
-  std::optional<std::wstring> before_;
 };
 
 /// Puts the allowed roots in fixed places, independent of the machine.

@@ -165,6 +165,12 @@ class CheckStructure(unittest.TestCase):
                           "docs/ledger.md:1: there is no test Night.*, nor that suite",
                           "src/ledger/day.h:1: there is no test Day.IsShort"])
 
+    def test_names_each_test_of_a_parenthesis_also_on_later_lines_and_in_short_form(self):
+        comment = "// Kept on purpose: so (tests\n// Day.IsLong, Day.IsGone and\n// .IsShort).\n"
+        self.assertEqual(self.findings({"src/ledger/day.h": '#include "base/text.h"\n' + comment}),
+                         ["src/ledger/day.h:3: there is no test Day.IsGone",
+                          "src/ledger/day.h:4: there is no test .IsShort, nor that suite"])
+
     def test_names_a_link_and_a_file_that_do_not_exist(self):
         self.assertEqual(self.findings({"docs/ledger.md": "[gone](gone.md)\n`src/ledger/gone.cpp`\n"}),
                          ["docs/ledger.md:1: the link gone.md leads nowhere",

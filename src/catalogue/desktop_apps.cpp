@@ -55,8 +55,8 @@ void AddSubkeys(HKEY root, DesktopApps& apps) {
     if (status == ERROR_SUCCESS) {
       failures = 0;
       const Platform::UniqueRegKey subkey = OpenKey(root, name);
-      // Kept on purpose: the same index is tried again without resetting `nameChars`, so the next
-      // call may report too little room (test
+      // Kept on purpose: the same index is tried again with the length of the name just read, which
+      // leaves no room for its terminator. The call then fails, and the next index follows (test
       // AddProgramsUnderRegistryTest.RetriesASubkeyUntilItOpens).
       if (!subkey) continue;
       AddProgram(subkey.get(), apps);

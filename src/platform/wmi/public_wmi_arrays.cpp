@@ -60,7 +60,8 @@ HRESULT AppendElements(SAFEARRAY* array, const ElementKind& kind, WideValue& tar
   const auto count = static_cast<LONG>(array->rgsabound[0].cElements);
   if (count == 0) return S_FALSE;
   // Kept on purpose: indexes count from 0, even with another lower bound, and a count below 0 is a
-  // success without elements.
+  // success without elements (tests GetSafeArrayData.ReadsFromIndexZeroForANegativeLowerBound,
+  // GetSafeArrayData.SucceedsWithoutElementsForANegativeCount).
   for (LONG i = 0; i < count; ++i) {
     const HRESULT result = kind.append(array, i, target, allocator);
     if (FAILED(result)) return result;
@@ -76,7 +77,8 @@ bool PublicWmi::GetSafeArrayData(VARIANT source, WideValue& target, WideDocument
 
   Platform::ScopedSafeArrayAccess access(source.parray);
   if (FAILED(access.Result())) {
-    // Kept on purpose: the text names this type for all three array types.
+    // Kept on purpose: the text names this type for all three array types (test
+    // GetSafeArrayData.LogsTheSameTextForANullArrayOfAnyType).
     Log().Warn("GetSafeArrayData", L"SafeArrayAccessData(VT_ARRAY | VT_UI1)", access.Result());
     return false;
   }

@@ -75,7 +75,8 @@ HRESULT ZQBiosWmi::ReadOutputBytes(IWbemClassObject* block, std::uint32_t output
   return result;
 }
 
-/// Kept on purpose: an answer of another shape or size is logged and not a failure.
+/// Kept on purpose: an answer of another shape or size is logged and not a failure (tests
+/// ZQBiosWmiOutput.LogsAShortAnswerAndWritesNothing, ZQBiosWmiOutput.RejectsATwoDimensionalArray).
 void ZQBiosWmi::CopyOutputBytes(const VARIANT& data, std::uint32_t outputSize,
                                 std::uint8_t* output) {
   const FailureLog log = Log();
@@ -96,7 +97,8 @@ void ZQBiosWmi::CopyOutputBytes(const VARIANT& data, std::uint32_t outputSize,
     return;
   }
   if (bound.lLbound < 0) return;
-  // Kept on purpose: the count is the end of the indexes, even with a lower bound above 0.
+  // Kept on purpose: the count is the end of the indexes, even with a lower bound above 0 (test
+  // ZQBiosWmiOutput.CopiesFromTheLowerBoundUpToTheCount).
   for (LONG i = bound.lLbound; i < static_cast<LONG>(bound.cElements); ++i) {
     static_cast<void>(SafeArrayGetElement(data.parray, &i, &output[i]));
   }

@@ -121,7 +121,8 @@ void JudgeAccessList(const wchar_t* path, FullControl& control) {
   if (result != ERROR_SUCCESS || list == nullptr) return;
 
   AccountLookup account;
-  // Kept on purpose: the loop goes on after both accounts are found.
+  // Kept on purpose: the loop goes on after both accounts are found (test
+  // CheckForFullConrolByTrustedInstallAndSystem.WalksTheWholeListAfterBothAccountsAreFound).
   for (DWORD index = 0; index < list->AceCount; ++index) JudgeEntry(list, index, account, control);
 }
 

@@ -4,7 +4,9 @@ planted mistake misses.
 
 measure_structure_test.py MEASURE"""
 
+import os
 import pathlib
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -52,6 +54,16 @@ class MeasureStructure(unittest.TestCase):
 
     def test_a_tree_that_meets_every_goal(self):
         self.assertEqual(self.missed({}), [])
+
+    def test_leaves_no_file_beside_the_script(self):
+        with tempfile.TemporaryDirectory() as folder:
+            for script in ("measure-structure", "check-structure"):
+                shutil.copy(pathlib.Path(MEASURE).with_name(script), folder)
+            writing = {k: v for k, v in os.environ.items() if k != "PYTHONDONTWRITEBYTECODE"}
+            subprocess.run([sys.executable, f"{folder}/measure-structure", "--root", folder],
+                           env=writing, capture_output=True)
+            left = sorted(file.name for file in pathlib.Path(folder).iterdir())
+        self.assertEqual(left, ["check-structure", "measure-structure"])
 
     def test_too_few_files(self):
         gone = {f"src/base/part{n}.{end}": None for n in range(5) for end in ("h", "cpp")}

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+
+namespace Bench {
+
+/// The samples of one day in the collector's form, decrypted: one sensor sample every
+/// `secondsApart`, the first at midnight of Monday, 2026-06-01, plus `day` days.
+struct WrittenSamples {
+  int day = 0;
+  std::size_t count = 0;
+  std::int64_t secondsApart = 1;
+  bool hasPower = true;  ///< otherwise each power is 0
+};
+
+/// Does nothing if the file exists.
+void WriteSamples(const std::filesystem::path& path, const WrittenSamples& samples);
+
+/// "2026-06-01" for day 0.
+[[nodiscard]] std::string DateOfDay(int day);
+
+}  // namespace Bench

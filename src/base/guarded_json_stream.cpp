@@ -1,10 +1,10 @@
 #include "base/guarded_json_stream.h"
 
+#include "base/json_limits.h"
+
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
 namespace {
-
-constexpr int kMostExponentDigits = 9;
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 

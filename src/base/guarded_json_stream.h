@@ -7,14 +7,9 @@
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
-/// The longest string of a JSON text, in bytes as spelled in the file. A longer one ends the text,
-/// since the parser collects each string in one block, which it enlarges by half when it is full.
-inline constexpr std::size_t kLongestJsonStringBytes = 16U * 1024 * 1024;
-
-/// RapidJSON's file stream, cut off before what its parser cannot handle: more than `limitBytes` (a
-/// file may grow while it is read), too long a string, and an exponent of more than nine digits.
-/// The parser adds such an exponent to the number of decimal places; the sum overflows and is then
-/// used as an index into a table.
+/// RapidJSON's file stream, cut off at a string or an exponent that is longer than its limit
+/// (json_limits.h), and after `limitBytes`, since a file may grow while it is read. Looks at each
+/// character; only the few files that JsonFileStream cannot judge are read through it.
 class GuardedJsonStream {
  public:
   using Ch = char;
@@ -27,6 +22,9 @@ class GuardedJsonStream {
   /// True after the text was cut off. A parser that reports success may then have read a shorter
   /// text, so callers check this too.
   [[nodiscard]] bool Refused() const { return refused_; }
+
+  /// Nothing depends on where values end: each character is looked at.
+  void EndValue() {}
 
   // RapidJSON's concept of an input stream. The text ends at the first zero byte.
   [[nodiscard]] Ch Peek() const { return refused_ ? '\0' : stream_.Peek(); }

@@ -1,34 +1,35 @@
 #pragma once
 
 #include <rapidjson/document.h>
+#include <rapidjson/filewritestream.h>
+#include <rapidjson/writer.h>
 
-#include <cstddef>
+#include <functional>
 #include <string>
 
-// JSON files of the data folder. Any user may have put a file there, so a file that exceeds one of
-// the limits below counts as unreadable.
+#include "base/json_limits.h"
+
+// JSON files of the data folder as documents. json_rows.h reads the same files without one.
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
 /// RapidJSON's document over UTF-8 with a memory-pool allocator.
 using GenericDocument = rapidjson::GenericDocument<rapidjson::UTF8<char>>;
 
-/// The largest file that is read.
-inline constexpr std::size_t kLargestDataFileBytes = 64U * 1024 * 1024;
-/// Arrays and objects inside each other, the outermost included. The parser recurses.
-inline constexpr int kDeepestJsonNesting = 64;
-/// Values and member names together. RapidJSON's pools do not survive a failed allocation.
-inline constexpr std::size_t kMostJsonValues = 8'000'000;
+/// RapidJSON's writer into a file: no white space, the shortest text of each number.
+using JsonWriter = rapidjson::Writer<rapidjson::FileWriteStream>;
 
 /// Reads a file into a new heap document, which the caller owns. Null if the file cannot be opened
-/// or parsed, is larger than `largestBytes`, or exceeds another limit. `mostOpenValues` limits the
-/// values and member names in arrays and objects that have not ended yet, which the parser keeps on
-/// a stack. A link is followed, so callers check the path first (plain_file.h). Nothing is logged.
+/// or parsed, or breaks a limit. A link is followed, so callers check the path first
+/// (plain_file.h). Nothing is logged.
 [[nodiscard]] GenericDocument* LoadJsonDocument(const std::wstring& path,
-                                                std::size_t largestBytes = kLargestDataFileBytes,
-                                                std::size_t mostOpenValues = kMostJsonValues);
+                                                const JsonLimits& limits = {});
 
-/// Writes the document in place, without white space. False if the file cannot be opened for
+/// Writes what `write` passes to the writer, in place. False if the file cannot be opened for
 /// writing, or is a folder or a link; a write that fails later is not reported.
+[[nodiscard]] bool WriteJsonFile(const std::wstring& path,
+                                 const std::function<void(JsonWriter&)>& write);
+
+/// The same for a document.
 [[nodiscard]] bool SaveJsonDocument(const std::wstring& path, const GenericDocument& document);
 
 /// The first member of that name; null if `value` is not an object or has no such member. The

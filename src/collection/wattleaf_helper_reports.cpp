@@ -31,7 +31,7 @@ std::unique_ptr<GenericDocument> LoadPowerStore(const std::wstring& path, std::m
   const std::lock_guard lock(storeMutex);
   if (!IsKnownPlainFile(path)) return nullptr;
   return std::unique_ptr<GenericDocument>(
-      LoadJsonDocument(path, kLargestPowerStoreBytes, kMostOpenStoreValues));
+      LoadJsonDocument(path, {kLargestPowerStoreBytes, kMostOpenStoreValues}));
 }
 
 /// Writes the store under the same lock. A store that cannot be opened stays as it is; failure is

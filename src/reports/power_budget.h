@@ -4,8 +4,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "base/guarded_json_stream.h"
-#include "base/json_document.h"
+#include "base/json_limits.h"
 
 // The memory and file sizes that one pass over the report and the store may take. The sum stays
 // below 1 GiB; docs/decisions/reports.md, "Budget", has the arithmetic.

@@ -61,8 +61,8 @@ TEST(LoadJsonDocument, AcceptsFilesUpToTheCallersLimit) {
   const ScratchFolder folder;
   TestSupport::WriteBytes(folder.File("text.json"), "[1,2]");
   const std::wstring path = folder.File("text.json").wstring();
-  EXPECT_TRUE(std::unique_ptr<GenericDocument>(LoadJsonDocument(path, 5)));
-  EXPECT_FALSE(std::unique_ptr<GenericDocument>(LoadJsonDocument(path, 4)));
+  EXPECT_TRUE(std::unique_ptr<GenericDocument>(LoadJsonDocument(path, {5})));
+  EXPECT_FALSE(std::unique_ptr<GenericDocument>(LoadJsonDocument(path, {4})));
 }
 
 TEST(LoadJsonDocument, AcceptsUpToEightMillionValues) {
@@ -79,7 +79,7 @@ TEST(LoadJsonDocument, AcceptsOpenValuesUpToTheCallersLimit) {
   const auto isRead = [&](const std::string& text, std::size_t mostOpenValues) {
     TestSupport::WriteBytes(folder.File("text.json"), text);
     return std::unique_ptr<GenericDocument>(
-               LoadJsonDocument(path, kLargestDataFileBytes, mostOpenValues)) != nullptr;
+               LoadJsonDocument(path, {kLargestDataFileBytes, mostOpenValues})) != nullptr;
   };
   // Open are the array, the values of the current inner array, and each inner array that has ended.
   EXPECT_TRUE(isRead("[1,2,3]", 4));

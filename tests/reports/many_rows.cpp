@@ -84,7 +84,7 @@ std::size_t FoldReport(const std::filesystem::path& folder) {
   }
   const std::wstring storePath = (folder / kPowerStoreFileName).wstring();
   if (const std::unique_ptr<GenericDocument> store{
-          LoadJsonDocument(storePath, kLargestPowerStoreBytes, kMostOpenStoreValues)}) {
+          LoadJsonDocument(storePath, {kLargestPowerStoreBytes, kMostOpenStoreValues})}) {
     MergePowerStore(*store, period, log);
   }
   static_cast<void>(SaveJsonDocument(storePath, PowerStoreDocument(log)));

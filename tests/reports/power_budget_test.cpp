@@ -42,7 +42,7 @@ class SavedStore {
   std::unique_ptr<GenericDocument> Load(std::size_t largestBytes = kLargestPowerStoreBytes,
                                         std::size_t mostOpenValues = kMostOpenStoreValues) const {
     return std::unique_ptr<GenericDocument>(
-        LoadJsonDocument(folder_.File("store.json").wstring(), largestBytes, mostOpenValues));
+        LoadJsonDocument(folder_.File("store.json").wstring(), {largestBytes, mostOpenValues}));
   }
 
  private:

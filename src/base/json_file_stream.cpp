@@ -1,0 +1,76 @@
+#include "base/json_file_stream.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "base/json_limits.h"
+
+namespace Zq::Gantry::Server::Services::Wattleaf {
+
+namespace {
+
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+bool IsExponentMark(char c) { return c == 'e' || c == 'E'; }
+
+/// Whether the digits that begin at `begin` are those of an exponent, or look like it.
+bool FollowExponentMark(std::string_view text, std::size_t begin) {
+  if (begin == 0) return false;
+  const char before = text[begin - 1];
+  if (IsExponentMark(before)) return true;
+  return (before == '+' || before == '-') && begin > 1 && IsExponentMark(text[begin - 2]);
+}
+
+/// Whether an exponent may have more digits than the parser bears. A run of so many digits covers
+/// one of the places that are a multiple of its length apart, so only those are looked at.
+bool MayHaveLongExponent(std::string_view text) {
+  constexpr std::size_t kTooMany = kMostExponentDigits + 1;
+  for (std::size_t place = kTooMany - 1; place < text.size(); place += kTooMany) {
+    if (!IsDigit(text[place])) continue;
+    std::size_t begin = place;
+    while (begin > 0 && IsDigit(text[begin - 1])) --begin;
+    std::size_t end = place + 1;
+    while (end < text.size() && IsDigit(text[end])) ++end;
+    if (end - begin >= kTooMany && FollowExponentMark(text, begin)) return true;
+    place += (end - 1 - place) / kTooMany * kTooMany;  // to the last place within this run
+  }
+  return false;
+}
+
+}  // namespace
+
+JsonFileStream::JsonFileStream(std::FILE* file, std::size_t limitBytes)
+    : memory_(std::make_unique_for_overwrite<char[]>(kKeptBytes + kBufferBytes + 1)),
+      next_(Buffer()),
+      last_(Buffer()),
+      file_(file),
+      limitBytes_(limitBytes) {
+  std::fill_n(memory_.get(), kKeptBytes, '\0');
+  Refill();
+}
+
+void JsonFileStream::Refill() {
+  bytesBefore_ += bufferedBytes_;
+  if (bufferedBytes_ >= kKeptBytes) {
+    std::copy_n(Buffer() + bufferedBytes_ - kKeptBytes, kKeptBytes, memory_.get());
+  }
+  bufferedBytes_ = std::fread(Buffer(), 1, kBufferBytes, file_);
+  next_ = Buffer();
+  last_ = Buffer() + bufferedBytes_ - 1;
+  if (bufferedBytes_ < kBufferBytes) {
+    *++last_ = '\0';
+    atEnd_ = true;
+  }
+  bytesSinceValue_ += bufferedBytes_;
+  refused_ = bytesBefore_ + bufferedBytes_ > limitBytes_;
+  needsCare_ = bytesSinceValue_ > kMostBytesWithoutValue ||
+               MayHaveLongExponent({memory_.get(), kKeptBytes + bufferedBytes_});
+  if (refused_ || needsCare_) EndText();
+}
+
+void JsonFileStream::EndText() {
+  next_ = last_ = Buffer();
+  *next_ = '\0';
+  atEnd_ = true;
+}
+
+}  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdio>
+#include <memory>
+
+namespace Zq::Gantry::Server::Services::Wattleaf {
+
+/// RapidJSON's input stream over a file, as fast as the parser's own: it looks at each buffer once
+/// and at no single character. It cannot know where in a buffer strings begin. If a buffer may
+/// break one of the limits on strings and exponents, the text ends before it and NeedsCare() is
+/// true; the file is then read again through GuardedJsonStream, which decides.
+class JsonFileStream {
+ public:
+  using Ch = char;
+
+  /// Reads `file`, which is borrowed, from its current position. `limitBytes` counts from there.
+  JsonFileStream(std::FILE* file, std::size_t limitBytes);
+
+  /// True after the text ended because the file has more than `limitBytes`: it may grow while it is
+  /// read.
+  [[nodiscard]] bool Refused() const { return refused_; }
+  /// True after the text ended before a buffer that only GuardedJsonStream can judge. What was
+  /// parsed so far must be dropped.
+  [[nodiscard]] bool NeedsCare() const { return needsCare_; }
+
+  /// The parser has finished a string or another value, so that no string is longer than what is
+  /// read from here on.
+  void EndValue() { bytesSinceValue_ = 0; }
+
+  // RapidJSON's concept of an input stream. The text ends at the first zero byte.
+  [[nodiscard]] Ch Peek() const { return *next_; }
+  Ch Take() {
+    const Ch c = *next_;
+    if (next_ < last_) {
+      ++next_;
+    } else if (!atEnd_) {
+      Refill();
+    }
+    return c;
+  }
+  [[nodiscard]] std::size_t Tell() const {
+    return bytesBefore_ + static_cast<std::size_t>(next_ - Buffer());
+  }
+
+  // For parsing in place only, which the parser's default flags never do.
+  Ch* PutBegin() { return nullptr; }
+  void Put(Ch) {}
+  void Flush() {}
+  std::size_t PutEnd(Ch*) { return 0; }
+
+ private:
+  /// The end of the buffer before, kept in front of the buffer: a number may lie across both.
+  static constexpr std::size_t kKeptBytes = 16;
+  static constexpr std::size_t kBufferBytes = 65536;
+  /// A longer string might break the limit: then each character counts. Far below the limit, and
+  /// far above any string of a file that this library or the collector writes.
+  static constexpr std::size_t kMostBytesWithoutValue = 2U * 1024 * 1024;
+
+  [[nodiscard]] char* Buffer() const { return memory_.get() + kKeptBytes; }
+  void Refill();
+  void EndText();
+
+  std::unique_ptr<char[]> memory_;  ///< the kept bytes, the buffer, and a closing zero
+  char* next_;                      ///< the next character
+  char* last_;                      ///< the last one of the buffer
+  std::FILE* file_;
+  std::size_t limitBytes_;
+  std::size_t bufferedBytes_ = 0;
+  std::size_t bytesBefore_ = 0;  ///< read before this buffer
+  std::size_t bytesSinceValue_ = 0;
+  bool atEnd_ = false;
+  bool refused_ = false;
+  bool needsCare_ = false;
+};
+
+}  // namespace Zq::Gantry::Server::Services::Wattleaf

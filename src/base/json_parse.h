@@ -1,0 +1,103 @@
+#pragma once
+
+#include <rapidjson/reader.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <string>
+
+#include "base/guarded_json_stream.h"
+#include "base/json_file_stream.h"
+#include "base/json_limits.h"
+#include "base/wide_file.h"
+
+// Parsing a JSON file within the limits, for the two readers of this folder: json_document.h keeps
+// everything, json_rows.h keeps what its caller asks for.
+namespace Zq::Gantry::Server::Services::Wattleaf {
+
+/// Passes the parser's events on to `Target`, which is a handler too. Ends the parse, by returning
+/// false, before a text would use up the stack or the memory of the process.
+template <typename Stream, typename Target>
+class GuardedJsonHandler {
+ public:
+  using Ch = char;
+  using Size = rapidjson::SizeType;
+
+  /// Borrows both.
+  GuardedJsonHandler(Stream& stream, Target& target, std::size_t mostOpenValues)
+      : stream_(stream), target_(target), mostOpenValues_(mostOpenValues) {}
+
+  bool Null() { return Count() && target_.Null(); }
+  bool Bool(bool value) { return Count() && target_.Bool(value); }
+  bool Int(int value) { return Count() && target_.Int(value); }
+  bool Uint(unsigned value) { return Count() && target_.Uint(value); }
+  bool Int64(std::int64_t value) { return Count() && target_.Int64(value); }
+  bool Uint64(std::uint64_t value) { return Count() && target_.Uint64(value); }
+  bool Double(double value) { return Count() && target_.Double(value); }
+  bool RawNumber(const Ch* text, Size length, bool copy) {
+    return Count() && target_.RawNumber(text, length, copy);
+  }
+  bool String(const Ch* text, Size length, bool copy) {
+    return Count() && target_.String(text, length, copy);
+  }
+  bool Key(const Ch* text, Size length, bool copy) {
+    return Count() && target_.Key(text, length, copy);
+  }
+  bool StartObject() { return Deepen() && Count() && target_.StartObject(); }
+  bool StartArray() { return Deepen() && Count() && target_.StartArray(); }
+  bool EndObject(Size count) {
+    --depth_;
+    openValues_ -= 2 * std::size_t{count};
+    return target_.EndObject(count);
+  }
+  bool EndArray(Size count) {
+    --depth_;
+    openValues_ -= count;
+    return target_.EndArray(count);
+  }
+
+ private:
+  bool Deepen() { return ++depth_ <= kDeepestJsonNesting; }
+  bool Count() {
+    stream_.EndValue();
+    return ++values_ <= kMostJsonValues && ++openValues_ <= mostOpenValues_;
+  }
+
+  Stream& stream_;
+  Target& target_;
+  const std::size_t mostOpenValues_;
+  int depth_ = 0;
+  std::size_t values_ = 0;
+  std::size_t openValues_ = 0;
+};
+
+/// Parses the whole text of `stream` into `target`. False if the text is not JSON or breaks a
+/// limit.
+template <typename Stream, typename Target>
+[[nodiscard]] bool ParseJson(Stream& stream, Target& target, std::size_t mostOpenValues) {
+  GuardedJsonHandler<Stream, Target> handler(stream, target, mostOpenValues);
+  rapidjson::Reader reader;
+  return !reader.Parse(stream, handler).IsError() && !stream.Refused();
+}
+
+/// Opens a file and returns the result of `parse(stream)`; false if the file cannot be opened or is
+/// larger than `largestBytes`. `parse` may be called a second time, with another type of stream,
+/// and then starts from nothing again.
+template <typename Parse>
+[[nodiscard]] bool ReadJsonFile(const std::wstring& path, std::size_t largestBytes, Parse parse) {
+  const UniqueFile file = OpenForReading(path);
+  if (!file) return false;
+  const std::int64_t length = LengthBytes(file.get());
+  if (length < 0 || static_cast<std::uint64_t>(length) > largestBytes) return false;
+
+  JsonFileStream fast(file.get(), largestBytes);
+  const bool isRead = parse(fast);
+  if (!fast.NeedsCare()) return isRead;
+
+  std::rewind(file.get());
+  char buffer[4096];
+  GuardedJsonStream careful(file.get(), buffer, sizeof(buffer), largestBytes);
+  return parse(careful);
+}
+
+}  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -1,0 +1,124 @@
+#include "base/json_rows.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "base/json_parse.h"
+
+namespace Zq::Gantry::Server::Services::Wattleaf {
+
+namespace {
+
+/// The handler of one reading. Members are looked at on the level below the root's elements, and
+/// anywhere deeper only the nesting is followed.
+class RowCollector {
+ public:
+  RowCollector(std::span<const std::string_view> names, JsonRowSink& sink)
+      : names_(names), sink_(sink), values_(names.size()), fields_(names.size()) {}
+
+  [[nodiscard]] bool IsArray() const { return isArray_; }
+
+  bool Null() { return Put(rapidjson::Value()); }
+  bool Bool(bool value) { return Put(rapidjson::Value(value)); }
+  bool Int(int value) { return Put(rapidjson::Value(value)); }
+  bool Uint(unsigned value) { return Put(rapidjson::Value(value)); }
+  bool Int64(std::int64_t value) { return Put(rapidjson::Value(value)); }
+  bool Uint64(std::uint64_t value) { return Put(rapidjson::Value(value)); }
+  bool Double(double value) { return Put(rapidjson::Value(value)); }
+  /// Only for flags that the parser is not used with.
+  bool RawNumber(const char*, rapidjson::SizeType, bool) { return false; }
+
+  bool String(const char* text, rapidjson::SizeType length, bool) {
+    if (depth_ == kMemberDepth && field_ != kNoField) {
+      std::string& kept = fields_[field_].text;
+      kept.assign(text, length);
+      values_[field_].SetString(rapidjson::StringRef(kept.data(), kept.size()));
+      return true;
+    }
+    return Put(rapidjson::Value());
+  }
+
+  bool Key(const char* text, rapidjson::SizeType length, bool) {
+    if (depth_ != kMemberDepth || !isArray_ || !isObject_) return true;
+    field_ = kNoField;
+    const std::string_view name(text, length);
+    for (std::size_t i = 0; i < names_.size(); ++i) {
+      if (names_[i] != name) continue;
+      if (!fields_[i].isKnown) field_ = i;
+      fields_[i].isKnown = true;
+      break;
+    }
+    return true;
+  }
+
+  bool StartObject() { return Open(/*isObject=*/true); }
+  bool StartArray() { return Open(/*isObject=*/false); }
+  bool EndObject(rapidjson::SizeType) { return Close(); }
+  bool EndArray(rapidjson::SizeType) { return Close(); }
+
+ private:
+  static constexpr int kElementDepth = 1;  ///< inside the root
+  static constexpr int kMemberDepth = 2;   ///< inside an element
+  static constexpr std::size_t kNoField = static_cast<std::size_t>(-1);
+
+  struct Field {
+    std::string text;  ///< of a string value
+    bool isKnown = false;
+  };
+
+  bool Put(rapidjson::Value value) {
+    if (depth_ == kMemberDepth && field_ != kNoField) values_[field_] = std::move(value);
+    if (depth_ == kElementDepth) EndElement();
+    return true;
+  }
+
+  bool Open(bool isObject) {
+    if (depth_ == 0) isArray_ = !isObject;
+    if (depth_ == kElementDepth) isObject_ = isObject;
+    ++depth_;
+    return true;
+  }
+
+  bool Close() {
+    if (--depth_ == kElementDepth) EndElement();
+    return true;
+  }
+
+  void EndElement() {
+    if (!isArray_) return;
+    sink_.Take(values_);
+    for (std::size_t i = 0; i < fields_.size(); ++i) {
+      values_[i].SetNull();
+      fields_[i].isKnown = false;
+    }
+    field_ = kNoField;
+  }
+
+  std::span<const std::string_view> names_;
+  JsonRowSink& sink_;
+  std::vector<rapidjson::Value> values_;
+  std::vector<Field> fields_;
+  std::size_t field_ = kNoField;  ///< the one that the next value belongs to
+  int depth_ = 0;
+  bool isArray_ = false;   ///< the root
+  bool isObject_ = false;  ///< the current element
+};
+
+}  // namespace
+
+JsonRowsOutcome ReadJsonRows(const std::wstring& path, std::span<const std::string_view> names,
+                             JsonRowSink& sink, const JsonLimits& limits) {
+  bool isArray = false;
+  const bool isRead = ReadJsonFile(path, limits.fileBytes, [&](auto& stream) {
+    sink.Begin();
+    RowCollector collector(names, sink);
+    const bool isParsed = ParseJson(stream, collector, limits.openValues);
+    isArray = collector.IsArray();
+    return isParsed;
+  });
+  if (!isRead) return JsonRowsOutcome::kUnreadable;
+  return isArray ? JsonRowsOutcome::kRows : JsonRowsOutcome::kNoArray;
+}
+
+}  // namespace Zq::Gantry::Server::Services::Wattleaf

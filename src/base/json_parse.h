@@ -27,38 +27,38 @@ class GuardedJsonHandler {
   GuardedJsonHandler(Stream& stream, Target& target, std::size_t mostOpenValues)
       : stream_(stream), target_(target), mostOpenValues_(mostOpenValues) {}
 
-  bool Null() { return Count() && target_.Null(); }
-  bool Bool(bool value) { return Count() && target_.Bool(value); }
-  bool Int(int value) { return Count() && target_.Int(value); }
-  bool Uint(unsigned value) { return Count() && target_.Uint(value); }
-  bool Int64(std::int64_t value) { return Count() && target_.Int64(value); }
-  bool Uint64(std::uint64_t value) { return Count() && target_.Uint64(value); }
-  bool Double(double value) { return Count() && target_.Double(value); }
-  bool RawNumber(const Ch* text, Size length, bool copy) {
+  [[nodiscard]] bool Null() { return Count() && target_.Null(); }
+  [[nodiscard]] bool Bool(bool value) { return Count() && target_.Bool(value); }
+  [[nodiscard]] bool Int(int value) { return Count() && target_.Int(value); }
+  [[nodiscard]] bool Uint(unsigned value) { return Count() && target_.Uint(value); }
+  [[nodiscard]] bool Int64(std::int64_t value) { return Count() && target_.Int64(value); }
+  [[nodiscard]] bool Uint64(std::uint64_t value) { return Count() && target_.Uint64(value); }
+  [[nodiscard]] bool Double(double value) { return Count() && target_.Double(value); }
+  [[nodiscard]] bool RawNumber(const Ch* text, Size length, bool copy) {
     return Count() && target_.RawNumber(text, length, copy);
   }
-  bool String(const Ch* text, Size length, bool copy) {
+  [[nodiscard]] bool String(const Ch* text, Size length, bool copy) {
     return Count() && target_.String(text, length, copy);
   }
-  bool Key(const Ch* text, Size length, bool copy) {
+  [[nodiscard]] bool Key(const Ch* text, Size length, bool copy) {
     return Count() && target_.Key(text, length, copy);
   }
-  bool StartObject() { return Deepen() && Count() && target_.StartObject(); }
-  bool StartArray() { return Deepen() && Count() && target_.StartArray(); }
-  bool EndObject(Size count) {
+  [[nodiscard]] bool StartObject() { return Deepen() && Count() && target_.StartObject(); }
+  [[nodiscard]] bool StartArray() { return Deepen() && Count() && target_.StartArray(); }
+  [[nodiscard]] bool EndObject(Size count) {
     --depth_;
     openValues_ -= 2 * std::size_t{count};
     return target_.EndObject(count);
   }
-  bool EndArray(Size count) {
+  [[nodiscard]] bool EndArray(Size count) {
     --depth_;
     openValues_ -= count;
     return target_.EndArray(count);
   }
 
  private:
-  bool Deepen() { return ++depth_ <= kDeepestJsonNesting; }
-  bool Count() {
+  [[nodiscard]] bool Deepen() { return ++depth_ <= kDeepestJsonNesting; }
+  [[nodiscard]] bool Count() {
     stream_.EndValue();
     return ++values_ <= kMostJsonValues && ++openValues_ <= mostOpenValues_;
   }

@@ -15,6 +15,7 @@
 #include "catalogue/installed_apps.h"
 #include "collection/collector_status.h"
 #include "collection/data_collector.h"
+#include "ledger/sample_reader.h"
 #include "platform/win32/owners.h"
 #include "platform/win32/unique_resource.h"
 #include "platform/wmi/support_decision.h"
@@ -92,9 +93,13 @@ class WATTLEAF_API WattleafHelper {
   /// The worker's body. Exceptions that an operation does not catch end the process.
   void ProcessingCallback();
 
-  /// One day's samples (ledger/sample_reader.h); the caller owns the document, which is null for a
-  /// copy that does not parse. The caller holds dataMutex. Throws filesystem_error as IsPlainFile
-  /// does (base/plain_file.h).
+  /// Passes the plain copy of one day's samples to `use` (ledger/sample_reader.h); false if there
+  /// is none. The caller holds dataMutex. Throws filesystem_error as IsPlainFile does
+  /// (base/plain_file.h).
+  [[nodiscard]] bool UsePlainCopy(const DateTime& day, const PlainCopyUse& use);
+  /// One day's samples as a document, which the caller owns: an empty array for a day without
+  /// readable samples, null for a copy that does not parse. The caller holds dataMutex. Throws as
+  /// UsePlainCopy does.
   [[nodiscard]] GenericDocument* GetJsonFromDate(const DateTime& day);
 
   /// The ledger pass: loads the ledger, works out the days that need it, saves it, and then deletes

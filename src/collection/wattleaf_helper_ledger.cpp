@@ -76,14 +76,22 @@ void AnswerOrLog(std::wstring& result, const wchar_t* message, MakeText makeText
 
 }  // namespace
 
-GenericDocument* WattleafHelper::GetJsonFromDate(const DateTime& day) {
+bool WattleafHelper::UsePlainCopy(const DateTime& day, const PlainCopyUse& use) {
   const std::wstring encrypted = EncryptedSamplePath(collectionPath, day);
   if (std::ranges::find(discardedSamples, encrypted) != discardedSamples.end()) {
-    return ReadLeftoverCopyOfDay(collectionPath, day);
+    return UseLeftoverCopyOfDay(collectionPath, day, use);
   }
-  return ReadSamplesOfDay(collectionPath, day, [](const std::wstring& path) {
+  const auto logDecryption = [](const std::wstring& path) {
     LogManager::GetLogger()->LogInfo(L"Decrypting file :%s", path.c_str());
-  });
+  };
+  return UseSamplesOfDay(collectionPath, day, logDecryption, use);
+}
+
+GenericDocument* WattleafHelper::GetJsonFromDate(const DateTime& day) {
+  std::unique_ptr<GenericDocument> samples;
+  const auto load = [&](const std::wstring& path) { samples.reset(LoadJsonDocument(path)); };
+  if (UsePlainCopy(day, load)) return samples.release();
+  return std::make_unique<GenericDocument>(rapidjson::kArrayType).release();
 }
 
 void WattleafHelper::CalculateDailyPowerConsumption() {

@@ -6,9 +6,9 @@
 #include <wincrypt.h>
 
 #include <cstdlib>
-#include <memory>
 #include <string_view>
 
+#include "base/json_limits.h"
 #include "base/plain_file.h"
 #include "base/wide_file.h"
 #include "ledger/sample_files.h"
@@ -86,12 +86,6 @@ class PlainCopyRemoval {
   const std::wstring& path_;
 };
 
-GenericDocument* EmptyArray() {
-  auto document = std::make_unique<GenericDocument>();
-  document->Parse("[]");
-  return document.release();
-}
-
 }  // namespace
 
 bool DecryptSampleFile(const std::wstring& path) {
@@ -104,23 +98,25 @@ bool DecryptSampleFile(const std::wstring& path) {
   return false;
 }
 
-GenericDocument* ReadSamplesOfDay(
-    const std::wstring& folder, const DateTime& day,
-    const std::function<void(const std::wstring& path)>& beforeDecrypting) {
+bool UseSamplesOfDay(const std::wstring& folder, const DateTime& day,
+                     const std::function<void(const std::wstring& path)>& beforeDecrypting,
+                     const PlainCopyUse& use) {
   const std::wstring encrypted = EncryptedSamplePath(folder, day);
   if (IsPlainFile(encrypted)) {
     beforeDecrypting(encrypted);
     static_cast<void>(DecryptSampleFile(encrypted));
   }
-  // If the decryption failed, a copy that an earlier failure left is read instead.
-  return ReadLeftoverCopyOfDay(folder, day);
+  // If the decryption failed, a copy that an earlier failure left is used instead.
+  return UseLeftoverCopyOfDay(folder, day, use);
 }
 
-GenericDocument* ReadLeftoverCopyOfDay(const std::wstring& folder, const DateTime& day) {
+bool UseLeftoverCopyOfDay(const std::wstring& folder, const DateTime& day,
+                          const PlainCopyUse& use) {
   const std::wstring plain = PlainSamplePath(folder, day);
-  if (!IsPlainFile(plain)) return EmptyArray();
+  if (!IsPlainFile(plain)) return false;
   const PlainCopyRemoval removal(plain);
-  return LoadJsonDocument(plain);
+  use(plain);
+  return true;
 }
 
 // By search, not by date: the pass that left a copy may have read other days than this one.

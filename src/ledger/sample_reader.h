@@ -4,7 +4,6 @@
 #include <string>
 
 #include "base/calendar.h"
-#include "base/json_document.h"
 
 // Reading the sample files of a data folder. A plain copy exists only while its day is being read,
 // so no two of these operations may run on one folder at the same time: the caller holds a lock.
@@ -17,18 +16,21 @@ namespace Zq::Gantry::Server::Services::Wattleaf {
 /// callers look for the copy instead.
 [[nodiscard]] bool DecryptSampleFile(const std::wstring& path);
 
-/// Reads one day's samples: decrypts that day's file, reads the plain copy and deletes it. The
-/// caller owns the document: an empty array for a day without readable samples, null for a copy
-/// that does not parse. `beforeDecrypting` is called with the path of an encrypted file that
-/// exists. IsPlainFile's exception propagates.
-[[nodiscard]] GenericDocument* ReadSamplesOfDay(
-    const std::wstring& folder, const DateTime& day,
-    const std::function<void(const std::wstring& path)>& beforeDecrypting);
+/// What is done with a plain copy, by its path. It is deleted afterwards, also after an exception,
+/// which propagates.
+using PlainCopyUse = std::function<void(const std::wstring& path)>;
 
-/// The same for a day whose encrypted file counts as deleted: reads and deletes only a plain copy
+/// Decrypts one day's sample file and passes the plain copy to `use`. False, without a call of
+/// `use`, for a day without readable samples. `beforeDecrypting` is called with the path of an
+/// encrypted file that exists. IsPlainFile's exception propagates.
+[[nodiscard]] bool UseSamplesOfDay(
+    const std::wstring& folder, const DateTime& day,
+    const std::function<void(const std::wstring& path)>& beforeDecrypting, const PlainCopyUse& use);
+
+/// The same for a day whose encrypted file counts as deleted: uses and deletes only a plain copy
 /// that an earlier failure left.
-[[nodiscard]] GenericDocument* ReadLeftoverCopyOfDay(const std::wstring& folder,
-                                                     const DateTime& day);
+[[nodiscard]] bool UseLeftoverCopyOfDay(const std::wstring& folder, const DateTime& day,
+                                        const PlainCopyUse& use);
 
 /// Deletes the plain copies of all days in the folder; a process that ended while it read a day has
 /// left that day's. Folders, links and files whose status cannot be read stay. Failure to delete is

@@ -46,6 +46,7 @@ class WattleafHelperSeries : public LedgerFixture {
 using GetDailyPowerConsumption = WattleafHelperSeries;
 using GetWeeklyPowerConsumption = WattleafHelperSeries;
 using GetMonthlyPowerConsumption = WattleafHelperSeries;
+using GetJsonFromDate = WattleafHelperSeries;
 using GetPowerConsumption = WattleafHelperSeries;
 using GetDailyAveragePowerConsumption = WattleafHelperSeries;
 using GetTreeSavedCount = WattleafHelperSeries;
@@ -147,6 +148,22 @@ TEST_F(GetDailyPowerConsumption, ReturnsTwelveZerosWithoutSamples) {
   }
   EXPECT_EQ(count, 12U);
   EXPECT_TRUE(log.Records().empty());
+}
+
+TEST_F(GetJsonFromDate, ReadsTheSamplesOfADay) {
+  WriteEncrypted(kToday, "[7]");
+  const std::unique_ptr<GenericDocument> samples(helper.GetJsonFromDate(Day(kToday)));
+  ASSERT_TRUE(samples);
+  ASSERT_TRUE(samples->IsArray());
+  ASSERT_EQ(samples->Size(), 1U);
+  EXPECT_EQ((*samples)[0].GetInt(), 7);
+}
+
+TEST_F(GetJsonFromDate, ReturnsAnEmptyArrayWithoutSamples) {
+  const std::unique_ptr<GenericDocument> samples(helper.GetJsonFromDate(Day(kToday)));
+  ASSERT_TRUE(samples);
+  EXPECT_TRUE(samples->IsArray());
+  EXPECT_TRUE(samples->Empty());
 }
 
 TEST_F(GetPowerConsumption, IsEmptyForSamplesThatDoNotParse) {

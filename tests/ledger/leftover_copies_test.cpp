@@ -2,7 +2,6 @@
 
 #include <windows.h>
 
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -18,6 +17,7 @@ using TestSupport::Encrypted;
 using TestSupport::FailingStatus;
 using TestSupport::FakeReparsePoint;
 using TestSupport::FileExists;
+using TestSupport::ReadWholeFile;
 using TestSupport::Utf16;
 using TestSupport::WriteWholeFile;
 
@@ -28,35 +28,34 @@ class LeftoverCopies : public testing::Test {
   const TestSupport::SampleFolder samples_;
 };
 
-using ReadLeftoverCopyOfDayTest = LeftoverCopies;
+using UseLeftoverCopyOfDayTest = LeftoverCopies;
 using RemoveLeftoverCopiesTest = LeftoverCopies;
 
 }  // namespace
 
-TEST_F(ReadLeftoverCopyOfDayTest, ReadsOnlyALeftoverCopy) {
+TEST_F(UseLeftoverCopyOfDayTest, UsesOnlyALeftoverCopy) {
   WriteWholeFile(samples_.encrypted, Encrypted(Utf16("[1]")));
-  const auto read = [this] {
-    return std::unique_ptr<GenericDocument>(
-        ReadLeftoverCopyOfDay(samples_.folder.Path(), samples_.day));
+  std::vector<std::string> contents;
+  const auto use = [this, &contents] {
+    return UseLeftoverCopyOfDay(
+        samples_.folder.Path(), samples_.day,
+        [&](const std::wstring& path) { contents.push_back(ReadWholeFile(path)); });
   };
-  const auto empty = read();
-  ASSERT_TRUE(empty && empty->IsArray());
-  EXPECT_TRUE(empty->Empty());
+  EXPECT_FALSE(use());
   WriteWholeFile(samples_.plain, "[7]");
-  const auto leftover = read();
-  ASSERT_TRUE(leftover);
-  EXPECT_EQ((*leftover)[0].GetInt(), 7);
+  EXPECT_TRUE(use());
+  EXPECT_EQ(contents, std::vector<std::string>{"[7]"});
   EXPECT_FALSE(FileExists(samples_.plain));
   EXPECT_TRUE(FileExists(samples_.encrypted));
 }
 
-TEST_F(ReadLeftoverCopyOfDayTest, DoesNotQueryTheEncryptedFile) {
+TEST_F(UseLeftoverCopyOfDayTest, DoesNotQueryTheEncryptedFile) {
   WriteWholeFile(samples_.encrypted, Encrypted(Utf16("[1]")));
   // The status of the encrypted file cannot be read. That of the copy is not queried, since the
   // copy does not exist.
   const FailingStatus failure;
-  EXPECT_NO_THROW(std::unique_ptr<GenericDocument>(
-      ReadLeftoverCopyOfDay(samples_.folder.Path(), samples_.day)));
+  EXPECT_FALSE(UseLeftoverCopyOfDay(samples_.folder.Path(), samples_.day,
+                                    [](const std::wstring&) { ADD_FAILURE() << "used"; }));
 }
 
 TEST_F(RemoveLeftoverCopiesTest, RemovesTheCopiesOfAllDays) {

@@ -7,12 +7,14 @@
 #include <cstdio>
 #include <filesystem>
 #include <memory>
+#include <new>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "base/fake_attributes.h"
+#include "base/json_document.h"
 #include "import_patch.h"
 #include "ledger/encrypted_samples.h"
 #include "ledger/sample_folder.h"
@@ -28,18 +30,28 @@ using TestSupport::WriteWholeFile;
 
 namespace {
 
-class ReadSamplesOfDayTest : public testing::Test {
+class UseSamplesOfDayTest : public testing::Test {
  protected:
-  /// Reads the day and records the paths that are reported before a decryption.
-  std::unique_ptr<GenericDocument> Read() {
-    return std::unique_ptr<GenericDocument>(
-        ReadSamplesOfDay(samples_.folder.Path(), samples_.day,
-                         [this](const std::wstring& path) { reported_.push_back(path); }));
+  /// Uses the day's samples by `use` and records the paths that are reported before a decryption.
+  bool Use(const PlainCopyUse& use) {
+    return UseSamplesOfDay(
+        samples_.folder.Path(), samples_.day,
+        [this](const std::wstring& path) { reported_.push_back(path); }, use);
   }
 
-  bool ReadsAnEmptyArray() {
-    const auto document = Read();
-    return document && document->IsArray() && document->Empty();
+  /// The document of the plain copy; null without one, and for one that does not parse.
+  std::unique_ptr<GenericDocument> Read() {
+    std::unique_ptr<GenericDocument> document;
+    const bool hasCopy = Use([&](const std::wstring& path) {
+      EXPECT_EQ(path, samples_.plain);
+      document.reset(LoadJsonDocument(path));
+    });
+    EXPECT_TRUE(hasCopy);
+    return document;
+  }
+
+  bool HasNoCopy() {
+    return !Use([](const std::wstring& path) { ADD_FAILURE() << "used " << path.size(); });
   }
 
   bool ReportedTheEncryptedFile() const {
@@ -65,7 +77,7 @@ errno_t OpenForReadingOnly(std::FILE** file, const wchar_t* path, const wchar_t*
 
 }  // namespace
 
-TEST_F(ReadSamplesOfDayTest, DecryptsReadsAndDeletesTheCopy) {
+TEST_F(UseSamplesOfDayTest, DecryptsReadsAndDeletesTheCopy) {
   WriteWholeFile(samples_.encrypted, Encrypted(Utf16(R"([{"Power":1.5},{"Power":2}])")));
   const auto document = Read();
   ASSERT_TRUE(document);
@@ -77,62 +89,65 @@ TEST_F(ReadSamplesOfDayTest, DecryptsReadsAndDeletesTheCopy) {
   EXPECT_TRUE(FileExists(samples_.encrypted));
 }
 
-TEST_F(ReadSamplesOfDayTest, ReturnsAnEmptyArrayForAnEmptyArray) {
+TEST_F(UseSamplesOfDayTest, ReadsAnEmptyArray) {
   WriteWholeFile(samples_.encrypted, Encrypted(Utf16("[]")));
-  EXPECT_TRUE(ReadsAnEmptyArray());
+  const auto document = Read();
+  ASSERT_TRUE(document);
+  EXPECT_TRUE(document->IsArray());
+  EXPECT_TRUE(document->Empty());
   EXPECT_TRUE(ReportedTheEncryptedFile());
   EXPECT_FALSE(FileExists(samples_.plain));
 }
 
-TEST_F(ReadSamplesOfDayTest, ReturnsAnEmptyArrayForAMissingFile) {
-  EXPECT_TRUE(ReadsAnEmptyArray());
+TEST_F(UseSamplesOfDayTest, UsesNoCopyForAMissingFile) {
+  EXPECT_TRUE(HasNoCopy());
   EXPECT_TRUE(reported_.empty());
 }
 
-TEST_F(ReadSamplesOfDayTest, ReturnsAnEmptyArrayForAnEmptyFile) {
+TEST_F(UseSamplesOfDayTest, UsesNoCopyForAnEmptyFile) {
   WriteWholeFile(samples_.encrypted, "");
-  EXPECT_TRUE(ReadsAnEmptyArray());
+  EXPECT_TRUE(HasNoCopy());
   EXPECT_TRUE(ReportedTheEncryptedFile());
   EXPECT_FALSE(FileExists(samples_.plain));
 }
 
-TEST_F(ReadSamplesOfDayTest, ReturnsAnEmptyArrayForInvalidBase64AndKeepsTheFile) {
+TEST_F(UseSamplesOfDayTest, UsesNoCopyForInvalidBase64AndKeepsTheFile) {
   WriteWholeFile(samples_.encrypted, "!!!!");
-  EXPECT_TRUE(ReadsAnEmptyArray());
+  EXPECT_TRUE(HasNoCopy());
   EXPECT_TRUE(ReportedTheEncryptedFile());
   EXPECT_FALSE(FileExists(samples_.plain));
   EXPECT_EQ(ReadWholeFile(samples_.encrypted), "!!!!");
 }
 
-TEST_F(ReadSamplesOfDayTest, TreatsAFolderAsAMissingFile) {
+TEST_F(UseSamplesOfDayTest, TreatsAFolderAsAMissingFile) {
   CreateDirectoryW(samples_.encrypted.c_str(), nullptr);
   CreateDirectoryW(samples_.plain.c_str(), nullptr);
-  EXPECT_TRUE(ReadsAnEmptyArray());
+  EXPECT_TRUE(HasNoCopy());
   EXPECT_TRUE(reported_.empty());
   EXPECT_TRUE(FileExists(samples_.encrypted));
   EXPECT_TRUE(FileExists(samples_.plain));
 }
 
-TEST_F(ReadSamplesOfDayTest, TreatsALinkAsAMissingFile) {
+TEST_F(UseSamplesOfDayTest, TreatsALinkAsAMissingFile) {
   WriteWholeFile(samples_.encrypted, Encrypted(Utf16("[1]")));
   const FakeReparsePoint fake(samples_.encrypted, IO_REPARSE_TAG_SYMLINK);
-  EXPECT_TRUE(ReadsAnEmptyArray());
+  EXPECT_TRUE(HasNoCopy());
   EXPECT_TRUE(reported_.empty());
   EXPECT_FALSE(FileExists(samples_.plain));
 }
 
-TEST_F(ReadSamplesOfDayTest, NeitherReadsNorDeletesNorWritesACopyThatIsALink) {
+TEST_F(UseSamplesOfDayTest, NeitherReadsNorDeletesNorWritesACopyThatIsALink) {
   WriteWholeFile(samples_.encrypted, Encrypted(Utf16("[1]")));
   WriteWholeFile(samples_.plain, "[2]");
   {
     const FakeReparsePoint fake(samples_.plain, IO_REPARSE_TAG_SYMLINK);
-    EXPECT_TRUE(ReadsAnEmptyArray());
+    EXPECT_TRUE(HasNoCopy());
   }
   EXPECT_TRUE(ReportedTheEncryptedFile());
   EXPECT_EQ(ReadWholeFile(samples_.plain), "[2]");
 }
 
-TEST_F(ReadSamplesOfDayTest, ReturnsNullForACopyThatDoesNotParseAndDeletesIt) {
+TEST_F(UseSamplesOfDayTest, DeletesACopyThatDoesNotParse) {
   for (const char* text : {"", "no JSON", "[{\"Power\":1},", "[1"}) {
     WriteWholeFile(samples_.plain, text);
     EXPECT_FALSE(Read()) << text;
@@ -140,7 +155,7 @@ TEST_F(ReadSamplesOfDayTest, ReturnsNullForACopyThatDoesNotParseAndDeletesIt) {
   }
 }
 
-TEST_F(ReadSamplesOfDayTest, ReturnsNullForEncryptedTextThatIsNotJson) {
+TEST_F(UseSamplesOfDayTest, DeletesTheCopyOfEncryptedTextThatIsNotJson) {
   WriteWholeFile(samples_.encrypted, Encrypted(Utf16("[{\"Power\":")));
   EXPECT_FALSE(Read());
   EXPECT_FALSE(FileExists(samples_.plain));
@@ -149,7 +164,7 @@ TEST_F(ReadSamplesOfDayTest, ReturnsNullForEncryptedTextThatIsNotJson) {
   EXPECT_FALSE(FileExists(samples_.plain));
 }
 
-TEST_F(ReadSamplesOfDayTest, ReadsALeftoverCopyWithoutAnEncryptedFile) {
+TEST_F(UseSamplesOfDayTest, ReadsALeftoverCopyWithoutAnEncryptedFile) {
   WriteWholeFile(samples_.plain, "[7]");
   const auto document = Read();
   ASSERT_TRUE(document);
@@ -158,7 +173,7 @@ TEST_F(ReadSamplesOfDayTest, ReadsALeftoverCopyWithoutAnEncryptedFile) {
   EXPECT_FALSE(FileExists(samples_.plain));
 }
 
-TEST_F(ReadSamplesOfDayTest, ReadsALeftoverCopyWhenDecryptionFails) {
+TEST_F(UseSamplesOfDayTest, ReadsALeftoverCopyWhenDecryptionFails) {
   WriteWholeFile(samples_.plain, "[7]");
   WriteWholeFile(samples_.encrypted, "!!!!");
   const auto document = Read();
@@ -168,7 +183,7 @@ TEST_F(ReadSamplesOfDayTest, ReadsALeftoverCopyWhenDecryptionFails) {
   EXPECT_FALSE(FileExists(samples_.plain));
 }
 
-TEST_F(ReadSamplesOfDayTest, ReadsACopyThatCanNeitherBeWrittenNorDeleted) {
+TEST_F(UseSamplesOfDayTest, ReadsACopyThatCanNeitherBeWrittenNorDeleted) {
   WriteWholeFile(samples_.plain, "[7]");
   WriteWholeFile(samples_.encrypted, Encrypted(Utf16("[1]")));
   {
@@ -187,24 +202,25 @@ TEST_F(ReadSamplesOfDayTest, ReadsACopyThatCanNeitherBeWrittenNorDeleted) {
   EXPECT_FALSE(FileExists(samples_.plain));
 }
 
-TEST_F(ReadSamplesOfDayTest, ReportsThePathBeforeDecryption) {
+TEST_F(UseSamplesOfDayTest, ReportsThePathBeforeDecryption) {
   WriteWholeFile(samples_.encrypted, Encrypted(Utf16("[1]")));
   bool wasThere = true;
-  const std::unique_ptr<GenericDocument> document(
-      ReadSamplesOfDay(samples_.folder.Path(), samples_.day,
-                       [&](const std::wstring&) { wasThere = FileExists(samples_.plain); }));
+  const bool hasCopy = UseSamplesOfDay(
+      samples_.folder.Path(), samples_.day,
+      [&](const std::wstring&) { wasThere = FileExists(samples_.plain); },
+      [](const std::wstring&) {});
   EXPECT_FALSE(wasThere);
-  EXPECT_TRUE(document);
+  EXPECT_TRUE(hasCopy);
 }
 
-TEST_F(ReadSamplesOfDayTest, ReturnsADocumentThatIsNotAnArrayUnchanged) {
+TEST_F(UseSamplesOfDayTest, ReadsADocumentThatIsNotAnArray) {
   WriteWholeFile(samples_.encrypted, Encrypted(Utf16("{\"Power\":1}")));
   const auto document = Read();
   ASSERT_TRUE(document);
   EXPECT_TRUE(document->IsObject());
 }
 
-TEST_F(ReadSamplesOfDayTest, ReturnsNullForMegabytesOfOpeningBrackets) {
+TEST_F(UseSamplesOfDayTest, DeletesACopyOfMegabytesOfOpeningBrackets) {
   WriteWholeFile(samples_.plain, std::string(64U << 20, '['));
   EXPECT_FALSE(Read());
   EXPECT_FALSE(FileExists(samples_.plain));
@@ -213,7 +229,14 @@ TEST_F(ReadSamplesOfDayTest, ReturnsNullForMegabytesOfOpeningBrackets) {
   EXPECT_FALSE(FileExists(samples_.plain));
 }
 
-TEST_F(ReadSamplesOfDayTest, PropagatesTheExceptionOfAFailedStatusQuery) {
+TEST_F(UseSamplesOfDayTest, DeletesTheCopyAfterAnExceptionOfItsUse) {
+  WriteWholeFile(samples_.encrypted, Encrypted(Utf16("[1]")));
+  EXPECT_THROW(static_cast<void>(Use([](const std::wstring&) { throw std::bad_alloc(); })),
+               std::bad_alloc);
+  EXPECT_FALSE(FileExists(samples_.plain));
+}
+
+TEST_F(UseSamplesOfDayTest, PropagatesTheExceptionOfAFailedStatusQuery) {
   WriteWholeFile(samples_.encrypted, Encrypted(Utf16("[]")));
   const FailingStatus failure;
   EXPECT_THROW(Read(), std::filesystem::filesystem_error);
@@ -221,7 +244,7 @@ TEST_F(ReadSamplesOfDayTest, PropagatesTheExceptionOfAFailedStatusQuery) {
 }
 
 // A hard link looks like the file itself, so the file is read and written through it.
-TEST_F(ReadSamplesOfDayTest, ReadsASampleFileThatIsAHardLink) {
+TEST_F(UseSamplesOfDayTest, ReadsASampleFileThatIsAHardLink) {
   const std::wstring other = samples_.folder.File(L"other.txt");
   WriteWholeFile(other, Encrypted(Utf16("[5]")));
   ASSERT_TRUE(CreateHardLinkW(samples_.encrypted.c_str(), other.c_str(), nullptr));
@@ -230,7 +253,7 @@ TEST_F(ReadSamplesOfDayTest, ReadsASampleFileThatIsAHardLink) {
   EXPECT_EQ((*document)[0].GetInt(), 5);
 }
 
-TEST_F(ReadSamplesOfDayTest, WritesThroughAHardLinkedCopyAndDeletesOnlyItsName) {
+TEST_F(UseSamplesOfDayTest, WritesThroughAHardLinkedCopyAndDeletesOnlyItsName) {
   const std::wstring other = samples_.folder.File(L"other.txt");
   WriteWholeFile(other, "another program's file");
   ASSERT_TRUE(CreateHardLinkW(samples_.plain.c_str(), other.c_str(), nullptr));

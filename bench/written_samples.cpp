@@ -7,6 +7,18 @@
 
 namespace Bench {
 
+namespace {
+
+std::string TimeText(const std::string& date, std::size_t second, bool isPadded) {
+  const int width = isPadded ? 2 : 1;
+  char text[64];
+  std::snprintf(text, sizeof(text), "%sT%0*zu:%0*zu:%0*zu", date.c_str(), width, second / 3600,
+                width, second / 60 % 60, width, second % 60);
+  return text;
+}
+
+}  // namespace
+
 std::string DateOfDay(int day) {
   const std::chrono::year_month_day date{std::chrono::sys_days{std::chrono::year{2026} / 6 / 1} +
                                          std::chrono::days{day}};
@@ -25,9 +37,9 @@ void WriteSamples(const std::filesystem::path& path, const WrittenSamples& sampl
     const std::size_t hundredths = samples.hasPower ? 500 + i * 7919 % 2500 : 0;
     char text[160];
     std::snprintf(text, sizeof(text),
-                  R"(%c{"TelemetryType":"PCM_SENSOR","SampleTime":"%sT%02zu:%02zu:%02zu",)"
-                  R"("Power":%zu.%02zu,"Unit":"W"})",
-                  i == 0 ? '[' : ',', date.c_str(), second / 3600, second / 60 % 60, second % 60,
+                  R"(%c{"TelemetryType":"PCM_SENSOR","SampleTime":"%s","Power":%zu.%02zu,)"
+                  R"("Unit":"W"})",
+                  i == 0 ? '[' : ',', TimeText(date, second, samples.isPadded).c_str(),
                   hundredths / 100, hundredths % 100);
     file << text;
   }

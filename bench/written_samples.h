@@ -13,6 +13,7 @@ struct WrittenSamples {
   std::size_t count = 0;
   std::int64_t secondsApart = 1;
   bool hasPower = true;  ///< otherwise each power is 0
+  bool isPadded = true;  ///< otherwise the fields of a time have one digit where that is enough
 };
 
 /// Does nothing if the file exists.

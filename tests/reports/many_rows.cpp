@@ -20,9 +20,11 @@ namespace {
 constexpr std::size_t kApplications = 400;
 constexpr std::int64_t kSecondsBetweenRounds = 2400;
 
+std::string NumberOf(std::size_t row) { return std::to_string(row % kApplications); }
+
 /// `separator` is a backslash, doubled in JSON.
 std::string AppId(std::size_t row, const std::string& separator) {
-  const std::string number = std::to_string(row % kApplications);
+  const std::string number = NumberOf(row);
   if (row % 2 == 1) return "Package.Number" + number + "_k3d8wq1zt0m6y";
   std::string path;
   for (const char* part : {"Device", "HarddiskVolume3", "Program Files", "Maker"}) {
@@ -61,8 +63,9 @@ std::string StoreOfManyRows(std::size_t count) {
   std::string text = "[";
   for (std::size_t row = 0; row < count; ++row) {
     if (row != 0) text += ',';
-    text += R"({"Name":")" + AppId(row, "\\\\") + R"(","DisplayName":"Application","TimeStamp":")" +
-            RowTime(row, last) + R"(","TotalEnergy":)" + std::to_string(row) + "}";
+    text += R"({"Name":")" + AppId(row, "\\\\") + R"(","DisplayName":"Application )" +
+            NumberOf(row) + R"(","TimeStamp":")" + RowTime(row, last) + R"(","TotalEnergy":)" +
+            std::to_string(row) + "}";
   }
   return text + "]";
 }

@@ -13,7 +13,8 @@ namespace TestSupport {
 [[nodiscard]] Zq::Gantry::Server::Services::Wattleaf::DateTime EndOfManyRows();
 
 /// `count` rows of 400 applications, executables and packages in turn. No two rows have one
-/// identity, and no row of the store is in the report. At most 400,000 rows.
+/// identity, and no row of the store is in the report. At most 400,000 rows. In the store each
+/// application has its own display name, "Application 0" to "Application 399".
 [[nodiscard]] std::string ReportOfManyRows(std::size_t count);
 [[nodiscard]] std::string StoreOfManyRows(std::size_t count);
 

@@ -15,8 +15,6 @@ namespace Zq::Gantry::Security {
 
 namespace {
 
-std::wstring_view UpToNull(std::wstring_view text) { return text.substr(0, text.find(L'\0')); }
-
 /// \w as in the standard library's expressions: letters and digits of the C library, and "_".
 bool IsWordCharacter(wchar_t character) {
   return character == L'_' || std::iswalnum(static_cast<std::wint_t>(character)) != 0;
@@ -24,6 +22,10 @@ bool IsWordCharacter(wchar_t character) {
 
 bool StartsWithDrive(std::wstring_view text) {
   return text.size() >= 2 && text[1] == L':' && IsWordCharacter(text[0]);
+}
+
+bool StartsWithWebScheme(std::wstring_view text) {
+  return text.starts_with(L'h') && (text.starts_with(L"http:") || text.starts_with(L"https:"));
 }
 
 bool StartsWithVariable(std::wstring_view text) {
@@ -58,14 +60,15 @@ std::optional<int> TryReadLimit(const LimitText& limitText, const wchar_t* name)
 
 }  // namespace
 
+// No beginning of a path contains a null character, so the shape needs no search for the first one.
 bool HasPathShape(std::wstring_view text) {
-  text = UpToNull(text);
-  return text.starts_with(L'\\') || text.starts_with(L"http:") || text.starts_with(L"https:") ||
-         StartsWithDrive(text) || StartsWithVariable(text);
+  return text.starts_with(L'\\') || StartsWithDrive(text) || StartsWithWebScheme(text) ||
+         StartsWithVariable(text);
 }
 
 bool HasTraversal(std::wstring_view text) {
-  return UpToNull(text).find(L"..") != std::wstring_view::npos;
+  const std::size_t points = text.find(L"..");
+  return points != text.npos && text.substr(0, points).find(L'\0') == text.npos;
 }
 
 bool IsClimbingPath(std::wstring_view text) { return HasPathShape(text) && HasTraversal(text); }
@@ -90,7 +93,8 @@ bool BeginsWithFromList(std::wstring_view list, std::wstring_view value) {
   if (IsClimbingPath(value)) return false;
   // Kept on purpose: every value begins with an empty item (test
   // BeginsWithFromList.AcceptsEveryValueButAClimbingPathForAnEmptyItem).
-  return HasItem(list, [value](std::wstring_view item) { return HasPrefix(value, item); });
+  LowerCase lowerCase;
+  return HasItem(list, [&](std::wstring_view item) { return HasPrefix(value, item, lowerCase); });
 }
 
 bool BeginsWithFromExpandedList(std::wstring_view list, const std::wstring& value,
@@ -99,8 +103,11 @@ bool BeginsWithFromExpandedList(std::wstring_view list, const std::wstring& valu
   if (IsClimbingPath(expanded)) return false;
   // Kept on purpose: an item that cannot be expanded is empty, and every value begins with it (test
   // BeginsWithFromExpandedList.AcceptsEveryValueForAnItemThatCannotBeExpanded).
+  std::wstring path;  // one block for all items
+  LowerCase lowerCase;
   const auto fits = [&](std::wstring_view item) {
-    return HasPrefix(expanded, expand(std::wstring(item)));
+    path = item;
+    return HasPrefix(expanded, expand(path), lowerCase);
   };
   return HasItem(list, fits, kMostExpandedItems);
 }

@@ -68,11 +68,23 @@ bool IsDeviceName(std::wstring_view path) {
 
 }  // namespace
 
+std::wint_t LowerCase::Of(wchar_t character) {
+  const auto code = static_cast<std::wint_t>(character);
+  if (code >= ofAscii_.size()) return std::towlower(code);
+  std::wint_t& lower = ofAscii_[code];
+  if (lower == 0) lower = std::towlower(code);
+  return lower;
+}
+
 bool HasPrefix(std::wstring_view text, std::wstring_view prefix) {
+  LowerCase lowerCase;
+  return HasPrefix(text, prefix, lowerCase);
+}
+
+bool HasPrefix(std::wstring_view text, std::wstring_view prefix, LowerCase& lowerCase) {
   if (text.size() < prefix.size()) return false;
-  return std::equal(prefix.begin(), prefix.end(), text.begin(), [](wchar_t first, wchar_t second) {
-    return std::towlower(static_cast<std::wint_t>(first)) ==
-           std::towlower(static_cast<std::wint_t>(second));
+  return std::equal(prefix.begin(), prefix.end(), text.begin(), [&](wchar_t first, wchar_t second) {
+    return first == second || lowerCase.Of(first) == lowerCase.Of(second);
   });
 }
 

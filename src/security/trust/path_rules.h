@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cwchar>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -22,9 +23,21 @@ inline constexpr std::array<const wchar_t*, 3> AllowedRootPaths{
 /// Marks a folder of packaged applications at the root of a drive. Compared exactly.
 inline constexpr std::wstring_view kPackagedMarker = L":\\WindowsApps\\";
 
+/// Lower-case characters as towlower returns them, which is called only once for each ASCII
+/// character. For one judgement only, since the locale may change before the next one.
+class LowerCase {
+ public:
+  [[nodiscard]] std::wint_t Of(wchar_t character);
+
+ private:
+  std::array<std::wint_t, 128> ofAscii_{};  ///< 0 for a character that was not looked up yet
+};
+
 /// Whether `text` begins with `prefix`, without regard to case (towlower on both sides). True for
-/// an empty prefix.
+/// an empty prefix. The second form is for several prefixes in one judgement.
 [[nodiscard]] bool HasPrefix(std::wstring_view text, std::wstring_view prefix);
+[[nodiscard]] bool HasPrefix(std::wstring_view text, std::wstring_view prefix,
+                             LowerCase& lowerCase);
 
 /// The packaged-application folder that `fullPath` lies in, without a closing backslash; absent if
 /// the path names none.

@@ -200,5 +200,15 @@ TEST(RuleJudges, HandleALongValueAndALongItem) {
   EXPECT_TRUE(IsContainedInList(L"x," + value, value));
 }
 
+// A judge that reads the whole value for each item would take hours.
+TEST(RuleJudges, ReadALongValueOnceForAListOfAMillionItems) {
+  const std::wstring value = L"C:\\" + std::wstring(1'000'000, L'a');
+  const std::wstring list = LateItem(1'000'000);
+  EXPECT_FALSE(IsContainedInList(list, value));
+  EXPECT_FALSE(BeginsWithFromList(list, value));
+  EXPECT_FALSE(BeginsWithFromExpandedList(list, value, [](const auto& path) { return path; }));
+  EXPECT_TRUE(BeginsWithFromList(list + L",c:\\AAA", value));
+}
+
 }  // namespace
 }  // namespace Zq::Gantry::Security

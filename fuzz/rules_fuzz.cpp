@@ -1,6 +1,6 @@
-// Any pattern against any value: matching must not fail a sanitizer, and the path guard must agree
-// with the expressions that it implements. The bytes are 16-bit characters: a pattern, a line end,
-// a value.
+// Any pattern or list against any value: matching must not fail a sanitizer, the path guard must
+// agree with the expressions that it implements, and the judges of lists with the literal form of
+// their rules. The bytes are 16-bit characters: a pattern or list, a line end, a value.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -8,6 +8,7 @@
 #include <regex>
 #include <string>
 
+#include "security/access/literal_rules.h"
 #include "security/access/rule_judges.h"
 #include "security/pattern/pattern.h"
 
@@ -43,6 +44,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const auto compiled = Pattern::TryCompile(pattern);
   const bool isMatch = compiled && compiled->Matches(value);
   if (PassesRegex(pattern, value) != (isMatch && !isRejected)) std::abort();
-  if (IsContainedInList(pattern, value) && !BeginsWithFromList(pattern, value)) std::abort();
+
+  const auto [isClimbing, isContained, isBegun] = TestSupport::LiteralAnswers(pattern, value);
+  if (isRejected != isClimbing) std::abort();
+  if (IsContainedInList(pattern, value) != isContained) std::abort();
+  if (BeginsWithFromList(pattern, value) != isBegun) std::abort();
   return 0;
 }

@@ -14,10 +14,11 @@ bool IsExponentMark(char c) { return c == 'e' || c == 'E'; }
 
 /// Whether the digits that begin at `begin` are those of an exponent, or look like it.
 bool FollowExponentMark(std::string_view text, std::size_t begin) {
-  if (begin == 0) return false;
+  // Digits that began before the kept bytes were looked at with the buffer before.
+  if (begin < 2) return false;
   const char before = text[begin - 1];
   if (IsExponentMark(before)) return true;
-  return (before == '+' || before == '-') && begin > 1 && IsExponentMark(text[begin - 2]);
+  return (before == '+' || before == '-') && IsExponentMark(text[begin - 2]);
 }
 
 /// Whether an exponent may have more digits than the parser bears. A run of so many digits covers

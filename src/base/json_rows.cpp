@@ -40,7 +40,7 @@ class RowCollector {
   }
 
   bool Key(const char* text, rapidjson::SizeType length, bool) {
-    if (depth_ != kMemberDepth || !isArray_ || !isObject_) return true;
+    if (depth_ != kMemberDepth) return true;
     field_ = kNoField;
     const std::string_view name(text, length);
     for (std::size_t i = 0; i < names_.size(); ++i) {
@@ -52,8 +52,11 @@ class RowCollector {
     return true;
   }
 
-  bool StartObject() { return Open(/*isObject=*/true); }
-  bool StartArray() { return Open(/*isObject=*/false); }
+  bool StartObject() { return Open(); }
+  bool StartArray() {
+    if (depth_ == 0) isArray_ = true;
+    return Open();
+  }
   bool EndObject(rapidjson::SizeType) { return Close(); }
   bool EndArray(rapidjson::SizeType) { return Close(); }
 
@@ -73,9 +76,7 @@ class RowCollector {
     return true;
   }
 
-  bool Open(bool isObject) {
-    if (depth_ == 0) isArray_ = !isObject;
-    if (depth_ == kElementDepth) isObject_ = isObject;
+  bool Open() {
     ++depth_;
     return true;
   }
@@ -101,8 +102,7 @@ class RowCollector {
   std::vector<Field> fields_;
   std::size_t field_ = kNoField;  ///< the one that the next value belongs to
   int depth_ = 0;
-  bool isArray_ = false;   ///< the root
-  bool isObject_ = false;  ///< the current element
+  bool isArray_ = false;  ///< the root
 };
 
 }  // namespace

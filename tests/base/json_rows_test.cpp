@@ -166,6 +166,26 @@ TEST(ReadJsonRows, StartsAgainForAFileThatNeedsCare) {
   EXPECT_EQ(sink.rows, (ShownRows{{"string a", "null"}, {"string e1234567890", "null"}}));
 }
 
+TEST(ReadJsonRows, ReadsALargeFileOfShortValuesOnce) {
+  class BeginSink : public ShownRowSink {
+   public:
+    void Begin() override { ++begins; }
+    void Take(JsonRow) override {}
+    int begins = 0;
+  };
+  // More than the two mebibytes that may pass without a value.
+  const ScratchFolder folder;
+  TestSupport::WriteBytes(folder.File("rows.json"), "[" + Repeated("1234567,", 400'000) + "0]");
+  BeginSink sink;
+  EXPECT_EQ(ReadJsonRows(folder.File("rows.json").wstring(), kNames, sink), JsonRowsOutcome::kRows);
+  EXPECT_EQ(sink.begins, 1);
+}
+
+TEST(ReadJsonRows, CannotReadAFileWithRubbishInALaterBuffer) {
+  EXPECT_EQ(Read("[1]" + std::string(70'000, ' ') + "e1234567890").outcome,
+            JsonRowsOutcome::kUnreadable);
+}
+
 TEST(ReadJsonRows, LetsTheSinksExceptionPass) {
   class ThrowingSink : public ShownRowSink {
    public:

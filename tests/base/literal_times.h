@@ -1,0 +1,54 @@
+#pragma once
+
+#include <array>
+#include <bit>
+#include <cstdint>
+#include <cstdio>
+#include <string>
+
+#include "base/date_text.h"
+#include "base/date_time_text.h"
+#include "base/local_calendar.h"
+#include "base/time_reader.h"
+
+// What TimeReader must return for each text: the functions whose results it promises.
+namespace TestSupport {
+
+namespace Wattleaf = Zq::Gantry::Server::Services::Wattleaf;
+
+[[nodiscard]] inline Wattleaf::LocalTime LiteralTime(const char* text, const char* format) {
+  Wattleaf::LocalTime time;
+  time.instant = Wattleaf::InstantOf(Wattleaf::ParseDateTime(time.fields, text, format));
+  return time;
+}
+
+[[nodiscard]] inline Wattleaf::LocalTime LiteralTime(const wchar_t* text) {
+  Wattleaf::LocalTime time;
+  time.instant = Wattleaf::InstantOf(Wattleaf::ParseWideDateTime(time.fields, text));
+  return time;
+}
+
+/// Whether all nine fields and the instants agree.
+[[nodiscard]] inline bool IsSame(const Wattleaf::LocalTime& left,
+                                 const Wattleaf::LocalTime& right) {
+  using Fields = std::array<std::int32_t, 9>;
+  return std::bit_cast<Fields>(left.fields) == std::bit_cast<Fields>(right.fields) &&
+         left.instant == right.instant;
+}
+
+/// "2025-03-29 00:00:00 dst 0, day 6, 87 of the year, instant 1743202800".
+[[nodiscard]] inline std::string Text(const Wattleaf::LocalTime& time) {
+  return Text(time.fields) + ", day " + std::to_string(time.fields.tm_wday) + ", " +
+         std::to_string(time.fields.tm_yday) + " of the year, instant " +
+         std::to_string(time.instant);
+}
+
+/// A date and time of day in kSampleTimeFormat, as they would be written.
+[[nodiscard]] inline std::string SampleTimeText(const Wattleaf::DateTime& time) {
+  std::array<char, 96> text{};
+  std::snprintf(text.data(), text.size(), "%04d-%02d-%02dT%02d:%02d:%02d", time.tm_year + 1900,
+                time.tm_mon + 1, time.tm_mday, time.tm_hour, time.tm_min, time.tm_sec);
+  return text.data();
+}
+
+}  // namespace TestSupport

@@ -42,6 +42,45 @@ std::string SpellOutTime(const char* format) {
   return result;
 }
 
+/// Whether every C library prints the same: they disagree about years of fewer than four digits,
+/// and some print nothing for second 60.
+bool HasOneText(const DateTime& time) {
+  return IsInCalendar(time) && time.tm_year >= 1000 - 1900 && time.tm_sec <= 59;
+}
+
+/// Appends `value` as `count` digits. Returns the end of the text.
+char* AppendDigits(char* end, std::int32_t value, int count) {
+  for (int i = count - 1; i >= 0; --i) {
+    end[i] = static_cast<char>('0' + value % 10);
+    value /= 10;
+  }
+  return end + count;
+}
+
+char* AppendDate(char* end, const DateTime& time) {
+  end = AppendDigits(end, time.tm_year + 1900, 4);
+  *end++ = '-';
+  end = AppendDigits(end, time.tm_mon + 1, 2);
+  *end++ = '-';
+  return AppendDigits(end, time.tm_mday, 2);
+}
+
+char* AppendTimeOfDay(char* end, const DateTime& time) {
+  end = AppendDigits(end, time.tm_hour, 2);
+  *end++ = ':';
+  end = AppendDigits(end, time.tm_min, 2);
+  *end++ = ':';
+  return AppendDigits(end, time.tm_sec, 2);
+}
+
+std::string_view Written(const DateBuffer& buffer, const char* end) {
+  return {buffer.data(), static_cast<std::size_t>(end - buffer.data())};
+}
+
+std::string_view CopyInto(DateBuffer& buffer, const std::string& text) {
+  return {buffer.data(), text.copy(buffer.data(), buffer.size())};
+}
+
 /// The part of `text` that is read; the whole may be as long as a file. The stream skips leading
 /// blanks, and no format of this library reads more than `kMostCharsRead` characters after them.
 template <typename Char>
@@ -82,6 +121,22 @@ std::string FormatDateTime(const DateTime& time, const char* format) {
   std::array<char, kTextBufferChars> buffer{};
   const std::string spelled = SpellOutTime(format);
   return {buffer.data(), std::strftime(buffer.data(), buffer.size(), spelled.c_str(), &fields)};
+}
+
+std::string_view WriteTimeStamp(const DateTime& time, DateBuffer& buffer) {
+  if (!HasOneText(time)) {
+    return CopyInto(buffer, FormatDateTime(time, kTimeStampFormat));
+  }
+  char* end = AppendDate(buffer.data(), time);
+  *end++ = ':';
+  return Written(buffer, AppendTimeOfDay(end, time));
+}
+
+std::string_view WriteDate(const DateTime& time, DateBuffer& buffer) {
+  if (!HasOneText(time)) {
+    return CopyInto(buffer, FormatDateTime(time, kDateFormat));
+  }
+  return Written(buffer, AppendDate(buffer.data(), time));
 }
 
 std::string FormatLogTime(const DateTime& time) { return FormatDateTime(time, "%T %d-%m-%Y"); }

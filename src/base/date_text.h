@@ -1,6 +1,8 @@
 #pragma once
 
+#include <array>
 #include <string>
+#include <string_view>
 
 #include "base/calendar.h"
 
@@ -21,6 +23,16 @@ inline constexpr char kTimeStampFormat[] = "%Y-%m-%d:%T";
 /// The time in `format`. "%T" works with every C library; names of days and months follow its
 /// locale. Empty for a null format, a field outside its range, and a text of more than 511 bytes.
 [[nodiscard]] std::string FormatDateTime(const DateTime& time, const char* format);
+
+/// Space for the longest text of WriteTimeStamp and WriteDate.
+using DateBuffer = std::array<char, 20>;
+
+/// What FormatDateTime returns for kTimeStampFormat, in `buffer`: for texts that are written once a
+/// row.
+[[nodiscard]] std::string_view WriteTimeStamp(const DateTime& time, DateBuffer& buffer);
+
+/// The same for kDateFormat.
+[[nodiscard]] std::string_view WriteDate(const DateTime& time, DateBuffer& buffer);
 
 /// The time in the format "%T %d-%m-%Y"; empty for a field outside its range.
 [[nodiscard]] std::string FormatLogTime(const DateTime& time);

@@ -82,6 +82,37 @@ TEST(FormatDateTime, IsEmptyWithoutAFormat) {
   EXPECT_EQ(FormatDateTime(Afternoon(), ""), "");
 }
 
+TEST(WriteTimeStamp, WritesTheDateBeforeTheTimeOfDay) {
+  DateBuffer buffer;
+  EXPECT_EQ(WriteTimeStamp(Afternoon(), buffer), "2024-03-01:14:05:09");
+}
+
+TEST(WriteDate, WritesTheDate) {
+  DateBuffer buffer;
+  EXPECT_EQ(WriteDate(Afternoon(), buffer), "2024-03-01");
+}
+
+TEST(WriteTimeStamp, IsEmptyForAFieldOutsideTheCalendar) {
+  DateBuffer buffer;
+  for (const auto& [label, field, value] : kOutsideTheCalendar) {
+    DateTime time = Afternoon();
+    time.*field = value;
+    EXPECT_EQ(WriteTimeStamp(time, buffer), "") << label;
+    EXPECT_EQ(WriteDate(time, buffer), "") << label;
+  }
+}
+
+TEST(WriteTimeStamp, WritesWhatTheCLibraryPrints) {
+  DateBuffer buffer;
+  for (const std::int32_t year : {-1900, -1899, -1801, -1800, -901, -900, 0, 124, 1100, 8099}) {
+    for (std::int32_t i = 0; i < 366; ++i) {
+      const DateTime time{i % 61, (i * 7) % 60, i % 24, i % 31 + 1, i % 12, year, i % 7, i, i % 2};
+      ASSERT_EQ(WriteTimeStamp(time, buffer), FormatDateTime(time, kTimeStampFormat)) << year;
+      ASSERT_EQ(WriteDate(time, buffer), FormatDateTime(time, kDateFormat)) << year;
+    }
+  }
+}
+
 TEST(FormatDateWide, PrintsTheDate) {
   EXPECT_EQ(FormatDateWide(Afternoon()), L"2024-03-01");
   EXPECT_EQ(FormatDateWide(LocalTime(1999, 12, 31)), L"1999-12-31");

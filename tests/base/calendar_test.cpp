@@ -73,6 +73,40 @@ TEST(DateTimeOrder, ComparesInstantsAndDoesNotNormaliseKeys) {
   EXPECT_EQ(Text(days.begin()->first), "2023-02-31 00:00:00 dst 0");
 }
 
+TEST(DateTimeOrder, ComparesFieldsOutsideTheirRangeByTheirInstants) {
+  // Each is written as another day than it is.
+  EXPECT_TRUE(LocalTime(2024, 3, 20) < LocalTime(2024, 3, 1, 24 * 30));
+  EXPECT_TRUE(LocalTime(2024, 3, 20) < LocalTime(2024, 3, 1, 0, 1440 * 30));
+  EXPECT_TRUE(LocalTime(2024, 3, 20) < LocalTime(2024, 3, 1, 0, 0, 86400 * 30));
+  EXPECT_TRUE(LocalTime(2024, 3, 20) < LocalTime(2024, 3, 60));
+  EXPECT_TRUE(LocalTime(2024, 3, 20) < LocalTime(2023, 16, 1));
+  EXPECT_TRUE(LocalTime(2024, 3, 1, -24 * 30) < LocalTime(2024, 2, 20));
+  EXPECT_TRUE(LocalTime(2024, 3, 1, 0, -1440 * 30) < LocalTime(2024, 2, 20));
+  EXPECT_TRUE(LocalTime(2024, 3, 1, 0, 0, -86400 * 30) < LocalTime(2024, 2, 20));
+  EXPECT_TRUE(LocalTime(2024, 3, -30) < LocalTime(2024, 2, 20));
+  EXPECT_TRUE(LocalTime(2025, -3, 1) < LocalTime(2024, 12, 20));
+}
+
+TEST(DateTimeOrder, DoesNotOrderTimesOutsideTheCalendar) {
+  const DateTime early = LocalTime(1901, 1, 1);
+  const DateTime late = LocalTime(3500, 1, 1);
+  EXPECT_FALSE(early < late);
+  EXPECT_FALSE(late < early);
+  EXPECT_TRUE(late < LocalTime(2024, 3, 1));
+  EXPECT_FALSE(LocalTime(2024, 3, 1) < late);
+  EXPECT_TRUE(late < LocalTime(1970, 1, 1));
+  EXPECT_TRUE(LocalTime(3002, 1, 1) < LocalTime(2999, 12, 31));
+}
+
+TEST(DateTimeOrder, ComparesDatesOfEveryDistance) {
+  const DateTime day = LocalTime(2024, 2, 27);
+  for (int distance = 1; distance < 800; ++distance) {
+    const DateTime other = LocalTimeOf(InstantOf(day) + distance * kSecondsPerDay);
+    EXPECT_TRUE(day < other) << distance;
+    EXPECT_FALSE(other < day) << distance;
+  }
+}
+
 TEST(AddDays, GoesBackAWeekAndKeepsHourZero) {
   DateTime from = LocalTime(2024, 3, 4);
   DateTime result = LocalTime(1999, 9, 9, 9, 9, 9, 1);

@@ -19,7 +19,7 @@ constexpr std::size_t kStreamBufferBytes = 65536;
 
 GenericDocument* LoadJsonDocument(const std::wstring& path, const JsonLimits& limits) {
   std::unique_ptr<GenericDocument> document;
-  const bool isRead = ReadJsonFile(path, limits.fileBytes, [&](auto& stream) {
+  const bool isRead = ReadJsonFile(path, limits.fileBytes, [&](JsonFileStream& stream) {
     document = std::make_unique<GenericDocument>();
     bool isParsed = false;
     auto parse = [&](GenericDocument& target) {

@@ -39,12 +39,13 @@ bool MayHaveLongExponent(std::string_view text) {
 
 }  // namespace
 
-JsonFileStream::JsonFileStream(std::FILE* file, std::size_t limitBytes)
+JsonFileStream::JsonFileStream(std::FILE* file, std::size_t limitBytes, JsonCheck check)
     : memory_(std::make_unique_for_overwrite<char[]>(kKeptBytes + kBufferBytes + 1)),
       next_(Buffer()),
       last_(Buffer()),
       file_(file),
       limitBytes_(limitBytes) {
+  if (check == JsonCheck::kExact) guard_.emplace();
   std::fill_n(memory_.get(), kKeptBytes, '\0');
   Refill();
 }
@@ -62,15 +63,26 @@ void JsonFileStream::Refill() {
     atEnd_ = true;
   }
   bytesSinceValue_ += bufferedBytes_;
-  refused_ = bytesBefore_ + bufferedBytes_ > limitBytes_;
-  needsCare_ = bytesSinceValue_ > kMostBytesWithoutValue ||
-               MayHaveLongExponent({memory_.get(), kKeptBytes + bufferedBytes_});
-  if (refused_ || needsCare_) EndText();
+  CheckBuffer();
 }
 
-void JsonFileStream::EndText() {
-  next_ = last_ = Buffer();
-  *next_ = '\0';
+void JsonFileStream::CheckBuffer() {
+  refused_ = bytesBefore_ + bufferedBytes_ > limitBytes_;
+  if (refused_) return EndTextAfter(0);
+  if (guard_) {
+    const std::size_t accepted = guard_->Accept({Buffer(), bufferedBytes_});
+    refused_ = guard_->HasBrokenLimit();
+    if (refused_) EndTextAfter(accepted);
+    return;
+  }
+  needsCare_ = bytesSinceValue_ > kMostBytesWithoutValue ||
+               MayHaveLongExponent({memory_.get(), kKeptBytes + bufferedBytes_});
+  if (needsCare_) EndTextAfter(0);
+}
+
+void JsonFileStream::EndTextAfter(std::size_t bytes) {
+  last_ = Buffer() + bytes;
+  *last_ = '\0';
   atEnd_ = true;
 }
 

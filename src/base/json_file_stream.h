@@ -3,25 +3,34 @@
 #include <cstddef>
 #include <cstdio>
 #include <memory>
+#include <optional>
+
+#include "base/json_text_guard.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
-/// RapidJSON's input stream over a file, as fast as the parser's own: it looks at each buffer once
-/// and at no single character. It cannot know where in a buffer strings begin. If a buffer may
-/// break one of the limits on strings and exponents, the text ends before it and NeedsCare() is
-/// true; the file is then read again through GuardedJsonStream, which decides.
+/// How a stream checks the limits on strings and exponents (json_limits.h).
+enum class JsonCheck {
+  kQuick,  ///< as fast as the parser's own stream, without knowing where strings begin
+  kExact,  ///< follows each character
+};
+
+/// RapidJSON's input stream over a file. Checks each buffer once, before the parser gets it. If the
+/// quick check cannot rule out that a buffer breaks a limit, the text ends before it and
+/// NeedsCare() is true: the file is to be read again with the exact check.
 class JsonFileStream {
  public:
   using Ch = char;
 
   /// Reads `file`, which is borrowed, from its current position. `limitBytes` counts from there.
-  JsonFileStream(std::FILE* file, std::size_t limitBytes);
+  JsonFileStream(std::FILE* file, std::size_t limitBytes, JsonCheck check);
 
-  /// True after the text ended because the file has more than `limitBytes`: it may grow while it is
-  /// read.
+  /// True after the text was cut off at a broken limit, or because the file has more than
+  /// `limitBytes`: it may grow while it is read. A parser that reports success may have read a
+  /// shorter text, so callers check this too.
   [[nodiscard]] bool Refused() const { return refused_; }
-  /// True after the text ended before a buffer that only GuardedJsonStream can judge. What was
-  /// parsed so far must be dropped.
+  /// True after the text ended before a buffer that only the exact check can judge. What was parsed
+  /// so far must be dropped.
   [[nodiscard]] bool NeedsCare() const { return needsCare_; }
 
   /// The parser has finished a string or another value, so that no string is longer than what is
@@ -59,7 +68,9 @@ class JsonFileStream {
 
   [[nodiscard]] char* Buffer() const { return memory_.get() + kKeptBytes; }
   void Refill();
-  void EndText();
+  void CheckBuffer();
+  /// Ends the text `bytes` after the start of the buffer.
+  void EndTextAfter(std::size_t bytes);
 
   std::unique_ptr<char[]> memory_;  ///< the kept bytes, the buffer, and a closing zero
   char* next_;                      ///< the next character
@@ -69,6 +80,7 @@ class JsonFileStream {
   std::size_t bufferedBytes_ = 0;
   std::size_t bytesBefore_ = 0;  ///< read before this buffer
   std::size_t bytesSinceValue_ = 0;
+  std::optional<JsonTextGuard> guard_;  ///< of the exact check
   bool atEnd_ = false;
   bool refused_ = false;
   bool needsCare_ = false;

@@ -6,7 +6,6 @@
 #include <cstdio>
 #include <string>
 
-#include "base/guarded_json_stream.h"
 #include "base/json_file_stream.h"
 #include "base/json_limits.h"
 #include "base/wide_file.h"
@@ -17,14 +16,14 @@ namespace Zq::Gantry::Server::Services::Wattleaf {
 
 /// Passes the parser's events on to `Target`, which is a handler too. Ends the parse, by returning
 /// false, before a text would use up the stack or the memory of the process.
-template <typename Stream, typename Target>
+template <typename Target>
 class GuardedJsonHandler {
  public:
   using Ch = char;
   using Size = rapidjson::SizeType;
 
   /// Borrows both.
-  GuardedJsonHandler(Stream& stream, Target& target, std::size_t mostOpenValues)
+  GuardedJsonHandler(JsonFileStream& stream, Target& target, std::size_t mostOpenValues)
       : stream_(stream), target_(target), mostOpenValues_(mostOpenValues) {}
 
   [[nodiscard]] bool Null() { return Count() && target_.Null(); }
@@ -63,7 +62,7 @@ class GuardedJsonHandler {
     return ++values_ <= kMostJsonValues && ++openValues_ <= mostOpenValues_;
   }
 
-  Stream& stream_;
+  JsonFileStream& stream_;
   Target& target_;
   const std::size_t mostOpenValues_;
   int depth_ = 0;
@@ -73,16 +72,16 @@ class GuardedJsonHandler {
 
 /// Parses the whole text of `stream` into `target`. False if the text is not JSON or breaks a
 /// limit.
-template <typename Stream, typename Target>
-[[nodiscard]] bool ParseJson(Stream& stream, Target& target, std::size_t mostOpenValues) {
-  GuardedJsonHandler<Stream, Target> handler(stream, target, mostOpenValues);
+template <typename Target>
+[[nodiscard]] bool ParseJson(JsonFileStream& stream, Target& target, std::size_t mostOpenValues) {
+  GuardedJsonHandler<Target> handler(stream, target, mostOpenValues);
   rapidjson::Reader reader;
   return !reader.Parse(stream, handler).IsError() && !stream.Refused();
 }
 
 /// Opens a file and returns the result of `parse(stream)`; false if the file cannot be opened or is
-/// larger than `largestBytes`. `parse` may be called a second time, with another type of stream,
-/// and then starts from nothing again.
+/// larger than `largestBytes`. `parse` may be called a second time, and then starts from nothing
+/// again.
 template <typename Parse>
 [[nodiscard]] bool ReadJsonFile(const std::wstring& path, std::size_t largestBytes, Parse parse) {
   const UniqueFile file = OpenForReading(path);
@@ -90,14 +89,13 @@ template <typename Parse>
   const std::int64_t length = LengthBytes(file.get());
   if (length < 0 || static_cast<std::uint64_t>(length) > largestBytes) return false;
 
-  JsonFileStream fast(file.get(), largestBytes);
-  const bool isRead = parse(fast);
-  if (!fast.NeedsCare()) return isRead;
+  JsonFileStream quick(file.get(), largestBytes, JsonCheck::kQuick);
+  const bool isRead = parse(quick);
+  if (!quick.NeedsCare()) return isRead;
 
   std::rewind(file.get());
-  char buffer[4096];
-  GuardedJsonStream careful(file.get(), buffer, sizeof(buffer), largestBytes);
-  return parse(careful);
+  JsonFileStream exact(file.get(), largestBytes, JsonCheck::kExact);
+  return parse(exact);
 }
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -110,7 +110,7 @@ class RowCollector {
 JsonRowsOutcome ReadJsonRows(const std::wstring& path, std::span<const std::string_view> names,
                              JsonRowSink& sink, const JsonLimits& limits) {
   bool isArray = false;
-  const bool isRead = ReadJsonFile(path, limits.fileBytes, [&](auto& stream) {
+  const bool isRead = ReadJsonFile(path, limits.fileBytes, [&](JsonFileStream& stream) {
     sink.Begin();
     RowCollector collector(names, sink);
     const bool isParsed = ParseJson(stream, collector, limits.openValues);

@@ -4,11 +4,9 @@
 
 #include <memory>
 
-#include "base/guarded_json_stream.h"
 #include "base/json_document.h"
 #include "base/scratch_folder.h"
 #include "base/text_builders.h"
-#include "base/wide_file.h"
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 using TestSupport::Repeated;
@@ -119,19 +117,4 @@ TEST(LoadJsonDocument, ReadsStringsThatLookLikeExponents) {
   const auto document = LoadText(R"(["1e-2147483639","\\",{"\"e99999999999":"e1234567890"}])");
   ASSERT_TRUE(document);
   EXPECT_STREQ((*document)[0].GetString(), "1e-2147483639");
-}
-
-TEST(GuardedJsonStream, StopsWhenAGrowingFileExceedsTheLimit) {
-  const ScratchFolder folder;
-  TestSupport::WriteBytes(folder.File("text.json"), "[1,2,3]");
-  const UniqueFile file = OpenForReading(folder.File("text.json").wstring());
-  ASSERT_TRUE(file);
-  char buffer[8];
-  GuardedJsonStream stream(file.get(), buffer, sizeof(buffer), 4);
-  for (const char expected : {'[', '1', ',', '2'}) EXPECT_EQ(stream.Take(), expected);
-  EXPECT_FALSE(stream.Refused());
-  stream.Take();
-  EXPECT_TRUE(stream.Refused());
-  EXPECT_EQ(stream.Peek(), '\0');
-  EXPECT_EQ(stream.Take(), '\0');
 }

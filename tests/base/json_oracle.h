@@ -2,15 +2,15 @@
 
 #include <rapidjson/document.h>
 
+#include <algorithm>
 #include <memory>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "base/guarded_json_stream.h"
+#include "base/character_stream.h"
 #include "base/json_document.h"
-#include "base/json_parse.h"
 #include "base/json_rows.h"
 #include "base/wide_file.h"
 
@@ -18,24 +18,31 @@
 // from a document.
 namespace TestSupport {
 
-/// LoadJsonDocument through GuardedJsonStream alone.
-[[nodiscard]] inline std::unique_ptr<Zq::Gantry::Server::Services::Wattleaf::GenericDocument>
-DocumentByCharacters(const std::wstring& path,
-                     const Zq::Gantry::Server::Services::Wattleaf::JsonLimits& limits = {}) {
-  using namespace Zq::Gantry::Server::Services::Wattleaf;
-  const UniqueFile file = OpenForReading(path);
+/// Arrays and objects inside each other, the outermost included.
+[[nodiscard]] inline int NestingOf(const rapidjson::Value& value) {
+  int deepest = 0;
+  if (value.IsArray()) {
+    for (const auto& element : value.GetArray()) deepest = std::max(deepest, NestingOf(element));
+  } else if (value.IsObject()) {
+    for (const auto& member : value.GetObject()) {
+      deepest = std::max(deepest, NestingOf(member.value));
+    }
+  } else {
+    return 0;
+  }
+  return deepest + 1;
+}
+
+/// LoadJsonDocument for texts of fewer values than its limits.
+[[nodiscard]] inline std::unique_ptr<Wattleaf::GenericDocument> DocumentByCharacters(
+    const std::wstring& path) {
+  const Wattleaf::UniqueFile file = Wattleaf::OpenForReading(path);
   if (!file) return nullptr;
-  const std::int64_t length = LengthBytes(file.get());
-  if (length < 0 || static_cast<std::uint64_t>(length) > limits.fileBytes) return nullptr;
   char buffer[65536];
-  GuardedJsonStream stream(file.get(), buffer, sizeof(buffer), limits.fileBytes);
-  auto document = std::make_unique<GenericDocument>();
-  bool isParsed = false;
-  auto parse = [&](GenericDocument& target) {
-    return isParsed = ParseJson(stream, target, limits.openValues);
-  };
-  document->Populate(parse);
-  return isParsed ? std::move(document) : nullptr;
+  CharacterStream stream(file.get(), buffer, sizeof(buffer), Wattleaf::kLargestDataFileBytes);
+  auto document = std::make_unique<Wattleaf::GenericDocument>();
+  if (document->ParseStream(stream).HasParseError() || stream.Refused()) return nullptr;
+  return NestingOf(*document) <= Wattleaf::kDeepestJsonNesting ? std::move(document) : nullptr;
 }
 
 /// One member of a row as text: "null", "string ...", "number ..." with its exact value, "other".
@@ -56,8 +63,7 @@ using ShownRows = std::vector<std::vector<std::string>>;
   for (const rapidjson::Value& element : root.GetArray()) {
     std::vector<std::string>& row = rows.emplace_back();
     for (const std::string_view name : names) {
-      const rapidjson::Value* member =
-          Zq::Gantry::Server::Services::Wattleaf::TryMember(element, std::string(name).c_str());
+      const rapidjson::Value* member = Wattleaf::TryMember(element, std::string(name).c_str());
       row.push_back(member != nullptr ? ShownMember(*member) : "null");
     }
   }
@@ -65,10 +71,10 @@ using ShownRows = std::vector<std::vector<std::string>>;
 }
 
 /// Keeps all rows of a file.
-class ShownRowSink : public Zq::Gantry::Server::Services::Wattleaf::JsonRowSink {
+class ShownRowSink : public Wattleaf::JsonRowSink {
  public:
   void Begin() override { rows.clear(); }
-  void Take(Zq::Gantry::Server::Services::Wattleaf::JsonRow row) override {
+  void Take(Wattleaf::JsonRow row) override {
     std::vector<std::string>& shown = rows.emplace_back();
     for (const rapidjson::Value& value : row) shown.push_back(ShownMember(value));
   }

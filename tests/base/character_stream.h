@@ -5,26 +5,26 @@
 #include <cstddef>
 #include <cstdio>
 
-namespace Zq::Gantry::Server::Services::Wattleaf {
+#include "base/json_limits.h"
 
-/// RapidJSON's file stream, cut off at a string or an exponent that is longer than its limit
-/// (json_limits.h), and after `limitBytes`, since a file may grow while it is read. Looks at each
-/// character; only the few files that JsonFileStream cannot judge are read through it.
-class GuardedJsonStream {
+namespace TestSupport {
+
+namespace Wattleaf = Zq::Gantry::Server::Services::Wattleaf;
+
+/// RapidJSON's file stream, cut off at a string or an exponent that is longer than its limit.
+/// Looks at each character that the parser takes: the plain way to do it.
+class CharacterStream {
  public:
   using Ch = char;
 
   /// Reads `file` from its current position through `buffer`, which has at least 4 bytes. Borrows
   /// both for its own life. `limitBytes` counts from that position.
-  GuardedJsonStream(std::FILE* file, char* buffer, std::size_t bufferBytes, std::size_t limitBytes)
+  CharacterStream(std::FILE* file, char* buffer, std::size_t bufferBytes, std::size_t limitBytes)
       : stream_(file, buffer, bufferBytes), limitBytes_(limitBytes) {}
 
   /// True after the text was cut off. A parser that reports success may then have read a shorter
   /// text, so callers check this too.
   [[nodiscard]] bool Refused() const { return refused_; }
-
-  /// Nothing depends on where values end: each character is looked at.
-  void EndValue() {}
 
   // RapidJSON's concept of an input stream. The text ends at the first zero byte.
   [[nodiscard]] Ch Peek() const { return refused_ ? '\0' : stream_.Peek(); }
@@ -59,4 +59,43 @@ class GuardedJsonStream {
   std::size_t stringBytes_ = 0;
 };
 
-}  // namespace Zq::Gantry::Server::Services::Wattleaf
+inline void CharacterStream::Follow(Ch c) {
+  if (inString_) {
+    FollowString(c);
+  } else if (c == '"') {
+    inString_ = true;
+    stringBytes_ = 0;
+    inExponent_ = false;
+  } else {
+    FollowNumber(c);
+  }
+  if (stream_.Tell() > limitBytes_) refused_ = true;
+}
+
+inline void CharacterStream::FollowString(Ch c) {
+  if (escaped_) {
+    escaped_ = false;
+  } else if (c == '\\') {
+    escaped_ = true;
+  } else if (c == '"') {
+    inString_ = false;
+    return;
+  }
+  if (++stringBytes_ > Wattleaf::kLongestJsonStringBytes) refused_ = true;
+}
+
+inline void CharacterStream::FollowNumber(Ch c) {
+  if (c == 'e' || c == 'E') {
+    inExponent_ = true;
+    exponentDigits_ = 0;
+  } else if (inExponent_ && c >= '0' && c <= '9') {
+    // One digit early: the parser uses a digit as soon as it has taken it.
+    if (++exponentDigits_ == Wattleaf::kMostExponentDigits && stream_.Peek() >= '0' &&
+        stream_.Peek() <= '9')
+      refused_ = true;
+  } else if (c != '+' && c != '-') {
+    inExponent_ = false;
+  }
+}
+
+}  // namespace TestSupport

@@ -2,15 +2,18 @@
 // on disk. Encryption and the checks of the files' status belong to Windows and are not part of it.
 #include <algorithm>
 #include <fstream>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "base/date_text.h"
 #include "base/json_document.h"
+#include "base/json_rows.h"
 #include "base/local_calendar.h"
 #include "ledger/day_energy.h"
 #include "ledger/power_ledger.h"
+#include "ledger/sample_energy.h"
 #include "ledger/series.h"
 #include "operation.h"
 #include "raw_parsers.h"
@@ -47,13 +50,14 @@ struct DataFolder {
     Bench::WriteSamples(Of(Bench::DateOfDay(samples.day) + ".json"), samples);
   }
 
-  std::unique_ptr<GenericDocument> Read(const DateTime& day) {
+  /// A DayReader.
+  bool Read(const DateTime& day, JsonRowSink& sink) {
     const Path path = Samples(day);
     if (std::ranges::find(discarded, path) != discarded.end() || !std::filesystem::exists(path)) {
-      return std::make_unique<GenericDocument>(rapidjson::kArrayType);
+      return false;
     }
     readFiles.push_back(path);
-    return std::unique_ptr<GenericDocument>(LoadJsonDocument(path.wstring()));
+    return ReadJsonRows(path.wstring(), kSampleMembers, sink) == JsonRowsOutcome::kRows;
   }
 };
 
@@ -67,7 +71,7 @@ bool ParseAll(const Paths& paths) {
 
 float EnergyOfDay(DataFolder& folder, const DateTime& day) {
   folder.readFiles.clear();
-  return DayEnergyWh(day, [&](const DateTime& wanted) { return folder.Read(wanted); });
+  return DayEnergyWh(day, std::bind_front(&DataFolder::Read, &folder));
 }
 
 Paths FilesAround(const DataFolder& folder, int day) {
@@ -101,7 +105,7 @@ const Bench::Registration neighboursRaw{{"day-and-neighbours/raw", PrepareThreeD
 // The chart of the last twelve hours, at half past nine.
 
 std::map<int, float> EnergyByHour(DataFolder& folder, const DateTime& day) {
-  return HourlyEnergyWh(folder.Read(day).get());
+  return HourlyEnergyWh(day, std::bind_front(&DataFolder::Read, &folder));
 }
 
 bool HourlyChart() {
@@ -127,7 +131,7 @@ bool Pass(DataFolder& folder) {
     LoadLedger(*document, OldestDay(today), ledger);
   }
   const auto energyOf = [&](const DateTime& day) {
-    return DayEnergyWh(day, [&](const DateTime& wanted) { return folder.Read(wanted); });
+    return DayEnergyWh(day, std::bind_front(&DataFolder::Read, &folder));
   };
   const auto discard = [&](const DateTime& day) {
     folder.discarded.push_back(folder.Samples(day));

@@ -12,6 +12,7 @@
 
 #include "base/calendar.h"
 #include "base/json_document.h"
+#include "base/json_rows.h"
 #include "catalogue/installed_apps.h"
 #include "collection/collector_status.h"
 #include "collection/data_collector.h"
@@ -101,14 +102,17 @@ class WATTLEAF_API WattleafHelper {
   /// readable samples, null for a copy that does not parse. The caller holds dataMutex. Throws as
   /// UsePlainCopy does.
   [[nodiscard]] GenericDocument* GetJsonFromDate(const DateTime& day);
+  /// Passes one day's samples to `samples` (ledger/day_energy.h); false for a day without a list
+  /// that parses. The caller holds dataMutex. Throws as UsePlainCopy does.
+  [[nodiscard]] bool ReadSamples(const DateTime& day, JsonRowSink& samples);
 
   /// The ledger pass: loads the ledger, works out the days that need it, saves it, and then deletes
   /// the samples of the days booked. Holds dataMutex for its whole run.
   void CalculateDailyPowerConsumption();
-  /// Watt-hours of one day. The caller holds dataMutex. Throws as GetJsonFromDate does.
+  /// Watt-hours of one day. The caller holds dataMutex. Throws as UsePlainCopy does.
   [[nodiscard]] float CalculateDailyPowerConsumption(const DateTime& day);
   /// Watt-hours by hour of the day (ledger/day_energy.h). The caller holds dataMutex. Throws as
-  /// GetJsonFromDate does.
+  /// UsePlainCopy does.
   [[nodiscard]] std::map<int, float> GetPowerConsumption(const DateTime& day);
 
   /// Reads the energy tool's report, deletes it, and merges its rows into the 30-day store. Prints

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -14,6 +15,7 @@
 #include "base/plain_file.h"
 #include "ledger/day_energy.h"
 #include "ledger/power_ledger.h"
+#include "ledger/sample_energy.h"
 #include "ledger/sample_files.h"
 #include "ledger/sample_reader.h"
 #include "ledger/series.h"
@@ -94,6 +96,14 @@ GenericDocument* WattleafHelper::GetJsonFromDate(const DateTime& day) {
   return std::make_unique<GenericDocument>(rapidjson::kArrayType).release();
 }
 
+bool WattleafHelper::ReadSamples(const DateTime& day, JsonRowSink& samples) {
+  auto outcome = JsonRowsOutcome::kUnreadable;
+  const auto read = [&](const std::wstring& path) {
+    outcome = ReadJsonRows(path, kSampleMembers, samples);
+  };
+  return UsePlainCopy(day, read) && outcome == JsonRowsOutcome::kRows;
+}
+
 void WattleafHelper::CalculateDailyPowerConsumption() {
   const std::lock_guard lock(dataMutex);
   const std::wstring ledgerPath = std::wstring(collectionPath) + L"\\" + kLedgerFileName;
@@ -125,14 +135,11 @@ void WattleafHelper::CalculateDailyPowerConsumption() {
 }
 
 float WattleafHelper::CalculateDailyPowerConsumption(const DateTime& day) {
-  return DayEnergyWh(day, [this](const DateTime& wanted) {
-    return std::unique_ptr<GenericDocument>(GetJsonFromDate(wanted));
-  });
+  return DayEnergyWh(day, std::bind_front(&WattleafHelper::ReadSamples, this));
 }
 
 std::map<int, float> WattleafHelper::GetPowerConsumption(const DateTime& day) {
-  const std::unique_ptr<GenericDocument> samples(GetJsonFromDate(day));
-  return HourlyEnergyWh(samples.get());
+  return HourlyEnergyWh(day, std::bind_front(&WattleafHelper::ReadSamples, this));
 }
 
 float WattleafHelper::GetDailyAveragePowerConsumption() {

@@ -1,37 +1,158 @@
 #include "ledger/day_energy.h"
 
+#include <cstddef>
 #include <optional>
+#include <string>
+#include <utility>
+#include <vector>
 
-#include "base/local_calendar.h"
+#include "base/date_text.h"
+#include "base/time_reader.h"
 #include "ledger/sample_energy.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
 namespace {
 
-float LinkToDayBeforeWh(const DateTime& day, const rapidjson::Value& first, const DayReader& read) {
-  const auto previous = read(ShiftKeepingHour(day, -kSecondsPerDay));
-  if (!HasSamples(previous.get())) return 0.0F;
-  const rapidjson::Value& before = (*previous)[previous->Size() - 1];
-  return EnergyBetweenWh(before, first, SamplePowerWatts(before));
+struct Sample {
+  bool isCounted = false;
+  float watts = 0.0F;
+  std::optional<SampleTime> time;  ///< only of a counted sample and of the one after it
+};
+
+/// Receives the samples of a day, and passes on each interval that begins at a counted sample other
+/// than the first one.
+class DaySamples : public JsonRowSink {
+ public:
+  void Begin() override { count_ = 0; }
+
+  void Take(JsonRow row) final {
+    const bool endsInterval = count_ > 1 && last_.isCounted;
+    Sample sample{IsCountedSample(row), SamplePowerWatts(row), std::nullopt};
+    if (sample.isCounted || endsInterval) sample.time = TryReadTime(times_, SampleTimeText(row));
+    if (endsInterval) TakeInterval(last_, sample);
+    if (count_ == 0) first_ = sample;
+    last_ = sample;
+    ++count_;
+  }
+
+  /// Of the samples that were received, also within TakeInterval.
+  [[nodiscard]] std::size_t Count() const { return count_; }
+  [[nodiscard]] const Sample& First() const { return first_; }
+  [[nodiscard]] const Sample& Last() const { return last_; }
+
+ private:
+  virtual void TakeInterval(const Sample& start, const Sample& end) = 0;
+
+  TimeReader times_{kSampleTimeFormat};
+  std::size_t count_ = 0;
+  Sample first_;
+  Sample last_;
+};
+
+/// Keeps the energy of each interval: it is added up only after the link to the day before.
+class DayIntervals final : public DaySamples {
+ public:
+  void Begin() override {
+    DaySamples::Begin();
+    energiesWh_.clear();
+  }
+  [[nodiscard]] const std::vector<float>& EnergiesWh() const { return energiesWh_; }
+
+ private:
+  void TakeInterval(const Sample& start, const Sample& end) override {
+    energiesWh_.push_back(EnergyBetweenWh(start.time, end.time, start.watts));
+  }
+
+  std::vector<float> energiesWh_;
+};
+
+/// Adds the intervals up by the hour.
+class HourSums final : public DaySamples {
+ public:
+  void Begin() override {
+    DaySamples::Begin();
+    hours_.clear();
+    sumWh_ = 0.0F;
+    openHour_.reset();
+  }
+
+  /// The hours of a list that has ended.
+  [[nodiscard]] std::map<int, float> Finish() {
+    // The last sample but one ends its hour, unless it is not a counted one.
+    if (openHour_ && samplesAtOpenHour_ + 1 == Count()) EndHour(*openHour_);
+    return std::move(hours_);
+  }
+
+ private:
+  void TakeInterval(const Sample& start, const Sample& end) override {
+    if (!start.time) return;
+    sumWh_ += EnergyBetweenWh(start.time, end.time, start.watts);
+    if (end.time && end.time->hour != start.time->hour) {
+      EndHour(start.time->hour);
+    } else {
+      openHour_ = start.time->hour;
+      samplesAtOpenHour_ = Count();
+    }
+  }
+
+  void EndHour(int hour) {
+    hours_.emplace(hour, FiniteOrZero(sumWh_ / kEnergyDivisor));
+    sumWh_ = 0.0F;
+    openHour_.reset();
+  }
+
+  std::map<int, float> hours_;
+  float sumWh_ = 0.0F;
+  std::optional<int> openHour_;        ///< of the last interval that has not ended its hour
+  std::size_t samplesAtOpenHour_ = 0;  ///< how many came before the end of that interval
+};
+
+/// Keeps the first or the last sample of a neighbouring day, whose type does not matter.
+class NearestSample final : public JsonRowSink {
+ public:
+  enum class End { kFirst, kLast };
+
+  explicit NearestSample(End end) : end_(end) {}
+
+  void Begin() override { isKnown_ = false; }
+  void Take(JsonRow row) override {
+    if (isKnown_ && end_ == End::kFirst) return;
+    isKnown_ = true;
+    watts_ = SamplePowerWatts(row);
+    const char* text = SampleTimeText(row);
+    hasTime_ = text != nullptr;
+    if (hasTime_) time_ = text;
+  }
+
+  [[nodiscard]] float Watts() const { return watts_; }
+  /// Empty also for a day without samples.
+  [[nodiscard]] std::optional<SampleTime> Time() const {
+    if (!isKnown_ || !hasTime_) return std::nullopt;
+    TimeReader times(kSampleTimeFormat);
+    return TryReadTime(times, time_.c_str());
+  }
+
+ private:
+  End end_;
+  bool isKnown_ = false;
+  bool hasTime_ = false;
+  float watts_ = 0.0F;
+  std::string time_;
+};
+
+float LinkToDayBeforeWh(const DateTime& day, const Sample& first, const DayReader& read) {
+  NearestSample before(NearestSample::End::kLast);
+  if (!read(ShiftKeepingHour(day, -kSecondsPerDay), before)) return 0.0F;
+  return EnergyBetweenWh(before.Time(), first.time, before.Watts());
 }
 
 // Kept on purpose: the power is that of the later sample, while every other interval uses that of
 // the earlier one (test DayEnergy.LinkToTheDayAfterUsesThePowerOfTheLaterSample).
-float LinkToDayAfterWh(const DateTime& day, const rapidjson::Value& last, const DayReader& read) {
-  const auto next = read(ShiftKeepingHour(day, kSecondsPerDay));
-  if (!HasSamples(next.get())) return 0.0F;
-  const rapidjson::Value& after = *next->Begin();
-  return EnergyBetweenWh(last, after, SamplePowerWatts(after));
-}
-
-float HourIntervalWh(const DateTime& start, const std::optional<DateTime>& end, float watts) {
-  if (!end) return 0.0F;
-  return IntervalEnergyWh(InstantOf(*end) - InstantOf(start), watts);
-}
-
-bool IsSameHour(const DateTime& start, const std::optional<DateTime>& end) {
-  return !end || end->tm_hour == start.tm_hour;
+float LinkToDayAfterWh(const DateTime& day, const Sample& last, const DayReader& read) {
+  NearestSample after(NearestSample::End::kFirst);
+  if (!read(ShiftKeepingHour(day, kSecondsPerDay), after)) return 0.0F;
+  return EnergyBetweenWh(last.time, after.Time(), after.Watts());
 }
 
 }  // namespace
@@ -40,22 +161,14 @@ bool IsSameHour(const DateTime& start, const std::optional<DateTime>& end) {
 // second is not booked, and a single sample gets only its link to the day before (tests
 // DayEnergy.SkipsTheFirstInterval and DayEnergy.SingleSampleHasOnlyItsLinkToTheDayBefore).
 float DayEnergyWh(const DateTime& day, const DayReader& read) {
-  const auto samples = read(day);
-  if (!HasSamples(samples.get())) return 0.0F;
+  DayIntervals samples;
+  if (!read(day, samples) || samples.Count() == 0) return 0.0F;
 
-  const rapidjson::SizeType count = samples->Size();
   float sumWh = 0.0F;
-  for (rapidjson::SizeType i = 0; i < count; ++i) {
-    const rapidjson::Value& sample = (*samples)[i];
-    if (!IsCountedSample(sample)) continue;
-    if (i == 0) {
-      sumWh += LinkToDayBeforeWh(day, sample, read);
-    } else if (i + 1 < count) {
-      sumWh += EnergyBetweenWh(sample, (*samples)[i + 1], SamplePowerWatts(sample));
-    } else {
-      sumWh += LinkToDayAfterWh(day, sample, read);
-    }
-  }
+  if (samples.First().isCounted) sumWh += LinkToDayBeforeWh(day, samples.First(), read);
+  for (const float energyWh : samples.EnergiesWh()) sumWh += energyWh;
+  const bool hasLinkAfter = samples.Count() > 1 && samples.Last().isCounted;
+  if (hasLinkAfter) sumWh += LinkToDayAfterWh(day, samples.Last(), read);
   return FiniteOrZero(sumWh / kEnergyDivisor);
 }
 
@@ -63,26 +176,10 @@ float DayEnergyWh(const DateTime& day, const DayReader& read) {
 // another type goes to the next hour; and of two sums for one hour the first is kept (tests
 // HourlyEnergy.IsEmptyForTwoElements, HourlyEnergy.CarriesAnHourThatEndsOnAnotherTypeIntoTheNext
 // and HourlyEnergy.DropsTheSecondSumOfAnHour).
-std::map<int, float> HourlyEnergyWh(const GenericDocument* samples) {
-  std::map<int, float> hours;
-  if (!HasSamples(samples)) return hours;
-
-  const rapidjson::SizeType count = samples->Size();
-  float sumWh = 0.0F;
-  for (rapidjson::SizeType i = 1; i + 1 < count; ++i) {
-    const rapidjson::Value& sample = (*samples)[i];
-    if (!IsCountedSample(sample)) continue;
-    const auto start = TrySampleTime(sample);
-    if (!start) continue;
-    const auto end = TrySampleTime((*samples)[i + 1]);
-    sumWh += HourIntervalWh(*start, end, SamplePowerWatts(sample));
-
-    const bool isLastInner = i + 2 == count;
-    if (IsSameHour(*start, end) && !isLastInner) continue;
-    hours.emplace(start->tm_hour, FiniteOrZero(sumWh / kEnergyDivisor));
-    sumWh = 0.0F;
-  }
-  return hours;
+std::map<int, float> HourlyEnergyWh(const DateTime& day, const DayReader& read) {
+  HourSums samples;
+  if (!read(day, samples)) return {};
+  return samples.Finish();
 }
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -1,21 +1,17 @@
 #include "ledger/sample_energy.h"
 
-#include <array>
 #include <cmath>
-#include <string_view>
-
-#include "base/date_text.h"
-#include "base/json_document.h"
-#include "base/local_calendar.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
 namespace {
 
-constexpr char kTypeKey[] = "TelemetryType";
-constexpr char kTimeKey[] = "SampleTime";
-constexpr char kPowerKey[] = "Power";
 constexpr std::array<std::string_view, 2> kCountedTypes{"PCM_CHARGER", "PCM_SENSOR"};
+
+// Places in kSampleMembers.
+constexpr std::size_t kType = 0;
+constexpr std::size_t kTime = 1;
+constexpr std::size_t kPower = 2;
 
 }  // namespace
 
@@ -31,34 +27,33 @@ float IntervalEnergyWh(std::int64_t seconds, float watts) {
   return FiniteOrZero(static_cast<float>(length) * watts / kSecondsPerHour);
 }
 
-bool HasSamples(const GenericDocument* samples) {
-  return samples != nullptr && samples->IsArray() && !samples->Empty();
+float EnergyBetweenWh(const std::optional<SampleTime>& start, const std::optional<SampleTime>& end,
+                      float watts) {
+  if (!start || !end) return 0.0F;
+  return IntervalEnergyWh(end->instant - start->instant, watts);
 }
 
-bool IsCountedSample(const rapidjson::Value& element) {
-  const rapidjson::Value* member = TryStringMember(element, kTypeKey);
-  if (member == nullptr) return false;
-  const std::string_view type(member->GetString(), member->GetStringLength());
+bool IsCountedSample(JsonRow sample) {
+  const rapidjson::Value& member = sample[kType];
+  if (!member.IsString()) return false;
+  const std::string_view type(member.GetString(), member.GetStringLength());
   return type == kCountedTypes[0] || type == kCountedTypes[1];
 }
 
-float SamplePowerWatts(const rapidjson::Value& element) {
-  const rapidjson::Value* member = TryNumberMember(element, kPowerKey);
-  return member != nullptr ? NarrowToFloat(member->GetDouble()) : 0.0F;
+float SamplePowerWatts(JsonRow sample) {
+  const rapidjson::Value& member = sample[kPower];
+  return member.IsNumber() ? NarrowToFloat(member.GetDouble()) : 0.0F;
 }
 
-std::optional<DateTime> TrySampleTime(const rapidjson::Value& element) {
-  const rapidjson::Value* member = TryStringMember(element, kTimeKey);
-  if (member == nullptr) return std::nullopt;
-  DateTime time;
-  return ParseDateTime(time, member->GetString(), kSampleTimeFormat);
+const char* SampleTimeText(JsonRow sample) {
+  const rapidjson::Value& member = sample[kTime];
+  return member.IsString() ? member.GetString() : nullptr;
 }
 
-float EnergyBetweenWh(const rapidjson::Value& from, const rapidjson::Value& to, float watts) {
-  const auto start = TrySampleTime(from);
-  const auto end = TrySampleTime(to);
-  if (!start || !end) return 0.0F;
-  return IntervalEnergyWh(InstantOf(*end) - InstantOf(*start), watts);
+std::optional<SampleTime> TryReadTime(TimeReader& times, const char* text) {
+  if (text == nullptr) return std::nullopt;
+  const LocalTime time = times.Read(text);
+  return SampleTime{time.instant, time.fields.tm_hour};
 }
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

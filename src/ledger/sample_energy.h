@@ -1,16 +1,18 @@
 #pragma once
 
+#include <array>
 #include <bit>
 #include <cstdint>
 #include <limits>
 #include <optional>
+#include <string_view>
 
-#include "base/calendar.h"
-#include "base/json_document.h"
+#include "base/json_rows.h"
+#include "base/time_reader.h"
 
 // One sample of the collector, and the energy between two. Energy is watt-hours in 32-bit float.
 // The order of the arithmetic is part of the contract: another order gives other last digits.
-// Others can write the data folder, so that any element may have any type.
+// Others can write the data folder, so that any member may have any type.
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
 /// Samples further apart than this are a gap, whose time is not booked.
@@ -22,6 +24,16 @@ inline constexpr float kEnergyDivisor = 0.88F;
 static_assert(std::numeric_limits<float>::is_iec559);
 static_assert(std::bit_cast<std::uint32_t>(kEnergyDivisor) == 0x3F6147AE);
 
+/// The members of a sample that are read. The rows below have them in this order.
+inline constexpr std::array<std::string_view, 3> kSampleMembers{"TelemetryType", "SampleTime",
+                                                                "Power"};
+
+/// When a sample was taken.
+struct SampleTime {
+  std::int64_t instant = -1;  ///< as in LocalTime
+  std::int32_t hour = 0;      ///< of the local time, 0 to 23
+};
+
 /// `value`, or 0.0 for an infinity or NaN. Either would stay in a sum for ever, and makes the JSON
 /// writer stop in the middle of its text.
 [[nodiscard]] float FiniteOrZero(float value);
@@ -32,21 +44,21 @@ static_assert(std::bit_cast<std::uint32_t>(kEnergyDivisor) == 0x3F6147AE);
 /// The energy of `seconds` at `watts`; 0.0 unless the low 32 bits of `seconds` are 1 to 600.
 [[nodiscard]] float IntervalEnergyWh(std::int64_t seconds, float watts);
 
-/// False for a missing document, a root that is not an array, and an empty array.
-[[nodiscard]] bool HasSamples(const GenericDocument* samples);
+/// The energy of the interval between two times at `watts`; 0.0 if either is missing.
+[[nodiscard]] float EnergyBetweenWh(const std::optional<SampleTime>& start,
+                                    const std::optional<SampleTime>& end, float watts);
 
-/// Whether this element counts: its "TelemetryType" is exactly "PCM_CHARGER" or "PCM_SENSOR".
-[[nodiscard]] bool IsCountedSample(const rapidjson::Value& element);
+/// Whether the sample counts: its "TelemetryType" is exactly "PCM_CHARGER" or "PCM_SENSOR".
+[[nodiscard]] bool IsCountedSample(JsonRow sample);
 
 /// "Power" in watts; 0.0 if it is missing, not a number, or too large for a float.
-[[nodiscard]] float SamplePowerWatts(const rapidjson::Value& element);
+[[nodiscard]] float SamplePowerWatts(JsonRow sample);
 
-/// "SampleTime" as local time; empty if it is missing or not a string. A string that is not a time
-/// gives what ParseDateTime reads from it.
-[[nodiscard]] std::optional<DateTime> TrySampleTime(const rapidjson::Value& element);
+/// The text of "SampleTime"; null if it is missing or not a string. Valid as long as the row.
+[[nodiscard]] const char* SampleTimeText(JsonRow sample);
 
-/// The energy of the interval between two elements at `watts`; 0.0 if either has no time.
-[[nodiscard]] float EnergyBetweenWh(const rapidjson::Value& from, const rapidjson::Value& to,
-                                    float watts);
+/// The time that a text of "SampleTime" stands for; a text that is not a time gives what
+/// TimeReader reads from it. Empty for null.
+[[nodiscard]] std::optional<SampleTime> TryReadTime(TimeReader& times, const char* text);
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

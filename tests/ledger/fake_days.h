@@ -7,7 +7,11 @@
 #include <vector>
 
 #include "base/date_text.h"
+#include "base/json_document.h"
+#include "base/json_rows.h"
+#include "base/scratch_folder.h"
 #include "ledger/day_energy.h"
+#include "ledger/sample_energy.h"
 
 namespace TestSupport {
 
@@ -38,6 +42,17 @@ Document(const std::string& json) {
   return document;
 }
 
+/// Passes a list of samples, given as JSON text, to `sink`, from a file; false if the text does not
+/// parse or is not an array.
+[[nodiscard]] inline bool PassSamples(const std::string& json,
+                                      Zq::Gantry::Server::Services::Wattleaf::JsonRowSink& sink) {
+  using namespace Zq::Gantry::Server::Services::Wattleaf;
+  static const ScratchFolder folder;
+  const auto path = folder.File("samples.json");
+  WriteBytes(path, json);
+  return ReadJsonRows(path.wstring(), kSampleMembers, sink) == JsonRowsOutcome::kRows;
+}
+
 /// Midnight of a date such as "2024-05-06", as the ledger reads it from its file.
 [[nodiscard]] inline Zq::Gantry::Server::Services::Wattleaf::DateTime Day(const std::string& date) {
   using namespace Zq::Gantry::Server::Services::Wattleaf;
@@ -58,10 +73,11 @@ class FakeDays {
   FakeDays(std::initializer_list<std::pair<const std::string, std::string>> days) : days_(days) {}
 
   [[nodiscard]] Zq::Gantry::Server::Services::Wattleaf::DayReader Reader() {
-    return [this](const Zq::Gantry::Server::Services::Wattleaf::DateTime& day) {
+    return [this](const Zq::Gantry::Server::Services::Wattleaf::DateTime& day,
+                  Zq::Gantry::Server::Services::Wattleaf::JsonRowSink& sink) {
       readDates_.push_back(DateOf(day));
       const auto found = days_.find(readDates_.back());
-      return Document(found != days_.end() ? found->second : "[]");
+      return PassSamples(found != days_.end() ? found->second : "[]", sink);
     };
   }
 

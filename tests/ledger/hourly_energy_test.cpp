@@ -14,22 +14,38 @@ namespace {
 
 using Hours = std::map<int, float>;
 
+constexpr char kDay[] = "2024-05-06";
+
 std::string At(const std::string& time, const std::string& power = "36",
                const std::string& type = "PCM_SENSOR") {
-  return Sample("2024-05-06T" + time, power, type);
+  return Sample(std::string(kDay) + "T" + time, power, type);
 }
 
-Hours HoursOf(const std::vector<std::string>& elements) {
-  return HourlyEnergyWh(Document(List(elements)).get());
+Hours HoursOfText(const std::string& json) {
+  return HourlyEnergyWh(Day(kDay), FakeDays{{kDay, json}}.Reader());
 }
+
+Hours HoursOf(const std::vector<std::string>& elements) { return HoursOfText(List(elements)); }
 
 }  // namespace
 
 TEST(HourlyEnergy, IsEmptyWithoutAnArrayOfSamples) {
-  EXPECT_EQ(HourlyEnergyWh(nullptr), Hours());
-  for (const char* json : {"[]", "{}", "null", "1"}) {
-    EXPECT_EQ(HourlyEnergyWh(Document(json).get()), Hours()) << json;
+  for (const char* json : {"[]", "{}", "null", "1", "", "no JSON"}) {
+    EXPECT_EQ(HoursOfText(json), Hours()) << json;
   }
+}
+
+TEST(HourlyEnergy, IsEmptyForAListThatEndsInTheMiddle) {
+  const std::string list =
+      List({At("10:00:00"), At("10:05:00"), At("11:00:00"), At("11:05:00"), At("11:10:00")});
+  EXPECT_EQ(HoursOfText(list).size(), 2U);
+  EXPECT_EQ(HoursOfText(list.substr(0, list.size() - 1)), Hours());
+}
+
+TEST(HourlyEnergy, ReadsOnlyTheDayItself) {
+  FakeDays days{{kDay, List({At("10:00:00"), At("10:05:00"), At("10:10:00")})}};
+  EXPECT_EQ(HourlyEnergyWh(Day(kDay), days.Reader()), (Hours{{10, kWhOf300Seconds}}));
+  EXPECT_EQ(days.ReadDates(), std::vector<std::string>{kDay});
 }
 
 TEST(HourlyEnergy, IsEmptyForOneElement) { EXPECT_EQ(HoursOf({At("10:00:00")}), Hours()); }

@@ -41,6 +41,11 @@ std::string SamplesAt(const std::string& date, const std::vector<std::string>& t
   return List(elements);
 }
 
+std::map<int, float> HoursOf(const std::string& samples) {
+  const std::string date = DateOf(Autumn(0));
+  return HourlyEnergyWh(Day(date), FakeDays{{date, samples}}.Reader());
+}
+
 /// The energy of `date`, with samples around the midnight between `before` and `date`.
 float LinkEnergyWh(const std::string& before, const std::string& date) {
   FakeDays days{{before, SamplesAt(before, {"12:00", "23:58"})},
@@ -95,7 +100,7 @@ TEST(HourlyEnergy, AddsUpBothPassagesOfTheRepeatedHour) {
   for (const int minute : {40, 45, 50, 55, 0, 5, 10, 15}) times.push_back(TimeText(hour, minute));
   times.push_back(TimeText(hour + 1, 0));
   times.push_back(TimeText(hour + 1, 5));
-  const auto hours = HourlyEnergyWh(Document(SamplesAt(DateOf(Autumn(0)), times)).get());
+  const auto hours = HoursOf(SamplesAt(DateOf(Autumn(0)), times));
   EXPECT_EQ(hours, (std::map<int, float>{{hour, 15.0F / 0.88F}, {hour + 1, 3.0F / 0.88F}}));
 }
 
@@ -104,7 +109,7 @@ TEST(HourlyEnergy, DropsTheSecondPassageOfAnHourAfterAnotherHour) {
   const std::vector<std::string> times{
       TimeText(hour, 45), TimeText(hour, 50), TimeText(hour, 55), TimeText(hour + 1, 0),
       TimeText(hour, 50), TimeText(hour, 55), TimeText(hour, 58)};
-  const auto hours = HourlyEnergyWh(Document(SamplesAt(DateOf(Autumn(0)), times)).get());
+  const auto hours = HoursOf(SamplesAt(DateOf(Autumn(0)), times));
   EXPECT_EQ(hours, (std::map<int, float>{{hour, 6.0F / 0.88F}, {hour + 1, 0.0F}}));
 }
 
@@ -114,8 +119,7 @@ TEST(HourlyEnergy, IncludesTheHourBeforeTheRepeatedOneWithZero) {
   const int hour = ChangesOfThisZone().repeatedHour;
   const auto samples = SamplesAt(DateOf(Autumn(0)), {TimeText(hour - 1, 50), TimeText(hour - 1, 55),
                                                      TimeText(hour, 0), TimeText(hour, 5)});
-  EXPECT_EQ(HourlyEnergyWh(Document(samples).get()),
-            (std::map<int, float>{{hour - 1, 0.0F}, {hour, 3.0F / 0.88F}}));
+  EXPECT_EQ(HoursOf(samples), (std::map<int, float>{{hour - 1, 0.0F}, {hour, 3.0F / 0.88F}}));
 }
 
 TEST(DayEnergy, BooksTheLinkAcrossMidnightInWinterButNotInSummer) {

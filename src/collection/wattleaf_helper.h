@@ -6,6 +6,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -175,9 +176,17 @@ class WATTLEAF_API WattleafHelper {
   /// Held while the 30-day store is open, and for nothing else: a reader must not make the
   /// conversion's save fail after the report is deleted.
   std::mutex storeMutex;
-  /// Encrypted sample files that the running pass deletes once the ledger is saved, in the order of
-  /// deletion. Until then they count as deleted. Empty between passes. Guarded by dataMutex.
-  std::vector<std::wstring> discardedSamples;
+
+  /// What a ledger pass keeps until its end.
+  struct LedgerPass {
+    /// Encrypted sample files that the pass deletes once the ledger is saved, in the order of
+    /// deletion. Until then they count as deleted.
+    std::vector<std::wstring> discardedSamples;
+    /// Only a pass reuses what it decrypted: each command decrypts the current files.
+    RecentSamples recentSamples;
+  };
+  /// Empty between passes. Guarded by dataMutex.
+  std::optional<LedgerPass> runningPass;
 };
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

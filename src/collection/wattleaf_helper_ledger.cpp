@@ -54,16 +54,19 @@ void DeleteSamples(const std::vector<std::wstring>& paths) {
   }
 }
 
-/// Empties a list at the end of the scope.
-class ScopedList {
+/// Fills an optional object for its scope.
+template <typename Object>
+class ScopedObject {
  public:
-  explicit ScopedList(std::vector<std::wstring>& list) : list_(list) {}
-  ScopedList(const ScopedList&) = delete;
-  ScopedList& operator=(const ScopedList&) = delete;
-  ~ScopedList() { list_.clear(); }
+  explicit ScopedObject(std::optional<Object>& object) : object_(object) { object_.emplace(); }
+  ScopedObject(const ScopedObject&) = delete;
+  ScopedObject& operator=(const ScopedObject&) = delete;
+  ~ScopedObject() { object_.reset(); }
+
+  [[nodiscard]] Object* operator->() const { return &*object_; }
 
  private:
-  std::vector<std::wstring>& list_;
+  std::optional<Object>& object_;
 };
 
 /// Replaces `result` by the result of `makeText`; on any exception logs `message` and leaves it.
@@ -80,13 +83,16 @@ void AnswerOrLog(std::wstring& result, const wchar_t* message, MakeText makeText
 
 bool WattleafHelper::UsePlainCopy(const DateTime& day, const PlainCopyUse& use) {
   const std::wstring encrypted = EncryptedSamplePath(collectionPath, day);
-  if (std::ranges::find(discardedSamples, encrypted) != discardedSamples.end()) {
+  if (runningPass && std::ranges::find(runningPass->discardedSamples, encrypted) !=
+                         runningPass->discardedSamples.end()) {
     return UseLeftoverCopyOfDay(collectionPath, day, use);
   }
-  const auto logDecryption = [](const std::wstring& path) {
+  const auto decrypt = [this](const std::wstring& path) {
     LogManager::GetLogger()->LogInfo(L"Decrypting file :%s", path.c_str());
+    static_cast<void>(runningPass ? DecryptSampleFile(path, runningPass->recentSamples)
+                                  : DecryptSampleFile(path));
   };
-  return UseSamplesOfDay(collectionPath, day, logDecryption, use);
+  return UseSamplesOfDay(collectionPath, day, decrypt, use);
 }
 
 GenericDocument* WattleafHelper::GetJsonFromDate(const DateTime& day) {
@@ -118,18 +124,18 @@ void WattleafHelper::CalculateDailyPowerConsumption() {
       return 0.0F;  // not booked; the next pass tries again
     }
   };
-  const ScopedList discarded(discardedSamples);
+  const ScopedObject pass(runningPass);
   UpdateLedger(today, dailyLedger,
-               {energyOf, [this](const DateTime& day) {
-                  discardedSamples.push_back(EncryptedSamplePath(collectionPath, day));
+               {energyOf, [&](const DateTime& day) {
+                  pass->discardedSamples.push_back(EncryptedSamplePath(collectionPath, day));
                 }});
   RemoveLeftoverCopies(collectionPath);
   if (!mayBeSaved || !SaveJsonDocument(ledgerPath, LedgerDocument(dailyLedger))) {
     LogManager::GetLogger()->LogError(
         L"Error in CalculateDailyPowerConsumption() : Save Json failed");
-  } else if (!discardedSamples.empty() && HoldsLedger(ledgerPath, dailyLedger)) {
+  } else if (!pass->discardedSamples.empty() && HoldsLedger(ledgerPath, dailyLedger)) {
     // Only now: if the process ends earlier, the next one needs the samples.
-    DeleteSamples(discardedSamples);
+    DeleteSamples(pass->discardedSamples);
   }
   dataChanged.store(true, std::memory_order_relaxed);
 }

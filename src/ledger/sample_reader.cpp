@@ -6,11 +6,13 @@
 #include <wincrypt.h>
 
 #include <cstdlib>
-#include <string_view>
+#include <optional>
+#include <utility>
 
 #include "base/json_limits.h"
 #include "base/plain_file.h"
 #include "base/wide_file.h"
+#include "ledger/recent_samples.h"
 #include "ledger/sample_files.h"
 #include "platform/win32/owners.h"
 
@@ -32,6 +34,10 @@ std::string ReadEncrypted(const std::wstring& path) {
   return text;
 }
 
+/// The most bytes that Base64 text of so many characters decodes to: three for every four that were
+/// begun.
+constexpr std::size_t MostDecodedBytes(std::size_t chars) { return (chars + 3) / 4 * 3; }
+
 struct Blob {
   Platform::UniqueHeapBlock block;
   DWORD sizeBytes = 0;
@@ -39,15 +45,11 @@ struct Blob {
 
 /// The blob inside Base64 text; an empty block if the text is not Base64.
 Blob DecodeBase64(const std::string& text) {
-  const auto chars = static_cast<DWORD>(text.size());
   Blob blob;
-  if (!CryptStringToBinaryA(text.data(), chars, CRYPT_STRING_BASE64, nullptr, &blob.sizeBytes,
-                            nullptr, nullptr)) {
-    return {};
-  }
+  blob.sizeBytes = static_cast<DWORD>(MostDecodedBytes(text.size()));
   blob.block.reset(std::malloc(blob.sizeBytes));
   if (!blob.block) return {};
-  if (!CryptStringToBinaryA(text.data(), chars, CRYPT_STRING_BASE64,
+  if (!CryptStringToBinaryA(text.data(), static_cast<DWORD>(text.size()), CRYPT_STRING_BASE64,
                             static_cast<BYTE*>(blob.block.get()), &blob.sizeBytes, nullptr,
                             nullptr)) {
     return {};
@@ -55,23 +57,25 @@ Blob DecodeBase64(const std::string& text) {
   return blob;
 }
 
-void WritePlainCopy(const std::wstring& path, std::string_view decrypted) {
-  const UniqueFile file = OpenForWriting(path);
-  if (!file) return;
-  const std::string content = PlainCopyContent(decrypted);
-  std::fwrite(content.data(), 1, content.size(), file.get());
-}
-
-void DecryptTo(const std::wstring& plainPath, const Blob& blob) {
+/// The content of the plain copy for the text of an encrypted file; empty if it cannot be
+/// decrypted.
+std::optional<std::string> TryDecrypt(const std::string& text) {
+  const Blob blob = DecodeBase64(text);
+  if (!blob.block) return std::nullopt;
   DATA_BLOB encrypted{blob.sizeBytes, static_cast<BYTE*>(blob.block.get())};
   DATA_BLOB decrypted{};
   if (!CryptUnprotectData(&encrypted, /*description=*/nullptr, /*entropy=*/nullptr,
                           /*reserved=*/nullptr, /*prompt=*/nullptr, CRYPTPROTECT_LOCAL_MACHINE,
                           &decrypted)) {
-    return;
+    return std::nullopt;
   }
   const Platform::UniqueLocalBlock owner(decrypted.pbData);
-  WritePlainCopy(plainPath, {reinterpret_cast<const char*>(decrypted.pbData), decrypted.cbData});
+  return PlainCopyContent({reinterpret_cast<const char*>(decrypted.pbData), decrypted.cbData});
+}
+
+void WritePlainCopy(const std::wstring& path, const std::string& content) {
+  const UniqueFile file = OpenForWriting(path);
+  if (file) std::fwrite(content.data(), 1, content.size(), file.get());
 }
 
 /// Deletes the plain copy at the end of its scope, whether it parsed or not.
@@ -89,23 +93,31 @@ class PlainCopyRemoval {
 }  // namespace
 
 bool DecryptSampleFile(const std::wstring& path) {
+  RecentSamples none;
+  return DecryptSampleFile(path, none);
+}
+
+bool DecryptSampleFile(const std::wstring& path, RecentSamples& recent) {
   const std::wstring plainPath = PlainCopyPath(path);
   if (plainPath.empty()) return false;
-  const std::string text = ReadEncrypted(path);
+  std::string text = ReadEncrypted(path);
   if (text.empty()) return false;
-  const Blob blob = DecodeBase64(text);
-  if (blob.block) DecryptTo(plainPath, blob);
+  if (const std::string* known = recent.Find(text)) {
+    WritePlainCopy(plainPath, *known);
+    return false;
+  }
+  std::optional<std::string> content = TryDecrypt(text);
+  if (!content) return false;
+  WritePlainCopy(plainPath, *content);
+  recent.Keep(std::move(text), std::move(*content));
   return false;
 }
 
 bool UseSamplesOfDay(const std::wstring& folder, const DateTime& day,
-                     const std::function<void(const std::wstring& path)>& beforeDecrypting,
+                     const std::function<void(const std::wstring& path)>& decrypt,
                      const PlainCopyUse& use) {
   const std::wstring encrypted = EncryptedSamplePath(folder, day);
-  if (IsPlainFile(encrypted)) {
-    beforeDecrypting(encrypted);
-    static_cast<void>(DecryptSampleFile(encrypted));
-  }
+  if (IsPlainFile(encrypted)) decrypt(encrypted);
   // If the decryption failed, a copy that an earlier failure left is used instead.
   return UseLeftoverCopyOfDay(folder, day, use);
 }

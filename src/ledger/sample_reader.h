@@ -4,6 +4,7 @@
 #include <string>
 
 #include "base/calendar.h"
+#include "ledger/recent_samples.h"
 
 // Reading the sample files of a data folder. A plain copy exists only while its day is being read,
 // so no two of these operations may run on one folder at the same time: the caller holds a lock.
@@ -16,16 +17,20 @@ namespace Zq::Gantry::Server::Services::Wattleaf {
 /// callers look for the copy instead.
 [[nodiscard]] bool DecryptSampleFile(const std::wstring& path);
 
+/// The same, except that a file with the text of one in `recent` is not decrypted again. Keeps the
+/// file in `recent` if it could be decrypted.
+[[nodiscard]] bool DecryptSampleFile(const std::wstring& path, RecentSamples& recent);
+
 /// What is done with a plain copy, by its path. It is deleted afterwards, also after an exception,
 /// which propagates.
 using PlainCopyUse = std::function<void(const std::wstring& path)>;
 
 /// Decrypts one day's sample file and passes the plain copy to `use`. False, without a call of
-/// `use`, for a day without readable samples. `beforeDecrypting` is called with the path of an
-/// encrypted file that exists. IsPlainFile's exception propagates.
-[[nodiscard]] bool UseSamplesOfDay(
-    const std::wstring& folder, const DateTime& day,
-    const std::function<void(const std::wstring& path)>& beforeDecrypting, const PlainCopyUse& use);
+/// `use`, for a day without readable samples. `decrypt` is called with the path of an encrypted
+/// file that exists, and calls DecryptSampleFile. IsPlainFile's exception propagates.
+[[nodiscard]] bool UseSamplesOfDay(const std::wstring& folder, const DateTime& day,
+                                   const std::function<void(const std::wstring& path)>& decrypt,
+                                   const PlainCopyUse& use);
 
 /// The same for a day whose encrypted file counts as deleted: uses and deletes only a plain copy
 /// that an earlier failure left.

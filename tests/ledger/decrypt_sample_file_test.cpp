@@ -5,6 +5,9 @@
 #include <wincrypt.h>
 
 #include <cstdio>
+#include <optional>
+#include <random>
+#include <string_view>
 #include <utility>
 
 #include <gtest/gtest.h>
@@ -43,12 +46,45 @@ int g_calls = 0;
 void* g_plainBlock = nullptr;
 Standin::ImportPatch* g_patch = nullptr;
 
-BOOL WINAPI DecodeOnlyOnce(const char* text, DWORD chars, DWORD flags, BYTE* bytes, DWORD* size,
-                           DWORD* skipped, DWORD* usedFlags) {
-  EXPECT_EQ(flags, static_cast<DWORD>(CRYPT_STRING_BASE64));
-  if (++g_calls > 1) return FALSE;
-  return g_patch->Original<decltype(DecodeOnlyOnce)>()(text, chars, flags, bytes, size, skipped,
-                                                       usedFlags);
+/// The bytes of the last blob that was to be decrypted; empty if there was none.
+std::optional<std::string> g_blob;
+
+BOOL WINAPI KeepBlob(DATA_BLOB* encrypted, wchar_t**, DATA_BLOB*, void*, CRYPTPROTECT_PROMPTSTRUCT*,
+                     DWORD, DATA_BLOB*) {
+  g_blob.emplace(reinterpret_cast<const char*>(encrypted->pbData), encrypted->cbData);
+  return FALSE;
+}
+
+/// The bytes of Base64 text by two calls, of which the first returns their number; empty if the
+/// text is not Base64.
+std::optional<std::string> DecodedInTwoCalls(const std::string& text) {
+  const auto chars = static_cast<DWORD>(text.size());
+  DWORD size = 0;
+  if (!CryptStringToBinaryA(text.data(), chars, CRYPT_STRING_BASE64, nullptr, &size, nullptr,
+                            nullptr)) {
+    return std::nullopt;
+  }
+  std::string bytes(size + 1, '\0');
+  if (!CryptStringToBinaryA(text.data(), chars, CRYPT_STRING_BASE64,
+                            reinterpret_cast<BYTE*>(bytes.data()), &size, nullptr, nullptr)) {
+    return std::nullopt;
+  }
+  bytes.resize(size);
+  return bytes;
+}
+
+/// A text of up to 40 characters, mostly those of Base64.
+std::string AnyText(std::mt19937& random) {
+  static constexpr std::string_view kAlphabet =
+      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+  static constexpr std::string_view kOdd{"= \r\n\t=-_!.\0\xFF", 12};
+  std::string text(1 + random() % 40, '\0');
+  const std::size_t oddShare = 4 + random() % 60;
+  for (char& c : text) {
+    c = random() % oddShare == 0 ? kOdd[random() % kOdd.size()]
+                                 : kAlphabet[random() % kAlphabet.size()];
+  }
+  return text + std::string(random() % 3, '=');
 }
 
 BOOL WINAPI UnprotectAndCheck(DATA_BLOB* encrypted, wchar_t** description, DATA_BLOB* entropy,
@@ -63,6 +99,22 @@ BOOL WINAPI UnprotectAndCheck(DATA_BLOB* encrypted, wchar_t** description, DATA_
       encrypted, description, entropy, reserved, prompt, flags, plain);
   g_plainBlock = plain->pbData;
   return result;
+}
+
+BOOL WINAPI DecodeAndCount(const char* text, DWORD chars, DWORD flags, BYTE* bytes, DWORD* size,
+                           DWORD* skipped, DWORD* usedFlags) {
+  EXPECT_EQ(flags, static_cast<DWORD>(CRYPT_STRING_BASE64));
+  ++g_calls;
+  return g_patch->Original<decltype(DecodeAndCount)>()(text, chars, flags, bytes, size, skipped,
+                                                       usedFlags);
+}
+
+BOOL WINAPI UnprotectAndCount(DATA_BLOB* encrypted, wchar_t** description, DATA_BLOB* entropy,
+                              void* reserved, CRYPTPROTECT_PROMPTSTRUCT* prompt, DWORD flags,
+                              DATA_BLOB* plain) {
+  ++g_calls;
+  return g_patch->Original<decltype(UnprotectAndCount)>()(encrypted, description, entropy, reserved,
+                                                          prompt, flags, plain);
 }
 
 Standin::ImportPatch* g_freePatch = nullptr;
@@ -138,12 +190,57 @@ TEST_F(DecryptSampleFileTest, DoesNothingForAPathWithoutAFolder) {
   SetCurrentDirectoryW(before);
 }
 
-TEST_F(DecryptSampleFileTest, StopsWhenTheSecondDecodingFails) {
+TEST_F(DecryptSampleFileTest, DecodesBase64Once) {
   const std::string encrypted = Encrypted(Utf16("[]"));
   g_calls = 0;
-  Standin::ImportPatch patch("CryptStringToBinaryA", &DecodeOnlyOnce);
+  Standin::ImportPatch patch("CryptStringToBinaryA", &DecodeAndCount);
   g_patch = &patch;
-  EXPECT_EQ(CopyOf(encrypted), "no copy");
+  EXPECT_EQ(CopyOf(encrypted), "[]\0\0"s);
+  EXPECT_EQ(g_calls, 1);
+}
+
+TEST_F(DecryptSampleFileTest, DecodesAnyTextLikeTwoCallsOfWhichTheFirstReturnsTheSize) {
+  const Standin::ImportPatch patch("CryptUnprotectData", &KeepBlob);
+  std::mt19937 random(1);
+  int decoded = 0;
+  for (int i = 0; i < 1000; ++i) {
+    const std::string text =
+        i < 50 ? std::string(static_cast<std::size_t>(i + 1), "A \n="[i % 4]) : AnyText(random);
+    TestSupport::WriteWholeFile(input_, text);
+    g_blob.reset();
+    EXPECT_FALSE(DecryptSampleFile(input_));
+    EXPECT_EQ(g_blob, DecodedInTwoCalls(text)) << testing::PrintToString(text);
+    decoded += g_blob ? 1 : 0;
+  }
+  EXPECT_GT(decoded, 300);
+  EXPECT_LT(decoded, 900);
+}
+
+TEST_F(DecryptSampleFileTest, DecryptsAFileOnceAsLongAsItsTextIsRecent) {
+  g_calls = 0;
+  Standin::ImportPatch patch("CryptUnprotectData", &UnprotectAndCount);
+  g_patch = &patch;
+  RecentSamples recent;
+  TestSupport::WriteWholeFile(input_, Encrypted(Utf16("[1]")));
+  for (int i = 0; i < 3; ++i) {
+    EXPECT_FALSE(DecryptSampleFile(input_, recent));
+    EXPECT_EQ(TestSupport::ReadWholeFile(output_), "[1]\0\0\0"s);
+    DeleteFileW(output_.c_str());
+  }
+  EXPECT_EQ(g_calls, 1);
+  TestSupport::WriteWholeFile(input_, Encrypted(Utf16("[22]")));
+  EXPECT_FALSE(DecryptSampleFile(input_, recent));
+  EXPECT_EQ(TestSupport::ReadWholeFile(output_), "[22]\0\0\0\0"s);
+  EXPECT_EQ(g_calls, 2);
+}
+
+TEST_F(DecryptSampleFileTest, DecryptsEachTimeWithoutRecentSamples) {
+  g_calls = 0;
+  Standin::ImportPatch patch("CryptUnprotectData", &UnprotectAndCount);
+  g_patch = &patch;
+  const std::string encrypted = Encrypted(Utf16("[]"));
+  EXPECT_EQ(CopyOf(encrypted), "[]\0\0"s);
+  EXPECT_EQ(CopyOf(encrypted), "[]\0\0"s);
   EXPECT_EQ(g_calls, 2);
 }
 

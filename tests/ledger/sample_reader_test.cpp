@@ -32,11 +32,13 @@ namespace {
 
 class UseSamplesOfDayTest : public testing::Test {
  protected:
-  /// Uses the day's samples by `use` and records the paths that are reported before a decryption.
+  /// Uses the day's samples by `use` and records the paths of the files to be decrypted.
   bool Use(const PlainCopyUse& use) {
-    return UseSamplesOfDay(
-        samples_.folder.Path(), samples_.day,
-        [this](const std::wstring& path) { reported_.push_back(path); }, use);
+    const auto decrypt = [this](const std::wstring& path) {
+      reported_.push_back(path);
+      EXPECT_FALSE(DecryptSampleFile(path));
+    };
+    return UseSamplesOfDay(samples_.folder.Path(), samples_.day, decrypt, use);
   }
 
   /// The document of the plain copy; null without one, and for one that does not parse.
@@ -202,15 +204,12 @@ TEST_F(UseSamplesOfDayTest, ReadsACopyThatCanNeitherBeWrittenNorDeleted) {
   EXPECT_FALSE(FileExists(samples_.plain));
 }
 
-TEST_F(UseSamplesOfDayTest, ReportsThePathBeforeDecryption) {
+TEST_F(UseSamplesOfDayTest, HasNoCopyIfNothingIsDecrypted) {
   WriteWholeFile(samples_.encrypted, Encrypted(Utf16("[1]")));
-  bool wasThere = true;
-  const bool hasCopy = UseSamplesOfDay(
-      samples_.folder.Path(), samples_.day,
-      [&](const std::wstring&) { wasThere = FileExists(samples_.plain); },
-      [](const std::wstring&) {});
-  EXPECT_FALSE(wasThere);
-  EXPECT_TRUE(hasCopy);
+  const auto noDecryption = [](const std::wstring&) {};
+  const auto use = [](const std::wstring&) { ADD_FAILURE() << "used"; };
+  EXPECT_FALSE(UseSamplesOfDay(samples_.folder.Path(), samples_.day, noDecryption, use));
+  EXPECT_FALSE(FileExists(samples_.plain));
 }
 
 TEST_F(UseSamplesOfDayTest, ReadsADocumentThatIsNotAnArray) {

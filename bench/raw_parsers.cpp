@@ -23,7 +23,7 @@ using UniqueFile = std::unique_ptr<std::FILE, CloseFile>;
 
 rapidjson::Document ParseJson(const std::filesystem::path& path) {
   rapidjson::Document document;
-  const UniqueFile file(std::fopen(path.c_str(), "rb"));
+  const UniqueFile file(std::fopen(path.string().c_str(), "rb"));
   if (!file) return std::move(document.Parse(""));
   std::vector<char> buffer(kBufferBytes);
   rapidjson::FileReadStream stream(file.get(), buffer.data(), buffer.size());
@@ -32,7 +32,7 @@ rapidjson::Document ParseJson(const std::filesystem::path& path) {
 }
 
 bool WriteJson(const std::filesystem::path& path, const rapidjson::Document& document) {
-  const UniqueFile file(std::fopen(path.c_str(), "wb"));
+  const UniqueFile file(std::fopen(path.string().c_str(), "wb"));
   if (!file) return false;
   std::vector<char> buffer(kBufferBytes);
   rapidjson::FileWriteStream stream(file.get(), buffer.data(), buffer.size());

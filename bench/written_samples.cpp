@@ -28,22 +28,27 @@ std::string DateOfDay(int day) {
   return text;
 }
 
-void WriteSamples(const std::filesystem::path& path, const WrittenSamples& samples) {
-  if (std::filesystem::exists(path)) return;
-  std::ofstream file(path, std::ios::binary);
+std::string SamplesText(const WrittenSamples& samples) {
   const std::string date = DateOfDay(samples.day);
+  std::string list = "[";
   for (std::size_t i = 0; i < samples.count; ++i) {
     const auto second = static_cast<std::size_t>(samples.secondsApart) * i % 86400;
     const std::size_t hundredths = samples.hasPower ? 500 + i * 7919 % 2500 : 0;
     char text[160];
     std::snprintf(text, sizeof(text),
-                  R"(%c{"TelemetryType":"PCM_SENSOR","SampleTime":"%s","Power":%zu.%02zu,)"
+                  R"(%s{"TelemetryType":"PCM_SENSOR","SampleTime":"%s","Power":%zu.%02zu,)"
                   R"("Unit":"W"})",
-                  i == 0 ? '[' : ',', TimeText(date, second, samples.isPadded).c_str(),
+                  i == 0 ? "" : ",", TimeText(date, second, samples.isPadded).c_str(),
                   hundredths / 100, hundredths % 100);
-    file << text;
+    list += text;
   }
-  file << (samples.count == 0 ? "[]" : "]");
+  return list + "]";
+}
+
+void WriteSamples(const std::filesystem::path& path, const WrittenSamples& samples) {
+  if (!std::filesystem::exists(path)) {
+    std::ofstream(path, std::ios::binary) << SamplesText(samples);
+  }
 }
 
 }  // namespace Bench

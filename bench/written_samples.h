@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <string>
 
 namespace Bench {
 
@@ -16,7 +17,9 @@ struct WrittenSamples {
   bool isPadded = true;  ///< otherwise the fields of a time have one digit where that is enough
 };
 
-/// Does nothing if the file exists.
+[[nodiscard]] std::string SamplesText(const WrittenSamples& samples);
+
+/// Writes that text. Does nothing if the file exists.
 void WriteSamples(const std::filesystem::path& path, const WrittenSamples& samples);
 
 /// "2026-06-01" for day 0.

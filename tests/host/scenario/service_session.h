@@ -17,6 +17,7 @@ class ServiceSession {
   ServiceSession();
 
   [[nodiscard]] HMODULE Library() const { return library_; }
+  [[nodiscard]] Zq::Gantry::Server::Services::ZQService& Service() { return *service_; }
   void Start() { service_->startup_task(); }
   /// Runs a command and returns its text in UTF-8; nothing if the status is kNoResult. Throws
   /// std::runtime_error if it is neither that nor 0.

@@ -5,10 +5,8 @@
 
 #include <fstream>
 #include <map>
-#include <memory>
 #include <string>
 
-#include "base/json_document.h"
 #include "operation.h"
 #include "raw_parsers.h"
 #include "reports/power_report.h"
@@ -106,9 +104,8 @@ bool Rank() {
   const ReportingPeriod period(TestSupport::EndOfManyRows(), kPowerStoreDays);
   static const DesktopApps desktopApps = InstalledApps();
   NoIcons icons;
-  const std::unique_ptr<GenericDocument> store(LoadJsonDocument(
-      ManyRows().OldStore().wstring(), {kLargestPowerStoreBytes, kMostOpenStoreValues}));
-  return store && !RankApplications(*store, period, desktopApps, {}, "icons", icons).empty();
+  const auto store = TryReadPowerStore(ManyRows().OldStore().wstring(), period);
+  return store && !RankApplications(*store, desktopApps, {}, "icons", icons).empty();
 }
 
 const Bench::Registration rankOurs{{"rank-200000/ours", PrepareManyRows, Rank}};

@@ -14,28 +14,21 @@ bool IconFile::StaysInDirectory() const {
          directory.find('\0') == std::string_view::npos;
 }
 
-// Kept on purpose: an empty outcome is not remembered, so the next row of the same name tries again
-// (test IconFinder.RetriesAfterAnEmptyResult).
-std::string IconFinder::Find(const std::string& appId, const std::string& displayName) {
-  const auto known = iconByDisplayName_.find(displayName);
-  if (known != iconByDisplayName_.end()) return known->second;
-  std::string icon = MakeIcon(appId, {directory_, displayName});
-  if (!icon.empty()) iconByDisplayName_.emplace(displayName, icon);
-  return icon;
-}
-
-std::string IconFinder::MakeIcon(const std::string& appId, const IconFile& file) const {
+std::string IconFinder::Make(const std::string& appId, std::string_view displayName) const {
+  const IconFile file{directory_, displayName};
   return IsDevicePath(appId) ? maker_.ExportAppIcon(appId, file) : CopyLogosOf(appId, file);
 }
 
 // Kept on purpose: every matching package copies its logo to the same path, and the outcome of the
 // last copy counts (test IconFinder.UsesTheLastMatchingPackage).
 std::string IconFinder::CopyLogosOf(const std::string& appId, const IconFile& file) const {
-  if (!file.StaysInDirectory()) return {};
-  const std::string target = file.Path();
+  std::string target;  // most identities belong to no package
   bool isCopied = false;
   for (const auto& [packageName, record] : packagedApps_) {
-    if (IsPackageOf(packageName, appId)) isCopied = maker_.CopyLogo(record.Logo, target);
+    if (!IsPackageOf(packageName, appId)) continue;
+    if (!file.StaysInDirectory()) return {};
+    if (target.empty()) target = file.Path();
+    isCopied = maker_.CopyLogo(record.Logo, target);
   }
   return isCopied ? target : std::string();
 }

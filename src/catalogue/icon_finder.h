@@ -1,6 +1,5 @@
 #pragma once
 
-#include <map>
 #include <string>
 #include <string_view>
 
@@ -39,26 +38,22 @@ class IconMaker {
   [[nodiscard]] virtual bool CopyLogo(const std::string& logo, const std::string& target) = 0;
 };
 
-/// Finds the icons of one ranking. An icon that was found for a display name is not made a second
-/// time. Used by one thread.
+/// Makes the icons of one ranking. Used by one thread.
 class IconFinder {
  public:
   /// All three are borrowed for the finder's life.
   IconFinder(const PackagedApps& packagedApps, std::string_view directory, IconMaker& maker)
       : packagedApps_(packagedApps), directory_(directory), maker_(maker) {}
 
-  /// The path of the application's icon in the directory. Empty if it has none; the next call for
-  /// that name then tries again.
-  [[nodiscard]] std::string Find(const std::string& appId, const std::string& displayName);
+  /// Makes the application's icon and returns its path in the directory; empty if it has none.
+  [[nodiscard]] std::string Make(const std::string& appId, std::string_view displayName) const;
 
  private:
-  std::string MakeIcon(const std::string& appId, const IconFile& file) const;
   std::string CopyLogosOf(const std::string& appId, const IconFile& file) const;
 
   const PackagedApps& packagedApps_;
   const std::string_view directory_;
   IconMaker& maker_;
-  std::map<std::string, std::string> iconByDisplayName_;
 };
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

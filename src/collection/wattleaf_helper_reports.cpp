@@ -3,17 +3,16 @@
 #include <io.h>
 
 #include <cstdio>
+#include <optional>
 
 #include "base/byte_text.h"
 #include "base/calendar.h"
 #include "base/date_text.h"
-#include "base/json_document.h"
 #include "base/plain_file.h"
 #include "catalogue/app_identity.h"
 #include "catalogue/file_description.h"
 #include "catalogue/icon_export.h"
 #include "logging/trace_logger.h"
-#include "reports/power_budget.h"
 #include "reports/power_report.h"
 #include "reports/power_store.h"
 #include "reports/ranking.h"
@@ -25,21 +24,20 @@ namespace Zq::Gantry::Server::Services::Wattleaf {
 
 namespace {
 
-/// Reads the 30-day store; holds the lock only while it is open. Null if the store is missing, not
-/// a plain file, too large or not JSON.
-std::unique_ptr<GenericDocument> LoadPowerStore(const std::wstring& path, std::mutex& storeMutex) {
+/// Reads the 30-day store; holds the lock only while it is open. Empty if the store is missing, not
+/// a plain file, too large, not JSON or no array.
+std::optional<StoredRows> LoadPowerStore(const std::wstring& path, const ReportingPeriod& period,
+                                         std::mutex& storeMutex) {
   const std::lock_guard lock(storeMutex);
-  if (!IsKnownPlainFile(path)) return nullptr;
-  return std::unique_ptr<GenericDocument>(
-      LoadJsonDocument(path, {kLargestPowerStoreBytes, kMostOpenStoreValues}));
+  if (!IsKnownPlainFile(path)) return std::nullopt;
+  return TryReadPowerStore(path, period);
 }
 
 /// Writes the store under the same lock. A store that cannot be opened stays as it is; failure is
 /// ignored, as the next pass writes it again.
-void SavePowerStore(const std::wstring& path, const GenericDocument& store,
-                    std::mutex& storeMutex) {
+void SavePowerStore(const std::wstring& path, const PowerLog& log, std::mutex& storeMutex) {
   const std::lock_guard lock(storeMutex);
-  static_cast<void>(SaveJsonDocument(path, store));
+  static_cast<void>(WritePowerStore(path, log));
 }
 
 /// Logs a tool's status. For a negative one the exception of ToolFailureText propagates.
@@ -105,9 +103,9 @@ void WattleafHelper::ConvertPowerLogXmltoJson() {
   }
   std::printf("XML parsing completed :%s\n", LogTimeNow().c_str());
 
-  if (const auto store = LoadPowerStore(storePath, storeMutex))
-    MergePowerStore(*store, period, log);
-  SavePowerStore(storePath, PowerStoreDocument(log), storeMutex);
+  if (const auto store = LoadPowerStore(storePath, period, storeMutex))
+    MergePowerStore(*store, log);
+  SavePowerStore(storePath, log, storeMutex);
 }
 
 // Any failure leaves the result as it was, and nothing is logged.
@@ -119,13 +117,13 @@ void WattleafHelper::GetTop20PowerApps(std::wstring& request, std::wstring& resu
     const ReportingPeriod period(*GetCurrentDateTime(), wanted.days);
 
     const std::wstring path = std::wstring(collectionPath) + L"\\" + kPowerStoreFileName;
-    const auto store = LoadPowerStore(path, storeMutex);
-    if (store == nullptr || !store->IsArray()) return;
+    const auto store = LoadPowerStore(path, period, storeMutex);
+    if (!store) return;
 
     SystemIconMaker icons(devicePrefix);
     const auto desktopApps = win32Apps.Current();
     const auto packagedApps = uwpApps.Current();
-    result = RankingText(RankApplications(*store, period, *desktopApps, *packagedApps,
+    result = RankingText(RankApplications(*store, *desktopApps, *packagedApps,
                                           NarrowDirectory(wanted.iconDirectory), icons));
   } catch (...) {
     // Dropped: the client gets no text and can repeat the command.

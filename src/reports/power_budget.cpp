@@ -4,8 +4,6 @@
 #include <numeric>
 #include <pugixml.hpp>
 
-#include "reports/power_log.h"
-
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
 namespace {
@@ -38,11 +36,6 @@ std::size_t WrittenBytes(char c) {
   }
 }
 
-std::size_t WrittenBytes(std::string_view text) {
-  return std::accumulate(text.begin(), text.end(), std::size_t{0},
-                         [](std::size_t sum, char c) { return sum + WrittenBytes(c); });
-}
-
 /// A null character does not count as blank.
 bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 
@@ -71,8 +64,13 @@ std::uint64_t MostNodes(std::string_view text) {
 
 }  // namespace
 
-std::size_t StoredRowBytes(const PowerLogRecord& row) {
-  return kRowWithoutNames.size() + WrittenBytes(row.Name) + WrittenBytes(row.DisplayName);
+std::size_t WrittenBytes(std::string_view text) {
+  return std::accumulate(text.begin(), text.end(), std::size_t{0},
+                         [](std::size_t sum, char c) { return sum + WrittenBytes(c); });
+}
+
+std::size_t StoredRowBytes(std::size_t nameBytes, std::size_t displayNameBytes) {
+  return kRowWithoutNames.size() + nameBytes + displayNameBytes;
 }
 
 std::uint64_t MostReportTextBytes(std::uint64_t fileBytes) {

@@ -10,8 +10,6 @@
 // below 1 GiB; docs/decisions/reports.md, "Budget", has the arithmetic.
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
-struct PowerLogRecord;
-
 inline constexpr std::size_t kBytesPerMebibyte = 1024U * 1024;
 
 /// A larger store counts as unreadable, and none is written.
@@ -42,9 +40,13 @@ struct PowerStoreLimits {
   std::size_t fileBytes = kLargestPowerStoreBytes;
 };
 
-/// The bytes of a row in the store's file, including the comma or bracket after it. The energy is
-/// counted with its longest text, since it changes while rows of one identity are added up.
-[[nodiscard]] std::size_t StoredRowBytes(const PowerLogRecord& row);
+/// The bytes of a text in the store's file, without its quotes.
+[[nodiscard]] std::size_t WrittenBytes(std::string_view text);
+
+/// The bytes of a row in the store's file, including the comma or bracket after it, from the
+/// WrittenBytes of its names. The energy is counted with its longest text, since it changes while
+/// rows of one identity are added up.
+[[nodiscard]] std::size_t StoredRowBytes(std::size_t nameBytes, std::size_t displayNameBytes);
 
 /// An upper bound of the bytes of a report of this length and its copy in the parser's characters.
 [[nodiscard]] std::uint64_t MostReportTextBytes(std::uint64_t fileBytes);

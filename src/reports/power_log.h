@@ -5,21 +5,22 @@
 #include <limits>
 #include <list>
 #include <map>
-#include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include "base/calendar.h"
+#include "base/time_reader.h"
+#include "reports/name_table.h"
 #include "reports/power_budget.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
-/// One row of the 30-day store.
+/// One row of the 30-day store. In a log the texts belong to the log.
 struct PowerLogRecord {
-  std::string Name;              ///< the application's identity in the report, UTF-8
-  std::string DisplayName;       ///< bytes; empty if no name is known
-  DateTime TimeStamp;            ///< local
+  std::string_view Name;         ///< the application's identity in the report, UTF-8
+  std::string_view DisplayName;  ///< bytes; empty if no name is known
+  LocalTime TimeStamp;
   std::int64_t TotalEnergy = 0;  ///< in the report's own unit, which nothing here interprets
 };
 
@@ -30,8 +31,10 @@ class ReportingPeriod {
   /// to that of `now`. If the cutoff is outside the calendar, every row with a valid time counts.
   ReportingPeriod(const DateTime& now, std::int32_t days);
 
-  /// A time outside the calendar never counts.
-  [[nodiscard]] bool Includes(const DateTime& time) const;
+  /// A time outside the calendar, whose instant is -1, never counts.
+  [[nodiscard]] bool Includes(std::int64_t instant) const {
+    return instant != -1 && instant >= firstInstant_;
+  }
 
  private:
   std::int64_t firstInstant_;
@@ -47,13 +50,13 @@ class PowerLog {
   PowerLog& operator=(const PowerLog&) = delete;
 
   /// The row of this identity, or null. Valid until the next Append; the log owns it.
-  [[nodiscard]] PowerLogRecord* TryFind(std::string_view name, const DateTime& time);
+  [[nodiscard]] PowerLogRecord* TryFind(std::string_view name, const LocalTime& time);
 
-  /// Adds a row whose identity is not in the log; a second row of one identity is dropped. If the
-  /// rows exceed the limits, the oldest are removed, and among those of one second the ones added
-  /// last. From then on, rows as old as a removed one or older are dropped. A row that exceeds the
-  /// limits by itself is dropped and displaces no other.
-  void Append(PowerLogRecord record);
+  /// Adds a copy of a row whose identity is not in the log; a second row of one identity is
+  /// dropped. If the rows exceed the limits, the oldest are removed, and among those of one second
+  /// the ones added last. From then on, rows as old as a removed one or older are dropped. A row
+  /// that exceeds the limits by itself is dropped and displaces no other.
+  void Append(const PowerLogRecord& record);
 
   /// The rows in order of insertion. The log owns them; removal keeps the others in place.
   [[nodiscard]] const std::list<PowerLogRecord>& Records() const { return records_; }
@@ -61,9 +64,16 @@ class PowerLog {
  private:
   using Row = std::list<PowerLogRecord>::iterator;
 
-  /// The instant comes first, since it separates most rows without comparing names. Ordered, not
-  /// hashed: others choose the names, and no choice makes an ordered search slow.
-  using Identity = std::pair<std::int64_t, std::string_view>;
+  /// A name of at least one row. Equal names are one entry, so that its address stands for it.
+  struct NameUse {
+    std::size_t uses = 0;
+    std::size_t writtenBytes = 0;
+  };
+  using Names = NameTable<NameUse>;
+
+  /// The instant comes first, since it separates most rows. Ordered, not hashed: others choose the
+  /// times, and no choice makes an ordered search slow.
+  using Identity = std::pair<std::int64_t, const Names::Entry*>;
 
   /// What decides which row is removed next.
   struct Age {
@@ -78,12 +88,16 @@ class PowerLog {
   /// Whether one more row of this size stays within the limits.
   [[nodiscard]] bool Fits(std::size_t rowBytes) const;
   [[nodiscard]] bool MakeRoom(std::size_t rowBytes, std::int64_t instant);
+  bool TryInsert(Names::Entry& name, Names::Entry& displayName, const PowerLogRecord& record);
+  [[nodiscard]] Names::Entry& Use(std::string_view name);
+  void Release(Names::Entry& name);
   void OrderByAge();
   void DropOldest();
 
   PowerStoreLimits limits_;
   std::list<PowerLogRecord> records_;
-  std::map<Identity, Row> byIdentity_;  // the rows own the names
+  std::map<Identity, Row> byIdentity_;
+  Names names_;
   std::size_t rowsBytes_ = 0;
 
   /// A heap with the next row to remove on top. Built when the first row must be removed.

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "base/date_text.h"
+#include "base/time_reader.h"
 #include "base/utf8_text.h"
 #include "base/wide_file.h"
 #include "reports/decimal_text.h"
@@ -62,9 +63,8 @@ class RowReader {
   void Read(const pugi::xml_node& row) {
     std::string name = ToUtf8(row.attribute(kAppId).value());
     if (IsNoApplication(name)) return;
-    DateTime time;
-    ParseWideDateTime(time, row.attribute(kTimeStamp).value());
-    if (!period_.Includes(time)) return;
+    const LocalTime time = times_.Read(row.attribute(kTimeStamp).value());
+    if (!period_.Includes(time.instant)) return;
 
     const auto energy = TryEnergy(row);
     // Kept on purpose: a new row without an energy takes the one of the row read before it (test
@@ -74,14 +74,14 @@ class RowReader {
       known->TotalEnergy += energy.value_or(0);
       return;
     }
-    std::string displayName = names_.Resolve(name);
-    log_.Append({std::move(name), std::move(displayName), time, energy_});
+    log_.Append({name, names_.Resolve(name), time, energy_});
   }
 
  private:
   const ReportingPeriod& period_;
   DisplayNames& names_;
   PowerLog& log_;
+  TimeReader times_{kTimeStampFormat};
   std::int32_t energy_ = 0;
 };
 

@@ -1,79 +1,93 @@
 #include "reports/power_store.h"
 
+#include <array>
 #include <string_view>
+#include <utility>
 
 #include "base/date_text.h"
 #include "base/json_document.h"
+#include "base/json_rows.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
 namespace {
 
-void MergeRow(const rapidjson::Value& row, const ReportingPeriod& period, PowerLog& log) {
-  const rapidjson::Value* name = TryStringMember(row, kNameKey);
-  const rapidjson::Value* displayName = TryStringMember(row, kDisplayNameKey);
-  const rapidjson::Value* energy = TryNumberMember(row, kTotalEnergyKey);
-  const rapidjson::Value* timeStamp = TryStringMember(row, kTimeStampKey);
-  if (name == nullptr || displayName == nullptr || energy == nullptr || timeStamp == nullptr) {
-    return;
-  }
-  DateTime time;
-  ParseDateTime(time, timeStamp->GetString(), kTimeStampFormat);
-  if (!period.Includes(time)) return;
-  if (log.TryFind(std::string_view(name->GetString(), name->GetStringLength()), time)) return;
-  // Kept on purpose: an energy is written with 64 bits and read back with its low 32 (test
-  // MergePowerStoreTest.ReadsTheLow32BitsOfEnergy).
-  log.Append({TextOf(*name), TextOf(*displayName), time, StoredEnergyLow32(*energy)});
-}
+constexpr std::array<std::string_view, 4> kMembers{kNameKey, kDisplayNameKey, kTimeStampKey,
+                                                   kTotalEnergyKey};
 
-/// Writes the rows as JSON events; names are passed on without a copy.
-class RowEvents {
+/// Keeps the rows of the period.
+class StoredRowCollector final : public JsonRowSink {
  public:
-  explicit RowEvents(const PowerLog& log) : log_(log) {}
+  explicit StoredRowCollector(const ReportingPeriod& period) : period_(period) {}
 
-  bool operator()(GenericDocument& document) const {
-    document.StartArray();
-    for (const PowerLogRecord& record : log_.Records()) {
-      document.StartObject();
-      Key(document, kNameKey);
-      Text(document, record.Name, /*isCopied=*/false);
-      Key(document, kDisplayNameKey);
-      Text(document, record.DisplayName, /*isCopied=*/false);
-      Key(document, kTimeStampKey);
-      Text(document, FormatDateTime(record.TimeStamp, kTimeStampFormat), /*isCopied=*/true);
-      Key(document, kTotalEnergyKey);
-      document.Int64(record.TotalEnergy);
-      document.EndObject(/*memberCount=*/4);
-    }
-    return document.EndArray(static_cast<rapidjson::SizeType>(log_.Records().size()));
+  void Begin() override { store_ = {}; }
+
+  void Take(JsonRow row) override {
+    const rapidjson::Value& timeStamp = row[2];
+    const rapidjson::Value& energy = row[3];
+    if (!timeStamp.IsString() || !energy.IsNumber()) return;
+    const LocalTime time = times_.Read(timeStamp.GetString());
+    if (!period_.Includes(time.instant)) return;
+    store_.rows.push_back({IndexOf(row[0]), IndexOf(row[1]), time, StoredEnergy(energy)});
   }
+
+  [[nodiscard]] StoredRows& Store() { return store_; }
 
  private:
-  static void Key(GenericDocument& document, std::string_view key) {
-    Text(document, key, /*isCopied=*/false);
+  std::uint32_t IndexOf(const rapidjson::Value& name) {
+    if (!name.IsString()) return StoredRow::kNoName;
+    const auto next = static_cast<std::uint32_t>(store_.names.size());
+    auto& entry = store_.indexByName.FindOrAdd({name.GetString(), name.GetStringLength()}, next);
+    if (entry.second == next) store_.names.push_back(&entry.first);
+    return entry.second;
   }
 
-  static void Text(GenericDocument& document, std::string_view text, bool isCopied) {
-    document.String(text.data(), static_cast<rapidjson::SizeType>(text.size()), isCopied);
-  }
-
-  const PowerLog& log_;
+  const ReportingPeriod& period_;
+  TimeReader times_{kTimeStampFormat};
+  StoredRows store_;
 };
+
+bool WriteText(JsonWriter& writer, std::string_view text) {
+  return writer.String(text.data(), static_cast<rapidjson::SizeType>(text.size()));
+}
+
+bool WriteRow(JsonWriter& writer, const PowerLogRecord& row) {
+  return writer.StartObject() && writer.Key(kNameKey) && WriteText(writer, row.Name) &&
+         writer.Key(kDisplayNameKey) && WriteText(writer, row.DisplayName) &&
+         writer.Key(kTimeStampKey) &&
+         WriteText(writer, FormatDateTime(row.TimeStamp.fields, kTimeStampFormat)) &&
+         writer.Key(kTotalEnergyKey) && writer.Int64(row.TotalEnergy) && writer.EndObject();
+}
 
 }  // namespace
 
-void MergePowerStore(const GenericDocument& store, const ReportingPeriod& period, PowerLog& log) {
-  if (!store.IsArray()) return;
-  for (const rapidjson::Value& row : store.GetArray()) MergeRow(row, period, log);
+std::optional<StoredRows> TryReadPowerStore(const std::wstring& path,
+                                            const ReportingPeriod& period) {
+  StoredRowCollector collector(period);
+  const JsonRowsOutcome outcome =
+      ReadJsonRows(path, kMembers, collector, {kLargestPowerStoreBytes, kMostOpenStoreValues});
+  if (outcome != JsonRowsOutcome::kRows) return std::nullopt;
+  return std::move(collector.Store());
 }
 
-// Through events, so that each object is as large as its members: adding members one by one would
-// reserve room for sixteen.
-GenericDocument PowerStoreDocument(const PowerLog& log) {
-  GenericDocument document;
-  RowEvents events(log);
-  document.Populate(events);
-  return document;
+void MergePowerStore(const StoredRows& store, PowerLog& log) {
+  for (const StoredRow& row : store.rows) {
+    if (row.name == StoredRow::kNoName || row.displayName == StoredRow::kNoName) continue;
+    // Kept on purpose: an energy is written with 64 bits and read back with its low 32 (test
+    // MergePowerStoreTest.ReadsTheLow32BitsOfEnergy).
+    log.Append(
+        {*store.names[row.name], *store.names[row.displayName], row.time, EnergyLow32(row.energy)});
+  }
+}
+
+bool WritePowerStore(const std::wstring& path, const PowerLog& log) {
+  return WriteJsonFile(path, [&](JsonWriter& writer) {
+    writer.StartArray();
+    for (const PowerLogRecord& row : log.Records()) {
+      if (!WriteRow(writer, row)) return;
+    }
+    writer.EndArray();
+  });
 }
 
 std::int64_t StoredEnergy(const rapidjson::Value& number) {
@@ -85,8 +99,8 @@ std::int64_t StoredEnergy(const rapidjson::Value& number) {
   return fits ? static_cast<std::int64_t>(value) : 0;
 }
 
-std::int64_t StoredEnergyLow32(const rapidjson::Value& number) {
-  return static_cast<std::int32_t>(static_cast<std::uint64_t>(StoredEnergy(number)));
+std::int64_t EnergyLow32(std::int64_t energy) {
+  return static_cast<std::int32_t>(static_cast<std::uint64_t>(energy));
 }
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -3,8 +3,13 @@
 #include <rapidjson/document.h>
 
 #include <cstdint>
+#include <deque>
+#include <optional>
+#include <string>
+#include <vector>
 
-#include "base/json_document.h"
+#include "base/time_reader.h"
+#include "reports/name_table.h"
 #include "reports/power_log.h"
 
 // The 30-day store, "Powerlog.json"; docs/formats/powerlog-json.md.
@@ -21,18 +26,41 @@ inline constexpr char kTotalEnergyKey[] = "TotalEnergy";
 /// How far back the store reaches: 2592000 seconds.
 inline constexpr std::int32_t kPowerStoreDays = 30;
 
-/// Appends the rows of the period whose identity is not in `log` yet. A root that is not an array
-/// has no rows. A row that lacks a member, or has one of another type, is dropped.
-void MergePowerStore(const GenericDocument& store, const ReportingPeriod& period, PowerLog& log);
+/// A row of the store that has an energy and a time of the period.
+struct StoredRow {
+  static constexpr std::uint32_t kNoName = 0xFFFFFFFF;
 
-/// The document for the file. It refers to the names in `log`, which must outlive it.
-[[nodiscard]] GenericDocument PowerStoreDocument(const PowerLog& log);
+  std::uint32_t name = kNoName;         ///< an index of StoredRows::names
+  std::uint32_t displayName = kNoName;  ///< the same
+  LocalTime time;
+  std::int64_t energy = 0;  ///< all 64 bits; see StoredEnergy
+};
+
+/// Rows of a store in the order of its file. Every name and display name is kept once.
+struct StoredRows {
+  std::deque<StoredRow> rows;
+  std::vector<const std::string*> names;  ///< owned by `indexByName`
+  NameTable<std::uint32_t> indexByName;
+};
+
+/// Reads the rows of the period. An element without an energy or a time of the right type is
+/// skipped, and a name of another type counts as missing; of several members with one name the
+/// first counts. Empty if the file is not JSON, exceeds a limit of power_budget.h, or has another
+/// root than an array. A link is followed.
+[[nodiscard]] std::optional<StoredRows> TryReadPowerStore(const std::wstring& path,
+                                                          const ReportingPeriod& period);
+
+/// Appends the rows that have both names and whose identity is not in `log` yet.
+void MergePowerStore(const StoredRows& store, PowerLog& log);
+
+/// Writes the rows of the log to a file, as WriteJsonFile does.
+[[nodiscard]] bool WritePowerStore(const std::wstring& path, const PowerLog& log);
 
 /// A JSON number as a whole number. The 64 bits of an unsigned number above the signed range are
 /// reinterpreted, and a fraction is truncated. 0 if 64 bits cannot hold the number.
 [[nodiscard]] std::int64_t StoredEnergy(const rapidjson::Value& number);
 
-/// The low 32 bits of StoredEnergy(number), read as signed.
-[[nodiscard]] std::int64_t StoredEnergyLow32(const rapidjson::Value& number);
+/// The low 32 bits of an energy, read as signed.
+[[nodiscard]] std::int64_t EnergyLow32(std::int64_t energy);
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <rapidjson/document.h>
-
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -9,7 +7,7 @@
 
 #include "catalogue/icon_finder.h"
 #include "catalogue/installed_apps.h"
-#include "reports/power_log.h"
+#include "reports/power_store.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
@@ -25,14 +23,11 @@ struct TopAppEntry {
 
 using Ranking = std::vector<TopAppEntry>;
 
-/// The applications with the largest share of the energy of the period, largest first. `rows` is
-/// the array of the 30-day store. An element without an energy or a time of the right type is
-/// skipped. An element that lacks a name, or has an empty display name, counts in the total only,
-/// and so does one of an application that is not shown. If the energies add up to 0, no value is
-/// finite. Makes an icon in `iconDirectory` for each application that is shown, even if it does not
-/// rank among the largest.
-[[nodiscard]] Ranking RankApplications(const rapidjson::Value& rows, const ReportingPeriod& period,
-                                       const DesktopApps& desktopApps,
+/// The applications with the largest share of the energy of the rows, largest first. A row that
+/// lacks a name, or has an empty display name, counts in the total only, and so does one of an
+/// application that is not shown. If the energies add up to 0, no value is finite. Makes an icon in
+/// `iconDirectory` for each application that is shown, even if it does not rank among the largest.
+[[nodiscard]] Ranking RankApplications(const StoredRows& store, const DesktopApps& desktopApps,
                                        const PackagedApps& packagedApps,
                                        std::string_view iconDirectory, IconMaker& icons);
 

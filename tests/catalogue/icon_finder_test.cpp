@@ -22,10 +22,10 @@ using Zq::Gantry::Server::Services::Wattleaf::PackagedApps;
 
 constexpr char kExecutable[] = "\\Device\\HarddiskVolume3\\Tools\\a.exe";
 
-/// The icon that a fresh finder returns for one application.
+/// The icon of one application.
 std::string IconOf(const PackagedApps& apps, RecordingIconMaker& icons, const std::string& appId,
                    const std::string& displayName, std::string_view directory = kIconDirectory) {
-  return IconFinder(apps, directory, icons).Find(appId, displayName);
+  return IconFinder(apps, directory, icons).Make(appId, displayName);
 }
 
 bool IsMatch(const std::string& packageName, const std::string& appId) {
@@ -102,31 +102,6 @@ TEST(IconFinder, TreatsOnlyPathsInTheDeviceFolderAsExecutables) {
   EXPECT_EQ(IconOf({}, icons, "\\Device", "Meadow"), "");
   EXPECT_EQ(IconOf({}, icons, "\\device\\a.exe", "Meadow"), "");
   EXPECT_EQ(IconOf({}, icons, "\\Device\\", "Meadow"), "x");
-}
-
-TEST(IconFinder, MakesAnIconOncePerDisplayName) {
-  RecordingIconMaker icons;
-  const PackagedApps apps{{"Alder", {}}, {"Birch", {}}};
-  IconFinder finder(apps, kIconDirectory, icons);
-  for (const char* appId : {"Alder", "Birch", kExecutable}) {
-    EXPECT_EQ(finder.Find(appId, "Meadow"), "C:\\Icons\\Meadow.png");
-  }
-  EXPECT_THAT(icons.copies, ElementsAre("|C:\\Icons\\Meadow.png"));
-  EXPECT_THAT(icons.exports, IsEmpty());
-  EXPECT_EQ(finder.Find("Birch", "Other"), "C:\\Icons\\Other.png");
-  EXPECT_EQ(icons.copies.size(), 2U);
-}
-
-TEST(IconFinder, RetriesAfterAnEmptyResult) {
-  RecordingIconMaker icons;
-  icons.copySucceeds = false;
-  const PackagedApps apps{{"Alder", {}}};
-  IconFinder finder(apps, kIconDirectory, icons);
-  EXPECT_EQ(finder.Find("Alder", "Meadow"), "");
-  EXPECT_EQ(finder.Find("Alder", "Meadow"), "");
-  icons.copySucceeds = true;
-  EXPECT_EQ(finder.Find("Alder", "Meadow"), "C:\\Icons\\Meadow.png");
-  EXPECT_EQ(icons.copies.size(), 3U);
 }
 
 TEST(IconFinder, UsesTheLastMatchingPackage) {

@@ -2,12 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
+#include <filesystem>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "base/json_document.h"
+#include "base/scratch_folder.h"
 #include "catalogue/recording_icon_maker.h"
 #include "reports/ranking.h"
 #include "reports/report_times.h"
@@ -54,14 +54,16 @@ struct FakeRanking {
   [[nodiscard]] Zq::Gantry::Server::Services::Wattleaf::Ranking Rank(
       const std::vector<std::string>& rows,
       const Zq::Gantry::Server::Services::Wattleaf::ReportingPeriod& period = OneDay()) {
-    Zq::Gantry::Server::Services::Wattleaf::GenericDocument document;
-    const std::string text = Store(rows);
-    document.Parse(text.data(), text.size());
-    if (!document.IsArray()) {
-      ADD_FAILURE() << "not an array: " << text;
+    const ScratchFolder folder;
+    const std::filesystem::path path = folder.File("store.json");
+    WriteBytes(path, Store(rows));
+    const auto store =
+        Zq::Gantry::Server::Services::Wattleaf::TryReadPowerStore(path.wstring(), period);
+    if (!store) {
+      ADD_FAILURE() << "not an array: " << Store(rows);
       return {};
     }
-    return RankApplications(document, period, desktopApps, packagedApps, kIconDirectory, icons);
+    return RankApplications(*store, desktopApps, packagedApps, kIconDirectory, icons);
   }
 };
 

@@ -1,11 +1,9 @@
 #include "reports/many_rows.h"
 
 #include <fstream>
-#include <memory>
 
 #include "base/date_text.h"
 #include "base/local_calendar.h"
-#include "reports/power_budget.h"
 #include "reports/power_report.h"
 #include "reports/power_store.h"
 #include "reports/report_commands.h"
@@ -86,11 +84,8 @@ std::size_t FoldReport(const std::filesystem::path& folder) {
     ReadPowerReport((folder / kPowerReportFileName).wstring(), period, names, log);
   }
   const std::wstring storePath = (folder / kPowerStoreFileName).wstring();
-  if (const std::unique_ptr<GenericDocument> store{
-          LoadJsonDocument(storePath, {kLargestPowerStoreBytes, kMostOpenStoreValues})}) {
-    MergePowerStore(*store, period, log);
-  }
-  static_cast<void>(SaveJsonDocument(storePath, PowerStoreDocument(log)));
+  if (const auto store = TryReadPowerStore(storePath, period)) MergePowerStore(*store, log);
+  static_cast<void>(WritePowerStore(storePath, log));
   return log.Records().size();
 }
 

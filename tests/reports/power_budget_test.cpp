@@ -1,14 +1,13 @@
 #include "reports/power_budget.h"
 
 #include <gtest/gtest.h>
-#include <rapidjson/stringbuffer.h>
-#include <rapidjson/writer.h>
 
 #include <filesystem>
 #include <limits>
 #include <memory>
 #include <string>
 
+#include "base/json_document.h"
 #include "base/scratch_folder.h"
 #include "reports/power_store.h"
 #include "reports/report_times.h"
@@ -16,25 +15,18 @@
 // The next pass can read every store that a pass writes.
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
-using TestSupport::At;
 using TestSupport::ScratchFolder;
+using TestSupport::TimeAt;
 
 namespace {
 
 constexpr std::int64_t kLongestEnergy = std::numeric_limits<std::int64_t>::min();
 
-std::size_t WrittenBytes(const PowerLog& log) {
-  rapidjson::StringBuffer buffer;
-  rapidjson::Writer<rapidjson::StringBuffer> writer(buffer);
-  PowerStoreDocument(log).Accept(writer);
-  return buffer.GetSize();
-}
-
 /// A log, saved as a store.
 class SavedStore {
  public:
   explicit SavedStore(const PowerLog& log) {
-    EXPECT_TRUE(SaveJsonDocument(folder_.File("store.json").wstring(), PowerStoreDocument(log)));
+    EXPECT_TRUE(WritePowerStore(folder_.File("store.json").wstring(), log));
   }
 
   std::size_t Bytes() const { return std::filesystem::file_size(folder_.File("store.json")); }
@@ -52,22 +44,30 @@ class SavedStore {
 }  // namespace
 
 TEST(StoredRowBytes, EqualsTheWrittenSizeForEachByteOfAName) {
-  const PowerLogRecord empty{"", "", At("2026-11-14:02:10:46"), kLongestEnergy};
+  const LocalTime time = TimeAt("2026-11-14:02:10:46");
   for (int byte = 0; byte < 256; ++byte) {
     const std::string name(3, static_cast<char>(byte));
     PowerLog log;
-    log.Append({name, "", empty.TimeStamp, kLongestEnergy});
-    log.Append({"", name + name, empty.TimeStamp, kLongestEnergy});
+    log.Append({name, "", time, kLongestEnergy});
+    log.Append({"", name + name, time, kLongestEnergy});
     ASSERT_EQ(log.Records().size(), 2U);
     std::size_t bytes = 1;
-    for (const PowerLogRecord& row : log.Records()) bytes += StoredRowBytes(row);
-    EXPECT_EQ(WrittenBytes(log), bytes) << byte;
+    for (const PowerLogRecord& row : log.Records()) {
+      bytes += StoredRowBytes(WrittenBytes(row.Name), WrittenBytes(row.DisplayName));
+    }
+    EXPECT_EQ(SavedStore(log).Bytes(), bytes) << byte;
   }
 }
 
 TEST(StoredRowBytes, CountsEveryEnergyAsTheLongest) {
-  const DateTime time = At("2026-11-14:02:10:46");
-  EXPECT_EQ(StoredRowBytes({"a", "b", time, 0}), StoredRowBytes({"a", "b", time, kLongestEnergy}));
+  const LocalTime time = TimeAt("2026-11-14:02:10:46");
+  PowerLog shortest;
+  shortest.Append({"a", "b", time, 0});
+  PowerLog longest;
+  longest.Append({"a", "b", time, kLongestEnergy});
+  const std::size_t bytes = SavedStore(longest).Bytes();
+  EXPECT_EQ(1 + StoredRowBytes(1, 1), bytes);
+  EXPECT_EQ(SavedStore(shortest).Bytes(), bytes - std::string("-922337203685477580").size());
 }
 
 TEST(PowerBudget, LimitsFollowFromNineJsonValuesPerRow) {
@@ -81,7 +81,7 @@ TEST(PowerBudget, NextPassReadsAStoreOfTheLargestSize) {
   const PowerStoreLimits limits{.fileBytes = 1 + 3 * (98 + 1000)};
   PowerLog log(limits);
   for (const char letter : std::string("abcd")) {
-    log.Append({std::string(1000, letter), "", At("2026-11-14:02:00:00"), kLongestEnergy});
+    log.Append({std::string(1000, letter), "", TimeAt("2026-11-14:02:00:00"), kLongestEnergy});
   }
   const SavedStore store(log);
   EXPECT_EQ(store.Bytes(), limits.fileBytes);
@@ -94,7 +94,7 @@ TEST(PowerBudget, NextPassReadsAStoreOfTheMostRows) {
   // Open while the fifth row is read: the array, four rows, and nine values of the fifth row.
   PowerLog log;
   for (const char* name : {"a", "b", "c", "d", "e"}) {
-    log.Append({name, "", At("2026-11-14:02:00:00"), kLongestEnergy});
+    log.Append({name, "", TimeAt("2026-11-14:02:00:00"), kLongestEnergy});
   }
   const SavedStore store(log);
   EXPECT_TRUE(store.Load(kLargestPowerStoreBytes, 1 + 4 + 9));
@@ -104,7 +104,7 @@ TEST(PowerBudget, NextPassReadsAStoreOfTheMostRows) {
 TEST(PowerBudget, NextPassReadsARowOfTheLongestNames) {
   // A zero has six bytes in the file: 16 MiB - 98 = 6 * 2,796,186 + 2.
   const std::string name(2'796'186, '\0');
-  const DateTime time = At("2026-11-14:02:00:00");
+  const LocalTime time = TimeAt("2026-11-14:02:00:00");
   PowerLog log;
   log.Append({name + "abc", "", time, kLongestEnergy});
   log.Append({name, "abc", time, kLongestEnergy});

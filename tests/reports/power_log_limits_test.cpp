@@ -5,7 +5,6 @@
 #include <string>
 #include <vector>
 
-#include "base/local_calendar.h"
 #include "reports/power_budget.h"
 #include "reports/power_log.h"
 #include "reports/report_times.h"
@@ -13,26 +12,39 @@
 // The rows that a log drops when its store cannot hold all of them.
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
-using TestSupport::At;
+using TestSupport::TimeAt;
 
 namespace {
 
 /// Limits the number of rows, but not the size of the file.
 PowerStoreLimits Rows(std::size_t rows) { return {.rows = rows}; }
 
-/// Limits the file to one bracket and exactly these rows.
-PowerStoreLimits RoomFor(const std::vector<PowerLogRecord>& rows) {
-  PowerStoreLimits limits{.fileBytes = 1};
-  for (const PowerLogRecord& row : rows) limits.fileBytes += StoredRowBytes(row);
-  return limits;
+/// A row that owns its texts.
+struct TestRow {
+  std::string name;
+  LocalTime time;
+  std::string displayName;
+
+  [[nodiscard]] PowerLogRecord Record() const { return {name, displayName, time, 1}; }
+};
+
+std::size_t BytesOf(const TestRow& row) {
+  return StoredRowBytes(WrittenBytes(row.name), WrittenBytes(row.displayName));
 }
 
 /// A row of 14 November 2026.
-PowerLogRecord Row(const std::string& name, const std::string& time) {
-  return {name, "", At(("2026-11-14:" + time).c_str()), 1};
+TestRow Row(const std::string& name, const std::string& time) {
+  return {name, TimeAt(("2026-11-14:" + time).c_str()), ""};
 }
 
-PowerLogRecord LargeRow(const std::string& time) { return Row(std::string(500, 'n'), time); }
+/// Limits the file to one bracket and exactly these rows.
+PowerStoreLimits RoomFor(const std::vector<TestRow>& rows) {
+  PowerStoreLimits limits{.fileBytes = 1};
+  for (const TestRow& row : rows) limits.fileBytes += BytesOf(row);
+  return limits;
+}
+
+TestRow LargeRow(const std::string& time) { return Row(std::string(500, 'n'), time); }
 
 std::string Names(const PowerLog& log) {
   std::string names;
@@ -40,8 +52,8 @@ std::string Names(const PowerLog& log) {
   return names;
 }
 
-void AppendAll(PowerLog& log, const std::vector<PowerLogRecord>& rows) {
-  for (const PowerLogRecord& row : rows) log.Append(row);
+void AppendAll(PowerLog& log, const std::vector<TestRow>& rows) {
+  for (const TestRow& row : rows) log.Append(row.Record());
 }
 
 }  // namespace
@@ -57,7 +69,7 @@ TEST(PowerLogLimits, LogDropsTheOldestRowAtAnyPosition) {
   AppendAll(log, {Row("a", "03:00:00"), Row("b", "01:00:00"), Row("c", "02:00:00"),
                   Row("d", "04:00:00")});
   EXPECT_EQ(Names(log), "acd");
-  log.Append(Row("e", "02:30:00"));
+  log.Append(Row("e", "02:30:00").Record());
   EXPECT_EQ(Names(log), "ade");
 }
 
@@ -71,9 +83,9 @@ TEST(PowerLogLimits, LogDropsTheLastRowOfOneSecond) {
   PowerLog log(Rows(2));
   AppendAll(log, {Row("z", "02:00:00"), Row("a", "02:00:00"), Row("m", "02:00:00")});
   EXPECT_EQ(Names(log), "za");
-  log.Append(Row("n", "02:00:01"));
+  log.Append(Row("n", "02:00:01").Record());
   EXPECT_EQ(Names(log), "zn");
-  log.Append(Row("o", "02:00:01"));
+  log.Append(Row("o", "02:00:01").Record());
   EXPECT_EQ(Names(log), "no");
 }
 
@@ -85,7 +97,7 @@ TEST(PowerLogLimits, LogHoldsTheLimitAfterSeveralDrops) {
 }
 
 TEST(PowerLogLimits, LogFillsTheFileToTheLastByte) {
-  const std::vector<PowerLogRecord> rows{Row("a", "01:00:00"), Row("b", "02:00:00")};
+  const std::vector<TestRow> rows{Row("a", "01:00:00"), Row("b", "02:00:00")};
   PowerStoreLimits limits = RoomFor(rows);
   PowerLog exact(limits);
   AppendAll(exact, rows);
@@ -98,14 +110,14 @@ TEST(PowerLogLimits, LogFillsTheFileToTheLastByte) {
 }
 
 TEST(PowerLogLimits, LogDropsAsManyOldRowsAsALargeOneNeeds) {
-  std::vector<PowerLogRecord> rows;
+  std::vector<TestRow> rows;
   for (char name = 'a'; name <= 'j'; ++name) {
     rows.push_back(Row(std::string(1, name), "02:00:0" + std::string(1, '0' + (name - 'a'))));
   }
   PowerLog log(RoomFor(rows));
   AppendAll(log, rows);
   // The large row has 98 + 500 = 598 bytes. The ten rows in the log have 99 bytes each.
-  log.Append(LargeRow("03:00:00"));
+  log.Append(LargeRow("03:00:00").Record());
   EXPECT_EQ(Names(log), "hijn");
 }
 
@@ -134,7 +146,7 @@ TEST(PowerLogLimits, LogRefusesRowsAsOldAsOneThatDidNotFit) {
 }
 
 TEST(PowerLogLimits, LogDropsOnlyARowThatIsLargerThanTheFile) {
-  const PowerLogRecord tooLarge = LargeRow("09:00:00");
+  const TestRow tooLarge = LargeRow("09:00:00");
   PowerStoreLimits limits = RoomFor({tooLarge});
   --limits.fileBytes;
   PowerLog log(limits);
@@ -143,7 +155,7 @@ TEST(PowerLogLimits, LogDropsOnlyARowThatIsLargerThanTheFile) {
 }
 
 TEST(PowerLogLimits, LogDropsOnlyARowAboveTheRowLimit) {
-  const std::size_t most = StoredRowBytes(LargeRow("09:00:00"));
+  const std::size_t most = BytesOf(LargeRow("09:00:00"));
   PowerLog exact({.rowBytes = most});
   AppendAll(exact, {Row("a", "01:00:00"), LargeRow("09:00:00")});
   EXPECT_EQ(Names(exact), "an");
@@ -153,8 +165,8 @@ TEST(PowerLogLimits, LogDropsOnlyARowAboveTheRowLimit) {
 }
 
 TEST(PowerLogLimits, LogCountsTheBytesOfDisplayNames) {
-  PowerLogRecord named = Row("b", "02:00:00");
-  named.DisplayName = "B";
+  TestRow named = Row("b", "02:00:00");
+  named.displayName = "B";
   PowerLog log(RoomFor({Row("a", "01:00:00"), Row("b", "02:00:00")}));
   AppendAll(log, {Row("a", "01:00:00"), named});
   EXPECT_EQ(Names(log), "b");
@@ -163,17 +175,17 @@ TEST(PowerLogLimits, LogCountsTheBytesOfDisplayNames) {
 TEST(PowerLogLimits, LogDoesNotFindADroppedRow) {
   PowerLog log(Rows(2));
   AppendAll(log, {Row("a", "01:00:00"), Row("b", "02:00:00"), Row("c", "03:00:00")});
-  EXPECT_EQ(log.TryFind("a", At("2026-11-14:01:00:00")), nullptr);
+  EXPECT_EQ(log.TryFind("a", TimeAt("2026-11-14:01:00:00")), nullptr);
   for (const auto& [name, time] :
        {std::pair("b", "2026-11-14:02:00:00"), std::pair("c", "2026-11-14:03:00:00")}) {
-    ASSERT_NE(log.TryFind(name, At(time)), nullptr) << name;
-    EXPECT_EQ(log.TryFind(name, At(time))->Name, name);
+    ASSERT_NE(log.TryFind(name, TimeAt(time)), nullptr) << name;
+    EXPECT_EQ(log.TryFind(name, TimeAt(time))->Name, name);
   }
 }
 
 TEST(PowerLogLimits, LogIsEmptyForALimitOfZeroRows) {
   PowerLog log(Rows(0));
-  log.Append(Row("a", "01:00:00"));
+  log.Append(Row("a", "01:00:00").Record());
   EXPECT_EQ(Names(log), "");
 }
 
@@ -185,36 +197,34 @@ TEST(PowerLogLimits, LogKeepsTheSameRowsAsASortByAge) {
     return state / 65536 % end;
   };
   for (int round = 0; round < 200; ++round) {
-    std::vector<PowerLogRecord> rows;
+    std::vector<TestRow> rows;
     for (std::uint32_t i = 0; i < 40; ++i) {
-      PowerLogRecord row = Row(std::to_string(i) + std::string(below(300), 'n'), "02:00:00");
-      row.TimeStamp.tm_sec = static_cast<std::int32_t>(below(12));
+      TestRow row = Row(std::to_string(i) + std::string(below(300), 'n'), "02:00:00");
+      row.time.instant += below(12);
       rows.push_back(row);
     }
     const PowerStoreLimits limits{.rows = 1 + below(45), .fileBytes = 300 + below(12'000)};
     PowerLog log(limits);
     AppendAll(log, rows);
 
-    std::erase_if(rows, [&](const PowerLogRecord& row) {
-      return 1 + StoredRowBytes(row) > limits.fileBytes;
-    });
-    const std::vector<PowerLogRecord> inOrder = rows;
+    std::erase_if(rows, [&](const TestRow& row) { return 1 + BytesOf(row) > limits.fileBytes; });
+    const std::vector<TestRow> inOrder = rows;
     std::stable_sort(rows.begin(), rows.end(), [](const auto& left, const auto& right) {
-      return left.TimeStamp.tm_sec > right.TimeStamp.tm_sec;
+      return left.time.instant > right.time.instant;
     });
     std::vector<std::string> kept;
     std::size_t bytes = 1;
-    for (const PowerLogRecord& row : rows) {
-      bytes += StoredRowBytes(row);
+    for (const TestRow& row : rows) {
+      bytes += BytesOf(row);
       if (bytes > limits.fileBytes || kept.size() == limits.rows) break;
-      kept.push_back(row.Name);
+      kept.push_back(row.name);
     }
     std::vector<std::string> expected;
-    for (const PowerLogRecord& row : inOrder) {
-      if (std::find(kept.begin(), kept.end(), row.Name) != kept.end()) expected.push_back(row.Name);
+    for (const TestRow& row : inOrder) {
+      if (std::find(kept.begin(), kept.end(), row.name) != kept.end()) expected.push_back(row.name);
     }
     std::vector<std::string> names;
-    for (const PowerLogRecord& row : log.Records()) names.push_back(row.Name);
+    for (const PowerLogRecord& row : log.Records()) names.emplace_back(row.Name);
     ASSERT_EQ(names, expected) << "round " << round;
   }
 }

@@ -13,6 +13,7 @@
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 using TestSupport::At;
+using TestSupport::TimeAt;
 
 namespace {
 
@@ -24,9 +25,10 @@ std::vector<std::int64_t> EnergyInOrder(const PowerLog& log) {
 
 /// The first row with this name and instant, found without the index of the log.
 const PowerLogRecord* FindByLinearSearch(const PowerLog& log, std::string_view name,
-                                         const DateTime& time) {
+                                         const LocalTime& time) {
   for (const PowerLogRecord& record : log.Records()) {
-    if (record.Name == name && InstantOf(record.TimeStamp) == InstantOf(time)) return &record;
+    if (record.Name == name && InstantOf(record.TimeStamp.fields) == InstantOf(time.fields))
+      return &record;
   }
   return nullptr;
 }
@@ -49,62 +51,62 @@ std::clock_t TimeToFold(std::size_t rows) {
 
 TEST(PowerLog, FindsARowByNameAndInstant) {
   PowerLog log;
-  log.Append({"a", "A", At("2026-11-14:02:00:00"), 1});
-  log.Append({"a", "A", At("2026-11-14:03:00:00"), 2});
-  log.Append({"b", "B", At("2026-11-14:02:00:00"), 3});
-  ASSERT_NE(log.TryFind("a", At("2026-11-14:03:00:00")), nullptr);
-  EXPECT_EQ(log.TryFind("a", At("2026-11-14:03:00:00"))->TotalEnergy, 2);
-  EXPECT_EQ(log.TryFind("b", At("2026-11-14:02:00:00"))->TotalEnergy, 3);
-  EXPECT_EQ(log.TryFind("b", At("2026-11-14:03:00:00")), nullptr);
-  EXPECT_EQ(log.TryFind("c", At("2026-11-14:02:00:00")), nullptr);
-  EXPECT_EQ(PowerLog().TryFind("a", At("2026-11-14:02:00:00")), nullptr);
+  log.Append({"a", "A", TimeAt("2026-11-14:02:00:00"), 1});
+  log.Append({"a", "A", TimeAt("2026-11-14:03:00:00"), 2});
+  log.Append({"b", "B", TimeAt("2026-11-14:02:00:00"), 3});
+  ASSERT_NE(log.TryFind("a", TimeAt("2026-11-14:03:00:00")), nullptr);
+  EXPECT_EQ(log.TryFind("a", TimeAt("2026-11-14:03:00:00"))->TotalEnergy, 2);
+  EXPECT_EQ(log.TryFind("b", TimeAt("2026-11-14:02:00:00"))->TotalEnergy, 3);
+  EXPECT_EQ(log.TryFind("b", TimeAt("2026-11-14:03:00:00")), nullptr);
+  EXPECT_EQ(log.TryFind("c", TimeAt("2026-11-14:02:00:00")), nullptr);
+  EXPECT_EQ(PowerLog().TryFind("a", TimeAt("2026-11-14:02:00:00")), nullptr);
 }
 
 TEST(PowerLog, KeepsTheOrderOfInsertion) {
   PowerLog log;
-  log.Append({"z", "", At("2026-11-14:05:00:00"), 1});
-  log.Append({"a", "", At("2026-11-14:02:00:00"), 2});
-  log.Append({"m", "", At("2026-11-14:09:00:00"), 3});
+  log.Append({"z", "", TimeAt("2026-11-14:05:00:00"), 1});
+  log.Append({"a", "", TimeAt("2026-11-14:02:00:00"), 2});
+  log.Append({"m", "", TimeAt("2026-11-14:09:00:00"), 3});
   EXPECT_EQ(EnergyInOrder(log), (std::vector<std::int64_t>{1, 2, 3}));
 }
 
 TEST(PowerLog, ComparesNamesByBytesAndLength) {
   PowerLog log;
-  log.Append({std::string("a\0b", 3), "", At("2026-11-14:02:00:00"), 1});
-  EXPECT_EQ(log.TryFind("a", At("2026-11-14:02:00:00")), nullptr);
-  EXPECT_EQ(log.TryFind("A", At("2026-11-14:02:00:00")), nullptr);
-  EXPECT_EQ(log.TryFind(std::string_view("a\0c", 3), At("2026-11-14:02:00:00")), nullptr);
-  EXPECT_NE(log.TryFind(std::string_view("a\0b", 3), At("2026-11-14:02:00:00")), nullptr);
+  log.Append({std::string("a\0b", 3), "", TimeAt("2026-11-14:02:00:00"), 1});
+  EXPECT_EQ(log.TryFind("a", TimeAt("2026-11-14:02:00:00")), nullptr);
+  EXPECT_EQ(log.TryFind("A", TimeAt("2026-11-14:02:00:00")), nullptr);
+  EXPECT_EQ(log.TryFind(std::string_view("a\0c", 3), TimeAt("2026-11-14:02:00:00")), nullptr);
+  EXPECT_NE(log.TryFind(std::string_view("a\0b", 3), TimeAt("2026-11-14:02:00:00")), nullptr);
 }
 
 TEST(PowerLog, TreatsTimesOfOneInstantAsEqual) {
   PowerLog log;
   DateTime thirtyFirst = At("2026-11-30:02:00:00");
   thirtyFirst.tm_mday = 31;  // November has no such day
-  log.Append({"a", "", thirtyFirst, 1});
-  EXPECT_NE(log.TryFind("a", At("2026-12-01:02:00:00")), nullptr);
+  log.Append({"a", "", {thirtyFirst, InstantOf(thirtyFirst)}, 1});
+  EXPECT_NE(log.TryFind("a", TimeAt("2026-12-01:02:00:00")), nullptr);
 }
 
 TEST(PowerLog, TreatsAllTimesOutsideTheCalendarAsEqual) {
   PowerLog log;
-  log.Append({"a", "", At("1901-01-01:00:00:00"), 1});
-  ASSERT_NE(log.TryFind("a", DateTime{}), nullptr);
-  EXPECT_EQ(log.TryFind("a", At("1850-06-01:12:00:00"))->TotalEnergy, 1);
+  log.Append({"a", "", TimeAt("1901-01-01:00:00:00"), 1});
+  ASSERT_NE(log.TryFind("a", LocalTime{}), nullptr);
+  EXPECT_EQ(log.TryFind("a", TimeAt("1850-06-01:12:00:00"))->TotalEnergy, 1);
 }
 
 TEST(PowerLog, DropsASecondRowOfOneIdentity) {
   PowerLog log;
-  log.Append({"a", "first", At("2026-11-14:02:00:00"), 1});
-  log.Append({"a", "second", At("2026-11-14:02:00:00"), 2});
+  log.Append({"a", "first", TimeAt("2026-11-14:02:00:00"), 1});
+  log.Append({"a", "second", TimeAt("2026-11-14:02:00:00"), 2});
   EXPECT_EQ(EnergyInOrder(log), (std::vector<std::int64_t>{1}));
-  EXPECT_EQ(log.TryFind("a", At("2026-11-14:02:00:00"))->DisplayName, "first");
+  EXPECT_EQ(log.TryFind("a", TimeAt("2026-11-14:02:00:00"))->DisplayName, "first");
 }
 
 TEST(PowerLog, DistinguishesNamesThatDifferAfterAZero) {
   PowerLog log;
-  log.Append({"a", "", At("2026-11-14:02:00:00"), 1});
-  log.Append({std::string("a\0b", 3), "", At("2026-11-14:02:00:00"), 2});
-  log.Append({std::string("a\0", 2), "", At("2026-11-14:02:00:00"), 3});
+  log.Append({"a", "", TimeAt("2026-11-14:02:00:00"), 1});
+  log.Append({std::string("a\0b", 3), "", TimeAt("2026-11-14:02:00:00"), 2});
+  log.Append({std::string("a\0", 2), "", TimeAt("2026-11-14:02:00:00"), 3});
   EXPECT_EQ(EnergyInOrder(log), (std::vector<std::int64_t>{1, 2, 3}));
 }
 
@@ -114,8 +116,9 @@ TEST(PowerLog, FindsTheSameRowAsALinearSearch) {
   for (int i = 0; i < 2000; ++i) {
     state = state * 1664525 + 1013904223;
     const std::string name(1 + state / 65536 % 3, static_cast<char>('a' + state / 1048576 % 3));
-    DateTime time = At("2026-11-14:02:00:00");
-    time.tm_mday += static_cast<std::int32_t>(state / 4194304 % 40);
+    LocalTime time{At("2026-11-14:02:00:00")};
+    time.fields.tm_mday += static_cast<std::int32_t>(state / 4194304 % 40);
+    time.instant = InstantOf(time.fields);
     EXPECT_EQ(log.TryFind(name, time), FindByLinearSearch(log, name, time));
     if (i % 3 == 0) log.Append({name, "", time, i});
   }

@@ -1,39 +1,43 @@
 #include "reports/power_store.h"
 
 #include <gtest/gtest.h>
-#include <rapidjson/stringbuffer.h>
-#include <rapidjson/writer.h>
+#include <string>
 
+#include "base/scratch_folder.h"
 #include "reports/report_times.h"
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
-using TestSupport::At;
+using namespace TestSupport;
 
 namespace {
 
-/// A log that stores are merged into at 2026-11-14 10:30:15.
+/// The period up to 2026-11-14 10:30:15.
+ReportingPeriod Month() { return {At("2026-11-14:10:30:15"), 30}; }
+
+/// A log that stores are merged into.
 class PowerStoreTest : public testing::Test {
  protected:
-  void Merge(const std::string& json) {
-    GenericDocument store;
-    store.Parse(json.data(), json.size());
-    ASSERT_FALSE(store.HasParseError());
-    MergePowerStore(store, ReportingPeriod(At("2026-11-14:10:30:15"), 30), log);
+  void Merge(const std::string& json, const ReportingPeriod& period = Month()) {
+    const ScratchFolder folder;
+    WriteBytes(folder.File("store.json"), json);
+    const auto store = TryReadPowerStore(folder.File("store.json").wstring(), period);
+    isRead = store.has_value();
+    if (isRead) MergePowerStore(*store, log);
   }
 
   /// The text of the store that is written for the log.
   std::string Text() const {
-    rapidjson::StringBuffer buffer;
-    rapidjson::Writer<rapidjson::StringBuffer> writer(buffer);
-    PowerStoreDocument(log).Accept(writer);
-    return {buffer.GetString(), buffer.GetSize()};
+    const ScratchFolder folder;
+    EXPECT_TRUE(WritePowerStore(folder.File("store.json").wstring(), log));
+    return ReadBytes(folder.File("store.json"));
   }
 
+  bool isRead = false;
   PowerLog log;
 };
 
 using MergePowerStoreTest = PowerStoreTest;
-using PowerStoreDocumentTest = PowerStoreTest;
+using WritePowerStoreTest = PowerStoreTest;
 
 /// A row of the store as JSON text.
 std::string Row(const std::string& name, const std::string& displayName, const std::string& time,
@@ -46,51 +50,47 @@ std::string RowOf(const std::string& name) { return Row(name, "A", "2026-11-01:0
 
 std::string RowAt(const std::string& time) { return Row("a", "A", time, "7"); }
 
-std::string RowWith(const std::string& energy) {
-  return Row("a", "A", "2026-11-01:02:00:00", energy);
-}
-
 }  // namespace
 
-TEST_F(PowerStoreDocumentTest, IsAnEmptyArrayWithoutRows) {
+TEST_F(WritePowerStoreTest, IsAnEmptyArrayWithoutRows) {
   EXPECT_EQ(Text(), "[]");
   Merge("[]");
   EXPECT_EQ(Text(), "[]");
 }
 
-TEST_F(PowerStoreDocumentTest, HasFourMembersPerRowInOrder) {
-  log.Append({"\\Device\\C\\a.exe", "Meadow \"Office\"", At("2026-11-14:02:10:46"), 17});
-  log.Append({"b", "", At("2026-11-14:00:00:00"), -1});
+TEST_F(WritePowerStoreTest, HasFourMembersPerRowInOrder) {
+  log.Append({"\\Device\\C\\a.exe", "Meadow \"Office\"", TimeAt("2026-11-14:02:10:46"), 17});
+  log.Append({"b", "", TimeAt("2026-11-14:00:00:00"), -1});
   EXPECT_EQ(Text(),
             R"([{"Name":"\\Device\\C\\a.exe","DisplayName":"Meadow \"Office\"",)"
             R"("TimeStamp":"2026-11-14:02:10:46","TotalEnergy":17},)"
             R"({"Name":"b","DisplayName":"","TimeStamp":"2026-11-14:00:00:00","TotalEnergy":-1}])");
 }
 
-TEST_F(PowerStoreDocumentTest, HoldsEnergyIn64Bits) {
-  log.Append({"a", "", At("2026-11-14:02:00:00"), 9223372036854775807});
-  log.Append({"b", "", At("2026-11-14:02:00:00"), -9223372036854775807 - 1});
+TEST_F(WritePowerStoreTest, HoldsEnergyIn64Bits) {
+  log.Append({"a", "", TimeAt("2026-11-14:02:00:00"), 9223372036854775807});
+  log.Append({"b", "", TimeAt("2026-11-14:02:00:00"), -9223372036854775807 - 1});
   EXPECT_NE(Text().find(R"("TotalEnergy":9223372036854775807})"), std::string::npos);
   EXPECT_NE(Text().find(R"("TotalEnergy":-9223372036854775808})"), std::string::npos);
 }
 
-TEST_F(PowerStoreDocumentTest, KeepsTheBytesOfNames) {
+TEST_F(WritePowerStoreTest, KeepsTheBytesOfNames) {
   const std::string name =
       "Stra\xC3\x9F"
       "e \xFF\x80/";
-  log.Append({name, name, At("2026-11-14:02:00:00"), 1});
+  log.Append({name, name, TimeAt("2026-11-14:02:00:00"), 1});
   EXPECT_EQ(Text().substr(0, 10 + name.size() + 2), R"([{"Name":")" + name + "\",");
 }
 
 TEST_F(MergePowerStoreTest, AppendsTheStoredRowsInOrder) {
-  log.Append({"new", "", At("2026-11-14:02:00:00"), 1});
+  log.Append({"new", "", TimeAt("2026-11-14:02:00:00"), 1});
   const std::string old = RowOf("z") + "," + RowOf("a") + "," + RowOf("m");
   Merge("[" + old + "]");
   EXPECT_EQ(Text(), "[" + Row("new", "", "2026-11-14:02:00:00", "1") + "," + old + "]");
 }
 
 TEST_F(MergePowerStoreTest, KeepsTheNewRowOfAnIdentity) {
-  log.Append({"a", "new", At("2026-11-01:02:00:00"), 1});
+  log.Append({"a", "new", TimeAt("2026-11-01:02:00:00"), 1});
   Merge("[" + Row("a", "old", "2026-11-01:02:00:00", "100") + "," +
         Row("a", "old", "2026-11-01:03:00:00", "200") + "]");
   EXPECT_EQ(Text(), "[" + Row("a", "new", "2026-11-01:02:00:00", "1") + "," +
@@ -114,10 +114,9 @@ TEST_F(MergePowerStoreTest, DropsARowWithAMalformedTime) {
 }
 
 TEST_F(MergePowerStoreTest, DropsARowWithAMalformedTimeEvenWithoutACutoff) {
-  GenericDocument store;
-  store.Parse(("[" + RowAt("yesterday") + "," + RowAt("1971-01-01:00:00:00") + "]").c_str());
   // Thirty days before this clock is outside the calendar, so there is no cutoff.
-  MergePowerStore(store, ReportingPeriod(At("1970-01-02:00:00:00"), 30), log);
+  Merge("[" + RowAt("yesterday") + "," + RowAt("1971-01-01:00:00:00") + "]",
+        ReportingPeriod(At("1970-01-02:00:00:00"), 30));
   EXPECT_EQ(Text(), "[" + RowAt("1971-01-01:00:00:00") + "]");
 }
 
@@ -133,16 +132,15 @@ TEST_F(MergePowerStoreTest, ReadsTheLow32BitsOfEnergy) {
 }
 
 TEST_F(MergePowerStoreTest, ReadsNumbersThatAreNot32BitIntegers) {
+  int second = 10;
   for (const auto& [written, kept] :
        {std::pair("18446744073709551615", "-1"), std::pair("9223372036854775807", "-1"),
         std::pair("1e300", "0"), std::pair("-1e300", "0"), std::pair("2.9", "2"),
         std::pair("-2.9", "-2")}) {
-    PowerLog one;
-    GenericDocument store;
-    store.Parse(("[" + RowWith(written) + "]").c_str());
-    MergePowerStore(store, ReportingPeriod(At("2026-11-14:10:30:15"), 30), one);
-    ASSERT_EQ(one.Records().size(), 1U) << written;
-    EXPECT_EQ(std::to_string(one.Records().front().TotalEnergy), kept) << written;
+    const std::size_t before = log.Records().size();
+    Merge("[" + Row("a", "A", "2026-11-01:02:00:" + std::to_string(second++), written) + "]");
+    ASSERT_EQ(log.Records().size(), before + 1) << written;
+    EXPECT_EQ(std::to_string(log.Records().back().TotalEnergy), kept) << written;
   }
 }
 
@@ -170,7 +168,10 @@ TEST_F(MergePowerStoreTest, SkipsElementsThatAreNotObjects) {
 }
 
 TEST_F(MergePowerStoreTest, AddsNoRowsFromADocumentThatIsNotAnArray) {
-  for (const char* json : {"{}", "null", "1", "\"text\"", "true"}) Merge(json);
+  for (const char* json : {"{}", "null", "1", "\"text\"", "true"}) {
+    Merge(json);
+    EXPECT_FALSE(isRead) << json;
+  }
   Merge(R"({"a":)" + RowOf("a") + "}");
   Merge(RowOf("a"));
   EXPECT_EQ(Text(), "[]");
@@ -202,7 +203,7 @@ TEST_F(MergePowerStoreTest, DistinguishesNamesThatDifferAfterAZero) {
 }
 
 TEST_F(MergePowerStoreTest, ReplacesOnlyTheStoredRowWithTheSameBytes) {
-  log.Append({"a", "new", At("2026-11-01:02:00:00"), 1});
+  log.Append({"a", "new", TimeAt("2026-11-01:02:00:00"), 1});
   Merge("[" + Row("a", "old", "2026-11-01:02:00:00", "2") + "," +
         Row("a\\u0000b", "old", "2026-11-01:02:00:00", "3") + "]");
   EXPECT_EQ(Text(), "[" + Row("a", "new", "2026-11-01:02:00:00", "1") + "," +

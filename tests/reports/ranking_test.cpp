@@ -133,6 +133,33 @@ TEST(RankApplications, MakesIconsForApplicationsBelowTheFirstTwenty) {
   EXPECT_EQ(fake.icons.copies.size(), 25U);
 }
 
+TEST(RankApplications, MakesAnIconOncePerDisplayName) {
+  FakeRanking fake;
+  fake.desktopApps = {{L"Meadow", L""}};
+  fake.packagedApps = {{"Alder", {}}, {"Birch", {}}};
+  const Ranking ranking =
+      fake.Rank({StoreRow("Alder", "Meadow", "1"), StoreRow("Birch", "Meadow", "1"),
+                 StoreRow(kExecutable, "Meadow", "1"), StoreRow("Birch", "Other", "1")});
+  EXPECT_THAT(fake.icons.copies, ElementsAre("|C:\\Icons\\Meadow.png", "|C:\\Icons\\Other.png"));
+  EXPECT_THAT(fake.icons.exports, IsEmpty());
+  ASSERT_EQ(ranking.size(), 2U);
+  EXPECT_EQ(ranking[0].Icon, "C:\\Icons\\Meadow.png");
+}
+
+TEST(RankApplications, RetriesAfterAnEmptyIcon) {
+  FakeRanking fake;
+  fake.packagedApps = {{"Alder", {"", "first"}}, {"Birch", {"", "second"}}};
+  fake.icons.onlyLogo = "second";
+  const Ranking ranking =
+      fake.Rank({StoreRow("Alder", "Meadow", "1"), StoreRow("Alder", "Meadow", "1"),
+                 StoreRow("Birch", "Meadow", "1"), StoreRow("Alder", "Meadow", "1")});
+  EXPECT_THAT(fake.icons.copies,
+              ElementsAre("first|C:\\Icons\\Meadow.png", "first|C:\\Icons\\Meadow.png",
+                          "second|C:\\Icons\\Meadow.png"));
+  ASSERT_EQ(ranking.size(), 1U);
+  EXPECT_EQ(ranking[0].Icon, "C:\\Icons\\Meadow.png");
+}
+
 TEST(RankApplications, MakesNoIconForARowOutsideThePeriod) {
   FakeRanking fake;
   fake.packagedApps = {{"Alder", {}}};

@@ -166,7 +166,7 @@ int Measure(const Shape& shape) {
   const std::size_t peak = TestSupport::PeakMemoryBytes();
   const auto storeBytes = std::filesystem::file_size(folder / kPowerStoreFileName);
   const std::unique_ptr<GenericDocument> next(LoadJsonDocument(
-      (folder / kPowerStoreFileName).wstring(), kLargestPowerStoreBytes, kMostOpenStoreValues));
+      (folder / kPowerStoreFileName).wstring(), {kLargestPowerStoreBytes, kMostOpenStoreValues}));
   std::printf("%zu rows, %zu MiB of store, readable: %s, peak %zu MiB\n", rows,
               static_cast<std::size_t>(storeBytes) / kMebibyte, next ? "yes" : "NO",
               peak / kMebibyte);

@@ -30,8 +30,8 @@ class ReportReader : public testing::Test {
     using namespace Zq::Gantry::Server::Services::Wattleaf;
     std::string text;
     for (const PowerLogRecord& row : log.Records()) {
-      text += row.Name + "|" + row.DisplayName + "|" +
-              FormatDateTime(row.TimeStamp, kTimeStampFormat) + "|" +
+      text += std::string(row.Name) + "|" + std::string(row.DisplayName) + "|" +
+              FormatDateTime(row.TimeStamp.fields, kTimeStampFormat) + "|" +
               std::to_string(row.TotalEnergy) + "\n";
     }
     return text;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/date_text.h"
+#include "base/time_reader.h"
 
 namespace TestSupport {
 
@@ -9,6 +10,12 @@ namespace TestSupport {
   using namespace Zq::Gantry::Server::Services::Wattleaf;
   DateTime time;
   return ParseDateTime(time, text, kTimeStampFormat);
+}
+
+/// The same with its instant.
+[[nodiscard]] inline Zq::Gantry::Server::Services::Wattleaf::LocalTime TimeAt(const char* text) {
+  using namespace Zq::Gantry::Server::Services::Wattleaf;
+  return TimeReader(kTimeStampFormat).Read(text);
 }
 
 }  // namespace TestSupport

@@ -3,12 +3,12 @@
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
 
-#include <algorithm>
+#include <array>
+#include <cstddef>
 
 #include "base/byte_text.h"
 #include "base/calendar.h"
 #include "base/date_text.h"
-#include "base/json_document.h"
 #include "base/local_calendar.h"
 #include "ledger/sample_energy.h"
 
@@ -23,27 +23,93 @@ constexpr int kMonthsShown = 6;
 constexpr int kMonthsPerYear = 12;
 constexpr int kFirstYear = 1900;
 
-template <typename Key>
-float EnergyOf(const std::map<Key, float>& energies, const Key& key) {
-  const auto entry = energies.find(key);
-  return entry != energies.end() ? entry->second : 0.0F;
+float EnergyOf(const std::map<int, float>& hours, int hour) {
+  const auto entry = hours.find(hour);
+  return entry != hours.end() ? entry->second : 0.0F;
 }
 
-float MonthEnergyWh(const PowerLedger& ledger, int month, int year) {
-  float sumWh = 0.0F;
-  for (const auto& [day, energyWh] : ledger) {
-    if (day.tm_mon + 1 == month && day.tm_year + kFirstYear == year) sumWh += energyWh;
+/// The entries of a ledger on days in ascending order. Looks a day up once and then walks: the
+/// instant of each key that is compared costs more than the rest.
+class AscendingDays {
+ public:
+  AscendingDays(const PowerLedger& ledger, const DateTime& first)
+      : entry_(ledger.lower_bound(first)), end_(ledger.end()) {}
+
+  /// The energy of a day that is not before the last one asked for; 0.0 if it has no entry.
+  [[nodiscard]] float EnergyWh(const DateTime& day) {
+    const std::int64_t instant = InstantOf(day);
+    for (; entry_ != end_; ++entry_) {
+      const std::int64_t entryInstant = InstantOf(entry_->first);
+      if (entryInstant == instant) return entry_->second;
+      if (entryInstant > instant) break;
+    }
+    return 0.0F;
   }
-  return sumWh;
+
+ private:
+  PowerLedger::const_iterator entry_;
+  PowerLedger::const_iterator end_;
+};
+
+/// A month of a year, counted as people do.
+struct Month {
+  int month = 0;
+  int year = 0;
+
+  [[nodiscard]] bool Contains(const DateTime& day) const {
+    return day.tm_mon + 1 == month && day.tm_year + kFirstYear == year;
+  }
+};
+
+using ShownMonths = std::array<Month, kMonthsShown>;
+
+/// The months that are shown, the oldest first.
+ShownMonths MonthsUntil(const DateTime& today) {
+  ShownMonths months;
+  Month month{today.tm_mon + 1, today.tm_year + kFirstYear};
+  for (int i = kMonthsShown; i-- > 0;) {
+    months[static_cast<std::size_t>(i)] = month;
+    if (--month.month < 1) month = {kMonthsPerYear, month.year - 1};
+  }
+  return months;
+}
+
+int CountMonths(int month, int year) { return year * kMonthsPerYear + month; }
+
+/// The first day of the month before `month`.
+DateTime MonthBefore(const Month& month) {
+  DateTime day;
+  day.tm_mday = 1;
+  day.tm_mon = month.month - 2;
+  day.tm_year = month.year - kFirstYear;
+  return day;
+}
+
+/// The energy of each month. Looks only at the entries of these months and of the months before and
+/// after them, since a ledger may hold all days up to the end of the calendar. Entries are in the
+/// order of their instants, which are at most a day or two from their dates.
+std::array<float, kMonthsShown> MonthEnergiesWh(const PowerLedger& ledger,
+                                                const ShownMonths& months) {
+  std::array<float, kMonthsShown> sumsWh{};
+  const int lastCount = CountMonths(months.back().month, months.back().year);
+  for (auto entry = ledger.lower_bound(MonthBefore(months.front())); entry != ledger.end();
+       ++entry) {
+    const DateTime& day = entry->first;
+    if (CountMonths(day.tm_mon + 1, day.tm_year + kFirstYear) > lastCount + 1) break;
+    for (std::size_t i = 0; i < months.size(); ++i) {
+      if (months[i].Contains(day)) sumsWh[i] += entry->second;
+    }
+  }
+  return sumsWh;
 }
 
 // Kept on purpose: the day of the month and the daylight flag stay today's, so that a day that the
 // month lacks becomes a day of the month after (tests
 // MonthSeries.MislabelsAShorterMonthLateInTheMonth and
 // MonthSeries.MislabelsWinterMonthsOnTheFirstDayOfASummerMonth).
-std::string MonthLabel(DateTime now, int month, int year) {
-  now.tm_mon = month - 1;
-  now.tm_year = year - kFirstYear;
+std::string MonthLabel(DateTime now, const Month& month) {
+  now.tm_mon = month.month - 1;
+  now.tm_year = month.year - kFirstYear;
   now.tm_wday = 1;
   now.tm_sec = 0;
   now.tm_min = 0;
@@ -52,13 +118,13 @@ std::string MonthLabel(DateTime now, int month, int year) {
   return FormatDateTime(now, "%b");
 }
 
-using Allocator = GenericDocument::AllocatorType;
+using Writer = rapidjson::Writer<rapidjson::StringBuffer>;
 
 double ShownEnergy(const SeriesEntry& entry) {
   return static_cast<double>(FiniteOrZero(entry.energyWh));
 }
 
-rapidjson::Value RangeOf(const Series& series, Allocator& allocator) {
+void WriteRange(const Series& series, Writer& writer) {
   double smallest = series.empty() ? 0.0 : ShownEnergy(series.front());
   double largest = smallest;
   for (const SeriesEntry& entry : series) {
@@ -66,23 +132,23 @@ rapidjson::Value RangeOf(const Series& series, Allocator& allocator) {
     if (energy <= smallest) smallest = energy;
     if (energy >= largest) largest = energy;
   }
-  rapidjson::Value range(rapidjson::kArrayType);
-  range.PushBack(smallest, allocator);
-  range.PushBack(largest, allocator);
-  return range;
+  writer.StartArray();
+  writer.Double(smallest);
+  writer.Double(largest);
+  writer.EndArray();
 }
 
-rapidjson::Value EntriesOf(const Series& series, const char* labelKey, Allocator& allocator) {
-  rapidjson::Value entries(rapidjson::kArrayType);
+void WriteEntries(const Series& series, const char* labelKey, Writer& writer) {
+  writer.StartArray();
   for (const SeriesEntry& entry : series) {
-    rapidjson::Value label(entry.label.c_str(),
-                           static_cast<rapidjson::SizeType>(entry.label.size()), allocator);
-    rapidjson::Value object(rapidjson::kObjectType);
-    object.AddMember(rapidjson::StringRef(labelKey), label, allocator);
-    object.AddMember("Value", ShownEnergy(entry), allocator);
-    entries.PushBack(object, allocator);
+    writer.StartObject();
+    writer.Key(labelKey);
+    writer.String(entry.label.data(), static_cast<rapidjson::SizeType>(entry.label.size()));
+    writer.Key("Value");
+    writer.Double(ShownEnergy(entry));
+    writer.EndObject();
   }
-  return entries;
+  writer.EndArray();
 }
 
 }  // namespace
@@ -101,37 +167,33 @@ Series HourSeries(int hourNow, const std::map<int, float>& yesterday,
 Series DaySeries(const DateTime& today, const PowerLedger& ledger) {
   Series series;
   DateTime day = ShiftKeepingHour(today, -kDaysShown * kSecondsPerDay);
+  AscendingDays days(ledger, day);
   for (int i = 0; i < kDaysShown; ++i) {
-    series.push_back({FormatDateTime(day, "%a"), EnergyOf(ledger, day)});
+    series.push_back({FormatDateTime(day, "%a"), days.EnergyWh(day)});
     day = ShiftKeepingHour(day, kSecondsPerDay);
   }
   return series;
 }
 
 Series MonthSeries(const DateTime& today, const DateTime& now, const PowerLedger& ledger) {
+  const ShownMonths months = MonthsUntil(today);
+  const auto energiesWh = MonthEnergiesWh(ledger, months);
   Series series;
-  int month = today.tm_mon + 1;
-  int year = today.tm_year + kFirstYear;
-  for (int i = 0; i < kMonthsShown; ++i) {
-    series.push_back({MonthLabel(now, month, year), MonthEnergyWh(ledger, month, year)});
-    if (--month < 1) {
-      month = kMonthsPerYear;
-      --year;
-    }
+  for (std::size_t i = 0; i < months.size(); ++i) {
+    series.push_back({MonthLabel(now, months[i]), energiesWh[i]});
   }
-  std::reverse(series.begin(), series.end());
   return series;
 }
 
 std::wstring SeriesText(const Series& series, const char* labelKey) {
-  GenericDocument document(rapidjson::kObjectType);
-  Allocator& allocator = document.GetAllocator();
-  document.AddMember("Range", RangeOf(series, allocator), allocator);
-  document.AddMember("Value", EntriesOf(series, labelKey, allocator), allocator);
-
   rapidjson::StringBuffer buffer;
-  rapidjson::Writer<rapidjson::StringBuffer> writer(buffer);
-  document.Accept(writer);
+  Writer writer(buffer);
+  writer.StartObject();
+  writer.Key("Range");
+  WriteRange(series, writer);
+  writer.Key("Value");
+  WriteEntries(series, labelKey, writer);
+  writer.EndObject();
   return WidenBytes(buffer.GetString(), buffer.GetString() + buffer.GetSize());
 }
 

@@ -53,4 +53,4 @@ TEST_P(DateTimeOrderInZone, ComparesTheInstantsOfTimesThreeOrMoreDaysApart) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Zones, DateTimeOrderInZone, testing::ValuesIn(TestSupport::kZones),
-                         TestSupport::NameOfZone);
+                         TestSupport::NameOfZone());

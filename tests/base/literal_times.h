@@ -36,6 +36,20 @@ namespace Wattleaf = Zq::Gantry::Server::Services::Wattleaf;
          left.instant == right.instant;
 }
 
+/// Whether `time` is what is read from a text if the C library was asked for another time before.
+/// On a day that is skipped or repeated without a change of the daylight flag, some C libraries
+/// start from the offset that they found last, and the result depends on it.
+template <typename... Arguments>
+[[nodiscard]] bool IsLiteralAfterAnotherCall(const Wattleaf::LocalTime& time,
+                                             Arguments... textAndFormat) {
+  for (const std::int64_t days : {-200, -10, 10, 200}) {
+    static_cast<void>(
+        Wattleaf::InstantOf(Wattleaf::LocalTimeOf(time.instant + days * Wattleaf::kSecondsPerDay)));
+    if (IsSame(time, LiteralTime(textAndFormat...))) return true;
+  }
+  return false;
+}
+
 /// "2025-03-29 00:00:00 dst 0, day 6, 87 of the year, instant 1743202800".
 [[nodiscard]] inline std::string Text(const Wattleaf::LocalTime& time) {
   return Text(time.fields) + ", day " + std::to_string(time.fields.tm_wday) + ", " +

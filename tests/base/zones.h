@@ -1,6 +1,5 @@
 #pragma once
 
-#include <gtest/gtest.h>
 #include <stdlib.h>
 #include <time.h>
 
@@ -78,11 +77,14 @@ inline void UseZone(const char* zone) {
   tzset();
 }
 
-/// The zone as a part of the name of a test.
-[[nodiscard]] inline std::string NameOfZone(const testing::TestParamInfo<ZoneYears>& parameter) {
-  std::string name = parameter.param.zone;
-  std::replace(name.begin(), name.end(), '/', '_');
-  return name;
-}
+/// The zone of a parameter of the test library, as a part of the name of a test.
+struct NameOfZone {
+  template <typename Parameter>
+  std::string operator()(const Parameter& parameter) const {
+    std::string name = parameter.param.zone;
+    std::replace(name.begin(), name.end(), '/', '_');
+    return name;
+  }
+};
 
 }  // namespace TestSupport

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace Zq::Gantry::Security {
 
@@ -9,22 +10,31 @@ namespace {
 
 constexpr char16_t kLastCharacter = 0xFFFF;
 
-using namespace std::string_view_literals;
+constexpr CharacterRange kAlnum[] = {{u'0', u'9'}, {u'A', u'Z'}, {u'a', u'z'}};
+constexpr CharacterRange kAlpha[] = {{u'A', u'Z'}, {u'a', u'z'}};
+constexpr CharacterRange kBlank[] = {{u'\t', u'\t'}, {u' ', u' '}};
+constexpr CharacterRange kCntrl[] = {{u'\0', u'\x1F'}, {u'\x7F', u'\x7F'}};
+constexpr CharacterRange kDigit[] = {{u'0', u'9'}};
+constexpr CharacterRange kGraph[] = {{u'!', u'~'}};
+constexpr CharacterRange kLower[] = {{u'a', u'z'}};
+constexpr CharacterRange kPrint[] = {{u' ', u'~'}};
+constexpr CharacterRange kPunct[] = {{u'!', u'/'}, {u':', u'@'}, {u'[', u'`'}, {u'{', u'~'}};
+constexpr CharacterRange kSpace[] = {{u'\t', u'\r'}, {u' ', u' '}};
+constexpr CharacterRange kUpper[] = {{u'A', u'Z'}};
+constexpr CharacterRange kXdigit[] = {{u'0', u'9'}, {u'A', u'F'}, {u'a', u'f'}};
+constexpr CharacterRange kWord[] = {{u'0', u'9'}, {u'A', u'Z'}, {u'_', u'_'}, {u'a', u'z'}};
 
 struct NamedClass {
   std::u16string_view name;
-  std::u16string_view ranges;  ///< pairs of first and last character
+  std::span<const CharacterRange> ranges;
 };
 
 constexpr std::array kClasses = {
-    NamedClass{u"alnum", u"09AZaz"},   NamedClass{u"alpha", u"AZaz"},
-    NamedClass{u"blank", u"\t\t  "},   NamedClass{u"cntrl", u"\0\x1F\x7F\x7F"sv},
-    NamedClass{u"digit", u"09"},       NamedClass{u"graph", u"!~"},
-    NamedClass{u"lower", u"az"},       NamedClass{u"print", u" ~"},
-    NamedClass{u"punct", u"!/:@[`{~"}, NamedClass{u"space", u"\t\r  "},
-    NamedClass{u"upper", u"AZ"},       NamedClass{u"xdigit", u"09AFaf"},
-    NamedClass{u"d", u"09"},           NamedClass{u"s", u"\t\r  "},
-    NamedClass{u"w", u"09AZ__az"},
+    NamedClass{u"alnum", kAlnum}, NamedClass{u"alpha", kAlpha}, NamedClass{u"blank", kBlank},
+    NamedClass{u"cntrl", kCntrl}, NamedClass{u"digit", kDigit}, NamedClass{u"graph", kGraph},
+    NamedClass{u"lower", kLower}, NamedClass{u"print", kPrint}, NamedClass{u"punct", kPunct},
+    NamedClass{u"space", kSpace}, NamedClass{u"upper", kUpper}, NamedClass{u"xdigit", kXdigit},
+    NamedClass{u"d", kDigit},     NamedClass{u"s", kSpace},     NamedClass{u"w", kWord},
 };
 
 struct NamedCharacter {
@@ -122,49 +132,46 @@ bool EqualInAnyCase(std::u16string_view left, std::u16string_view right) {
   return std::ranges::equal(left, right, {}, ToLower, ToLower);
 }
 
-}  // namespace
-
-void CharacterSet::Add(const CharacterSet& other) {
-  ranges_.insert(ranges_.end(), other.ranges_.begin(), other.ranges_.end());
+/// Calls `take` with the ranges between, before and after `ranges`, which are those of a set.
+template <typename Take>
+void ForEachOther(std::span<const CharacterRange> ranges, Take take) {
+  int next = 0;  // the first character above the ranges seen so far
+  for (const auto& [first, last] : ranges) {
+    if (first > next) take(static_cast<char16_t>(next), static_cast<char16_t>(first - 1));
+    next = last + 1;
+  }
+  if (next <= kLastCharacter) take(static_cast<char16_t>(next), kLastCharacter);
 }
 
-std::vector<CharacterRange> CharacterSet::Ranges() const {
-  std::vector<CharacterRange> sorted = ranges_;
-  std::ranges::sort(sorted, {}, &CharacterRange::first);
-  std::vector<CharacterRange> merged;
-  for (const CharacterRange& range : sorted) {
-    if (!merged.empty() && range.first <= merged.back().last + 1) {
-      merged.back().last = std::max(merged.back().last, range.last);
+}  // namespace
+
+CharacterSet::CharacterSet(std::vector<CharacterRange> ranges) : ranges_(std::move(ranges)) {
+  std::ranges::sort(ranges_, {}, &CharacterRange::first);
+  std::size_t count = 0;  // of the ranges that remain
+  for (const CharacterRange range : ranges_) {
+    if (count > 0 && range.first <= ranges_[count - 1].last + 1) {
+      ranges_[count - 1].last = std::max(range.last, ranges_[count - 1].last);
     } else {
-      merged.push_back(range);
+      ranges_[count++] = range;
     }
   }
-  return merged;
+  ranges_.resize(count);
 }
 
 CharacterSet CharacterSet::Complement() const {
   CharacterSet others;
-  int next = 0;  // the first character above the ranges seen so far
-  for (const CharacterRange& range : Ranges()) {
-    if (range.first > next) {
-      others.Add(static_cast<char16_t>(next), static_cast<char16_t>(range.first - 1));
-    }
-    next = range.last + 1;
-  }
-  if (next <= kLastCharacter) others.Add(static_cast<char16_t>(next), kLastCharacter);
+  AppendOthers(ranges_, others.ranges_);
   return others;
 }
 
-std::optional<CharacterSet> FindCharacterClass(std::u16string_view name) {
-  for (const NamedClass& known : kClasses) {
-    if (!EqualInAnyCase(known.name, name)) continue;
-    CharacterSet set;
-    for (std::size_t i = 0; i < known.ranges.size(); i += 2) {
-      set.Add(known.ranges[i], known.ranges[i + 1]);
-    }
-    return set;
-  }
-  return std::nullopt;
+void AppendOthers(std::span<const CharacterRange> ranges, std::vector<CharacterRange>& others) {
+  ForEachOther(ranges, [&](char16_t first, char16_t last) { others.push_back({first, last}); });
+}
+
+std::span<const CharacterRange> FindCharacterClass(std::u16string_view name) {
+  const auto known = std::ranges::find_if(
+      kClasses, [name](const NamedClass& row) { return EqualInAnyCase(row.name, name); });
+  return known == kClasses.end() ? std::span<const CharacterRange>() : known->ranges;
 }
 
 std::optional<char16_t> FindCollatingElement(std::u16string_view name) {
@@ -174,29 +181,39 @@ std::optional<char16_t> FindCollatingElement(std::u16string_view name) {
   return known->character;
 }
 
-std::u16string EscapedCharacter(char16_t character) {
+void AppendCharacter(char16_t character, std::u16string& text) {
   constexpr std::u16string_view kDigits = u"0123456789ABCDEF";
-  std::u16string text = u"\\x{";
-  for (const int shift : {12, 8, 4, 0}) text += kDigits[character >> shift & 0xF];
-  return text + u'}';
+  char16_t form[] = u"\\x{0000}";
+  form[3] = kDigits[character >> 12];
+  form[4] = kDigits[character >> 8 & 0xF];
+  form[5] = kDigits[character >> 4 & 0xF];
+  form[6] = kDigits[character & 0xF];
+  text.append(form, std::size(form) - 1);
 }
 
-std::u16string ClassText(const CharacterSet& set) {
-  std::vector<CharacterRange> ranges = set.Ranges();
-  bool isInverted = !ranges.empty() && ranges.back().last == kLastCharacter;
-  if (isInverted) ranges = set.Complement().Ranges();
-  if (ranges.empty()) {
+void AppendClass(const CharacterSet& set, std::u16string& text) {
+  const auto append = [&text](char16_t first, char16_t last) {
+    AppendCharacter(first, text);
+    if (last == first) return;
+    text += u'-';
+    AppendCharacter(last, text);
+  };
+  const std::span<const CharacterRange> ranges = set.Ranges();
+  const bool hasLast = !ranges.empty() && ranges.back().last == kLastCharacter;
+  const bool hasAll = hasLast && ranges.size() == 1 && ranges.front().first == 0;
+  if (ranges.empty() || hasAll) {
     // PCRE2 has no empty class that can be repeated, so this is the class of all characters, or its
     // inverse.
-    ranges = {{0, kLastCharacter}};
-    isInverted = !isInverted;
+    text += hasAll ? u"[" : u"[^";
+    append(0, kLastCharacter);
+  } else if (hasLast) {
+    text += u"[^";
+    ForEachOther(ranges, append);
+  } else {
+    text += u'[';
+    for (const auto& [first, last] : ranges) append(first, last);
   }
-  std::u16string text = isInverted ? u"[^" : u"[";
-  for (const auto& [first, last] : ranges) {
-    text += EscapedCharacter(first);
-    if (last > first) text += u'-' + EscapedCharacter(last);
-  }
-  return text + u']';
+  text += u']';
 }
 
 }  // namespace Zq::Gantry::Security

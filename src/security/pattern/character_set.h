@@ -1,7 +1,7 @@
 #pragma once
 
-#include <cstddef>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,35 +19,37 @@ struct CharacterRange {
 /// A set of 16-bit characters. Surrogates and the null character are characters like others.
 class CharacterSet {
  public:
-  void Add(char16_t character) { Add(character, character); }
-  /// All characters from `first` to `last`, which is not below it.
-  void Add(char16_t first, char16_t last) { ranges_.push_back({first, last}); }
-  void Add(const CharacterSet& other);
+  CharacterSet() = default;
+  /// The characters of all ranges, which may be in any order, touch and overlap.
+  explicit CharacterSet(std::vector<CharacterRange> ranges);
 
   /// All other characters.
   [[nodiscard]] CharacterSet Complement() const;
 
   /// The ranges in ascending order, neither touching nor overlapping.
-  [[nodiscard]] std::vector<CharacterRange> Ranges() const;
+  [[nodiscard]] std::span<const CharacterRange> Ranges() const { return ranges_; }
 
  private:
-  std::vector<CharacterRange> ranges_;  ///< in the order of their addition
+  std::vector<CharacterRange> ranges_;
 };
 
-/// The characters of [:name:], with `name` in any case: the twelve classes of POSIX in the "C"
-/// locale, which has no letter beyond ASCII, and "d", "s", "w", which are \d, \s, \w. Absent if
-/// there is no such class.
-[[nodiscard]] std::optional<CharacterSet> FindCharacterClass(std::u16string_view name);
+/// The characters of [:name:] as the ranges of a set, with `name` in any case: the twelve classes
+/// of POSIX in the "C" locale, which has no letter beyond ASCII, and "d", "s", "w", which are \d,
+/// \s, \w. Empty if there is no such class.
+[[nodiscard]] std::span<const CharacterRange> FindCharacterClass(std::u16string_view name);
+
+/// Appends all characters that `ranges`, those of a set, do not contain.
+void AppendOthers(std::span<const CharacterRange> ranges, std::vector<CharacterRange>& others);
 
 /// The character of [.name.]: a character itself, or the POSIX name of an ASCII one, such as
 /// "hyphen", in its exact spelling. Absent for any other name.
 [[nodiscard]] std::optional<char16_t> FindCollatingElement(std::u16string_view name);
 
-/// "\x{20AC}": the character in the form that PCRE2 reads inside and outside of classes.
-[[nodiscard]] std::u16string EscapedCharacter(char16_t character);
+/// Appends "\x{20AC}": the character in the form that PCRE2 reads inside and outside of classes.
+void AppendCharacter(char16_t character, std::u16string& text);
 
-/// The set as a class of PCRE2, every character in hexadecimal. The inverted form is used if the
-/// set holds 0xFFFF, since it is shorter then.
-[[nodiscard]] std::u16string ClassText(const CharacterSet& set);
+/// Appends the set as a class of PCRE2, every character in hexadecimal. The inverted form is used
+/// if the set holds 0xFFFF, since it is shorter then.
+void AppendClass(const CharacterSet& set, std::u16string& text);
 
 }  // namespace Zq::Gantry::Security

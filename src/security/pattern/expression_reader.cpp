@@ -1,6 +1,7 @@
 #include "security/pattern/expression_reader.h"
 
 #include <array>
+#include <span>
 #include <string_view>
 #include <utility>
 
@@ -34,12 +35,15 @@ std::optional<unsigned> HexadecimalValue(char16_t digit) {
   return std::nullopt;
 }
 
-/// The set of \d, \s or \w, or of \D, \S or \W.
-CharacterSet SetOf(char16_t letter) {
-  const bool isInverted = letter < u'a';
-  const char16_t name = isInverted ? static_cast<char16_t>(letter + (u'a' - u'A')) : letter;
-  const CharacterSet set = *FindCharacterClass(std::u16string_view(&name, 1));
-  return isInverted ? set.Complement() : set;
+/// Adds the characters of \d, \s or \w, or of \D, \S or \W.
+void AddEscapedClass(char16_t letter, std::vector<CharacterRange>& ranges) {
+  const char16_t name = letter | (u'a' ^ u'A');
+  const std::span<const CharacterRange> named = FindCharacterClass({&name, 1});
+  if (letter == name) {
+    ranges.insert(ranges.end(), named.begin(), named.end());
+  } else {
+    AppendOthers(named, ranges);
+  }
 }
 
 }  // namespace
@@ -115,16 +119,18 @@ std::optional<char16_t> ExpressionReader::ReadHexadecimal(std::size_t digits) {
   return static_cast<char16_t>(code);
 }
 
-std::optional<ExpressionReader::ClassPart> ExpressionReader::ReadCharacterEscape(char16_t letter) {
+std::optional<ExpressionReader::ClassPart> ExpressionReader::ReadCharacterEscape(char16_t letter,
+                                                                                 Ranges& ranges) {
   const auto one = [](std::optional<char16_t> character) -> std::optional<ClassPart> {
     if (!character) return std::nullopt;
-    return ClassPart{{}, character};
+    return ClassPart{character};
   };
   for (const ControlEscape& escape : kControlEscapes) {
     if (letter == escape.letter) return one(escape.character);
   }
   if (std::u16string_view(u"dDsSwW").find(letter) != std::u16string_view::npos) {
-    return ClassPart{SetOf(letter), std::nullopt};
+    AddEscapedClass(letter, ranges);
+    return ClassPart{};
   }
   if (letter == u'x') return one(ReadHexadecimal(2));
   if (letter == u'u') return one(ReadHexadecimal(4));
@@ -150,13 +156,15 @@ std::optional<Escape> ExpressionReader::ReadEscape() {
     if (!group) return std::nullopt;
     return Escape{Escape::Kind::kReference, {}, *group};
   }
-  std::optional<ClassPart> part = ReadCharacterEscape(Take());
+  Ranges ranges;
+  const std::optional<ClassPart> part = ReadCharacterEscape(Take(), ranges);
   if (!part) return std::nullopt;
-  if (part->character) part->set.Add(*part->character);
-  return Escape{Escape::Kind::kCharacters, std::move(part->set), 0};
+  if (part->character) ranges.push_back({*part->character, *part->character});
+  return Escape{Escape::Kind::kCharacters, CharacterSet(std::move(ranges)), 0};
 }
 
-std::optional<ExpressionReader::ClassPart> ExpressionReader::ReadBracketedName(char16_t kind) {
+std::optional<ExpressionReader::ClassPart> ExpressionReader::ReadBracketedName(char16_t kind,
+                                                                               Ranges& ranges) {
   const std::size_t end = rest_.find(kind);
   if (end == rest_.npos) return std::nullopt;
   const std::u16string_view name = rest_.substr(0, end);
@@ -164,52 +172,58 @@ std::optional<ExpressionReader::ClassPart> ExpressionReader::ReadBracketedName(c
   if (!TryTake(u"]")) return std::nullopt;
 
   if (kind == u':') {
-    std::optional<CharacterSet> set = FindCharacterClass(name);
-    if (!set) return std::nullopt;
-    return ClassPart{*std::move(set), std::nullopt};
+    const std::span<const CharacterRange> named = FindCharacterClass(name);
+    if (named.empty()) return std::nullopt;
+    ranges.insert(ranges.end(), named.begin(), named.end());
+    return ClassPart{};
   }
   const std::optional<char16_t> character = FindCollatingElement(name);
   if (!character) return std::nullopt;
-  if (kind == u'.') return ClassPart{{}, character};
+  if (kind == u'.') return ClassPart{character};
   // Characters are equivalent if they differ in case only.
-  CharacterSet equivalent;
-  equivalent.Add(*character);
-  if (IsLetter(*character)) equivalent.Add(static_cast<char16_t>(*character ^ u' '));
-  return ClassPart{std::move(equivalent), std::nullopt};
+  ranges.push_back({*character, *character});
+  if (IsLetter(*character)) {
+    const auto otherCase = static_cast<char16_t>(*character ^ u' ');
+    ranges.push_back({otherCase, otherCase});
+  }
+  return ClassPart{};
 }
 
-std::optional<ExpressionReader::ClassPart> ExpressionReader::ReadClassPart() {
-  for (const std::u16string_view opening : {u"[.", u"[:", u"[="}) {
-    if (TryTake(opening)) return ReadBracketedName(opening.back());
-  }
+std::optional<ExpressionReader::ClassPart> ExpressionReader::ReadClassPart(Ranges& ranges) {
   if (IsAtEnd()) return std::nullopt;
   const char16_t character = Take();
-  if (character != u'\\') return ClassPart{{}, character};
+  if (character == u'[') {
+    for (const std::u16string_view kind : {u".", u":", u"="}) {
+      if (TryTake(kind)) return ReadBracketedName(kind.front(), ranges);
+    }
+  }
+  if (character != u'\\') return ClassPart{character};
   if (IsAtEnd()) return std::nullopt;
-  if (TryTake(u"b")) return ClassPart{{}, u'\b'};
+  if (TryTake(u"b")) return ClassPart{u'\b'};
   if (TryTake(u"B")) return std::nullopt;
-  return ReadCharacterEscape(Take());
+  return ReadCharacterEscape(Take(), ranges);
 }
 
 std::optional<CharacterSet> ExpressionReader::ReadClass() {
   const bool isInverted = TryTake(u"^");
-  CharacterSet set;
+  Ranges ranges;
+  ranges.reserve(8);  // enough for most classes
   while (!TryTake(u"]")) {
-    const std::optional<ClassPart> first = ReadClassPart();
+    const std::optional<ClassPart> first = ReadClassPart(ranges);
     if (!first) return std::nullopt;
-    set.Add(first->set);
     // A "-" before "]" is a character, and so is one without a part before it.
     const bool isRange = rest_.starts_with(u'-') && !rest_.starts_with(u"-]");
     if (!isRange) {
-      if (first->character) set.Add(*first->character);
+      if (first->character) ranges.push_back({*first->character, *first->character});
       continue;
     }
     Take();
-    const std::optional<ClassPart> last = ReadClassPart();
+    const std::optional<ClassPart> last = ReadClassPart(ranges);
     if (!last || !first->character || !last->character) return std::nullopt;
     if (*first->character > *last->character) return std::nullopt;
-    set.Add(*first->character, *last->character);
+    ranges.push_back({*first->character, *last->character});
   }
+  CharacterSet set(std::move(ranges));
   return isInverted ? set.Complement() : set;
 }
 

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <optional>
 #include <string_view>
+#include <vector>
 
 #include "security/pattern/character_set.h"
 
@@ -50,11 +51,12 @@ class ExpressionReader {
   [[nodiscard]] std::optional<CharacterSet> ReadClass();
 
  private:
-  /// A part of a class: a set, or one character, which may begin or end a range.
+  /// A part of a class: one character, which may begin or end a range, or a set of characters,
+  /// which has been added to the ranges.
   struct ClassPart {
-    CharacterSet set;
     std::optional<char16_t> character;
   };
+  using Ranges = std::vector<CharacterRange>;
 
   /// After "{", up to and including "}".
   [[nodiscard]] std::optional<Quantifier> ReadCounts();
@@ -62,11 +64,11 @@ class ExpressionReader {
   [[nodiscard]] std::optional<unsigned> ReadNumber();
   /// The character with this code, of exactly so many digits.
   [[nodiscard]] std::optional<char16_t> ReadHexadecimal(std::size_t digits);
-  [[nodiscard]] std::optional<ClassPart> ReadClassPart();
+  [[nodiscard]] std::optional<ClassPart> ReadClassPart(Ranges& ranges);
   /// After "[.", "[:" or "[=", whose second character is `kind`, up to and including "]".
-  [[nodiscard]] std::optional<ClassPart> ReadBracketedName(char16_t kind);
+  [[nodiscard]] std::optional<ClassPart> ReadBracketedName(char16_t kind, Ranges& ranges);
   /// The escapes that mean the same inside and outside of a class, after their first letter.
-  [[nodiscard]] std::optional<ClassPart> ReadCharacterEscape(char16_t letter);
+  [[nodiscard]] std::optional<ClassPart> ReadCharacterEscape(char16_t letter, Ranges& ranges);
 
   std::u16string_view rest_;
 };

@@ -47,8 +47,21 @@ Owner Owned(typename Owner::pointer object) {
 void* Allocate(PCRE2_SIZE size, void* /*data*/) { return ::operator new(size, std::nothrow); }
 void Deallocate(void* block, void* /*data*/) { ::operator delete(block); }
 
-GeneralContext MakeContext() {
-  return Owned<GeneralContext>(pcre2_general_context_create_16(Allocate, Deallocate, nullptr));
+/// How PCRE2 allocates. One for all threads: no call of PCRE2 changes it.
+pcre2_general_context_16* Memory() {
+  static const auto memory =
+      Owned<GeneralContext>(pcre2_general_context_create_16(Allocate, Deallocate, nullptr));
+  return memory.get();
+}
+
+/// The settings of every compilation. One for all threads: compiling only reads it.
+pcre2_compile_context_16* CompileSettings() {
+  static const auto settings = [] {
+    auto context = Owned<CompileContext>(pcre2_compile_context_create_16(Memory()));
+    pcre2_set_parens_nest_limit_16(context.get(), kDeepestGroups);
+    return context;
+  }();
+  return settings.get();
 }
 
 /// A unit of PCRE2 is an unsigned integer of 16 bits, as char16_t is.
@@ -86,11 +99,14 @@ std::uint32_t MostMatchKibibytes(std::size_t groups) { return (groups < 100 ? 40
 }  // namespace
 
 std::u16string CodeUnits(std::wstring_view text) {
+  const auto takesTwoUnits = [](std::uint32_t code) { return code > 0xFFFF; };
+  if (std::ranges::none_of(text, takesTwoUnits)) return {text.begin(), text.end()};
+
   std::u16string units;
   units.reserve(text.size());
   for (const wchar_t character : text) {
     const auto code = static_cast<std::uint32_t>(character);
-    if (code > 0xFFFF) {
+    if (takesTwoUnits(code)) {
       units += static_cast<char16_t>(0xD800 + ((code - 0x10000) >> 10));
       units += static_cast<char16_t>(0xDC00 + ((code - 0x10000) & 0x3FF));
     } else {
@@ -101,7 +117,8 @@ std::u16string CodeUnits(std::wstring_view text) {
 }
 
 struct Pattern::Compiled {
-  Translation translation;
+  std::size_t groups;
+  MatchWatch watch;  ///< as it is before a match
   Code code;
 };
 
@@ -112,39 +129,35 @@ Pattern::~Pattern() = default;
 
 std::optional<Pattern> Pattern::TryCompile(std::wstring_view expression) {
   if (expression.size() > kMostExpressionChars) return std::nullopt;
-  std::optional<Translation> translation = TranslateExpression(CodeUnits(expression));
+  const std::optional<Translation> translation = TranslateExpression(CodeUnits(expression));
   if (!translation) return std::nullopt;
 
-  const GeneralContext memory = MakeContext();
-  const auto context = Owned<CompileContext>(pcre2_compile_context_create_16(memory.get()));
-  pcre2_set_parens_nest_limit_16(context.get(), kDeepestGroups);
   int error = 0;
   PCRE2_SIZE place = 0;
   Code code(pcre2_compile_16(UnitsOf(translation->expression), translation->expression.size(),
-                             kCompileOptions, &error, &place, context.get()));
+                             kCompileOptions, &error, &place, CompileSettings()));
   if (!code && error == PCRE2_ERROR_HEAP_FAILED) throw std::bad_alloc();
   if (!code) return std::nullopt;
-  return Pattern(
-      std::unique_ptr<const Compiled>(new Compiled{*std::move(translation), std::move(code)}));
+  return Pattern(std::unique_ptr<const Compiled>(
+      new Compiled{translation->groups, MatchWatch(*translation), std::move(code)}));
 }
 
 bool Pattern::Matches(std::wstring_view text) const {
-  const auto& [translation, code] = *compiled_;
-  MatchWatch watch(translation);
+  MatchWatch watch = compiled_->watch;
   if (!watch.MayBegin(text.size())) return false;
 
-  const GeneralContext memory = MakeContext();
-  const auto context = Owned<MatchContext>(pcre2_match_context_create_16(memory.get()));
-  const std::uint32_t mostPoints = MostBacktrackingPoints(translation.groups);
+  const auto context = Owned<MatchContext>(pcre2_match_context_create_16(Memory()));
+  const std::uint32_t mostPoints = MostBacktrackingPoints(compiled_->groups);
   pcre2_set_match_limit_16(context.get(), mostPoints);
   pcre2_set_depth_limit_16(context.get(), mostPoints);
-  pcre2_set_heap_limit_16(context.get(), MostMatchKibibytes(translation.groups));
+  pcre2_set_heap_limit_16(context.get(), MostMatchKibibytes(compiled_->groups));
   pcre2_set_callout_16(context.get(), OnWatchPoint, &watch);
-  const auto data = Owned<MatchData>(pcre2_match_data_create_16(/*ovecsize=*/1, memory.get()));
+  const auto data = Owned<MatchData>(pcre2_match_data_create_16(/*ovecsize=*/1, Memory()));
 
   const std::u16string units = CodeUnits(text);
-  const int result = pcre2_match_16(code.get(), UnitsOf(units), units.size(), /*start_offset=*/0,
-                                    /*options=*/0, data.get(), context.get());
+  const int result =
+      pcre2_match_16(compiled_->code.get(), UnitsOf(units), units.size(), /*start_offset=*/0,
+                     /*options=*/0, data.get(), context.get());
   if (result == PCRE2_ERROR_NOMEMORY) throw std::bad_alloc();
   return result >= 0;
 }

@@ -1,6 +1,8 @@
 #include "security/pattern/translation.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <string>
 #include <utility>
 #include <vector>
@@ -21,27 +23,33 @@ constexpr std::size_t kMostUnwatchedAlternatives = 32;
 constexpr std::u16string_view kStartOfText = u"\\A";
 constexpr std::u16string_view kEndOfText = u"\\z";
 
-std::u16string Digits(std::size_t number) {
-  const std::string text = std::to_string(number);
-  return {text.begin(), text.end()};
+void AppendNumber(std::size_t number, std::u16string& text) {
+  std::array<char, 20> digits{};  // enough for 64 bits
+  const auto [end, error] = std::to_chars(digits.data(), digits.data() + digits.size(), number);
+  for (const char* digit = digits.data(); digit != end; ++digit)
+    text += static_cast<char16_t>(*digit);
 }
 
-std::u16string TextOf(const Quantifier& quantifier) {
-  if (quantifier.IsOnce()) return {};
-  std::u16string text = u"{" + Digits(quantifier.least) + u",";
-  if (quantifier.most != Quantifier::kUnlimited) text += Digits(quantifier.most);
-  return text + (quantifier.isLazy ? u"}?" : u"}");
+void AppendQuantifier(const Quantifier& quantifier, std::u16string& text) {
+  if (quantifier.IsOnce()) return;
+  text += u'{';
+  AppendNumber(quantifier.least, text);
+  text += u',';
+  if (quantifier.most != Quantifier::kUnlimited) AppendNumber(quantifier.most, text);
+  text += quantifier.isLazy ? u"}?" : u"}";
 }
 
+/// As a callout of PCRE2, whose number is the watch point's.
 std::u16string TextOf(WatchPoint point) {
-  return u"(?C" + Digits(static_cast<std::size_t>(point)) + u")";
+  std::u16string text = u"(?C";
+  AppendNumber(static_cast<std::size_t>(point), text);
+  return text + u')';
 }
 
 /// The characters that "." matches: all but the line ends.
 const CharacterSet& AnyOfALine() {
   static const CharacterSet set = [] {
-    CharacterSet lineEnds;
-    for (const char16_t character : {u'\n', u'\r', u'\u2028', u'\u2029'}) lineEnds.Add(character);
+    const CharacterSet lineEnds({{u'\n', u'\n'}, {u'\r', u'\r'}, {u'\u2028', u'\u2029'}});
     return lineEnds.Complement();
   }();
   return set;
@@ -55,7 +63,10 @@ std::size_t CountWideRanges(const CharacterSet& set) {
 /// One pass over an expression, term by term. A step returns false if the expression is not valid.
 class Translator {
  public:
-  explicit Translator(std::u16string_view expression) : reader_(expression) {}
+  explicit Translator(std::u16string_view expression) : reader_(expression) {
+    // A character takes eight units, and the watch points of one repetition ten.
+    result_.expression.reserve(8 * expression.size() + 16);
+  }
 
   std::optional<Translation> Run() {
     OpenGroup(GroupKind::kPlain);  // the whole expression
@@ -84,7 +95,8 @@ class Translator {
   bool TranslateReference(std::size_t group);
   bool ReadGroupBegin();
   bool ReadGroupEnd();
-  bool AddCharacterItem(std::u16string_view item);
+  template <typename Append>
+  bool AddCharacterItem(Append append);
   bool AddAssertion(std::u16string_view assertion);
   void AddWatchPoint(WatchPoint point);
 
@@ -121,7 +133,7 @@ bool Translator::TranslateTerm(char16_t character) {
     case u'{':
       return false;  // nothing to repeat: each term has already read its one quantifier
     default:
-      return AddCharacterItem(EscapedCharacter(character));
+      return AddCharacterItem([character](auto& text) { AppendCharacter(character, text); });
   }
 }
 
@@ -144,7 +156,7 @@ bool Translator::TranslateEscape() {
 bool Translator::TranslateSet(const std::optional<CharacterSet>& set) {
   if (!set) return false;
   result_.mostWideRanges = std::max(result_.mostWideRanges, CountWideRanges(*set));
-  return AddCharacterItem(ClassText(*set));
+  return AddCharacterItem([&set](auto& text) { AppendClass(*set, text); });
 }
 
 /// A group must be closed before it is referred to, as in the standard libraries.
@@ -160,7 +172,10 @@ bool Translator::TranslateReference(std::size_t group) {
     AddWatchPoint(WatchPoint::kRepeatedReference);
     result_.longestFixedRun = std::max<std::size_t>(result_.longestFixedRun, quantifier->least);
   }
-  result_.expression += u"\\g{" + Digits(group) + u"}" + TextOf(*quantifier);
+  result_.expression += u"\\g{";
+  AppendNumber(group, result_.expression);
+  result_.expression += u'}';
+  AppendQuantifier(*quantifier, result_.expression);
   AddWatchPoint(WatchPoint::kMoved);
   return true;
 }
@@ -200,7 +215,8 @@ bool Translator::ReadGroupEnd() {
   if (!quantifier) return false;
   // A repeated group may pass any number of characters, so each round has a watch point.
   if (isRepeated) AddWatchPoint(WatchPoint::kMoved);
-  result_.expression += u")" + TextOf(*quantifier);
+  result_.expression += u')';
+  AppendQuantifier(*quantifier, result_.expression);
   return true;
 }
 
@@ -210,21 +226,21 @@ void Translator::CountAlternatives(const Group& group) {
   result_.expression.insert(group.begin, TextOf(WatchPoint::kChoice));
 }
 
-bool Translator::AddCharacterItem(std::u16string_view item) {
+/// `append` writes the item to the end of a text.
+template <typename Append>
+bool Translator::AddCharacterItem(Append append) {
   const std::optional<Quantifier> quantifier = reader_.ReadQuantifier();
   if (!quantifier) return false;
-  const std::u16string repeated = std::u16string(item) + TextOf(*quantifier);
-  if (quantifier->most > kLongestUnwatched) {
+  const bool isLong = quantifier->most > kLongestUnwatched;
+  if (isLong) {
     const bool isFixed = quantifier->least > kLongestUnwatched;
     AddWatchPoint(isFixed ? WatchPoint::kFixedRun : WatchPoint::kMoved);
     result_.longestFixedRun = std::max<std::size_t>(result_.longestFixedRun, quantifier->least);
-    result_.expression += repeated;
-    AddWatchPoint(WatchPoint::kMoved);
-    return true;
   }
-  result_.expression += repeated;
+  append(result_.expression);
+  AppendQuantifier(*quantifier, result_.expression);
   unwatched_ += std::max(quantifier->most, 1U);
-  if (unwatched_ > kLongestUnwatched) AddWatchPoint(WatchPoint::kMoved);
+  if (isLong || unwatched_ > kLongestUnwatched) AddWatchPoint(WatchPoint::kMoved);
   return true;
 }
 

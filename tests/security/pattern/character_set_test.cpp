@@ -18,35 +18,70 @@ Ranges RangesOf(const CharacterSet& set) {
 }
 
 TEST(CharacterSet, JoinsRangesThatTouchOrOverlap) {
-  CharacterSet set;
-  set.Add(20, 30);
-  set.Add(5);
-  set.Add(31, 40);
-  set.Add(25, 28);
-  set.Add(42);
-  set.Add(5);
-  EXPECT_EQ(RangesOf(set), (Ranges{{5, 5}, {20, 40}, {42, 42}}));
+  EXPECT_EQ(RangesOf(CharacterSet({{20, 30}, {5, 5}, {31, 40}, {25, 28}, {42, 42}, {5, 5}})),
+            (Ranges{{5, 5}, {20, 40}, {42, 42}}));
+  EXPECT_EQ(RangesOf(CharacterSet({{7, 9}, {1, 8}})), (Ranges{{1, 9}}));
+  EXPECT_EQ(RangesOf(CharacterSet({{0xFFFF, 0xFFFF}, {0, 3}})), (Ranges{{0, 3}, {0xFFFF, 0xFFFF}}));
+  EXPECT_EQ(RangesOf(CharacterSet(std::vector<CharacterRange>())), Ranges{});
 }
 
 TEST(CharacterSet, ComplementsAtBothEnds) {
-  CharacterSet set;
-  set.Add(5, 9);
-  EXPECT_EQ(RangesOf(set.Complement()), (Ranges{{0, 4}, {10, 0xFFFF}}));
-  set.Add(0);
-  set.Add(0xFFFF);
-  EXPECT_EQ(RangesOf(set.Complement()), (Ranges{{1, 4}, {10, 0xFFFE}}));
+  EXPECT_EQ(RangesOf(CharacterSet({{5, 9}}).Complement()), (Ranges{{0, 4}, {10, 0xFFFF}}));
+  EXPECT_EQ(RangesOf(CharacterSet({{5, 9}, {0, 0}, {0xFFFF, 0xFFFF}}).Complement()),
+            (Ranges{{1, 4}, {10, 0xFFFE}}));
   EXPECT_EQ(RangesOf(CharacterSet().Complement()), (Ranges{{0, 0xFFFF}}));
   EXPECT_EQ(RangesOf(CharacterSet().Complement().Complement()), Ranges{});
 }
 
-TEST(ClassText, WritesHexadecimalRangesAndInvertsASetWithTheLastCharacter) {
-  CharacterSet set;
-  EXPECT_EQ(ClassText(set), u"[^\\x{0000}-\\x{FFFF}]");
-  EXPECT_EQ(ClassText(set.Complement()), u"[\\x{0000}-\\x{FFFF}]");
-  set.Add(u'a', u'c');
-  set.Add(u'\u20AC');
-  EXPECT_EQ(ClassText(set), u"[\\x{0061}-\\x{0063}\\x{20AC}]");
-  EXPECT_EQ(ClassText(set.Complement()), u"[^\\x{0061}-\\x{0063}\\x{20AC}]");
+std::u16string ClassOf(const CharacterSet& set) {
+  std::u16string text = u"before";
+  AppendClass(set, text);
+  return text;
+}
+
+TEST(AppendClass, WritesHexadecimalRangesAndInvertsASetWithTheLastCharacter) {
+  EXPECT_EQ(ClassOf({}), u"before[^\\x{0000}-\\x{FFFF}]");
+  EXPECT_EQ(ClassOf(CharacterSet().Complement()), u"before[\\x{0000}-\\x{FFFF}]");
+  const CharacterSet set({{u'a', u'c'}, {u'\u20AC', u'\u20AC'}});
+  EXPECT_EQ(ClassOf(set), u"before[\\x{0061}-\\x{0063}\\x{20AC}]");
+  EXPECT_EQ(ClassOf(set.Complement()), u"before[^\\x{0061}-\\x{0063}\\x{20AC}]");
+  EXPECT_EQ(ClassOf(CharacterSet({{u'\u1234', 0xFFFF}})), u"before[^\\x{0000}-\\x{1233}]");
+  EXPECT_EQ(ClassOf(CharacterSet({{0, 0}, {0xFFFF, 0xFFFF}})), u"before[^\\x{0001}-\\x{FFFE}]");
+}
+
+TEST(AppendCharacter, WritesFourHexadecimalDigits) {
+  std::u16string text;
+  for (const char16_t character : {u'\0', u'\u0019', u'\uABCD', u'\uF0E2'}) {
+    AppendCharacter(character, text);
+  }
+  EXPECT_EQ(text, u"\\x{0000}\\x{0019}\\x{ABCD}\\x{F0E2}");
+}
+
+TEST(FindCharacterClass, FindsEachClassInAnyCase) {
+  const auto classOf = [](std::u16string_view name) {
+    Ranges ranges;
+    for (const auto& [first, last] : FindCharacterClass(name)) ranges.emplace_back(first, last);
+    return ranges;
+  };
+  const Ranges digits{{'0', '9'}};
+  const Ranges spaces{{9, 13}, {' ', ' '}};
+  EXPECT_EQ(classOf(u"alnum"), (Ranges{{'0', '9'}, {'A', 'Z'}, {'a', 'z'}}));
+  EXPECT_EQ(classOf(u"ALPHA"), (Ranges{{'A', 'Z'}, {'a', 'z'}}));
+  EXPECT_EQ(classOf(u"blank"), (Ranges{{9, 9}, {' ', ' '}}));
+  EXPECT_EQ(classOf(u"cntrl"), (Ranges{{0, 31}, {127, 127}}));
+  EXPECT_EQ(classOf(u"digit"), digits);
+  EXPECT_EQ(classOf(u"graph"), (Ranges{{33, 126}}));
+  EXPECT_EQ(classOf(u"Lower"), (Ranges{{'a', 'z'}}));
+  EXPECT_EQ(classOf(u"print"), (Ranges{{32, 126}}));
+  EXPECT_EQ(classOf(u"punct"), (Ranges{{33, 47}, {58, 64}, {91, 96}, {123, 126}}));
+  EXPECT_EQ(classOf(u"space"), spaces);
+  EXPECT_EQ(classOf(u"upper"), (Ranges{{'A', 'Z'}}));
+  EXPECT_EQ(classOf(u"xdigit"), (Ranges{{'0', '9'}, {'A', 'F'}, {'a', 'f'}}));
+  EXPECT_EQ(classOf(u"d"), digits);
+  EXPECT_EQ(classOf(u"S"), spaces);
+  EXPECT_EQ(classOf(u"w"), (Ranges{{'0', '9'}, {'A', 'Z'}, {'_', '_'}, {'a', 'z'}}));
+  EXPECT_EQ(classOf(u"word"), Ranges{});
+  EXPECT_EQ(classOf(u""), Ranges{});
 }
 
 TEST(FindCollatingElement, FindsCharactersByTheirNames) {

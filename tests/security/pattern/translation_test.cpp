@@ -70,6 +70,23 @@ TEST(TranslateExpression, WatchesReferencesByTheirGroup) {
   EXPECT_EQ(Translated(u"(a)\\1?"), u"(a)(?C3)\\g{1}{0,1}(?C0)");
 }
 
+TEST(TranslateExpression, WritesEachClassAsRangesInHexadecimal) {
+  EXPECT_EQ(Translated(u"[z-zb-da-a]"), u"[a-\\x{0064}\\x{007A}]");
+  EXPECT_EQ(Translated(u"[^\\n]"), u"[^\\x{000A}]");
+  EXPECT_EQ(Translated(u"."), u"[^\\x{000A}\\x{000D}\\x{2028}-\\x{2029}]");
+  EXPECT_EQ(Translated(u"\\d\\D"), u"[\\x{0030}-\\x{0039}][^\\x{0030}-\\x{0039}]");
+  EXPECT_EQ(Translated(u"[\\s\\S]"), u"[\\x{0000}-\\x{FFFF}]");
+  EXPECT_EQ(Translated(u"[\\D5]"), u"[^\\x{0030}-\\x{0034}\\x{0036}-\\x{0039}]");
+  EXPECT_EQ(Translated(u"[[=a=][:digit:]-]"), u"[\\x{002D}\\x{0030}-\\x{0039}\\x{0041}a]");
+  EXPECT_EQ(Translated(u"[]"), u"[^\\x{0000}-\\x{FFFF}]");
+  EXPECT_EQ(Translated(u"\\.\\u20AC*"), u"[\\x{002E}](?C0)[\\x{20AC}]{0,}(?C0)");
+}
+
+TEST(TranslateExpression, WritesNumbersOfSeveralDigits) {
+  EXPECT_EQ(Translated(u"a{10,65535}"), u"(?C0)a{10,65535}(?C0)");
+  EXPECT_EQ(Translated(Repeat(u"(a)", 12) + u"\\12"), Repeat(u"(a)", 12) + u"(?C15)\\g{12}(?C0)");
+}
+
 TEST(TranslateExpression, CountsThePropertiesThatMakeAMatchSlow) {
   const auto translation = TranslateExpression(
       u"(a)(?:a)((a)|a|a)a{7}a{100,200}(\\1){30}[\\u0100\\u0102\\u0104][^a-c]\\1{300}");

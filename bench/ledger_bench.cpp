@@ -12,6 +12,7 @@
 #include "base/json_rows.h"
 #include "base/local_calendar.h"
 #include "ledger/day_energy.h"
+#include "ledger/ledger_file.h"
 #include "ledger/power_ledger.h"
 #include "ledger/sample_energy.h"
 #include "ledger/series.h"
@@ -126,10 +127,7 @@ bool Pass(DataFolder& folder) {
   folder.discarded.clear();
   const DateTime today = Day(kMostLedgerDays - 1);
   PowerLedger ledger;
-  if (const std::unique_ptr<GenericDocument> document{
-          LoadJsonDocument(folder.Ledger().wstring())}) {
-    LoadLedger(*document, OldestDay(today), ledger);
-  }
+  LoadLedger(folder.Ledger().wstring(), OldestDay(today), ledger);
   const auto energyOf = [&](const DateTime& day) {
     return DayEnergyWh(day, std::bind_front(&DataFolder::Read, &folder));
   };
@@ -137,8 +135,7 @@ bool Pass(DataFolder& folder) {
     folder.discarded.push_back(folder.Samples(day));
   };
   UpdateLedger(today, ledger, {energyOf, discard});
-  return SaveJsonDocument(folder.Ledger().wstring(), LedgerDocument(ledger)) &&
-         ledger.size() >= kMostLedgerDays;
+  return SaveLedger(folder.Ledger().wstring(), ledger) && ledger.size() >= kMostLedgerDays;
 }
 
 /// A first pass: there is no ledger yet.

@@ -14,6 +14,7 @@
 #include "base/date_text.h"
 #include "base/plain_file.h"
 #include "ledger/day_energy.h"
+#include "ledger/ledger_file.h"
 #include "ledger/power_ledger.h"
 #include "ledger/sample_energy.h"
 #include "ledger/sample_files.h"
@@ -34,16 +35,8 @@ bool LoadLedgerFile(const std::wstring& path, const DateTime& today, PowerLedger
   const std::optional<bool> isPlain = TryIsPlainFile(path);
   if (!isPlain) return false;
   if (!*isPlain) return true;
-  const std::unique_ptr<GenericDocument> document(LoadJsonDocument(path));
-  if (document) LoadLedger(*document, OldestDay(today), ledger);
+  LoadLedger(path, OldestDay(today), ledger);
   return true;
-}
-
-/// Whether the file holds the whole ledger: a write that fails half-way is not reported.
-bool HoldsLedger(const std::wstring& path, const PowerLedger& ledger) {
-  if (!IsKnownPlainFile(path)) return false;
-  const std::unique_ptr<GenericDocument> document(LoadJsonDocument(path));
-  return document && document->IsArray() && document->Size() == ledger.size();
 }
 
 /// Deletes the samples of booked days, but no link that has replaced such a file. Failure is
@@ -130,10 +123,11 @@ void WattleafHelper::CalculateDailyPowerConsumption() {
                   pass->discardedSamples.push_back(EncryptedSamplePath(collectionPath, day));
                 }});
   RemoveLeftoverCopies(collectionPath);
-  if (!mayBeSaved || !SaveJsonDocument(ledgerPath, LedgerDocument(dailyLedger))) {
+  if (!mayBeSaved || !SaveLedger(ledgerPath, dailyLedger)) {
     LogManager::GetLogger()->LogError(
         L"Error in CalculateDailyPowerConsumption() : Save Json failed");
-  } else if (!pass->discardedSamples.empty() && HoldsLedger(ledgerPath, dailyLedger)) {
+  } else if (!pass->discardedSamples.empty() && IsKnownPlainFile(ledgerPath) &&
+             HoldsLedger(ledgerPath, dailyLedger)) {
     // Only now: if the process ends earlier, the next one needs the samples.
     DeleteSamples(pass->discardedSamples);
   }

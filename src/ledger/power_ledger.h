@@ -5,20 +5,15 @@
 #include <map>
 
 #include "base/calendar.h"
-#include "base/json_document.h"
 
-// The ledger of daily energy: which days are worked out, the figures over several days, and the
-// form on disk (docs/formats/power-consumption-json.md), an array of objects
-// {"Key":"2024-03-01","Value":12.5} in ascending order of date. `today` is 00:00:00 local time
-// everywhere here.
+// The ledger of daily energy: which days are worked out, and the figures over several days. Its
+// file is read and written in ledger_file.h. `today` is 00:00:00 local time everywhere here.
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
 /// Watt-hours by day. Each key is 00:00:00 local time. 0.0 means that nothing is booked yet; any
 /// other value is final, except today's.
 using PowerLedger = std::map<DateTime, float>;
 
-/// The ledger's file in the data folder.
-inline constexpr wchar_t kLedgerFileName[] = L"PowerConsumption.json";
 /// How far back the ledger reaches: 210 days.
 inline constexpr std::int64_t kRetentionSeconds = 18'144'000;
 static_assert(kRetentionSeconds == 210 * kSecondsPerDay);
@@ -27,10 +22,6 @@ inline constexpr int kMostLedgerDays = 211;
 
 /// The earliest day that UpdateLedger visits. LoadLedger accepts only days after it.
 [[nodiscard]] DateTime OldestDay(const DateTime& today);
-
-/// Copies the days after `oldest` from the file's document into `ledger`. Skips elements without a
-/// string "Key" or a number "Value"; a root that is not an array has no elements.
-void LoadLedger(const GenericDocument& document, const DateTime& oldest, PowerLedger& ledger);
 
 /// What UpdateLedger calls. Exceptions propagate.
 struct LedgerDays {
@@ -46,9 +37,6 @@ struct LedgerDays {
 /// today, before it works out the next day. Visits at most kMostLedgerDays days, however wrong the
 /// clock is.
 void UpdateLedger(const DateTime& today, PowerLedger& ledger, const LedgerDays& days);
-
-/// The document for the file.
-[[nodiscard]] GenericDocument LedgerDocument(const PowerLedger& ledger);
 
 /// Watt-hours per day, averaged over `today` and the six days before it. Days that the ledger lacks
 /// count as 0.0: the divisor is always seven.

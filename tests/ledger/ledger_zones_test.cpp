@@ -4,8 +4,10 @@
 #include <string>
 #include <vector>
 
+#include "base/scratch_folder.h"
 #include "base/zone_days.h"
 #include "ledger/fake_days.h"
+#include "ledger/ledger_file.h"
 #include "ledger/power_ledger.h"
 
 // The ledger around the days on which clocks change. Each step moves by 86400 seconds and restores
@@ -59,9 +61,10 @@ Dates First(const Dates& dates, std::size_t count) {
 
 /// The ledger that is loaded from a file with one entry.
 PowerLedger Loaded(const std::string& date, const std::string& value, const DateTime& today) {
+  const ScratchFolder folder;
+  WriteBytes(folder.File("ledger.json"), R"([{"Key":")" + date + R"(","Value":)" + value + "}]");
   PowerLedger ledger;
-  LoadLedger(*Document(R"([{"Key":")" + date + R"(","Value":)" + value + "}]"), OldestDay(today),
-             ledger);
+  LoadLedger(folder.File("ledger.json").wstring(), OldestDay(today), ledger);
   return ledger;
 }
 
@@ -129,7 +132,9 @@ TEST(LoadLedger, KeepsTheLaterOfTwoEntriesOfOneDate) {
   PowerLedger ledger = Loaded(date, "12.5", today);
   RunPass(today, ledger);
   PowerLedger next;
-  LoadLedger(LedgerDocument(ledger), OldestDay(today), next);
+  const ScratchFolder folder;
+  ASSERT_TRUE(SaveLedger(folder.File("ledger.json").wstring(), ledger));
+  LoadLedger(folder.File("ledger.json").wstring(), OldestDay(today), next);
   EXPECT_EQ(ValuesOf(next, date), std::vector<float>{12.5F});
 }
 

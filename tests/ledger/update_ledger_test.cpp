@@ -8,7 +8,9 @@
 #include <vector>
 
 #include "base/local_calendar.h"
+#include "base/scratch_folder.h"
 #include "ledger/fake_days.h"
+#include "ledger/ledger_file.h"
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 using namespace TestSupport;
@@ -59,6 +61,11 @@ PowerLedger FullLedger(float energyWh) {
 }
 
 }  // namespace
+
+TEST(OldestDay, Is210DaysBack) {
+  EXPECT_EQ(kRetentionSeconds, 18144000);
+  EXPECT_EQ(DateOf(OldestDay(Day("2024-08-07"))), "2024-01-10");
+}
 
 TEST(UpdateLedger, Visits211DaysBackFromToday) {
   FakeDaysOfLedger days;
@@ -130,8 +137,9 @@ TEST(UpdateLedger, KeepsTheSamplesOfTodayAndYesterday) {
 
 TEST(UpdateLedger, ComputesTheOldestDayAgainThatTheLoadDropped) {
   FakeDaysOfLedger days{.energies = {{"2024-01-10", 4.0F}}};
-  LoadLedger(*Document(R"([{"Key":"2024-01-10","Value":12.5}])"), OldestDay(Day(kToday)),
-             days.ledger);
+  const ScratchFolder folder;
+  WriteBytes(folder.File("ledger.json"), R"([{"Key":"2024-01-10","Value":12.5}])");
+  LoadLedger(folder.File("ledger.json").wstring(), OldestDay(Day(kToday)), days.ledger);
   ASSERT_TRUE(days.ledger.empty());
   days.UpdateAt(Day(kToday));
   EXPECT_EQ(days.ValueOf("2024-01-10"), 4.0F);

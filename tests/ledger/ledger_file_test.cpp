@@ -1,13 +1,11 @@
-#include "ledger/power_ledger.h"
+#include "ledger/ledger_file.h"
 
 #include <gtest/gtest.h>
-
-#include <rapidjson/stringbuffer.h>
-#include <rapidjson/writer.h>
 
 #include <string>
 #include <vector>
 
+#include "base/scratch_folder.h"
 #include "ledger/fake_days.h"
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
@@ -26,25 +24,27 @@ Entries EntriesOf(const PowerLedger& ledger) {
   return entries;
 }
 
+/// Loads a file with this text.
+void Load(const std::string& json, PowerLedger& ledger) {
+  const ScratchFolder folder;
+  WriteBytes(folder.File("ledger.json"), json);
+  LoadLedger(folder.File("ledger.json").wstring(), Day(kOldest), ledger);
+}
+
 Entries Loaded(const std::string& json) {
   PowerLedger ledger;
-  LoadLedger(*Document(json), Day(kOldest), ledger);
+  Load(json, ledger);
   return EntriesOf(ledger);
 }
 
+/// The text of the saved file.
 std::string Text(const PowerLedger& ledger) {
-  rapidjson::StringBuffer buffer;
-  rapidjson::Writer<rapidjson::StringBuffer> writer(buffer);
-  LedgerDocument(ledger).Accept(writer);
-  return buffer.GetString();
+  const ScratchFolder folder;
+  EXPECT_TRUE(SaveLedger(folder.File("ledger.json").wstring(), ledger));
+  return ReadBytes(folder.File("ledger.json"));
 }
 
 }  // namespace
-
-TEST(OldestDay, Is210DaysBack) {
-  EXPECT_EQ(kRetentionSeconds, 18144000);
-  EXPECT_EQ(DateOf(OldestDay(Day("2024-08-07"))), kOldest);
-}
 
 TEST(LoadLedger, ReadsTheEntriesOfTheFile) {
   EXPECT_EQ(Loaded(R"([{"Key":"2024-03-01","Value":12.5},{"Key":"2024-03-02","Value":3}])"),
@@ -59,8 +59,7 @@ TEST(LoadLedger, DropsTheOldestDayAndEarlierDays) {
 
 TEST(LoadLedger, ReplacesExistingEntriesAndTheLaterElementWins) {
   PowerLedger ledger{{Day("2024-03-01"), 1.0F}, {Day("2024-03-05"), 5.0F}};
-  LoadLedger(*Document(R"([{"Key":"2024-03-01","Value":2},{"Key":"2024-03-01","Value":3}])"),
-             Day(kOldest), ledger);
+  Load(R"([{"Key":"2024-03-01","Value":2},{"Key":"2024-03-01","Value":3}])", ledger);
   EXPECT_EQ(EntriesOf(ledger), (Entries{{"2024-03-01", 3.0F}, {"2024-03-05", 5.0F}}));
 }
 
@@ -68,10 +67,11 @@ TEST(LoadLedger, KeepsFutureDays) {
   EXPECT_EQ(Loaded(R"([{"Key":"2999-01-01","Value":1}])"), (Entries{{"2999-01-01", 1.0F}}));
 }
 
-TEST(LoadLedger, LeavesTheMapUnchangedForARootThatIsNotAnArray) {
-  for (const char* json : {"{}", "null", "5", R"({"Key":"2024-03-01","Value":1})"}) {
+TEST(LoadLedger, LeavesTheMapUnchangedForAFileThatIsNotAnArray) {
+  for (const char* json : {"", R"([{"Key":"2024-03-01","Value":1})", "{}", "null", "5",
+                           R"({"Key":"2024-03-01","Value":1})"}) {
     PowerLedger ledger{{Day("2024-03-05"), 5.0F}};
-    LoadLedger(*Document(json), Day(kOldest), ledger);
+    Load(json, ledger);
     EXPECT_EQ(EntriesOf(ledger), (Entries{{"2024-03-05", 5.0F}})) << json;
   }
 }
@@ -98,19 +98,53 @@ TEST(LoadLedger, ReadsAValueBeyond32BitFloatAsZero) {
             (Entries{{"2024-03-01", 0.0F}, {"2024-03-02", 0.0F}}));
 }
 
-TEST(LedgerDocument, IsAnArrayOfKeyAndValueInAscendingOrder) {
+TEST(SaveLedger, IsAnArrayOfKeyAndValueInAscendingOrder) {
   EXPECT_EQ(Text({{Day("2024-03-02"), 3.0F}, {Day("2023-12-31"), 12.5F}}),
             R"([{"Key":"2023-12-31","Value":12.5},{"Key":"2024-03-02","Value":3.0}])");
 }
 
-TEST(LedgerDocument, IsAnEmptyArrayForAnEmptyLedger) { EXPECT_EQ(Text({}), "[]"); }
+TEST(SaveLedger, IsAnEmptyArrayForAnEmptyLedger) { EXPECT_EQ(Text({}), "[]"); }
 
-TEST(LedgerDocument, WritesTheFloatWithAllDigitsOfTheDouble) {
+TEST(SaveLedger, WritesTheFloatWithAllDigitsOfTheDouble) {
   EXPECT_EQ(Text({{Day("2024-03-02"), 0.1F}}),
             R"([{"Key":"2024-03-02","Value":0.10000000149011612}])");
 }
 
-TEST(LedgerDocument, IsReadBackByLoadLedger) {
+TEST(SaveLedger, IsReadBackByLoadLedger) {
   const PowerLedger ledger{{Day("2024-03-01"), 0.1F}, {Day("2024-03-02"), 6.0F / 0.88F}};
   EXPECT_EQ(Loaded(Text(ledger)), EntriesOf(ledger));
+}
+
+TEST(LoadLedger, SortsAFileInAnyOrder) {
+  EXPECT_EQ(Loaded(R"([{"Key":"2024-03-09","Value":1},{"Key":"2024-03-01","Value":2},)"
+                   R"({"Key":"2024-03-09","Value":3},{"Key":"2024-03-05","Value":4},)"
+                   R"({"Key":"2024-03-01","Value":5}])"),
+            (Entries{{"2024-03-01", 5.0F}, {"2024-03-05", 4.0F}, {"2024-03-09", 3.0F}}));
+}
+
+TEST(LoadLedger, LeavesTheMapUnchangedForAMissingFile) {
+  PowerLedger ledger{{Day("2024-03-05"), 5.0F}};
+  LoadLedger(ScratchFolder().File("ledger.json").wstring(), Day(kOldest), ledger);
+  EXPECT_EQ(EntriesOf(ledger), (Entries{{"2024-03-05", 5.0F}}));
+}
+
+TEST(SaveLedger, IsFalseForAMissingFolder) {
+  EXPECT_FALSE(SaveLedger((ScratchFolder().File("missing") / "ledger.json").wstring(), {}));
+}
+
+TEST(HoldsLedger, IsTrueForAnArrayOfAsManyElements) {
+  const ScratchFolder folder;
+  const auto file = folder.File("ledger.json");
+  const PowerLedger ledger{{Day("2024-03-01"), 1.0F}, {Day("2024-03-02"), 2.0F}};
+  EXPECT_FALSE(HoldsLedger(file.wstring(), {}));
+  WriteBytes(file, Text(ledger));
+  EXPECT_TRUE(HoldsLedger(file.wstring(), ledger));
+  EXPECT_FALSE(HoldsLedger(file.wstring(), {}));
+  for (const char* other : {"", "[", "[1]", "[1,2,3]", R"([{"Key":"2024-03-01","Value":1},{"Key":)",
+                            R"({"Key":1,"Value":2})"}) {
+    WriteBytes(file, other);
+    EXPECT_FALSE(HoldsLedger(file.wstring(), ledger)) << other;
+  }
+  WriteBytes(file, "[]");
+  EXPECT_TRUE(HoldsLedger(file.wstring(), {}));
 }

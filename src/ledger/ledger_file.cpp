@@ -85,9 +85,10 @@ void LoadLedger(const std::wstring& path, const DateTime& oldest, PowerLedger& l
 
 bool SaveLedger(const std::wstring& path, const PowerLedger& ledger) {
   return WriteJsonFile(path, [&](JsonWriter& writer) {
+    DateBuffer buffer;
     writer.StartArray();
     for (const auto& [day, energyWh] : ledger) {
-      const std::string date = FormatDateTime(day, kDateFormat);
+      const std::string_view date = WriteDate(day, buffer);
       writer.StartObject();
       writer.Key(kDayKey.data(), static_cast<rapidjson::SizeType>(kDayKey.size()));
       writer.String(date.data(), static_cast<rapidjson::SizeType>(date.size()));

@@ -172,7 +172,7 @@ void PrintOwnWait(const std::string& pass, double wait, const PlatformTime& plat
 
 /// A day of 23 MB that stays at 0.0, between two short days.
 void MeasureZeroDay(ServiceSession& service, PlatformTime& platform) {
-  const Bench::WrittenSamples big{.day = 150, .count = Sized(275'000, 100), .hasPower = false};
+  const Bench::WrittenSamples big{.day = 150, .count = Sized(255'000, 100), .hasPower = false};
   EmptyDataFolder();
   WriteDay(big);
   std::ofstream ledger(LedgerPath());

@@ -171,7 +171,7 @@ const Bench::Registration fewDaysOurs{{"pass-21-days/ours",
 /// A day of 23 MB whose energy stays 0.0, between two short days, so that each pass needs it as a
 /// day and as both neighbours.
 void WriteZeroDay(DataFolder& folder, bool isPadded) {
-  const std::size_t count = Bench::Sized(275'000, 100);
+  const std::size_t count = Bench::Sized(255'000, 100);
   folder.Write({.day = 99, .count = 3, .hasPower = false});
   folder.Write({.day = 100, .count = count, .hasPower = false, .isPadded = isPadded});
   folder.Write({.day = 101, .count = 3, .hasPower = false});

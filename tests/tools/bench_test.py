@@ -42,7 +42,7 @@ class Bench(unittest.TestCase):
         status, cells = self.reading([5, 2.0, 2.0, 2.0, 9], [2, 2, 7, 2, 8])
         self.assertEqual((status, cells[2:]), (0, ["1 x", "0 x", "met"]))
 
-    # The first quartile of four runs is the second shortest: 4 % above the shortest, and 5 %.
+    # The spread of four runs is that of the second shortest: 4 % above the shortest, and 5 %.
     def test_a_goal_that_is_missed_by_less_than_the_spread(self):
         status, cells = self.reading([2.5, 2.6, 9, 9], [2, 2.1, 9, 9])
         self.assertEqual((status, cells[2:]), (1, ["1.25 x", "0.113 x", "MISSED"]))
@@ -52,7 +52,7 @@ class Bench(unittest.TestCase):
     def test_a_goal_between_two_values(self):
         for few, expected in ((10, (0, "10 x", "met")), (11.2, (1, "8.93 x", "MISSED")),
                               (9, (1, "11.1 x", "MISSED"))):
-            status, cells = self.table("211 days against", {"ledger pass-211-days/ours": [100],
+            status, cells = self.table("211 days against one", {"ledger pass-211-days/ours": [100],
                                                             "ledger pass-21-days/ours": [few]})
             self.assertEqual((status, cells[2], cells[4]), expected)
 
@@ -61,6 +61,18 @@ class Bench(unittest.TestCase):
             "memory of reports convert-200000/ours": [120], "memory of reports load-report/raw": [100],
             "memory of reports load-store/raw": [60]})
         self.assertEqual((status, cells[2], cells[4]), (0, "1.2 x", "met"))
+
+    def test_a_rate_from_the_shortest_time(self):
+        # For 10,000 decisions.
+        for seconds, expected in ((0.0004, (0, "25 M/s", "met")), (0.000625, (1, "16 M/s", "MISSED"))):
+            status, cells = self.table("contained in a list of 8 items", {
+                "rules Rules/ContainedInList": [0.0009, seconds, seconds], "host contained": [1]})
+            self.assertEqual((status, cells[2], cells[4]), expected)
+
+    def test_a_platform_figure_has_no_goal(self):
+        status, cells = self.table("a first pass: base64", {
+            "host first-pass-base64": [0.012, 0.010]})
+        self.assertEqual((status, cells[1:]), (0, ["-", "10 ms", "2 ms", ""]))
 
     def test_an_operation_that_was_not_measured(self):
         for runs in ({"json load/ours": [1]}, {"json load/ours": [1], "json load/raw": []},

@@ -92,6 +92,8 @@ TEST(DateTimeOrder, DoesNotOrderTimesOutsideTheCalendar) {
   const DateTime late = LocalTime(3500, 1, 1);
   EXPECT_FALSE(early < late);
   EXPECT_FALSE(late < early);
+  EXPECT_FALSE(early < LocalTime(1902, 1, 1));
+  EXPECT_FALSE(LocalTime(3400, 1, 1) < late);
   EXPECT_TRUE(late < LocalTime(2024, 3, 1));
   EXPECT_FALSE(LocalTime(2024, 3, 1) < late);
   EXPECT_TRUE(late < LocalTime(1970, 1, 1));

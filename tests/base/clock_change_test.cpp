@@ -211,6 +211,12 @@ TEST(DateTimeOrder, TodayDiffersFromItsParsedKeyOnAChangeDay) {
   EXPECT_TRUE(ParsedKey(AutumnDay()) < autumnToday);
 }
 
+TEST(DateTimeOrder, ComparesTheInstantsOfNeighbouringDays) {
+  // Midnight of summer time is 23:00 of the day before in winter time.
+  EXPECT_TRUE(SpringDay(-2, 0, 0, 1) < SpringDay(-3, 23, 30));
+  EXPECT_FALSE(SpringDay(-3, 23, 30) < SpringDay(-2, 0, 0, 1));
+}
+
 TEST(DateTimeOrder, TodayEqualsItsParsedKeyOnOtherDays) {
   for (const int plusDays : {-1, 1}) {
     const DateTime today = SpringDay(plusDays, 0, 0, plusDays > 0 ? 1 : 0);

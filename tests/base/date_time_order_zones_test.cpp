@@ -32,13 +32,14 @@ class DateTimeOrderInZone : public testing::TestWithParam<TestSupport::ZoneYears
 
 }  // namespace
 
-TEST_P(DateTimeOrderInZone, ComparesTheInstantsOfTimesThreeOrMoreDaysApart) {
+TEST_P(DateTimeOrderInZone, ComparesTheInstantsOfTimesDaysApart) {
   for (int i = 0; i < 600; ++i) {
     const DateTime left = RandomTime();
     DateTime right = left;
     right.tm_isdst = Random(-1, 1);
     right.tm_hour = Random(0, 23);
-    right.tm_mday += Random(3, 6);
+    // Over the date line, an instant can depend on the call before.
+    right.tm_mday += Random(GetParam().skipsADay ? 3 : 0, 6);
     // Written with a day of its month, as far as there is one.
     if (right.tm_mday > 31) {
       right.tm_mday -= 31;

@@ -99,12 +99,11 @@ class HourSums final : public DaySamples {
   void EndHour(int hour) {
     hours_.emplace(hour, FiniteOrZero(sumWh_ / kEnergyDivisor));
     sumWh_ = 0.0F;
-    openHour_.reset();
   }
 
   std::map<int, float> hours_;
   float sumWh_ = 0.0F;
-  std::optional<int> openHour_;        ///< of the last interval that has not ended its hour
+  std::optional<int> openHour_;        ///< of the last interval that did not end its hour
   std::size_t samplesAtOpenHour_ = 0;  ///< how many came before the end of that interval
 };
 

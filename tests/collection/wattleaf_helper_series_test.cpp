@@ -172,6 +172,15 @@ TEST_F(GetPowerConsumption, IsEmptyForSamplesThatDoNotParse) {
   EXPECT_TRUE(helper.GetPowerConsumption(Day(kToday)).empty());
 }
 
+TEST_F(GetPowerConsumption, IsEmptyForAListThatEndsInTheMiddle) {
+  const std::string list = List({Sample("2024-05-08T10:00:00"), Sample("2024-05-08T10:05:00"),
+                                 Sample("2024-05-08T11:00:00"), Sample("2024-05-08T11:05:00")});
+  WriteEncrypted(kToday, list);
+  EXPECT_FALSE(helper.GetPowerConsumption(Day(kToday)).empty());
+  WriteEncrypted(kToday, list.substr(0, list.size() - 1));
+  EXPECT_TRUE(helper.GetPowerConsumption(Day(kToday)).empty());
+}
+
 TEST_F(GetWeeklyPowerConsumption, ReturnsSevenZerosBeforeTheFirstPass) {
   EXPECT_EQ(Days(), SeriesOf(L"0.0,0.0", L"Day",
                              {{L"Wed", L"0.0"},

@@ -28,9 +28,12 @@ class Generator {
 
   std::size_t Below(std::size_t limit) { return random_() % limit; }
 
-  /// A day of the years 2023 to 2026, at midnight with the daylight flag of a random hour.
+  /// A day of the years 2023 to 2026, at midnight with the daylight flag of a random hour. Some are
+  /// days of January 2012, when Samoa had left out 2011-12-30.
   DateTime Today() {
-    DateTime today = LocalTimeOf(1'672'574'400 + static_cast<std::int64_t>(Below(126'230'400)));
+    DateTime today =
+        LocalTimeOf(Below(6) == 0 ? 1'325'376'000 + static_cast<std::int64_t>(Below(2'000'000))
+                                  : 1'672'574'400 + static_cast<std::int64_t>(Below(126'230'400)));
     today.tm_hour = today.tm_min = today.tm_sec = 0;
     return today;
   }
@@ -48,10 +51,11 @@ class Generator {
  private:
   std::string Date(const DateTime& today) {
     static const std::vector<std::string> kOdd{
-        "2024-02-31", "24-1-1",     " 2024-01-01", "",           "today",      "2024-05",
-        "2024-13-01", "1969-12-31", "1970-01-01",  "3000-12-31", "3001-01-01", "0000-00-00",
-        "99999-1-1",  "2025-06-1x", "2025-6-31",   "2024-04-26", "2025-04-25", "2026-04-24",
-        "2011-12-30", "2025-03-30", "2025-03-09",  "2025-10-26", "2025-11-02", "2018-11-04"};
+        "2024-02-31", "24-1-1",     " 2024-01-01", "",           "today",
+        "2024-05",    "2024-13-01", "1969-12-31",  "1970-01-01", "3000-12-31",
+        "3001-01-01", "0000-00-00", "99999-1-1",   "2025-06-1x", "2025-6-31",
+        "2024-04-26", "2025-04-25", "2026-04-24",  "2011-12-30", "2011-12-31",
+        "2025-03-30", "2025-03-09", "2025-10-26",  "2025-11-02", "2018-11-04"};
     if (Below(5) == 0) return kOdd[Below(kOdd.size())];
     if (Below(10) == 0)
       return DateOf(LocalTimeOf(static_cast<std::int64_t>(Below(32'000'000'000))));

@@ -16,7 +16,6 @@ using namespace TestSupport;
 
 namespace {
 
-constexpr char kToday[] = "2024-05-08";
 constexpr DWORD kDeduplicated = 0x80000013;
 
 using CalculateDailyPowerConsumption = DailyPassFixture;

@@ -14,8 +14,6 @@ using namespace TestSupport;
 
 namespace {
 
-constexpr char kToday[] = "2024-05-08";
-
 using CalculateDailyPowerConsumption = DailyPassFixture;
 
 }  // namespace

@@ -21,8 +21,6 @@ using namespace TestSupport;
 
 namespace {
 
-constexpr char kToday[] = "2024-05-08";
-
 using CalculateDailyPowerConsumption = DailyPassFixture;
 
 /// Records each deletion of samples and each opening of the ledger for writing.

@@ -12,7 +12,6 @@ using namespace TestSupport;
 
 namespace {
 
-constexpr char kToday[] = "2024-05-08";
 constexpr char kOldest[] = "2023-10-11";  // 210 days before
 
 using CalculateDailyPowerConsumption = DailyPassFixture;

@@ -8,7 +8,7 @@ namespace TestSupport {
 
 namespace {
 
-struct State {
+struct ToolState {
   std::vector<std::string> calls;
   std::function<void()> during;
   int status = 0;
@@ -16,7 +16,7 @@ struct State {
 };
 
 std::mutex lock;
-State state;
+ToolState state;
 
 int __cdecl FakeSystem(const char* commandLine) {
   std::function<void()> during;

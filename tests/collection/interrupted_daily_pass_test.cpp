@@ -27,7 +27,6 @@ using Zq::Gantry::Server::Services::Wattleaf::LoadJsonDocument;
 
 namespace {
 
-constexpr char kToday[] = "2024-05-08";
 constexpr int kOldest = 210;
 constexpr int kMoments = 100;
 constexpr int kShares = 10;

@@ -18,6 +18,9 @@
 
 namespace TestSupport {
 
+/// The date of the passes in most tests.
+inline constexpr char kToday[] = "2024-05-08";
+
 /// A helper on a given data folder, with public access to its ledger.
 class TestHelper : public Zq::Gantry::Server::Services::Wattleaf::WattleafHelper {
  public:

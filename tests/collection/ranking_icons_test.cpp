@@ -160,7 +160,7 @@ namespace {
 
 std::vector<std::string> g_copies;
 
-BOOL WINAPI RecordedCopy(const char* from, const char* to, BOOL failIfExists) {
+BOOL WINAPI RecordedIconCopy(const char* from, const char* to, BOOL failIfExists) {
   g_copies.push_back(from + "|"s + to + "|" + std::to_string(failIfExists));
   return TRUE;
 }
@@ -169,7 +169,7 @@ BOOL WINAPI RecordedCopy(const char* from, const char* to, BOOL failIfExists) {
 
 TEST_F(GetTop20PowerApps, CopiesLogosByTheBytesOfTheirNamesAndOverwrites) {
   g_copies.clear();
-  const ImportPatch patch("CopyFileA", &RecordedCopy);
+  const ImportPatch patch("CopyFileA", &RecordedIconCopy);
   helper.uwpApps.Replace({{"Alder", {"", "C:\\Apps\\l\xC3\xB6go.png"}}});
   WriteStore({StoreRow("Alder", "caf\xC3\xA9", "1")});
   // The directory keeps the low byte of each character: U+0141 becomes "A".
@@ -183,7 +183,7 @@ TEST_F(GetTop20PowerApps, CopiesLogosByTheBytesOfTheirNamesAndOverwrites) {
 
 TEST_F(GetTop20PowerApps, CopiesIntoTheDriveRootWithoutADirectory) {
   g_copies.clear();
-  const ImportPatch patch("CopyFileA", &RecordedCopy);
+  const ImportPatch patch("CopyFileA", &RecordedIconCopy);
   helper.uwpApps.Replace({{"Alder", {"", "logo"}}});
   WriteStore({StoreRow("Alder", "Meadow", "1")});
   EXPECT_EQ(Rank(L"?7"), LR"([{"Name":"Meadow","Icon":"\\Meadow.png","Value":100.0}])");

@@ -244,13 +244,13 @@ TEST_F(ConvertPowerLogXmltoJson, CreatesNothingInAMissingFolder) {
 
 namespace {
 
-std::mutex* g_storeMutex = nullptr;
+std::mutex* g_conversionMutex = nullptr;
 std::vector<std::string> g_openings;
 
 /// Records how a file is opened and whether the store is locked.
-errno_t __cdecl RecordedOpen(std::FILE** file, const wchar_t* path, const wchar_t* mode) {
+errno_t __cdecl RecordedStoreOpen(std::FILE** file, const wchar_t* path, const wchar_t* mode) {
   const bool isFree = std::async(std::launch::async, [] {
-                        const std::unique_lock attempt(*g_storeMutex, std::try_to_lock);
+                        const std::unique_lock attempt(*g_conversionMutex, std::try_to_lock);
                         return attempt.owns_lock();
                       }).get();
   g_openings.push_back(std::string(mode, mode + std::wcslen(mode)) +
@@ -263,9 +263,9 @@ errno_t __cdecl RecordedOpen(std::FILE** file, const wchar_t* path, const wchar_
 
 TEST_F(ConvertPowerLogXmltoJson, LocksTheStoreWhileReadingAndWhileWriting) {
   WriteStore("[]");
-  g_storeMutex = &helper.storeMutex;
+  g_conversionMutex = &helper.storeMutex;
   g_openings.clear();
-  const Standin::ImportPatch open("_wfopen_s", &RecordedOpen);
+  const Standin::ImportPatch open("_wfopen_s", &RecordedStoreOpen);
   Convert();
   EXPECT_EQ(g_openings, (std::vector<std::string>{"rb, locked", "wb, locked"}));
 }

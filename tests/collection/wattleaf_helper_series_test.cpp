@@ -16,7 +16,6 @@ using namespace TestSupport;
 
 namespace {
 
-constexpr char kToday[] = "2024-05-08";
 constexpr char kYesterday[] = "2024-05-07";
 
 class WattleafHelperSeries : public LedgerFixture {

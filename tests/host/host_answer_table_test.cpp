@@ -17,12 +17,12 @@ using TestSupport::Blocks;
 
 namespace {
 
-constexpr int kNone = 0x20000002;
+constexpr int kNoResult = 0x20000002;
 
-const char* const kHours =
+const char* const kTableHours =
     R"({"Range":[0.0,3.5],"Value":[{"Time":"2:00","Value":0.0},{"Time":"3:00","Value":3.5}]})";
 
-const char* const kApps =
+const char* const kTableApps =
     R"([{"Name":"Meadow Office","Icon":"C:\\i\\Meadow Office.png","Value":12.34},)"
     R"({"Name":"Oak","Icon":"","Value":0.5}])";
 
@@ -35,8 +35,8 @@ bool IsOakIcon(const std::string& path) { return path == "C:\\i\\Oak.png"; }
 }  // namespace
 
 TEST(HostAnswerTable, HasNumberTitleStatusAndAnswerWithin80Columns) {
-  const std::string table =
-      AnswerTable({MakeAnswer(8, 0, "true"), MakeAnswer(2, kNone, {}), MakeAnswer(4, 0, kHours)});
+  const std::string table = AnswerTable(
+      {MakeAnswer(8, 0, "true"), MakeAnswer(2, kNoResult, {}), MakeAnswer(4, 0, kTableHours)});
   EXPECT_EQ(table,
             "No  Command                        Status      Answer\n"
             "--  -----------------------------  ----------  ---------------------------------\n"
@@ -51,7 +51,7 @@ TEST(HostAnswerTable, CutsLongAnswers) {
 }
 
 TEST(HostAnswerTable, HasTheNumberOfApplicationsAndTheirShares) {
-  EXPECT_THAT(AnswerTable({MakeAnswer(2, 0, kApps)}),
+  EXPECT_THAT(AnswerTable({MakeAnswer(2, 0, kTableApps)}),
               HasSubstr("0           2 applications, 0.50 to 12.34 %\n"));
   EXPECT_THAT(AnswerTable({MakeAnswer(2, 0, "[]")}), HasSubstr("0           no applications\n"));
 }
@@ -74,19 +74,19 @@ TEST(HostAnswerTable, PrintsAResultOfCommand2ThatIsNotAListUnchanged) {
 
 TEST(HostAnswerTable, PrintsARankingForCommand2Only) {
   EXPECT_EQ(AnswerRanking(MakeAnswer(9, 0, "[]"), "30", Always(true)), "");
-  EXPECT_EQ(AnswerRanking(MakeAnswer(5, 0, kApps), "30", Always(true)), "");
-  EXPECT_EQ(AnswerRanking(MakeAnswer(2, kNone, {}), "30", Always(true)), "");
+  EXPECT_EQ(AnswerRanking(MakeAnswer(5, 0, kTableApps), "30", Always(true)), "");
+  EXPECT_EQ(AnswerRanking(MakeAnswer(2, kNoResult, {}), "30", Always(true)), "");
   EXPECT_EQ(AnswerRanking(MakeAnswer(2, 0, "[]"), "30", Always(true)), "");
-  EXPECT_THAT(AnswerRanking(MakeAnswer(2, 0, kApps), "30", Always(true)),
+  EXPECT_THAT(AnswerRanking(MakeAnswer(2, 0, kTableApps), "30", Always(true)),
               HasSubstr("Meadow Office"));
 }
 
 TEST(HostAnswerTable, PrintsChartsForSeriesOnly) {
   EXPECT_EQ(AnswerChart(MakeAnswer(8, 0, "true")), "");
-  EXPECT_EQ(AnswerChart(MakeAnswer(8, 0, kHours)), "");
-  EXPECT_EQ(AnswerChart(MakeAnswer(4, kNone, {})), "");
+  EXPECT_EQ(AnswerChart(MakeAnswer(8, 0, kTableHours)), "");
+  EXPECT_EQ(AnswerChart(MakeAnswer(4, kNoResult, {})), "");
   EXPECT_EQ(AnswerChart(MakeAnswer(4, 0, "not a series")), "");
-  EXPECT_EQ(AnswerChart(MakeAnswer(4, 0, kHours))
+  EXPECT_EQ(AnswerChart(MakeAnswer(4, 0, kTableHours))
                 .rfind("Last 12 hours, Wh (command 4)\n  2:00  0.00\n", 0),
             0u);
 }

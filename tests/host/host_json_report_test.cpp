@@ -10,7 +10,7 @@ using namespace WattleafHost;
 
 namespace {
 
-constexpr int kUnknown = 0x20000001;
+constexpr int kUnknownStatus = 0x20000001;
 
 }  // namespace
 
@@ -20,7 +20,7 @@ TEST(HostJsonReport, HasAllMembers) {
   report.library = "C:\\x\\\"y\".dll";
   report.pass = "completed";
   report.simulatedCalls = {{"Call", "because"}};
-  report.answers = {MakeAnswer(8, 0, "true"), MakeAnswer(99, kUnknown, {})};
+  report.answers = {MakeAnswer(8, 0, "true"), MakeAnswer(99, kUnknownStatus, {})};
   report.dataFolder = "C:\\data";
   report.iconFolder = "C:\\icons";
   report.days = 7;

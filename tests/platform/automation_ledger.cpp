@@ -9,7 +9,7 @@ namespace TestSupport {
 
 namespace {
 
-AutomationLedger* current = nullptr;
+AutomationLedger* currentLedger = nullptr;
 
 constexpr int kFreedByte = 0xDD;
 
@@ -27,12 +27,12 @@ AutomationLedger::AutomationLedger()
       unaccess_("SafeArrayUnaccessData", &AutomationLedger::Unaccess),
       putElement_("SafeArrayPutElement", &AutomationLedger::PutElement),
       getElement_("SafeArrayGetElement", &AutomationLedger::GetElement) {
-  EXPECT_EQ(current, nullptr) << "one ledger at a time";
-  current = this;
+  EXPECT_EQ(currentLedger, nullptr) << "one ledger at a time";
+  currentLedger = this;
 }
 
 AutomationLedger::~AutomationLedger() {
-  current = nullptr;
+  currentLedger = nullptr;
   for (const auto& [block, what] : blocks_) ADD_FAILURE() << "never freed: " << what;
   for (const auto& [block, kind] : freed_) {
     if (kind == Kept::kText) {
@@ -91,74 +91,81 @@ void AutomationLedger::KeepArray(SAFEARRAY* array, const char* call) {
 }
 
 BSTR WINAPI AutomationLedger::AllocText(const OLECHAR* text) {
-  if (!current->refusedText.empty() && text == current->refusedText) return nullptr;
-  return current->Add(current->allocText_.Original<decltype(SysAllocString)>()(text));
+  if (!currentLedger->refusedText.empty() && text == currentLedger->refusedText) return nullptr;
+  return currentLedger->Add(currentLedger->allocText_.Original<decltype(SysAllocString)>()(text));
 }
 
 BSTR WINAPI AutomationLedger::AllocTextLen(const OLECHAR* text, UINT length) {
-  return current->Add(current->allocTextLen_.Original<decltype(SysAllocStringLen)>()(text, length));
+  return currentLedger->Add(
+      currentLedger->allocTextLen_.Original<decltype(SysAllocStringLen)>()(text, length));
 }
 
-void WINAPI AutomationLedger::FreeText(BSTR text) { current->KeepText(text, "SysFreeString"); }
+void WINAPI AutomationLedger::FreeText(BSTR text) {
+  currentLedger->KeepText(text, "SysFreeString");
+}
 
 SAFEARRAY* WINAPI AutomationLedger::CreateVector(VARTYPE type, LONG lowerBound, ULONG count) {
-  if (++current->vectorCalls == current->refusedVector) return nullptr;
-  return current->Add(
-      current->createVector_.Original<decltype(SafeArrayCreateVector)>()(type, lowerBound, count));
+  if (++currentLedger->vectorCalls == currentLedger->refusedVector) return nullptr;
+  return currentLedger->Add(
+      currentLedger->createVector_.Original<decltype(SafeArrayCreateVector)>()(type, lowerBound,
+                                                                               count));
 }
 
 SAFEARRAY* WINAPI AutomationLedger::CreateArray(VARTYPE type, UINT dimensions,
                                                 SAFEARRAYBOUND* bounds) {
-  return current->Add(
-      current->createArray_.Original<decltype(SafeArrayCreate)>()(type, dimensions, bounds));
+  return currentLedger->Add(
+      currentLedger->createArray_.Original<decltype(SafeArrayCreate)>()(type, dimensions, bounds));
 }
 
 HRESULT WINAPI AutomationLedger::DestroyArray(SAFEARRAY* array) {
-  current->KeepArray(array, "SafeArrayDestroy");
+  currentLedger->KeepArray(array, "SafeArrayDestroy");
   return S_OK;
 }
 
 HRESULT WINAPI AutomationLedger::ClearVariant(VARIANTARG* value) {
   if ((value->vt & VT_ARRAY) != 0) {
-    current->KeepArray(value->parray, "VariantClear");
+    currentLedger->KeepArray(value->parray, "VariantClear");
   } else if (value->vt == VT_BSTR) {
-    current->KeepText(value->bstrVal, "VariantClear");
+    currentLedger->KeepText(value->bstrVal, "VariantClear");
   } else {
-    return current->clearVariant_.Original<decltype(VariantClear)>()(value);
+    return currentLedger->clearVariant_.Original<decltype(VariantClear)>()(value);
   }
   value->vt = VT_EMPTY;
   return S_OK;
 }
 
 HRESULT WINAPI AutomationLedger::Access(SAFEARRAY* array, void** data) {
-  ++current->accessCalls;
-  current->ExpectLive(array, "SafeArrayAccessData");
-  if (current->accessResult != S_OK) return current->accessResult;
-  return current->access_.Original<decltype(SafeArrayAccessData)>()(array, data);
+  ++currentLedger->accessCalls;
+  currentLedger->ExpectLive(array, "SafeArrayAccessData");
+  if (currentLedger->accessResult != S_OK) return currentLedger->accessResult;
+  return currentLedger->access_.Original<decltype(SafeArrayAccessData)>()(array, data);
 }
 
 HRESULT WINAPI AutomationLedger::Unaccess(SAFEARRAY* array) {
-  ++current->unaccessCalls;
-  current->ExpectLive(array, "SafeArrayUnaccessData");
-  const HRESULT result = current->unaccess_.Original<decltype(SafeArrayUnaccessData)>()(array);
-  return current->unaccessResult != S_OK ? current->unaccessResult : result;
+  ++currentLedger->unaccessCalls;
+  currentLedger->ExpectLive(array, "SafeArrayUnaccessData");
+  const HRESULT result =
+      currentLedger->unaccess_.Original<decltype(SafeArrayUnaccessData)>()(array);
+  return currentLedger->unaccessResult != S_OK ? currentLedger->unaccessResult : result;
 }
 
 HRESULT WINAPI AutomationLedger::PutElement(SAFEARRAY* array, LONG* index, void* element) {
-  current->ExpectLive(array, "SafeArrayPutElement");
-  if (current->putElementResult != S_OK) return current->putElementResult;
-  return current->putElement_.Original<decltype(SafeArrayPutElement)>()(array, index, element);
+  currentLedger->ExpectLive(array, "SafeArrayPutElement");
+  if (currentLedger->putElementResult != S_OK) return currentLedger->putElementResult;
+  return currentLedger->putElement_.Original<decltype(SafeArrayPutElement)>()(array, index,
+                                                                              element);
 }
 
 HRESULT WINAPI AutomationLedger::GetElement(SAFEARRAY* array, LONG* index, void* element) {
-  ++current->getElementCalls;
-  current->ExpectLive(array, "SafeArrayGetElement");
-  const bool refused = current->getElementResult != S_OK && *index == current->refusedIndex;
-  if (refused) return current->getElementResult;
+  ++currentLedger->getElementCalls;
+  currentLedger->ExpectLive(array, "SafeArrayGetElement");
+  const bool refused =
+      currentLedger->getElementResult != S_OK && *index == currentLedger->refusedIndex;
+  if (refused) return currentLedger->getElementResult;
   const HRESULT result =
-      current->getElement_.Original<decltype(SafeArrayGetElement)>()(array, index, element);
+      currentLedger->getElement_.Original<decltype(SafeArrayGetElement)>()(array, index, element);
   if (SUCCEEDED(result) && (array->fFeatures & FADF_BSTR) != 0) {
-    current->Add(*static_cast<BSTR*>(element));
+    currentLedger->Add(*static_cast<BSTR*>(element));
   }
   return result;
 }

@@ -13,14 +13,14 @@ using TestSupport::Result;
 
 namespace {
 
-LogRecord Warning(const std::wstring& call, const std::wstring& result) {
+LogRecord ConnectionWarning(const std::wstring& call, const std::wstring& result) {
   return TestSupport::Warning(
       L"class Zq::Gantry::Server::Shared::WMI::ZQBiosWmi.GetReady - failed on function " + call +
           L" with HRESULT " + result,
       L"WattleafService");
 }
 
-const std::wstring kServerCall = L"IWbemLocator->ConnectServer(WmiNamespace)";
+const std::wstring kBiosServerCall = L"IWbemLocator->ConnectServer(WmiNamespace)";
 
 class ZQBiosWmiConnection : public TestSupport::WmiTest {
  protected:
@@ -37,8 +37,8 @@ class ZQBiosWmiConnection : public TestSupport::WmiTest {
   ZQBiosWmi bios;
 };
 
-HRESULT WINAPI RefuseBlanket(IUnknown*, DWORD, DWORD, OLECHAR*, DWORD, DWORD,
-                             RPC_AUTH_IDENTITY_HANDLE, DWORD) {
+HRESULT WINAPI RefuseBiosBlanket(IUnknown*, DWORD, DWORD, OLECHAR*, DWORD, DWORD,
+                                 RPC_AUTH_IDENTITY_HANDLE, DWORD) {
   return Result(0x80070005);
 }
 
@@ -93,7 +93,7 @@ TEST_F(ZQBiosWmiConnection, CanBeReopenedAfterClosing) {
 TEST_F(ZQBiosWmiConnection, StaysInTheApartmentWithoutALocator) {
   Simulate("no-locator");
   EXPECT_EQ(bios.GetReady(), 0);
-  ExpectWarnings({Warning(L"CoCreateInstance", L"0x80040154")});
+  ExpectWarnings({ConnectionWarning(L"CoCreateInstance", L"0x80040154")});
   bios.CloseBiosConnection();
   EXPECT_EQ(com.initialized, 1);
   EXPECT_EQ(com.uninitialized, 0);
@@ -102,7 +102,7 @@ TEST_F(ZQBiosWmiConnection, StaysInTheApartmentWithoutALocator) {
 TEST_F(ZQBiosWmiConnection, LeavesTheApartmentWithoutAServer) {
   Simulate("no-firmware-namespace");
   EXPECT_EQ(bios.GetReady(), 0);
-  ExpectWarnings({Warning(kServerCall, L"0x8004100e")});
+  ExpectWarnings({ConnectionWarning(kBiosServerCall, L"0x8004100e")});
   EXPECT_EQ(com.uninitialized, 1);
   bios.CloseBiosConnection();
   EXPECT_EQ(com.uninitialized, 1);
@@ -111,14 +111,14 @@ TEST_F(ZQBiosWmiConnection, LeavesTheApartmentWithoutAServer) {
 TEST_F(ZQBiosWmiConnection, TreatsANullServerAsAFailure) {
   Simulate("fail:ConnectServer(\\\\.\\root\\wmi)=0");
   EXPECT_EQ(bios.GetReady(), 0);
-  ExpectWarnings({Warning(kServerCall, L"0x80004005")});
+  ExpectWarnings({ConnectionWarning(kBiosServerCall, L"0x80004005")});
   EXPECT_EQ(com.uninitialized, 1);
 }
 
 TEST_F(ZQBiosWmiConnection, ReleasesTheServiceAndLeavesWhenTheBlanketIsRefused) {
-  const Standin::ImportPatch blanket("CoSetProxyBlanket", &RefuseBlanket);
+  const Standin::ImportPatch blanket("CoSetProxyBlanket", &RefuseBiosBlanket);
   EXPECT_EQ(bios.GetReady(), 0);
-  const LogRecord warning = Warning(L"CoSetProxyBlanket", L"0x80070005");
+  const LogRecord warning = ConnectionWarning(L"CoSetProxyBlanket", L"0x80070005");
   ExpectWarnings({warning});
   EXPECT_EQ(record.LinesOf({"log ", "end of services", "CoUninitialize"}),
             (std::vector<std::string>{TestSupport::LogLine(warning), "end of services",
@@ -130,7 +130,7 @@ TEST_F(ZQBiosWmiConnection, ReleasesTheServiceAndLeavesWhenTheBlanketIsRefused) 
 TEST_F(ZQBiosWmiConnection, IsRetriedByTheNextCommandAfterAFailure) {
   Simulate("fail:ConnectServer(\\\\.\\root\\wmi)#1=80041001");
   EXPECT_EQ(Run(), E_FAIL);
-  ExpectWarnings({Warning(kServerCall, L"0x80041001")});
+  ExpectWarnings({ConnectionWarning(kBiosServerCall, L"0x80041001")});
   EXPECT_EQ(firmware.script().Count("GetObject(zqqBIntM)"), 0);
 
   EXPECT_EQ(Run(), S_OK);
@@ -142,7 +142,7 @@ TEST_F(ZQBiosWmiConnection, IsRetriedByTheNextCommandAfterAFailure) {
 TEST_F(ZQBiosWmiConnection, LogsAFailedComInitializationAndStillUninitializes) {
   com.initializeResult = RPC_E_CHANGED_MODE;
   EXPECT_EQ(bios.GetReady(), 1);
-  ExpectWarnings({Warning(L"CoInitializeEx", L"0x80010106")});
+  ExpectWarnings({ConnectionWarning(L"CoInitializeEx", L"0x80010106")});
   bios.CloseBiosConnection();
   EXPECT_EQ(com.uninitialized, 1);
 }
@@ -157,6 +157,6 @@ TEST_F(ZQBiosWmiConnection, LogsNothingWhenSecurityIsAlreadySet) {
 TEST_F(ZQBiosWmiConnection, LogsASecurityFailureAndConnectsAnyway) {
   com.securityResult = Result(0x80070005);
   EXPECT_EQ(bios.GetReady(), 1);
-  ExpectWarnings({Warning(L"CoInitializeSecurity", L"0x80070005")});
+  ExpectWarnings({ConnectionWarning(L"CoInitializeSecurity", L"0x80070005")});
   bios.CloseBiosConnection();
 }

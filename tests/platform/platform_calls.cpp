@@ -10,7 +10,7 @@ namespace TestSupport {
 
 namespace {
 
-FakeCom* current = nullptr;
+FakeCom* currentCom = nullptr;
 
 const char* Presence(const void* value) { return value == nullptr ? "null" : "something"; }
 
@@ -28,22 +28,22 @@ FakeCom::FakeCom(CallRecord& record)
       security_("CoInitializeSecurity", &FakeCom::InitializeSecurity),
       create_("CoCreateInstance", &FakeCom::CreateInstance),
       blanket_("CoSetProxyBlanket", &FakeCom::SetBlanket) {
-  current = this;
+  currentCom = this;
 }
 
-FakeCom::~FakeCom() { current = nullptr; }
+FakeCom::~FakeCom() { currentCom = nullptr; }
 
 HRESULT WINAPI FakeCom::Initialize(void* reserved, DWORD model) {
-  ++current->initialized;
-  current->record_.Add(std::string("CoInitializeEx ") + Presence(reserved) + " " +
-                       std::to_string(model));
-  return current->initializeResult;
+  ++currentCom->initialized;
+  currentCom->record_.Add(std::string("CoInitializeEx ") + Presence(reserved) + " " +
+                          std::to_string(model));
+  return currentCom->initializeResult;
 }
 
 void WINAPI FakeCom::Uninitialize() {
-  ++current->uninitialized;
-  current->record_.Add("CoUninitialize");
-  current->liveWhenLeft.push_back(Standin::Firmware::LiveObjects());
+  ++currentCom->uninitialized;
+  currentCom->record_.Add("CoUninitialize");
+  currentCom->liveWhenLeft.push_back(Standin::Firmware::LiveObjects());
 }
 
 HRESULT WINAPI FakeCom::InitializeSecurity(PSECURITY_DESCRIPTOR descriptor, LONG services,
@@ -54,16 +54,16 @@ HRESULT WINAPI FakeCom::InitializeSecurity(PSECURITY_DESCRIPTOR descriptor, LONG
   call << "CoInitializeSecurity " << Presence(descriptor) << ' ' << services << ' '
        << Presence(list) << ' ' << Presence(reserved1) << ' ' << level << ' ' << impersonation
        << ' ' << Presence(authList) << ' ' << capabilities << ' ' << Presence(reserved3);
-  current->record_.Add(call.str());
-  return current->securityResult;
+  currentCom->record_.Add(call.str());
+  return currentCom->securityResult;
 }
 
 HRESULT WINAPI FakeCom::CreateInstance(REFCLSID classId, IUnknown* outer, DWORD context, REFIID iid,
                                        void** object) {
-  current->record_.Add("CoCreateInstance " + NameOf(classId) + " " + Presence(outer) + " " +
-                       std::to_string(context) + " " + NameOf(iid));
-  return current->create_.Original<decltype(CoCreateInstance)>()(classId, outer, context, iid,
-                                                                 object);
+  currentCom->record_.Add("CoCreateInstance " + NameOf(classId) + " " + Presence(outer) + " " +
+                          std::to_string(context) + " " + NameOf(iid));
+  return currentCom->create_.Original<decltype(CoCreateInstance)>()(classId, outer, context, iid,
+                                                                    object);
 }
 
 HRESULT WINAPI FakeCom::SetBlanket(IUnknown* proxy, DWORD authentication, DWORD authorisation,
@@ -73,8 +73,8 @@ HRESULT WINAPI FakeCom::SetBlanket(IUnknown* proxy, DWORD authentication, DWORD 
   call << "CoSetProxyBlanket " << authentication << ' ' << authorisation << ' '
        << Presence(principal) << ' ' << level << ' ' << impersonation << ' ' << Presence(identity)
        << ' ' << capabilities;
-  current->record_.Add(call.str());
-  return current->blanket_.Original<decltype(CoSetProxyBlanket)>()(
+  currentCom->record_.Add(call.str());
+  return currentCom->blanket_.Original<decltype(CoSetProxyBlanket)>()(
       proxy, authentication, authorisation, principal, level, impersonation, identity,
       capabilities);
 }

@@ -22,7 +22,7 @@ using Zq::Gantry::Platform::UniqueBstr;
 
 namespace {
 
-LogRecord Warning(const std::wstring& call, const std::wstring& result) {
+LogRecord ArrayWarning(const std::wstring& call, const std::wstring& result) {
   return TestSupport::Warning(
       L"class Zq::Gantry::Server::Shared::WMI::PublicWmi.GetSafeArrayData - failed on function " +
       call + L" with HRESULT " + result);
@@ -112,8 +112,8 @@ TEST_F(GetSafeArrayData, LogsTheSameTextForANullArrayOfAnyType) {
   source.parray = nullptr;
   ledger.accessResult = E_INVALIDARG;
   EXPECT_FALSE(Read());
-  EXPECT_EQ(log.Records(), std::vector<LogRecord>{
-                               Warning(L"SafeArrayAccessData(VT_ARRAY | VT_UI1)", L"0x80070057")});
+  EXPECT_EQ(log.Records(), std::vector<LogRecord>{ArrayWarning(
+                               L"SafeArrayAccessData(VT_ARRAY | VT_UI1)", L"0x80070057")});
 }
 
 TEST_F(GetSafeArrayData, LogsAFailedUnaccessAndKeepsTheElements) {
@@ -122,7 +122,7 @@ TEST_F(GetSafeArrayData, LogsAFailedUnaccessAndKeepsTheElements) {
   EXPECT_TRUE(Read());
   EXPECT_EQ(target.Size(), 1U);
   EXPECT_EQ(log.Records(),
-            std::vector<LogRecord>{Warning(L"SafeArrayUnaccessData", L"0x8000ffff")});
+            std::vector<LogRecord>{ArrayWarning(L"SafeArrayUnaccessData", L"0x8000ffff")});
 }
 
 TEST_F(GetSafeArrayData, StopsAtTheFirstFailingElementAndKeepsEarlierOnes) {
@@ -132,14 +132,16 @@ TEST_F(GetSafeArrayData, StopsAtTheFirstFailingElementAndKeepsEarlierOnes) {
   EXPECT_FALSE(Read());
   EXPECT_EQ(ledger.getElementCalls, 3);
   EXPECT_EQ(target.Size(), 2U);
-  EXPECT_EQ(log.Records(), std::vector<LogRecord>{Warning(L"SafeArrayGetElement", L"0x8007000e")});
+  EXPECT_EQ(log.Records(),
+            std::vector<LogRecord>{ArrayWarning(L"SafeArrayGetElement", L"0x8007000e")});
 }
 
 TEST_F(GetSafeArrayData, FailsAtIndexZeroForALowerBoundOfOne) {
   MakeElements<LONG>(&source, VT_I4, 1, {1, 2});
   EXPECT_FALSE(Read());
   EXPECT_EQ(target.Size(), 0U);
-  EXPECT_EQ(log.Records(), std::vector<LogRecord>{Warning(L"SafeArrayGetElement", L"0x8002000b")});
+  EXPECT_EQ(log.Records(),
+            std::vector<LogRecord>{ArrayWarning(L"SafeArrayGetElement", L"0x8002000b")});
 }
 
 TEST_F(GetSafeArrayData, ReadsFromIndexZeroForANegativeLowerBound) {
@@ -147,7 +149,8 @@ TEST_F(GetSafeArrayData, ReadsFromIndexZeroForANegativeLowerBound) {
   EXPECT_FALSE(Read());
   ASSERT_EQ(target.Size(), 1U);
   EXPECT_EQ(target[0].GetInt(), 2);
-  EXPECT_EQ(log.Records(), std::vector<LogRecord>{Warning(L"SafeArrayGetElement", L"0x8002000b")});
+  EXPECT_EQ(log.Records(),
+            std::vector<LogRecord>{ArrayWarning(L"SafeArrayGetElement", L"0x8002000b")});
 }
 
 TEST_F(GetSafeArrayData, RejectsAnArrayWhoseTypeDiffersFromItsVariant) {

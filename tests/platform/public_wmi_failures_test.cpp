@@ -17,7 +17,7 @@ using TestSupport::Result;
 
 namespace {
 
-LogRecord Warning(const std::wstring& functionAndCall, const std::wstring& result) {
+LogRecord PropertyWarning(const std::wstring& functionAndCall, const std::wstring& result) {
   return TestSupport::Warning(L"class Zq::Gantry::Server::Shared::WMI::PublicWmi." +
                               functionAndCall + L" with HRESULT " + result);
 }
@@ -44,34 +44,34 @@ HRESULT WINAPI RefuseBlanket(IUnknown*, DWORD, DWORD, OLECHAR*, DWORD, DWORD,
 
 TEST_F(GetPropertyValue, FailsWithoutALocator) {
   Simulate("no-locator");
-  ExpectFailure(0x20000002, Warning(kLocatorCall, L"0x80040154"));
+  ExpectFailure(0x20000002, PropertyWarning(kLocatorCall, L"0x80040154"));
   EXPECT_EQ(firmware.script().Count("CreateInstance"), 1) << "it must not be tried twice";
 }
 
 TEST_F(GetPropertyValue, FailsForANullLocator) {
   const Standin::ImportPatch create("CoCreateInstance", &CreateNothing);
-  ExpectFailure(0x20000002, Warning(kLocatorCall, L"0x80004005"));
+  ExpectFailure(0x20000002, PropertyWarning(kLocatorCall, L"0x80004005"));
 }
 
 TEST_F(GetPropertyValue, ReturnsItsOwnStatusForAMissingNamespace) {
   Simulate("no-system-namespace");
-  ExpectFailure(0x20000012, Warning(kServerCall, L"0x8004100e"));
+  ExpectFailure(0x20000012, PropertyWarning(kServerCall, L"0x8004100e"));
 }
 
 TEST_F(GetPropertyValue, FailsWhenTheServerRefuses) {
   Simulate("fail:ConnectServer(ROOT\\CIMV2)=80070005");
-  ExpectFailure(0x20000002, Warning(kServerCall, L"0x80070005"));
+  ExpectFailure(0x20000002, PropertyWarning(kServerCall, L"0x80070005"));
 }
 
 TEST_F(GetPropertyValue, FailsForANullServer) {
   Simulate("fail:ConnectServer(ROOT\\CIMV2)=0");
-  ExpectFailure(0x20000002, Warning(kServerCall, L"0x80004005"));
+  ExpectFailure(0x20000002, PropertyWarning(kServerCall, L"0x80004005"));
 }
 
 TEST_F(GetPropertyValue, FailsWhenTheBlanketIsRefused) {
   const Standin::ImportPatch blanket("CoSetProxyBlanket", &RefuseBlanket);
-  ExpectFailure(0x20000002,
-                Warning(L"ConnectToWmi - failed on function CoSetProxyBlanket", L"0x80070005"));
+  ExpectFailure(0x20000002, PropertyWarning(L"ConnectToWmi - failed on function CoSetProxyBlanket",
+                                            L"0x80070005"));
   EXPECT_EQ(firmware.script().Count("ExecQuery"), 0);
 }
 
@@ -81,50 +81,51 @@ TEST_F(GetPropertyValue, KeepsTheStatusWhenTheQueryFails) {
     log.Clear();
     record.Clear();
     const std::wstring text = *code == '0' ? L"0x80004005" : L"0x" + std::wstring(code, code + 8);
-    ExpectFailure(0x20000002,
-                  Warning(L"EnumClassObject - failed on function IWbemServices->ExecQuery", text));
+    ExpectFailure(
+        0x20000002,
+        PropertyWarning(L"EnumClassObject - failed on function IWbemServices->ExecQuery", text));
   }
 }
 
 TEST_F(GetPropertyValue, ReturnsItsOwnStatusForAnInvalidClass) {
   Simulate("invalid-class");
-  ExpectFailure(0x2000000F, Warning(kNextCall, L"0x80041010"));
+  ExpectFailure(0x2000000F, PropertyWarning(kNextCall, L"0x80041010"));
 }
 
 TEST_F(GetPropertyValue, ReturnsItsOwnStatusForAnInvalidQuery) {
   Simulate("invalid-query");
-  ExpectFailure(0x20000010, Warning(kNextCall, L"0x80041017"));
+  ExpectFailure(0x20000010, PropertyWarning(kNextCall, L"0x80041017"));
 }
 
 TEST_F(GetPropertyValue, KeepsTheStatusOnOtherFailuresOfNext) {
   Simulate("fail:Next(Win32_ComputerSystem)=80041001");
-  ExpectFailure(0x20000002, Warning(kNextCall, L"0x80041001"));
+  ExpectFailure(0x20000002, PropertyWarning(kNextCall, L"0x80041001"));
 }
 
 TEST_F(GetPropertyValue, TreatsANullObjectAsAFailureOfNext) {
   Simulate("null-computer-system");
-  ExpectFailure(0x20000002, Warning(kNextCall, L"0x80004005"));
+  ExpectFailure(0x20000002, PropertyWarning(kNextCall, L"0x80004005"));
   EXPECT_EQ(firmware.script().Count("Get(OEMStringArray)"), 0);
 }
 
 TEST_F(GetPropertyValue, KeepsStatusZeroWithoutAMemberWhenALaterNextFails) {
   Simulate("fail:Next(Win32_ComputerSystem)#2=80041001");
-  ExpectFailure(0, Warning(kNextCall, L"0x80041001"));
+  ExpectFailure(0, PropertyWarning(kNextCall, L"0x80041001"));
 }
 
 TEST_F(GetPropertyValue, ReturnsItsOwnStatusForAMissingProperty) {
   Simulate("oem-missing");
-  ExpectFailure(0x2000000D, Warning(kGetCall, L"0x80041002"));
+  ExpectFailure(0x2000000D, PropertyWarning(kGetCall, L"0x80041002"));
 }
 
 TEST_F(GetPropertyValue, KeepsTheStatusOnOtherFailuresOfGet) {
   Simulate("fail:Get(OEMStringArray)=80041001");
-  ExpectFailure(0x20000002, Warning(kGetCall, L"0x80041001"));
+  ExpectFailure(0x20000002, PropertyWarning(kGetCall, L"0x80041001"));
 }
 
 TEST_F(GetPropertyValue, KeepsStatusZeroWithoutAMemberWhenALaterGetFails) {
   Simulate("two-computer-systems,fail:Get(OEMStringArray)#2=80041001");
-  ExpectFailure(0, Warning(kGetCall, L"0x80041001"));
+  ExpectFailure(0, PropertyWarning(kGetCall, L"0x80041001"));
 }
 
 TEST_F(GetPropertyValue, LogsAFailedComInitializationAndStillUninitializes) {
@@ -132,8 +133,8 @@ TEST_F(GetPropertyValue, LogsAFailedComInitializationAndStillUninitializes) {
   com.initializeResult = RPC_E_CHANGED_MODE;
   EXPECT_EQ(Read(), 0U);
   EXPECT_EQ(log.Records(),
-            std::vector<LogRecord>{
-                Warning(L"GetPropertyValue - failed on function CoInitializeEx", L"0x80010106")});
+            std::vector<LogRecord>{PropertyWarning(
+                L"GetPropertyValue - failed on function CoInitializeEx", L"0x80010106")});
   EXPECT_TRUE(HasResult());
   EXPECT_EQ(com.uninitialized, 1);
 }
@@ -150,8 +151,8 @@ TEST_F(GetPropertyValue, LogsASecurityFailureAndReadsAnyway) {
   com.securityResult = Result(0x80070005);
   EXPECT_EQ(Read(), 0U);
   EXPECT_EQ(log.Records(),
-            std::vector<LogRecord>{
-                Warning(L"ConnectToWmi - failed on function CoInitializeSecurity", L"0x80070005")});
+            std::vector<LogRecord>{PropertyWarning(
+                L"ConnectToWmi - failed on function CoInitializeSecurity", L"0x80070005")});
   EXPECT_TRUE(HasResult());
 }
 

@@ -11,8 +11,8 @@ using Zq::Gantry::Server::Services::Wattleaf::SplitRankingRequest;
 
 namespace {
 
-constexpr float kInfinity = std::numeric_limits<float>::infinity();
-constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
+constexpr float kInfinite = std::numeric_limits<float>::infinity();
+constexpr float kNotANumber = std::numeric_limits<float>::quiet_NaN();
 
 void ExpectRequest(const std::wstring& input, const std::wstring& directory, int days) {
   const auto request = SplitRankingRequest(input);
@@ -85,13 +85,13 @@ TEST(RankingText, ReplacesInvalidUtf8) {
 }
 
 TEST(RankingText, EndsAfterTheColonOfAValueThatIsNotFinite) {
-  for (const float value : {kInfinity, -kInfinity, kNan}) {
+  for (const float value : {kInfinite, -kInfinite, kNotANumber}) {
     EXPECT_EQ(RankingText({{"A", "a.png", value}, {"B", "", 1.0F}}),
               LR"([{"Name":"A","Icon":"a.png","Value":)");
   }
 }
 
 TEST(RankingText, KeepsTheEntriesBeforeAValueThatIsNotFinite) {
-  EXPECT_EQ(RankingText({{"A", "", 1.0F}, {"B", "", kNan}, {"C", "", 2.0F}}),
+  EXPECT_EQ(RankingText({{"A", "", 1.0F}, {"B", "", kNotANumber}, {"C", "", 2.0F}}),
             LR"([{"Name":"A","Icon":"","Value":1.0},{"Name":"B","Icon":"","Value":)");
 }

@@ -14,7 +14,7 @@ using Server::Win32::Win32Information;
 using ProgramCheck = Win32WithNoZqManifestCheckBasedOnMajorAndMinorVersion;
 using ProgramRows = std::vector<Win32MatchingDescriptor>;
 
-constexpr auto kUpTo = MatchingDescriptor::Operation::LessThanOrEqual;
+constexpr auto kAtMost = MatchingDescriptor::Operation::LessThanOrEqual;
 
 bool IsExemptProgram(const wchar_t* name, std::uint16_t major, std::uint16_t minor) {
   return ProgramCheck(Win32WithNoZQManifestExemptionWhiteList::GetExemption(),
@@ -50,7 +50,7 @@ TEST(Win32Exemption, IgnoresTheMinorVersionOfALowerMajor) {
 
 TEST(Win32Exemption, ComparesTheNameOfTheRowAndNotItsId) {
   const auto rows = std::make_shared<ProgramRows>();
-  rows->emplace_back(Win32Information(L"program", 2, 0), kUpTo);
+  rows->emplace_back(Win32Information(L"program", 2, 0), kAtMost);
   rows->front().Information.Id = L"id";
   EXPECT_TRUE(
       ProgramCheck(rows, std::make_shared<Win32Information>(L"program", 2, 0)).IsAnException());
@@ -125,7 +125,7 @@ TEST(Win32Exemption, FoldsTheSameInEveryLocale) {
 
 TEST(Win32Exemption, NeverMatchesARowWithCapitals) {
   const auto rows = std::make_shared<ProgramRows>();
-  rows->emplace_back(Win32Information(L"Program", 8, 9), kUpTo);
+  rows->emplace_back(Win32Information(L"Program", 8, 9), kAtMost);
   EXPECT_FALSE(
       ProgramCheck(rows, std::make_shared<Win32Information>(L"Program", 1, 0)).IsAnException());
 }
@@ -138,8 +138,8 @@ TEST(Win32Exemption, IsFalseWithoutListOrClient) {
 
 TEST(Win32Exemption, ContinuesAfterARowWithALowerVersion) {
   const auto rows = std::make_shared<ProgramRows>();
-  rows->emplace_back(Win32Information(L"program", 1, 0), kUpTo);
-  rows->emplace_back(Win32Information(L"program", 3, 0), kUpTo);
+  rows->emplace_back(Win32Information(L"program", 1, 0), kAtMost);
+  rows->emplace_back(Win32Information(L"program", 3, 0), kAtMost);
   EXPECT_TRUE(
       ProgramCheck(rows, std::make_shared<Win32Information>(L"program", 2, 5)).IsAnException());
 }
@@ -175,7 +175,7 @@ TEST(Win32Exemption, CopiesShareListAndClient) {
   ProgramCheck copy(check);
   ProgramCheck assigned(nullptr, nullptr);
   assigned = check;
-  rows->emplace_back(Win32Information(L"program", 2, 0), kUpTo);
+  rows->emplace_back(Win32Information(L"program", 2, 0), kAtMost);
   EXPECT_TRUE(copy.IsAnException());
   EXPECT_TRUE(assigned.IsAnException());
   EXPECT_EQ(client->Name, L"program");

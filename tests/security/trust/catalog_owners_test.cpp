@@ -11,7 +11,7 @@ using namespace Zq::Gantry::Platform;
 
 namespace {
 
-UniqueCatalogAdmin NewContext() {
+UniqueCatalogAdmin NewAdmin() {
   UniqueCatalogAdmin admin;
   CryptCATAdminAcquireContext2(admin.out(), nullptr, L"SHA256", nullptr, 0);
   return admin;
@@ -33,7 +33,7 @@ class CatalogOwners : public testing::Test {
 
 TEST_F(CatalogOwners, AMovedContextIsReleasedOnce) {
   {
-    UniqueCatalogAdmin first = NewContext();
+    UniqueCatalogAdmin first = NewAdmin();
     EXPECT_TRUE(static_cast<bool>(first));
     const UniqueCatalogAdmin second = std::move(first);
     EXPECT_EQ(catalogs_.Count("release context"), 0);
@@ -42,10 +42,10 @@ TEST_F(CatalogOwners, AMovedContextIsReleasedOnce) {
 }
 
 TEST_F(CatalogOwners, ResetReleasesAContextAndReleaseGivesItUp) {
-  UniqueCatalogAdmin admin = NewContext();
+  UniqueCatalogAdmin admin = NewAdmin();
   admin.reset();
   EXPECT_EQ(catalogs_.Count("release context"), 1);
-  admin = NewContext();
+  admin = NewAdmin();
   const HCATADMIN released = admin.release();
   EXPECT_NE(released, nullptr);
   admin.reset();
@@ -54,7 +54,7 @@ TEST_F(CatalogOwners, ResetReleasesAContextAndReleaseGivesItUp) {
 
 TEST_F(CatalogOwners, AMovedCatalogIsReleasedOnceAndBeforeItsContext) {
   {
-    const UniqueCatalogAdmin admin = NewContext();
+    const UniqueCatalogAdmin admin = NewAdmin();
     UniqueCatalog first = NewCatalog(admin);
     EXPECT_TRUE(static_cast<bool>(first));
     const UniqueCatalog second = std::move(first);
@@ -66,7 +66,7 @@ TEST_F(CatalogOwners, AMovedCatalogIsReleasedOnceAndBeforeItsContext) {
 
 TEST_F(CatalogOwners, AnEmptyOwnerReleasesNothing) {
   catalogs_.catalogs.clear();
-  const UniqueCatalogAdmin admin = NewContext();
+  const UniqueCatalogAdmin admin = NewAdmin();
   {
     const UniqueCatalog catalog = NewCatalog(admin);
     EXPECT_FALSE(static_cast<bool>(catalog));
@@ -75,7 +75,7 @@ TEST_F(CatalogOwners, AnEmptyOwnerReleasesNothing) {
 }
 
 TEST_F(CatalogOwners, ReleasingKeepsTheLastError) {
-  UniqueCatalogAdmin admin = NewContext();
+  UniqueCatalogAdmin admin = NewAdmin();
   UniqueCatalog catalog = NewCatalog(admin);
   SetLastError(77);
   catalog.reset();

@@ -6,7 +6,7 @@ namespace TestSupport {
 
 namespace {
 
-FakeAccessLists* current = nullptr;
+FakeAccessLists* currentAccessLists = nullptr;
 
 AccountId MakeId(std::uint8_t authority, std::initializer_list<std::uint32_t> parts) {
   AccountId id{1, static_cast<std::uint8_t>(parts.size()), 0, 0, 0, 0, 0, authority};
@@ -62,43 +62,43 @@ FakeAccessLists::FakeAccessLists()
                {EveryoneId(), L"", L"Everyone"}},
       security_("GetNamedSecurityInfoW", &AnswerSecurity),
       lookup_("LookupAccountSidW", &AnswerLookup) {
-  current = this;
+  currentAccessLists = this;
 }
 
-FakeAccessLists::~FakeAccessLists() { current = nullptr; }
+FakeAccessLists::~FakeAccessLists() { currentAccessLists = nullptr; }
 
 DWORD WINAPI FakeAccessLists::AnswerSecurity(LPWSTR path, SE_OBJECT_TYPE type,
                                              SECURITY_INFORMATION information, PSID* owner,
                                              PSID* group, PACL* list, PACL* audit,
                                              PSECURITY_DESCRIPTOR* descriptor) {
-  current->queries.push_back({path, type, information, audit != nullptr});
-  SetLastError(current->lastError);
-  if (current->failures > 0) {
-    --current->failures;
+  currentAccessLists->queries.push_back({path, type, information, audit != nullptr});
+  SetLastError(currentAccessLists->lastError);
+  if (currentAccessLists->failures > 0) {
+    --currentAccessLists->failures;
     return ERROR_FILE_NOT_FOUND;
   }
   // Also on failure, so that the test fails if a caller uses the list without checking the result.
-  *list = current->list;
-  if (current->result != ERROR_SUCCESS) return current->result;
+  *list = currentAccessLists->list;
+  if (currentAccessLists->result != ERROR_SUCCESS) return currentAccessLists->result;
   *owner = nullptr;
   *group = nullptr;
-  current->descriptors.emplace_back(LocalAlloc(LPTR, 64));
-  *descriptor = current->descriptors.back().get();
+  currentAccessLists->descriptors.emplace_back(LocalAlloc(LPTR, 64));
+  *descriptor = currentAccessLists->descriptors.back().get();
   EXPECT_NE(*descriptor, nullptr) << "the caller must get a block that it could free";
   return ERROR_SUCCESS;
 }
 
 BOOL WINAPI FakeAccessLists::AnswerLookup(LPCWSTR system, PSID id, LPWSTR name, LPDWORD nameChars,
                                           LPWSTR domain, LPDWORD domainChars, SID_NAME_USE* use) {
-  current->lookups.push_back({system == nullptr, *nameChars, *domainChars});
-  if (current->neededChars != 0) {
-    *nameChars = *domainChars = current->neededChars;
+  currentAccessLists->lookups.push_back({system == nullptr, *nameChars, *domainChars});
+  if (currentAccessLists->neededChars != 0) {
+    *nameChars = *domainChars = currentAccessLists->neededChars;
     return FALSE;
   }
-  for (const Account& account : current->accounts) {
+  for (const Account& account : currentAccessLists->accounts) {
     if (!EqualSid(id, const_cast<std::uint8_t*>(account.id.data()))) continue;
     *use = SidTypeWellKnownGroup;
-    return current->Look(account, name, *nameChars, domain, *domainChars);
+    return currentAccessLists->Look(account, name, *nameChars, domain, *domainChars);
   }
   SetLastError(ERROR_NONE_MAPPED);
   return FALSE;

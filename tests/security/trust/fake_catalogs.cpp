@@ -16,7 +16,7 @@ namespace TestSupport {
 
 namespace {
 
-FakeCatalogs* current = nullptr;
+FakeCatalogs* currentCatalogs = nullptr;
 
 struct Context {
   bool isOpen = true;
@@ -32,13 +32,13 @@ std::vector<std::unique_ptr<Context>> contexts;
 std::vector<std::unique_ptr<Catalog>> openedCatalogs;
 
 void Note(const char* call) {
-  current->calls.push_back(call);
-  if (current->record != nullptr) current->record->Add(call);
+  currentCatalogs->calls.push_back(call);
+  if (currentCatalogs->record != nullptr) currentCatalogs->record->Add(call);
 }
 
 HANDLE NewContext() {
   contexts.push_back(std::make_unique<Context>());
-  ++current->openContexts;
+  ++currentCatalogs->openContexts;
   return contexts.back().get();
 }
 
@@ -48,7 +48,7 @@ Object* FindOpen(const std::vector<std::unique_ptr<Object>>& objects, HANDLE han
   for (const auto& object : objects) {
     if (object.get() == handle && object->isOpen) return object.get();
   }
-  ADD_FAILURE() << current->calls.back() << " with a handle that is not open";
+  ADD_FAILURE() << currentCatalogs->calls.back() << " with a handle that is not open";
   return nullptr;
 }
 
@@ -59,13 +59,13 @@ BOOL WINAPI FakeAcquire(HCATADMIN* admin, const GUID* subsystem, PCWSTR algorith
   EXPECT_STREQ(algorithm, L"SHA256");
   EXPECT_EQ(policy, nullptr);
   EXPECT_EQ(flags, 0u);
-  if (current->failAcquire) {
+  if (currentCatalogs->failAcquire) {
     static Context neverOpened{false};
-    if (current->leaveHandleOnFailure) *admin = &neverOpened;
-    SetLastError(current->acquireError);
+    if (currentCatalogs->leaveHandleOnFailure) *admin = &neverOpened;
+    SetLastError(currentCatalogs->acquireError);
     return FALSE;
   }
-  *admin = current->acquireNull ? nullptr : NewContext();
+  *admin = currentCatalogs->acquireNull ? nullptr : NewContext();
   return TRUE;
 }
 
@@ -75,14 +75,14 @@ BOOL WINAPI FakeHash(HCATADMIN admin, HANDLE file, DWORD* size, BYTE* bytes, DWO
   DWORD handleFlags = 0;
   EXPECT_TRUE(GetHandleInformation(file, &handleFlags)) << "the file is not open";
   EXPECT_EQ(flags, 0u);
-  const auto hashSize = static_cast<DWORD>(current->hash.size());
+  const auto hashSize = static_cast<DWORD>(currentCatalogs->hash.size());
   if (bytes == nullptr) {
-    *size = current->hashSizeZero ? 0 : hashSize;
-    return current->failHashSizeCall ? FALSE : TRUE;
+    *size = currentCatalogs->hashSizeZero ? 0 : hashSize;
+    return currentCatalogs->failHashSizeCall ? FALSE : TRUE;
   }
   EXPECT_EQ(*size, hashSize);
-  if (current->failHash) return FALSE;
-  std::copy(current->hash.begin(), current->hash.end(), bytes);
+  if (currentCatalogs->failHash) return FALSE;
+  std::copy(currentCatalogs->hash.begin(), currentCatalogs->hash.end(), bytes);
   return TRUE;
 }
 
@@ -91,12 +91,12 @@ HCATINFO WINAPI FakeEnum(HCATADMIN admin, BYTE* hash, DWORD size, DWORD flags, H
   FindOpen(contexts, admin);
   EXPECT_EQ(flags, 0u);
   EXPECT_EQ(previous, nullptr);
-  current->queriedHash.assign(hash, hash + size);
-  if (current->catalogs.empty()) {
-    SetLastError(current->enumError);
+  currentCatalogs->queriedHash.assign(hash, hash + size);
+  if (currentCatalogs->catalogs.empty()) {
+    SetLastError(currentCatalogs->enumError);
     return nullptr;
   }
-  ++current->openCatalogs;
+  ++currentCatalogs->openCatalogs;
   openedCatalogs.push_back(std::make_unique<Catalog>(Catalog{admin}));
   return openedCatalogs.back().get();
 }
@@ -106,9 +106,10 @@ BOOL WINAPI FakeInfo(HCATINFO catalog, CATALOG_INFO* info, DWORD flags) {
   FindOpen(openedCatalogs, catalog);
   EXPECT_EQ(info->cbStruct, 524u);
   EXPECT_EQ(flags, 0u);
-  if (current->failInfo) return FALSE;
-  const std::wstring path =
-      current->fillWholePath ? std::wstring(MAX_PATH, L'x') : current->catalogs.front() + L'\0';
+  if (currentCatalogs->failInfo) return FALSE;
+  const std::wstring path = currentCatalogs->fillWholePath
+                                ? std::wstring(MAX_PATH, L'x')
+                                : currentCatalogs->catalogs.front() + L'\0';
   std::copy(path.begin(), path.end(), info->wszCatalogFile);
   return TRUE;
 }
@@ -121,7 +122,7 @@ BOOL WINAPI FakeReleaseCatalog(HCATADMIN admin, HCATINFO catalog, DWORD flags) {
     EXPECT_EQ(open->context, admin) << "a catalog belongs to the context that returned it";
     open->isOpen = false;
   }
-  --current->openCatalogs;
+  --currentCatalogs->openCatalogs;
   SetLastError(0);
   return TRUE;
 }
@@ -133,7 +134,7 @@ BOOL WINAPI FakeReleaseContext(HCATADMIN admin, DWORD flags) {
   for (const auto& catalog : openedCatalogs) {
     EXPECT_FALSE(catalog->isOpen && catalog->context == admin) << "a catalog outlives its context";
   }
-  --current->openContexts;
+  --currentCatalogs->openContexts;
   SetLastError(0);
   return TRUE;
 }
@@ -151,12 +152,12 @@ struct FakeCatalogs::Patches {
 
 FakeCatalogs::FakeCatalogs() : patches_(std::make_unique<Patches>()) {
   for (int i = 0; i < 32; ++i) hash.push_back(static_cast<std::uint8_t>(i * 7));
-  current = this;
+  currentCatalogs = this;
 }
 
 FakeCatalogs::~FakeCatalogs() {
   EXPECT_EQ(openCatalogs, 0);
-  current = nullptr;
+  currentCatalogs = nullptr;
 }
 
 bool FakeCatalogs::IsOpenContext(HANDLE context) {

@@ -6,7 +6,7 @@ namespace TestSupport {
 
 namespace {
 
-FakeRpcQuery* current = nullptr;
+FakeRpcQuery* currentRpcQuery = nullptr;
 
 }  // namespace
 
@@ -14,16 +14,16 @@ FakeRpcQuery::FakeRpcQuery(RPC_STATUS status) : FakeRpcQuery(status, 0) {}
 
 FakeRpcQuery::FakeRpcQuery(RPC_STATUS status, DWORD client)
     : status_(status), client_(client), patch_("RpcServerInqCallAttributesW", &Answer) {
-  current = this;
+  currentRpcQuery = this;
 }
 
-FakeRpcQuery::~FakeRpcQuery() { current = nullptr; }
+FakeRpcQuery::~FakeRpcQuery() { currentRpcQuery = nullptr; }
 
 RPC_STATUS RPC_ENTRY FakeRpcQuery::Answer(RPC_BINDING_HANDLE binding, void* attributes) {
   auto* bytes = static_cast<unsigned char*>(attributes);
-  current->questions_.push_back({binding, {bytes, bytes + kCallAttributesBytes}});
-  if (current->status_ != RPC_S_OK) return current->status_;
-  WriteClientId(attributes, current->client_);
+  currentRpcQuery->questions_.push_back({binding, {bytes, bytes + kCallAttributesBytes}});
+  if (currentRpcQuery->status_ != RPC_S_OK) return currentRpcQuery->status_;
+  WriteClientId(attributes, currentRpcQuery->client_);
   return RPC_S_OK;
 }
 

@@ -16,7 +16,7 @@ using Zq::Gantry::Security::VerificationData;
 
 namespace {
 
-FakeTrust* current = nullptr;
+FakeTrust* currentTrust = nullptr;
 
 // The object of a state handle: the structures that the reading calls return.
 struct FakeState {
@@ -55,12 +55,12 @@ std::vector<std::unique_ptr<FakeState>> states;
 // The state whose provider data was returned last; one verification at a time.
 FakeState* readState = nullptr;
 
-void Note(const std::string& call) {
-  if (current->record != nullptr) current->record->Add(call);
+void NoteTrustCall(const std::string& call) {
+  if (currentTrust->record != nullptr) currentTrust->record->Add(call);
 }
 
 // Fails the test if the handle is no open state.
-FakeState* FindOpen(HANDLE handle, const char* call) {
+FakeState* FindOpenState(HANDLE handle, const char* call) {
   for (const auto& state : states) {
     if (state.get() == handle && state->isOpen) return state.get();
   }
@@ -102,10 +102,10 @@ TrustCall Describe(HWND window, const GUID& action, const VerificationData& data
 }
 
 void WriteSecondaryCount(DWORD& count, std::size_t signatures, std::size_t verifyNumber) {
-  if (!current->secondaryCounts) {
+  if (!currentTrust->secondaryCounts) {
     count = signatures > 0 ? static_cast<DWORD>(signatures - 1) : 0;
-  } else if (verifyNumber < current->secondaryCounts->size()) {
-    count = (*current->secondaryCounts)[verifyNumber];
+  } else if (verifyNumber < currentTrust->secondaryCounts->size()) {
+    count = (*currentTrust->secondaryCounts)[verifyNumber];
   }
 }
 
@@ -119,38 +119,38 @@ void ExpectNoStateIsOverwritten(const VerificationData& data) {
 LONG Verify(VerificationData& data) {
   const bool isFile = data.dwUnionChoice == WTD_CHOICE_FILE;
   const DWORD index = data.pSignatureSettings->dwIndex;
-  Note((isFile ? "verify embedded " : "verify catalog ") + std::to_string(index));
+  NoteTrustCall((isFile ? "verify embedded " : "verify catalog ") + std::to_string(index));
   ExpectNoStateIsOverwritten(data);
 
-  const auto& signatures = isFile ? current->embedded : current->byCatalog;
+  const auto& signatures = isFile ? currentTrust->embedded : currentTrust->byCatalog;
   WriteSecondaryCount(data.pSignatureSettings->cSecondarySigs, signatures.size(),
-                      current->VerifyCalls().size() - 1);
+                      currentTrust->VerifyCalls().size() - 1);
   // An index after the last signature finds the last one again.
   const FakeSignature none{TRUST_E_NOSIGNATURE, {0}, L"CN=None", L"CN=None", {}};
   const FakeSignature& signature =
       signatures.empty() ? none : signatures[std::min<std::size_t>(index, signatures.size() - 1)];
-  if (!current->leaveStateNull) {
+  if (!currentTrust->leaveStateNull) {
     states.push_back(std::make_unique<FakeState>(signature));
     data.hWVTStateData = states.back().get();
-    ++current->openStates;
+    ++currentTrust->openStates;
   }
   return signature.verdict;
 }
 
 void Close(VerificationData& data) {
-  Note("close");
+  NoteTrustCall("close");
   // The system may write to the settings until the call returns.
   std::memset(data.pSignatureSettings, 0xCC, sizeof(*data.pSignatureSettings));
-  if (current->leaveStateNull && data.hWVTStateData == nullptr) return;
-  FakeState* state = FindOpen(data.hWVTStateData, "close");
+  if (currentTrust->leaveStateNull && data.hWVTStateData == nullptr) return;
+  FakeState* state = FindOpenState(data.hWVTStateData, "close");
   if (state == nullptr) return;
   state->Close();
-  --current->openStates;
+  --currentTrust->openStates;
 }
 
 LONG WINAPI FakeWinVerifyTrust(HWND window, GUID* action, LPVOID pointer) {
   auto& data = *static_cast<VerificationData*>(pointer);
-  current->calls.push_back(Describe(window, *action, data));
+  currentTrust->calls.push_back(Describe(window, *action, data));
   if (data.dwStateAction == WTD_STATEACTION_VERIFY) return Verify(data);
   EXPECT_EQ(data.dwStateAction, static_cast<DWORD>(WTD_STATEACTION_CLOSE));
   Close(data);
@@ -158,38 +158,38 @@ LONG WINAPI FakeWinVerifyTrust(HWND window, GUID* action, LPVOID pointer) {
 }
 
 CRYPT_PROVIDER_DATA* WINAPI FakeProvider(HANDLE state) {
-  Note("provider");
-  readState = FindOpen(state, "reading");
-  if (current->hideProvider || readState == nullptr) return nullptr;
+  NoteTrustCall("provider");
+  readState = FindOpenState(state, "reading");
+  if (currentTrust->hideProvider || readState == nullptr) return nullptr;
   return &readState->provider;
 }
 
 CRYPT_PROVIDER_SGNR* WINAPI FakeSigner(CRYPT_PROVIDER_DATA* provider, DWORD index,
                                        BOOL isCounterSigner, DWORD counterIndex) {
-  Note("signer");
+  NoteTrustCall("signer");
   EXPECT_EQ(provider, &readState->provider);
   EXPECT_EQ(index, 0u);
   EXPECT_FALSE(isCounterSigner);
   EXPECT_EQ(counterIndex, 0u);
-  return current->hideSigner ? nullptr : &readState->signer;
+  return currentTrust->hideSigner ? nullptr : &readState->signer;
 }
 
 CRYPT_PROVIDER_CERT* WINAPI FakeCertificate(CRYPT_PROVIDER_SGNR* signer, DWORD index) {
-  Note("certificate");
+  NoteTrustCall("certificate");
   EXPECT_EQ(signer, &readState->signer);
   EXPECT_EQ(index, 0u);
-  if (current->hideCertificateContext) readState->certificate.pCert = nullptr;
-  return current->hideCertificate ? nullptr : &readState->certificate;
+  if (currentTrust->hideCertificateContext) readState->certificate.pCert = nullptr;
+  return currentTrust->hideCertificate ? nullptr : &readState->certificate;
 }
 
 // Records which name of the state is read; the system converts it.
-decltype(&CertNameToStrW) realNameToStr = nullptr;
+decltype(&CertNameToStrW) realCertNameToStr = nullptr;
 
 DWORD WINAPI RecordingNameToStr(DWORD encoding, PCERT_NAME_BLOB name, DWORD format, LPWSTR text,
                                 DWORD chars) {
-  if (readState != nullptr && name->pbData == readState->subject.data()) Note("subject");
-  if (readState != nullptr && name->pbData == readState->issuer.data()) Note("issuer");
-  return realNameToStr(encoding, name, format, text, chars);
+  if (readState != nullptr && name->pbData == readState->subject.data()) NoteTrustCall("subject");
+  if (readState != nullptr && name->pbData == readState->issuer.data()) NoteTrustCall("issuer");
+  return realCertNameToStr(encoding, name, format, text, chars);
 }
 
 }  // namespace
@@ -197,7 +197,7 @@ DWORD WINAPI RecordingNameToStr(DWORD encoding, PCERT_NAME_BLOB name, DWORD form
 struct FakeTrust::Patches {
   Patches() {
     auto* original = names.Original<std::remove_pointer_t<decltype(&CertNameToStrW)>>();
-    if (original != &RecordingNameToStr) realNameToStr = original;
+    if (original != &RecordingNameToStr) realCertNameToStr = original;
   }
 
   Standin::ImportPatch verify{"WinVerifyTrust", &FakeWinVerifyTrust};
@@ -207,11 +207,11 @@ struct FakeTrust::Patches {
   Standin::ImportPatch names{"CertNameToStrW", &RecordingNameToStr};
 };
 
-FakeTrust::FakeTrust() : patches_(std::make_unique<Patches>()) { current = this; }
+FakeTrust::FakeTrust() : patches_(std::make_unique<Patches>()) { currentTrust = this; }
 
 FakeTrust::~FakeTrust() {
   EXPECT_EQ(openStates, 0);
-  current = nullptr;
+  currentTrust = nullptr;
   readState = nullptr;
 }
 

@@ -6,16 +6,16 @@ namespace TestSupport {
 
 namespace {
 
-FileOpenWatch* current = nullptr;
+FileOpenWatch* currentOpenWatch = nullptr;
 
 }  // namespace
 
 FileOpenWatch::FileOpenWatch()
     : create_("CreateFileW", &CreateFileFake), close_("CloseHandle", &CloseHandleFake) {
-  current = this;
+  currentOpenWatch = this;
 }
 
-FileOpenWatch::~FileOpenWatch() { current = nullptr; }
+FileOpenWatch::~FileOpenWatch() { currentOpenWatch = nullptr; }
 
 void FileOpenWatch::Clear() {
   opens.clear();
@@ -32,20 +32,20 @@ std::vector<std::wstring> FileOpenWatch::Paths() const {
 HANDLE WINAPI FileOpenWatch::CreateFileFake(LPCWSTR path, DWORD access, DWORD share,
                                             LPSECURITY_ATTRIBUTES security, DWORD disposition,
                                             DWORD flags, HANDLE templateFile) {
-  current->opens.push_back(
+  currentOpenWatch->opens.push_back(
       {path, access, share, security != nullptr, disposition, flags, templateFile != nullptr});
-  if (current->error != ERROR_SUCCESS) {
-    SetLastError(current->error);
-    return current->lastHandle = INVALID_HANDLE_VALUE;
+  if (currentOpenWatch->error != ERROR_SUCCESS) {
+    SetLastError(currentOpenWatch->error);
+    return currentOpenWatch->lastHandle = INVALID_HANDLE_VALUE;
   }
-  auto* real = current->create_.Original<std::remove_pointer_t<decltype(&CreateFileW)>>();
-  return current->lastHandle =
+  auto* real = currentOpenWatch->create_.Original<std::remove_pointer_t<decltype(&CreateFileW)>>();
+  return currentOpenWatch->lastHandle =
              real(path, access, share, security, disposition, flags, templateFile);
 }
 
 BOOL WINAPI FileOpenWatch::CloseHandleFake(HANDLE handle) {
-  if (handle == current->lastHandle) ++current->closed;
-  return current->close_.Original<std::remove_pointer_t<decltype(&CloseHandle)>>()(handle);
+  if (handle == currentOpenWatch->lastHandle) ++currentOpenWatch->closed;
+  return currentOpenWatch->close_.Original<std::remove_pointer_t<decltype(&CloseHandle)>>()(handle);
 }
 
 }  // namespace TestSupport

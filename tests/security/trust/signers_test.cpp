@@ -59,13 +59,13 @@ constexpr std::size_t kRareBlockBytes = (4 * kRareNameBytes + 2) * sizeof(wchar_
 void* rareBlock = nullptr;
 bool failRareBlock = false;
 int rareBlockFrees = 0;
-void* (*realMalloc)(std::size_t) = nullptr;
-void (*realFree)(void*) = nullptr;
+void* (*realSignersMalloc)(std::size_t) = nullptr;
+void (*realSignersFree)(void*) = nullptr;
 
 void* FakeMalloc(std::size_t size) {
-  if (size != kRareBlockBytes) return realMalloc(size);
+  if (size != kRareBlockBytes) return realSignersMalloc(size);
   if (failRareBlock) return nullptr;
-  rareBlock = realMalloc(size);
+  rareBlock = realSignersMalloc(size);
   // So that unwritten memory has no terminator.
   if (rareBlock != nullptr) std::memset(rareBlock, 0x41, size);
   return rareBlock;
@@ -73,13 +73,13 @@ void* FakeMalloc(std::size_t size) {
 
 void FakeFree(void* block) {
   if (block != nullptr && block == rareBlock) ++rareBlockFrees;
-  realFree(block);
+  realSignersFree(block);
 }
 
 struct FakeHeap {
   FakeHeap() {
-    realMalloc = malloc_.Original<void*(std::size_t)>();
-    realFree = free_.Original<void(void*)>();
+    realSignersMalloc = malloc_.Original<void*(std::size_t)>();
+    realSignersFree = free_.Original<void(void*)>();
     rareBlock = nullptr;
     failRareBlock = false;
     rareBlockFrees = 0;

@@ -24,7 +24,7 @@ using TestSupport::LogCapture;
 using TestSupport::ScopedVariable;
 using TestSupport::Warning;
 
-constexpr wchar_t kComponent[] = L"WattleafService";
+constexpr wchar_t kHelperComponent[] = L"WattleafService";
 
 /// An absolute path of exactly `length` characters.
 std::wstring PathOfLength(std::size_t length) {
@@ -38,24 +38,24 @@ TEST(GetFullExpandedPath, ExpandsTheVariablesOfTheProcessAndNormalises) {
   const FakeRpcQuery rpc;
   const ScopedVariable place(L"WATTLEAF_PLACE", L"C:\\Some");
   const LogCapture log;
-  EXPECT_EQ(UtilHelper::GetFullExpandedPath(L"%WATTLEAF_PLACE%\\a\\..\\b.dll", kComponent),
+  EXPECT_EQ(UtilHelper::GetFullExpandedPath(L"%WATTLEAF_PLACE%\\a\\..\\b.dll", kHelperComponent),
             L"C:\\Some\\b.dll");
   EXPECT_THAT(log.Records(),
               ElementsAre(Info(L"ExpandEnvironmentStrings: [%WATTLEAF_PLACE%\\a\\..\\b.dll] "
                                L"[C:\\Some\\a\\..\\b.dll]",
-                               kComponent),
-                          Info(L"GetFullPathName: [C:\\Some\\b.dll]", kComponent)));
+                               kHelperComponent),
+                          Info(L"GetFullPathName: [C:\\Some\\b.dll]", kHelperComponent)));
 }
 
 TEST(GetFullExpandedPath, IsEmptyForANullPathWithoutAnySystemCall) {
   const LogCapture log;
   const ImportWatch watch;
-  EXPECT_EQ(UtilHelper::GetFullExpandedPath(nullptr, kComponent), L"");
+  EXPECT_EQ(UtilHelper::GetFullExpandedPath(nullptr, kHelperComponent), L"");
   EXPECT_THAT(watch.Calls(), IsEmpty());
   EXPECT_THAT(log.Records(),
               ElementsAre(Warning(L"class Zq::Gantry::Server::Services::UtilHelper.NullChecker - "
                                   L"filePath cannot be null",
-                                  kComponent)));
+                                  kHelperComponent)));
 }
 
 TEST(GetFullExpandedPath, ContinuesWithAnEmptyTextWhenTheExpansionFails) {
@@ -74,11 +74,12 @@ TEST(GetFullExpandedPath, ContinuesWithAnEmptyTextWhenTheExpansionFails) {
         return 0;
       });
   const LogCapture log;
-  EXPECT_EQ(UtilHelper::GetFullExpandedPath(L"C:\\a", kComponent), L"");
+  EXPECT_EQ(UtilHelper::GetFullExpandedPath(L"C:\\a", kHelperComponent), L"");
   EXPECT_EQ(input, L"");
-  EXPECT_THAT(log.Records(),
-              ElementsAre(Warning(ExpansionFailure(L"ExpandEnvironmentStrings", 8), kComponent),
-                          Warning(ExpansionFailure(L"GetFullPathName", 123), kComponent)));
+  EXPECT_THAT(
+      log.Records(),
+      ElementsAre(Warning(ExpansionFailure(L"ExpandEnvironmentStrings", 8), kHelperComponent),
+                  Warning(ExpansionFailure(L"GetFullPathName", 123), kHelperComponent)));
 }
 
 TEST(GetFullExpandedPath, NeverUsesTheTextOfAFailedExpansion) {

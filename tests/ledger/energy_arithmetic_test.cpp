@@ -4,6 +4,7 @@
 
 #include <bit>
 #include <cstdint>
+#include <optional>
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 
@@ -47,4 +48,17 @@ TEST(IntervalEnergyWh, UsesTheLow32BitsOfTheDifference) {
   EXPECT_EQ(IntervalEnergyWh(-kTwoToThe32 + 100, 36.0F), 1.0F);
   EXPECT_EQ(IntervalEnergyWh(kTwoToThe32, 36.0F), 0.0F);
   EXPECT_EQ(IntervalEnergyWh(kTwoToThe32 - 100, 36.0F), 0.0F);
+}
+
+TEST(EnergyBetweenWh, IsZeroWithoutEitherTime) {
+  const std::optional<SampleTime> start(SampleTime{1000, 10});
+  const std::optional<SampleTime> end(SampleTime{1100, 10});
+  EXPECT_EQ(EnergyBetweenWh(start, end, 36.0F), 1.0F);
+  // Emptied, so that the bytes of the time are still there.
+  std::optional<SampleTime> noStart = start;
+  std::optional<SampleTime> noEnd = end;
+  noStart.reset();
+  noEnd.reset();
+  EXPECT_EQ(EnergyBetweenWh(noStart, end, 36.0F), 0.0F);
+  EXPECT_EQ(EnergyBetweenWh(start, noEnd, 36.0F), 0.0F);
 }

@@ -1,5 +1,6 @@
 #include "base/utf8_text.h"
 
+#include <algorithm>
 #include <array>
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
@@ -56,8 +57,12 @@ char32_t TakePoint(std::string_view& text) {
 }  // namespace
 
 std::string ToUtf8(std::wstring_view text) {
-  std::string result;
-  for (const wchar_t point : text) AppendUtf8(static_cast<char32_t>(point), result);
+  const auto isAscii = [](wchar_t c) { return static_cast<char32_t>(c) < 0x80; };
+  const auto other = std::find_if_not(text.begin(), text.end(), isAscii);
+  std::string result(text.begin(), other);
+  for (const wchar_t point : text.substr(result.size())) {
+    AppendUtf8(static_cast<char32_t>(point), result);
+  }
   return result;
 }
 

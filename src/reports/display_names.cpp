@@ -21,13 +21,14 @@ DisplayNames::DisplayNames(std::string devicePrefix, const PackagedApps& package
       describeFile_(std::move(describeFile)),
       mostRememberedBytes_(mostRememberedBytes) {}
 
-std::string DisplayNames::Resolve(const std::string& appId) {
-  const auto known = displayNameByAppId_.find(appId);
-  if (known != displayNameByAppId_.end()) return known->second;
-  const auto name = IsDevicePath(appId) ? TryDescribe(appId) : TryPackageName(appId);
+std::string_view DisplayNames::Resolve(const std::string& appId) {
+  if (const auto* known = displayNameByAppId_.TryFind(appId)) return known->second;
+  auto name = IsDevicePath(appId) ? TryDescribe(appId) : TryPackageName(appId);
   if (!name) return {};
-  Remember(appId, *name);
-  return *name;
+  const std::size_t bytes = kEntryBytes + appId.size() + name->size();
+  if (bytes > mostRememberedBytes_ - rememberedBytes_) return notRemembered_ = std::move(*name);
+  rememberedBytes_ += bytes;
+  return displayNameByAppId_.FindOrAdd(appId, std::move(*name)).second;
 }
 
 // An empty description is remembered too, since getting it reads a file. Executables outside the
@@ -48,13 +49,6 @@ std::optional<std::string> DisplayNames::TryPackageName(const std::string& appId
   }
   if (package == nullptr) return std::nullopt;
   return package->DisplayName;
-}
-
-void DisplayNames::Remember(const std::string& appId, const std::string& name) {
-  const std::size_t bytes = kEntryBytes + appId.size() + name.size();
-  if (bytes > mostRememberedBytes_ - rememberedBytes_) return;
-  rememberedBytes_ += bytes;
-  displayNameByAppId_.emplace(appId, name);
 }
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -2,11 +2,12 @@
 
 #include <cstddef>
 #include <functional>
-#include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "catalogue/installed_apps.h"
+#include "reports/name_table.h"
 #include "reports/power_budget.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
@@ -27,20 +28,21 @@ class DisplayNames {
                std::size_t mostRememberedBytes = kMostRememberedNameBytes);
 
   /// The display name of the application with this identity (catalogue/app_identity.h), as bytes in
-  /// the encoding of its source; empty if no name is known. Exceptions of `describeFile` propagate.
-  [[nodiscard]] std::string Resolve(const std::string& appId);
+  /// the encoding of its source; empty if no name is known. Valid until the next call. Exceptions
+  /// of `describeFile` propagate.
+  [[nodiscard]] std::string_view Resolve(const std::string& appId);
 
  private:
   [[nodiscard]] std::optional<std::string> TryDescribe(const std::string& appId) const;
   [[nodiscard]] std::optional<std::string> TryPackageName(const std::string& appId) const;
-  void Remember(const std::string& appId, const std::string& name);
 
   const std::string devicePrefix_;
   const PackagedApps& packagedApps_;
   const DescribeFile describeFile_;
   const std::size_t mostRememberedBytes_;
   std::size_t rememberedBytes_ = 0;
-  std::map<std::string, std::string> displayNameByAppId_;
+  NameTable<std::string> displayNameByAppId_;
+  std::string notRemembered_;
 };
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

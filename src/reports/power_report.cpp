@@ -61,7 +61,7 @@ class RowReader {
       : period_(period), names_(names), log_(log) {}
 
   void Read(const pugi::xml_node& row) {
-    std::string name = ToUtf8(row.attribute(kAppId).value());
+    const std::string name = ToUtf8(row.attribute(kAppId).value());
     if (IsNoApplication(name)) return;
     const LocalTime time = times_.Read(row.attribute(kTimeStamp).value());
     if (!period_.Includes(time.instant)) return;

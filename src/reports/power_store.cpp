@@ -1,12 +1,17 @@
 #include "reports/power_store.h"
 
+#include <rapidjson/stringbuffer.h>
+#include <rapidjson/writer.h>
+
 #include <array>
+#include <charconv>
+#include <cstdio>
 #include <string_view>
 #include <utility>
 
 #include "base/date_text.h"
-#include "base/json_document.h"
 #include "base/json_rows.h"
+#include "base/wide_file.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
@@ -47,17 +52,85 @@ class StoredRowCollector final : public JsonRowSink {
   StoredRows store_;
 };
 
-bool WriteText(JsonWriter& writer, std::string_view text) {
-  return writer.String(text.data(), static_cast<rapidjson::SizeType>(text.size()));
+std::string InJson(std::string_view text) {
+  rapidjson::StringBuffer buffer;
+  rapidjson::Writer<rapidjson::StringBuffer> writer(buffer);
+  writer.String(text.data(), static_cast<rapidjson::SizeType>(text.size()));
+  return {buffer.GetString(), buffer.GetSize()};
 }
 
-bool WriteRow(JsonWriter& writer, const PowerLogRecord& row) {
-  return writer.StartObject() && writer.Key(kNameKey) && WriteText(writer, row.Name) &&
-         writer.Key(kDisplayNameKey) && WriteText(writer, row.DisplayName) &&
-         writer.Key(kTimeStampKey) &&
-         WriteText(writer, FormatDateTime(row.TimeStamp.fields, kTimeStampFormat)) &&
-         writer.Key(kTotalEnergyKey) && writer.Int64(row.TotalEnergy) && writer.EndObject();
-}
+/// Names as JSON strings. Those of the rows written last are remembered: a log keeps each of its
+/// names once, so the address of a name stands for it.
+class NamesInJson {
+ public:
+  [[nodiscard]] const std::string& Of(std::string_view name) {
+    Entry& entry = entries_[reinterpret_cast<std::uintptr_t>(name.data()) / 16 % entries_.size()];
+    if (entry.name != name.data()) entry = {name.data(), InJson(name)};
+    return entry.text;
+  }
+
+ private:
+  struct Entry {
+    const char* name = nullptr;
+    std::string text;
+  };
+  std::vector<Entry> entries_ = std::vector<Entry>(4096);
+};
+
+/// Writes the rows with the bytes of RapidJSON's writer: members in order, no white space.
+class StoreWriter {
+ public:
+  explicit StoreWriter(std::FILE* file) : file_(file) { text_.reserve(2 * kFlushBytes); }
+
+  void Write(const PowerLog& log) {
+    text_ += '[';
+    for (const PowerLogRecord& row : log.Records()) {
+      if (&row != &log.Records().front()) text_ += ',';
+      WriteRow(row);
+      if (text_.size() >= kFlushBytes) Flush();
+    }
+    text_ += ']';
+    Flush();
+  }
+
+ private:
+  static constexpr std::size_t kFlushBytes = 65536;
+
+  void WriteRow(const PowerLogRecord& row) {
+    DateBuffer timeStamp;
+    std::array<char, 20> energy;
+    const auto [end, error] = std::to_chars(energy.begin(), energy.end(), row.TotalEnergy);
+    static_cast<void>(error);  // twenty characters hold every number
+    WriteKey('{', kNameKey);
+    text_ += names_.Of(row.Name);
+    WriteKey(',', kDisplayNameKey);
+    text_ += names_.Of(row.DisplayName);
+    WriteKey(',', kTimeStampKey);
+    text_ += '"';
+    text_ += WriteTimeStamp(row.TimeStamp.fields, timeStamp);
+    text_ += '"';
+    WriteKey(',', kTotalEnergyKey);
+    text_.append(energy.begin(), end);
+    text_ += '}';
+  }
+
+  void WriteKey(char before, std::string_view key) {
+    text_ += before;
+    text_ += '"';
+    text_ += key;
+    text_ += "\":";
+  }
+
+  // A write that fails is not reported, as everywhere in the data folder.
+  void Flush() {
+    static_cast<void>(std::fwrite(text_.data(), 1, text_.size(), file_));
+    text_.clear();
+  }
+
+  std::FILE* file_;
+  NamesInJson names_;
+  std::string text_;
+};
 
 }  // namespace
 
@@ -81,13 +154,10 @@ void MergePowerStore(const StoredRows& store, PowerLog& log) {
 }
 
 bool WritePowerStore(const std::wstring& path, const PowerLog& log) {
-  return WriteJsonFile(path, [&](JsonWriter& writer) {
-    writer.StartArray();
-    for (const PowerLogRecord& row : log.Records()) {
-      if (!WriteRow(writer, row)) return;
-    }
-    writer.EndArray();
-  });
+  const UniqueFile file = OpenForWriting(path);
+  if (!file) return false;
+  StoreWriter(file.get()).Write(log);
+  return true;
 }
 
 std::int64_t StoredEnergy(const rapidjson::Value& number) {

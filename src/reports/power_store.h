@@ -53,7 +53,8 @@ struct StoredRows {
 /// Appends the rows that have both names and whose identity is not in `log` yet.
 void MergePowerStore(const StoredRows& store, PowerLog& log);
 
-/// Writes the rows of the log to a file, as WriteJsonFile does.
+/// Writes the rows of the log to a file, in place. False if the file cannot be opened for writing,
+/// or is a folder or a link; a write that fails later is not reported.
 [[nodiscard]] bool WritePowerStore(const std::wstring& path, const PowerLog& log);
 
 /// A JSON number as a whole number. The 64 bits of an unsigned number above the signed range are

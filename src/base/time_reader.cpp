@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <bit>
+#include <chrono>
 #include <string_view>
 
 #include "base/date_text.h"
 #include "base/local_calendar.h"
+#include "base/time_fields.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
@@ -20,63 +22,34 @@ char SeparatorOf(std::string_view format) {
   return '\0';
 }
 
-template <int count, typename Char>
-bool ReadDigits(const Char* text, std::int32_t& value) {
-  std::uint32_t sum = 0;
-  for (int i = 0; i < count; ++i) {
-    const std::uint32_t digit = static_cast<std::uint32_t>(text[i]) - U'0';
-    if (digit > 9) return false;
-    sum = sum * 10 + digit;
-  }
-  value = static_cast<std::int32_t>(sum);
-  return true;
-}
-
-/// The digits of "2024-03-01", each field in its range.
-template <typename Char>
-bool ReadDate(const Char* text, DateTime& written) {
-  std::int32_t year = 0;
-  std::int32_t month = 0;
-  if (!ReadDigits<4>(text, year) || text[4] != Char('-') || !ReadDigits<2>(text + 5, month) ||
-      text[7] != Char('-') || !ReadDigits<2>(text + 8, written.tm_mday)) {
-    return false;
-  }
-  written.tm_year = year - 1900;
-  written.tm_mon = month - 1;
-  return month >= 1 && month <= 12 && written.tm_mday >= 1 && written.tm_mday <= 31;
-}
-
-/// The digits of "10:30:15", each field in its range.
-template <typename Char>
-bool ReadTimeOfDay(const Char* text, DateTime& written) {
-  if (!ReadDigits<2>(text, written.tm_hour) || text[2] != Char(':') ||
-      !ReadDigits<2>(text + 3, written.tm_min) || text[5] != Char(':') ||
-      !ReadDigits<2>(text + 6, written.tm_sec)) {
-    return false;
-  }
-  return written.tm_hour <= 23 && written.tm_min <= 59 && written.tm_sec <= 59;
-}
-
-/// Reads a text that begins with a time of fixed width, as std::get_time would: it does not look at
-/// what follows. False for any other text.
-template <typename Char>
-bool ReadFixedWidth(const Char* text, char separator, DateTime& written) {
-  if (text == nullptr || !ReadDate(text, written)) return false;
-  if (separator == '\0') return true;
-  return text[10] == static_cast<Char>(separator) && ReadTimeOfDay(text + 11, written);
-}
-
 std::int32_t SecondOfDay(const DateTime& time) {
   return time.tm_hour * kSecondsPerHour + time.tm_min * 60 + time.tm_sec;
 }
 
-/// What ParseDateTime and InstantOf make of the fields that were read.
+/// A day of some month at a time of day as clocks show it, as opposed to a text that lacks the day
+/// or has a leap second.
+bool IsPlain(const DateTime& written) { return written.tm_mday > 0 && written.tm_sec < 60; }
+
+/// What ParseDateTime and InstantOf make of the fields that were read. False outside the calendar.
 bool TryNormalise(const DateTime& written, LocalTime& time) {
   time.fields = written;
   if (MakeInstant(time.fields) == -1) return false;
   time.fields.tm_hour = written.tm_hour;
   time.instant = InstantOf(time.fields);
   return true;
+}
+
+/// A time outside the calendar: the fields as read, with the day of the week and of the year that
+/// std::get_time adds, if need be from a day and a month that are 0. Not for the year 0, where its
+/// arithmetic is its own.
+LocalTime OutsideCalendar(DateTime written) {
+  using namespace std::chrono;
+  const year inYear(written.tm_year + 1900);
+  const month inMonth(static_cast<unsigned>(written.tm_mon + 1));
+  const sys_days day = sys_days(inYear / inMonth / 1) + days(written.tm_mday - 1);
+  written.tm_wday = static_cast<std::int32_t>(weekday(day).c_encoding());
+  written.tm_yday = static_cast<std::int32_t>((day - sys_days(inYear / January / 1)).count());
+  return {written, -1};
 }
 
 /// The time of day `written` added to `base`.
@@ -108,24 +81,42 @@ TimeReader::TimeReader(const char* format) : format_(format), separator_(Separat
 
 LocalTime TimeReader::Read(const char* text) {
   LocalTime time;
-  DateTime written;
-  if (ReadFixedWidth(text, separator_, written) && TryConvert(written, time)) return time;
+  if (text == nullptr || TryRead(text, separator_, time)) return time;
   time.instant = InstantOf(ParseDateTime(time.fields, text, format_));
   return time;
 }
 
 LocalTime TimeReader::Read(const wchar_t* text) {
   LocalTime time;
-  DateTime written;
-  if (ReadFixedWidth(text, ':', written) && TryConvert(written, time)) return time;
+  if (text == nullptr || TryRead(text, ':', time)) return time;
   time.instant = InstantOf(ParseWideDateTime(time.fields, text));
   return time;
+}
+
+template <typename Char>
+bool TimeReader::TryRead(const Char* text, char separator, LocalTime& time) {
+  DateTime written;
+  switch (ReadTimeFields(text, separator, written)) {
+    case TimeFields::kNone:
+      return true;
+    case TimeFields::kSome:
+      return TryConvert(written, time);
+    default:
+      return false;
+  }
+}
+
+bool TimeReader::TryConvert(const DateTime& written, LocalTime& time) {
+  if (IsPlain(written) ? TryAddToStretch(written, time) : TryNormalise(written, time)) return true;
+  if (written.tm_year <= -1900) return false;
+  time = OutsideCalendar(written);
+  return true;
 }
 
 // What the zone does is never computed here, only asked: the C library normalises the first text of
 // a stretch, and both ends of the stretch when its second text is read. The longest stretches have
 // 23 hours, because the last hour of a summer day is read one day later.
-bool TimeReader::TryConvert(const DateTime& written, LocalTime& time) {
+bool TimeReader::TryAddToStretch(const DateTime& written, LocalTime& time) {
   const std::int64_t date = ((written.tm_year + 1900) * 12 + written.tm_mon) * 31 + written.tm_mday;
   const std::int32_t second = SecondOfDay(written);
   for (std::size_t i = 0; i < kStretchSeconds.size(); ++i) {

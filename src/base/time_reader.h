@@ -43,9 +43,14 @@ class TimeReader {
   static constexpr std::size_t kStretchesOfALength = 128;
   static constexpr std::array<std::int32_t, 3> kStretchSeconds{23 * 3600, 1800, 60};
 
-  /// Sets `time` to the time whose six fields of date and time of day are `written`. False outside
-  /// the calendar.
+  /// Sets `time` to the time in `text`, which is not null. False if only the C++ library can tell.
+  template <typename Char>
+  [[nodiscard]] bool TryRead(const Char* text, char separator, LocalTime& time);
+  /// Sets `time` to the time whose six fields of date and time of day are `written`. False for the
+  /// year 0.
   [[nodiscard]] bool TryConvert(const DateTime& written, LocalTime& time);
+  /// The same for plain fields. False outside the calendar.
+  [[nodiscard]] bool TryAddToStretch(const DateTime& written, LocalTime& time);
   [[nodiscard]] static bool IsEven(const LocalTime& base, DateTime written, std::int32_t length);
 
   const char* format_;

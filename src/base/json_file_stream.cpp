@@ -1,7 +1,6 @@
 #include "base/json_file_stream.h"
 
 #include <algorithm>
-#include <string_view>
 
 #include "base/json_limits.h"
 
@@ -38,6 +37,48 @@ bool MayHaveLongExponent(std::string_view text) {
 }
 
 }  // namespace
+
+std::size_t JsonTextGuard::Accept(std::string_view part) {
+  for (std::size_t i = 0; i < part.size(); ++i) {
+    const bool isAccepted = isInString_ ? AcceptInside(part[i]) : AcceptOutside(part[i]);
+    if (!isAccepted) return i;
+  }
+  return part.size();
+}
+
+inline bool JsonTextGuard::AcceptInside(char c) {
+  if (c == '\0') return false;
+  if (isEscaped_) {
+    isEscaped_ = false;
+  } else if (c == '\\') {
+    isEscaped_ = true;
+  } else if (c == '"') {
+    isInString_ = false;
+    return true;
+  }
+  return ++stringBytes_ <= kLongestJsonStringBytes || Break();
+}
+
+inline bool JsonTextGuard::AcceptOutside(char c) {
+  if (c == '"') {
+    isInString_ = true;
+    stringBytes_ = 0;
+    isInExponent_ = false;
+  } else if (c == 'e' || c == 'E') {
+    isInExponent_ = true;
+    exponentDigits_ = 0;
+  } else if (isInExponent_ && c >= '0' && c <= '9') {
+    return ++exponentDigits_ <= kMostExponentDigits || Break();
+  } else if (c != '+' && c != '-') {
+    isInExponent_ = false;
+  }
+  return c != '\0';
+}
+
+bool JsonTextGuard::Break() {
+  hasBrokenLimit_ = true;
+  return false;
+}
 
 JsonFileStream::JsonFileStream(std::FILE* file, std::size_t limitBytes, JsonCheck check)
     : memory_(std::make_unique_for_overwrite<char[]>(kKeptBytes + kBufferBytes + 1)),

@@ -88,7 +88,8 @@ class PowerLog {
   /// Whether one more row of this size stays within the limits.
   [[nodiscard]] bool Fits(std::size_t rowBytes) const;
   [[nodiscard]] bool MakeRoom(std::size_t rowBytes, std::int64_t instant);
-  bool TryInsert(Names::Entry& name, Names::Entry& displayName, const PowerLogRecord& record);
+  [[nodiscard]] bool TryInsert(Names::Entry& name, Names::Entry& displayName,
+                               const PowerLogRecord& record);
   [[nodiscard]] Names::Entry& Use(std::string_view name);
   void Release(Names::Entry& name);
   void OrderByAge();

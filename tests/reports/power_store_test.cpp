@@ -82,6 +82,20 @@ TEST_F(WritePowerStoreTest, KeepsTheBytesOfNames) {
   EXPECT_EQ(Text().substr(0, 10 + name.size() + 2), R"([{"Name":")" + name + "\",");
 }
 
+// More names than the writer remembers as JSON text.
+TEST_F(WritePowerStoreTest, WritesEachOfManyNamesInItsRow) {
+  std::string expected = "[";
+  for (int i = 0; i < 20'000; ++i) {
+    const std::string name = "\\Device\\" + std::to_string(i);
+    const std::string displayName = "\"" + std::to_string(i % 6000) + "\"";
+    log.Append({name, displayName, TimeAt("2026-11-14:02:10:46"), i});
+    expected += (i == 0 ? "" : ",") + Row(R"(\\Device\\)" + std::to_string(i),
+                                          R"(\")" + std::to_string(i % 6000) + R"(\")",
+                                          "2026-11-14:02:10:46", std::to_string(i));
+  }
+  EXPECT_TRUE(Text() == expected + "]");
+}
+
 TEST_F(MergePowerStoreTest, AppendsTheStoredRowsInOrder) {
   log.Append({"new", "", TimeAt("2026-11-14:02:00:00"), 1});
   const std::string old = RowOf("z") + "," + RowOf("a") + "," + RowOf("m");

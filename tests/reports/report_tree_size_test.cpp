@@ -103,6 +103,15 @@ TEST_F(MostReportTreeBytesTest, IsAnUpperBoundForReportsInUtf16) {
   }
 }
 
+TEST_F(MostReportTreeBytesTest, CountsEachOfManyEqualSigns) {
+  // An attribute is five words, and one byte in a hundred is lost to pages.
+  const std::uint64_t none = MostReportTreeBytes(std::string(100'000, ' '));
+  const std::uint64_t each = MostReportTreeBytes(std::string(100'000, '='));
+  constexpr std::uint64_t kAttributes = 100'000 * 5 * sizeof(void*);
+  EXPECT_EQ(each, 100'000 * sizeof(wchar_t) + kAttributes + kAttributes / 100 + 32 * 1024);
+  EXPECT_LT(none, each);
+}
+
 TEST_F(MostReportTreeBytesTest, OverestimatesARealReportByLessThanHalf) {
   const std::string text = Report(Repeated(
       Row("\\Device\\HarddiskVolume3\\Program Files\\Meadow\\meadow.exe", "02:10:46", Energy("17")),

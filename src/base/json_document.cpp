@@ -4,9 +4,11 @@
 #include <rapidjson/writer.h>
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "base/json_parse.h"
+#include "base/json_text.h"
 #include "base/wide_file.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
@@ -18,18 +20,17 @@ constexpr std::size_t kStreamBufferBytes = 65536;
 }  // namespace
 
 GenericDocument* LoadJsonDocument(const std::wstring& path, const JsonLimits& limits) {
-  std::unique_ptr<GenericDocument> document;
-  const bool isRead = ReadJsonFile(path, limits.fileBytes, [&](JsonFileStream& stream) {
-    document = std::make_unique<GenericDocument>();
-    bool isParsed = false;
-    auto parse = [&](GenericDocument& target) {
-      isParsed = ParseJson(stream, target, limits.openValues);
-      return isParsed;
-    };
-    document->Populate(parse);
+  std::optional<JsonText> text = JsonText::TryRead(path, limits.fileBytes);
+  if (!text) return nullptr;
+  auto document = std::make_unique<GenericDocument>();
+  bool isParsed = false;
+  auto parse = [&](GenericDocument& target) {
+    rapidjson::StringStream stream(text->Begin());
+    isParsed = ParseJson<rapidjson::kParseDefaultFlags>(stream, target, limits.openValues);
     return isParsed;
-  });
-  return isRead ? document.release() : nullptr;
+  };
+  document->Populate(parse);
+  return isParsed ? document.release() : nullptr;
 }
 
 // Kept on purpose: in place, without a temporary file, and a write that fails half-way is not

@@ -2,15 +2,12 @@
 
 #include <rapidjson/reader.h>
 
+#include <cstddef>
 #include <cstdint>
-#include <cstdio>
-#include <string>
 
-#include "base/json_file_stream.h"
 #include "base/json_limits.h"
-#include "base/wide_file.h"
 
-// Parsing a JSON file within the limits, for the two readers of this folder: json_document.h keeps
+// Parsing a JSON text within the limits, for the two readers of this folder: json_document.h keeps
 // everything, json_rows.h keeps what its caller asks for.
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
@@ -22,9 +19,8 @@ class GuardedJsonHandler {
   using Ch = char;
   using Size = rapidjson::SizeType;
 
-  /// Borrows both.
-  GuardedJsonHandler(JsonFileStream& stream, Target& target, std::size_t mostOpenValues)
-      : stream_(stream), target_(target), mostOpenValues_(mostOpenValues) {}
+  GuardedJsonHandler(Target& target, std::size_t mostOpenValues)
+      : target_(target), mostOpenValues_(mostOpenValues) {}
 
   [[nodiscard]] bool Null() { return Count() && target_.Null(); }
   [[nodiscard]] bool Bool(bool value) { return Count() && target_.Bool(value); }
@@ -58,11 +54,9 @@ class GuardedJsonHandler {
  private:
   [[nodiscard]] bool Deepen() { return ++depth_ <= kDeepestJsonNesting; }
   [[nodiscard]] bool Count() {
-    stream_.EndValue();
     return ++values_ <= kMostJsonValues && ++openValues_ <= mostOpenValues_;
   }
 
-  JsonFileStream& stream_;
   Target& target_;
   const std::size_t mostOpenValues_;
   int depth_ = 0;
@@ -70,32 +64,13 @@ class GuardedJsonHandler {
   std::size_t openValues_ = 0;
 };
 
-/// Parses the whole text of `stream` into `target`. False if the text is not JSON or breaks a
-/// limit.
-template <typename Target>
-[[nodiscard]] bool ParseJson(JsonFileStream& stream, Target& target, std::size_t mostOpenValues) {
-  GuardedJsonHandler<Target> handler(stream, target, mostOpenValues);
+/// Parses the whole text of `stream` into `target`. False if the text is not JSON or breaks a limit
+/// on its values.
+template <unsigned flags, typename Stream, typename Target>
+[[nodiscard]] bool ParseJson(Stream& stream, Target& target, std::size_t mostOpenValues) {
+  GuardedJsonHandler<Target> handler(target, mostOpenValues);
   rapidjson::Reader reader;
-  return !reader.Parse(stream, handler).IsError() && !stream.Refused();
-}
-
-/// Opens a file and returns the result of `parse(stream)`; false if the file cannot be opened or is
-/// larger than `largestBytes`. `parse` may be called a second time, and then starts from nothing
-/// again.
-template <typename Parse>
-[[nodiscard]] bool ReadJsonFile(const std::wstring& path, std::size_t largestBytes, Parse parse) {
-  const UniqueFile file = OpenForReading(path);
-  if (!file) return false;
-  const std::int64_t length = LengthBytes(file.get());
-  if (length < 0 || static_cast<std::uint64_t>(length) > largestBytes) return false;
-
-  JsonFileStream quick(file.get(), largestBytes, JsonCheck::kQuick);
-  const bool isRead = parse(quick);
-  if (!quick.NeedsCare()) return isRead;
-
-  std::rewind(file.get());
-  JsonFileStream exact(file.get(), largestBytes, JsonCheck::kExact);
-  return parse(exact);
+  return !reader.Parse<flags>(stream, handler).IsError();
 }
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

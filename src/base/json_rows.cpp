@@ -1,10 +1,14 @@
 #include "base/json_rows.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
+#include <utility>
 #include <vector>
 
 #include "base/json_parse.h"
+#include "base/json_text.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
@@ -15,7 +19,7 @@ namespace {
 class RowCollector {
  public:
   RowCollector(std::span<const std::string_view> names, JsonRowSink& sink)
-      : names_(names), sink_(sink), values_(names.size()), fields_(names.size()) {}
+      : names_(names), sink_(sink), values_(names.size()), isKnown_(names.size()) {}
 
   [[nodiscard]] bool IsArray() const { return isArray_; }
 
@@ -29,14 +33,9 @@ class RowCollector {
   /// Only for flags that the parser is not used with.
   bool RawNumber(const char*, rapidjson::SizeType, bool) { return false; }
 
+  /// The text stands in the file's own text, which outlives the row.
   bool String(const char* text, rapidjson::SizeType length, bool) {
-    if (depth_ == kMemberDepth && field_ != kNoField) {
-      std::string& kept = fields_[field_].text;
-      kept.assign(text, length);
-      values_[field_].SetString(rapidjson::StringRef(kept.data(), kept.size()));
-      return true;
-    }
-    return Put(rapidjson::Value());
+    return Put(rapidjson::Value(rapidjson::StringRef(text, length)));
   }
 
   bool Key(const char* text, rapidjson::SizeType length, bool) {
@@ -45,8 +44,8 @@ class RowCollector {
     const std::string_view name(text, length);
     for (std::size_t i = 0; i < names_.size(); ++i) {
       if (names_[i] != name) continue;
-      if (!fields_[i].isKnown) field_ = i;
-      fields_[i].isKnown = true;
+      if (!isKnown_[i]) field_ = i;
+      isKnown_[i] = true;
       break;
     }
     return true;
@@ -64,11 +63,6 @@ class RowCollector {
   static constexpr int kElementDepth = 1;  ///< inside the root
   static constexpr int kMemberDepth = 2;   ///< inside an element
   static constexpr std::size_t kNoField = static_cast<std::size_t>(-1);
-
-  struct Field {
-    std::string text;  ///< of a string value
-    bool isKnown = false;
-  };
 
   bool Put(rapidjson::Value value) {
     if (depth_ == kMemberDepth && field_ != kNoField) values_[field_] = std::move(value);
@@ -89,17 +83,15 @@ class RowCollector {
   void EndElement() {
     if (!isArray_) return;
     sink_.Take(values_);
-    for (std::size_t i = 0; i < fields_.size(); ++i) {
-      values_[i].SetNull();
-      fields_[i].isKnown = false;
-    }
+    for (rapidjson::Value& value : values_) value.SetNull();
+    std::fill(isKnown_.begin(), isKnown_.end(), false);
     field_ = kNoField;
   }
 
   std::span<const std::string_view> names_;
   JsonRowSink& sink_;
   std::vector<rapidjson::Value> values_;
-  std::vector<Field> fields_;
+  std::vector<bool> isKnown_;     ///< whether the element had a member of that name
   std::size_t field_ = kNoField;  ///< the one that the next value belongs to
   int depth_ = 0;
   bool isArray_ = false;  ///< the root
@@ -109,16 +101,16 @@ class RowCollector {
 
 JsonRowsOutcome ReadJsonRows(const std::wstring& path, std::span<const std::string_view> names,
                              JsonRowSink& sink, const JsonLimits& limits) {
-  bool isArray = false;
-  const bool isRead = ReadJsonFile(path, limits.fileBytes, [&](JsonFileStream& stream) {
-    sink.Begin();
-    RowCollector collector(names, sink);
-    const bool isParsed = ParseJson(stream, collector, limits.openValues);
-    isArray = collector.IsArray();
-    return isParsed;
-  });
-  if (!isRead) return JsonRowsOutcome::kUnreadable;
-  return isArray ? JsonRowsOutcome::kRows : JsonRowsOutcome::kNoArray;
+  std::optional<JsonText> text = JsonText::TryRead(path, limits.fileBytes);
+  if (!text) return JsonRowsOutcome::kUnreadable;
+  sink.Begin();
+  RowCollector collector(names, sink);
+  rapidjson::InsituStringStream stream(text->Begin());
+  constexpr unsigned kInPlace = rapidjson::kParseDefaultFlags | rapidjson::kParseInsituFlag;
+  if (!ParseJson<kInPlace>(stream, collector, limits.openValues)) {
+    return JsonRowsOutcome::kUnreadable;
+  }
+  return collector.IsArray() ? JsonRowsOutcome::kRows : JsonRowsOutcome::kNoArray;
 }
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

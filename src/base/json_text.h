@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace Zq::Gantry::Server::Services::Wattleaf {
+
+/// The text of a JSON file in memory, up to the file's first zero byte and with a zero at its end,
+/// for a parser that works in place.
+class JsonText {
+ public:
+  /// Empty if the file cannot be opened, is larger than `largestBytes`, or breaks a limit on
+  /// strings or exponents. A file that grows while it is read is read as long as it was.
+  [[nodiscard]] static std::optional<JsonText> TryRead(const std::wstring& path,
+                                                       std::size_t largestBytes);
+
+  /// The first character. The parser may change the text.
+  [[nodiscard]] char* Begin() { return bytes_.get(); }
+
+ private:
+  explicit JsonText(std::unique_ptr<char[]> bytes) : bytes_(std::move(bytes)) {}
+
+  std::unique_ptr<char[]> bytes_;
+};
+
+/// Whether no string and no exponent of a JSON text is longer than its limit (json_limits.h).
+[[nodiscard]] bool KeepsJsonLimits(std::string_view text);
+
+}  // namespace Zq::Gantry::Server::Services::Wattleaf

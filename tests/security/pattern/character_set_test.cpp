@@ -29,6 +29,7 @@ TEST(CharacterSet, ComplementsAtBothEnds) {
   EXPECT_EQ(RangesOf(CharacterSet({{5, 9}}).Complement()), (Ranges{{0, 4}, {10, 0xFFFF}}));
   EXPECT_EQ(RangesOf(CharacterSet({{5, 9}, {0, 0}, {0xFFFF, 0xFFFF}}).Complement()),
             (Ranges{{1, 4}, {10, 0xFFFE}}));
+  EXPECT_EQ(RangesOf(CharacterSet({{0, 0xFFFE}}).Complement()), (Ranges{{0xFFFF, 0xFFFF}}));
   EXPECT_EQ(RangesOf(CharacterSet().Complement()), (Ranges{{0, 0xFFFF}}));
   EXPECT_EQ(RangesOf(CharacterSet().Complement().Complement()), Ranges{});
 }

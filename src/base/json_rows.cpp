@@ -103,7 +103,6 @@ JsonRowsOutcome ReadJsonRows(const std::wstring& path, std::span<const std::stri
                              JsonRowSink& sink, const JsonLimits& limits) {
   std::optional<JsonText> text = JsonText::TryRead(path, limits.fileBytes);
   if (!text) return JsonRowsOutcome::kUnreadable;
-  sink.Begin();
   RowCollector collector(names, sink);
   rapidjson::InsituStringStream stream(text->Begin());
   constexpr unsigned kInPlace = rapidjson::kParseDefaultFlags | rapidjson::kParseInsituFlag;

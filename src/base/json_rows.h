@@ -28,8 +28,6 @@ enum class JsonRowsOutcome {
 class JsonRowSink {
  public:
   virtual ~JsonRowSink() = default;
-  /// Forgets all rows: the file is read from its start. Called once a file.
-  virtual void Begin() = 0;
   virtual void Take(JsonRow row) = 0;
 };
 

@@ -24,8 +24,6 @@ struct Sample {
 /// than the first one.
 class DaySamples : public JsonRowSink {
  public:
-  void Begin() override { count_ = 0; }
-
   void Take(JsonRow row) final {
     const bool endsInterval = count_ > 1 && last_.isCounted;
     Sample sample{IsCountedSample(row), SamplePowerWatts(row), std::nullopt};
@@ -53,10 +51,6 @@ class DaySamples : public JsonRowSink {
 /// Keeps the energy of each interval: it is added up only after the link to the day before.
 class DayIntervals final : public DaySamples {
  public:
-  void Begin() override {
-    DaySamples::Begin();
-    energiesWh_.clear();
-  }
   [[nodiscard]] const std::vector<float>& EnergiesWh() const { return energiesWh_; }
 
  private:
@@ -70,13 +64,6 @@ class DayIntervals final : public DaySamples {
 /// Adds the intervals up by the hour.
 class HourSums final : public DaySamples {
  public:
-  void Begin() override {
-    DaySamples::Begin();
-    hours_.clear();
-    sumWh_ = 0.0F;
-    openHour_.reset();
-  }
-
   /// The hours of a list that has ended.
   [[nodiscard]] std::map<int, float> Finish() {
     // The last sample but one ends its hour, unless it is not a counted one.
@@ -114,7 +101,6 @@ class NearestSample final : public JsonRowSink {
 
   explicit NearestSample(End end) : end_(end) {}
 
-  void Begin() override { isKnown_ = false; }
   void Take(JsonRow row) override {
     if (isKnown_ && end_ == End::kFirst) return;
     isKnown_ = true;

@@ -31,8 +31,6 @@ class BookedDays : public JsonRowSink {
  public:
   explicit BookedDays(const DateTime& oldest) : oldest_(InstantOf(oldest)) {}
 
-  void Begin() override { days.clear(); }
-
   void Take(JsonRow row) override {
     const rapidjson::Value& key = row[0];
     const rapidjson::Value& value = row[1];
@@ -51,7 +49,6 @@ class BookedDays : public JsonRowSink {
 
 class RowCount : public JsonRowSink {
  public:
-  void Begin() override { count = 0; }
   void Take(JsonRow) override { ++count; }
 
   std::size_t count = 0;

@@ -25,8 +25,6 @@ class StoredRowCollector final : public JsonRowSink {
  public:
   explicit StoredRowCollector(const ReportingPeriod& period) : period_(period) {}
 
-  void Begin() override { store_ = {}; }
-
   void Take(JsonRow row) override {
     const rapidjson::Value& timeStamp = row[2];
     const rapidjson::Value& energy = row[3];

@@ -73,7 +73,6 @@ using ShownRows = std::vector<std::vector<std::string>>;
 /// Keeps all rows of a file.
 class ShownRowSink : public Wattleaf::JsonRowSink {
  public:
-  void Begin() override { rows.clear(); }
   void Take(Wattleaf::JsonRow row) override {
     std::vector<std::string>& shown = rows.emplace_back();
     for (const rapidjson::Value& value : row) shown.push_back(ShownMember(value));

@@ -146,20 +146,6 @@ TEST(ReadJsonRows, HoldsTheLimitsOfEveryFile) {
   EXPECT_EQ(Read("[1e-1000000000]").outcome, JsonRowsOutcome::kUnreadable);
 }
 
-TEST(ReadJsonRows, BeginsOnce) {
-  class BeginSink : public ShownRowSink {
-   public:
-    void Begin() override { ++begins; }
-    void Take(JsonRow) override { EXPECT_EQ(begins, 1); }
-    int begins = 0;
-  };
-  const ScratchFolder folder;
-  TestSupport::WriteBytes(folder.File("rows.json"), R"([{"Key":"e1234567890"},1])");
-  BeginSink sink;
-  EXPECT_EQ(ReadJsonRows(folder.File("rows.json").wstring(), kNames, sink), JsonRowsOutcome::kRows);
-  EXPECT_EQ(sink.begins, 1);
-}
-
 TEST(ReadJsonRows, CannotReadAFileWithRubbishAfterItsRoot) {
   EXPECT_EQ(Read("[1]" + std::string(70'000, ' ') + "e1234567890").outcome,
             JsonRowsOutcome::kUnreadable);

@@ -23,7 +23,6 @@ std::string At(const std::string& time, const std::string& power = "36") {
 
 /// Keeps what is asked of one sample.
 struct OneSample final : JsonRowSink {
-  void Begin() override {}
   void Take(JsonRow sample) override {
     isCounted = IsCountedSample(sample);
     watts = SamplePowerWatts(sample);
@@ -72,55 +71,6 @@ TEST(DayEnergy, HasNoLinkToANeighbourWhoseListEndsInTheMiddle) {
   EXPECT_EQ(energyOf(0, 0), kWhOf600Seconds);
   EXPECT_EQ(energyOf(1, 0), kWhOf300Seconds);
   EXPECT_EQ(energyOf(0, 1), kWhOf300Seconds);
-}
-
-// Such a file is first read by the fast stream, which passes on samples before it gives up.
-TEST(DayEnergy, CountsASampleOnceIfTheFileIsReadASecondTime) {
-  const std::string note = R"({"Note":")" + std::string(3U << 20, ' ') + R"("})";
-  FakeDays days{{kToday, List({At("10:00:00"), At("10:05:00"), At("10:10:00"), note, At("10:20:00"),
-                               At("10:25:00"), At("10:30:00")})}};
-  EXPECT_EQ(DayEnergyWh(Day(kToday), days.Reader()), 9.0F / 0.88F);
-  EXPECT_EQ(HourlyEnergyWh(Day(kToday), days.Reader()), (std::map<int, float>{{10, 9.0F / 0.88F}}));
-}
-
-// Each list begins a second time, with other samples.
-TEST(DayEnergy, ForgetsTheSamplesOfAListThatBeginsAgain) {
-  FakeDays first{{"2024-05-05", List({Sample("2024-05-05T23:55:00")})},
-                 {kToday, List({At("00:00:00"), At("10:05:00"), At("10:10:00"), At("10:15:00")})},
-                 {"2024-05-07", List({Sample("2024-05-07T00:00:00", "9999")})}};
-  FakeDays second{{kToday, List({At("00:00:00"), At("10:00:00"), At("23:55:00")})},
-                  {"2024-05-07", List({Sample("2024-05-07T00:00:00")})}};
-  const auto read = [&](const DateTime& day, JsonRowSink& sink) {
-    return first.Reader()(day, sink) && second.Reader()(day, sink);
-  };
-  // The link to the day after.
-  EXPECT_EQ(DayEnergyWh(Day(kToday), read), kWhOf300Seconds);
-}
-
-TEST(DayEnergy, IsZeroForAListThatBeginsAgainAndIsEmpty) {
-  FakeDays days{{"2024-05-05", List({Sample("2024-05-05T23:55:00")})},
-                {kToday, List({At("00:00:00")})}};
-  EXPECT_EQ(DayEnergyWh(Day(kToday), days.Reader()), kWhOf300Seconds);
-  const auto readTwice = [&](const DateTime& day, JsonRowSink& sink) {
-    return days.Reader()(day, sink) && (DateOf(day) != kToday || PassSamples("[]", sink));
-  };
-  EXPECT_EQ(DayEnergyWh(Day(kToday), readTwice), 0.0F);
-}
-
-TEST(HourlyEnergy, ForgetsTheSamplesOfAListThatBeginsAgain) {
-  const auto hoursOf = [](const std::string& first, const std::string& second) {
-    return HourlyEnergyWh(Day(kToday), [&](const DateTime&, JsonRowSink& sink) {
-      return PassSamples(first, sink) && PassSamples(second, sink);
-    });
-  };
-  using Hours = std::map<int, float>;
-  const std::string first =
-      List({At("09:00:00"), At("09:55:00"), At("10:00:00"), At("10:05:00"), At("10:10:00")});
-  EXPECT_EQ(hoursOf("[]", first), (Hours{{9, kWhOf300Seconds}, {10, kWhOf600Seconds}}));
-  // As many samples, none of which is counted.
-  EXPECT_EQ(hoursOf(first, "[1,2,3,4,5]"), Hours());
-  EXPECT_EQ(hoursOf(first, List({At("11:00:00"), At("12:00:00"), At("12:05:00")})),
-            (Hours{{12, kWhOf300Seconds}}));
 }
 
 TEST(DayEnergy, SkipsElementsWithoutAStringType) {

@@ -47,12 +47,6 @@ void CompareWithPlainReaders(const std::wstring& path) {
   if (sink.rows != TestSupport::RowsOfDocument(*plain, kNames)) std::abort();
 }
 
-void Write(const std::filesystem::path& path, const std::uint8_t* data, std::size_t size,
-           std::size_t blanks) {
-  std::ofstream(path, std::ios::binary)
-      << std::string(blanks, ' ') << std::string_view(reinterpret_cast<const char*>(data), size);
-}
-
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

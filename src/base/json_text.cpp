@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
-#include <utility>
 
 #include "base/json_limits.h"
 #include "base/wide_file.h"

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 

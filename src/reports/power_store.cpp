@@ -97,7 +97,8 @@ class StoreWriter {
   void WriteRow(const PowerLogRecord& row) {
     DateBuffer timeStamp;
     std::array<char, 20> energy;
-    const auto [end, error] = std::to_chars(energy.begin(), energy.end(), row.TotalEnergy);
+    const auto [end, error] =
+        std::to_chars(energy.data(), energy.data() + energy.size(), row.TotalEnergy);
     static_cast<void>(error);  // twenty characters hold every number
     WriteKey('{', kNameKey);
     text_ += names_.Of(row.Name);
@@ -108,7 +109,7 @@ class StoreWriter {
     text_ += WriteTimeStamp(row.TimeStamp.fields, timeStamp);
     text_ += '"';
     WriteKey(',', kTotalEnergyKey);
-    text_.append(energy.begin(), end);
+    text_.append(energy.data(), end);
     text_ += '}';
   }
 

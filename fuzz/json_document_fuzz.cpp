@@ -34,12 +34,11 @@ JsonRowsOutcome ExpectedOutcome(const GenericDocument* document) {
   return document->IsArray() ? JsonRowsOutcome::kRows : JsonRowsOutcome::kNoArray;
 }
 
-/// Documents that contain NaN, which nothing here can read, would differ from themselves.
 void CompareWithPlainReaders(const std::wstring& path) {
   const auto fast = Load(path);
   const auto plain = TestSupport::DocumentByCharacters(path);
   if ((fast == nullptr) != (plain == nullptr)) std::abort();
-  if (fast && !(*fast == *plain)) std::abort();
+  if (fast && TestSupport::WrittenJson(*fast) != TestSupport::WrittenJson(*plain)) std::abort();
 
   TestSupport::ShownRowSink sink;
   if (ReadJsonRows(path, kNames, sink) != ExpectedOutcome(plain.get())) std::abort();

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <rapidjson/document.h>
+#include <rapidjson/stringbuffer.h>
+#include <rapidjson/writer.h>
 
 #include <algorithm>
 #include <memory>
@@ -43,6 +45,15 @@ namespace TestSupport {
   auto document = std::make_unique<Wattleaf::GenericDocument>();
   if (document->ParseStream(stream).HasParseError() || stream.Refused()) return nullptr;
   return NestingOf(*document) <= Wattleaf::kDeepestJsonNesting ? std::move(document) : nullptr;
+}
+
+/// The document written out. Documents are compared by it, since RapidJSON's operator== finds
+/// objects that repeat a name unequal even to themselves.
+[[nodiscard]] inline std::string WrittenJson(const rapidjson::Value& value) {
+  rapidjson::StringBuffer buffer;
+  rapidjson::Writer<rapidjson::StringBuffer> writer(buffer);
+  if (!value.Accept(writer)) return "not writable after " + std::to_string(buffer.GetSize());
+  return {buffer.GetString(), buffer.GetSize()};
 }
 
 /// One member of a row as text: "null", "string ...", "number ..." with its exact value, "other".

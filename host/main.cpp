@@ -33,8 +33,8 @@ std::vector<std::string> CommandLineArguments() {
 
 int Run(const WattleafHost::Options& options) {
   try {
-    return options.oneCommand ? WattleafHost::RunSingleCommand(options)
-                              : WattleafHost::ServeOnce(options);
+    return std::visit([&](const auto& request) { return WattleafHost::Run(request, options); },
+                      options.request);
   } catch (const std::exception& failure) {
     WattleafHost::Notice(failure.what());
     return WattleafHost::kNoService;

@@ -3,6 +3,8 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <iostream>
+#include <memory>
+#include <utility>
 
 #include "places.h"
 
@@ -32,6 +34,35 @@ std::string CheckIconFolder(const std::string& folder) {
   return folder.find('?') == std::string::npos ? "" : "the name of a folder cannot contain '?'";
 }
 
+/// Makes a subcommand whose options fill a request of its own, which `options` gets if the
+/// subcommand is the chosen one.
+template <typename Request>
+std::pair<CLI::App*, Request&> AddSubcommand(CLI::App& app, Options& options, const char* name,
+                                             const char* description) {
+  CLI::App* const subcommand = app.add_subcommand(name, description);
+  const auto request = std::make_shared<Request>();
+  subcommand->callback([&options, request] { options.request = *request; });
+  return {subcommand, *request};
+}
+
+void AddServeOnce(CLI::App& app, Options& options) {
+  auto [serveOnce, request] =
+      AddSubcommand<ServeOnceRequest>(app, options, "serve-once", kServeOnce);
+  serveOnce->add_flag("--real-time", request.realTime,
+                      "Let the worker sleep its 90 seconds instead of skipping them");
+  serveOnce
+      ->add_option("--limit", request.limitSeconds, "The longest wait for the pass, in seconds")
+      ->check(CLI::Range(1U, 86400U))
+      ->capture_default_str();
+}
+
+void AddCommand(CLI::App& app, Options& options) {
+  auto [command, request] = AddSubcommand<CommandRequest>(app, options, "command", kCommand);
+  command->add_option("N", request.number, "The command's number, 1 to 10")->required();
+  command->add_option("INPUT", request.input, "The command's input; only 2 reads it (FOLDER?DAYS)");
+  command->footer(kCommandFooter);
+}
+
 void AddOptions(CLI::App& app, Options& options) {
   // Set before the subcommands are added, which inherit it: --json may follow them too.
   app.fallthrough();
@@ -48,20 +79,8 @@ void AddOptions(CLI::App& app, Options& options) {
       ->check(CLI::Range(0U, 36500U))
       ->capture_default_str();
 
-  CLI::App* serveOnce = app.add_subcommand("serve-once", kServeOnce);
-  serveOnce->add_flag("--real-time", options.realTime,
-                      "Let the worker sleep its 90 seconds instead of skipping them");
-  serveOnce
-      ->add_option("--limit", options.limitSeconds, "The longest wait for the pass, in seconds")
-      ->check(CLI::Range(1U, 86400U))
-      ->capture_default_str();
-
-  CLI::App* command = app.add_subcommand("command", kCommand);
-  command->add_option("N", options.number, "The command's number, 1 to 10")->required();
-  command->add_option("INPUT", options.input, "The command's input; only 2 reads it (FOLDER?DAYS)");
-  command->footer(kCommandFooter);
-  command->callback([&options] { options.oneCommand = true; });
-
+  AddServeOnce(app, options);
+  AddCommand(app, options);
   app.require_subcommand(1);
   app.footer(kFooter);
 }

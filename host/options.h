@@ -17,22 +17,30 @@ inline constexpr int kNoPass = 3;
 /// The library cannot be loaded, or it threw an exception.
 inline constexpr int kNoService = 4;
 
+/// serve-once.
+struct ServeOnceRequest {
+  /// The worker sleeps its 90 seconds. The sleep of a day after the pass ends the wait.
+  bool realTime = false;
+  /// The longest wait for the pass.
+  unsigned int limitSeconds = 900;
+};
+
+/// command N [INPUT].
+struct CommandRequest {
+  unsigned int number = 0;
+  /// Nothing if no input was given.
+  std::optional<std::string> input;
+};
+
 /// The command line. Texts are UTF-8.
 struct Options {
   bool json = false;
   bool simulateCalls = true;
-  /// serve-once: the worker sleeps its 90 seconds. The sleep of a day after the pass ends the wait.
-  bool realTime = false;
-  /// serve-once: the longest wait for the pass.
-  unsigned int limitSeconds = 900;
-  /// True for the subcommand command, false for serve-once.
-  bool oneCommand = false;
-  unsigned int number = 0;
-  /// command: nothing if no input was given.
-  std::optional<std::string> input;
-  /// The input of command 2, unless `input` has one.
+  /// The input of command 2, unless the request has its own.
   std::string iconFolder;
   unsigned int days = 30;
+  /// The subcommand with its own options.
+  std::variant<ServeOnceRequest, CommandRequest> request;
 };
 
 /// The program must end with this status; help, version or usage has been printed.

@@ -28,8 +28,8 @@ std::string PassText(PassEnd end) {
   return {};
 }
 
-void NoticeDelay(const Options& options) {
-  Notice(options.realTime
+void NoticeDelay(const ServeOnceRequest& request) {
+  Notice(request.realTime
              ? "the worker starts after its 90 seconds (--real-time)"
              : "the worker's 90 seconds and its sleep of a day are skipped (--real-time waits)");
 }
@@ -45,10 +45,10 @@ void NoticeEnd(PassEnd end, unsigned int limitSeconds) {
 
 /// The replaced entries of the library's import table.
 struct Replacements {
-  Replacements(HMODULE module, const Options& options)
+  Replacements(HMODULE module, const ServeOnceRequest& request, const Options& options)
       : simulated(module, options.simulateCalls),
         watch(module,
-              options.realTime ? SleepWatch::Delay::kRealTime : SleepWatch::Delay::kSkipped) {}
+              request.realTime ? SleepWatch::Delay::kRealTime : SleepWatch::Delay::kSkipped) {}
 
   Standin::SimulatedCalls simulated;
   SleepWatch watch;
@@ -56,22 +56,22 @@ struct Replacements {
 
 /// Starts the service. Kept on purpose: the worker runs until the process ends, so the functions
 /// that it calls are never restored.
-Replacements& StartService(LoadedService& service, const Options& options) {
-  auto replacements = std::make_unique<Replacements>(service.Module(), options);
-  NoticeDelay(options);
+Replacements& StartService(LoadedService& service, const ServeOnceRequest& request,
+                           const Options& options) {
+  auto replacements = std::make_unique<Replacements>(service.Module(), request, options);
+  NoticeDelay(request);
   service.Start();
   return *replacements.release();
 }
 
-PassEnd WaitForOnePass(SleepWatch& watch, const Options& options) {
+PassEnd WaitForOnePass(SleepWatch& watch, const ServeOnceRequest& request) {
   ProgressLine progress("waiting for the pass");
-  return watch.WaitForPass(std::chrono::seconds(options.limitSeconds),
+  return watch.WaitForPass(std::chrono::seconds(request.limitSeconds),
                            [&progress](std::chrono::seconds elapsed) { progress.Update(elapsed); });
 }
 
-/// The user's input; without one, command 2 gets the icon folder and the days.
-std::string InputOf(unsigned int number, const Options& options) {
-  if (options.input) return *options.input;
+/// Without an input of the user, command 2 gets the icon folder and the days.
+std::string DefaultInput(unsigned int number, const Options& options) {
   if (number != NumberOf(Command::kTopApplications)) return {};
   return RankingInput(options.iconFolder, options.days);
 }
@@ -82,7 +82,7 @@ std::vector<Answer> RunCommands(LoadedService& service, PassEnd end, const Optio
   for (const CommandFacts& facts : kCommandFacts) {
     if (end == PassEnd::kStillRunning && facts.waitsForPass) continue;
     const unsigned int number = NumberOf(facts.command);
-    answers.push_back(service.Run(number, InputOf(number, options)));
+    answers.push_back(service.Run(number, DefaultInput(number, options)));
   }
   return answers;
 }
@@ -128,20 +128,20 @@ void PrintReport(const Report& report) {
 }
 
 /// The result as chart or table; empty for a text that is neither, which has been printed already.
-std::string Details(const Answer& answer, const Options& options) {
+std::string Details(const Answer& answer, const std::string& input) {
   const auto* ranking = std::get_if<Ranking>(&answer.value);
   if (ranking == nullptr) return AnswerChart(answer);
-  return RankingTable(*ranking, DaysOfInput(InputOf(answer.number, options)), &IsFile);
+  return RankingTable(*ranking, DaysOfInput(input), &IsFile);
 }
 
-void PrintAnswer(const Answer& answer, const Options& options) {
+void PrintAnswer(const Answer& answer, const std::string& input) {
   const std::string name = "command " + std::to_string(answer.number) + ": ";
   if (!HasResult(answer)) {
     Notice(name + "status " + StatusText(answer.status) + ", " + StatusMeaning(answer));
     return;
   }
   Print(answer.text + "\n");
-  const std::string details = Details(answer, options);
+  const std::string details = Details(answer, input);
   if (!details.empty()) Print("\n" + details);
   const CommandFacts* facts = FindCommand(answer.number);
   if (facts != nullptr && facts->readsLedger) {
@@ -151,11 +151,11 @@ void PrintAnswer(const Answer& answer, const Options& options) {
 
 }  // namespace
 
-int ServeOnce(const Options& options) {
+int Run(const ServeOnceRequest& request, const Options& options) {
   LoadedService service;
-  Replacements& replacements = StartService(service, options);
-  const PassEnd end = WaitForOnePass(replacements.watch, options);
-  NoticeEnd(end, options.limitSeconds);
+  Replacements& replacements = StartService(service, request, options);
+  const PassEnd end = WaitForOnePass(replacements.watch, request);
+  NoticeEnd(end, request.limitSeconds);
 
   Report report = StartReport(service, replacements.simulated, options);
   report.pass = PassText(end);
@@ -170,16 +170,17 @@ int ServeOnce(const Options& options) {
   return haveResults ? kDone : kCommandFailed;
 }
 
-int RunSingleCommand(const Options& options) {
+int Run(const CommandRequest& request, const Options& options) {
   LoadedService service;
   const Standin::SimulatedCalls simulated(service.Module(), options.simulateCalls);
-  const Answer answer = service.Run(options.number, InputOf(options.number, options));
+  const std::string input = request.input.value_or(DefaultInput(request.number, options));
+  const Answer answer = service.Run(request.number, input);
   if (options.json) {
     Report report = StartReport(service, simulated, options);
     report.answers = {answer};
     Print(ToJson(report) + "\n");
   } else {
-    PrintAnswer(answer, options);
+    PrintAnswer(answer, input);
   }
   return HasResult(answer) ? kDone : kCommandFailed;
 }

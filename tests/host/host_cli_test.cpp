@@ -1,10 +1,14 @@
+#include <windows.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <rapidjson/document.h>
 
+#include <array>
 #include <string>
 
 #include "host_process.h"
+#include "support/temp_folder.h"
 
 using testing::EndsWith;
 using testing::HasSubstr;
@@ -18,6 +22,13 @@ rapidjson::Document Parse(const HostRun& run) {
   document.Parse(run.output.c_str());
   EXPECT_FALSE(document.HasParseError()) << run.output;
   return document;
+}
+
+std::wstring ProgramFolder() {
+  std::array<wchar_t, MAX_PATH> path{};
+  GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size() - 1));
+  const std::wstring self = path.data();
+  return self.substr(0, self.find_last_of(L'\\'));
 }
 
 }  // namespace
@@ -127,4 +138,18 @@ TEST(HostJson, ListsTheSimulatedCallsUnlessTheyAreTurnedOff) {
     EXPECT_GT(call["name"].GetStringLength(), 0u);
     EXPECT_GT(call["reason"].GetStringLength(), 0u);
   }
+}
+
+TEST(HostProgram, StartsWithoutLoggingDllAndSaysThatTheLibraryCannotBeLoaded) {
+  const TestSupport::TempFolder folder;
+  for (const wchar_t* name : {L"wattleaf_host.exe", L"WattleafService.dll", L"libstdc++-6.dll",
+                              L"libgcc_s_seh-1.dll", L"libwinpthread-1.dll"}) {
+    // With MSVC there are no runtime libraries beside the programs.
+    CopyFileW((ProgramFolder() + L"\\" + name).c_str(), folder.File(name).c_str(), FALSE);
+  }
+  const HostRun run =
+      TestSupport::RunProgram(folder.File(L"wattleaf_host.exe"), {L"command", L"8"});
+  EXPECT_EQ(run.exitStatus, 4u);
+  EXPECT_THAT(run.errors, HasSubstr("wattleaf_host: cannot load "));
+  EXPECT_THAT(run.errors, HasSubstr("\\WattleafService.dll (Windows error "));
 }

@@ -16,6 +16,8 @@ install(TARGETS WattleafService EXPORT WattleafServiceTargets
 if(WATTLEAF_RUNTIME_FILES)
   install(PROGRAMS ${WATTLEAF_RUNTIME_FILES} DESTINATION "${CMAKE_INSTALL_BINDIR}")
 endif()
+# The forms of the answers and of both stores, for programs that read them.
+install(DIRECTORY "${CMAKE_SOURCE_DIR}/docs/schemas" DESTINATION "${CMAKE_INSTALL_DATADIR}/WattleafService")
 install(EXPORT WattleafServiceTargets NAMESPACE WattleafService:: DESTINATION "${package_folder}")
 
 file(CONFIGURE OUTPUT "${CMAKE_BINARY_DIR}/WattleafServiceConfig.cmake" @ONLY CONTENT [[

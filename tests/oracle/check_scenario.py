@@ -1,6 +1,6 @@
 """Runs the service through scenarios on the simulated notebook and compares its results with those of
-the oracle, byte by byte: the files of the data folder, the texts of the commands and the icons. Of the
-icon of a program it checks only that the file exists and is a PNG file.
+the oracle, byte by byte: the files of the data folder, the texts of the commands and the icons. The
+stores and the texts must also keep the published schemas. Of the icon of a program it checks only that the file exists and is a PNG file.
 
 check_scenario.py --zone ZONE --build BUILD_FOLDER --program ORACLE_SCENARIO_EXE
                   [--seed SEED] EMULATOR...
@@ -18,13 +18,21 @@ import time
 from dataclasses import dataclass
 from pathlib import Path
 
-from app_answers import AppEnergy
+from app_answers import NO_ANSWER, AppEnergy
 from commands import answers
 from ledger import DataFolder, Ledger, run_pass
 from local_calendar import LocalCalendar
 from reports_seen import ReportsSeen
 from samples_seen import SamplesSeen
 from scenarios import scenarios_of
+from schemas import (
+    LEDGER,
+    STORE,
+    TOP_APPLICATIONS,
+    is_cut_off_ranking,
+    schema_of_command,
+    violation,
+)
 
 HOME = "Program Files/Wattleaf"
 DATA_FOLDER = "ProgramData/ZQ/TelemetryDataCollector/PCMCollector"
@@ -184,11 +192,14 @@ def compare(scene, process, output):
         scene.folder.show_truth(truth)
         run_pass(scene.calendar, scene.folder, ledger, one.now)
         files.compare("ledger.json", scene.folder.ledger_text)
+        files.validate("ledger.json", LEDGER)
         compare_app_energy(scene, one, files)
         files.compare("names.txt", names_in(scene.folder, scene.app_energy))
         for now in [one.now, *one.queries]:
             for command, text in answers(scene.calendar, scene.folder, ledger, now).items():
-                files.compare(f"at{now}-command{command}.txt", text)
+                name = f"at{now}-command{command}.txt"
+                files.compare(name, text)
+                files.validate(name, schema_of_command(command))
         texts += files.agreed
     return texts
 
@@ -200,10 +211,13 @@ def compare_app_energy(scene, one, files):
     scene.app_energy.run_pass(one.now, report, int(one.tool.status))
     if scene.app_energy.store_text() is not None:
         files.compare("store.json", scene.app_energy.store_text())
+        files.validate("store.json", STORE)
     for days, now in one.rankings:
         name = f"at{now}-days{days}.txt"
         answer = files.read(name)
         files.compare(name, scene.app_energy.answer(now, days, answer))
+        if answer != NO_ANSWER and not is_cut_off_ranking(answer):
+            files.validate(name, schema_of_command(TOP_APPLICATIONS))
         scene.reports_seen.add_answer(days, answer)
 
 
@@ -228,6 +242,12 @@ class PassFiles:
     def compare(self, name, expected):
         expect(f"{self._start.parent.name}, {self._path(name).name}", expected, self.read(name))
         self.agreed += 1
+
+    def validate(self, name, schema):
+        """Bytes that are not UTF-8, which the store may have in its names, are replaced."""
+        found = violation(schema, self.read_bytes(name).decode(errors="replace"))
+        if found is not None:
+            raise Difference(f"{self._path(name).name} violates the schema {schema}: {found}")
 
     def _path(self, name):
         return self._start.with_name(self._start.name + name)

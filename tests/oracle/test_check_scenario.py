@@ -49,6 +49,19 @@ class Files(unittest.TestCase):
         with self.assertRaisesRegex(Difference, "pass1-store.json differs at character 3"):
             self.files.compare("store.json", "[1,3]\n")
 
+    def test_a_file_that_violates_its_schema_is_a_difference(self):
+        self.path.write_bytes(b'[{"Key":"2026-03-10","Value":0.5}]')
+        self.files.validate("store.json", "power-consumption")
+        self.path.write_bytes(b'[{"Key":"2026-03-10","Value":"0.5"}]')
+        with self.assertRaisesRegex(Difference, "pass1-store.json violates .* power-consumption"):
+            self.files.validate("store.json", "power-consumption")
+
+    def test_bytes_that_are_not_utf8_do_not_violate_a_schema(self):
+        self.path.write_bytes(
+            b'[{"Name":"\xff","DisplayName":"\xfc","TimeStamp":"2026-11-14:02:10:46","TotalEnergy":1}]'
+        )
+        self.files.validate("store.json", "powerlog")
+
     def test_a_missing_file_is_a_difference(self):
         self.assertIsNone(self.files.read_bytes("report.xml"))
         with self.assertRaisesRegex(Difference, "pass1-store.json is missing"):

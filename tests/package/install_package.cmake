@@ -1,4 +1,4 @@
-# Installs BUILD into the empty folder PACKAGE and checks what was installed.
+# Installs BUILD into the empty folder PACKAGE and checks what was installed. SCHEMAS is their folder in the source.
 file(REMOVE_RECURSE "${PACKAGE}")
 execute_process(COMMAND "${CMAKE_COMMAND}" --install "${BUILD}" --prefix "${PACKAGE}" --config "${CONFIG}"
   RESULT_VARIABLE status OUTPUT_VARIABLE output ERROR_VARIABLE output)
@@ -50,7 +50,13 @@ if(NOT headers STREQUAL wanted)
   message(SEND_ERROR "The package has the headers\n${headers}\ninstead of\n${wanted}")
 endif()
 
+file(GLOB wanted RELATIVE "${SCHEMAS}" "${SCHEMAS}/*.json")
+file(GLOB schemas RELATIVE "${PACKAGE}/share/WattleafService/schemas" "${PACKAGE}/share/WattleafService/schemas/*")
+if(NOT wanted OR NOT schemas STREQUAL wanted)
+  message(SEND_ERROR "The package has the schemas \"${schemas}\" instead of \"${wanted}\".")
+endif()
+
 file(GLOB folders RELATIVE "${PACKAGE}" "${PACKAGE}/*")
-if(NOT folders STREQUAL "bin;include;lib")
-  message(SEND_ERROR "The package holds \"${folders}\" instead of bin, include and lib alone.")
+if(NOT folders STREQUAL "bin;include;lib;share")
+  message(SEND_ERROR "The package holds \"${folders}\" instead of bin, include, lib and share alone.")
 endif()

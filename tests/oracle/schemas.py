@@ -1,0 +1,46 @@
+"""The published JSON Schemas of the answers and stores (docs/schemas), and whether a text keeps them."""
+
+import json
+from pathlib import Path
+
+from jsonschema import Draft202012Validator
+
+FOLDER = Path(__file__).resolve().parents[2] / "docs" / "schemas"
+TOP_APPLICATIONS = 2
+LEDGER = "power-consumption"
+STORE = "powerlog"
+
+
+def schema_names():
+    return sorted(path.stem for path in FOLDER.glob("*.json"))
+
+
+def schema_of_command(number):
+    """The name of the schema for the answers of a command."""
+    [name] = [name for name in schema_names() if name.startswith(f"command-{number}-")]
+    return name
+
+
+def read_schema(name):
+    return json.loads((FOLDER / f"{name}.json").read_text(encoding="utf-8"))
+
+
+def violation(name, text):
+    """The first violation of the schema by `text`, or None. Python's NaN and Infinity are not JSON."""
+    try:
+        value = json.loads(text, parse_constant=_refuse)
+    except ValueError as error:
+        return f"not JSON: {error}"
+    validator = Draft202012Validator(read_schema(name))
+    for error in validator.iter_errors(value):
+        return f"{error.json_path}: {error.message}"
+    return None
+
+
+def is_cut_off_ranking(text):
+    """The documented form of a ranking whose energies add up to 0, which is not JSON."""
+    return text.startswith('[{"Name":"') and text.endswith('"Value":')
+
+
+def _refuse(constant):
+    raise ValueError(constant)

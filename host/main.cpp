@@ -12,6 +12,7 @@
 
 #include "base/utf8_text.h"
 #include "console.h"
+#include "file_failure.h"
 #include "options.h"
 #include "platform/win32/owners.h"
 #include "subcommands.h"
@@ -35,6 +36,9 @@ int Run(const WattleafHost::Options& options) {
   try {
     return std::visit([&](const auto& request) { return WattleafHost::Run(request, options); },
                       options.request);
+  } catch (const WattleafHost::FileFailure& failure) {
+    WattleafHost::Notice(failure.what());
+    return WattleafHost::kFileFailed;
   } catch (const std::exception& failure) {
     WattleafHost::Notice(failure.what());
     return WattleafHost::kNoService;

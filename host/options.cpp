@@ -18,7 +18,8 @@ constexpr const char* kDescription =
 
 constexpr const char* kFooter =
     "Exit status: 0 done; 1 a command returned a status other than 0; 2 wrong arguments;\n"
-    "3 no pass was completed (serve-once); 4 the library cannot be loaded or failed.";
+    "3 no pass was completed (serve-once); 4 the library cannot be loaded or failed;\n"
+    "5 a file cannot be read or written.";
 
 constexpr const char* kServeOnce = "Start collection, wait for one pass, run all ten commands";
 

@@ -16,6 +16,8 @@ inline constexpr int kWrongArguments = 2;
 inline constexpr int kNoPass = 3;
 /// The library cannot be loaded, or it threw an exception.
 inline constexpr int kNoService = 4;
+/// A file or folder that the program itself needs cannot be read or written (file_failure.h).
+inline constexpr int kFileFailed = 5;
 
 /// serve-once.
 struct ServeOnceRequest {

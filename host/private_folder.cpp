@@ -85,8 +85,8 @@ std::wstring MakePrivateFolder() {
   if (!descriptor) ThrowNoFolder(place, GetLastError());
   SECURITY_ATTRIBUTES security{sizeof(security), descriptor.get(), FALSE};
   const std::wstring stem = place + L"wattleaf-host-" + std::to_wstring(GetCurrentProcessId());
-  // A folder of that name may be left from a process that was killed, or be somebody's trap: an
-  // existing one is never used.
+  // A killed process may have left a folder of that name, or another user may have made it: an
+  // existing folder is never used.
   constexpr int kMostTries = 1000;
   for (int number = 0; number < kMostTries; ++number) {
     const std::wstring folder = stem + L"-" + std::to_wstring(number);

@@ -1,0 +1,173 @@
+#include "take_snapshot.h"
+
+#include <windows.h>
+
+#include <array>
+#include <map>
+#include <utility>
+
+#include "application_shares.h"
+#include "base/byte_text.h"
+#include "base/json_rows.h"
+#include "base/local_calendar.h"
+#include "base/plain_file.h"
+#include "base/utf8_text.h"
+#include "catalogue/app_identity.h"
+#include "catalogue/desktop_apps.h"
+#include "catalogue/icon_export.h"
+#include "catalogue/package_logo.h"
+#include "catalogue/package_manager.h"
+#include "catalogue/packaged_apps.h"
+#include "data_copy.h"
+#include "ledger/day_energy.h"
+#include "ledger/ledger_file.h"
+#include "ledger/sample_energy.h"
+#include "ledger/sample_reader.h"
+#include "platform/wmi/platform_probes.h"
+#include "platform/wmi/support_decision.h"
+#include "reports/power_store.h"
+
+namespace WattleafHost {
+
+namespace {
+
+namespace WMI = Zq::Gantry::Server::Shared::WMI;
+using namespace Zq::Gantry::Server::Services::Wattleaf;
+
+std::string ComputerName() {
+  std::array<wchar_t, 256> name{};
+  auto length = static_cast<DWORD>(name.size());
+  if (!GetComputerNameExW(ComputerNamePhysicalDnsHostname, name.data(), &length)) return {};
+  return ToUtf8({name.data(), length});
+}
+
+std::string ZoneName() {
+  DYNAMIC_TIME_ZONE_INFORMATION zone{};
+  if (GetDynamicTimeZoneInformation(&zone) == TIME_ZONE_ID_INVALID) return {};
+  return ToUtf8(zone.TimeZoneKeyName);
+}
+
+/// Receives rows without keeping them.
+class NoRows final : public JsonRowSink {
+ public:
+  void Take(JsonRow) override {}
+};
+
+/// Copies the days of the ledger into `inputs`, or says why there are none.
+void ReadLedger(DataCopy& copy, const DateTime& today, SnapshotInputs& inputs) {
+  const std::wstring path = copy.File(kLedgerFileName);
+  if (!copy.Add(kLedgerFileName)) {
+    inputs.ledgerProblem = copy.FindLeftOut(kLedgerFileName) ? kLedgerUnreadable : kNoLedger;
+    return;
+  }
+  NoRows none;
+  if (ReadJsonRows(path, {}, none) != JsonRowsOutcome::kRows) {
+    inputs.ledgerProblem = kLedgerUnreadable;
+    return;
+  }
+  LoadLedger(path, OldestDay(today), inputs.ledger);
+}
+
+/// The energy by hour of one day, as command 4 works it out.
+std::map<int, float> ReadHours(DataCopy& copy, const DateTime& day) {
+  copy.AddSamplesOf(day);
+  const auto decrypt = [](const std::wstring& path) {
+    static_cast<void>(DecryptSampleFile(path));  // The result is always false.
+  };
+  return HourlyEnergyWh(day, [&](const DateTime& wanted, JsonRowSink& samples) {
+    auto outcome = JsonRowsOutcome::kUnreadable;
+    const auto read = [&](const std::wstring& path) {
+      outcome = ReadJsonRows(path, kSampleMembers, samples);
+    };
+    return UseSamplesOfDay(copy.Folder(), wanted, decrypt, read) &&
+           outcome == JsonRowsOutcome::kRows;
+  });
+}
+
+/// Makes no icons.
+class NoIcons final : public IconMaker {
+ public:
+  std::string ExportAppIcon(const std::string&, const IconFile&) override { return {}; }
+  bool CopyLogo(const std::string&, const std::string&) override { return false; }
+};
+
+std::string SystemDrivePath() {
+  std::array<char, 1024> path{};
+  const auto capacity = static_cast<DWORD>(path.size() - 1);
+  if (QueryDosDeviceA(kSystemDrive, path.data(), capacity) == 0) return {};
+  return path.data();  // the first of several texts
+}
+
+/// Only their logos matter to a ranking, so that a failure leaves icons out and nothing else.
+PackagedApps FindPackagedApps() {
+  PackagedApps apps;
+  const auto readManifest = [](const std::wstring& path, std::wstring& logo) {
+    if (auto named = TryReadManifestLogo(path)) logo = std::move(*named);
+  };
+  try {
+    AddPackagedApps(
+        *FindAllPackages(), readManifest, [] {}, apps);
+  } catch (...) {
+    return {};
+  }
+  return apps;
+}
+
+std::optional<ApplicationShares> Rank(const StoredRows& store, const SnapshotRequest& request) {
+  DesktopApps desktopApps;
+  AddInstalledPrograms(desktopApps);
+  if (request.iconFolder.empty()) {
+    const PackagedApps none;
+    NoIcons icons;
+    return TryShareOut(store, {desktopApps, none, {}, icons}, request.days);
+  }
+  static_cast<void>(CreateDirectoryTree(request.iconFolder));
+  const PackagedApps packagedApps = FindPackagedApps();
+  SystemIconMaker icons(SystemDrivePath());
+  const std::wstring& folder = request.iconFolder;
+  const std::string narrow = NarrowChars(folder.data(), folder.data() + folder.size());
+  return TryShareOut(store, {desktopApps, packagedApps, narrow, icons}, request.days);
+}
+
+void ReadApplications(DataCopy& copy, const DateTime& now, const SnapshotRequest& request,
+                      SnapshotInputs& inputs) {
+  if (!copy.Add(kPowerStoreFileName)) {
+    inputs.applicationsProblem =
+        copy.FindLeftOut(kPowerStoreFileName) ? kStoreUnreadable : kNoStore;
+    return;
+  }
+  const ReportingPeriod period(now, static_cast<std::int32_t>(request.days));
+  const auto store = TryReadPowerStore(copy.File(kPowerStoreFileName), period);
+  if (!store) {
+    inputs.applicationsProblem = kStoreUnreadable;
+    return;
+  }
+  inputs.applications = Rank(*store, request);
+  if (!inputs.applications) inputs.applicationsProblem = kNoEnergy;
+}
+
+}  // namespace
+
+Snapshot TakeSnapshot(const SnapshotRequest& request) {
+  SnapshotInputs inputs;
+  inputs.hostVersion = WATTLEAF_HOST_VERSION;
+  inputs.machine = ComputerName();
+  inputs.zone = ZoneName();
+  inputs.now = CurrentInstant();
+  inputs.supportState =
+      WMI::DecidePlatformSupport(WMI::ReadBiosPlatformFlag, WMI::FindCarbonSupportOemString);
+
+  const DateTime now = LocalTimeOf(inputs.now);
+  DateTime today = now;
+  today.tm_hour = 0;
+  today.tm_min = 0;
+  today.tm_sec = 0;
+  DataCopy copy(request.dataFolder);
+  ReadLedger(copy, today, inputs);
+  inputs.yesterdayWh = ReadHours(copy, ShiftKeepingHour(now, -kSecondsPerDay));
+  inputs.todayWh = ReadHours(copy, now);
+  ReadApplications(copy, now, request, inputs);
+  return MakeSnapshot(inputs);
+}
+
+}  // namespace WattleafHost

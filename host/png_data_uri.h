@@ -1,0 +1,16 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace WattleafHost {
+
+/// The largest file that becomes part of a page.
+inline constexpr std::size_t kMostIconBytes = 256U * 1024U;
+
+/// "data:image/png;base64,..."; empty if `bytes` do not begin as a PNG file does, or are more than
+/// kMostIconBytes.
+[[nodiscard]] std::string PngDataUri(std::string_view bytes);
+
+}  // namespace WattleafHost

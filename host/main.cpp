@@ -12,6 +12,7 @@
 
 #include "base/utf8_text.h"
 #include "console.h"
+#include "explain.h"
 #include "file_failure.h"
 #include "options.h"
 #include "platform/win32/owners.h"

@@ -6,6 +6,8 @@
 #include <memory>
 #include <utility>
 
+#include "base/calendar.h"
+#include "base/date_text.h"
 #include "places.h"
 
 namespace WattleafHost {
@@ -29,6 +31,23 @@ constexpr const char* kCommandFooter =
     "Collection is not started. Command 4 reads the sample files on disk; 7 probes the platform;\n"
     "1, 3, 5 and 6 read the ledger in memory, which only a pass of serve-once fills. 2 reads the\n"
     "store of application energy, but without a pass it finds no desktop programs and no logos.";
+
+constexpr const char* kExplain = "Explain the energy of a day or of an hour; changes nothing";
+
+constexpr const char* kExplainFooter =
+    "Shows which intervals between samples are booked and which are not, the sum, and the "
+    "ledger's\n"
+    "value beside it. An hour is explained as command 4 computes it. Works on a private copy of\n"
+    "the data folder. Example: wattleaf_host explain 2026-11-17";
+
+/// Empty for a date of the calendar, "2026-11-22".
+std::string CheckDate(const std::string& text) {
+  using namespace Zq::Gantry::Server::Services::Wattleaf;
+  DateTime day;
+  ParseDateTime(day, text.c_str(), kDateFormat);
+  return FormatDateTime(day, kDateFormat) == text ? ""
+                                                  : "'" + text + "' is no date like 2026-11-22";
+}
 
 /// Command 2 reads everything after the first "?" as the days.
 std::string CheckIconFolder(const std::string& folder) {
@@ -64,6 +83,17 @@ void AddCommand(CLI::App& app, Options& options) {
   command->footer(kCommandFooter);
 }
 
+void AddExplain(CLI::App& app, Options& options) {
+  auto [explain, request] = AddSubcommand<ExplainRequest>(app, options, "explain", kExplain);
+  explain->add_option("DAY", request.date, "The date, such as 2026-11-17")
+      ->required()
+      ->check(CheckDate);
+  explain->add_option("HOUR", request.hour, "The hour, 0 to 23; without it the whole day")
+      ->check(CLI::Range(0, 23));
+  explain->add_flag("--each", request.eachInterval, "A line for each interval");
+  explain->footer(kExplainFooter);
+}
+
 void AddOptions(CLI::App& app, Options& options) {
   // Set before the subcommands are added, which inherit it: --json may follow them too.
   app.fallthrough();
@@ -82,6 +112,7 @@ void AddOptions(CLI::App& app, Options& options) {
 
   AddServeOnce(app, options);
   AddCommand(app, options);
+  AddExplain(app, options);
   app.require_subcommand(1);
   app.footer(kFooter);
 }

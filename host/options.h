@@ -34,6 +34,15 @@ struct CommandRequest {
   std::optional<std::string> input;
 };
 
+/// explain DAY [HOUR].
+struct ExplainRequest {
+  std::string date;  ///< a date of the calendar, "2026-11-22"
+  /// 0 to 23; nothing for the whole day.
+  std::optional<int> hour;
+  /// One line for each interval instead of one for neighbours with the same fate.
+  bool eachInterval = false;
+};
+
 /// The command line. Texts are UTF-8.
 struct Options {
   bool json = false;
@@ -42,7 +51,7 @@ struct Options {
   std::string iconFolder;
   unsigned int days = 30;
   /// The subcommand with its own options.
-  std::variant<ServeOnceRequest, CommandRequest> request;
+  std::variant<ServeOnceRequest, CommandRequest, ExplainRequest> request;
 };
 
 /// The program must end with this status; help, version or usage has been printed.

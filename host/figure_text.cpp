@@ -37,7 +37,7 @@ std::string Grouped(std::string text) {
   const std::size_t first = text.front() == '-' ? 1 : 0;
   for (std::size_t at = point; at > first + 3;) {
     at -= 3;
-    text.insert(at, ",");
+    text.insert(at, 1, ',');
   }
   return text;
 }

@@ -27,7 +27,8 @@ GOOD_TREE = {
     "docs/ledger.md": "`Day.IsLong`, `Day.*` in `src/ledger/day.h`; `a.exe`; `[a](b)`; [here](ledger.md)\n",
     "ARCHITECTURE.md": "In `text.h` of `base/text.cpp` and `day.h`:\n| days | `ledger/day.h`, `day.cpp`, `docs/ledger.md` |\n",
     "test": "grep -vE 'Day\\.IsLong|Share/Day\\..*'\n",
-    ".ci/run": "ctest -R '^(host\\.Day|contract\\.library-file)'\n",
+    "tests/ledger/CMakeLists.txt": "wattleaf_tests(NAME day_tests RING core\n  SOURCES day_test.cpp)\n",
+    ".ci/run": "ctest -R '^(host\\.Day|core\\.day_tests|contract\\.library-file)'\n",
     ".clang-tidy": "#   cert-a: why\nChecks: >\n  -*,\n  cert-*,\n  -cert-a\n",
     "CMakeLists.txt": "project(Example VERSION 1.2.3 LANGUAGES CXX)\n",
     "CHANGELOG.md": "# Changelog\n\n## [Unreleased]\n\n## [1.2.3] - 2026-01-02\n\n## [1.2.2] - 2026-01-01\n",
@@ -130,6 +131,10 @@ class CheckStructure(unittest.TestCase):
                                         ".ci/run": "ctest -R 'host\\.Evening'\n"}),
                          ["test:1: there is no test Day.IsGone", "test:2: there is no suite Night",
                           ".ci/run:1: there is no suite Evening"])
+
+    def test_names_a_program_of_a_regular_expression_that_does_not_exist(self):
+        self.assertEqual(self.findings({"test": "ctest -R 'service\\.day_tests'\nctest -R '^core\\.night_tests$'\n"}),
+                         ["test:2: there is no test program night_tests"])
 
     def test_names_a_file_of_the_overview_that_does_not_exist(self):
         rows = "| days | `ledger/day.h`, `text.cpp` |\n| all | `base/gone.h`, `docs/ledger.md` |\nIn `gone.cpp`\n"

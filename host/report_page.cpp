@@ -83,8 +83,7 @@ std::string LedgerFigure(const Snapshot& snapshot, const std::string& id, double
 
 std::string AverageNote(const Snapshot& snapshot) {
   const std::string days = std::to_string(snapshot.bookedDaysOfAverage);
-  return "Booked energy of today and the six days before, divided by seven. Booked: " + days +
-         " of 7 days.";
+  return "Today and the six days before, divided by 7. Booked: " + days + " of 7 days.";
 }
 
 std::string LedgerProblem(const Snapshot& snapshot) {

@@ -60,7 +60,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
   PowerLog next;
   Merge(store, period, next);
-  if (next.Records().size() != log.Records().size()) std::abort();
+  if (next.Size() != log.Size()) std::abort();
   Merge(store, period, log);
   if (Write(log, store) != text) std::abort();
 

@@ -1,7 +1,7 @@
 #include "reports/power_log.h"
 
 #include <algorithm>
-#include <iterator>
+#include <numeric>
 
 #include "base/calendar.h"
 #include "base/local_calendar.h"
@@ -23,101 +23,93 @@ std::int32_t Negated(std::int32_t days) {
 ReportingPeriod::ReportingPeriod(const DateTime& now, std::int32_t days)
     : firstInstant_(InstantOf(ShiftKeepingHour(now, Negated(days) * kSecondsPerDay))) {}
 
-PowerLogRecord* PowerLog::TryFind(std::string_view name, const LocalTime& time) {
-  const Names::Entry* known = names_.TryFind(name);
-  if (known == nullptr) return nullptr;
-  const auto found = byIdentity_.find({time.instant, known});
-  return found != byIdentity_.end() ? &*found->second : nullptr;
+/// Compares two rows by number: whether the first one is removed after the second.
+auto PowerLog::ByAge() const {
+  return [this](std::uint32_t left, std::uint32_t right) {
+    const std::int64_t leftInstant = rows_[left].time.instant;
+    const std::int64_t rightInstant = rows_[right].time.instant;
+    return leftInstant != rightInstant ? leftInstant > rightInstant : left < right;
+  };
+}
+
+bool PowerLog::TryAddEnergy(std::string_view name, std::int64_t instant, std::int64_t energy) {
+  const auto known = names_.TryFind(name);
+  if (!known) return false;
+  const std::uint32_t row = index_.Find({instant, *known});
+  if (row == RowIndex::kNoRow) return false;
+  rows_[row].energy += energy;
+  return true;
 }
 
 void PowerLog::Append(const PowerLogRecord& record) {
   if (record.TimeStamp.instant <= droppedUpTo_) return;
-  Names::Entry& name = Use(record.Name);
-  Names::Entry& displayName = Use(record.DisplayName);
-  if (TryInsert(name, displayName, record)) return;
-  Release(name);
-  Release(displayName);
+  const Row row{names_.Use(record.Name), names_.Use(record.DisplayName), record.TimeStamp,
+                record.TotalEnergy};
+  if (TryInsert(row)) return;
+  names_.Release(row.name);
+  names_.Release(row.displayName);
 }
 
-bool PowerLog::TryInsert(Names::Entry& name, Names::Entry& displayName,
-                         const PowerLogRecord& record) {
-  const std::int64_t instant = record.TimeStamp.instant;
-  const Identity identity{instant, &name};
-  auto place = byIdentity_.lower_bound(identity);
-  if (place != byIdentity_.end() && place->first == identity) return false;
-  const std::size_t bytes =
-      StoredRowBytes(name.second.writtenBytes, displayName.second.writtenBytes);
+bool PowerLog::TryInsert(const Row& row) {
+  if (index_.Find(IdentityOf(row)) != RowIndex::kNoRow) return false;
+  const std::size_t bytes = BytesOf(row);
   if (bytes > limits_.rowBytes || kArrayBytes + bytes > limits_.fileBytes) return false;
-  if (!Fits(bytes)) {
-    if (!MakeRoom(bytes, instant)) return false;
-    place = byIdentity_.lower_bound(identity);
-  }
+  if (!Fits(bytes) && !MakeRoom(bytes, row.time.instant)) return false;
 
-  const Row row = records_.insert(
-      records_.end(), {name.first, displayName.first, record.TimeStamp, record.TotalEnergy});
-  byIdentity_.emplace_hint(place, identity, row);
+  const auto number = static_cast<std::uint32_t>(rows_.size());
+  rows_.push_back(row);
+  index_.Set(IdentityOf(row), number);
   rowsBytes_ += bytes;
-  const std::uint64_t position = nextPlace_++;
   if (!isOrderedByAge_) return true;
-  byAge_.push_back({instant, position, row});
-  std::push_heap(byAge_.begin(), byAge_.end(), &StaysLonger);
+  byAge_.push_back(number);
+  std::push_heap(byAge_.begin(), byAge_.end(), ByAge());
   return true;
 }
 
-PowerLog::Names::Entry& PowerLog::Use(std::string_view name) {
-  Names::Entry& entry = names_.FindOrAdd(name, {});
-  if (entry.second.uses++ == 0) entry.second.writtenBytes = WrittenBytes(name);
-  return entry;
-}
-
-void PowerLog::Release(Names::Entry& name) {
-  if (--name.second.uses == 0) names_.Erase(name);
-}
-
-bool PowerLog::StaysLonger(const Age& left, const Age& right) {
-  if (left.instant != right.instant) return left.instant > right.instant;
-  return left.place < right.place;
-}
-
 bool PowerLog::Fits(std::size_t rowBytes) const {
-  return records_.size() < limits_.rows && kArrayBytes + rowsBytes_ + rowBytes <= limits_.fileBytes;
+  return Size() < limits_.rows && kArrayBytes + rowsBytes_ + rowBytes <= limits_.fileBytes;
 }
 
 /// Removes rows older than `instant` until a new row fits that does not fit now; false if it does
 /// not fit even then, and the new row is the one to drop.
 bool PowerLog::MakeRoom(std::size_t rowBytes, std::int64_t instant) {
   if (!isOrderedByAge_) OrderByAge();
-  while (!byAge_.empty() && byAge_.front().instant < instant) {
-    DropOldest();
+  while (!byAge_.empty() && rows_[byAge_.front()].time.instant < instant) {
+    RemoveOldest();
     if (Fits(rowBytes)) return true;
   }
   droppedUpTo_ = instant;
   return false;
 }
 
-/// No row has been removed yet, so the positions are 0, 1, 2 and so on.
+/// No row is marked as removed when this is called.
 void PowerLog::OrderByAge() {
   byAge_.reserve(limits_.rows);
-  std::uint64_t place = 0;
-  for (Row row = records_.begin(); row != records_.end(); ++row) {
-    byAge_.push_back({row->TimeStamp.instant, place++, row});
-  }
-  std::make_heap(byAge_.begin(), byAge_.end(), &StaysLonger);
+  byAge_.resize(rows_.size());
+  std::iota(byAge_.begin(), byAge_.end(), 0U);
+  std::make_heap(byAge_.begin(), byAge_.end(), ByAge());
   isOrderedByAge_ = true;
 }
 
-void PowerLog::DropOldest() {
-  std::pop_heap(byAge_.begin(), byAge_.end(), &StaysLonger);
-  const Age oldest = byAge_.back();
+void PowerLog::RemoveOldest() {
+  std::pop_heap(byAge_.begin(), byAge_.end(), ByAge());
+  Row& oldest = rows_[byAge_.back()];
   byAge_.pop_back();
-  droppedUpTo_ = oldest.instant;
-  Names::Entry& name = *names_.TryFind(oldest.row->Name);
-  Names::Entry& displayName = *names_.TryFind(oldest.row->DisplayName);
-  rowsBytes_ -= StoredRowBytes(name.second.writtenBytes, displayName.second.writtenBytes);
-  byIdentity_.erase({oldest.instant, &name});
-  records_.erase(oldest.row);
-  Release(name);
-  Release(displayName);
+  droppedUpTo_ = oldest.time.instant;
+  rowsBytes_ -= BytesOf(oldest);
+  index_.Erase(IdentityOf(oldest));
+  names_.Release(oldest.name);
+  names_.Release(oldest.displayName);
+  oldest.name = Row::kRemoved;
+  if (++removedRows_ > Size()) ForgetRemovedRows();
+}
+
+void PowerLog::ForgetRemovedRows() {
+  std::erase_if(rows_, [](const Row& row) { return row.IsRemoved(); });
+  removedRows_ = 0;
+  std::uint32_t number = 0;
+  for (const Row& row : rows_) index_.Set(IdentityOf(row), number++);
+  OrderByAge();
 }
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -2,17 +2,16 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <limits>
-#include <list>
-#include <map>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "base/calendar.h"
-#include "base/time_reader.h"
-#include "reports/name_table.h"
 #include "reports/power_budget.h"
+#include "reports/row_index.h"
+#include "reports/row_names.h"
+#include "reports/row_time.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
@@ -20,7 +19,7 @@ namespace Zq::Gantry::Server::Services::Wattleaf {
 struct PowerLogRecord {
   std::string_view Name;         ///< the application's identity in the report, UTF-8
   std::string_view DisplayName;  ///< bytes; empty if no name is known
-  LocalTime TimeStamp;
+  RowTime TimeStamp;
   std::int64_t TotalEnergy = 0;  ///< in the report's own unit, which nothing here interprets
 };
 
@@ -49,8 +48,8 @@ class PowerLog {
   PowerLog(const PowerLog&) = delete;
   PowerLog& operator=(const PowerLog&) = delete;
 
-  /// The row of this identity, or null. Valid until the next Append; the log owns it.
-  [[nodiscard]] PowerLogRecord* TryFind(std::string_view name, const LocalTime& time);
+  /// Adds to the energy of the row of this identity. False if there is no such row.
+  [[nodiscard]] bool TryAddEnergy(std::string_view name, std::int64_t instant, std::int64_t energy);
 
   /// Adds a copy of a row whose identity is not in the log; a second row of one identity is
   /// dropped. If the rows exceed the limits, the oldest are removed, and among those of one second
@@ -58,53 +57,58 @@ class PowerLog {
   /// that exceeds the limits by itself is dropped and displaces no other.
   void Append(const PowerLogRecord& record);
 
-  /// The rows in order of insertion. The log owns them; removal keeps the others in place.
-  [[nodiscard]] const std::list<PowerLogRecord>& Records() const { return records_; }
+  [[nodiscard]] std::size_t Size() const { return rows_.size() - removedRows_; }
+
+  /// Calls `visit` with each row, a PowerLogRecord, in order of insertion.
+  template <typename Visitor>
+  void ForEach(Visitor visit) const {
+    for (const Row& row : rows_) {
+      if (row.IsRemoved()) continue;
+      visit(PowerLogRecord{names_.TextOf(row.name), names_.TextOf(row.displayName), row.time,
+                           row.energy});
+    }
+  }
 
  private:
-  using Row = std::list<PowerLogRecord>::iterator;
+  struct Row {
+    static constexpr std::uint32_t kRemoved = 0xFFFFFFFF;
 
-  /// A name of at least one row. Equal names are one entry, so that its address stands for it.
-  struct NameUse {
-    std::size_t uses = 0;
-    std::size_t writtenBytes = 0;
-  };
-  using Names = NameTable<NameUse>;
+    std::uint32_t name;  ///< a number of RowNames, or kRemoved
+    std::uint32_t displayName;
+    RowTime time;
+    std::int64_t energy;
 
-  /// The instant comes first, since it separates most rows. Ordered, not hashed: others choose the
-  /// times, and no choice makes an ordered search slow.
-  using Identity = std::pair<std::int64_t, const Names::Entry*>;
-
-  /// What decides which row is removed next.
-  struct Age {
-    std::int64_t instant;
-    std::uint64_t place;  ///< position in order of insertion
-    Row row;
+    [[nodiscard]] bool IsRemoved() const { return name == kRemoved; }
   };
 
-  /// Whether `left` is removed after `right`.
-  [[nodiscard]] static bool StaysLonger(const Age& left, const Age& right);
+  [[nodiscard]] static RowIndex::Identity IdentityOf(const Row& row) {
+    return {row.time.instant, row.name};
+  }
+  [[nodiscard]] std::size_t BytesOf(const Row& row) const {
+    return StoredRowBytes(names_.BytesOf(row.name), names_.BytesOf(row.displayName));
+  }
 
   /// Whether one more row of this size stays within the limits.
   [[nodiscard]] bool Fits(std::size_t rowBytes) const;
   [[nodiscard]] bool MakeRoom(std::size_t rowBytes, std::int64_t instant);
-  [[nodiscard]] bool TryInsert(Names::Entry& name, Names::Entry& displayName,
-                               const PowerLogRecord& record);
-  [[nodiscard]] Names::Entry& Use(std::string_view name);
-  void Release(Names::Entry& name);
+  [[nodiscard]] bool TryInsert(const Row& row);
+  [[nodiscard]] auto ByAge() const;
   void OrderByAge();
-  void DropOldest();
+  void RemoveOldest();
+  void ForgetRemovedRows();
 
   PowerStoreLimits limits_;
-  std::list<PowerLogRecord> records_;
-  std::map<Identity, Row> byIdentity_;
-  Names names_;
-  std::size_t rowsBytes_ = 0;
+  /// Removed rows keep their places until they outnumber the others.
+  std::deque<Row> rows_;
+  std::size_t removedRows_ = 0;
+  RowIndex index_;
+  RowNames names_;
+  std::size_t rowsBytes_ = 0;  ///< of the rows in the file of the store
 
-  /// A heap with the next row to remove on top. Built when the first row must be removed.
-  std::vector<Age> byAge_;
+  /// The numbers of the rows as a heap with the next row to remove on top. Built when the first row
+  /// must be removed.
+  std::vector<std::uint32_t> byAge_;
   bool isOrderedByAge_ = false;
-  std::uint64_t nextPlace_ = 0;
   /// The newest instant of a removed row: rows up to it are no longer accepted.
   std::int64_t droppedUpTo_ = std::numeric_limits<std::int64_t>::min();
 };

@@ -70,11 +70,8 @@ class RowReader {
     // Kept on purpose: a new row without an energy takes the one of the row read before it (test
     // ReadPowerReportTest.RowWithoutEnergyRepeatsThatOfThePrecedingRow).
     energy_ = energy.value_or(energy_);
-    if (PowerLogRecord* known = log_.TryFind(name, time)) {
-      known->TotalEnergy += energy.value_or(0);
-      return;
-    }
-    log_.Append({name, names_.Resolve(name), time, energy_});
+    if (log_.TryAddEnergy(name, time.instant, energy.value_or(0))) return;
+    log_.Append({name, names_.Resolve(name), RowTime(time), energy_});
   }
 
  private:

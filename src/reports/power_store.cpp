@@ -31,7 +31,7 @@ class StoredRowCollector final : public JsonRowSink {
     if (!timeStamp.IsString() || !energy.IsNumber()) return;
     const LocalTime time = times_.Read(timeStamp.GetString());
     if (!period_.Includes(time.instant)) return;
-    store_.rows.push_back({IndexOf(row[0]), IndexOf(row[1]), time, StoredEnergy(energy)});
+    store_.rows.push_back({IndexOf(row[0]), IndexOf(row[1]), RowTime(time), StoredEnergy(energy)});
   }
 
   [[nodiscard]] StoredRows& Store() { return store_; }
@@ -82,11 +82,11 @@ class StoreWriter {
 
   void Write(const PowerLog& log) {
     text_ += '[';
-    for (const PowerLogRecord& row : log.Records()) {
-      if (&row != &log.Records().front()) text_ += ',';
+    log.ForEach([this](const PowerLogRecord& row) {
+      if (!std::exchange(isFirst_, false)) text_ += ',';
       WriteRow(row);
       if (text_.size() >= kFlushBytes) Flush();
-    }
+    });
     text_ += ']';
     Flush();
   }
@@ -106,7 +106,7 @@ class StoreWriter {
     text_ += names_.Of(row.DisplayName);
     WriteKey(',', kTimeStampKey);
     text_ += '"';
-    text_ += WriteTimeStamp(row.TimeStamp.fields, timeStamp);
+    text_ += WriteTimeStamp(row.TimeStamp.Fields(), timeStamp);
     text_ += '"';
     WriteKey(',', kTotalEnergyKey);
     text_.append(energy.data(), end);
@@ -129,6 +129,7 @@ class StoreWriter {
   std::FILE* file_;
   NamesInJson names_;
   std::string text_;
+  bool isFirst_ = true;  ///< nothing but the opening bracket is written
 };
 
 }  // namespace

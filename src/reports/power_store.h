@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
-#include "base/time_reader.h"
 #include "reports/name_table.h"
 #include "reports/power_log.h"
+#include "reports/row_time.h"
 
 // The 30-day store, "Powerlog.json"; docs/formats/powerlog-json.md.
 namespace Zq::Gantry::Server::Services::Wattleaf {
@@ -32,7 +32,7 @@ struct StoredRow {
 
   std::uint32_t name = kNoName;         ///< an index of StoredRows::names
   std::uint32_t displayName = kNoName;  ///< the same
-  LocalTime time;
+  RowTime time;
   std::int64_t energy = 0;  ///< all 64 bits; see StoredEnergy
 };
 

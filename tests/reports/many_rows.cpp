@@ -86,7 +86,7 @@ std::size_t FoldReport(const std::filesystem::path& folder) {
   const std::wstring storePath = (folder / kPowerStoreFileName).wstring();
   if (const auto store = TryReadPowerStore(storePath, period)) MergePowerStore(*store, log);
   static_cast<void>(WritePowerStore(storePath, log));
-  return log.Records().size();
+  return log.Size();
 }
 
 }  // namespace TestSupport

@@ -9,12 +9,14 @@
 
 #include "base/json_document.h"
 #include "base/scratch_folder.h"
+#include "reports/log_rows.h"
 #include "reports/power_store.h"
 #include "reports/report_times.h"
 
 // The next pass can read every store that a pass writes.
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
+using TestSupport::RowsOf;
 using TestSupport::ScratchFolder;
 using TestSupport::TimeAt;
 
@@ -44,15 +46,15 @@ class SavedStore {
 }  // namespace
 
 TEST(StoredRowBytes, EqualsTheWrittenSizeForEachByteOfAName) {
-  const LocalTime time = TimeAt("2026-11-14:02:10:46");
+  const RowTime time = TimeAt("2026-11-14:02:10:46");
   for (int byte = 0; byte < 256; ++byte) {
     const std::string name(3, static_cast<char>(byte));
     PowerLog log;
     log.Append({name, "", time, kLongestEnergy});
     log.Append({"", name + name, time, kLongestEnergy});
-    ASSERT_EQ(log.Records().size(), 2U);
+    ASSERT_EQ(log.Size(), 2U);
     std::size_t bytes = 1;
-    for (const PowerLogRecord& row : log.Records()) {
+    for (const PowerLogRecord& row : RowsOf(log)) {
       bytes += StoredRowBytes(WrittenBytes(row.Name), WrittenBytes(row.DisplayName));
     }
     EXPECT_EQ(SavedStore(log).Bytes(), bytes) << byte;
@@ -60,7 +62,7 @@ TEST(StoredRowBytes, EqualsTheWrittenSizeForEachByteOfAName) {
 }
 
 TEST(StoredRowBytes, CountsEveryEnergyAsTheLongest) {
-  const LocalTime time = TimeAt("2026-11-14:02:10:46");
+  const RowTime time = TimeAt("2026-11-14:02:10:46");
   PowerLog shortest;
   shortest.Append({"a", "b", time, 0});
   PowerLog longest;
@@ -104,14 +106,14 @@ TEST(PowerBudget, NextPassReadsAStoreOfTheMostRows) {
 TEST(PowerBudget, NextPassReadsARowOfTheLongestNames) {
   // A zero has six bytes in the file: 16 MiB - 98 = 6 * 2,796,186 + 2.
   const std::string name(2'796'186, '\0');
-  const LocalTime time = TimeAt("2026-11-14:02:00:00");
+  const RowTime time = TimeAt("2026-11-14:02:00:00");
   PowerLog log;
   log.Append({name + "abc", "", time, kLongestEnergy});
   log.Append({name, "abc", time, kLongestEnergy});
-  EXPECT_TRUE(log.Records().empty());
+  EXPECT_EQ(log.Size(), 0U);
   log.Append({name + "ab", "", time, kLongestEnergy});
   log.Append({"", name + "ab", time, kLongestEnergy});
-  ASSERT_EQ(log.Records().size(), 2U);
+  ASSERT_EQ(log.Size(), 2U);
   const auto next = SavedStore(log).Load();
   ASSERT_TRUE(next);
   EXPECT_EQ((*next)[0]["Name"].GetStringLength(), name.size() + 2);

@@ -2,9 +2,13 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <map>
+#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "reports/log_rows.h"
 #include "reports/power_budget.h"
 #include "reports/power_log.h"
 #include "reports/report_times.h"
@@ -12,6 +16,7 @@
 // The rows that a log drops when its store cannot hold all of them.
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
+using TestSupport::RowsOf;
 using TestSupport::TimeAt;
 
 namespace {
@@ -22,7 +27,7 @@ PowerStoreLimits Rows(std::size_t rows) { return {.rows = rows}; }
 /// A row that owns its texts.
 struct TestRow {
   std::string name;
-  LocalTime time;
+  RowTime time;
   std::string displayName;
 
   [[nodiscard]] PowerLogRecord Record() const { return {name, displayName, time, 1}; }
@@ -48,7 +53,7 @@ TestRow LargeRow(const std::string& time) { return Row(std::string(500, 'n'), ti
 
 std::string Names(const PowerLog& log) {
   std::string names;
-  for (const PowerLogRecord& row : log.Records()) names += row.Name.substr(0, 1);
+  for (const PowerLogRecord& row : RowsOf(log)) names += row.Name.substr(0, 1);
   return names;
 }
 
@@ -175,18 +180,53 @@ TEST(PowerLogLimits, LogCountsTheBytesOfDisplayNames) {
 TEST(PowerLogLimits, LogDoesNotFindADroppedRow) {
   PowerLog log(Rows(2));
   AppendAll(log, {Row("a", "01:00:00"), Row("b", "02:00:00"), Row("c", "03:00:00")});
-  EXPECT_EQ(log.TryFind("a", TimeAt("2026-11-14:01:00:00")), nullptr);
-  for (const auto& [name, time] :
-       {std::pair("b", "2026-11-14:02:00:00"), std::pair("c", "2026-11-14:03:00:00")}) {
-    ASSERT_NE(log.TryFind(name, TimeAt(time)), nullptr) << name;
-    EXPECT_EQ(log.TryFind(name, TimeAt(time))->Name, name);
-  }
+  EXPECT_FALSE(log.TryAddEnergy("a", TimeAt("2026-11-14:01:00:00").instant, 10));
+  EXPECT_TRUE(log.TryAddEnergy("b", TimeAt("2026-11-14:02:00:00").instant, 20));
+  EXPECT_TRUE(log.TryAddEnergy("c", TimeAt("2026-11-14:03:00:00").instant, 30));
+  ASSERT_EQ(Names(log), "bc");
+  EXPECT_EQ(RowsOf(log).front().TotalEnergy, 1 + 20);
+  EXPECT_EQ(RowsOf(log).back().TotalEnergy, 1 + 30);
 }
 
 TEST(PowerLogLimits, LogIsEmptyForALimitOfZeroRows) {
   PowerLog log(Rows(0));
   log.Append(Row("a", "01:00:00").Record());
   EXPECT_EQ(Names(log), "");
+}
+
+// Twelve names and twelve seconds, so that rows of the same name and of the same time come, go and
+// come again.
+TEST(PowerLogLimits, LogFindsExactlyTheRowsThatItHolds) {
+  std::uint32_t state = 3;
+  const auto below = [&state](std::uint32_t end) {
+    state = state * 1664525 + 1013904223;
+    return state / 65536 % end;
+  };
+  const std::int64_t first = TimeAt("2026-11-14:02:00:00").instant;
+  for (int round = 0; round < 60; ++round) {
+    PowerLog log(Rows(1 + below(40)));
+    std::map<std::pair<std::string, std::int64_t>, std::int64_t> energies;
+    for (std::uint32_t i = 0; i < 120; ++i) {
+      TestRow row = Row(std::string(1, static_cast<char>('a' + below(12))), "02:00:00");
+      row.time.instant += below(2 + i / 10);
+      energies.try_emplace({row.name, row.time.instant}, 1);
+      log.Append(row.Record());
+      std::set<std::pair<std::string, std::int64_t>> held;
+      for (const PowerLogRecord& record : RowsOf(log)) {
+        held.emplace(record.Name, record.TimeStamp.instant);
+      }
+      std::erase_if(energies, [&](const auto& entry) { return !held.contains(entry.first); });
+      for (char name = 'a'; name < 'a' + 12; ++name) {
+        const std::pair identity(std::string(1, name), first + below(14));
+        ASSERT_EQ(log.TryAddEnergy(identity.first, identity.second, i), held.contains(identity));
+        if (held.contains(identity)) energies[identity] += i;
+      }
+      for (const PowerLogRecord& record : RowsOf(log)) {
+        ASSERT_EQ(record.TotalEnergy,
+                  (energies[{std::string(record.Name), record.TimeStamp.instant}]));
+      }
+    }
+  }
 }
 
 // For any rows in any order the log keeps the rows that remain after sorting by age and one cut.
@@ -224,7 +264,7 @@ TEST(PowerLogLimits, LogKeepsTheSameRowsAsASortByAge) {
       if (std::find(kept.begin(), kept.end(), row.name) != kept.end()) expected.push_back(row.name);
     }
     std::vector<std::string> names;
-    for (const PowerLogRecord& row : log.Records()) names.emplace_back(row.Name);
+    for (const PowerLogRecord& row : RowsOf(log)) names.emplace_back(row.Name);
     ASSERT_EQ(names, expected) << "round " << round;
   }
 }

@@ -5,32 +5,32 @@
 #include <algorithm>
 #include <ctime>
 #include <limits>
+#include <string>
+#include <string_view>
+#include <vector>
 
 #include "base/local_calendar.h"
 #include "base/scratch_folder.h"
+#include "reports/log_rows.h"
 #include "reports/many_rows.h"
 #include "reports/report_times.h"
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 using TestSupport::At;
+using TestSupport::RowsOf;
 using TestSupport::TimeAt;
 
 namespace {
 
 std::vector<std::int64_t> EnergyInOrder(const PowerLog& log) {
   std::vector<std::int64_t> result;
-  for (const PowerLogRecord& record : log.Records()) result.push_back(record.TotalEnergy);
+  for (const PowerLogRecord& record : RowsOf(log)) result.push_back(record.TotalEnergy);
   return result;
 }
 
-/// The first row with this name and instant, found without the index of the log.
-const PowerLogRecord* FindByLinearSearch(const PowerLog& log, std::string_view name,
-                                         const LocalTime& time) {
-  for (const PowerLogRecord& record : log.Records()) {
-    if (record.Name == name && InstantOf(record.TimeStamp.fields) == InstantOf(time.fields))
-      return &record;
-  }
-  return nullptr;
+/// Whether the log has a row of this identity.
+bool Has(PowerLog& log, std::string_view name, const RowTime& time) {
+  return log.TryAddEnergy(name, time.instant, 0);
 }
 
 /// The shortest of three runs, since other load can only lengthen a run. Processor time where the C
@@ -54,12 +54,12 @@ TEST(PowerLog, FindsARowByNameAndInstant) {
   log.Append({"a", "A", TimeAt("2026-11-14:02:00:00"), 1});
   log.Append({"a", "A", TimeAt("2026-11-14:03:00:00"), 2});
   log.Append({"b", "B", TimeAt("2026-11-14:02:00:00"), 3});
-  ASSERT_NE(log.TryFind("a", TimeAt("2026-11-14:03:00:00")), nullptr);
-  EXPECT_EQ(log.TryFind("a", TimeAt("2026-11-14:03:00:00"))->TotalEnergy, 2);
-  EXPECT_EQ(log.TryFind("b", TimeAt("2026-11-14:02:00:00"))->TotalEnergy, 3);
-  EXPECT_EQ(log.TryFind("b", TimeAt("2026-11-14:03:00:00")), nullptr);
-  EXPECT_EQ(log.TryFind("c", TimeAt("2026-11-14:02:00:00")), nullptr);
-  EXPECT_EQ(PowerLog().TryFind("a", TimeAt("2026-11-14:02:00:00")), nullptr);
+  EXPECT_TRUE(log.TryAddEnergy("a", TimeAt("2026-11-14:03:00:00").instant, 10));
+  EXPECT_TRUE(log.TryAddEnergy("b", TimeAt("2026-11-14:02:00:00").instant, 100));
+  EXPECT_FALSE(log.TryAddEnergy("b", TimeAt("2026-11-14:03:00:00").instant, 1000));
+  EXPECT_FALSE(log.TryAddEnergy("c", TimeAt("2026-11-14:02:00:00").instant, 1000));
+  EXPECT_EQ(EnergyInOrder(log), (std::vector<std::int64_t>{1, 12, 103}));
+  EXPECT_FALSE(PowerLog().TryAddEnergy("a", TimeAt("2026-11-14:02:00:00").instant, 1));
 }
 
 TEST(PowerLog, KeepsTheOrderOfInsertion) {
@@ -73,25 +73,25 @@ TEST(PowerLog, KeepsTheOrderOfInsertion) {
 TEST(PowerLog, ComparesNamesByBytesAndLength) {
   PowerLog log;
   log.Append({std::string("a\0b", 3), "", TimeAt("2026-11-14:02:00:00"), 1});
-  EXPECT_EQ(log.TryFind("a", TimeAt("2026-11-14:02:00:00")), nullptr);
-  EXPECT_EQ(log.TryFind("A", TimeAt("2026-11-14:02:00:00")), nullptr);
-  EXPECT_EQ(log.TryFind(std::string_view("a\0c", 3), TimeAt("2026-11-14:02:00:00")), nullptr);
-  EXPECT_NE(log.TryFind(std::string_view("a\0b", 3), TimeAt("2026-11-14:02:00:00")), nullptr);
+  EXPECT_FALSE(Has(log, "a", TimeAt("2026-11-14:02:00:00")));
+  EXPECT_FALSE(Has(log, "A", TimeAt("2026-11-14:02:00:00")));
+  EXPECT_FALSE(Has(log, std::string_view("a\0c", 3), TimeAt("2026-11-14:02:00:00")));
+  EXPECT_TRUE(Has(log, std::string_view("a\0b", 3), TimeAt("2026-11-14:02:00:00")));
 }
 
 TEST(PowerLog, TreatsTimesOfOneInstantAsEqual) {
   PowerLog log;
   DateTime thirtyFirst = At("2026-11-30:02:00:00");
   thirtyFirst.tm_mday = 31;  // November has no such day
-  log.Append({"a", "", {thirtyFirst, InstantOf(thirtyFirst)}, 1});
-  EXPECT_NE(log.TryFind("a", TimeAt("2026-12-01:02:00:00")), nullptr);
+  log.Append({"a", "", RowTime({thirtyFirst, InstantOf(thirtyFirst)}), 1});
+  EXPECT_TRUE(Has(log, "a", TimeAt("2026-12-01:02:00:00")));
 }
 
 TEST(PowerLog, TreatsAllTimesOutsideTheCalendarAsEqual) {
   PowerLog log;
   log.Append({"a", "", TimeAt("1901-01-01:00:00:00"), 1});
-  ASSERT_NE(log.TryFind("a", LocalTime{}), nullptr);
-  EXPECT_EQ(log.TryFind("a", TimeAt("1850-06-01:12:00:00"))->TotalEnergy, 1);
+  EXPECT_TRUE(Has(log, "a", RowTime()));
+  EXPECT_TRUE(Has(log, "a", TimeAt("1850-06-01:12:00:00")));
 }
 
 TEST(PowerLog, DropsASecondRowOfOneIdentity) {
@@ -99,7 +99,7 @@ TEST(PowerLog, DropsASecondRowOfOneIdentity) {
   log.Append({"a", "first", TimeAt("2026-11-14:02:00:00"), 1});
   log.Append({"a", "second", TimeAt("2026-11-14:02:00:00"), 2});
   EXPECT_EQ(EnergyInOrder(log), (std::vector<std::int64_t>{1}));
-  EXPECT_EQ(log.TryFind("a", TimeAt("2026-11-14:02:00:00"))->DisplayName, "first");
+  EXPECT_EQ(RowsOf(log).front().DisplayName, "first");
 }
 
 TEST(PowerLog, DistinguishesNamesThatDifferAfterAZero) {
@@ -111,17 +111,37 @@ TEST(PowerLog, DistinguishesNamesThatDifferAfterAZero) {
 }
 
 TEST(PowerLog, FindsTheSameRowAsALinearSearch) {
+  struct KnownRow {
+    std::string name;
+    std::int64_t instant;
+    std::int64_t energy;
+  };
   PowerLog log;
+  std::vector<KnownRow> known;
   std::uint32_t state = 1;
-  for (int i = 0; i < 2000; ++i) {
+  const auto below = [&state](std::uint32_t end) {
     state = state * 1664525 + 1013904223;
-    const std::string name(1 + state / 65536 % 3, static_cast<char>('a' + state / 1048576 % 3));
-    LocalTime time{At("2026-11-14:02:00:00")};
-    time.fields.tm_mday += static_cast<std::int32_t>(state / 4194304 % 40);
-    time.instant = InstantOf(time.fields);
-    EXPECT_EQ(log.TryFind(name, time), FindByLinearSearch(log, name, time));
-    if (i % 3 == 0) log.Append({name, "", time, i});
+    return state / 65536 % end;
+  };
+  for (int i = 0; i < 5000; ++i) {
+    const std::string name(1 + below(10), static_cast<char>('a' + below(4)));
+    RowTime time = TimeAt("2026-11-14:02:00:00");
+    time.instant += 3600 * below(40);
+    const auto row = std::find_if(known.begin(), known.end(), [&](const KnownRow& one) {
+      return one.name == name && one.instant == time.instant;
+    });
+    ASSERT_EQ(log.TryAddEnergy(name, time.instant, i), row != known.end());
+    if (row != known.end()) {
+      row->energy += i;
+    } else if (below(3) == 0) {
+      log.Append({name, "", time, i});
+      known.push_back({name, time.instant, i});
+    }
   }
+  std::vector<std::int64_t> expected;
+  for (const KnownRow& row : known) expected.push_back(row.energy);
+  EXPECT_EQ(EnergyInOrder(log), expected);
+  EXPECT_EQ(log.Size(), known.size());
 }
 
 // With a linear search for each row, ten times the rows would take a hundred times as long.

@@ -159,14 +159,14 @@ TEST_F(ReadPowerReportTest, ConvertsNamesToUtf8) {
       "Stra\xC3\x9F"
       "e \xE9\x9B\xBB \xF0\x9F\x8D\x83 &amp; &#x1F343;";
   Read(Report(Row(name, "02:00:00", Energy("1"))));
-  EXPECT_EQ(log.Records().front().Name,
+  EXPECT_EQ(RowsOf(log).front().Name,
             "Stra\xC3\x9F"
             "e \xE9\x9B\xBB \xF0\x9F\x8D\x83 & \xF0\x9F\x8D\x83");
 }
 
 TEST_F(ReadPowerReportTest, ReplacesALoneSurrogate) {
   Read(Report(Row("a&#xD83C;b", "02:00:00", Energy("1"))));
-  EXPECT_EQ(log.Records().front().Name,
+  EXPECT_EQ(RowsOf(log).front().Name,
             "a\xEF\xBF\xBD"
             "b");
 }

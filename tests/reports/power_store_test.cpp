@@ -4,6 +4,7 @@
 #include <string>
 
 #include "base/scratch_folder.h"
+#include "reports/log_rows.h"
 #include "reports/report_times.h"
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
@@ -25,12 +26,14 @@ class PowerStoreTest : public testing::Test {
     if (isRead) MergePowerStore(*store, log);
   }
 
-  /// The text of the store that is written for the log.
-  std::string Text() const {
+  /// The text of the store that is written for a log.
+  static std::string TextOf(const PowerLog& log) {
     const ScratchFolder folder;
     EXPECT_TRUE(WritePowerStore(folder.File("store.json").wstring(), log));
     return ReadBytes(folder.File("store.json"));
   }
+
+  std::string Text() const { return TextOf(log); }
 
   bool isRead = false;
   PowerLog log;
@@ -65,6 +68,14 @@ TEST_F(WritePowerStoreTest, HasFourMembersPerRowInOrder) {
             R"([{"Name":"\\Device\\C\\a.exe","DisplayName":"Meadow \"Office\"",)"
             R"("TimeStamp":"2026-11-14:02:10:46","TotalEnergy":17},)"
             R"({"Name":"b","DisplayName":"","TimeStamp":"2026-11-14:00:00:00","TotalEnergy":-1}])");
+}
+
+TEST_F(WritePowerStoreTest, WritesEachFieldOfATime) {
+  for (const char* time : {"1971-01-01:00:00:00", "2026-12-31:23:59:59", "2037-09-08:07:06:05"}) {
+    PowerLog one;
+    one.Append({"a", "", TimeAt(time), 1});
+    EXPECT_EQ(TextOf(one), "[" + Row("a", "", time, "1") + "]");
+  }
 }
 
 TEST_F(WritePowerStoreTest, HoldsEnergyIn64Bits) {
@@ -151,10 +162,10 @@ TEST_F(MergePowerStoreTest, ReadsNumbersThatAreNot32BitIntegers) {
        {std::pair("18446744073709551615", "-1"), std::pair("9223372036854775807", "-1"),
         std::pair("1e300", "0"), std::pair("-1e300", "0"), std::pair("2.9", "2"),
         std::pair("-2.9", "-2")}) {
-    const std::size_t before = log.Records().size();
+    const std::size_t before = log.Size();
     Merge("[" + Row("a", "A", "2026-11-01:02:00:" + std::to_string(second++), written) + "]");
-    ASSERT_EQ(log.Records().size(), before + 1) << written;
-    EXPECT_EQ(std::to_string(log.Records().back().TotalEnergy), kept) << written;
+    ASSERT_EQ(log.Size(), before + 1) << written;
+    EXPECT_EQ(std::to_string(RowsOf(log).back().TotalEnergy), kept) << written;
   }
 }
 
@@ -202,8 +213,8 @@ TEST_F(MergePowerStoreTest, KeepsZerosInNames) {
                            Row("a\\u0000c", "", "2026-11-01:02:00:00", "2") + "," +
                            Row("a", "", "2026-11-01:02:00:00", "3");
   Merge("[" + rows + "]");
-  EXPECT_EQ(log.Records().front().Name, std::string("a\0b", 3));
-  EXPECT_EQ(log.Records().front().DisplayName, std::string("A\0B", 3));
+  EXPECT_EQ(RowsOf(log).front().Name, std::string("a\0b", 3));
+  EXPECT_EQ(RowsOf(log).front().DisplayName, std::string("A\0B", 3));
   EXPECT_EQ(Text(), "[" + rows + "]");
 }
 

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "base/scratch_folder.h"
+#include "reports/log_rows.h"
 #include "reports/power_report.h"
 #include "reports/report_times.h"
 
@@ -29,9 +30,9 @@ class ReportReader : public testing::Test {
   [[nodiscard]] std::string Rows() const {
     using namespace Zq::Gantry::Server::Services::Wattleaf;
     std::string text;
-    for (const PowerLogRecord& row : log.Records()) {
+    for (const PowerLogRecord& row : RowsOf(log)) {
       text += std::string(row.Name) + "|" + std::string(row.DisplayName) + "|" +
-              FormatDateTime(row.TimeStamp.fields, kTimeStampFormat) + "|" +
+              FormatDateTime(row.TimeStamp.Fields(), kTimeStampFormat) + "|" +
               std::to_string(row.TotalEnergy) + "\n";
     }
     return text;

@@ -2,6 +2,7 @@
 
 #include "base/date_text.h"
 #include "base/time_reader.h"
+#include "reports/row_time.h"
 
 namespace TestSupport {
 
@@ -12,10 +13,10 @@ namespace TestSupport {
   return ParseDateTime(time, text, kTimeStampFormat);
 }
 
-/// The same with its instant.
-[[nodiscard]] inline Zq::Gantry::Server::Services::Wattleaf::LocalTime TimeAt(const char* text) {
+/// The same as the time of a row.
+[[nodiscard]] inline Zq::Gantry::Server::Services::Wattleaf::RowTime TimeAt(const char* text) {
   using namespace Zq::Gantry::Server::Services::Wattleaf;
-  return TimeReader(kTimeStampFormat).Read(text);
+  return RowTime(TimeReader(kTimeStampFormat).Read(text));
 }
 
 }  // namespace TestSupport

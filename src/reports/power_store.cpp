@@ -94,30 +94,25 @@ class StoreWriter {
  private:
   static constexpr std::size_t kFlushBytes = 65536;
 
+  [[nodiscard]] static std::string KeyAfter(char before, std::string_view key) {
+    return before + ('"' + std::string(key)) + "\":";
+  }
+
   void WriteRow(const PowerLogRecord& row) {
     DateBuffer timeStamp;
     std::array<char, 20> energy;
     const auto [end, error] =
         std::to_chars(energy.data(), energy.data() + energy.size(), row.TotalEnergy);
     static_cast<void>(error);  // twenty characters hold every number
-    WriteKey('{', kNameKey);
+    text_ += nameKey_;
     text_ += names_.Of(row.Name);
-    WriteKey(',', kDisplayNameKey);
+    text_ += displayNameKey_;
     text_ += names_.Of(row.DisplayName);
-    WriteKey(',', kTimeStampKey);
-    text_ += '"';
+    text_ += timeStampKey_;
     text_ += WriteTimeStamp(row.TimeStamp.Fields(), timeStamp);
-    text_ += '"';
-    WriteKey(',', kTotalEnergyKey);
+    text_ += totalEnergyKey_;
     text_.append(energy.data(), end);
     text_ += '}';
-  }
-
-  void WriteKey(char before, std::string_view key) {
-    text_ += before;
-    text_ += '"';
-    text_ += key;
-    text_ += "\":";
   }
 
   // A write that fails is not reported, as everywhere in the data folder.
@@ -127,6 +122,11 @@ class StoreWriter {
   }
 
   std::FILE* file_;
+  // What comes before each value. The time stamp is the only value with quotation marks of its own.
+  const std::string nameKey_ = KeyAfter('{', kNameKey);
+  const std::string displayNameKey_ = KeyAfter(',', kDisplayNameKey);
+  const std::string timeStampKey_ = KeyAfter(',', kTimeStampKey) + '"';
+  const std::string totalEnergyKey_ = '"' + KeyAfter(',', kTotalEnergyKey);
   NamesInJson names_;
   std::string text_;
   bool isFirst_ = true;  ///< nothing but the opening bracket is written

@@ -4,6 +4,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace {
 
@@ -16,6 +17,22 @@ TEST(Utf8Text, ConvertsBothWaysForEachEncodedLength) {
   const std::string bytes = "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x8C\xB3";
   EXPECT_EQ(ToUtf8(wide), bytes);
   EXPECT_EQ(FromUtf8(bytes), wide);
+}
+
+TEST(Utf8Text, ConvertsTheFirstAndTheLastCharacterOfEachEncodedLength) {
+  const std::pair<std::wstring, std::string> cases[] = {
+      {L"\x7F", "\x7F"},
+      {L"\x80", "\xC2\x80"},
+      {L"\x7FF", "\xDF\xBF"},
+      {L"\x800", "\xE0\xA0\x80"},
+      {L"\xFFFF", "\xEF\xBF\xBF"},
+      {L"\U00010000", "\xF0\x90\x80\x80"},
+      {L"\U0010FFFF", "\xF4\x8F\xBF\xBF"},
+  };
+  for (const auto& [wide, bytes] : cases) {
+    EXPECT_EQ(ToUtf8(wide), bytes) << testing::PrintToString(bytes);
+    EXPECT_EQ(FromUtf8(bytes), wide) << testing::PrintToString(bytes);
+  }
 }
 
 TEST(Utf8Text, ConvertsEmptyTexts) {

@@ -13,7 +13,7 @@ namespace Bench {
 struct Operation {
   /// "day/ours", "day/raw": operations with one name before the separator are compared.
   std::string name;
-  /// Writes the files, and whatever the operation changed when it ran before. Not measured.
+  /// Writes the files, also those that an earlier run has changed. Not measured.
   std::function<void()> prepare;
   /// The measured part. False for a wrong result, which ends the program.
   std::function<bool()> run;

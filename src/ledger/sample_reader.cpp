@@ -5,13 +5,13 @@
 #include <io.h>
 #include <wincrypt.h>
 
-#include <cstdlib>
 #include <optional>
 #include <utility>
 
 #include "base/json_limits.h"
 #include "base/plain_file.h"
 #include "base/wide_file.h"
+#include "ledger/base64_text.h"
 #include "ledger/recent_samples.h"
 #include "ledger/sample_files.h"
 #include "platform/win32/owners.h"
@@ -38,31 +38,26 @@ std::string ReadEncrypted(const std::wstring& path) {
 /// begun.
 constexpr std::size_t MostDecodedBytes(std::size_t chars) { return (chars + 3) / 4 * 3; }
 
-struct Blob {
-  Platform::UniqueHeapBlock block;
-  DWORD sizeBytes = 0;
-};
-
-/// The blob inside Base64 text; an empty block if the text is not Base64.
-Blob DecodeBase64(const std::string& text) {
-  Blob blob;
-  blob.sizeBytes = static_cast<DWORD>(MostDecodedBytes(text.size()));
-  blob.block.reset(std::malloc(blob.sizeBytes));
-  if (!blob.block) return {};
+/// The blob inside Base64 text; empty if the text is not Base64. Only the platform's call knows all
+/// forms of such a text, but it is slow.
+std::optional<std::string> DecodeBase64(const std::string& text) {
+  if (auto blob = TryDecodeBase64(text)) return blob;
+  std::string blob(MostDecodedBytes(text.size()), '\0');
+  auto sizeBytes = static_cast<DWORD>(blob.size());
   if (!CryptStringToBinaryA(text.data(), static_cast<DWORD>(text.size()), CRYPT_STRING_BASE64,
-                            static_cast<BYTE*>(blob.block.get()), &blob.sizeBytes, nullptr,
-                            nullptr)) {
-    return {};
+                            reinterpret_cast<BYTE*>(blob.data()), &sizeBytes, nullptr, nullptr)) {
+    return std::nullopt;
   }
+  blob.resize(sizeBytes);
   return blob;
 }
 
 /// The content of the plain copy for the text of an encrypted file; empty if it cannot be
 /// decrypted.
 std::optional<std::string> TryDecrypt(const std::string& text) {
-  const Blob blob = DecodeBase64(text);
-  if (!blob.block) return std::nullopt;
-  DATA_BLOB encrypted{blob.sizeBytes, static_cast<BYTE*>(blob.block.get())};
+  std::optional<std::string> blob = DecodeBase64(text);
+  if (!blob) return std::nullopt;
+  DATA_BLOB encrypted{static_cast<DWORD>(blob->size()), reinterpret_cast<BYTE*>(blob->data())};
   DATA_BLOB decrypted{};
   if (!CryptUnprotectData(&encrypted, /*description=*/nullptr, /*entropy=*/nullptr,
                           /*reserved=*/nullptr, /*prompt=*/nullptr, CRYPTPROTECT_LOCAL_MACHINE,

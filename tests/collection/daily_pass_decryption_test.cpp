@@ -25,7 +25,7 @@ using CalculateDailyPowerConsumption = DailyPassFixture;
 
 using Dates = std::vector<std::wstring>;
 
-/// Counts the calls of Base64 and of data protection, and records each deletion of a plain copy.
+/// Counts the calls of data protection, and records each deletion of a plain copy.
 /// One at a time.
 class RecordedReadings {
  public:
@@ -33,7 +33,6 @@ class RecordedReadings {
   explicit RecordedReadings(std::function<void(const std::wstring& date)> afterReading = {})
       : afterReading_(std::move(afterReading)) {
     g_current = this;
-    g_decode = decode_.Original<decltype(CryptStringToBinaryA)>();
     g_unprotect = unprotect_.Original<decltype(CryptUnprotectData)>();
     g_unlink = unlink_.Original<int(const wchar_t*)>();
   }
@@ -45,16 +44,9 @@ class RecordedReadings {
   Dates dates;
   /// Their contents.
   std::vector<std::string> copies;
-  int decodings = 0;
   int decryptions = 0;
 
  private:
-  static BOOL WINAPI Decode(const char* text, DWORD chars, DWORD flags, BYTE* bytes, DWORD* size,
-                            DWORD* skipped, DWORD* usedFlags) {
-    ++g_current->decodings;
-    return g_decode(text, chars, flags, bytes, size, skipped, usedFlags);
-  }
-
   static BOOL WINAPI Unprotect(DATA_BLOB* encrypted, wchar_t** description, DATA_BLOB* entropy,
                                void* reserved, CRYPTPROTECT_PROMPTSTRUCT* prompt, DWORD flags,
                                DATA_BLOB* plain) {
@@ -74,11 +66,9 @@ class RecordedReadings {
   }
 
   static inline RecordedReadings* g_current = nullptr;
-  static inline decltype(CryptStringToBinaryA)* g_decode = nullptr;
   static inline decltype(CryptUnprotectData)* g_unprotect = nullptr;
   static inline int (*g_unlink)(const wchar_t*) = nullptr;
   const std::function<void(const std::wstring&)> afterReading_;
-  const Standin::ImportPatch decode_{"CryptStringToBinaryA", &Decode};
   const Standin::ImportPatch unprotect_{"CryptUnprotectData", &Unprotect};
   const Standin::ImportPatch unlink_{"_wunlink", &Unlink};
 };
@@ -110,7 +100,6 @@ TEST_F(CalculateDailyPowerConsumption, DecryptsEachOfThreeDaysOnceForSevenReadin
   EXPECT_EQ(readings.dates, expected);
   ExpectCopiesOfTheirDays(readings);
   EXPECT_EQ(readings.decryptions, 3);
-  EXPECT_EQ(readings.decodings, 3);
 }
 
 TEST_F(CalculateDailyPowerConsumption, DecryptsEachOfTenDaysOnceForTwentyOneReadings) {
@@ -123,7 +112,6 @@ TEST_F(CalculateDailyPowerConsumption, DecryptsEachOfTenDaysOnceForTwentyOneRead
   EXPECT_EQ(DecryptedDates(), readings.dates);
   ExpectCopiesOfTheirDays(readings);
   EXPECT_EQ(readings.decryptions, 10);
-  EXPECT_EQ(readings.decodings, 10);
 }
 
 TEST_F(CalculateDailyPowerConsumption, DecryptsAFileAgainThatChangesBetweenTwoReadings) {

@@ -73,7 +73,6 @@ class Counted<name, Result(Arguments...)> {
 constexpr char kAttributes[] = "GetFileAttributesW";
 constexpr char kUnlink[] = "_wunlink";
 constexpr char kClose[] = "fclose";
-constexpr char kDecode[] = "CryptStringToBinaryA";
 constexpr char kUnprotect[] = "CryptUnprotectData";
 
 errno_t (*g_open)(std::FILE**, const wchar_t*, const wchar_t*) = nullptr;
@@ -118,7 +117,6 @@ struct CountedCalls {
   const Counted<kAttributes, decltype(GetFileAttributesW)> attributes;
   const Counted<kUnlink, decltype(_wunlink)> unlink;
   const Counted<kClose, decltype(std::fclose)> close;
-  const Counted<kDecode, decltype(CryptStringToBinaryA)> decode;
   const Counted<kUnprotect, decltype(CryptUnprotectData)> unprotect;
 };
 

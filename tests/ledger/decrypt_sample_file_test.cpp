@@ -7,7 +7,6 @@
 #include <cstdio>
 #include <optional>
 #include <random>
-#include <string_view>
 #include <utility>
 
 #include <gtest/gtest.h>
@@ -16,6 +15,8 @@
 #include "base/json_document.h"
 #include "import_patch.h"
 #include "ledger/encrypted_samples.h"
+#include "ledger/platform_base64.h"
+#include "ledger/sample_files.h"
 #include "support/temp_folder.h"
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
@@ -43,6 +44,7 @@ class DecryptSampleFileTest : public testing::Test {
 };
 
 int g_calls = 0;
+std::string g_text;  ///< that was decoded last
 void* g_plainBlock = nullptr;
 Standin::ImportPatch* g_patch = nullptr;
 
@@ -53,38 +55,6 @@ BOOL WINAPI KeepBlob(DATA_BLOB* encrypted, wchar_t**, DATA_BLOB*, void*, CRYPTPR
                      DWORD, DATA_BLOB*) {
   g_blob.emplace(reinterpret_cast<const char*>(encrypted->pbData), encrypted->cbData);
   return FALSE;
-}
-
-/// The bytes of Base64 text by two calls, of which the first returns their number; empty if the
-/// text is not Base64.
-std::optional<std::string> DecodedInTwoCalls(const std::string& text) {
-  const auto chars = static_cast<DWORD>(text.size());
-  DWORD size = 0;
-  if (!CryptStringToBinaryA(text.data(), chars, CRYPT_STRING_BASE64, nullptr, &size, nullptr,
-                            nullptr)) {
-    return std::nullopt;
-  }
-  std::string bytes(size + 1, '\0');
-  if (!CryptStringToBinaryA(text.data(), chars, CRYPT_STRING_BASE64,
-                            reinterpret_cast<BYTE*>(bytes.data()), &size, nullptr, nullptr)) {
-    return std::nullopt;
-  }
-  bytes.resize(size);
-  return bytes;
-}
-
-/// A text of up to 40 characters, mostly those of Base64.
-std::string AnyText(std::mt19937& random) {
-  static constexpr std::string_view kAlphabet =
-      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-  static constexpr std::string_view kOdd{"= \r\n\t=-_!.\0\xFF", 12};
-  std::string text(1 + random() % 40, '\0');
-  const std::size_t oddShare = 4 + random() % 60;
-  for (char& c : text) {
-    c = random() % oddShare == 0 ? kOdd[random() % kOdd.size()]
-                                 : kAlphabet[random() % kAlphabet.size()];
-  }
-  return text + std::string(random() % 3, '=');
 }
 
 BOOL WINAPI UnprotectAndCheck(DATA_BLOB* encrypted, wchar_t** description, DATA_BLOB* entropy,
@@ -104,6 +74,10 @@ BOOL WINAPI UnprotectAndCheck(DATA_BLOB* encrypted, wchar_t** description, DATA_
 BOOL WINAPI DecodeAndCount(const char* text, DWORD chars, DWORD flags, BYTE* bytes, DWORD* size,
                            DWORD* skipped, DWORD* usedFlags) {
   EXPECT_EQ(flags, static_cast<DWORD>(CRYPT_STRING_BASE64));
+  EXPECT_NE(bytes, nullptr);
+  EXPECT_EQ(skipped, nullptr);
+  EXPECT_EQ(usedFlags, nullptr);
+  g_text.assign(text, chars);
   ++g_calls;
   return g_patch->Original<decltype(DecodeAndCount)>()(text, chars, flags, bytes, size, skipped,
                                                        usedFlags);
@@ -180,9 +154,10 @@ TEST_F(DecryptSampleFileTest, DoesNothingForAPathWithoutAFolder) {
   TestSupport::WriteWholeFile(input_, Encrypted(Utf16("[]")));
   {
     g_calls = 0;
-    const Standin::ImportPatch patch("CryptStringToBinaryA", &CountDecoding);
+    Standin::ImportPatch patch("CryptUnprotectData", &UnprotectAndCount);
+    g_patch = &patch;
     EXPECT_FALSE(DecryptSampleFile(L"a.json"));
-    EXPECT_EQ(g_calls, 0) << "the file was decoded";
+    EXPECT_EQ(g_calls, 0) << "the file was decrypted";
   }
   EXPECT_FALSE(FileExists(output_));
   EXPECT_FALSE(DecryptSampleFile(L"./a.json"));
@@ -190,13 +165,34 @@ TEST_F(DecryptSampleFileTest, DoesNothingForAPathWithoutAFolder) {
   SetCurrentDirectoryW(before);
 }
 
-TEST_F(DecryptSampleFileTest, DecodesBase64Once) {
-  const std::string encrypted = Encrypted(Utf16("[]"));
+TEST_F(DecryptSampleFileTest, DecodesTheCollectorsTextsWithoutThePlatform) {
   g_calls = 0;
+  const Standin::ImportPatch patch("CryptStringToBinaryA", &CountDecoding);
+  // Blobs of some lengths, so that each amount of padding occurs.
+  for (std::size_t count = 1; count <= 40; ++count) {
+    const std::string plain(2 * count, 'x');
+    EXPECT_EQ(CopyOf(Encrypted(plain)), PlainCopyContent(plain)) << count;
+  }
+  EXPECT_EQ(g_calls, 0);
+}
+
+TEST_F(DecryptSampleFileTest, LeavesTextsOfOtherFormsToOneCallOfThePlatform) {
+  const std::string encrypted = Encrypted(Utf16("[]"));
+  std::string withBlank = encrypted;
+  withBlank.insert(5, " ");
+  std::string withLineFeeds = encrypted;
+  std::erase(withLineFeeds, '\r');
   Standin::ImportPatch patch("CryptStringToBinaryA", &DecodeAndCount);
   g_patch = &patch;
-  EXPECT_EQ(CopyOf(encrypted), "[]\0\0"s);
-  EXPECT_EQ(g_calls, 1);
+  for (const std::string& text :
+       {"\r\n" + encrypted, encrypted + "\r\n", withBlank, withLineFeeds}) {
+    g_calls = 0;
+    g_text.clear();
+    EXPECT_EQ(CopyOf(text), "[]\0\0"s) << text;
+    EXPECT_EQ(g_text, text);
+    EXPECT_EQ(g_calls, 1);
+    DeleteFileW(output_.c_str());
+  }
 }
 
 TEST_F(DecryptSampleFileTest, DecodesAnyTextLikeTwoCallsOfWhichTheFirstReturnsTheSize) {
@@ -204,12 +200,12 @@ TEST_F(DecryptSampleFileTest, DecodesAnyTextLikeTwoCallsOfWhichTheFirstReturnsTh
   std::mt19937 random(1);
   int decoded = 0;
   for (int i = 0; i < 1000; ++i) {
-    const std::string text =
-        i < 50 ? std::string(static_cast<std::size_t>(i + 1), "A \n="[i % 4]) : AnyText(random);
+    const std::string text = i < 50 ? std::string(static_cast<std::size_t>(i + 1), "A \n="[i % 4])
+                                    : TestSupport::AlmostBase64(random);
     TestSupport::WriteWholeFile(input_, text);
     g_blob.reset();
     EXPECT_FALSE(DecryptSampleFile(input_));
-    EXPECT_EQ(g_blob, DecodedInTwoCalls(text)) << testing::PrintToString(text);
+    EXPECT_EQ(g_blob, TestSupport::PlatformBase64(text)) << testing::PrintToString(text);
     decoded += g_blob ? 1 : 0;
   }
   EXPECT_GT(decoded, 300);
@@ -268,10 +264,10 @@ TEST_F(DecryptSampleFileTest, WritesNoCopyAfterAShortRead) {
 TEST_F(DecryptSampleFileTest, DoesNotDecodeAFileAboveTheSizeLimit) {
   g_calls = 0;
   const Standin::ImportPatch patch("CryptStringToBinaryA", &CountDecoding);
-  TestSupport::WriteWholeFile(input_, std::string(kLargestDataFileBytes, 'A'));
+  TestSupport::WriteWholeFile(input_, std::string(kLargestDataFileBytes, '!'));
   EXPECT_FALSE(DecryptSampleFile(input_));
   EXPECT_EQ(g_calls, 1);
-  TestSupport::WriteWholeFile(input_, std::string(kLargestDataFileBytes + 1, 'A'));
+  TestSupport::WriteWholeFile(input_, std::string(kLargestDataFileBytes + 1, '!'));
   EXPECT_FALSE(DecryptSampleFile(input_));
   EXPECT_EQ(g_calls, 1);
 }

@@ -1,7 +1,7 @@
 // Asks the shipped library for the figures of tools/bench: the time of each command, and how long
 // commands wait while a pass holds the lock. Runs on the simulated notebook, beside the library,
-// and replaces the content of the data folder. Prints a line for each figure: its name, and
-// seconds.
+// and replaces the content of the data folder. Prints a line for each measurement of a figure: its
+// name, and seconds.
 //
 // bench_host [--small]
 //
@@ -47,6 +47,10 @@ const fs::path kDataFolder = L"C:\\ProgramData\\ZQ\\TelemetryDataCollector\\PCMC
 constexpr int kDays = 211;
 /// The ledger reaches from day 0 to this one.
 constexpr int kToday = kDays - 1;
+/// Of the days after it.
+constexpr int kDailyPasses = 5;
+constexpr int kZeroDayPass = kToday + kDailyPasses + 1;
+constexpr int kFutureDaysPass = kZeroDayPass + 1;
 
 bool isSmall = false;
 
@@ -139,7 +143,6 @@ double LongestWait(ServiceSession& service, int day, PlatformTime& platform) {
 
 void PrintPlatform(const std::string& pass, const PlatformTime& platform) {
   Print(pass + "-data-protection", platform.Seconds(PlatformPart::kDataProtection));
-  Print(pass + "-base64", platform.Seconds(PlatformPart::kBase64));
   Print(pass + "-files", platform.Seconds(PlatformPart::kFiles));
 }
 
@@ -156,10 +159,12 @@ void MeasureFirstPass(ServiceSession& service, PlatformTime& platform) {
         platform.Seconds(PlatformPart::kDataProtection) / calls * kReads);
 }
 
-void MeasureDailyPass(ServiceSession& service, PlatformTime& platform) {
-  WriteOrdinaryDay(kToday + 1);
-  Print("daily-pass-wait", LongestWait(service, kToday + 1, platform));
-  PrintPlatform("daily-pass", platform);
+void MeasureDailyPasses(ServiceSession& service, PlatformTime& platform) {
+  for (int day = kToday + 1; day <= kToday + kDailyPasses; ++day) {
+    WriteOrdinaryDay(day);
+    Print("daily-pass-wait", LongestWait(service, day, platform));
+    PrintPlatform("daily-pass", platform);
+  }
 }
 
 // Folders of hostile size.
@@ -183,7 +188,7 @@ void MeasureZeroDay(ServiceSession& service, PlatformTime& platform) {
   }
   ledger << "]";
   ledger.close();
-  PrintOwnWait("zero-day", LongestWait(service, kToday + 2, platform), platform);
+  PrintOwnWait("zero-day", LongestWait(service, kZeroDayPass, platform), platform);
 
   const fs::path plain = kDataFolder / "plain.json";
   Bench::WriteSamples(plain, big);
@@ -200,7 +205,7 @@ void MeasureFutureDays(ServiceSession& service, PlatformTime& platform) {
     std::ofstream file(LedgerPath(), std::ios::binary);
     const auto days = static_cast<int>(Sized(355'000, 100));
     for (int day = 0; day < days; ++day) {
-      file << (day == 0 ? '[' : ',') << R"({"Key":")" << Bench::DateOfDay(kToday + 4 + day)
+      file << (day == 0 ? '[' : ',') << R"({"Key":")" << Bench::DateOfDay(kFutureDaysPass + 1 + day)
            << R"(","Value":12.5)" << std::string(108, ' ') << '}';
     }
     file << ']';
@@ -211,7 +216,7 @@ void MeasureFutureDays(ServiceSession& service, PlatformTime& platform) {
     throw std::runtime_error("the ledger cannot be written");
   }
   Print("future-days-raw", SecondsSince(start));
-  PrintOwnWait("future-days", LongestWait(service, kToday + 3, platform), platform);
+  PrintOwnWait("future-days", LongestWait(service, kFutureDaysPass, platform), platform);
   start = steady_clock::now();
   static_cast<void>(service.Run(6));
   Print("future-days-command-6", SecondsSince(start));
@@ -290,7 +295,7 @@ void Run() {
   static PlatformTime& platform = *new PlatformTime(service.Library());
 
   MeasureFirstPass(service, platform);
-  MeasureDailyPass(service, platform);
+  MeasureDailyPasses(service, platform);
   MeasureCommands(service);
   MeasureZeroDay(service, platform);
   MeasureFutureDays(service, platform);

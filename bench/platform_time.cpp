@@ -20,7 +20,7 @@ struct Spent {
   double seconds = 0;
   std::size_t calls = 0;
 };
-std::array<Spent, 3> spent;
+std::array<Spent, 2> spent;
 bool isCounting = false;
 
 Spent& Of(PlatformPart part) { return spent[static_cast<std::size_t>(part)]; }
@@ -80,9 +80,6 @@ PlatformTime::PlatformTime(HMODULE library) {
   using std::filesystem::path;
   Timed<0, kDataProtection, decltype(CryptUnprotectData)>::Patch(library, "CryptUnprotectData",
                                                                  patches_);
-  Timed<0, kBase64, decltype(CryptStringToBinaryA)>::Patch(library, "CryptStringToBinaryA",
-                                                           patches_);
-
   Timed<0, kFiles, decltype(_wfopen)>::Patch(library, "_wfopen", patches_);
   Timed<0, kFiles, decltype(_wfopen_s)>::Patch(library, "_wfopen_s", patches_);
   Timed<0, kFiles, decltype(fread)>::Patch(library, "fread", patches_);

@@ -11,7 +11,7 @@
 namespace Bench {
 
 /// The calls whose time is not the library's own.
-enum class PlatformPart { kDataProtection, kBase64, kFiles };
+enum class PlatformPart { kDataProtection, kFiles };
 
 /// Measures the time that the library spends in calls of the platform, from Reset to the start of
 /// the energy tool, which follows the part of a pass that holds the lock. One for the process; the

@@ -49,6 +49,20 @@ std::string CheckDate(const std::string& text) {
                                                   : "'" + text + "' is no date like 2026-11-22";
 }
 
+constexpr const char* kExport = "Print all figures of the data folder as rows, for programs";
+
+constexpr const char* kExportFooter =
+    "Reads the data folder without a pass and without changing it.\n"
+    "Example: wattleaf_host export --format csv --output C:\\inventory\\energy.csv";
+
+constexpr const char* kMetrics = "Write all figures of the data folder as Prometheus metrics";
+
+constexpr const char* kMetricsFooter =
+    "For the text-file collector of an exporter. Reads the data folder without a pass and without\n"
+    "changing it.\n"
+    "Example: wattleaf_host metrics \"C:\\Program Files\\windows_exporter\\textfile_inputs\\"
+    "wattleaf.prom\"";
+
 /// Command 2 reads everything after the first "?" as the days.
 std::string CheckIconFolder(const std::string& folder) {
   return folder.find('?') == std::string::npos ? "" : "the name of a folder cannot contain '?'";
@@ -94,6 +108,31 @@ void AddExplain(CLI::App& app, Options& options) {
   explain->footer(kExplainFooter);
 }
 
+/// The collector reads no other files.
+std::string CheckMetricsFile(const std::string& path) {
+  return path.ends_with(".prom") ? "" : "the name of the file must end in .prom";
+}
+
+void AddExport(CLI::App& app, Options& options) {
+  auto [subcommand, request] = AddSubcommand<ExportRequest>(app, options, "export", kExport);
+  const std::vector<std::pair<std::string, bool>> formats = {{"ndjson", false}, {"csv", true}};
+  subcommand->add_option("--format", request.csv, "ndjson (the default) or csv")
+      ->transform(CLI::Transformer(formats))
+      ->type_name("FORMAT");
+  subcommand
+      ->add_option("--output", request.output, "The file to write; without it, standard output")
+      ->type_name("FILE");
+  subcommand->footer(kExportFooter);
+}
+
+void AddMetrics(CLI::App& app, Options& options) {
+  auto [subcommand, request] = AddSubcommand<MetricsRequest>(app, options, "metrics", kMetrics);
+  subcommand->add_option("FILE", request.output, "The file to write; its name ends in .prom")
+      ->required()
+      ->check(CheckMetricsFile);
+  subcommand->footer(kMetricsFooter);
+}
+
 void AddOptions(CLI::App& app, Options& options) {
   // Set before the subcommands are added, which inherit it: --json may follow them too.
   app.fallthrough();
@@ -106,13 +145,16 @@ void AddOptions(CLI::App& app, Options& options) {
                  "The folder for the icons of command 2; created if missing")
       ->check(CheckIconFolder)
       ->capture_default_str();
-  app.add_option("--days", options.days, "The number of days that command 2 covers")
+  app.add_option("--days", options.days,
+                 "The number of days that the ranking of applications covers")
       ->check(CLI::Range(0U, 36500U))
       ->capture_default_str();
 
   AddServeOnce(app, options);
   AddCommand(app, options);
   AddExplain(app, options);
+  AddExport(app, options);
+  AddMetrics(app, options);
   app.require_subcommand(1);
   app.footer(kFooter);
 }

@@ -43,6 +43,19 @@ struct ExplainRequest {
   bool eachInterval = false;
 };
 
+/// export.
+struct ExportRequest {
+  /// Comma-separated values instead of JSON lines.
+  bool csv = false;
+  /// Empty for standard output.
+  std::string output;
+};
+
+/// metrics FILE.
+struct MetricsRequest {
+  std::string output;
+};
+
 /// The command line. Texts are UTF-8.
 struct Options {
   bool json = false;
@@ -51,7 +64,8 @@ struct Options {
   std::string iconFolder;
   unsigned int days = 30;
   /// The subcommand with its own options.
-  std::variant<ServeOnceRequest, CommandRequest, ExplainRequest> request;
+  std::variant<ServeOnceRequest, CommandRequest, ExplainRequest, ExportRequest, MetricsRequest>
+      request;
 };
 
 /// The program must end with this status; help, version or usage has been printed.

@@ -138,8 +138,9 @@ std::string ChartSummary(const std::vector<EnergyPoint>& points) {
     summary = Extreme("Highest", *highest) + Extreme("Lowest", *lowest);
   }
   const std::size_t missing = points.size() - known.size();
-  const std::string ofAll = " of " + std::to_string(points.size()) + ".";
-  return summary + "No data: " + (missing == 0 ? "none" : std::to_string(missing)) + ofAll;
+  if (missing == 0) return summary + "No data: none.";
+  return summary + "No data: " + std::to_string(missing) + " of " + std::to_string(points.size()) +
+         ".";
 }
 
 std::string SvgChart(const std::string& id, const std::string& title,

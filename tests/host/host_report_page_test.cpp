@@ -274,7 +274,7 @@ TEST(HostReportPage, HasAtMost200KilobytesWithTheLongestTexts) {
 TEST(HostReportPage, IsWholeWithoutAnyData) {
   const std::string page = Page(Snapshot());
   EXPECT_THAT(page, HasSubstr("<span id=\"average\">no data</span>"));
-  EXPECT_EQ(Count(page, "No data: none of 0."), 6);
+  EXPECT_EQ(Count(page, "No data: none."), 6);
   EXPECT_THAT(page, testing::EndsWith("</html>\n"));
 }
 
@@ -286,5 +286,7 @@ TEST(HostReportPage, PrintsNeitherNaNNorInfinity) {
   const std::string page = Page(snapshot);
   EXPECT_THAT(page, HasSubstr("<span id=\"average\">-</span>"));
   EXPECT_THAT(page, HasSubstr("<span id=\"trees\">-</span>"));
-  EXPECT_THAT(page, Not(testing::ContainsRegex("[^a-z](nan|inf)[^a-z]")));
+  for (const char* text : {">nan", ">-nan", " nan", ">inf", ">-inf", " inf", "\"inf", "\"nan"}) {
+    EXPECT_THAT(page, Not(HasSubstr(text)));
+  }
 }

@@ -147,7 +147,7 @@ TEST(HostSvgChart, IsAnImageWithATitleAndADescription) {
               HasSubstr("role=\"img\" aria-labelledby=\"days-title days-desc\" width=\"100%\" "
                         "height=\"212\">\n<title id=\"days-title\">Last days</title>\n"
                         "<desc id=\"days-desc\">Highest: 5.00 Wh (a). Lowest: 5.00 Wh (a). "
-                        "No data: none of 1.</desc>"));
+                        "No data: none.</desc>"));
 }
 
 TEST(HostChartSummary, HasHighestLowestAndTheNumberWithoutData) {

@@ -18,6 +18,7 @@
 #include "metrics.h"
 #include "options.h"
 #include "platform/win32/owners.h"
+#include "report.h"
 #include "subcommands.h"
 
 namespace {

@@ -63,6 +63,13 @@ constexpr const char* kMetricsFooter =
     "Example: wattleaf_host metrics \"C:\\Program Files\\windows_exporter\\textfile_inputs\\"
     "wattleaf.prom\"";
 
+constexpr const char* kReport = "Write the figures of the data folder as a page for people";
+
+constexpr const char* kReportFooter =
+    "One HTML file with charts that needs neither scripts nor a network. Reads the data folder\n"
+    "without a pass and without changing it; prints the place of the page.\n"
+    "Example: wattleaf_host report C:\\Users\\Public\\energy.html";
+
 /// Command 2 reads everything after the first "?" as the days.
 std::string CheckIconFolder(const std::string& folder) {
   return folder.find('?') == std::string::npos ? "" : "the name of a folder cannot contain '?'";
@@ -133,6 +140,12 @@ void AddMetrics(CLI::App& app, Options& options) {
   subcommand->footer(kMetricsFooter);
 }
 
+void AddReport(CLI::App& app, Options& options) {
+  auto [subcommand, request] = AddSubcommand<ReportRequest>(app, options, "report", kReport);
+  subcommand->add_option("FILE", request.output, "The file to write")->required();
+  subcommand->footer(kReportFooter);
+}
+
 void AddOptions(CLI::App& app, Options& options) {
   // Set before the subcommands are added, which inherit it: --json may follow them too.
   app.fallthrough();
@@ -155,6 +168,7 @@ void AddOptions(CLI::App& app, Options& options) {
   AddExplain(app, options);
   AddExport(app, options);
   AddMetrics(app, options);
+  AddReport(app, options);
   app.require_subcommand(1);
   app.footer(kFooter);
 }

@@ -56,6 +56,11 @@ struct MetricsRequest {
   std::string output;
 };
 
+/// report FILE.
+struct ReportRequest {
+  std::string output;
+};
+
 /// The command line. Texts are UTF-8.
 struct Options {
   bool json = false;
@@ -64,7 +69,8 @@ struct Options {
   std::string iconFolder;
   unsigned int days = 30;
   /// The subcommand with its own options.
-  std::variant<ServeOnceRequest, CommandRequest, ExplainRequest, ExportRequest, MetricsRequest>
+  std::variant<ServeOnceRequest, CommandRequest, ExplainRequest, ExportRequest, MetricsRequest,
+               ReportRequest>
       request;
 };
 

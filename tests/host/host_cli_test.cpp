@@ -49,6 +49,8 @@ TEST(HostCommandLine, WrongArgumentsPrintUsageAndEndWithStatus2) {
       {L"command", L"2", L"--days", L"-1"},
       {L"command", L"2", L"--days", L"week"},
       {L"command", L"2", L"--icons", L"C:\\a?7"},
+      {L"report"},
+      {L"report", L"a.html", L"b.html"},
   };
   for (const auto& arguments : wrong) {
     const HostRun run = RunHost(arguments);

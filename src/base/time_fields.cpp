@@ -34,8 +34,8 @@ class Place {
     return true;
   }
 
-  /// A number of at most `width` digits from `least` to `most`. Leaves `number` as it was if there
-  /// is none.
+  /// A number of at most `width` digits from `least` to `most`. Without one, `number` stays as it
+  /// was.
   bool Read(int width, std::int32_t least, std::int32_t most, std::int32_t& number) {
     std::int32_t value = 0;
     int digits = 0;

@@ -1,7 +1,6 @@
 #include "base/time_reader.h"
 
 #include <algorithm>
-#include <bit>
 #include <chrono>
 #include <string_view>
 
@@ -29,15 +28,6 @@ std::int32_t SecondOfDay(const DateTime& time) {
 /// A day of some month at a time of day as clocks show it, as opposed to a text that lacks the day
 /// or has a leap second.
 bool IsPlain(const DateTime& written) { return written.tm_mday > 0 && written.tm_sec < 60; }
-
-/// What ParseDateTime and InstantOf make of the fields that were read. False outside the calendar.
-bool TryNormalise(const DateTime& written, LocalTime& time) {
-  time.fields = written;
-  if (MakeInstant(time.fields) == -1) return false;
-  time.fields.tm_hour = written.tm_hour;
-  time.instant = InstantOf(time.fields);
-  return true;
-}
 
 /// A time outside the calendar: the fields as read, with the day of the week and of the year that
 /// std::get_time adds, if need be from a day and a month that are 0. Not for the year 0, where its
@@ -67,12 +57,6 @@ LocalTime Difference(LocalTime time, const DateTime& written) {
   time.fields.tm_sec -= written.tm_sec;
   time.instant -= SecondOfDay(written);
   return time;
-}
-
-bool IsSame(const LocalTime& left, const LocalTime& right) {
-  using Fields = std::array<std::int32_t, 9>;
-  return left.instant == right.instant &&
-         std::bit_cast<Fields>(left.fields) == std::bit_cast<Fields>(right.fields);
 }
 
 }  // namespace
@@ -107,10 +91,15 @@ bool TimeReader::TryRead(const Char* text, char separator, LocalTime& time) {
 }
 
 bool TimeReader::TryConvert(const DateTime& written, LocalTime& time) {
-  if (IsPlain(written) ? TryAddToStretch(written, time) : TryNormalise(written, time)) return true;
+  if (IsPlain(written) ? TryConvertPlain(written, time) : TryNormalise(written, time)) return true;
   if (written.tm_year <= -1900) return false;
   time = OutsideCalendar(written);
   return true;
+}
+
+bool TimeReader::TryConvertPlain(const DateTime& written, LocalTime& time) {
+  return separator_ == '\0' ? dates_.TryNormaliseDate(written, time)
+                            : TryAddToStretch(written, time);
 }
 
 // What the zone does is never computed here, only asked: the C library normalises the first text of
@@ -150,7 +139,7 @@ bool TimeReader::IsEven(const LocalTime& base, DateTime written, std::int32_t le
     written.tm_min = end / 60 % 60;
     written.tm_sec = end % 60;
     LocalTime time;
-    if (!TryNormalise(written, time) || !IsSame(time, Sum(base, written))) return false;
+    if (!TryNormalise(written, time) || !IsSameTime(time, Sum(base, written))) return false;
   }
   return true;
 }

@@ -5,14 +5,10 @@
 #include <cstdint>
 
 #include "base/calendar.h"
+#include "base/date_run.h"
+#include "base/local_time.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
-
-/// A local time and its instant: seconds since 1970 in UTC, -1 outside the calendar.
-struct LocalTime {
-  DateTime fields;
-  std::int64_t instant = -1;
-};
 
 /// Reads the times of one file. The result is that of ParseDateTime and of InstantOf, to the last
 /// field; reading many times of a few days takes little more than reading their digits. Used by one
@@ -43,19 +39,23 @@ class TimeReader {
   static constexpr std::size_t kStretchesOfALength = 128;
   static constexpr std::array<std::int32_t, 3> kStretchSeconds{23 * 3600, 1800, 60};
 
-  /// Sets `time` to the time in `text`, which is not null. False if only the C++ library can tell.
+  /// Sets `time` to the time in `text`, which is not null. False if it is left
+  /// to std::get_time.
   template <typename Char>
   [[nodiscard]] bool TryRead(const Char* text, char separator, LocalTime& time);
   /// Sets `time` to the time whose six fields of date and time of day are `written`. False for the
   /// year 0.
   [[nodiscard]] bool TryConvert(const DateTime& written, LocalTime& time);
-  /// The same for plain fields. False outside the calendar.
+  /// The same for plain fields, whose time of day is zero if the format has none. False outside the
+  /// calendar.
+  [[nodiscard]] bool TryConvertPlain(const DateTime& written, LocalTime& time);
   [[nodiscard]] bool TryAddToStretch(const DateTime& written, LocalTime& time);
   [[nodiscard]] static bool IsEven(const LocalTime& base, DateTime written, std::int32_t length);
 
   const char* format_;
   char separator_;  // Between date and time of day; 0 for a date alone.
   std::array<std::array<Stretch, kStretchesOfALength>, kStretchSeconds.size()> stretches_;
+  DateRun dates_;  // Of a format without a time of day.
 };
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -1,13 +1,13 @@
 #pragma once
 
-#include <array>
-#include <bit>
 #include <cstdint>
 #include <iterator>
+#include <limits>
 #include <utility>
 
+#include "base/known_instants.h"
 #include "base/local_calendar.h"
-#include "base/time_reader.h"
+#include "base/local_time.h"
 #include "ledger/power_ledger.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
@@ -32,16 +32,24 @@ class LedgerCursor {
   /// The same for a day that is entered with 0.0 if there is none.
   [[nodiscard]] float& FindOrInsert(const LocalTime& day) {
     if (float* value = Find(day)) return *value;
-    entry_ = ledger_.emplace_hint(entry_, day.fields, 0.0F);
+    entry_ = Insert(day);
     instant_ = day.instant;
     return entry_->second;
   }
 
  private:
   static constexpr int kMostSteps = 4;
+  static constexpr std::int64_t kUnknown = std::numeric_limits<std::int64_t>::max();
 
   [[nodiscard]] bool IsAt(const LocalTime& day) const {
     return entry_ != ledger_.end() && instant_ == day.instant;
+  }
+
+  /// Adds a day in front of the entry.
+  [[nodiscard]] Entry Insert(const LocalTime& day) {
+    if (entry_ == ledger_.end()) return ledger_.emplace_hint(entry_, day.fields, 0.0F);
+    const KnownInstants known(day, {entry_->first, instant_});
+    return ledger_.emplace_hint(entry_, day.fields, 0.0F);
   }
 
   /// Moves to the first entry that is not before `day`.
@@ -55,10 +63,10 @@ class LedgerCursor {
       } else {
         if (entry_ == ledger_.begin()) return;
         const Entry previous = std::prev(entry_);
-        const std::int64_t instant = InstantOfKey(previous, day);
-        if (instant < day.instant) return;
+        if (instantBefore_ == kUnknown) instantBefore_ = InstantOfKey(previous, day);
+        if (instantBefore_ < day.instant) return;
         entry_ = previous;
-        instant_ = instant;
+        instant_ = std::exchange(instantBefore_, kUnknown);
       }
     }
     MoveTo(ledger_.lower_bound(day.fields), day);
@@ -66,19 +74,19 @@ class LedgerCursor {
 
   void MoveTo(Entry entry, const LocalTime& near) {
     entry_ = entry;
+    instantBefore_ = kUnknown;
     if (entry_ != ledger_.end()) instant_ = InstantOfKey(entry_, near);
   }
 
   static std::int64_t InstantOfKey(Entry entry, const LocalTime& near) {
-    using Fields = std::array<std::int32_t, 9>;
     const DateTime& key = entry->first;
-    if (std::bit_cast<Fields>(key) == std::bit_cast<Fields>(near.fields)) return near.instant;
-    return InstantOf(key);
+    return HasSameFields(key, near.fields) ? near.instant : InstantOf(key);
   }
 
   Ledger& ledger_;
   Entry entry_;
-  std::int64_t instant_ = 0;  ///< of `entry_`, unless that is the end
+  std::int64_t instant_ = 0;               ///< of `entry_`, unless that is the end
+  std::int64_t instantBefore_ = kUnknown;  ///< of the entry in front of it, if it was asked for
 };
 
 /// The day `seconds` after `day`, with its hour restored (ShiftKeepingHour).

@@ -1,7 +1,6 @@
 #include "ledger/power_ledger.h"
 
 #include "base/local_calendar.h"
-#include "base/time_reader.h"
 #include "ledger/ledger_cursor.h"
 #include "ledger/sample_energy.h"
 

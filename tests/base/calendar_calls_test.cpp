@@ -5,6 +5,7 @@
 #include "base/calendar.h"
 #include "base/literal_times.h"
 #include "base/zones.h"
+#include "ledger/ledger_cursor.h"
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 
@@ -44,6 +45,14 @@ int CallsForADay(const char* zone, DateTime date, const char* format) {
   return result;
 }
 
+/// The fields of an instant in UTC.
+DateTime FromUtc(std::int64_t instant) {
+  const time_t seconds = instant;
+  std::tm fields{};
+  gmtime_r(&seconds, &fields);
+  return FromTm(fields);
+}
+
 constexpr int kCallsOfAStretch = 6;  // Two for its first text and for each of its ends.
 
 }  // namespace
@@ -63,11 +72,65 @@ TEST(CalendarCalls, AreThoseOfTwoStretchesForADay) {
   }
 }
 
-TEST(CalendarCalls, AreThoseOfOneStretchForARepeatedDate) {
+TEST(CalendarCalls, AreTwoForARepeatedDate) {
   TimeReader reader(kDateFormat);
   calls = 0;
   for (int i = 0; i < 10; ++i) static_cast<void>(reader.Read("2025-07-15"));
-  EXPECT_EQ(calls, kCallsOfAStretch);
+  EXPECT_EQ(calls, 2);
+}
+
+TEST(CalendarCalls, AreSixteenForTheDatesBetweenTwoClockChanges) {
+  // Two for the first date, and for each end of a run of 7, 14, 28, 56, 112 and up to 224 days; and
+  // two more where a run ends at a change and the next one begins.
+  TestSupport::UseZone("Europe/Berlin");
+  constexpr int kYears = 10;
+  constexpr int kDates = 365 * kYears + 3;
+  for (const bool isBackwards : {false, true}) {
+    TimeReader reader(kDateFormat);
+    calls = 0;
+    for (int i = 0; i < kDates; ++i) {
+      const DateTime date =
+          FromUtc(1'577'836'800 + (isBackwards ? kDates - 1 - i : i) * kSecondsPerDay);
+      DateBuffer buffer{};
+      static_cast<void>(reader.Read(std::string(WriteDate(date, buffer)).c_str()));
+    }
+    EXPECT_LE(calls, 16 * (2 * kYears + 1));
+  }
+  TestSupport::UseZone("UTC0");
+}
+
+TEST(CalendarCalls, AreTwoForEachOfDatesAWeekApart) {
+  TimeReader reader(kDateFormat);
+  calls = 0;
+  for (const char* date : {"2025-07-01", "2025-07-08", "2025-07-15", "2025-07-01"}) {
+    static_cast<void>(reader.Read(date));
+  }
+  EXPECT_EQ(calls, 4 * 2);
+}
+
+TEST(CalendarCalls, AreNoneForDaysEnteredInFrontOfEachOther) {
+  PowerLedger ledger;
+  LedgerCursor cursor(ledger);
+  calls = 0;
+  for (int day = 100; day > 0; --day) {
+    const std::int64_t instant = day * kSecondsPerDay;
+    cursor.FindOrInsert({LocalTimeOf(instant), instant}) = 1.0F;
+  }
+  EXPECT_EQ(ledger.size(), 100U);
+  EXPECT_EQ(calls, 0);
+}
+
+TEST(CalendarCalls, AreOneForDaysEnteredBetweenTwoFarDays) {
+  const std::int64_t later = 2200 * kSecondsPerDay;
+  PowerLedger ledger{{LocalTimeOf(2000 * kSecondsPerDay), 1.0F}, {LocalTimeOf(later), 2.0F}};
+  LedgerCursor cursor(ledger);
+  ASSERT_NE(cursor.Find({LocalTimeOf(later), later}), nullptr);
+  calls = 0;
+  for (int day = 2150; day > 2100; --day) {
+    const std::int64_t instant = day * kSecondsPerDay;
+    cursor.FindOrInsert({LocalTimeOf(instant), instant}) = 1.0F;
+  }
+  EXPECT_EQ(calls, 1);  // that of the first day, asked for once
 }
 
 TEST(CalendarCalls, AreThoseOfHalfHoursWhereDaylightTimeIsHalfAnHour) {

@@ -65,28 +65,40 @@ void AddTexts(std::vector<std::string>& texts, std::int64_t first, std::int64_t 
   }
 }
 
+/// The dates from `first` to before `end`, and two that no month has.
+void AddDates(std::vector<std::string>& texts, std::int64_t first, std::int64_t end) {
+  for (std::int64_t seconds = first; seconds < end; seconds += kSecondsPerDay) {
+    const DateTime date = Civil(seconds);
+    texts.push_back(SampleTimeText(date).substr(0, 10));
+    if (date.tm_mon == 1 && date.tm_mday == 28) {
+      for (const char* day : {"30", "31"}) texts.push_back(texts.back().substr(0, 8) + day);
+    }
+  }
+}
+
 class TimeReaderInZone : public testing::TestWithParam<ZoneYears> {
  protected:
   void SetUp() override { TestSupport::UseZone(GetParam().zone); }
   void TearDown() override { TestSupport::UseZone("UTC0"); }
 
-  void ExpectLiteralResults(const std::vector<std::string>& texts) {
-    TimeReader reader(kSampleTimeFormat);
+  void ExpectLiteralResults(const std::vector<std::string>& texts,
+                            const char* format = kSampleTimeFormat) {
+    TimeReader reader(format);
     for (const std::string& text : texts) {
       const LocalTime time = reader.Read(text.c_str());
-      ASSERT_TRUE(IsLiteralResult(text, time))
+      ASSERT_TRUE(IsLiteralResult(text, format, time))
           << text << "\n  read:    " << TestSupport::Text(time)
-          << "\n  literal: " << TestSupport::Text(LiteralTime(text.c_str(), kSampleTimeFormat));
+          << "\n  literal: " << TestSupport::Text(LiteralTime(text.c_str(), format));
     }
     count_ += texts.size();
     RecordProperty("times", static_cast<int>(count_));
   }
 
  private:
-  bool IsLiteralResult(const std::string& text, const LocalTime& time) {
-    if (IsSame(time, LiteralTime(text.c_str(), kSampleTimeFormat))) return true;
+  bool IsLiteralResult(const std::string& text, const char* format, const LocalTime& time) {
+    if (IsSame(time, LiteralTime(text.c_str(), format))) return true;
     return GetParam().skipsADay &&
-           TestSupport::IsLiteralAfterAnotherCall(time, text.c_str(), kSampleTimeFormat);
+           TestSupport::IsLiteralAfterAnotherCall(time, text.c_str(), format);
   }
 
   std::size_t count_ = 0;
@@ -112,6 +124,40 @@ TEST_P(TimeReaderInZone, ReadsEverySecondAroundAClockChangeLikeTheLiteralAlgorit
     AddTexts(texts, std::min(before, after) - 1800, std::max(before, after) + 1800, 1);
     ExpectLiteralResults(texts);
   }
+}
+
+TEST_P(TimeReaderInZone, ReadsEveryDateLikeTheLiteralAlgorithm) {
+  std::vector<std::string> dates;
+  for (const int firstYear : {1970, GetParam().firstYear - 1, 2030, 2998}) {
+    AddDates(dates, FirstSecondOf(firstYear), FirstSecondOf(firstYear + 4));
+  }
+  ExpectLiteralResults(dates, kDateFormat);
+  std::reverse(dates.begin(), dates.end());
+  ExpectLiteralResults(dates, kDateFormat);
+  std::shuffle(dates.begin(), dates.end(), std::mt19937(7));
+  dates.resize(dates.size() / 4);
+  ExpectLiteralResults(dates, kDateFormat);
+}
+
+TEST_P(TimeReaderInZone, ReadsDatesOfAnyDistanceLikeTheLiteralAlgorithm) {
+  std::mt19937 random(7);
+  std::vector<std::string> dates;
+  std::int64_t seconds = FirstSecondOf(GetParam().firstYear);
+  while (dates.size() < 4000) {
+    const int steps = static_cast<int>(random() % 40);
+    const auto longest = static_cast<int>(1 + random() % 12);
+    for (int i = 0; i < steps; ++i) {
+      seconds += (static_cast<int>(random() % static_cast<unsigned>(2 * longest + 1)) - longest) *
+                 kSecondsPerDay;
+      AddDates(dates, seconds, seconds + 1);
+    }
+    // Most of the dates lie within the years of the zone.
+    const int years = GetParam().lastYear - GetParam().firstYear + 1;
+    seconds =
+        FirstSecondOf(GetParam().firstYear) +
+        static_cast<std::int64_t>(random() % static_cast<unsigned>(years * 365)) * kSecondsPerDay;
+  }
+  ExpectLiteralResults(dates, kDateFormat);
 }
 
 INSTANTIATE_TEST_SUITE_P(Zones, TimeReaderInZone, testing::ValuesIn(TestSupport::kZones),

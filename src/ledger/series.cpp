@@ -76,28 +76,21 @@ ShownMonths MonthsUntil(const DateTime& today) {
 
 int CountMonths(int month, int year) { return year * kMonthsPerYear + month; }
 
-/// The first day of the month before `month`.
-DateTime MonthBefore(const Month& month) {
-  DateTime day;
-  day.tm_mday = 1;
-  day.tm_mon = month.month - 2;
-  day.tm_year = month.year - kFirstYear;
-  return day;
-}
-
-/// The energy of each month. Looks only at the entries of these months and of the months before and
-/// after them, since a ledger may hold all days up to the end of the calendar. Entries are in the
-/// order of their instants, which are at most a day or two from their dates.
+/// The energy of each month. Looks only at the entries up to the month after them, since a ledger
+/// may hold all days up to the end of the calendar. Entries are in the order of their instants,
+/// which are at most a day or two from their dates. Few entries are older than the months, so the
+/// first of them is not searched for: the search would touch more memory than the walk.
 std::array<float, kMonthsShown> MonthEnergiesWh(const PowerLedger& ledger,
                                                 const ShownMonths& months) {
   std::array<float, kMonthsShown> sumsWh{};
+  const int firstCount = CountMonths(months.front().month, months.front().year);
   const int lastCount = CountMonths(months.back().month, months.back().year);
-  for (auto entry = ledger.lower_bound(MonthBefore(months.front())); entry != ledger.end();
-       ++entry) {
-    const DateTime& day = entry->first;
-    if (CountMonths(day.tm_mon + 1, day.tm_year + kFirstYear) > lastCount + 1) break;
+  for (const auto& [day, energyWh] : ledger) {
+    const int count = CountMonths(day.tm_mon + 1, day.tm_year + kFirstYear);
+    if (count < firstCount) continue;
+    if (count > lastCount + 1) break;
     for (std::size_t i = 0; i < months.size(); ++i) {
-      if (months[i].Contains(day)) sumsWh[i] += entry->second;
+      if (months[i].Contains(day)) sumsWh[i] += energyWh;
     }
   }
   return sumsWh;

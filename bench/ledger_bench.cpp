@@ -14,6 +14,7 @@
 #include "ledger/day_energy.h"
 #include "ledger/ledger_file.h"
 #include "ledger/power_ledger.h"
+#include "ledger/recent_days.h"
 #include "ledger/sample_energy.h"
 #include "ledger/series.h"
 #include "operation.h"
@@ -51,14 +52,19 @@ struct DataFolder {
     Bench::WriteSamples(Of(Bench::DateOfDay(samples.day) + ".json"), samples);
   }
 
-  /// A DayReader.
-  bool Read(const DateTime& day, JsonRowSink& sink) {
+  /// A DaySummaryReader.
+  std::shared_ptr<const DaySummary> Read(RecentDays& recent, const DateTime& day) {
     const Path path = Samples(day);
     if (std::ranges::find(discarded, path) != discarded.end() || !std::filesystem::exists(path)) {
-      return false;
+      return nullptr;
     }
     readFiles.push_back(path);
-    return ReadJsonRows(path.wstring(), kSampleMembers, sink) == JsonRowsOutcome::kRows;
+    return recent.Read(path.wstring());
+  }
+
+  /// A DayReader.
+  bool ReadSamples(const DateTime& day, JsonRowSink& sink) {
+    return ReadJsonRows(Samples(day).wstring(), kSampleMembers, sink) == JsonRowsOutcome::kRows;
   }
 };
 
@@ -72,7 +78,8 @@ bool ParseAll(const Paths& paths) {
 
 float EnergyOfDay(DataFolder& folder, const DateTime& day) {
   folder.readFiles.clear();
-  return DayEnergyWh(day, std::bind_front(&DataFolder::Read, &folder));
+  RecentDays recent;
+  return DayEnergyWh(day, std::bind_front(&DataFolder::Read, &folder, std::ref(recent)));
 }
 
 Paths FilesAround(const DataFolder& folder, int day) {
@@ -106,7 +113,7 @@ const Bench::Registration neighboursRaw{{"day-and-neighbours/raw", PrepareThreeD
 // The chart of the last twelve hours, at half past nine.
 
 std::map<int, float> EnergyByHour(DataFolder& folder, const DateTime& day) {
-  return HourlyEnergyWh(day, std::bind_front(&DataFolder::Read, &folder));
+  return HourlyEnergyWh(day, std::bind_front(&DataFolder::ReadSamples, &folder));
 }
 
 bool HourlyChart() {
@@ -127,9 +134,10 @@ bool Pass(DataFolder& folder) {
   folder.discarded.clear();
   const DateTime today = Day(kMostLedgerDays - 1);
   PowerLedger ledger;
+  RecentDays recent;
   LoadLedger(folder.Ledger().wstring(), OldestDay(today), ledger);
   const auto energyOf = [&](const DateTime& day) {
-    return DayEnergyWh(day, std::bind_front(&DataFolder::Read, &folder));
+    return DayEnergyWh(day, std::bind_front(&DataFolder::Read, &folder, std::ref(recent)));
   };
   const auto discard = [&](const DateTime& day) {
     folder.discarded.push_back(folder.Samples(day));

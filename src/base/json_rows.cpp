@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "base/json_parse.h"
-#include "base/json_text.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
@@ -103,10 +102,15 @@ JsonRowsOutcome ReadJsonRows(const std::wstring& path, std::span<const std::stri
                              JsonRowSink& sink, const JsonLimits& limits) {
   std::optional<JsonText> text = JsonText::TryRead(path, limits.fileBytes);
   if (!text) return JsonRowsOutcome::kUnreadable;
+  return ReadJsonRows(*text, names, sink, limits.openValues);
+}
+
+JsonRowsOutcome ReadJsonRows(JsonText& text, std::span<const std::string_view> names,
+                             JsonRowSink& sink, std::size_t mostOpenValues) {
   RowCollector collector(names, sink);
-  rapidjson::InsituStringStream stream(text->Begin());
+  rapidjson::InsituStringStream stream(text.Begin());
   constexpr unsigned kInPlace = rapidjson::kParseDefaultFlags | rapidjson::kParseInsituFlag;
-  if (!ParseJson<kInPlace>(stream, collector, limits.openValues)) {
+  if (!ParseJson<kInPlace>(stream, collector, mostOpenValues)) {
     return JsonRowsOutcome::kUnreadable;
   }
   return collector.IsArray() ? JsonRowsOutcome::kRows : JsonRowsOutcome::kNoArray;

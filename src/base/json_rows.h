@@ -2,11 +2,13 @@
 
 #include <rapidjson/document.h>
 
+#include <cstddef>
 #include <span>
 #include <string>
 #include <string_view>
 
 #include "base/json_limits.h"
+#include "base/json_text.h"
 
 // JSON files that hold one array of objects, read element by element: nothing of an element is kept
 // once the next one begins.
@@ -36,5 +38,10 @@ class JsonRowSink {
 [[nodiscard]] JsonRowsOutcome ReadJsonRows(const std::wstring& path,
                                            std::span<const std::string_view> names,
                                            JsonRowSink& sink, const JsonLimits& limits = {});
+
+/// The same for the text of a file, which is changed.
+[[nodiscard]] JsonRowsOutcome ReadJsonRows(JsonText& text, std::span<const std::string_view> names,
+                                           JsonRowSink& sink,
+                                           std::size_t mostOpenValues = kMostJsonValues);
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -127,7 +127,7 @@ std::optional<JsonText> JsonText::TryRead(const std::wstring& path, std::size_t 
   const std::size_t count = ReadUpToZero(file.get(), most, bytes.get());
   bytes[count] = '\0';
   if (!KeepsJsonLimits({bytes.get(), count})) return std::nullopt;
-  return JsonText(std::move(bytes));
+  return JsonText(std::move(bytes), count);
 }
 
 // The quick checks cost a twentieth of the parser, following each character half as much as it.

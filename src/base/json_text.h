@@ -20,11 +20,14 @@ class JsonText {
 
   /// The first character. The parser may change the text.
   [[nodiscard]] char* Begin() { return bytes_.get(); }
+  [[nodiscard]] std::string_view View() const { return {bytes_.get(), size_}; }
 
  private:
-  explicit JsonText(std::unique_ptr<char[]> bytes) : bytes_(std::move(bytes)) {}
+  JsonText(std::unique_ptr<char[]> bytes, std::size_t size)
+      : bytes_(std::move(bytes)), size_(size) {}
 
   std::unique_ptr<char[]> bytes_;
+  std::size_t size_;
 };
 
 /// Whether no string and no exponent of a JSON text is longer than its limit (json_limits.h).

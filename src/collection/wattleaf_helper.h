@@ -17,6 +17,7 @@
 #include "catalogue/installed_apps.h"
 #include "collection/collector_status.h"
 #include "collection/data_collector.h"
+#include "ledger/recent_days.h"
 #include "ledger/sample_reader.h"
 #include "platform/win32/owners.h"
 #include "platform/win32/unique_resource.h"
@@ -95,8 +96,8 @@ class WATTLEAF_API WattleafHelper {
   /// The worker's body. Exceptions that an operation does not catch end the process.
   void ProcessingCallback();
 
-  /// Passes the plain copy of one day's samples to `use` (ledger/sample_reader.h); false if there
-  /// is none. The caller holds dataMutex. Throws filesystem_error as IsPlainFile does
+  /// Passes the plain copy of one day's samples to `use` (ledger/sample_reader.h); false for a day
+  /// without one. The caller holds dataMutex. Throws filesystem_error as IsPlainFile does
   /// (base/plain_file.h).
   [[nodiscard]] bool UsePlainCopy(const DateTime& day, const PlainCopyUse& use);
   /// One day's samples as a document, which the caller owns: an empty array for a day without
@@ -182,8 +183,9 @@ class WATTLEAF_API WattleafHelper {
     /// Encrypted sample files that the pass deletes once the ledger is saved, in the order of
     /// deletion. Until then they count as deleted.
     std::vector<std::wstring> discardedSamples;
-    /// Only a pass reuses what it decrypted: each command decrypts the current files.
+    /// Only a pass reuses what it decrypted and parsed: each command reads the current files.
     RecentSamples recentSamples;
+    RecentDays recentDays;
   };
   /// Empty between passes. Guarded by dataMutex.
   std::optional<LedgerPass> runningPass;

@@ -135,7 +135,14 @@ void WattleafHelper::CalculateDailyPowerConsumption() {
 }
 
 float WattleafHelper::CalculateDailyPowerConsumption(const DateTime& day) {
-  return DayEnergyWh(day, std::bind_front(&WattleafHelper::ReadSamples, this));
+  RecentDays none;
+  RecentDays& recent = runningPass ? runningPass->recentDays : none;
+  return DayEnergyWh(day, [&](const DateTime& wanted) {
+    std::shared_ptr<const DaySummary> samples;
+    const auto read = [&](const std::wstring& path) { samples = recent.Read(path); };
+    static_cast<void>(UsePlainCopy(wanted, read));
+    return samples;
+  });
 }
 
 std::map<int, float> WattleafHelper::GetPowerConsumption(const DateTime& day) {

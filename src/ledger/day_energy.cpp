@@ -2,67 +2,17 @@
 
 #include <cstddef>
 #include <optional>
-#include <string>
 #include <utility>
-#include <vector>
 
-#include "base/date_text.h"
-#include "base/time_reader.h"
 #include "ledger/sample_energy.h"
+#include "ledger/sample_intervals.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
 namespace {
 
-struct Sample {
-  bool isCounted = false;
-  float watts = 0.0F;
-  std::optional<SampleTime> time;  ///< only of a counted sample and of the one after it
-};
-
-/// Receives the samples of a day, and passes on each interval that begins at a counted sample other
-/// than the first one.
-class DaySamples : public JsonRowSink {
- public:
-  void Take(JsonRow row) final {
-    const bool endsInterval = count_ > 1 && last_.isCounted;
-    Sample sample{IsCountedSample(row), SamplePowerWatts(row), std::nullopt};
-    if (sample.isCounted || endsInterval) sample.time = TryReadTime(times_, SampleTimeText(row));
-    if (endsInterval) TakeInterval(last_, sample);
-    if (count_ == 0) first_ = sample;
-    last_ = sample;
-    ++count_;
-  }
-
-  /// Of the samples that were received, also within TakeInterval.
-  [[nodiscard]] std::size_t Count() const { return count_; }
-  [[nodiscard]] const Sample& First() const { return first_; }
-  [[nodiscard]] const Sample& Last() const { return last_; }
-
- private:
-  virtual void TakeInterval(const Sample& start, const Sample& end) = 0;
-
-  TimeReader times_{kSampleTimeFormat};
-  std::size_t count_ = 0;
-  Sample first_;
-  Sample last_;
-};
-
-/// Keeps the energy of each interval: it is added up only after the link to the day before.
-class DayIntervals final : public DaySamples {
- public:
-  [[nodiscard]] const std::vector<float>& EnergiesWh() const { return energiesWh_; }
-
- private:
-  void TakeInterval(const Sample& start, const Sample& end) override {
-    energiesWh_.push_back(EnergyBetweenWh(start.time, end.time, start.watts));
-  }
-
-  std::vector<float> energiesWh_;
-};
-
 /// Adds the intervals up by the hour.
-class HourSums final : public DaySamples {
+class HourSums final : public SampleIntervals {
  public:
   /// The hours of a list that has ended.
   [[nodiscard]] std::map<int, float> Finish() {
@@ -72,7 +22,7 @@ class HourSums final : public DaySamples {
   }
 
  private:
-  void TakeInterval(const Sample& start, const Sample& end) override {
+  void TakeInterval(const DaySample& start, const DaySample& end) override {
     if (!start.time) return;
     sumWh_ += EnergyBetweenWh(start.time, end.time, start.watts);
     if (end.time && end.time->hour != start.time->hour) {
@@ -94,50 +44,18 @@ class HourSums final : public DaySamples {
   std::size_t samplesAtOpenHour_ = 0;  ///< how many came before the end of that interval
 };
 
-/// Keeps the first or the last sample of a neighbouring day, whose type does not matter.
-class NearestSample final : public JsonRowSink {
- public:
-  enum class End { kFirst, kLast };
-
-  explicit NearestSample(End end) : end_(end) {}
-
-  void Take(JsonRow row) override {
-    if (isKnown_ && end_ == End::kFirst) return;
-    isKnown_ = true;
-    watts_ = SamplePowerWatts(row);
-    const char* text = SampleTimeText(row);
-    hasTime_ = text != nullptr;
-    if (hasTime_) time_ = text;
-  }
-
-  [[nodiscard]] float Watts() const { return watts_; }
-  /// Empty also for a day without samples.
-  [[nodiscard]] std::optional<SampleTime> Time() const {
-    if (!isKnown_ || !hasTime_) return std::nullopt;
-    TimeReader times(kSampleTimeFormat);
-    return TryReadTime(times, time_.c_str());
-  }
-
- private:
-  End end_;
-  bool isKnown_ = false;
-  bool hasTime_ = false;
-  float watts_ = 0.0F;
-  std::string time_;
-};
-
-float LinkToDayBeforeWh(const DateTime& day, const Sample& first, const DayReader& read) {
-  NearestSample before(NearestSample::End::kLast);
-  if (!read(ShiftKeepingHour(day, -kSecondsPerDay), before)) return 0.0F;
-  return EnergyBetweenWh(before.Time(), first.time, before.Watts());
+float LinkToDayBeforeWh(const DateTime& day, const DaySample& first, const DaySummaryReader& read) {
+  const auto before = read(ShiftKeepingHour(day, -kSecondsPerDay));
+  if (!before || before->count == 0) return 0.0F;
+  return EnergyBetweenWh(before->last.time, first.time, before->last.watts);
 }
 
 // Kept on purpose: the power is that of the later sample, while every other interval uses that of
 // the earlier one (test DayEnergy.LinkToTheDayAfterUsesThePowerOfTheLaterSample).
-float LinkToDayAfterWh(const DateTime& day, const Sample& last, const DayReader& read) {
-  NearestSample after(NearestSample::End::kFirst);
-  if (!read(ShiftKeepingHour(day, kSecondsPerDay), after)) return 0.0F;
-  return EnergyBetweenWh(last.time, after.Time(), after.Watts());
+float LinkToDayAfterWh(const DateTime& day, const DaySample& last, const DaySummaryReader& read) {
+  const auto after = read(ShiftKeepingHour(day, kSecondsPerDay));
+  if (!after || after->count == 0) return 0.0F;
+  return EnergyBetweenWh(last.time, after->first.time, after->first.watts);
 }
 
 }  // namespace
@@ -145,15 +63,15 @@ float LinkToDayAfterWh(const DateTime& day, const Sample& last, const DayReader&
 // Kept on purpose: each sample takes one branch, so that the interval from the first sample to the
 // second is not booked, and a single sample gets only its link to the day before (tests
 // DayEnergy.SkipsTheFirstInterval and DayEnergy.SingleSampleHasOnlyItsLinkToTheDayBefore).
-float DayEnergyWh(const DateTime& day, const DayReader& read) {
-  DayIntervals samples;
-  if (!read(day, samples) || samples.Count() == 0) return 0.0F;
+float DayEnergyWh(const DateTime& day, const DaySummaryReader& read) {
+  const auto samples = read(day);
+  if (!samples || samples->count == 0) return 0.0F;
 
   float sumWh = 0.0F;
-  if (samples.First().isCounted) sumWh += LinkToDayBeforeWh(day, samples.First(), read);
-  for (const float energyWh : samples.EnergiesWh()) sumWh += energyWh;
-  const bool hasLinkAfter = samples.Count() > 1 && samples.Last().isCounted;
-  if (hasLinkAfter) sumWh += LinkToDayAfterWh(day, samples.Last(), read);
+  if (samples->first.isCounted) sumWh += LinkToDayBeforeWh(day, samples->first, read);
+  for (const float energyWh : samples->intervalsWh) sumWh += energyWh;
+  const bool hasLinkAfter = samples->count > 1 && samples->last.isCounted;
+  if (hasLinkAfter) sumWh += LinkToDayAfterWh(day, samples->last, read);
   return FiniteOrZero(sumWh / kEnergyDivisor);
 }
 

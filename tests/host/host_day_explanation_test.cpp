@@ -68,7 +68,7 @@ TEST(DayExplanation, HasTheBitsOfTheLibrary) {
     FakeDays explained = library;
     const DateTime day = Day(dates[1]);
 
-    const float energyWh = DayEnergyWh(day, library.Reader());
+    const float energyWh = DayEnergyWh(day, library.Summaries());
     const auto hours = HourlyEnergyWh(day, library.Reader());
     const DayExplanation explanation = ExplainDay(day, explained.Reader());
     const HourExplanation hourExplanation = ExplainHours(day, explained.Reader());

@@ -30,14 +30,14 @@ std::string AtDayAfter(const std::string& time, const std::string& power = "36")
   return Sample(std::string(kDayAfter) + "T" + time, power);
 }
 
-float EnergyOf(FakeDays days) { return DayEnergyWh(Day(kToday), days.Reader()); }
+float EnergyOf(FakeDays days) { return DayEnergyWh(Day(kToday), days.Summaries()); }
 
 }  // namespace
 
 TEST(DayEnergy, SkipsTheFirstInterval) {
   const std::string list = List({At("10:00:00"), At("10:05:00"), At("10:10:00"), At("10:15:00")});
   FakeDays days{{kToday, list}};
-  const float energyWh = DayEnergyWh(Day(kToday), days.Reader());
+  const float energyWh = DayEnergyWh(Day(kToday), days.Summaries());
   // From 10:05 to 10:10 and from 10:10 to 10:15.
   EXPECT_EQ(energyWh, kWhOf600Seconds);
   EXPECT_NEAR(energyWh, 6.818F, 0.0005F);
@@ -159,21 +159,21 @@ TEST(DayEnergy, GapAcrossMidnightCountsTwice) {
   FakeDays days{{kDayBefore, List({AtDayBefore("23:50:00"), AtDayBefore("23:58:00", "30")})},
                 {kToday, List({At("00:02:00", "60"), At("12:00:00")})}};
   // 240 seconds, once with the power of each side.
-  EXPECT_EQ(DayEnergyWh(Day(kToday), days.Reader()), 2.0F / 0.88F);
-  EXPECT_EQ(DayEnergyWh(Day(kDayBefore), days.Reader()), 4.0F / 0.88F);
+  EXPECT_EQ(DayEnergyWh(Day(kToday), days.Summaries()), 2.0F / 0.88F);
+  EXPECT_EQ(DayEnergyWh(Day(kDayBefore), days.Summaries()), 4.0F / 0.88F);
 }
 
 TEST(DayEnergy, SingleSampleHasOnlyItsLinkToTheDayBefore) {
   FakeDays days{{kDayBefore, List({AtDayBefore("23:58:00", "36")})},
                 {kToday, List({At("00:03:00", "9999")})},
                 {kDayAfter, List({AtDayAfter("00:00:00", "9999")})}};
-  EXPECT_EQ(DayEnergyWh(Day(kToday), days.Reader()), kWhOf300Seconds);
+  EXPECT_EQ(DayEnergyWh(Day(kToday), days.Summaries()), kWhOf300Seconds);
   EXPECT_EQ(days.ReadDates(), (std::vector<std::string>{kToday, kDayBefore}));
 }
 
 TEST(DayEnergy, ReadsTheDayThenTheDayBeforeThenTheDayAfter) {
   FakeDays days{{kToday, List({At("10:00:00"), At("10:05:00")})}};
-  static_cast<void>(DayEnergyWh(Day(kToday), days.Reader()));
+  static_cast<void>(DayEnergyWh(Day(kToday), days.Summaries()));
   EXPECT_EQ(days.ReadDates(), (std::vector<std::string>{kToday, kDayBefore, kDayAfter}));
 }
 
@@ -181,6 +181,6 @@ TEST(DayEnergy, EdgesOfAnotherTypeHaveNoLinks) {
   FakeDays days{{kDayBefore, List({AtDayBefore("23:59:00")})},
                 {kToday, List({At("00:00:00", "36", "X"), At("23:59:00", "36", "X")})},
                 {kDayAfter, List({AtDayAfter("00:00:00")})}};
-  EXPECT_EQ(DayEnergyWh(Day(kToday), days.Reader()), 0.0F);
+  EXPECT_EQ(DayEnergyWh(Day(kToday), days.Summaries()), 0.0F);
   EXPECT_EQ(days.ReadDates(), (std::vector<std::string>{kToday}));
 }

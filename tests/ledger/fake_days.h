@@ -4,6 +4,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "base/date_text.h"
@@ -53,6 +54,16 @@ Document(const std::string& json) {
   return ReadJsonRows(path.wstring(), kSampleMembers, sink) == JsonRowsOutcome::kRows;
 }
 
+/// Reads days by their samples.
+[[nodiscard]] inline Zq::Gantry::Server::Services::Wattleaf::DaySummaryReader Summarized(
+    Zq::Gantry::Server::Services::Wattleaf::DayReader read) {
+  using namespace Zq::Gantry::Server::Services::Wattleaf;
+  return [read = std::move(read)](const DateTime& day) {
+    DaySummaryMaker samples;
+    return read(day, samples) ? std::make_shared<const DaySummary>(samples.Finish()) : nullptr;
+  };
+}
+
 /// Midnight of a date such as "2024-05-06", as the ledger reads it from its file.
 [[nodiscard]] inline Zq::Gantry::Server::Services::Wattleaf::DateTime Day(const std::string& date) {
   using namespace Zq::Gantry::Server::Services::Wattleaf;
@@ -71,6 +82,10 @@ Document(const std::string& json) {
 class FakeDays {
  public:
   FakeDays(std::initializer_list<std::pair<const std::string, std::string>> days) : days_(days) {}
+
+  [[nodiscard]] Zq::Gantry::Server::Services::Wattleaf::DaySummaryReader Summaries() {
+    return Summarized(Reader());
+  }
 
   [[nodiscard]] Zq::Gantry::Server::Services::Wattleaf::DayReader Reader() {
     return [this](const Zq::Gantry::Server::Services::Wattleaf::DateTime& day,

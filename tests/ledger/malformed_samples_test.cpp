@@ -41,7 +41,7 @@ bool IsCounted(const std::string& element) { return Only(element).isCounted; }
 float WattsOf(const std::string& element) { return Only(element).watts; }
 
 float EnergyOf(const std::string& json) {
-  return DayEnergyWh(Day(kToday), FakeDays{{kToday, json}}.Reader());
+  return DayEnergyWh(Day(kToday), FakeDays{{kToday, json}}.Summaries());
 }
 
 }  // namespace
@@ -66,7 +66,7 @@ TEST(DayEnergy, HasNoLinkToANeighbourWhoseListEndsInTheMiddle) {
     FakeDays days{{"2024-05-05", before.substr(0, before.size() - cutBefore)},
                   {kToday, today},
                   {"2024-05-07", after.substr(0, after.size() - cutAfter)}};
-    return DayEnergyWh(Day(kToday), days.Reader());
+    return DayEnergyWh(Day(kToday), days.Summaries());
   };
   EXPECT_EQ(energyOf(0, 0), kWhOf600Seconds);
   EXPECT_EQ(energyOf(1, 0), kWhOf300Seconds);
@@ -103,7 +103,7 @@ TEST(DayEnergy, HasNoLinkToANeighbourWithoutAStringTime) {
   FakeDays days{{"2024-05-05", R"([{"Power":36}])"},
                 {kToday, List({At("00:00:00"), At("23:59:59")})},
                 {"2024-05-07", "[null]"}};
-  EXPECT_EQ(DayEnergyWh(Day(kToday), days.Reader()), 0.0F);
+  EXPECT_EQ(DayEnergyWh(Day(kToday), days.Summaries()), 0.0F);
 }
 
 TEST(DayEnergy, BooksNothingForUnreadableTimes) {

@@ -50,7 +50,7 @@ std::map<int, float> HoursOf(const std::string& samples) {
 float LinkEnergyWh(const std::string& before, const std::string& date) {
   FakeDays days{{before, SamplesAt(before, {"12:00", "23:58"})},
                 {date, SamplesAt(date, {"00:03", "12:00"})}};
-  return DayEnergyWh(Day(date), days.Reader());
+  return DayEnergyWh(Day(date), days.Summaries());
 }
 
 }  // namespace
@@ -131,7 +131,7 @@ TEST(DayEnergy, BooksTheLinkAcrossMidnightInWinterButNotInSummer) {
 TEST(DayEnergy, BooksNoSummerIntervalIntoTheLastHour) {
   const auto energyOf = [](const std::string& date) {
     FakeDays days{{date, SamplesAt(date, {"22:00", "22:58", "23:03", "23:08"})}};
-    return DayEnergyWh(Day(date), days.Reader());
+    return DayEnergyWh(Day(date), days.Summaries());
   };
   EXPECT_EQ(energyOf("2025-01-15"), 6.0F / 0.88F);
   EXPECT_EQ(energyOf("2025-07-15"), 3.0F / 0.88F);
@@ -141,7 +141,7 @@ TEST(DayEnergy, TakesTheDayBeforeTheSpringChangeAsTheNeighbourAfterIt) {
   // One step back from that midnight reaches the day before the change.
   const std::string date = DateOf(Spring(1));
   FakeDays days{{date, SamplesAt(date, {"10:00", "10:05"})}};
-  static_cast<void>(DayEnergyWh(Day(date), days.Reader()));
+  static_cast<void>(DayEnergyWh(Day(date), days.Summaries()));
   EXPECT_EQ(days.ReadDates(),
             (std::vector<std::string>{date, DateOf(Spring(-1)), DateOf(Spring(2))}));
 }

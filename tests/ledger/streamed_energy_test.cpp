@@ -6,12 +6,14 @@
 #include <bit>
 #include <cstdint>
 #include <map>
+#include <random>
 #include <string>
 #include <vector>
 
 #include "ledger/day_energy.h"
 #include "ledger/fake_days.h"
 #include "ledger/literal_energy.h"
+#include "ledger/recent_days.h"
 #include "ledger/sample_lists.h"
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
@@ -63,7 +65,7 @@ Result Streamed(Texts texts, const DateTime& day) {
   const DayReader read = [&](const DateTime& wanted, JsonRowSink& sink) {
     return PassSamples(texts.Read(wanted), sink);
   };
-  const float dayWh = DayEnergyWh(day, read);
+  const float dayWh = DayEnergyWh(day, Summarized(read));
   const auto hours = HourlyEnergyWh(day, read);
   return {std::bit_cast<std::uint32_t>(dayWh), BitsOf(hours), texts.readDates};
 }
@@ -100,4 +102,50 @@ TEST(StreamedEnergy, HasTheBitsOfTheEnergyOfDocuments) {
   EXPECT_GT(daysWithEnergy, kDays / 2);
   EXPECT_GT(daysWithHours, kDays / 2);
   EXPECT_GT(daysWithNeighbours, kDays / 3);
+}
+
+// As a pass reads its folder, back in time, while other programs may change the files.
+TEST(RecentDays, HasTheBitsOfTheEnergyOfDocuments) {
+  constexpr std::uint32_t kFolders = 200;
+  constexpr int kDaysOfAFolder = 8;
+  std::uint32_t daysWithEnergy = 0;
+  for (std::uint32_t seed = 0; seed < kFolders; ++seed) {
+    const ScratchFolder folder;
+    SampleListGenerator generator(seed);
+    std::mt19937 random(seed);
+    std::map<std::string, std::string> texts;
+    const auto rewrite = [&](const std::string& date) {
+      texts[date] = random() % 8 == 0 ? "[]" : generator.ListOf(date);
+      WriteBytes(folder.File(date + ".json"), texts[date]);
+    };
+    DateTime day = Day(kDates[seed % kDates.size()][2]);
+    DateTime early = day;
+    for (int i = 0; i < kDaysOfAFolder; ++i) {
+      rewrite(DateOf(early));
+      early = ShiftKeepingHour(early, -kSecondsPerDay);
+    }
+
+    RecentDays recent;
+    // Each reading may find another file, but both ways read the same ones.
+    std::vector<std::string> changes;
+    const DaySummaryReader read = [&](const DateTime& wanted) {
+      const std::string date = DateOf(wanted);
+      if (texts.contains(date) && random() % 6 == 0) rewrite(date);
+      changes.push_back(texts[date]);
+      return recent.Read(folder.File(date + ".json").wstring());
+    };
+    for (int i = 0; i + 1 < kDaysOfAFolder; ++i) {
+      changes.clear();
+      const float energyWh = DayEnergyWh(day, read);
+      std::size_t next = 0;
+      const DocumentReader literal = [&](const DateTime&) { return Document(changes.at(next++)); };
+      ASSERT_EQ(std::bit_cast<std::uint32_t>(energyWh),
+                std::bit_cast<std::uint32_t>(LiteralDayEnergyWh(day, literal)))
+          << "seed " << seed << " " << DateOf(day);
+      ASSERT_EQ(next, changes.size());
+      daysWithEnergy += energyWh != 0 ? 1 : 0;
+      day = ShiftKeepingHour(day, -kSecondsPerDay);
+    }
+  }
+  EXPECT_GT(daysWithEnergy, kFolders * kDaysOfAFolder / 3);
 }

@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <utility>
 
+#include "application_shares.h"
 #include "base/utf8_text.h"
 
 namespace WattleafHost {
@@ -140,6 +141,13 @@ bool IsResultOf(Command command, const Answer& answer) {
 }
 
 bool HasResult(const Answer& answer) { return answer.status == kResultHandedOver; }
+
+std::optional<double> EverythingElse(const Ranking& ranking) {
+  if (ranking.empty()) return std::nullopt;
+  double sum = 0.0;
+  for (const RankedApp& app : ranking) sum += app.share;
+  return RestOfPercents(sum);
+}
 
 std::string StatusText(int status) {
   if (status == kResultHandedOver) return "0";

@@ -69,6 +69,10 @@ struct Answer {
 /// False if the command returned a status other than 0.
 [[nodiscard]] bool HasResult(const Answer& answer);
 
+/// The percent that a ranking leaves of 100: all other applications and Windows itself. Nothing for
+/// an empty ranking, since it may have no energy at all.
+[[nodiscard]] std::optional<double> EverythingElse(const Ranking& ranking);
+
 /// "0", or the status in hex: "0x20000001".
 [[nodiscard]] std::string StatusText(int status);
 

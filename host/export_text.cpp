@@ -7,6 +7,7 @@
 
 #include "csv_text.h"
 #include "export_rows.h"
+#include "format_version.h"
 
 namespace WattleafHost {
 

@@ -8,10 +8,6 @@
 // docs/formats/host-output.md.
 namespace WattleafHost {
 
-/// The version of the format of `export` and of `--json`. It grows when a member changes its
-/// meaning or is left out; new members leave it as it is.
-inline constexpr unsigned int kFormatVersion = 1;
-
 /// One JSON object on each line. What is not known is null.
 [[nodiscard]] std::string ExportNdjson(const Snapshot& snapshot);
 

@@ -15,6 +15,8 @@ struct SimulatedRow {
 /// One run of the host. All texts are UTF-8.
 struct Report {
   std::string version;
+  std::string time;  ///< of the answers: ISO 8601 with the zone's offset
+  std::string zone;  ///< the system's name of its time zone
   std::string library;
   /// "completed", "not started" or "still running"; empty without serve-once.
   std::string pass;
@@ -28,10 +30,7 @@ struct Report {
   std::string log;
 };
 
-/// One object on one line: "host", "library", "pass" (if there is one), "simulatedCalls"
-/// (objects of "name" and "reason"), "commands" (objects of "number", "title", "status" and "text",
-/// which is null unless the status is 0), "dataFolder", "iconFolder", "days" and "log" (a text or
-/// null).
+/// One object on one line; docs/formats/host-output.md.
 [[nodiscard]] std::string ToJson(const Report& report);
 
 }  // namespace WattleafHost

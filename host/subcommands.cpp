@@ -5,9 +5,12 @@
 #include <variant>
 
 #include "answer_table.h"
+#include "base/local_calendar.h"
 #include "console.h"
 #include "json_report.h"
 #include "loaded_service.h"
+#include "local_moment.h"
+#include "machine.h"
 #include "places.h"
 #include "simulated_calls.h"
 #include "sleep_watch.h"
@@ -92,6 +95,8 @@ Report StartReport(const LoadedService& service, const Standin::SimulatedCalls& 
                    const Options& options) {
   Report report;
   report.version = WATTLEAF_HOST_VERSION;
+  report.time = IsoTime(Zq::Gantry::Server::Services::Wattleaf::CurrentInstant());
+  report.zone = ZoneName();
   report.library = service.LibraryPath();
   for (const auto& call : simulated.InPlace()) {
     report.simulatedCalls.push_back({call.name, call.reason});

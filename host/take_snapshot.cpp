@@ -23,6 +23,7 @@
 #include "ledger/ledger_file.h"
 #include "ledger/sample_energy.h"
 #include "ledger/sample_reader.h"
+#include "machine.h"
 #include "platform/wmi/platform_probes.h"
 #include "platform/wmi/support_decision.h"
 #include "reports/power_store.h"
@@ -33,19 +34,6 @@ namespace {
 
 namespace WMI = Zq::Gantry::Server::Shared::WMI;
 using namespace Zq::Gantry::Server::Services::Wattleaf;
-
-std::string ComputerName() {
-  std::array<wchar_t, 256> name{};
-  auto length = static_cast<DWORD>(name.size());
-  if (!GetComputerNameExW(ComputerNamePhysicalDnsHostname, name.data(), &length)) return {};
-  return ToUtf8({name.data(), length});
-}
-
-std::string ZoneName() {
-  DYNAMIC_TIME_ZONE_INFORMATION zone{};
-  if (GetDynamicTimeZoneInformation(&zone) == TIME_ZONE_ID_INVALID) return {};
-  return ToUtf8(zone.TimeZoneKeyName);
-}
 
 /// Receives rows without keeping them.
 class NoRows final : public JsonRowSink {

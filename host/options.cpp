@@ -6,6 +6,7 @@
 #include <memory>
 #include <utility>
 
+#include "answer_csv.h"
 #include "base/calendar.h"
 #include "base/date_text.h"
 #include "places.h"
@@ -25,12 +26,17 @@ constexpr const char* kFooter =
 
 constexpr const char* kServeOnce = "Start collection, wait for one pass, run all ten commands";
 
+constexpr const char* kServeOnceFooter =
+    "--csv prints the results of commands 2, 4, 5 and 6.\n"
+    "Example: wattleaf_host serve-once --json --days 7";
+
 constexpr const char* kCommand = "Run one command without starting collection";
 
 constexpr const char* kCommandFooter =
     "Collection is not started. Command 4 reads the sample files on disk; 7 probes the platform;\n"
     "1, 3, 5 and 6 read the ledger in memory, which only a pass of serve-once fills. 2 reads the\n"
-    "store of application energy, but without a pass it finds no desktop programs and no logos.";
+    "store of application energy, but without a pass it finds no desktop programs and no logos.\n"
+    "Example: wattleaf_host command 4 --csv";
 
 constexpr const char* kExplain = "Explain the energy of a day or of an hour; changes nothing";
 
@@ -86,6 +92,8 @@ std::pair<CLI::App*, Request&> AddSubcommand(CLI::App& app, Options& options, co
   return {subcommand, *request};
 }
 
+constexpr const char* kCsv = "Print commands 2, 4, 5 and 6 as comma-separated values";
+
 void AddServeOnce(CLI::App& app, Options& options) {
   auto [serveOnce, request] =
       AddSubcommand<ServeOnceRequest>(app, options, "serve-once", kServeOnce);
@@ -95,12 +103,15 @@ void AddServeOnce(CLI::App& app, Options& options) {
       ->add_option("--limit", request.limitSeconds, "The longest wait for the pass, in seconds")
       ->check(CLI::Range(1U, 86400U))
       ->capture_default_str();
+  serveOnce->add_flag("--csv", request.csv, kCsv)->excludes(app.get_option("--json"));
+  serveOnce->footer(kServeOnceFooter);
 }
 
 void AddCommand(CLI::App& app, Options& options) {
   auto [command, request] = AddSubcommand<CommandRequest>(app, options, "command", kCommand);
   command->add_option("N", request.number, "The command's number, 1 to 10")->required();
   command->add_option("INPUT", request.input, "The command's input; only 2 reads it (FOLDER?DAYS)");
+  command->add_flag("--csv", request.csv, kCsv)->excludes(app.get_option("--json"));
   command->footer(kCommandFooter);
 }
 
@@ -173,6 +184,13 @@ void AddOptions(CLI::App& app, Options& options) {
   app.footer(kFooter);
 }
 
+/// The other commands have one value.
+void CheckCsv(const Options& options) {
+  const auto* command = std::get_if<CommandRequest>(&options.request);
+  if (command == nullptr || !command->csv || IsTable(command->number)) return;
+  throw CLI::ValidationError("--csv", "is only for commands 2, 4, 5 and 6");
+}
+
 }  // namespace
 
 std::variant<Options, Finished> ReadOptions(const std::vector<std::string>& arguments) {
@@ -183,6 +201,7 @@ std::variant<Options, Finished> ReadOptions(const std::vector<std::string>& argu
   try {
     // The parser takes the arguments from the back.
     app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+    CheckCsv(options);
     return options;
   } catch (const CLI::Success& request) {
     app.exit(request, std::cout, std::cerr);

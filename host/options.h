@@ -25,6 +25,8 @@ struct ServeOnceRequest {
   bool realTime = false;
   /// The longest wait for the pass.
   unsigned int limitSeconds = 900;
+  /// Print the series and the ranking as comma-separated values.
+  bool csv = false;
 };
 
 /// command N [INPUT].
@@ -32,6 +34,8 @@ struct CommandRequest {
   unsigned int number = 0;
   /// Nothing if no input was given.
   std::optional<std::string> input;
+  /// Print the result, a series or the ranking, as comma-separated values.
+  bool csv = false;
 };
 
 /// explain DAY [HOUR].

@@ -4,6 +4,7 @@
 #include <memory>
 #include <variant>
 
+#include "answer_csv.h"
 #include "answer_table.h"
 #include "base/local_calendar.h"
 #include "console.h"
@@ -139,18 +140,32 @@ std::string Details(const Answer& answer, const std::string& input) {
   return RankingTable(*ranking, DaysOfInput(input), &IsFile);
 }
 
+void NoticeStatus(const Answer& answer) {
+  Notice("command " + std::to_string(answer.number) + ": status " + StatusText(answer.status) +
+         ", " + StatusMeaning(answer));
+}
+
 void PrintAnswer(const Answer& answer, const std::string& input) {
-  const std::string name = "command " + std::to_string(answer.number) + ": ";
-  if (!HasResult(answer)) {
-    Notice(name + "status " + StatusText(answer.status) + ", " + StatusMeaning(answer));
-    return;
-  }
+  if (!HasResult(answer)) return NoticeStatus(answer);
   Print(answer.text + "\n");
   const std::string details = Details(answer, input);
   if (!details.empty()) Print("\n" + details);
   const CommandFacts* facts = FindCommand(answer.number);
   if (facts != nullptr && facts->readsLedger) {
-    Notice(name + "the ledger in memory is empty without a pass; serve-once fills it");
+    Notice("command " + std::to_string(answer.number) +
+           ": the ledger in memory is empty without a pass; serve-once fills it");
+  }
+}
+
+void PrintCsv(const std::vector<Answer>& answers) {
+  Print(AnswersCsv(answers));
+  for (const Answer& answer : answers) {
+    if (!IsTable(answer.number)) continue;
+    if (!HasResult(answer)) {
+      NoticeStatus(answer);
+    } else if (std::holds_alternative<std::monostate>(answer.value)) {
+      Notice("command " + std::to_string(answer.number) + ": a text that is not a table");
+    }
   }
 }
 
@@ -167,6 +182,8 @@ int Run(const ServeOnceRequest& request, const Options& options) {
   report.answers = RunCommands(service, end, options);
   if (options.json) {
     Print(ToJson(report) + "\n");
+  } else if (request.csv) {
+    PrintCsv(report.answers);
   } else {
     PrintReport(report);
   }
@@ -184,6 +201,8 @@ int Run(const CommandRequest& request, const Options& options) {
     Report report = StartReport(service, simulated, options);
     report.answers = {answer};
     Print(ToJson(report) + "\n");
+  } else if (request.csv) {
+    PrintCsv({answer});
   } else {
     PrintAnswer(answer, input);
   }

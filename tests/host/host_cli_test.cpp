@@ -51,6 +51,12 @@ TEST(HostCommandLine, WrongArgumentsPrintUsageAndEndWithStatus2) {
       {L"command", L"2", L"--icons", L"C:\\a?7"},
       {L"report"},
       {L"report", L"a.html", L"b.html"},
+      {L"command", L"1", L"--csv"},
+      {L"command", L"4", L"--csv", L"--json"},
+      {L"export", L"--csv"},
+      {L"export", L"--format", L"xml"},
+      {L"metrics"},
+      {L"metrics", L"C:\\a.txt"},
   };
   for (const auto& arguments : wrong) {
     const HostRun run = RunHost(arguments);
@@ -154,4 +160,27 @@ TEST(HostProgram, StartsWithoutLoggingDllAndSaysThatTheLibraryCannotBeLoaded) {
   EXPECT_EQ(run.exitStatus, 4u);
   EXPECT_THAT(run.errors, HasSubstr("wattleaf_host: cannot load "));
   EXPECT_THAT(run.errors, HasSubstr("\\WattleafService.dll (Windows error "));
+}
+
+TEST(HostSingleCommand, PrintsASeriesAsCommaSeparatedValues) {
+  const HostRun run = RunHost({L"command", L"5", L"--csv"});
+  EXPECT_EQ(run.exitStatus, 0u);
+  EXPECT_THAT(run.output, testing::StartsWith("command,position,label,value,unit,icon\r\n5,1,"));
+  EXPECT_THAT(run.output, EndsWith(",0,Wh,\r\n"));
+}
+
+TEST(HostJson, HasTheTimeWithAnOffsetAndTheParsedValue) {
+  const auto document = Parse(RunHost({L"command", L"8", L"--json"}));
+  EXPECT_EQ(document["formatVersion"].GetUint(), 1u);
+  EXPECT_THAT(document["time"].GetString(),
+              testing::ContainsRegex("^....-..-..T..:..:...[0-9][0-9]:[0-9][0-9]$"));
+  EXPECT_TRUE(document["zone"].IsString());
+  EXPECT_TRUE(document["commands"][0]["value"].GetBool());
+}
+
+TEST(HostCommandLine, HelpOfEverySubcommandHasAnExample) {
+  for (const wchar_t* name :
+       {L"serve-once", L"command", L"explain", L"export", L"metrics", L"report"}) {
+    EXPECT_THAT(RunHost({name, L"--help"}).output, HasSubstr("Example: wattleaf_host "));
+  }
 }

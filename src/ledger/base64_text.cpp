@@ -58,8 +58,8 @@ std::optional<std::string> TryDecodeBase64(std::string_view text) {
   }
   if (!text.empty()) return std::nullopt;
 
-  // Padding is decoded as zeros. The bytes that it makes must be zero: the bits of the character in
-  // front of it that belong to no byte.
+  // Padding counts as zeros, and the bytes that it completes are dropped. If one of them is not
+  // zero, the character before the padding has bits that belong to no byte.
   const std::size_t padding = last.ends_with("==") ? 2 : last.ends_with('=') ? 1 : 0;
   std::fill(last.end() - static_cast<std::ptrdiff_t>(padding), last.end(), kAlphabet.front());
   if (!DecodeGroup(last.data(), end)) return std::nullopt;

@@ -159,7 +159,7 @@ std::string StatusText(int status) {
 std::string StatusMeaning(const Answer& answer) {
   if (answer.status == kUnknownCommand) return "unknown command";
   if (answer.status != kNoResult) return "unknown status";
-  return answer.number == NumberOf(Command::kTopApplications) ? "no report yet" : "no result";
+  return answer.number == NumberOf(Command::kTopApplications) ? "no readable store" : "no result";
 }
 
 }  // namespace WattleafHost

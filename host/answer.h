@@ -76,8 +76,8 @@ struct Answer {
 /// "0", or the status in hex: "0x20000001".
 [[nodiscard]] std::string StatusText(int status);
 
-/// The meaning of a status other than 0, in words. Command 2 has no result before the first report
-/// of the energy tool.
+/// The meaning of a status other than 0, in words. Command 2 has no result if the 30-day store is
+/// missing, as before the first pass, or cannot be read.
 [[nodiscard]] std::string StatusMeaning(const Answer& answer);
 
 }  // namespace WattleafHost

@@ -23,7 +23,7 @@ constexpr std::size_t kIconChars = 7;
 constexpr std::size_t kDaysChars = 10;
 constexpr std::size_t kLongestShareBarChars = 40;
 
-constexpr std::string_view kNoProblems = "[]";
+constexpr std::string_view kEmptyList = "[]";
 
 std::string Rule(std::size_t chars) { return std::string(chars, '-'); }
 
@@ -48,9 +48,9 @@ std::string AnswerCell(const Answer& answer) {
   if (!HasResult(answer)) return StatusMeaning(answer);
   if (const auto* series = std::get_if<Series>(&answer.value)) return SeriesCell(*series);
   if (const auto* ranking = std::get_if<Ranking>(&answer.value)) return RankingCell(*ranking);
-  const bool hasNoProblems =
-      IsResultOf(Command::kErrorsAndWarnings, answer) && answer.text == kNoProblems;
-  return hasNoProblems ? answer.text + ", no energy problems" : answer.text;
+  const bool isEmptyList =
+      IsResultOf(Command::kErrorsAndWarnings, answer) && answer.text == kEmptyList;
+  return isEmptyList ? answer.text + ", never filled by the library" : answer.text;
 }
 
 std::string RankingLine(const std::string& rank, const std::string& name, const std::string& share,

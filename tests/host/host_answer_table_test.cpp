@@ -41,7 +41,7 @@ TEST(HostAnswerTable, HasNumberTitleStatusAndAnswerWithin80Columns) {
             "No  Command                        Status      Answer\n"
             "--  -----------------------------  ----------  ---------------------------------\n"
             " 8  Has the data changed?          0           true\n"
-            " 2  Top 20 applications            0x20000002  no report yet\n"
+            " 2  Top 20 applications            0x20000002  no readable store\n"
             " 4  Energy by hour                 0           2 values, 0.00 to 3.50 Wh\n");
 }
 
@@ -58,7 +58,7 @@ TEST(HostAnswerTable, HasTheNumberOfApplicationsAndTheirShares) {
 
 TEST(HostAnswerTable, SaysThatThereAreNoEnergyProblems) {
   EXPECT_THAT(AnswerTable({MakeAnswer(9, 0, "[]")}),
-              HasSubstr("0           [], no energy problems\n"));
+              HasSubstr("0           [], never filled by the library\n"));
   EXPECT_THAT(AnswerTable({MakeAnswer(9, 0, "[{}]")}), HasSubstr("0           [{}]\n"));
   EXPECT_THAT(AnswerTable({MakeAnswer(5, 0, "[]")}), HasSubstr("0           []\n"));
 }

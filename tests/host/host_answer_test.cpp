@@ -61,7 +61,7 @@ TEST(HostAnswer, StatusTextIsZeroOrHex) {
 TEST(HostAnswer, StatusMeaningIsInWords) {
   EXPECT_EQ(StatusMeaning(MakeAnswer(99, kUnknown, {})), "unknown command");
   EXPECT_EQ(StatusMeaning(MakeAnswer(4, kNone, {})), "no result");
-  EXPECT_EQ(StatusMeaning(MakeAnswer(2, kNone, {})), "no report yet");
+  EXPECT_EQ(StatusMeaning(MakeAnswer(2, kNone, {})), "no readable store");
   EXPECT_EQ(StatusMeaning(MakeAnswer(9, kNone, {})), "no result");
   EXPECT_EQ(StatusMeaning(MakeAnswer(4, 5, {})), "unknown status");
 }

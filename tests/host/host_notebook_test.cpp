@@ -64,7 +64,7 @@ TEST_F(HostNotebook, ServeOnceCompletesAPassAndPrintsTheAnswers) {
                             "Applications of the last 30 days"}) {
     EXPECT_THAT(run.host.output, HasSubstr(chart));
   }
-  EXPECT_THAT(run.host.output, HasSubstr("[], no energy problems"));
+  EXPECT_THAT(run.host.output, HasSubstr("[], never filled by the library"));
 }
 
 TEST_F(HostNotebook, ServeOnceWritesIconsOfApplicationsIntoTheChosenFolder) {
@@ -119,7 +119,7 @@ TEST_F(HostNotebook, FailedEnergyToolLeavesCommand2WithoutResultAndEndsWithStatu
   const NotebookRun run = RunOnNotebook({L"serve-once"});
   EXPECT_EQ(run.host.exitStatus, 1u);
   EXPECT_THAT(run.host.output,
-              HasSubstr("Top 20 applications            0x20000002  no report yet"));
+              HasSubstr("Top 20 applications            0x20000002  no readable store"));
   EXPECT_EQ(run.CountInLog("[error] [] Error"), 1);
 }
 

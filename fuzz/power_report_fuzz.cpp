@@ -1,6 +1,6 @@
 // Any bytes as a report of application energy, and the result as the store of the next run: both
-// files are those of the literal form, and merging the store must return every row and write the
-// same text again.
+// files are those of the literal form, also if the store cannot hold all rows, and merging the
+// store must return every row and write the same text again.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -35,6 +35,29 @@ void Merge(const std::filesystem::path& path, const ReportingPeriod& period, Pow
   MergePowerStore(*store, log);
 }
 
+const TestSupport::Literal::Apps& Apps() {
+  static const TestSupport::Literal::Apps apps{"\\Device\\HarddiskVolume3",
+                                               {{"Orchard.Notes", {"Orchard Notes", ""}}},
+                                               [](const std::string& file) { return file; }};
+  return apps;
+}
+
+/// Adds the rows of the report to a log, and aborts unless the store is that of the literal form.
+/// Returns its text. The store is left at `store`.
+std::string Convert(const std::filesystem::path& report, const ReportingPeriod& period,
+                    const PowerStoreLimits& limits, PowerLog& log,
+                    const std::filesystem::path& store) {
+  DisplayNames names(Apps().devicePrefix, Apps().packages, Apps().describeFile);
+  ReadPowerReport(report.wstring(), period, names, log);
+
+  TestSupport::Literal::Log literal(limits);
+  TestSupport::Literal::ReadReport(report, period, Apps(), literal);
+  TestSupport::Literal::WriteStore(store, literal);
+  const std::string expected = TestSupport::ReadBytes(store);
+  if (Write(log, store) != expected) std::abort();
+  return expected;
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -45,18 +68,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   DateTime now;
   ParseDateTime(now, "2026-11-14:10:30:15", kTimeStampFormat);
   const ReportingPeriod period(now, kPowerStoreDays);
-  const TestSupport::Literal::Apps apps{"\\Device\\HarddiskVolume3",
-                                        {{"Orchard.Notes", {"Orchard Notes", ""}}},
-                                        [](const std::string& file) { return file; }};
-  DisplayNames names(apps.devicePrefix, apps.packages, apps.describeFile);
-  PowerLog log;
-  ReadPowerReport(report.wstring(), period, names, log);
-  const std::string text = Write(log, store);
+  // Rows are removed from this log.
+  const PowerStoreLimits small{.rows = size % 8, .fileBytes = 100 + size % 900};
+  PowerLog smallLog(small);
+  Convert(report, period, small, smallLog, store);
 
-  TestSupport::Literal::Log literal;
-  TestSupport::Literal::ReadReport(report, period, apps, literal);
-  TestSupport::Literal::WriteStore(folder / "literal.json", literal);
-  if (TestSupport::ReadBytes(folder / "literal.json") != text) std::abort();
+  PowerLog log;
+  const std::string text = Convert(report, period, {}, log, store);
 
   PowerLog next;
   Merge(store, period, next);

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <ctime>
+#include <limits>
 #include <map>
 #include <set>
 #include <string>
@@ -55,6 +57,24 @@ std::string Names(const PowerLog& log) {
   std::string names;
   for (const PowerLogRecord& row : RowsOf(log)) names += row.Name.substr(0, 1);
   return names;
+}
+
+/// The shortest of three runs, since other load can only lengthen a run: adds three times as many
+/// rows as the log can hold, the oldest first.
+std::clock_t TimeToOverflow(std::size_t rows) {
+  std::clock_t shortest = std::numeric_limits<std::clock_t>::max();
+  for (int run = 0; run < 3; ++run) {
+    PowerLog log(Rows(rows));
+    TestRow row = Row("a", "02:00:00");
+    const std::clock_t start = std::clock();
+    for (std::size_t i = 0; i < 3 * rows; ++i) {
+      log.Append(row.Record());
+      ++row.time.instant;
+    }
+    EXPECT_EQ(log.Size(), rows);
+    shortest = std::min(shortest, std::clock() - start);
+  }
+  return shortest;
 }
 
 void AppendAll(PowerLog& log, const std::vector<TestRow>& rows) {
@@ -192,6 +212,12 @@ TEST(PowerLogLimits, LogIsEmptyForALimitOfZeroRows) {
   PowerLog log(Rows(0));
   log.Append(Row("a", "01:00:00").Record());
   EXPECT_EQ(Names(log), "");
+}
+
+// If each removal looked at all rows, ten times the rows would take a hundred times as long.
+TEST(PowerLogLimits, TimeToRemoveRowsGrowsLinearly) {
+  const std::clock_t few = std::max<std::clock_t>(TimeToOverflow(1'000), 1);
+  EXPECT_LT(TimeToOverflow(10'000), 40 * few);
 }
 
 // Twelve names and twelve seconds, so that rows of the same name and of the same time come, go and

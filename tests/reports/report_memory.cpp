@@ -1,8 +1,8 @@
 // Runs one pass over a report and a store of a given shape and prints the number of rows and the
 // size of the new store and the peak memory of the process. The exit status is 1 if the peak is
 // above 1 GiB, if the next pass cannot read the store, or if the store has a wrong number of rows.
-// Without an argument the program prints the shapes. Each shape needs a process of its own, since
-// the peak of a process never falls.
+// The shape "removed-rows" is a log alone. Without an argument the program prints the shapes. Each
+// shape needs a process of its own, since the peak of a process never falls.
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -16,6 +16,7 @@
 #include "reports/many_rows.h"
 #include "reports/peak_memory.h"
 #include "reports/power_budget.h"
+#include "reports/power_log.h"
 #include "reports/power_store.h"
 #include "reports/report_commands.h"
 
@@ -175,11 +176,33 @@ int Measure(const Shape& shape) {
   return next && next->Size() == rows && hasExpectedRows && peak <= 1024 * kMebibyte ? 0 : 1;
 }
 
+/// A million rows with names of their own in a log of ten rows, each followed by a second row of
+/// the same identity: of the rows that are removed or dropped nothing may remain.
+int MeasureRemovedRows() {
+  constexpr std::size_t kMostBytes = 24 * kMebibyte;
+  PowerLog log({.rows = 10});
+  RowTime time;
+  for (std::size_t row = 0; row < 1'000'000; ++row) {
+    const std::string name = Number(row) + std::string(50, 'n');
+    ++time.instant;
+    log.Append({name, name + "first", time, 1});
+    log.Append({name, name + "second", time, 1});
+  }
+  const std::size_t peak = TestSupport::PeakMemoryBytes();
+  std::printf("%zu rows, peak %zu MiB\n", log.Size(), peak / kMebibyte);
+  return log.Size() == 10 && peak <= kMostBytes ? 0 : 1;
+}
+
+constexpr char kRemovedRows[] = "removed-rows";
+
 }  // namespace
 
 int main(int argc, char** argv) {
-  const auto shape = kShapes.find(argc > 1 ? argv[1] : "");
+  const std::string name = argc > 1 ? argv[1] : "";
+  if (name == kRemovedRows) return MeasureRemovedRows();
+  const auto shape = kShapes.find(name);
   if (shape != kShapes.end()) return Measure(shape->second);
   for (const auto& entry : kShapes) std::printf("%s\n", entry.first.c_str());
+  std::printf("%s\n", kRemovedRows);
   return argc > 1 ? 2 : 0;
 }

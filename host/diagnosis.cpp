@@ -390,7 +390,7 @@ void JudgeStore(const StoreFacts& facts, const LedgerFacts& ledger, Findings& fi
 void JudgeLedger(const LedgerFacts& facts, Findings& findings) {
   JudgePlace("ledger", "PowerConsumption.json", facts.place, /*mustBeFolder=*/false, findings);
   if (facts.state == LedgerState::kRead) {
-    findings.push_back(Fine("ledger", std::to_string(facts.days) + " days",
+    findings.push_back(Fine("ledger", std::to_string(facts.days) + " days with energy",
                             "commands 1, 3, 5 and 6 have figures after the first pass"));
   } else if (facts.state == LedgerState::kUnreadable) {
     findings.push_back({Severity::kProblem, "ledger", "ledger-unreadable",
@@ -460,10 +460,11 @@ void JudgeDays(const std::vector<DayFacts>& days, Findings& findings) {
   for (const DayFacts& day : days) findings.push_back(JudgeDay(day));
   const auto isRead = [](const DayFacts& day) { return day.file.state == SampleFileState::kRead; };
   const auto read = std::ranges::count_if(days, isRead);
-  if (read == 0 || std::ranges::count_if(days, IsTooFarApart) < read) return;
-  findings.push_back({Severity::kNoEnergy, "samples", "all-samples-too-far-apart",
-                      "no day with samples has an interval of 600 seconds or less",
-                      "nothing is ever booked", "ask the maker of the collector for its period"});
+  if (2 * std::ranges::count_if(days, IsTooFarApart) <= read) return;
+  findings.push_back({Severity::kNoEnergy, "samples", "sample-period-too-long",
+                      "most days with samples have no interval of 600 seconds or less",
+                      "almost nothing is ever booked",
+                      "ask the maker of the collector for its period"});
 }
 
 void JudgeClock(const MachineFacts& facts, Findings& findings) {

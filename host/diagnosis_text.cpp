@@ -36,8 +36,11 @@ void WriteText(JsonWriter& writer, const char* name, std::string_view text) {
 
 std::string FindingLines(const Finding& finding) {
   std::string lines = PadRight(SeverityText(finding.severity), 8) + PadRight(finding.step, 12) +
-                      OneLine(finding.found, kLongestLineChars) + "\n";
-  if (finding.severity == Severity::kFine) return lines;
+                      OneLine(finding.found, kLongestLineChars);
+  if (finding.severity == Severity::kFine) {
+    return lines + "; " + OneLine(finding.means, kLongestLineChars) + "\n";
+  }
+  lines += '\n';
   lines += std::string(20, ' ') + "cause: " + finding.cause + "\n";
   lines += std::string(20, ' ') + "means: " + OneLine(finding.means, kLongestLineChars) + "\n";
   lines += std::string(20, ' ') + "do:    " + OneLine(finding.remedy, kLongestLineChars) + "\n";

@@ -91,7 +91,7 @@ struct StoreFacts {
 struct LedgerFacts {
   PlaceFacts place;
   LedgerState state = LedgerState::kAbsent;
-  std::size_t days = 0;
+  std::size_t days = 0;  ///< with energy
 };
 
 /// One of the last days.

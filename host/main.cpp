@@ -12,6 +12,7 @@
 
 #include "base/utf8_text.h"
 #include "console.h"
+#include "doctor.h"
 #include "explain.h"
 #include "export.h"
 #include "file_failure.h"

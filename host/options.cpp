@@ -20,9 +20,10 @@ constexpr const char* kDescription =
     "commands.";
 
 constexpr const char* kFooter =
-    "Exit status: 0 done; 1 a command returned a status other than 0; 2 wrong arguments;\n"
-    "3 no pass was completed (serve-once); 4 the library cannot be loaded or failed;\n"
-    "5 a file cannot be read or written.";
+    "Exit status: 0 done; 1 a command returned a status other than 0, or doctor found that this\n"
+    "machine cannot measure; 2 wrong arguments; 3 no pass was completed (serve-once); 4 the "
+    "library\n"
+    "cannot be loaded or failed; 5 a file cannot be read or written.";
 
 constexpr const char* kServeOnce = "Start collection, wait for one pass, run all ten commands";
 
@@ -45,6 +46,15 @@ constexpr const char* kExplainFooter =
     "ledger's\n"
     "value beside it. An hour is explained as command 4 computes it. Works on a private copy of\n"
     "the data folder. Example: wattleaf_host explain 2026-11-17";
+
+constexpr const char* kDoctor = "Find out whether and why this machine does not measure";
+
+constexpr const char* kDoctorFooter =
+    "Goes down the road that a start takes and says for each step what it found, what that means\n"
+    "and what to do. Changes nothing: it works on a private copy of the data folder. It loads the\n"
+    "collector, if the library would, and asks it for its status only with --start-collector.\n"
+    "The firmware is asked as at each start. Ends with 0 if this machine can measure, otherwise\n"
+    "with 1. Example: wattleaf_host doctor";
 
 /// Empty for a date of the calendar, "2026-11-22".
 std::string CheckDate(const std::string& text) {
@@ -157,6 +167,15 @@ void AddReport(CLI::App& app, Options& options) {
   subcommand->footer(kReportFooter);
 }
 
+void AddDoctor(CLI::App& app, Options& options) {
+  auto [doctor, request] = AddSubcommand<DoctorRequest>(app, options, "doctor", kDoctor);
+  doctor->add_flag("--start-collector", request.startCollector,
+                   "Start and stop the collector to learn its status; it may write samples");
+  doctor->add_flag_callback(
+      "--no-tool", [&run = request.runTool] { run = false; }, "Do not run POWERCFG");
+  doctor->footer(kDoctorFooter);
+}
+
 void AddOptions(CLI::App& app, Options& options) {
   // Set before the subcommands are added, which inherit it: --json may follow them too.
   app.fallthrough();
@@ -180,6 +199,7 @@ void AddOptions(CLI::App& app, Options& options) {
   AddExport(app, options);
   AddMetrics(app, options);
   AddReport(app, options);
+  AddDoctor(app, options);
   app.require_subcommand(1);
   app.footer(kFooter);
 }

@@ -9,7 +9,7 @@ namespace WattleafHost {
 
 // The program's exit statuses.
 inline constexpr int kDone = 0;
-/// A command returned a status other than 0.
+/// A command returned a status other than 0; doctor: this machine cannot measure.
 inline constexpr int kCommandFailed = 1;
 inline constexpr int kWrongArguments = 2;
 /// serve-once: no pass was completed; commands were run nevertheless.
@@ -65,6 +65,13 @@ struct ReportRequest {
   std::string output;
 };
 
+/// doctor.
+struct DoctorRequest {
+  /// Makes, starts and stops the collector to learn its status; it may write samples.
+  bool startCollector = false;
+  bool runTool = true;
+};
+
 /// The command line. Texts are UTF-8.
 struct Options {
   bool json = false;
@@ -74,7 +81,7 @@ struct Options {
   unsigned int days = 30;
   /// The subcommand with its own options.
   std::variant<ServeOnceRequest, CommandRequest, ExplainRequest, ExportRequest, MetricsRequest,
-               ReportRequest>
+               ReportRequest, DoctorRequest>
       request;
 };
 

@@ -12,12 +12,8 @@
 #include "base/local_calendar.h"
 #include "base/plain_file.h"
 #include "base/utf8_text.h"
-#include "catalogue/app_identity.h"
 #include "catalogue/desktop_apps.h"
 #include "catalogue/icon_export.h"
-#include "catalogue/package_logo.h"
-#include "catalogue/package_manager.h"
-#include "catalogue/packaged_apps.h"
 #include "data_copy.h"
 #include "ledger/day_energy.h"
 #include "ledger/ledger_file.h"
@@ -27,6 +23,7 @@
 #include "platform/wmi/platform_probes.h"
 #include "platform/wmi/support_decision.h"
 #include "reports/power_store.h"
+#include "system_apps.h"
 
 namespace WattleafHost {
 
@@ -78,28 +75,6 @@ class NoIcons final : public IconMaker {
   std::string ExportAppIcon(const std::string&, const IconFile&) override { return {}; }
   bool CopyLogo(const std::string&, const std::string&) override { return false; }
 };
-
-std::string SystemDrivePath() {
-  std::array<char, 1024> path{};
-  const auto capacity = static_cast<DWORD>(path.size() - 1);
-  if (QueryDosDeviceA(kSystemDrive, path.data(), capacity) == 0) return {};
-  return path.data();  // the first of several texts
-}
-
-/// Only their logos matter to a ranking, so that a failure leaves icons out and nothing else.
-PackagedApps FindPackagedApps() {
-  PackagedApps apps;
-  const auto readManifest = [](const std::wstring& path, std::wstring& logo) {
-    if (auto named = TryReadManifestLogo(path)) logo = std::move(*named);
-  };
-  try {
-    AddPackagedApps(
-        *FindAllPackages(), readManifest, [] {}, apps);
-  } catch (...) {
-    return {};
-  }
-  return apps;
-}
 
 std::optional<ApplicationShares> Rank(const StoredRows& store, const SnapshotRequest& request) {
   DesktopApps desktopApps;

@@ -43,7 +43,7 @@ h2 { margin: 0; font-size: 18px; line-height: 1.35; font-weight: 650; }
 .cards { display: grid; grid-template-columns: repeat(3, 1fr); gap: 16px; margin: 0; }
 .card, .panel {
   background: var(--panel); border: 1px solid var(--line); border-radius: 10px;
-  padding: 20px 24px; min-width: 0;
+  padding: 20px 24px; min-width: 0; overflow: clip;
 }
 .card dt { color: var(--quiet); font-size: 14px; }
 .card dd { margin: 0; }
@@ -78,7 +78,7 @@ thead th { color: var(--quiet); font-size: 13px; }
 .shares th, .shares td { height: 40px; padding: 4px 0; }
 .shares thead th { height: 30px; }
 .shares .rank { width: 34px; color: var(--quiet); font-size: 14px; }
-.shares .share { width: 84px; text-align: right; white-space: nowrap; }
+.shares .share { width: 84px; text-align: right; }
 .shares .meter { width: 50%; padding: 4px 0 4px 16px; }
 .meter svg { display: block; }
 .app { display: flex; align-items: center; gap: 12px; overflow: hidden; }

@@ -136,7 +136,7 @@ TEST_F(HostDataFolder, ExportHasTheFiguresOfTheCommands) {
   EXPECT_FALSE(shares.empty());
 }
 
-TEST_F(HostDataFolder, ExportAndMetricsLeaveTheDataFolderAsItWas) {
+TEST_F(HostDataFolder, ExportMetricsAndReportLeaveTheDataFolderAsItWas) {
   AnswersAfterAPass();
   // New samples that a pass would book, and a report that it would read and delete.
   const std::wstring report = std::wstring(kNotebookData) + L"\\Powerlog.xml";
@@ -146,6 +146,7 @@ TEST_F(HostDataFolder, ExportAndMetricsLeaveTheDataFolderAsItWas) {
   const TestSupport::TempFolder folder;
   EXPECT_EQ(RunOnNotebook({L"export"}).host.exitStatus, 0u);
   EXPECT_EQ(RunOnNotebook({L"metrics", folder.File(L"a.prom")}).host.exitStatus, 0u);
+  EXPECT_EQ(RunOnNotebook({L"report", folder.File(L"a.html")}).host.exitStatus, 0u);
   EXPECT_EQ(StateOfDataFolder(), before);
   DeleteFileW(report.c_str());
   EXPECT_THAT(ReadWholeFile(folder.File(L"a.prom")), HasSubstr("wattleaf_day_energy_joules{"));

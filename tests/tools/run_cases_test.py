@@ -195,19 +195,19 @@ class RunCases(unittest.TestCase):
         start(1)
         begin(name)
         if name == "Day.IsShort" and "CRASH" in os.environ: os._exit(5)
-        end(name, "SKIPPED" if name == "Typed/0.Is" else "OK ")
+        end(name, "SKIPPED" if name == "Day.IsLong" else "OK ")
         finish(1)
         """
 
     def test_can_start_a_process_for_each_case(self):
         self.assertEqual(self.run_program(self.ALONE, WATTLEAF_CASES_ALONE="1"),
-                         (0, ["skipped: Typed/0.Is", "cases: 3 passed, 1 skipped"]))
+                         (0, ["skipped: Day.IsLong", "cases: 3 passed, 1 skipped"]))
 
     def test_runs_the_other_cases_after_a_crash_of_one_alone(self):
         status, lines = self.run_program(self.ALONE, WATTLEAF_CASES_ALONE="1", CRASH="1")
         self.assertEqual((status, lines), (1, [
             "[ RUN      ] Day.IsShort", "Day.IsShort was running when the program ended: status 5",
-            "0 of 1 cases ended", "skipped: Typed/0.Is",
+            "0 of 1 cases ended", "skipped: Day.IsLong",
             "failed, with GTEST_RANDOM_SEED=1; 2 cases passed"]))
 
     def test_fails_alone_if_the_program_cannot_list_its_cases(self):

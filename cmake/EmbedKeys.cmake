@@ -10,16 +10,6 @@ foreach(list public_key_pool single_key_list second_key_list service_key)
 endforeach()
 wattleaf_read_all_key_lists("${WATTLEAF_KEY_FOLDER}")
 
-if(WATTLEAF_KEYS STREQUAL "development")
-  if(NOT WATTLEAF_CAN_SIGN OR NOT WIN32)
-    message(FATAL_ERROR "WATTLEAF_KEYS=development needs a build for Windows on a Unix machine with openssl and osslsigncode.")
-  endif()
-  wattleaf_read_key_list(SERVICE FILE "${WATTLEAF_DEVELOPMENT_KEY}/public_key.txt" COUNT 1)
-  wattleaf_check_key_repetition(POOL SINGLE SECOND SERVICE)
-elseif(NOT WATTLEAF_KEYS STREQUAL "supplied")
-  message(FATAL_ERROR "WATTLEAF_KEYS is \"${WATTLEAF_KEYS}\", but must be supplied or development.")
-endif()
-
 # Sets <out> to the definition of a constant array with the texts of the list, in its order.
 function(wattleaf_key_array out name prefix)
   list(LENGTH ${prefix}_TEXTS count)
@@ -30,11 +20,13 @@ function(wattleaf_key_array out name prefix)
   set(${out} "inline constexpr std::array<std::string_view, ${count}> ${name} = {\n${rows}};\n" PARENT_SCOPE)
 endfunction()
 
-wattleaf_key_array(pool_array kPublicKeyPoolTexts POOL)
-wattleaf_key_array(single_array kSingleKeyListTexts SINGLE)
-wattleaf_key_array(second_array kSecondKeyListTexts SECOND)
-wattleaf_key_array(service_array kServiceKeyTexts SERVICE)
-file(CONFIGURE OUTPUT "${WATTLEAF_GENERATED}/embedded_keys.h" @ONLY CONTENT [[
+# wattleaf_write_keys(<folder>): writes the lists as they are now to embedded_keys.h in the folder.
+function(wattleaf_write_keys folder)
+  wattleaf_key_array(pool_array kPublicKeyPoolTexts POOL)
+  wattleaf_key_array(single_array kSingleKeyListTexts SINGLE)
+  wattleaf_key_array(second_array kSecondKeyListTexts SECOND)
+  wattleaf_key_array(service_array kServiceKeyTexts SERVICE)
+  file(CONFIGURE OUTPUT "${folder}/embedded_keys.h" @ONLY CONTENT [[
 #pragma once
 
 // Written by the build from the key lists; do not edit.
@@ -50,3 +42,16 @@ namespace Zq::Gantry::Security {
 @second_array@
 }  // namespace Zq::Gantry::Security
 ]])
+endfunction()
+
+wattleaf_write_keys("${WATTLEAF_GENERATED}/supplied")
+if(WATTLEAF_KEYS STREQUAL "development")
+  if(NOT WATTLEAF_CAN_SIGN OR NOT WIN32)
+    message(FATAL_ERROR "WATTLEAF_KEYS=development needs a build for Windows on a Unix machine with openssl and osslsigncode.")
+  endif()
+  wattleaf_read_key_list(SERVICE FILE "${WATTLEAF_DEVELOPMENT_KEY}/public_key.txt" COUNT 1)
+  wattleaf_check_key_repetition(POOL SINGLE SECOND SERVICE)
+elseif(NOT WATTLEAF_KEYS STREQUAL "supplied")
+  message(FATAL_ERROR "WATTLEAF_KEYS is \"${WATTLEAF_KEYS}\", but must be supplied or development.")
+endif()
+wattleaf_write_keys("${WATTLEAF_GENERATED}")

@@ -24,19 +24,19 @@ long NotebookRun::CountInLog(const std::string& line) const {
   return static_cast<long>(std::count(log.begin(), log.end(), line));
 }
 
-NotebookRun RunOnNotebook(const std::vector<std::wstring>& arguments) {
+NotebookRun RunOnNotebook(const std::vector<std::wstring>& arguments, const std::wstring& host) {
   const TempFolder folder;
   const std::wstring path = folder.File(L"service.log");
   const ScopedVariable log(L"WATTLEAF_LOG_FILE", path);
   // Enough days for every figure, and few enough to be written fast.
   const ScopedVariable days(L"WATTLEAF_COLLECTOR_DAYS", L"10");
   const ScopedVariable reportedDays(L"WATTLEAF_POWERCFG_DAYS", L"10");
-  NotebookRun run{RunProgram(InstalledHost(), arguments), {}};
+  NotebookRun run{RunProgram(host, arguments), {}};
   run.log = LinesOf(path);
   return run;
 }
 
-bool HasNotebook() { return FileExists(InstalledHost()); }
+bool HasNotebook(const std::wstring& host) { return FileExists(host); }
 
 std::vector<std::string> CollectorCalls::Lines() const { return LinesOf(path_); }
 

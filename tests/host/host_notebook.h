@@ -19,11 +19,12 @@ struct NotebookRun {
   [[nodiscard]] long CountInLog(const std::string& line) const;
 };
 
-/// Runs the installed host, with ten days of samples and of reported application energy.
-[[nodiscard]] NotebookRun RunOnNotebook(const std::vector<std::wstring>& arguments);
+/// Runs an installed host, with ten days of samples and of reported application energy.
+[[nodiscard]] NotebookRun RunOnNotebook(const std::vector<std::wstring>& arguments,
+                                        const std::wstring& host = InstalledHost());
 
 /// False on a machine without the simulated notebook, where its tests are skipped.
-[[nodiscard]] bool HasNotebook();
+[[nodiscard]] bool HasNotebook(const std::wstring& host = InstalledHost());
 
 /// Makes the simulated collector record its calls, in programs that are run while this object
 /// exists.

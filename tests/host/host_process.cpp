@@ -108,10 +108,10 @@ HostRun RunHost(const std::vector<std::wstring>& arguments) {
   return RunProgram(self.substr(0, self.find_last_of(L'\\')) + L"\\wattleaf_host.exe", arguments);
 }
 
-std::wstring InstalledHost() {
-  std::array<wchar_t, MAX_PATH> folder{};
-  GetEnvironmentVariableW(L"ProgramFiles", folder.data(), static_cast<DWORD>(folder.size()));
-  return std::wstring(folder.data()) + L"\\Wattleaf\\wattleaf_host.exe";
+std::wstring InstalledHost(const std::wstring& folder) {
+  std::array<wchar_t, MAX_PATH> programs{};
+  GetEnvironmentVariableW(L"ProgramFiles", programs.data(), static_cast<DWORD>(programs.size()));
+  return std::wstring(programs.data()) + L"\\" + folder + L"\\wattleaf_host.exe";
 }
 
 }  // namespace TestSupport

@@ -21,7 +21,8 @@ struct HostRun {
 /// Runs the wattleaf_host beside this test program.
 [[nodiscard]] HostRun RunHost(const std::vector<std::wstring>& arguments);
 
-/// The path of the wattleaf_host that is installed on the simulated notebook, under Program Files.
-[[nodiscard]] std::wstring InstalledHost();
+/// The path of the wattleaf_host that is installed on the simulated notebook, in a folder of
+/// Program Files.
+[[nodiscard]] std::wstring InstalledHost(const std::wstring& folder = L"Wattleaf");
 
 }  // namespace TestSupport

@@ -6,26 +6,33 @@
 
 #include <algorithm>
 #include <string>
+#include <vector>
 
 #include "host_notebook.h"
 
 using testing::HasSubstr;
+using TestSupport::InstalledHost;
 using TestSupport::NotebookRun;
-using TestSupport::RunOnNotebook;
 
 namespace {
 
 class HostSuppliedKeys : public testing::Test {
  protected:
   void SetUp() override {
-    if (!TestSupport::HasNotebook()) GTEST_SKIP() << "no simulated notebook on this machine";
+    if (!TestSupport::HasNotebook(host_)) GTEST_SKIP() << "no simulated notebook on this machine";
   }
+
+  [[nodiscard]] NotebookRun Run(const std::vector<std::wstring>& arguments) const {
+    return TestSupport::RunOnNotebook(arguments, host_);
+  }
+
+  const std::wstring host_ = InstalledHost(WATTLEAF_SUPPLIED_KEYS_FOLDER);
 };
 
 }  // namespace
 
 TEST_F(HostSuppliedKeys, DevelopmentCollectorIsRefusedWithOneWarning) {
-  const NotebookRun run = RunOnNotebook({L"serve-once"});
+  const NotebookRun run = Run({L"serve-once"});
   EXPECT_EQ(run.CountInLog("[warning] [] Unable to load DataCollector library."), 1);
   const auto warnings = std::count_if(run.log.begin(), run.log.end(), [](const auto& line) {
     return line.rfind("[warning]", 0) == 0;
@@ -35,7 +42,7 @@ TEST_F(HostSuppliedKeys, DevelopmentCollectorIsRefusedWithOneWarning) {
 }
 
 TEST_F(HostSuppliedKeys, CommandsAnswerWithoutAPass) {
-  const NotebookRun run = RunOnNotebook({L"serve-once"});
+  const NotebookRun run = Run({L"serve-once"});
   EXPECT_EQ(run.host.exitStatus, 3u);
   EXPECT_THAT(run.host.errors, HasSubstr("no pass: the worker has ended"));
   EXPECT_THAT(run.host.output, HasSubstr(" 8  Has the data changed?          0           true\n"));
@@ -43,6 +50,6 @@ TEST_F(HostSuppliedKeys, CommandsAnswerWithoutAPass) {
 
 TEST_F(HostSuppliedKeys, PlatformItselfIsSupported) {
   // So the keys are the reason why the collector is not loaded.
-  const NotebookRun run = RunOnNotebook({L"command", L"7"});
+  const NotebookRun run = Run({L"command", L"7"});
   EXPECT_EQ(run.host.output, "1\n");
 }

@@ -79,3 +79,10 @@ expect_rule(no [[foo(?=\bbar)bar]] "foobar")
 expect_rule(yes [[foo(?=bar\b)bar]] "foobar")
 expect_rule(no "a(?=^b)b" "ab")
 expect_rule(no "(a+)+b" "${letters}")
+
+# The library with the supplied keys does not trust the file of the development build.
+if(SUPPLIED)
+  file(COPY_FILE "${SUPPLIED}" "${WORK}/WattleafService.dll")
+  expect(no no)
+  expect(no yes "${TRUSTED_FILE}")
+endif()

@@ -3,6 +3,8 @@
 // it.
 #include "reports/many_rows.h"
 
+#include <malloc.h>
+
 #include <fstream>
 #include <map>
 #include <string>
@@ -28,7 +30,11 @@ struct RowFolder {
   [[nodiscard]] Path Store() const { return Folder() / kPowerStoreFileName; }
   [[nodiscard]] Path OldStore() const { return Folder() / "old-store.json"; }
 
+  /// Also returns unused memory to the system, as after a day without a conversion. Otherwise the
+  /// C library would keep that of a small report, but not the larger block of a large one, and
+  /// only the large one would pay for fresh pages.
   void Write() const {
+    malloc_trim(0);
     std::filesystem::create_directories(Folder());
     if (!std::filesystem::exists(OldStore())) {
       TestSupport::WriteManyRows(Folder(), rows);

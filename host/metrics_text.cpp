@@ -98,7 +98,7 @@ std::string LastBookedDay(const Snapshot& snapshot) {
                 "Begin of the newest day with energy, today included.");
   for (auto day = snapshot.ledger.rbegin(); day != snapshot.ledger.rend(); ++day) {
     const bool isInFuture = day->beginInstant > snapshot.takenInstant;
-    if (!day->hasData || day->beginInstant < 0 || isInFuture) continue;
+    if (!day->hasData || isInFuture) continue;
     return family.Add(static_cast<double>(day->beginInstant)).Text();
   }
   return {};

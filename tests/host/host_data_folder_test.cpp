@@ -175,3 +175,24 @@ TEST_F(HostDataFolder, FileThatCannotBeWrittenEndsWithStatus5) {
             "wattleaf_host: cannot write C:\\missing\\a.prom (Windows error 3); choose a folder "
             "that exists and that you may write to\n");
 }
+
+TEST_F(HostDataFolder, ExportSaysWhichFilesAreMissingOrDamaged) {
+  AnswersAfterAPass();
+  const std::wstring folder = kNotebookData;
+  const std::wstring ledger = folder + L"\\PowerConsumption.json";
+  const std::wstring store = folder + L"\\Powerlog.json";
+  const std::string ledgerBytes = ReadWholeFile(ledger);
+  const std::string storeBytes = ReadWholeFile(store);
+  TestSupport::WriteWholeFile(ledger, "{}");
+  TestSupport::WriteWholeFile(store, "[");
+  const std::string damaged = RunOnNotebook({L"export"}).host.output;
+  DeleteFileW(ledger.c_str());
+  DeleteFileW(store.c_str());
+  const std::string missing = RunOnNotebook({L"export"}).host.output;
+  TestSupport::WriteWholeFile(ledger, ledgerBytes);
+  TestSupport::WriteWholeFile(store, storeBytes);
+  EXPECT_THAT(damaged, HasSubstr("\"missing\":\"ledger not readable\"}"));
+  EXPECT_THAT(damaged, HasSubstr("\"missing\":\"store not readable\"}"));
+  EXPECT_THAT(missing, HasSubstr("\"missing\":\"no ledger\"}"));
+  EXPECT_THAT(missing, HasSubstr("\"missing\":\"no store\"}"));
+}

@@ -170,6 +170,18 @@ TEST(DayExplanation, NamesSamplesWithoutATimeAndEnergiesBeyondAFloat) {
   EXPECT_EQ(day.intervals[2].seconds, 0);
 }
 
+// As docs/support.md says: the clocks of both zones of this program are changed in summer.
+TEST(DayExplanation, ShowsAGapOfADayBefore23HoursInSummerTime) {
+  FakeDays days{
+      {"2024-07-01", List({Sample("2024-07-01T22:50:00"), Sample("2024-07-01T22:59:00"),
+                           Sample("2024-07-01T23:00:00"), Sample("2024-07-01T23:01:00")})}};
+  const DayExplanation day = ExplainDay(Day("2024-07-01"), days.Reader());
+  EXPECT_EQ(BookingsOf(day.intervals),
+            (std::vector<Booking>{Booking::kNoNeighbour, Booking::kFirstInterval, Booking::kGap,
+                                  Booking::kBooked, Booking::kNoNeighbour}));
+  EXPECT_EQ(day.intervals[2].seconds, 86'460);
+}
+
 TEST(DayExplanation, OfADayWithoutAListIsEmpty) {
   EXPECT_FALSE(Explain({{kDate, "{}"}}).hasList);
   const DayExplanation empty = Explain({{kDate, "[]"}});

@@ -133,6 +133,8 @@ TEST_F(Doctoring, FindsAHealthyMachineAndLeavesItsDataFolderAsItWas) {
   for (const char* other : {"tool-failed", "collector-unsigned", "clock-back", "store-missing"}) {
     EXPECT_THAT(causes, Not(Contains(other)));
   }
+  const HostRun text = TestSupport::RunOnNotebook({L"doctor", L"--no-tool"}).host;
+  EXPECT_NE(text.output.find("\nThis machine can measure.\n"), std::string::npos) << text.output;
   EXPECT_EQ(DataFolder(), before) << "doctor changed the data folder";
 
   const std::string yesterday = DateBack(1);

@@ -11,7 +11,10 @@ const std::string* RecentSamples::Find(const std::string& encrypted) const {
 }
 
 void RecentSamples::Keep(std::string encrypted, std::string plainCopy) {
-  if (encrypted.size() > kLongestTextBytes) return;
+  const auto isLong = [](const std::string& text) { return text.size() > kLongTextBytes; };
+  if (isLong(encrypted)) {
+    std::erase_if(files_, [&](const File& file) { return isLong(file.encrypted); });
+  }
   if (files_.size() == kMostFiles) files_.erase(files_.begin());
   files_.push_back({std::move(encrypted), std::move(plainCopy)});
 }

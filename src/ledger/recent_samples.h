@@ -12,15 +12,15 @@ namespace Zq::Gantry::Server::Services::Wattleaf {
 class RecentSamples {
  public:
   static constexpr std::size_t kMostFiles = 3;
-  /// A longer text is not kept. A day of one sample a minute has 0.3 MiB; this is one sample every
-  /// five seconds. With the plain copies, at most 21 MiB are kept.
-  static constexpr std::size_t kLongestTextBytes = 4U * 1024 * 1024;
+  /// Only one text that is longer is kept. A day of one sample a minute has 0.3 MiB; this is one
+  /// sample every five seconds. With the plain copies, at most 126 MiB are kept.
+  static constexpr std::size_t kLongTextBytes = 4U * 1024 * 1024;
 
   /// The content of the plain copy for a file with exactly this encrypted text. Null if it is not
   /// kept; otherwise valid until the next Keep.
   [[nodiscard]] const std::string* Find(const std::string& encrypted) const;
 
-  /// Keeps a file in place of the oldest one.
+  /// Keeps a file in place of the oldest one, and a long one also in place of another long one.
   void Keep(std::string encrypted, std::string plainCopy);
 
  private:

@@ -48,14 +48,28 @@ TEST(RecentSamples, KeepsTheThreeFilesThatWereDecryptedLast) {
   EXPECT_EQ(Found(recent, "B"), "nothing");
 }
 
-TEST(RecentSamples, KeepsTextsUpTo4Mebibytes) {
+TEST(RecentSamples, KeepsThreeTextsOf4Mebibytes) {
   RecentSamples recent;
   const std::string longest(4'194'304, 'A');
-  recent.Keep("B", "2");
   recent.Keep(longest, "1");
-  recent.Keep(longest + 'A', "3");
+  recent.Keep(std::string(4'194'304, 'C'), "2");
+  recent.Keep(std::string(4'194'304, 'B'), "3");
   EXPECT_EQ(Found(recent, longest), "1");
-  EXPECT_EQ(Found(recent, longest + 'A'), "nothing");
+  EXPECT_EQ(Found(recent, std::string(4'194'304, 'C')), "2");
+  EXPECT_EQ(Found(recent, std::string(4'194'304, 'B')), "3");
+}
+
+TEST(RecentSamples, KeepsOneLongerText) {
+  RecentSamples recent;
+  const std::string one(4'194'305, 'A');
+  const std::string other(4'194'305, 'B');
   recent.Keep("C", "3");
-  EXPECT_EQ(Found(recent, "B"), "2") << "a text that is not kept has displaced another";
+  recent.Keep(one, "1");
+  EXPECT_EQ(Found(recent, one), "1");
+  recent.Keep(other, "2");
+  EXPECT_EQ(Found(recent, one), "nothing");
+  EXPECT_EQ(Found(recent, other), "2");
+  recent.Keep("D", "4");
+  EXPECT_EQ(Found(recent, "C"), "3") << "the first long text has left its place";
+  EXPECT_EQ(Found(recent, other), "2");
 }

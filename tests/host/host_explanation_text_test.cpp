@@ -131,6 +131,9 @@ TEST(ExplanationText, OfAnHourNamesTheHourThatHasItsEnergy) {
                 .find("  counted with hour 10: the hour ended on a sample that does not count\n"),
             std::string::npos)
       << ToText(report, false);
+  report.hour = 10;
+  const std::string text = ToText(report, false);
+  EXPECT_NE(text.find("09:40:00 - 09:50:00, 600 s: the first interval"), std::string::npos) << text;
 }
 
 TEST(ExplanationJson, HasEachIntervalAndTheLedger) {

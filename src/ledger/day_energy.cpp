@@ -46,7 +46,7 @@ class HourSums final : public SampleIntervals {
 
 float LinkToDayBeforeWh(const DateTime& day, const DaySample& first, const DaySummaryReader& read) {
   const auto before = read(ShiftKeepingHour(day, -kSecondsPerDay));
-  if (!before || before->count == 0) return 0.0F;
+  if (!before) return 0.0F;
   return EnergyBetweenWh(before->last.time, first.time, before->last.watts);
 }
 
@@ -54,7 +54,7 @@ float LinkToDayBeforeWh(const DateTime& day, const DaySample& first, const DaySu
 // the earlier one (test DayEnergy.LinkToTheDayAfterUsesThePowerOfTheLaterSample).
 float LinkToDayAfterWh(const DateTime& day, const DaySample& last, const DaySummaryReader& read) {
   const auto after = read(ShiftKeepingHour(day, kSecondsPerDay));
-  if (!after || after->count == 0) return 0.0F;
+  if (!after) return 0.0F;
   return EnergyBetweenWh(last.time, after->first.time, after->first.watts);
 }
 

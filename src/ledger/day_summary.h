@@ -11,7 +11,7 @@ namespace Zq::Gantry::Server::Services::Wattleaf {
 /// watt-hours.
 struct DaySummary {
   std::size_t count = 0;  ///< of the samples
-  DaySample first;
+  DaySample first;        ///< without a time if there are no samples, and so is the last
   DaySample last;
   /// Of each interval between two samples that counts, in the order of the list. They are added up
   /// only after the link to the day before.

@@ -61,6 +61,15 @@ TEST_F(RecentDaysTest, HasTheSamplesOfTheFile) {
   EXPECT_EQ(summary->intervalsWh, (std::vector<float>{3.0F, 12.0F}));
 }
 
+TEST_F(RecentDaysTest, HasTheTimeOfACountedLastSampleAfterAnotherType) {
+  WriteBytes(PathOf(10),
+             List({Sample("2024-05-10T10:00:00"), Sample("2024-05-10T10:05:00", "1", "OTHER"),
+                   Sample("2024-05-10T10:10:00", "1", "OTHER"), Sample("2024-05-10T10:20:00")}));
+  const Summary summary = Read(10);
+  ASSERT_TRUE(summary && summary->first.time && summary->last.time);
+  EXPECT_EQ(summary->last.time->instant - summary->first.time->instant, 20 * 60);
+}
+
 TEST_F(RecentDaysTest, IsNullWithoutAListThatParses) {
   EXPECT_EQ(Read(10), nullptr) << "a missing file";
   for (const char* text : {"", "{}", "[", "[1", "[]]"}) {

@@ -52,7 +52,8 @@ target_include_directories(wattleaf_pugixml SYSTEM PUBLIC "${pugixml_source}")
 target_compile_definitions(wattleaf_pugixml PUBLIC PUGIXML_WCHAR_MODE)
 target_compile_features(wattleaf_pugixml PUBLIC cxx_std_20)
 if(WATTLEAF_SANITIZE)
-  target_compile_options(wattleaf_pugixml PRIVATE -fsanitize=address,undefined)
+  # Optimised with the sanitizers, it takes three times as long to compile.
+  target_compile_options(wattleaf_pugixml PRIVATE -fsanitize=address,undefined -O0)
 endif()
 
 # PCRE2 with 16-bit characters: natively the packaged library, in the cross-build compiled from source.
@@ -96,7 +97,6 @@ set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)
 add_subdirectory("${googletest_source}" "${CMAKE_BINARY_DIR}/googletest" EXCLUDE_FROM_ALL SYSTEM)
 add_library(wattleaf_gtest INTERFACE)
 target_link_libraries(wattleaf_gtest INTERFACE gmock)
-if(WATTLEAF_SANITIZE)
-  target_compile_options(gtest PRIVATE -fsanitize=address,undefined)
-  target_compile_options(gmock PRIVATE -fsanitize=address,undefined)
-endif()
+# Like the tests: compiled fast, with line tables. Its own code is not under test, so it has no sanitizer.
+target_compile_options(gtest PRIVATE -O0 -g1)
+target_compile_options(gmock PRIVATE -O0 -g1)

@@ -72,7 +72,7 @@ std::string Decimals(double value) {
 TEST(MethodPage, HasTheEnergyOfItsExample) {
   ASSERT_EQ(DatedLines(4).size(), 10U);
   FakeDays days = SamplesOfPage();
-  const float energyWh = DayEnergyWh(Day("2026-03-10"), days.Reader());
+  const float energyWh = DayEnergyWh(Day("2026-03-10"), days.Summaries());
   EXPECT_NEAR(energyWh, 25.9 / 0.88, 1e-5);
   EXPECT_TRUE(PageHas(Decimals(25.9 / 0.88)));
 }

@@ -68,7 +68,7 @@ ExplainedInterval Between(Kind kind, const ExplainedSample& start, const Explain
   return interval;
 }
 
-/// The same, for an interval that does not count whatever its length is.
+/// The same, for an interval that counts at no length.
 ExplainedInterval Skipped(ExplainedInterval interval, Booking reason) {
   interval.booking = reason;
   interval.energyWh = 0.0F;

@@ -155,6 +155,12 @@ class CheckStructure(unittest.TestCase):
                          ["README.md:1: there is no test Day.IsShort",
                           "tests/a.cpp:1: there is no test Day.IsShort"])
 
+    def test_names_a_test_that_runs_python_as_a_target(self):
+        text = ('add_custom_command(COMMAND Python3::Interpreter a.py)\nadd_test(NAME a\n  COMMAND "${Python3_EXECUTABLE}" a.py)\n'
+                "add_test(NAME b\n  COMMAND Python3::Interpreter b.py)\n")
+        self.assertEqual(self.findings({"tests/a/CMakeLists.txt": text}),
+                         ["tests/a/CMakeLists.txt:5: this test would not fail under Wine: use ${Python3_EXECUTABLE}"])
+
     def test_names_a_missing_list_of_checks(self):
         self.assertEqual(self.findings({".clang-tidy": None}), [".clang-tidy:1: is missing"])
 

@@ -173,7 +173,7 @@ TEST(HostJson, HasTheTimeWithAnOffsetAndTheParsedValue) {
   const auto document = Parse(RunHost({L"command", L"8", L"--json"}));
   EXPECT_EQ(document["formatVersion"].GetUint(), 1u);
   EXPECT_THAT(document["time"].GetString(),
-              testing::ContainsRegex("^....-..-..T..:..:...[0-9][0-9]:[0-9][0-9]$"));
+              testing::ContainsRegex("^....-..-..T..:..:...\\d\\d:\\d\\d$"));
   EXPECT_TRUE(document["zone"].IsString());
   EXPECT_TRUE(document["commands"][0]["value"].GetBool());
 }

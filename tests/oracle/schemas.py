@@ -1,4 +1,4 @@
-"""The published JSON Schemas of the answers and stores (docs/schemas), and whether a text keeps them."""
+"""The published JSON Schemas of answers, stores and the host's output (docs/schemas), and whether a text keeps them."""
 
 import json
 from pathlib import Path
@@ -9,6 +9,8 @@ FOLDER = Path(__file__).resolve().parents[2] / "docs" / "schemas"
 TOP_APPLICATIONS = 2
 LEDGER = "power-consumption"
 STORE = "powerlog"
+HOST_ANSWERS = "host-answers"
+EXPORT_ROW = "export-row"
 
 
 def schema_names():

@@ -5,6 +5,8 @@ import unittest
 
 from jsonschema import Draft202012Validator
 from schemas import (
+    EXPORT_ROW,
+    HOST_ANSWERS,
     LEDGER,
     STORE,
     is_cut_off_ranking,
@@ -18,6 +20,18 @@ APP = {"Name": "Meadow", "Icon": "C:\\Icons\\Meadow.png", "Value": 37.5}
 DAY = {"Key": "2026-03-10", "Value": 12.5}
 ROW = {"Name": "a", "DisplayName": "", "TimeStamp": "2026-11-14:02:10:46", "TotalEnergy": -5}
 
+OUTPUT = {
+    "formatVersion": 1, "host": "1.0.0", "time": "2026-11-22T19:29:57+01:00", "zone": "", "library": "a.dll",
+    "simulatedCalls": [{"name": "Sleep", "reason": "none"}],
+    "commands": [{"number": 1, "title": "Energy", "status": 0, "text": "1.0", "value": 1.0}],
+    "dataFolder": "C:\\Data", "iconFolder": "C:\\Icons", "days": 30, "log": None,
+}  # fmt: skip
+EXPORTED = {
+    "formatVersion": 1, "host": "1.0.0", "machine": "a", "time": "2026-11-22T19:29:57-03:30", "zone": "",
+    "kind": "ledgerDay", "begin": "2026-11-22T00:00:00-03:30", "label": "2026-11-22", "name": None,
+    "days": None, "value": 12.5, "unit": "Wh", "missing": None,
+}  # fmt: skip
+
 
 def series(label, texts):
     return {"Range": [0.0, 3.5], "Value": [{label: text, "Value": 0.0} for text in texts]}
@@ -28,7 +42,7 @@ DAYS = series("Day", ["Wed", "Thu", "Fri", "Sat", "Sun", "Mon", "Tue"])
 MONTHS = series("Month", ["Oct", "Nov", "Dec", "Jan", "Mar", "Mar"])
 
 
-def changed(value, **members):
+def changed(value, /, **members):
     return {**value, **members}
 
 
@@ -45,10 +59,10 @@ class Schemas(unittest.TestCase):
         for value in values:
             self.assertIsNotNone(violation(name, json.dumps(value)), value)
 
-    def test_there_is_one_for_each_command_and_each_store(self):
+    def test_there_is_one_for_each_command_each_store_and_each_output_of_the_host(self):
         commands = {schema_of_command(number) for number in range(1, 11)}
         self.assertEqual(len(commands), 10)
-        self.assertEqual(set(schema_names()), commands | {LEDGER, STORE})
+        self.assertEqual(set(schema_names()), commands | {LEDGER, STORE, HOST_ANSWERS, EXPORT_ROW})
 
     def test_each_is_a_valid_schema_with_its_own_name(self):
         for name in schema_names():
@@ -147,6 +161,41 @@ class Schemas(unittest.TestCase):
             [without(ROW, "TotalEnergy")], [changed(ROW, TotalEnergy=1.5)],
             [changed(ROW, TotalEnergy=2**63)], [changed(ROW, TotalEnergy=-(2**63) - 1)],
             [changed(ROW, TimeStamp="2026-11-14T02:10:46")], [changed(ROW, Other=1)],
+        )  # fmt: skip
+
+    def test_the_output_of_the_host_has_its_members(self):
+        self.accepts(HOST_ANSWERS, OUTPUT, changed(OUTPUT, **{"pass": "completed", "later": 1}))
+        for member in OUTPUT:
+            self.refuses(HOST_ANSWERS, without(OUTPUT, member))
+        self.refuses(
+            HOST_ANSWERS,
+            changed(OUTPUT, formatVersion=2), changed(OUTPUT, time="2026-11-22T19:29:57Z"),
+            changed(OUTPUT, **{"pass": "done"}), changed(OUTPUT, days="30"),
+            changed(OUTPUT, simulatedCalls=[{"name": "Sleep"}]),
+        )  # fmt: skip
+
+    def test_an_answer_of_the_host_has_a_text_only_with_status_0(self):
+        answer = OUTPUT["commands"][0]
+        failed = changed(answer, status=0x20000002, text=None, value=None)
+        self.accepts(HOST_ANSWERS, changed(OUTPUT, commands=[answer, failed]))
+        for wrong in (
+            changed(answer, text=None), changed(failed, text="1"), changed(failed, value=1),
+            without(answer, "value"), without(answer, "title"), changed(answer, number="1"),
+            changed(answer, everythingElsePercent="1"),
+        ):  # fmt: skip
+            self.refuses(HOST_ANSWERS, changed(OUTPUT, commands=[wrong]))
+
+    def test_a_row_of_the_export_has_a_value_or_says_why_not(self):
+        missing = changed(EXPORTED, value=None, missing="not booked")
+        self.accepts(EXPORT_ROW, EXPORTED, missing, changed(EXPORTED, begin=None, label=None))
+        for member in EXPORTED:
+            self.refuses(EXPORT_ROW, without(EXPORTED, member))
+        self.refuses(
+            EXPORT_ROW,
+            changed(EXPORTED, missing="not booked"), changed(missing, missing=None),
+            changed(missing, missing=""), changed(EXPORTED, kind="week"),
+            changed(EXPORTED, unit="kWh"), changed(EXPORTED, begin="2026-11-22"),
+            changed(EXPORTED, value="1"), changed(EXPORTED, formatVersion=2),
         )  # fmt: skip
 
     def test_a_ranking_without_energy_is_recognised_by_its_end(self):

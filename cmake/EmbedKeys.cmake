@@ -1,6 +1,7 @@
 # Checks the trusted public keys of keys/ and writes them to a header in the build folder. With
 # WATTLEAF_KEYS=development, the development key replaces the service key.
 include(KeyLists)
+include(KeyNotice)
 include(Signing)
 
 set(WATTLEAF_KEY_FOLDER "${CMAKE_SOURCE_DIR}/keys" CACHE PATH "The folder of the key lists")
@@ -20,8 +21,9 @@ function(wattleaf_key_array out name prefix)
   set(${out} "inline constexpr std::array<std::string_view, ${count}> ${name} = {\n${rows}};\n" PARENT_SCOPE)
 endfunction()
 
-# wattleaf_write_keys(<folder>): writes the lists as they are now to embedded_keys.h in the folder.
-function(wattleaf_write_keys folder)
+# wattleaf_write_keys(<folder> supplied|development): writes the lists as they are now to embedded_keys.h in the folder,
+# and the notice about them to key_notice.h. Sets WATTLEAF_KEY_NOTICE to the notice.
+function(wattleaf_write_keys folder kind)
   wattleaf_key_array(pool_array kPublicKeyPoolTexts POOL)
   wattleaf_key_array(single_array kSingleKeyListTexts SINGLE)
   wattleaf_key_array(second_array kSecondKeyListTexts SECOND)
@@ -42,9 +44,18 @@ namespace Zq::Gantry::Security {
 @second_array@
 }  // namespace Zq::Gantry::Security
 ]])
+
+  wattleaf_key_notice(notice ${kind} ${POOL_TEXTS} ${SINGLE_TEXTS} ${SECOND_TEXTS} ${SERVICE_TEXTS})
+  set(definition "")
+  if(notice)
+    set(definition "\n#define WATTLEAF_KEY_NOTICE \"${notice}\"\n")
+  endif()
+  file(CONFIGURE OUTPUT "${folder}/key_notice.h" @ONLY CONTENT
+    "// Written by the build for the version resource; defines nothing if all keys are an operator's own.\n@definition@")
+  set(WATTLEAF_KEY_NOTICE "${notice}" PARENT_SCOPE)
 endfunction()
 
-wattleaf_write_keys("${WATTLEAF_GENERATED}/supplied")
+wattleaf_write_keys("${WATTLEAF_GENERATED}/supplied" supplied)
 if(WATTLEAF_KEYS STREQUAL "development")
   if(NOT WATTLEAF_CAN_SIGN OR NOT WIN32)
     message(FATAL_ERROR "WATTLEAF_KEYS=development needs a build for Windows on a Unix machine with openssl and osslsigncode.")
@@ -54,4 +65,7 @@ if(WATTLEAF_KEYS STREQUAL "development")
 elseif(NOT WATTLEAF_KEYS STREQUAL "supplied")
   message(FATAL_ERROR "WATTLEAF_KEYS is \"${WATTLEAF_KEYS}\", but must be supplied or development.")
 endif()
-wattleaf_write_keys("${WATTLEAF_GENERATED}")
+wattleaf_write_keys("${WATTLEAF_GENERATED}" ${WATTLEAF_KEYS})
+if(WIN32 AND WATTLEAF_KEY_NOTICE)
+  message(NOTICE "${WATTLEAF_KEY_NOTICE}")
+endif()

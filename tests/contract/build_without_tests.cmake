@@ -1,8 +1,9 @@
 # Configures the project with BUILD_TESTING=OFF and checks that the build has none of the targets of tests/,
 # fuzz/ and bench/ and does not know GoogleTest, but still has what is shipped:
 #   cmake -DSOURCE=... -DBUILD=<a build with tests> -DWORK=<new folder> -DPROGRAM=<ninja> -DWANTED=<targets>
-#         "-DOPTIONS=<options of the configuration>" -P build_without_tests.cmake
-foreach(name SOURCE BUILD WORK PROGRAM WANTED)
+#         "-DOPTIONS=<options of the configuration>" "-DSAYS=<a line that the configuration prints, or nothing>"
+#         -P build_without_tests.cmake
+foreach(name SOURCE BUILD WORK PROGRAM WANTED SAYS)
   if(NOT DEFINED ${name})
     message(FATAL_ERROR "${name} is not given.")
   endif()
@@ -30,6 +31,10 @@ execute_process(COMMAND "${CMAKE_COMMAND}" -S "${SOURCE}" -B "${WORK}" -G Ninja 
   OUTPUT_VARIABLE output ERROR_VARIABLE output RESULT_VARIABLE status)
 if(NOT status EQUAL 0)
   message(FATAL_ERROR "Cannot configure without tests:\n${output}")
+endif()
+string(FIND "\n${output}" "\n${SAYS}" said)
+if(said EQUAL -1)
+  message(FATAL_ERROR "The configuration does not say \"${SAYS}\":\n${output}")
 endif()
 test_targets(without_tests "${WORK}")
 if(without_tests)

@@ -9,6 +9,8 @@
 // FILE is checked like a library that the service would load; by default it is this program. The
 // second form only prints whether VALUE passes a rule of that kind whose node holds TEXT.
 
+#include <windows.h>
+
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -18,6 +20,8 @@
 #include <streambuf>
 #include <string>
 
+#include "../wine_answers.h"
+#include "collection/helper_operations.h"
 #include "rule_objects.h"
 #include "security/access/access_manager.h"
 #include "security/access/client_information.h"
@@ -169,9 +173,17 @@ void CheckParameters() {
         Security::RuleValidators.at(L"none")(nullptr, nullptr));
 }
 
+/// A program may also call the library's one object without a service. Nothing has started the
+/// collector in this process, so there are no figures.
+void CheckFigures() {
+  Print("figures can be expected in this process",
+        Server::Services::Wattleaf::WattleafHelper::Instance().IsDataAvailable());
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
+  WineAnswers::Install(GetModuleHandleW(L"WattleafService.dll"));
   if (count == 5 && std::string(arguments[1]) == "rule") {
     const bool passes =
         Passes(Widen(arguments[2]).c_str(), Widen(arguments[3]), Widen(arguments[4]));
@@ -184,5 +196,6 @@ int main(int count, char** arguments) {
   CheckFile(count > 1 ? arguments[1] : arguments[0]);
   CheckTool();
   CheckParameters();
+  CheckFigures();
   return exceptionsLeftNoState ? EXIT_SUCCESS : EXIT_FAILURE;
 }

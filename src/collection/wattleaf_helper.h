@@ -27,17 +27,18 @@
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
 /// The one object that holds the library's state. Its operations take the lock, log and call the
-/// rules of the other folders; only service/ and collection/ use it.
+/// rules of the other folders; only service/ and collection/ use it. The public operations are
+/// exported; a program outside the library sees them through collection/helper_operations.h.
 ///
 /// Threads: the host's threads call the public operations, the worker calls ProcessingCallback, and
 /// a thread of the collector's calls MyNativeCallback. The flags and PlatformSupportState are
 /// atomic words without order among them: a thread may see a change late, which does no harm.
-class WATTLEAF_API WattleafHelper {
+class WattleafHelper {
  public:
   /// The one object, made on first use; concurrent first calls make one. Destroyed by the library's
   /// static clean-up if the library is freed. If the process ends it is abandoned, and nothing in
   /// the collector's library is called.
-  [[nodiscard]] static WattleafHelper& Instance();
+  [[nodiscard]] WATTLEAF_API static WattleafHelper& Instance();
 
   WattleafHelper(const WattleafHelper&) = delete;
   WattleafHelper& operator=(const WattleafHelper&) = delete;
@@ -48,40 +49,40 @@ class WATTLEAF_API WattleafHelper {
   /// Checks the machine and the collector's file, loads the collector and starts it. True means
   /// that collection runs; failures are logged. On a supported machine a second call returns true
   /// without work, even if the first one failed.
-  [[nodiscard]] bool StartCollection();
+  [[nodiscard]] WATTLEAF_API bool StartCollection();
   /// Stops a loaded collector, which stays loaded. The collector's exceptions propagate.
-  void StopCollection();
+  WATTLEAF_API void StopCollection();
   /// Starts the worker thread at the lowest priority and keeps the module loaded until the process
   /// ends. A second call starts a second thread; the first continues without an owner. Throws
   /// std::system_error if the thread cannot be made.
-  void StartProcessing();
+  WATTLEAF_API void StartProcessing();
 
   /// 1 supported, 0 not supported, -1 firmware update required. Runs the probes, which block and
   /// may throw _com_error (platform/wmi/platform_probes.h), until a state is stored; later calls
   /// return the stored state.
-  [[nodiscard]] int IsPlatformSupported();
+  [[nodiscard]] WATTLEAF_API int IsPlatformSupported();
   /// Always true: see dataChanged.
-  [[nodiscard]] bool IsDataChanged();
+  [[nodiscard]] WATTLEAF_API bool IsDataChanged();
   /// True once the collector has started or the first pass has ended.
-  [[nodiscard]] bool IsDataAvailable();
+  [[nodiscard]] WATTLEAF_API bool IsDataAvailable();
 
   /// Watt-hours per day, averaged over today and the six days before it. Waits for the ledger pass.
-  [[nodiscard]] float GetDailyAveragePowerConsumption();
+  [[nodiscard]] WATTLEAF_API float GetDailyAveragePowerConsumption();
   /// The number of trees that corresponds to that average.
-  [[nodiscard]] float GetTreeSavedCount();
+  [[nodiscard]] WATTLEAF_API float GetTreeSavedCount();
 
   /// The last twelve hours, seven days and six months as JSON (ledger/series.h). Each waits for the
   /// ledger pass. On an exception, which is caught and logged, `result` stays as it was.
-  void GetDailyPowerConsumption(std::wstring& result);
-  void GetWeeklyPowerConsumption(std::wstring& result);
-  void GetMonthlyPowerConsumption(std::wstring& result);
+  WATTLEAF_API void GetDailyPowerConsumption(std::wstring& result);
+  WATTLEAF_API void GetWeeklyPowerConsumption(std::wstring& result);
+  WATTLEAF_API void GetMonthlyPowerConsumption(std::wstring& result);
 
   /// The applications with the largest shares of energy as JSON, at most twenty. `request` is
   /// "<icon folder>?<days>"; the folder is made, and receives an icon for each application. On any
   /// failure `result` stays as it was; nothing is logged.
-  void GetTop20PowerApps(std::wstring& request, std::wstring& result);
+  WATTLEAF_API void GetTop20PowerApps(std::wstring& request, std::wstring& result);
   /// An empty JSON array.
-  void GetErrorsAndWarnings(std::wstring& result);
+  WATTLEAF_API void GetErrorsAndWarnings(std::wstring& result);
 
  protected:
   /// Finds the host's directory; nothing else is read, made or started.

@@ -10,7 +10,7 @@
 
 #include "collection/wattleaf_helper.h"
 #include "logging/trace_logger.h"
-#include "wattleaf_export.h"
+#include "service/service_factory.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
@@ -79,7 +79,6 @@ void WattleafService::control_code_task(unsigned long) {}
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf
 
-/// The exported factory. The host owns the object and destroys it through its virtual destructor.
-extern "C" WATTLEAF_API Zq::Gantry::Server::Services::ZQService* ZQCreateService() {
+extern "C" Zq::Gantry::Server::Services::ZQService* ZQCreateService() {
   return new Zq::Gantry::Server::Services::Wattleaf::WattleafService();
 }

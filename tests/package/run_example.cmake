@@ -1,5 +1,5 @@
-# Configures SOURCE against the installed PACKAGE, builds it, and runs it beside the libraries of the
-# package and a simulated Logging.dll. It takes only the toolchain from this build.
+# Configures the examples of the installed PACKAGE against it, builds them, and runs the client of the security layer beside
+# the libraries of the package and the Logging.dll of the examples. Takes only the toolchain from this build.
 function(run what)
   execute_process(COMMAND ${ARGN} RESULT_VARIABLE status OUTPUT_VARIABLE output ERROR_VARIABLE errors)
   if(NOT status EQUAL 0)
@@ -9,16 +9,17 @@ function(run what)
 endfunction()
 
 file(REMOVE_RECURSE "${WORK}")
-run("Configuring" "${CMAKE_COMMAND}" -S "${SOURCE}" -B "${WORK}" -G "${GENERATOR}"
+run("Configuring" "${CMAKE_COMMAND}" -S "${PACKAGE}/share/WattleafService/examples" -B "${WORK}" -G "${GENERATOR}"
   "-DCMAKE_TOOLCHAIN_FILE=${TOOLCHAIN}" "-DCMAKE_PREFIX_PATH=${PACKAGE}"
   "-DCMAKE_CXX_FLAGS=-Wall -Wextra -Wpedantic -Werror" -DCMAKE_BUILD_TYPE=Release)
 run("Building" "${CMAKE_COMMAND}" --build "${WORK}")
+set(folder "${WORK}/bin")
 file(GLOB libraries "${PACKAGE}/bin/*.dll")
-file(COPY ${libraries} "${LOGGING}" DESTINATION "${WORK}")
+file(COPY ${libraries} DESTINATION "${folder}")
 
 # expect(<whether the service would load the file> <whether its place is allowed> [<file>])
 function(expect trusted allowed)
-  run("The example" "${EMULATOR}" "${PREFIX}" "${WORK}/access_client.exe" ${ARGN})
+  run("The example" "${EMULATOR}" "${PREFIX}" "${folder}/access_client.exe" ${ARGN})
   string(REPLACE "\r" "" output "${output}")
   set(wanted "Store client ZQLumenGuard 2.0 is exempt: yes
 Store client ZQLumenGuard 2.1 is exempt: no
@@ -35,6 +36,7 @@ disk12 passes it: no
 a file of a listed folder passes the rule begins_with_from_list: yes
 a file that climbs out of it passes it: no
 a parameter that is not there passes the rule none: yes
+figures can be expected in this process: no
 ")
   if(NOT output STREQUAL wanted)
     message(SEND_ERROR "The example wrote\n${output}\ninstead of\n${wanted}")
@@ -51,7 +53,7 @@ endif()
 
 # expect_rule(<answer> <expression> <value>): whether the value passes, by the installed library.
 function(expect_rule wanted expression value)
-  run("The example" "${EMULATOR}" "${PREFIX}" "${WORK}/access_client.exe" rule regex "${expression}" "${value}")
+  run("The example" "${EMULATOR}" "${PREFIX}" "${folder}/access_client.exe" rule regex "${expression}" "${value}")
   string(STRIP "${output}" answer)
   if(NOT answer STREQUAL wanted)
     message(SEND_ERROR "\"${value}\" passes \"${expression}\": ${answer} instead of ${wanted}")
@@ -82,7 +84,10 @@ expect_rule(no "(a+)+b" "${letters}")
 
 # The library with the supplied keys does not trust the file of the development build.
 if(SUPPLIED)
-  file(COPY_FILE "${SUPPLIED}" "${WORK}/WattleafService.dll")
+  set(copy "${WORK}/supplied")
+  file(COPY "${folder}/" DESTINATION "${copy}")
+  file(COPY_FILE "${SUPPLIED}" "${copy}/WattleafService.dll")
+  set(folder "${copy}")
   expect(no no)
   expect(no yes "${TRUSTED_FILE}")
 endif()

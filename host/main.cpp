@@ -11,16 +11,16 @@
 #include <vector>
 
 #include "base/utf8_text.h"
-#include "console.h"
-#include "doctor.h"
-#include "explain.h"
-#include "export.h"
-#include "file_failure.h"
-#include "metrics.h"
-#include "options.h"
+#include "command_line/console.h"
+#include "command_line/options.h"
+#include "doctor/doctor.h"
+#include "explain/explain.h"
+#include "export/export.h"
+#include "export/metrics.h"
+#include "files/file_failure.h"
 #include "platform/win32/owners.h"
-#include "report.h"
-#include "subcommands.h"
+#include "report/report.h"
+#include "serve/subcommands.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "answer_csv.h"
+#include "answers/answer_csv.h"
 
 #include <gtest/gtest.h>
 

@@ -6,10 +6,10 @@
 #include <sstream>
 #include <string>
 
-#include "answer.h"
-#include "answer_table.h"
+#include "answers/answer.h"
+#include "answers/answer_table.h"
 #include "host_blocks.h"
-#include "printable.h"
+#include "text/printable.h"
 
 using namespace WattleafHost;
 using testing::HasSubstr;

@@ -5,8 +5,8 @@
 #include <string>
 #include <variant>
 
-#include "answer.h"
-#include "command_facts.h"
+#include "answers/answer.h"
+#include "answers/command_facts.h"
 
 using namespace WattleafHost;
 

@@ -1,4 +1,4 @@
-#include "application_shares.h"
+#include "snapshot/application_shares.h"
 
 #include <gtest/gtest.h>
 

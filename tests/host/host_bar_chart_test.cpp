@@ -2,9 +2,9 @@
 
 #include <string>
 
-#include "bar_chart.h"
+#include "answers/bar_chart.h"
 #include "host_blocks.h"
-#include "printable.h"
+#include "text/printable.h"
 
 using namespace WattleafHost;
 using TestSupport::Blocks;

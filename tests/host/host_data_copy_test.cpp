@@ -1,4 +1,4 @@
-#include "data_copy.h"
+#include "files/data_copy.h"
 
 #include <windows.h>
 
@@ -13,10 +13,10 @@
 #include "base/date_time_text.h"
 #include "base/fake_attributes.h"
 #include "base/json_limits.h"
-#include "file_failure.h"
+#include "files/file_failure.h"
+#include "files/private_folder.h"
 #include "import_patch.h"
 #include "platform/win32/owners.h"
-#include "private_folder.h"
 #include "reports/power_budget.h"
 #include "support/scoped_variable.h"
 #include "support/temp_folder.h"

@@ -12,7 +12,7 @@
 #include <tuple>
 #include <vector>
 
-#include "answer.h"
+#include "answers/answer.h"
 #include "host_notebook.h"
 #include "notebook_days.h"
 #include "platform/win32/owners.h"

@@ -1,4 +1,4 @@
-#include "day_explanation.h"
+#include "explain/day_explanation.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "diagnosis.h"
+#include "doctor/diagnosis.h"
 
 #include <gtest/gtest.h>
 #include <rapidjson/document.h>

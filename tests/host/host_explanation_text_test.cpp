@@ -1,4 +1,4 @@
-#include "explanation_text.h"
+#include "explain/explanation_text.h"
 
 #include <rapidjson/document.h>
 

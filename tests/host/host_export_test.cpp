@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
-#include "application_shares.h"
-#include "export_text.h"
+#include "export/export_text.h"
 #include "hostile_names.h"
+#include "snapshot/application_shares.h"
 
 using namespace WattleafHost;
 using testing::HasSubstr;

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "html_text.h"
+#include "text/html_text.h"
 
 using WattleafHost::HtmlText;
 

@@ -3,8 +3,8 @@
 
 #include <string>
 
-#include "answer.h"
-#include "json_report.h"
+#include "answers/answer.h"
+#include "answers/json_report.h"
 
 using namespace WattleafHost;
 

@@ -1,4 +1,4 @@
-#include "ledger_comparison.h"
+#include "explain/ledger_comparison.h"
 
 #include <gtest/gtest.h>
 

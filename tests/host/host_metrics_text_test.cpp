@@ -1,4 +1,4 @@
-#include "metrics_text.h"
+#include "export/metrics_text.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -13,7 +13,7 @@
 #include <string>
 #include <vector>
 
-#include "answer.h"
+#include "answers/answer.h"
 #include "host_notebook.h"
 #include "notebook_days.h"
 #include "support/scoped_variable.h"

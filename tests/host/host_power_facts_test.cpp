@@ -1,4 +1,4 @@
-#include "power_facts.h"
+#include "doctor/power_facts.h"
 
 #include <gtest/gtest.h>
 

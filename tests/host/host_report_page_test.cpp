@@ -5,7 +5,7 @@
 #include <map>
 #include <string>
 
-#include "report_page.h"
+#include "report/report_page.h"
 
 using namespace std::string_literals;
 using namespace WattleafHost;

@@ -10,7 +10,7 @@
 #include <cstdio>
 #include <string>
 
-#include "answer.h"
+#include "answers/answer.h"
 #include "base/utf8_text.h"
 #include "host_notebook.h"
 #include "notebook_days.h"

@@ -7,10 +7,10 @@
 #include <limits>
 #include <string>
 
-#include "figure_text.h"
-#include "moment_text.h"
-#include "png_data_uri.h"
-#include "rounded_shares.h"
+#include "text/figure_text.h"
+#include "text/moment_text.h"
+#include "text/png_data_uri.h"
+#include "text/rounded_shares.h"
 
 using namespace std::string_literals;
 using namespace WattleafHost;

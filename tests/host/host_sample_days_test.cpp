@@ -1,4 +1,4 @@
-#include "sample_days.h"
+#include "explain/sample_days.h"
 
 #include <windows.h>
 
@@ -8,9 +8,9 @@
 #include <gtest/gtest.h>
 
 #include "base/date_time_text.h"
-#include "day_explanation.h"
+#include "explain/day_explanation.h"
+#include "explain/stored_ledger.h"
 #include "ledger/encrypted_samples.h"
-#include "stored_ledger.h"
 #include "support/temp_folder.h"
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;

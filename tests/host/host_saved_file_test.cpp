@@ -1,4 +1,4 @@
-#include "saved_file.h"
+#include "files/saved_file.h"
 
 #include <windows.h>
 
@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "base/utf8_text.h"
-#include "file_failure.h"
+#include "files/file_failure.h"
 #include "platform/win32/owners.h"
 #include "support/temp_folder.h"
 

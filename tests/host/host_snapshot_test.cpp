@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "snapshot.h"
+#include "snapshot/snapshot.h"
 
 using namespace WattleafHost;
 using Zq::Gantry::Server::Services::Wattleaf::DateTime;

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "svg_chart.h"
+#include "report/svg_chart.h"
 
 using namespace WattleafHost;
 using testing::HasSubstr;

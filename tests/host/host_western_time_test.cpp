@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "local_moment.h"
+#include "text/local_moment.h"
 
 using WattleafHost::FirstInstantOf;
 using WattleafHost::IsoTime;

@@ -13,9 +13,9 @@
 
 #include "import_patch.h"
 #include "platform/win32/owners.h"
+#include "serve/unique_result.h"
 #include "service/zq_service.h"
 #include "simulated_calls.h"
-#include "unique_result.h"
 
 namespace {
 

@@ -3,8 +3,8 @@
 #include <cstdio>
 #include <string>
 
+#include "export/metrics_text.h"
 #include "hostile_names.h"
-#include "metrics_text.h"
 
 int main() {
   using WattleafHost::EnergyPoint;

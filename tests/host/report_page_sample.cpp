@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "report_page.h"
+#include "report/report_page.h"
 
 using namespace WattleafHost;
 

@@ -11,7 +11,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "answer.h"
+#include "answers/answer.h"
 #include "host_notebook.h"
 #include "support/scoped_variable.h"
 #include "support/temp_folder.h"

@@ -3,8 +3,8 @@
 #include <stdexcept>
 
 #include "base/utf8_text.h"
+#include "serve/unique_result.h"
 #include "service/command_table.h"
-#include "unique_result.h"
 
 namespace Scenario {
 

@@ -57,6 +57,27 @@ class CheckStructure(unittest.TestCase):
         self.assertEqual(self.findings({"src/base/text.h": '\n#include "ledger/day.h"\n'})[0],
                          "src/base/text.h:2: base may not include ledger")
 
+    def test_names_an_include_between_rooms_of_the_host_that_the_table_lacks(self):
+        self.assertEqual(self.findings({"host/text/a.h": '#include "report/page.h"\n', "host/report/page.h": "",
+                                        "host/main.cpp": '#include "text/a.h"\n'}),
+                         ["host/main.cpp:1: host may not include text",
+                          "host/text/a.h:1: text may not include report"])
+
+    def test_allows_a_room_of_the_host_to_include_those_of_its_row_and_the_library(self):
+        self.assertEqual(self.findings({"host/report/page.h": '#include "text/a.h"\n#include "ledger/day.h"\n',
+                                        "host/text/a.h": "", "host/main.cpp": '#include "report/page.h"\n'}), [])
+
+    def test_names_a_circle_in_the_host(self):
+        self.assertEqual(self.findings({"host/text/a.h": '#include "text/b.h"\n',
+                                        "host/text/b.h": '#include "text/a.h"\n'}),
+                         ["host/text/a.h:1: include circle: text/a.h -> text/b.h -> text/a.h"])
+
+    def test_names_an_include_that_is_written_from_the_folder_of_the_file(self):
+        self.assertEqual(self.findings({"host/text/a.cpp": '\n#include "a.h"\n', "host/text/a.h": "",
+                                        "src/ledger/day.h": '#include "../base/text.h"\n'}),
+                         ["src/ledger/day.h:1: ../base/text.h is not written from src/",
+                          "host/text/a.cpp:2: a.h is not written from host/"])
+
     def test_names_a_folder_without_a_row(self):
         self.assertEqual(self.findings({"src/utils/misc.cpp": ""}),
                          ["src/utils/misc.cpp:1: the folder utils has no row in tools/check-structure"])
@@ -76,7 +97,7 @@ class CheckStructure(unittest.TestCase):
                          ["src/service/zq_service.cpp:1: fclose outside an owner"])
 
     def test_names_a_release_call_in_each_folder_of_sources(self):
-        for folder in ("host", "standins", "examples", "tests", "fuzz", "bench"):
+        for folder in ("host/text", "standins", "examples", "tests", "fuzz", "bench"):
             self.assertEqual(self.findings({f"{folder}/a.cpp": "void f() { std::free(a); }\n"}),
                              [f"{folder}/a.cpp:1: free outside an owner"])
 

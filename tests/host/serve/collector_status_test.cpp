@@ -8,7 +8,7 @@
 #include <gtest/gtest.h>
 #include <rapidjson/document.h>
 
-#include "host_notebook.h"
+#include "host/notebook/notebook.h"
 #include "support/scoped_variable.h"
 
 using testing::ElementsAreArray;

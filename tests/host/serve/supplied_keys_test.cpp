@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "host_notebook.h"
+#include "host/notebook/notebook.h"
 
 using testing::HasSubstr;
 using TestSupport::InstalledHost;

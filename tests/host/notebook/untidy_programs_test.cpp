@@ -10,8 +10,8 @@
 #include <string>
 #include <utility>
 
+#include "host/notebook/untidy_applications.h"
 #include "support/scoped_variable.h"
-#include "untidy_applications.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;

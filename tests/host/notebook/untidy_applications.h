@@ -12,7 +12,7 @@
 #include <string>
 
 #include "answers/answer.h"
-#include "host_notebook.h"
+#include "host/notebook/notebook.h"
 #include "support/scoped_variable.h"
 #include "support/temp_folder.h"
 

@@ -14,8 +14,8 @@
 #include <string>
 #include <vector>
 
-#include "host_notebook.h"
-#include "notebook_days.h"
+#include "host/notebook/notebook.h"
+#include "host/notebook/notebook_days.h"
 #include "support/scoped_variable.h"
 #include "support/temp_folder.h"
 

@@ -1,4 +1,4 @@
-#include "host_notebook.h"
+#include "host/notebook/notebook.h"
 
 #include <windows.h>
 

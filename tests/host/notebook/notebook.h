@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "host_process.h"
+#include "host/notebook/host_process.h"
 #include "support/scoped_variable.h"
 #include "support/temp_folder.h"
 

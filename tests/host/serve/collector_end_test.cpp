@@ -10,8 +10,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "host_notebook.h"
-#include "host_process.h"
+#include "host/notebook/host_process.h"
+#include "host/notebook/notebook.h"
 #include "support/scoped_variable.h"
 
 using testing::ElementsAre;

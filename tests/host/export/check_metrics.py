@@ -8,7 +8,7 @@ import re
 import subprocess
 import sys
 
-PAGE = pathlib.Path(__file__).resolve().parents[2] / "docs/formats/host-output.md"
+PAGE = pathlib.Path(__file__).resolve().parents[3] / "docs/formats/host-output.md"
 
 
 def main():

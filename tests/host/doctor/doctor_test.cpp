@@ -16,7 +16,7 @@
 #include <rapidjson/document.h>
 
 #include "base/date_text.h"
-#include "host_notebook.h"
+#include "host/notebook/notebook.h"
 #include "support/scoped_variable.h"
 #include "support/temp_folder.h"
 

@@ -7,7 +7,7 @@
 #include <array>
 #include <string>
 
-#include "host_process.h"
+#include "host/notebook/host_process.h"
 #include "support/temp_folder.h"
 
 using testing::EndsWith;

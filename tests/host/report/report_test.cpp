@@ -12,8 +12,8 @@
 
 #include "answers/answer.h"
 #include "base/utf8_text.h"
-#include "host_notebook.h"
-#include "notebook_days.h"
+#include "host/notebook/notebook.h"
+#include "host/notebook/notebook_days.h"
 #include "platform/win32/owners.h"
 #include "support/scoped_variable.h"
 #include "support/temp_folder.h"

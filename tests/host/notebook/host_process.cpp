@@ -1,4 +1,4 @@
-#include "host_process.h"
+#include "host/notebook/host_process.h"
 
 #include <windows.h>
 

@@ -5,8 +5,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "host/notebook/untidy_applications.h"
 #include "support/scoped_variable.h"
-#include "untidy_applications.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;

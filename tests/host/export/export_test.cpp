@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "export/export_text.h"
-#include "hostile_names.h"
+#include "host/export/hostile_names.h"
 #include "snapshot/application_shares.h"
 
 using namespace WattleafHost;

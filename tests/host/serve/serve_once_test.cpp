@@ -6,7 +6,7 @@
 
 #include <string>
 
-#include "host_process.h"
+#include "host/notebook/host_process.h"
 #include "support/scoped_variable.h"
 #include "support/temp_folder.h"
 

@@ -8,7 +8,7 @@
 
 #include "answers/answer.h"
 #include "answers/answer_table.h"
-#include "host_blocks.h"
+#include "host/answers/answer_blocks.h"
 #include "text/printable.h"
 
 using namespace WattleafHost;

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "hostile_names.h"
+#include "host/export/hostile_names.h"
 
 using namespace WattleafHost;
 

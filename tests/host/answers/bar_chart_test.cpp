@@ -3,7 +3,7 @@
 #include <string>
 
 #include "answers/bar_chart.h"
-#include "host_blocks.h"
+#include "host/answers/answer_blocks.h"
 #include "text/printable.h"
 
 using namespace WattleafHost;

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "export/metrics_text.h"
-#include "hostile_names.h"
+#include "host/export/hostile_names.h"
 
 int main() {
   using WattleafHost::EnergyPoint;

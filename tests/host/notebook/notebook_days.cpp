@@ -1,4 +1,4 @@
-#include "notebook_days.h"
+#include "host/notebook/notebook_days.h"
 
 #include <time.h>
 

@@ -8,7 +8,7 @@
 #include <chrono>
 #include <string>
 
-#include "host_process.h"
+#include "host/notebook/host_process.h"
 
 using TestSupport::HostRun;
 using TestSupport::RunProgram;

@@ -9,7 +9,7 @@
 #include <sstream>
 #include <string>
 
-#include "hostile_names.h"
+#include "host/export/hostile_names.h"
 
 using namespace WattleafHost;
 using testing::HasSubstr;

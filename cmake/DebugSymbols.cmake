@@ -10,9 +10,11 @@ function(wattleaf_split_symbols target)
     return()
   endif()
   set(file "$<TARGET_FILE:${target}>")
+  # These programs would write the current time into the header.
+  set(without_time "${CMAKE_COMMAND}" -E env SOURCE_DATE_EPOCH=0)
   add_custom_command(TARGET ${target} POST_BUILD
-    COMMAND "${CMAKE_OBJCOPY}" --only-keep-debug "${file}" "${file}.debug"
-    COMMAND "${CMAKE_STRIP}" "${file}"
-    COMMAND "${CMAKE_OBJCOPY}" "--add-gnu-debuglink=${file}.debug" "${file}"
+    COMMAND ${without_time} "${CMAKE_OBJCOPY}" --only-keep-debug "${file}" "${file}.debug"
+    COMMAND ${without_time} "${CMAKE_STRIP}" "${file}"
+    COMMAND ${without_time} "${CMAKE_OBJCOPY}" "--add-gnu-debuglink=${file}.debug" "${file}"
     VERBATIM)
 endfunction()

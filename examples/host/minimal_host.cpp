@@ -34,7 +34,7 @@ std::string Ask(ZQService& service, void* session, unsigned int command, std::ws
   const int status = service.ExecuteCommand(session, command, input.data(), &output,
                                             /*callback=*/nullptr, /*configuration=*/nullptr);
   if (status != Wattleaf::kResultHandedOver) return {};
-  // No character is above 0xFF: the wide text holds the bytes of UTF-8 text.
+  // The low byte of each character is a byte of UTF-8 text.
   std::string answer;
   for (const wchar_t* at = output; *at != L'\0'; ++at) answer += static_cast<char>(*at);
   service.FreeResult(output);

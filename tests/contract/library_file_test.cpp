@@ -87,6 +87,22 @@ TEST(LibraryFile, ServesSessionsThroughFactoryAndTableAlone) {
                                          Info(L"WattleafService::EndSession")));
 }
 
+TEST(LibraryFile, MakesAnotherServiceAtEachCall) {
+  const TestSupport::LogCapture log;
+  const UniqueModule library = LoadTheLibrary();
+  ASSERT_TRUE(library);
+  void* first = MakeService(library);
+  void* second = MakeService(library);
+  ASSERT_NE(first, nullptr);
+  ASSERT_NE(second, nullptr);
+  EXPECT_NE(first, second);
+  DestroyThroughSlot(first, 0);
+  wchar_t* output = nullptr;
+  EXPECT_EQ(Execute(second, 8, L"", &output), 0);
+  CallSlot<void, void*>(second, kFreeResult, output);
+  DestroyThroughSlot(second, 0);
+}
+
 TEST(LibraryFile, ReturnsTheTextOfACommandAndFreesIt) {
   const TestSupport::LogCapture log;
   const UniqueModule library = LoadTheLibrary();
@@ -133,6 +149,18 @@ TEST(LibraryFile, HasAVersionResource) {
   EXPECT_EQ(VersionText(resource, L"ProductVersion"), WATTLEAF_EXPECTED_VERSION);
   EXPECT_EQ(VersionText(resource, L"OriginalFilename"), L"WattleafService.dll");
   EXPECT_EQ(VersionText(resource, L"ProductName"), L"WattleafService");
+}
+
+TEST(LibraryFile, SaysInItsVersionResourceThatItsKeysAreNotForProduction) {
+  const std::vector<char> resource = VersionResource();
+  ASSERT_FALSE(resource.empty());
+  VS_FIXEDFILEINFO* fixed = nullptr;
+  UINT bytes = 0;
+  ASSERT_TRUE(VerQueryValueW(resource.data(), L"\\", reinterpret_cast<void**>(&fixed), &bytes));
+  const bool isSpecial = (fixed->dwFileFlags & fixed->dwFileFlagsMask & VS_FF_SPECIALBUILD) != 0;
+  const std::wstring notice = WATTLEAF_EXPECTED_KEY_NOTICE;
+  EXPECT_EQ(isSpecial, !notice.empty());
+  EXPECT_EQ(VersionText(resource, L"SpecialBuild"), notice.empty() ? L"(missing)" : notice);
 }
 
 TEST(LibraryFile, HasTheSameVersionInNumbersAndText) {

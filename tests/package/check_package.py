@@ -185,6 +185,18 @@ def check_links(package):
                 yield f"{page.relative_to(package)} has a link to {link}, which the package does not hold"
 
 
+def check_code_of_page(package):
+    """The code in the page for hosts is that of the smallest host."""
+    page = (package / SHARE / "docs/integrating.md").read_text(encoding="utf-8")
+    blocks = re.findall(r"```cpp\n(.*?)```", page, re.DOTALL)
+    host = (package / SHARE / "examples/host/minimal_host.cpp").read_text(encoding="utf-8")
+    if not blocks:
+        yield "integrating.md shows no code"
+    for block in blocks:
+        if block not in host:
+            yield f"integrating.md has code that the smallest host has not:\n{block}"
+
+
 def check_symbols(package, symbols, objdump):
     """No debug symbols in what is shipped, and a link to the file that has them."""
     programs = ("WattleafService.dll", "wattleaf_host.exe")
@@ -213,7 +225,7 @@ def main():
     arguments = parser.parse_args()
     package = arguments.package
     faults = [*check_files(package, arguments.source), *check_versions(package), *check_keys(package, arguments.notice),
-              *check_bom(package), *check_licences(package), *check_links(package),
+              *check_bom(package), *check_licences(package), *check_links(package), *check_code_of_page(package),
               *check_symbols(package, arguments.symbols, arguments.objdump)]
     if faults:
         sys.exit("\n".join(faults))

@@ -46,6 +46,16 @@ run_host()
 expect_output("0[.]000000" false)
 expect_log("info [] WattleafService::StartSession" "info [] WattleafService::EndSession")
 
+# Without a Logging.dll the library does not load.
+set(without "${FOLDER}-without-log")
+file(REMOVE_RECURSE "${without}")
+file(COPY "${FOLDER}/" DESTINATION "${without}" PATTERN Logging.dll EXCLUDE)
+execute_process(COMMAND "${EMULATOR}" "${PREFIX}" "${without}/minimal_host.exe"
+  RESULT_VARIABLE status OUTPUT_VARIABLE output ERROR_QUIET)
+if(NOT status EQUAL 1 OR NOT output MATCHES "^The library cannot be loaded: error 126\r?\n$")
+  message(FATAL_ERROR "Without a Logging.dll the host ended with ${status}:\n${output}")
+endif()
+
 if(DEFINED ENV{WATTLEAF_REAL_TIME})
   set(home "${PREFIX}/drive_c/Program Files/Wattleaf example")
   file(REMOVE_RECURSE "${home}")

@@ -1,10 +1,10 @@
 // The smallest host: loads the library from the program's folder, makes the service, starts it,
-// asks all commands but the one that writes icons, and frees what it got.
+// asks all commands, and frees what it got. Command 2 writes icons to the folder Icons beside the
+// program.
 //
 //   minimal_host [SECONDS]
 //
-// Waits up to SECONDS until the collector runs, which it does 90 seconds after the start at the
-// earliest, and then until the first pass has written its ledger.
+// Waits up to SECONDS for the first pass of a new machine. The collector starts after 90 seconds.
 
 #include <windows.h>
 
@@ -29,9 +29,9 @@ struct FreeModule {
 };
 
 /// The answer to a command; empty if it has none.
-std::string Ask(ZQService& service, void* session, unsigned int command, std::wstring input = {}) {
+std::string Ask(ZQService& service, unsigned int command, std::wstring input = {}) {
   wchar_t* output = nullptr;
-  const int status = service.ExecuteCommand(session, command, input.data(), &output,
+  const int status = service.ExecuteCommand(/*session=*/nullptr, command, input.data(), &output,
                                             /*callback=*/nullptr, /*configuration=*/nullptr);
   if (status != Wattleaf::kResultHandedOver) return {};
   // The low byte of each character is a byte of UTF-8 text.
@@ -41,13 +41,19 @@ std::string Ask(ZQService& service, void* session, unsigned int command, std::ws
   return answer;
 }
 
+/// The folder for icons and the number of days. The folder is absolute, because a pass changes the
+/// current directory.
+std::wstring InputOfRanking() {
+  std::wstring path(32768, L'\0');
+  path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
+  return path.substr(0, path.find_last_of(L'\\') + 1) + L"Icons?30";
+}
+
+/// The pass writes the ledger, from which command 1 answers, and last the store of command 2.
 void WaitForFirstPass(ZQService& service, std::chrono::seconds limit) {
   const auto end = std::chrono::steady_clock::now() + limit;
-  const auto isReady = [&service] {
-    // Command 10: the collector runs. Command 1: the ledger has been read or computed.
-    return Ask(service, nullptr, 10) == "true" && Ask(service, nullptr, 1) != "0.000000";
-  };
-  while (std::chrono::steady_clock::now() < end && !isReady()) {
+  while (std::chrono::steady_clock::now() < end) {
+    if (Ask(service, 1) != "0.000000" && !Ask(service, 2, InputOfRanking()).empty()) return;
     std::this_thread::sleep_for(std::chrono::seconds(1));
   }
 }
@@ -73,10 +79,11 @@ int main(int count, char** arguments) {
   void* session = nullptr;
   service->StartSession(name, &session);
   WaitForFirstPass(*service, std::chrono::seconds(count > 1 ? std::atoi(arguments[1]) : 0));
-  for (unsigned int command = Wattleaf::kFirstCommand; command <= Wattleaf::kLastCommand;
-       ++command) {
-    if (command == Wattleaf::NumberOf(Wattleaf::Command::kTopApplications)) continue;
-    std::printf("%2u %s\n", command, Ask(*service, session, command).c_str());
+  for (const Wattleaf::Command command : Wattleaf::kAllCommands) {
+    const bool isRanking = command == Wattleaf::Command::kTopApplications;
+    const std::string answer =
+        Ask(*service, NumberOf(command), isRanking ? InputOfRanking() : std::wstring());
+    std::printf("%2u %s\n", NumberOf(command), answer.c_str());
   }
   service->EndSession(&session);
   return EXIT_SUCCESS;

@@ -7,6 +7,7 @@
 #include <dpapi.h>
 #include <wincrypt.h>
 
+#include <cstring>
 #include <stdexcept>
 
 #include "platform/win32/owners.h"
@@ -55,7 +56,8 @@ std::string ToBase64(const std::string& bytes) {
   if (!CryptBinaryToStringA(data, size, CRYPT_STRING_BASE64, text.data(), &chars)) {
     throw std::runtime_error("the collector cannot encode its samples");
   }
-  text.resize(chars);
+  // Wine counts two characters too many if the last group is padded and would begin a line.
+  text.resize(std::strlen(text.c_str()));
   return text;
 }
 

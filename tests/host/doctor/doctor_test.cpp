@@ -1,8 +1,10 @@
 // What the subcommands doctor and explain print on the simulated notebook, cause by cause, and that
-// they leave the data folder as it was.
+// they leave the data folder as it was. Each cause is prepared as it happens: a file, a variable of
+// a simulated part, or another place. diagnosis_test.cpp has the texts of all causes.
 
 #include <windows.h>
 
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <map>
@@ -17,10 +19,13 @@
 
 #include "base/date_text.h"
 #include "host/notebook/notebook.h"
+#include "platform/win32/owners.h"
+#include "support/program_folder.h"
 #include "support/scoped_variable.h"
 #include "support/temp_folder.h"
 
 using testing::Contains;
+using testing::HasSubstr;
 using testing::IsSupersetOf;
 using testing::Not;
 using TestSupport::HostRun;
@@ -69,9 +74,10 @@ rapidjson::Document Parsed(const HostRun& run) {
 }
 
 /// The causes that doctor names; its exit status must agree with its answer.
-std::multiset<std::string> Doctor(std::vector<std::wstring> arguments = {}) {
+std::multiset<std::string> Doctor(std::vector<std::wstring> arguments = {},
+                                  const std::wstring& host = TestSupport::InstalledHost()) {
   arguments.insert(arguments.begin(), {L"doctor", L"--json"});
-  const HostRun run = TestSupport::RunOnNotebook(arguments).host;
+  const HostRun run = TestSupport::RunOnNotebook(arguments, host).host;
   const rapidjson::Document json = Parsed(run);
   std::multiset<std::string> causes;
   if (!json.IsObject()) return causes;
@@ -101,9 +107,21 @@ class ScopedFile {
   const std::wstring aside_;
 };
 
-std::wstring Collector() {
-  const std::wstring host = TestSupport::InstalledHost();
-  return host.substr(0, host.rfind(L'\\') + 1) + L"TelemetryZQXWrapper.dll";
+fs::path HostFolder() { return fs::path(TestSupport::InstalledHost()).parent_path(); }
+
+std::wstring Collector() { return (HostFolder() / L"TelemetryZQXWrapper.dll").wstring(); }
+
+/// A file that the build signs for these tests.
+std::string DoctorSample(const std::wstring& name) {
+  return ReadWholeFile(TestSupport::PathBesideProgram(L"doctor-samples\\" + name));
+}
+
+/// Changes the first `before` of a file to `after`.
+void Replace(const std::wstring& path, const std::string& before, const std::string& after) {
+  std::string text = ReadWholeFile(path);
+  const std::size_t position = text.find(before);
+  ASSERT_NE(position, std::string::npos) << before;
+  WriteWholeFile(path, text.replace(position, before.size(), after));
 }
 
 class Doctoring : public testing::Test {
@@ -177,6 +195,32 @@ TEST_F(Doctoring, DistinguishesTheCausesOfAnUntrustedCollector) {
     const ScopedFile unsignedFile(Collector(), ReadWholeFile(TestSupport::InstalledHost()));
     EXPECT_THAT(Doctor({L"--no-tool"}), Contains("collector-unsigned"));
   }
+  {
+    const ScopedFile otherKey(Collector(), DoctorSample(L"other-key.dll"));
+    const auto causes = Doctor({L"--no-tool"});
+    EXPECT_THAT(causes, Contains("collector-other-key"));
+    EXPECT_THAT(causes, Not(Contains("collector-not-loadable"))) << "a refused file was loaded";
+  }
+}
+
+TEST_F(Doctoring, FindsATrustedCollectorThatTheSystemCannotLoad) {
+  const ScopedFile unloadable(Collector(), DoctorSample(L"unloadable.dll"));
+  const HostRun run = TestSupport::RunOnNotebook({L"doctor", L"--no-tool"}).host;
+  EXPECT_EQ(run.exitStatus, 1U);
+  EXPECT_THAT(run.output, HasSubstr(" collector   error 126: "));
+  EXPECT_THAT(run.output, HasSubstr("cause: collector-not-loadable\n"));
+}
+
+TEST_F(Doctoring, FindsACollectorOutsideTheProtectedPlaces) {
+  const TestSupport::TempFolder elsewhere;
+  for (const auto& entry : fs::directory_iterator(HostFolder())) {
+    if (entry.is_regular_file())
+      fs::copy_file(entry.path(), elsewhere.File(entry.path().filename()));
+  }
+  const auto causes = Doctor({L"--no-tool"}, elsewhere.File(L"wattleaf_host.exe"));
+  EXPECT_THAT(causes, Contains("collector-place"));
+  EXPECT_THAT(causes, Not(Contains("collector-other-key")));
+  EXPECT_THAT(causes, Not(Contains("collector-not-asked"))) << "a refused file was loaded";
 }
 
 TEST_F(Doctoring, DistinguishesTheCausesOfAnUnsupportedPlatform) {
@@ -209,9 +253,32 @@ TEST_F(Doctoring, DistinguishesTheFailuresOfTheEnergyTool) {
   }
 }
 
-TEST_F(Doctoring, FindsWhatIsWrongInTheDataFolder) {
+TEST_F(Doctoring, FindsWhatIsWrongInTheStore) {
+  CompleteAPass();
+  const auto before = Doctor({L"--no-tool"});
+  // Some of Windows' own components have no name.
+  EXPECT_THAT(before, Contains("program-unnamed"));
+  for (const char* cause : {"program-renamed", "ranking-old", "data-folder-not-writable"}) {
+    EXPECT_THAT(before, Not(Contains(cause)));
+  }
+
+  const std::wstring store = kData + L"\\Powerlog.json";
+  Replace(store, R"("DisplayName":"Meadow Office")", R"("DisplayName":"Meadow Writer")");
+  // As after a pass whose report failed.
+  const auto lastPass = fs::last_write_time(kData + L"\\PowerConsumption.json");
+  fs::last_write_time(store, lastPass - std::chrono::hours(7));
+  // A user's missing rights are no obstacle under Wine; another program that lets no one write is.
+  const Zq::Gantry::Platform::UniqueFileHandle folder(
+      CreateFileW(kData.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr,
+                  OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+  ASSERT_TRUE(static_cast<bool>(folder));
   EXPECT_THAT(Doctor({L"--no-tool"}),
-              IsSupersetOf({"data-folder-missing", "ledger-missing", "store-missing"}));
+              IsSupersetOf({"program-renamed", "ranking-old", "data-folder-not-writable"}));
+}
+
+TEST_F(Doctoring, FindsWhatIsWrongInTheDataFolder) {
+  EXPECT_THAT(Doctor({L"--no-tool"}), IsSupersetOf({"data-folder-missing", "ledger-missing",
+                                                    "store-missing", "samples-absent"}));
   const ScopedVariable period(L"WATTLEAF_COLLECTOR_PERIOD", L"900");
   CompleteAPass();
   EXPECT_THAT(Doctor({L"--no-tool"}),

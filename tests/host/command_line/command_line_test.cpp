@@ -4,10 +4,13 @@
 #include <gtest/gtest.h>
 #include <rapidjson/document.h>
 
-#include <array>
+#include <algorithm>
+#include <sstream>
 #include <string>
+#include <vector>
 
 #include "host/notebook/host_process.h"
+#include "support/program_folder.h"
 #include "support/temp_folder.h"
 
 using testing::EndsWith;
@@ -24,11 +27,17 @@ rapidjson::Document Parse(const HostRun& run) {
   return document;
 }
 
-std::wstring ProgramFolder() {
-  std::array<wchar_t, MAX_PATH> path{};
-  GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size() - 1));
-  const std::wstring self = path.data();
-  return self.substr(0, self.find_last_of(L'\\'));
+/// The names that the help of the program lists after its heading "Subcommands:".
+std::vector<std::string> SubcommandsIn(const std::string& help) {
+  std::istringstream lines(help.substr(std::min(help.find("Subcommands:"), help.size())));
+  std::vector<std::string> names;
+  std::string line;
+  std::getline(lines, line);
+  while (std::getline(lines, line) && line.starts_with("  ")) {
+    // The rest of a description that goes over two lines is indented further.
+    if (line[2] != ' ') names.push_back(line.substr(2, line.find(' ', 2) - 2));
+  }
+  return names;
 }
 
 }  // namespace
@@ -153,7 +162,7 @@ TEST(HostProgram, StartsWithoutLoggingDllAndSaysThatTheLibraryCannotBeLoaded) {
   for (const wchar_t* name : {L"wattleaf_host.exe", L"WattleafService.dll", L"libstdc++-6.dll",
                               L"libgcc_s_seh-1.dll", L"libwinpthread-1.dll"}) {
     // With MSVC there are no runtime libraries beside the programs.
-    CopyFileW((ProgramFolder() + L"\\" + name).c_str(), folder.File(name).c_str(), FALSE);
+    CopyFileW(TestSupport::PathBesideProgram(name).c_str(), folder.File(name).c_str(), FALSE);
   }
   const HostRun run =
       TestSupport::RunProgram(folder.File(L"wattleaf_host.exe"), {L"command", L"8"});
@@ -178,9 +187,14 @@ TEST(HostJson, HasTheTimeWithAnOffsetAndTheParsedValue) {
   EXPECT_TRUE(document["commands"][0]["value"].GetBool());
 }
 
-TEST(HostCommandLine, HelpOfEverySubcommandHasAnExample) {
-  for (const wchar_t* name :
-       {L"serve-once", L"command", L"explain", L"export", L"metrics", L"report"}) {
-    EXPECT_THAT(RunHost({name, L"--help"}).output, HasSubstr("Example: wattleaf_host "));
+TEST(HostCommandLine, HelpOfEverySubcommandHasOneExampleOfIt) {
+  const auto names = SubcommandsIn(RunHost({L"--help"}).output);
+  EXPECT_THAT(names, testing::IsSupersetOf({"serve-once", "doctor"}));
+  EXPECT_EQ(names.size(), 7U);
+  for (const std::string& name : names) {
+    const std::string help = RunHost({{name.begin(), name.end()}, L"--help"}).output;
+    const std::size_t example = help.find("Example: wattleaf_host " + name);
+    ASSERT_NE(example, std::string::npos) << help;
+    EXPECT_EQ(help.find("Example:", example + 1), std::string::npos) << help;
   }
 }

@@ -8,6 +8,16 @@ if(WATTLEAF_OPENSSL AND WATTLEAF_OSSLSIGNCODE AND CMAKE_HOST_UNIX)
   set(WATTLEAF_CAN_SIGN ON)
 endif()
 
+# An operator's own key for the simulated collector, in place of the development key.
+set(WATTLEAF_SIGNING_KEY "" CACHE PATH "A folder with leaf.key and chain.pem (the signer's certificate first) to sign the simulated collector")
+if(WATTLEAF_SIGNING_KEY)
+  foreach(file leaf.key chain.pem)
+    if(NOT EXISTS "${WATTLEAF_SIGNING_KEY}/${file}")
+      message(FATAL_ERROR "WATTLEAF_SIGNING_KEY: ${WATTLEAF_SIGNING_KEY} has no ${file}.")
+    endif()
+  endforeach()
+endif()
+
 # wattleaf_make_signing_key(<folder> <subject> [EXPIRED]): runs tools/make-signing-key, which writes leaf.key,
 # chain.pem and public_key.txt to the folder, unless they exist.
 function(wattleaf_make_signing_key folder subject)
@@ -47,7 +57,7 @@ function(wattleaf_sign)
 
   set(sign "${WATTLEAF_OSSLSIGNCODE}" sign -h sha256 ${nest}
     -certs "${arg_KEY}/chain.pem" -key "${arg_KEY}/leaf.key" -in "${arg_INPUT}" -out "${arg_OUTPUT}")
-  set(depends ${arg_TARGET} "${arg_INPUT}" "${arg_KEY}/chain.pem")
+  set(depends ${arg_TARGET} "${arg_INPUT}" "${arg_KEY}/chain.pem" "${arg_KEY}/leaf.key")
   if(NOT WATTLEAF_CAN_SIGN)
     message(WARNING "${arg_OUTPUT} stays unsigned: signing needs openssl and osslsigncode on a Unix machine.")
     set(sign "${CMAKE_COMMAND}" -E copy "${arg_INPUT}" "${arg_OUTPUT}")

@@ -78,6 +78,8 @@ set(CPACK_COMPONENTS_GROUPING IGNORE)
 set(CPACK_COMPONENTS_ALL package symbols)
 set(CPACK_ARCHIVE_PACKAGE_FILE_NAME "${CPACK_PACKAGE_FILE_NAME}")
 set(CPACK_ARCHIVE_SYMBOLS_FILE_NAME "${CPACK_PACKAGE_FILE_NAME}-symbols")
+# Only on request (tests/tools), because the tests must be built before.
+set(CPACK_ARCHIVE_TESTS_FILE_NAME "${CPACK_PACKAGE_FILE_NAME}-tests")
 # CPack gives all files of a zip this time. A zip holds local time too.
 file(CONFIGURE OUTPUT "${CMAKE_BINARY_DIR}/package/CPackDate.cmake" @ONLY CONTENT [[
 include("@CMAKE_SOURCE_DIR@/cmake/SourceDate.cmake")

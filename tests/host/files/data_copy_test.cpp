@@ -320,6 +320,7 @@ TEST(DataCopy, ThrowsWithTheFolderAndTheRemedyIfNoneCanBeMade) {
 #ifdef WATTLEAF_SPECIAL_FILES
 TEST(DataCopy, FollowsNeitherARealLinkNorAPipe) {
   const std::wstring folder = WATTLEAF_SPECIAL_FILES;
+  if (!TestSupport::FileExists(folder)) GTEST_SKIP() << "the links of the build are not here";
   DataCopy copy(folder);
   EXPECT_FALSE(copy.Add(kLedger));
   EXPECT_FALSE(copy.Add(L"Powerlog.json"));

@@ -25,6 +25,7 @@ std::wstring LogPath() {
 /// The text of a record, cut off after 4095 characters. Line ends become blanks.
 std::wstring Format(const wchar_t* format, va_list arguments) {
   wchar_t text[4096] = {};
+  // The call of Windows' own C library: in the library's formats %s is wide text.
   _vsnwprintf(text, 4095, format, arguments);
   for (wchar_t& character : text) {
     if (character == L'\n' || character == L'\r') character = L' ';

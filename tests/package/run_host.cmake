@@ -14,9 +14,9 @@ function(run_host)
   set(output "${output}" PARENT_SCOPE)
 endfunction()
 
-# expect_output(<expression for command 1> <for command 2> <for command 10>): lines of the whole output.
-function(expect_output average ranking available)
-  set(wanted "^ 1 ${average}
+# expect_output(<expression before the answers> <for command 1> <for command 2> <for command 10>): the whole output.
+function(expect_output before average ranking available)
+  set(wanted "^${before} 1 ${average}
  2 ${ranking}
  3 [0-9.]+
  4 {\"Range\":\\[.*\\],\"Value\":\\[.*\\]}
@@ -44,7 +44,7 @@ endfunction()
 
 # Before the worker has begun: an empty ledger, and no figures can be expected yet. A store may exist.
 run_host()
-expect_output("0[.]000000" "(\\[.*\\])?" false)
+expect_output("" "0[.]000000" "(\\[.*\\])?" false)
 expect_log("info [] WattleafService::StartSession" "info [] WattleafService::EndSession")
 
 # Without a Logging.dll the library does not load.
@@ -66,7 +66,13 @@ if(DEFINED ENV{WATTLEAF_REAL_TIME})
   # A new machine.
   file(REMOVE_RECURSE "${PREFIX}/drive_c/ProgramData/ZQ")
   run_host(240)
-  expect_output("[1-9][0-9.]+" "\\[{\"Name\":.*\\]" true)
+  # The library's own lines come first.
+  set(time ":[0-9]+:[0-9]+:[0-9]+ [0-9]+-[0-9]+-[0-9]+")
+  expect_output("XML parsing started at ${time}\nXML parsing completed ${time}\n" "[1-9][0-9.]+" "\\[{\"Name\":.*\\]" true)
   expect_log("info [] Loaded DataCollector library " "info [] DataCollector StartCollecting() success  ")
+  file(GLOB icons "${home}/Icons/*.png")
+  if(NOT icons)
+    message(FATAL_ERROR "The host has no icons.")
+  endif()
   message(STATUS "After a pass the host wrote\n${output}")
 endif()

@@ -86,11 +86,16 @@ def find_faults(exports, declared, needed):
         yield f"does not export {name}, which an installed header declares"
 
 
+def exported_lines(header):
+    return [line.strip() for line in header.read_text(encoding="utf-8").splitlines() if "WATTLEAF_API " in line]
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("--clang", required=True)
     parser.add_argument("--compiler", required=True)
     parser.add_argument("--objdump", required=True)
+    parser.add_argument("--source", type=pathlib.Path, required=True)
     parser.add_argument("headers", type=pathlib.Path)
     parser.add_argument("library", type=pathlib.Path)
     arguments = parser.parse_args()
@@ -102,6 +107,10 @@ def main():
     header = (arguments.headers / "service/service_factory.h").read_text(encoding="utf-8")
     if not (FACTORY in exports and FACTORY_HEADER.search(header)):
         faults.append(f"{FACTORY} is not both exported and declared")
+    # A type of a result is not part of a name.
+    inside, outside = arguments.source / "src/collection/wattleaf_helper.h", arguments.headers / "collection/helper_operations.h"
+    if not exported_lines(inside) or exported_lines(inside) != exported_lines(outside):
+        faults.append(f"{inside} and {outside} declare other operations as exported")
     if faults:
         sys.exit("\n".join(faults))
     print(f"{len(exports)} exports, {len(needed)} of them declared without a body")

@@ -30,6 +30,9 @@ endif()
 if(MINGW)
   install(FILES "$<TARGET_FILE:WattleafService>.debug" "$<TARGET_FILE:wattleaf_host>.debug"
     DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT symbols)
+elseif(CMAKE_CXX_COMPILER_ID STREQUAL "MSVC")
+  install(FILES $<TARGET_PDB_FILE:WattleafService> $<TARGET_PDB_FILE:wattleaf_host>
+    DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT symbols OPTIONAL)
 endif()
 install(EXPORT WattleafServiceTargets NAMESPACE WattleafService:: DESTINATION "${package_folder}")
 

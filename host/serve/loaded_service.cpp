@@ -5,19 +5,20 @@
 #include "base/utf8_text.h"
 #include "command_line/places.h"
 #include "serve/unique_result.h"
+#include "service/service_factory.h"
 
 namespace WattleafHost {
 
 namespace {
 
 using Zq::Gantry::Platform::UniqueModule;
+using Zq::Gantry::Server::Services::kServiceFactoryName;
+using Zq::Gantry::Server::Services::kServiceLibraryName;
+using Zq::Gantry::Server::Services::ServiceFactory;
 using Zq::Gantry::Server::Services::ZQService;
 using Zq::Gantry::Server::Services::Wattleaf::FromUtf8;
 using Zq::Gantry::Server::Services::Wattleaf::kResultHandedOver;
 using Zq::Gantry::Server::Services::Wattleaf::ToUtf8;
-
-constexpr const wchar_t* kLibraryName = L"WattleafService.dll";
-constexpr const char* kFactoryName = "ZQCreateService";
 
 std::runtime_error SystemFailure(const std::string& what, const std::wstring& path) {
   const DWORD code = GetLastError();
@@ -26,7 +27,7 @@ std::runtime_error SystemFailure(const std::string& what, const std::wstring& pa
 }
 
 UniqueModule LoadBesideProgram() {
-  const std::wstring path = ProgramFolder() + L"\\" + kLibraryName;
+  const std::wstring path = ProgramFolder() + L"\\" + kServiceLibraryName;
   // The flag searches the library's own folder first, where Logging.dll is.
   UniqueModule module(
       LoadLibraryExW(path.c_str(), /*reserved=*/nullptr, LOAD_WITH_ALTERED_SEARCH_PATH));
@@ -35,11 +36,10 @@ UniqueModule LoadBesideProgram() {
 }
 
 ZQService* CreateService(HMODULE module) {
-  using Factory = ZQService*();
   // Through the generic function pointer type: compilers warn of a direct cast from FARPROC.
-  const auto found = reinterpret_cast<void (*)()>(GetProcAddress(module, kFactoryName));
-  if (found == nullptr) throw SystemFailure("no factory ZQCreateService in", kLibraryName);
-  ZQService* service = reinterpret_cast<Factory*>(found)();
+  const auto found = reinterpret_cast<void (*)()>(GetProcAddress(module, kServiceFactoryName));
+  if (found == nullptr) throw SystemFailure("no factory ZQCreateService in", kServiceLibraryName);
+  ZQService* service = reinterpret_cast<ServiceFactory*>(found)();
   if (service == nullptr) throw std::runtime_error("ZQCreateService made no service");
   return service;
 }

@@ -133,9 +133,12 @@ std::wstring AttackedPath(const std::string& name) {
   return PathBesideProgram(L"attacked-files\\" + std::wstring(name.begin(), name.end()));
 }
 
-KeyList ListedKey() {
-  const std::string line = ReadWholeFile(AttackedPath("listed_key.txt"));
-  return {line.substr(0, line.find('\n'))};
+const KeyList& ListedKey() {
+  static const KeyList keys = [] {
+    const std::string line = ReadWholeFile(AttackedPath("listed_key.txt"));
+    return KeyList{line.substr(0, line.find('\n'))};
+  }();
+  return keys;
 }
 
 Decisions DecideByRecord(const AttackedFile& file, std::optional<LONG> refusal) {
@@ -143,8 +146,7 @@ Decisions DecideByRecord(const AttackedFile& file, std::optional<LONG> refusal) 
   files.trust.embedded = SignaturesOf(file, refusal);
   judged = &file;
   const Standin::ImportPatch names("CertNameToStrW", &RecordedNameToStr);
-  const KeyList keys = ListedKey();
-  return {Helper::IsFileTrusted(kProtected, &keys),
+  return {Helper::IsFileTrusted(kProtected, &ListedKey()),
           ZQAuthenticodeFacade().IsDropboxFileTrusted(kProtected)};
 }
 
@@ -158,8 +160,8 @@ SystemJudgement JudgeBySystem(const AttackedFile& file) {
   SystemJudgement judgement;
   judgement.signatures = Helper::GetSignatures(AttackedPath(file.name).c_str(), false);
   judgement.answers = systemAnswers;
-  const KeyList keys = ListedKey();
-  judgement.isTrusted = Helper::IsFileTrusted(AttackedPath(file.name).c_str(), &keys);
+  judgement.isTrusted = Helper::IsTrustedByWindows(judgement.signatures) &&
+                        Helper::IsTrustedByMeridian(judgement.signatures, &ListedKey());
   return judgement;
 }
 

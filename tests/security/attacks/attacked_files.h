@@ -42,7 +42,7 @@ std::ostream& operator<<(std::ostream& out, const AttackedFile& file);
 [[nodiscard]] std::wstring AttackedPath(const std::string& name);
 
 /// The one key that these tests list.
-[[nodiscard]] Zq::Gantry::Security::KeyList ListedKey();
+[[nodiscard]] const Zq::Gantry::Security::KeyList& ListedKey();
 
 /// What the library decides about a file.
 struct Decisions {

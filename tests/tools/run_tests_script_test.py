@@ -89,11 +89,13 @@ class Script(unittest.TestCase):
 
     def test_fails_for_each_program_that_does_not_pass_all_its_cases(self):
         one_failed = ["[  PASSED  ] 2 tests.", "[  FAILED  ] 1 test, listed below:", "[  FAILED  ] A.One"]
+        # As GoogleTest prints lists of texts, and what the command interpreter takes for its own.
+        text = ['  Which is: { ("2023-10-11", 3.3), "a & b | c > d', ') else ( %PATH% ^', '"']
         two_failed = ["[  PASSED  ] 1 test.", "[  FAILED  ] 2 tests, listed below:", "[  FAILED  ] A.One"]
         none = ["[==========] Running 0 tests from 0 test suites.", "[  PASSED  ] 0 tests."]
         kinds = (
             ("failed", [*GOOD[:2], *one_failed], 1, "FAILED, status 1"),
-            ("two", [*GOOD[:2], *two_failed], 1, "FAILED, status 1"),
+            ("two", [*GOOD[:2], *text, *two_failed], 1, "FAILED, status 1"),
             ("silent", [*GOOD[:2], *one_failed], 0, "FAILED, status 0"),
             ("crashed", GOOD, 5, "FAILED after its last case, status 5"),
             ("ended", GOOD[:2], 0, "FAILED, 0 of 3 cases ended, status 0"),

@@ -40,24 +40,31 @@ bool DateRun::TryNormaliseDate(const DateTime& written, LocalTime& time) {
     return true;
   }
   if (!TryNormalise(written, time)) return false;
+  Begin(day, time);
+  return true;
+}
+
+// Near the last run, on the other side of a clock change, the next one is probably as long.
+void DateRun::Begin(Day day, const LocalTime& time) {
+  const bool isNear = day >= first_ - kLongestGap && day <= last_ + kLongestGap;
+  expectedLength_ = isNear ? std::max(expectedLength_, Length()) : Days(0);
   first_ = last_ = baseDay_ = day;
   base_ = time;
   // A midnight that the clocks do not show has no run.
   if (!IsSameTime(At(day), base_) || !IsShown(day)) last_ -= Days(1);
-  return true;
 }
 
 // A run grows by its own length, so that dates that are far from each other cost no more than
 // asking for each.
 bool DateRun::TryExtendTo(Day day) {
-  const Days length = last_ - first_ + Days(1);
-  if (length == Days(0)) return false;
+  if (Length() == Days(0)) return false;
   const bool isLater = day > last_;
   if ((isLater ? day - last_ : first_ - day) > kLongestGap) return false;
 
   Day& end = isLater ? last_ : first_;
-  const Day newEnd = LastBeforeChange(end, Days(isLater ? 1 : -1),
-                                      std::clamp(length, kLongestGap, kLongestExtension));
+  const Day newEnd = LastBeforeChange(
+      end, Days(isLater ? 1 : -1),
+      std::clamp(std::max(Length(), expectedLength_), kLongestGap, kLongestExtension));
   if (isLater ? newEnd < day : newEnd > day) return false;
   LocalTime time;
   if (!TryNormalise(FieldsOf(newEnd), time) || !IsSameTime(time, At(newEnd))) return false;

@@ -20,8 +20,11 @@ class DateRun {
   using Days = std::chrono::days;
 
   [[nodiscard]] bool Contains(Day day) const { return day >= first_ && day <= last_; }
+  [[nodiscard]] Days Length() const { return last_ - first_ + Days(1); }
   /// Extends the run to a date near one of its ends and beyond it. False if that is not possible.
   [[nodiscard]] bool TryExtendTo(Day day);
+  /// Begins a run with a date, whose time is `time`.
+  void Begin(Day day, const LocalTime& time);
   /// The last date before a change, at most `most` dates from the end `end`. `step` is 1 or -1.
   [[nodiscard]] Day LastBeforeChange(Day end, Days step, Days most) const;
   /// Whether the clocks show midnight of `day` where a run without a change has it.
@@ -32,7 +35,8 @@ class DateRun {
   Day first_;
   Day last_ = first_ - Days(1);  // Empty at first.
   Day baseDay_;
-  LocalTime base_;  // That of `baseDay_`.
+  LocalTime base_;          // That of `baseDay_`.
+  Days expectedLength_{0};  // Of a run near another one; 0 otherwise.
 };
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -11,17 +11,25 @@ using namespace Zq::Gantry::Server::Services::Wattleaf;
 
 namespace {
 
-int calls = 0;
+int calls = 0;        // of mktime
+int conversions = 0;  // by localtime_r
 
 DateTime Day(int year, int month, int day) { return TestSupport::LocalTime(year, month, day); }
 
 }  // namespace
 
-/// Counts the calls and passes them on to the C library.
+// They count the calls and pass them on to the C library.
 extern "C" time_t mktime(std::tm* time) {
   static const auto real = reinterpret_cast<time_t (*)(std::tm*)>(dlsym(RTLD_NEXT, "mktime"));
   ++calls;
   return real(time);
+}
+
+extern "C" std::tm* localtime_r(const time_t* instant, std::tm* time) {
+  static const auto real =
+      reinterpret_cast<std::tm* (*)(const time_t*, std::tm*)>(dlsym(RTLD_NEXT, "localtime_r"));
+  ++conversions;
+  return real(instant, time);
 }
 
 namespace {
@@ -79,11 +87,13 @@ TEST(CalendarCalls, AreTwoForARepeatedDate) {
   EXPECT_EQ(calls, 2);
 }
 
-TEST(CalendarCalls, AreSixteenForTheDatesBetweenTwoClockChanges) {
-  // Two for the first date, and for each end of a run of 7, 14, 28, 56, 112 and up to 224 days; and
-  // two more where a run ends at a change and the next one begins.
+TEST(CalendarCalls, AreSixForTheDatesBetweenTwoClockChanges) {
+  // Two for the first date, two at the end of a run as long as the longest one before, and two
+  // where this one is longer. The first run grows from a day to 7, 14, 28, 56 and 112 days; it has
+  // 89 or 67 of them, so the second run has three ends.
   TestSupport::UseZone("Europe/Berlin");
   constexpr int kYears = 10;
+  constexpr int kRuns = 2 * kYears + 1;
   constexpr int kDates = 365 * kYears + 3;
   for (const bool isBackwards : {false, true}) {
     TimeReader reader(kDateFormat);
@@ -94,8 +104,23 @@ TEST(CalendarCalls, AreSixteenForTheDatesBetweenTwoClockChanges) {
       DateBuffer buffer{};
       static_cast<void>(reader.Read(std::string(WriteDate(date, buffer)).c_str()));
     }
-    EXPECT_LE(calls, 16 * (2 * kYears + 1));
+    EXPECT_LE(calls, (2 + 5 * 2) + (2 + 3 * 2) + (kRuns - 2) * (2 + 2 * 2));
   }
+  TestSupport::UseZone("UTC0");
+}
+
+TEST(CalendarCalls, AreTwoConversionsForTwoDatesFarFromALongRun) {
+  TestSupport::UseZone("Europe/Berlin");
+  TimeReader reader(kDateFormat);
+  for (int day = 0; day < 300; ++day) {
+    DateBuffer buffer{};
+    const DateTime date = FromUtc(1'577'836'800 + day * kSecondsPerDay);
+    static_cast<void>(reader.Read(std::string(WriteDate(date, buffer)).c_str()));
+  }
+  conversions = 0;
+  static_cast<void>(reader.Read("2030-01-01"));
+  static_cast<void>(reader.Read("2030-01-02"));
+  EXPECT_EQ(conversions, 2);
   TestSupport::UseZone("UTC0");
 }
 

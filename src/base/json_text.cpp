@@ -6,6 +6,7 @@
 
 #include "base/json_limits.h"
 #include "base/wide_file.h"
+#include "base/word_scan.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
@@ -20,7 +21,7 @@ std::size_t ReadUpToZero(std::FILE* file, std::size_t mostBytes, char* bytes) {
   while (count < mostBytes) {
     char* const chunk = bytes + count;
     const std::size_t read = std::fread(chunk, 1, std::min(kChunkBytes, mostBytes - count), file);
-    const std::size_t zero = std::string_view(chunk, read).find('\0');
+    const std::size_t zero = FindZeroByte({chunk, read});
     if (zero != std::string_view::npos) return count + zero;
     if (read == 0) break;
     count += read;
@@ -123,9 +124,9 @@ std::optional<JsonText> JsonText::TryRead(const std::wstring& path, std::size_t 
   if (length < 0 || static_cast<std::uint64_t>(length) > largestBytes) return std::nullopt;
 
   const auto most = static_cast<std::size_t>(length);
-  auto bytes = std::make_unique_for_overwrite<char[]>(most + 1);
+  auto bytes = std::make_unique_for_overwrite<char[]>(most + kZerosAtEnd);
   const std::size_t count = ReadUpToZero(file.get(), most, bytes.get());
-  bytes[count] = '\0';
+  std::fill_n(bytes.get() + count, kZerosAtEnd, '\0');
   if (!KeepsJsonLimits({bytes.get(), count})) return std::nullopt;
   return JsonText(std::move(bytes), count);
 }

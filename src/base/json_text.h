@@ -9,10 +9,12 @@
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
-/// The text of a JSON file in memory, up to the file's first zero byte and with a zero at its end,
+/// The text of a JSON file in memory, up to the file's first zero byte and with zeros at its end,
 /// for a parser that works in place.
 class JsonText {
  public:
+  static constexpr std::size_t kZerosAtEnd = 8;
+
   /// Empty if the file cannot be opened, is larger than `largestBytes`, or breaks a limit on
   /// strings or exponents. A file that grows while it is read is read as long as it was.
   [[nodiscard]] static std::optional<JsonText> TryRead(const std::wstring& path,

@@ -7,6 +7,7 @@
 #include "base/json_limits.h"
 #include "base/json_rows.h"
 #include "base/json_text.h"
+#include "base/word_scan.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
@@ -25,7 +26,8 @@ std::shared_ptr<const DaySummary> Parse(JsonText& text) {
 std::shared_ptr<const DaySummary> RecentDays::Read(const std::wstring& path) {
   std::optional<JsonText> text = JsonText::TryRead(path, kLargestDataFileBytes);
   if (!text) return nullptr;
-  const auto known = std::ranges::find(days_, text->View(), &Day::text);
+  const auto known = std::ranges::find_if(
+      days_, [&](const Day& day) { return IsSameText(day.text, text->View()); });
   if (known != days_.end()) return known->summary;
 
   if (!MakeRoom(path, text->View())) return Parse(*text);

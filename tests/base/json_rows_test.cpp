@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <random>
 #include <stdexcept>
 #include <string>
 
@@ -161,4 +162,38 @@ TEST(ReadJsonRows, LetsTheSinksExceptionPass) {
   ThrowingSink sink;
   EXPECT_THROW(static_cast<void>(ReadJsonRows(folder.File("rows.json").wstring(), kNames, sink)),
                std::runtime_error);
+}
+
+// Each text in its own place of memory, so that a read beyond its end would be found.
+TEST(ReadJsonRows, SkipsBlanksOfAnyLengthLikeADocument) {
+  const ScratchFolder folder;
+  const std::wstring path = folder.File("rows.json").wstring();
+  std::mt19937 random(1);
+  const auto blanks = [&random] {
+    std::string text(random() % 40, ' ');
+    for (std::size_t i = random() % 3; i > 0 && !text.empty(); --i) {
+      text[random() % text.size()] =
+          " \n\r\t\v\"\0"[random() % 8 == 0 ? random() % 7 : random() % 4];
+    }
+    return text;
+  };
+  int parsed = 0;
+  for (int i = 0; i < 3000; ++i) {
+    std::string text;
+    for (const char* part : {"[", "{", "\"Key\"", ":", "\"a        b\"", ",", "\"Value\"", ":", "1",
+                             "}", ",", "2", "]"}) {
+      text += (random() % 2 == 0 ? blanks() : "") + part;
+    }
+    text += blanks();
+    TestSupport::WriteBytes(folder.File("rows.json"), text);
+    ShownRowSink sink;
+    const bool isRead = ReadJsonRows(path, kNames, sink) == JsonRowsOutcome::kRows;
+    const auto document = TestSupport::DocumentByCharacters(path);
+    ASSERT_EQ(isRead, document != nullptr) << testing::PrintToString(text);
+    if (!isRead) continue;
+    EXPECT_EQ(sink.rows, TestSupport::RowsOfDocument(*document, kNames));
+    ++parsed;
+  }
+  EXPECT_GT(parsed, 1000);
+  EXPECT_LT(parsed, 2900);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -16,9 +17,17 @@ class RecentSamples {
   /// sample every five seconds. With the plain copies, at most 126 MiB are kept.
   static constexpr std::size_t kLongTextBytes = 4U * 1024 * 1024;
 
-  /// The content of the plain copy for a file with exactly this encrypted text. Null if it is not
-  /// kept; otherwise valid until the next Keep.
-  [[nodiscard]] const std::string* Find(const std::string& encrypted) const;
+  /// What Read finds.
+  struct Samples {
+    /// The text of a file that is not kept; empty if it cannot be read whole.
+    std::string encrypted{};
+    /// The content of the plain copy, if a file with exactly this text is kept. Valid until the
+    /// next Keep.
+    const std::string* plainCopy = nullptr;
+  };
+  /// Reads a file of `length` bytes from its start. A text that is kept is only compared, piece by
+  /// piece, so that a long one is not in memory twice.
+  [[nodiscard]] Samples Read(std::FILE* file, std::size_t length) const;
 
   /// Keeps a file in place of the oldest one, and a long one also in place of another long one.
   void Keep(std::string encrypted, std::string plainCopy);

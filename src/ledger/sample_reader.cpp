@@ -22,16 +22,14 @@ namespace {
 
 constexpr wchar_t kPlainCopyNames[] = L"unencrypt-PcmSampleData_??????????.json";
 
-/// The text of an encrypted file; empty if it is missing, empty, too large or cannot be read whole.
-std::string ReadEncrypted(const std::wstring& path) {
+/// An encrypted file, compared with those in `recent`. No text if it is missing, empty, too large
+/// or cannot be read whole.
+RecentSamples::Samples ReadEncrypted(const std::wstring& path, const RecentSamples& recent) {
   const UniqueFile file = OpenForReading(path);
   if (!file) return {};
   const std::int64_t length = LengthBytes(file.get());
   if (length <= 0 || static_cast<std::uint64_t>(length) > kLargestDataFileBytes) return {};
-
-  std::string text(static_cast<std::size_t>(length), '\0');
-  if (std::fread(text.data(), 1, text.size(), file.get()) != text.size()) return {};
-  return text;
+  return recent.Read(file.get(), static_cast<std::size_t>(length));
 }
 
 /// The most bytes that Base64 text of so many characters decodes to: three for every four that were
@@ -95,16 +93,16 @@ bool DecryptSampleFile(const std::wstring& path) {
 bool DecryptSampleFile(const std::wstring& path, RecentSamples& recent) {
   const std::wstring plainPath = PlainCopyPath(path);
   if (plainPath.empty()) return false;
-  std::string text = ReadEncrypted(path);
-  if (text.empty()) return false;
-  if (const std::string* known = recent.Find(text)) {
-    WritePlainCopy(plainPath, *known);
+  RecentSamples::Samples samples = ReadEncrypted(path, recent);
+  if (samples.plainCopy != nullptr) {
+    WritePlainCopy(plainPath, *samples.plainCopy);
     return false;
   }
-  std::optional<std::string> content = TryDecrypt(text);
+  if (samples.encrypted.empty()) return false;
+  std::optional<std::string> content = TryDecrypt(samples.encrypted);
   if (!content) return false;
   WritePlainCopy(plainPath, *content);
-  recent.Keep(std::move(text), std::move(*content));
+  recent.Keep(std::move(samples.encrypted), std::move(*content));
   return false;
 }
 

@@ -2,17 +2,35 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
 #include <string>
+
+#include "base/scratch_folder.h"
+#include "base/wide_file.h"
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 
 namespace {
 
+/// What is read of a file with this text, as if it were `length` bytes long.
+RecentSamples::Samples Read(const RecentSamples& recent, const std::string& text,
+                            std::size_t length) {
+  const TestSupport::ScratchFolder folder;
+  const std::filesystem::path path = folder.File("samples.json");
+  TestSupport::WriteBytes(path, text);
+  const UniqueFile file = OpenForReading(path.wstring());
+  return recent.Read(file.get(), length);
+}
+
 /// "nothing" if the text is not kept.
 std::string Found(const RecentSamples& recent, const std::string& encrypted) {
-  const std::string* plainCopy = recent.Find(encrypted);
-  return plainCopy != nullptr ? *plainCopy : "nothing";
+  const RecentSamples::Samples samples = Read(recent, encrypted, encrypted.size());
+  EXPECT_EQ(samples.encrypted, samples.plainCopy != nullptr ? "" : encrypted);
+  return samples.plainCopy != nullptr ? *samples.plainCopy : "nothing";
 }
+
+/// Of several pieces.
+std::string LongText() { return std::string(200'000, 'A'); }
 
 }  // namespace
 
@@ -72,4 +90,48 @@ TEST(RecentSamples, KeepsOneLongerText) {
   recent.Keep("D", "4");
   EXPECT_EQ(Found(recent, "C"), "3") << "the first long text has left its place";
   EXPECT_EQ(Found(recent, other), "2");
+}
+
+TEST(RecentSamples, ReadsTheWholeTextThatDiffersInOneByte) {
+  std::mt19937 random(1);
+  const std::string kept = LongText();
+  RecentSamples recent;
+  recent.Keep(kept, "1");
+  for (const std::size_t place : {0U, 1U, 65'535U, 65'536U, 131'071U, 131'072U, 199'999U}) {
+    std::string other = kept;
+    other[place] = 'B';
+    for (std::size_t i = place + 1; i < other.size(); ++i) {
+      other[i] = static_cast<char>('a' + random() % 26);
+    }
+    EXPECT_EQ(Found(recent, other), "nothing") << place;
+  }
+  EXPECT_EQ(Found(recent, kept), "1");
+}
+
+TEST(RecentSamples, FindsEachOfThreeTextsThatDifferInTheirLastPiece) {
+  RecentSamples recent;
+  std::string text = LongText();
+  for (const char last : {'1', '2', '3'}) {
+    text.back() = last;
+    recent.Keep(text, std::string(1, last));
+  }
+  for (const char last : {'3', '1', '2'}) {
+    text.back() = last;
+    EXPECT_EQ(Found(recent, text), std::string(1, last));
+  }
+  text.back() = '4';
+  EXPECT_EQ(Found(recent, text), "nothing");
+}
+
+TEST(RecentSamples, ReadsNothingOfAFileThatIsShorterThanExpected) {
+  RecentSamples recent;
+  recent.Keep(LongText(), "1");
+  for (const std::size_t length : {LongText().size(), LongText().size() + 1}) {
+    const RecentSamples::Samples samples = Read(recent, LongText().substr(1), length);
+    EXPECT_EQ(samples.encrypted, "");
+    EXPECT_EQ(samples.plainCopy, nullptr);
+  }
+  std::string other = LongText().substr(1);
+  other[100'000] = 'B';
+  EXPECT_EQ(Read(recent, other, LongText().size()).encrypted, "");
 }

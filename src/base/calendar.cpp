@@ -2,7 +2,6 @@
 
 #include <chrono>
 
-#include "base/known_instants.h"
 #include "base/local_calendar.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
@@ -31,11 +30,6 @@ std::chrono::sys_days DayOf(const DateTime& time) {
          days(time.tm_mday - 1);
 }
 
-std::int64_t KnownInstantOf(const DateTime& time) {
-  const std::optional<std::int64_t> known = KnownInstants::TryFind(time);
-  return known ? *known : InstantOf(time);
-}
-
 }  // namespace
 
 bool operator<(const DateTime& left, const DateTime& right) {
@@ -45,7 +39,7 @@ bool operator<(const DateTime& left, const DateTime& right) {
     if (distance >= kFarApart) return true;
     if (distance <= -kFarApart) return false;
   }
-  return KnownInstantOf(left) < KnownInstantOf(right);
+  return InstantOf(left) < InstantOf(right);
 }
 
 // One static per thread, since the daily pass and the host's threads call at the same time.

@@ -17,6 +17,7 @@
 #include "catalogue/installed_apps.h"
 #include "collection/collector_status.h"
 #include "collection/data_collector.h"
+#include "ledger/power_ledger.h"
 #include "ledger/recent_days.h"
 #include "ledger/sample_reader.h"
 #include "platform/win32/owners.h"
@@ -157,7 +158,7 @@ class WattleafHelper {
   std::atomic<int> PlatformSupportState = Shared::WMI::kPlatformUndecided;
   std::atomic<bool> dataAvailable = false;
   /// Watt-hours by day (ledger/power_ledger.h). Guarded by dataMutex.
-  std::map<DateTime, float> dailyLedger;
+  PowerLedger dailyLedger;
   Published<DesktopApps> win32Apps;
   Published<PackagedApps> uwpApps;
   // Kept on purpose: nothing ever clears it, so every query returns true.

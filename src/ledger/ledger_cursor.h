@@ -5,9 +5,9 @@
 #include <limits>
 #include <utility>
 
-#include "base/known_instants.h"
 #include "base/local_calendar.h"
 #include "base/local_time.h"
+#include "ledger/day_order.h"
 #include "ledger/power_ledger.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
@@ -21,7 +21,8 @@ class LedgerCursor {
   using Entry = decltype(std::declval<Ledger&>().begin());
 
   /// Borrows the ledger.
-  explicit LedgerCursor(Ledger& ledger) : ledger_(ledger), entry_(ledger.end()) {}
+  explicit LedgerCursor(Ledger& ledger)
+      : ledger_(ledger), order_(ledger.key_comp()), entry_(ledger.end()) {}
 
   /// The entry of a day; null if there is none.
   [[nodiscard]] auto* Find(const LocalTime& day) {
@@ -48,7 +49,7 @@ class LedgerCursor {
   /// Adds a day in front of the entry.
   [[nodiscard]] Entry Insert(const LocalTime& day) {
     if (entry_ == ledger_.end()) return ledger_.emplace_hint(entry_, day.fields, 0.0F);
-    const KnownInstants known(day, {entry_->first, instant_});
+    const DayOrder::KnownDays known(order_, day, {entry_->first, instant_});
     return ledger_.emplace_hint(entry_, day.fields, 0.0F);
   }
 
@@ -84,6 +85,7 @@ class LedgerCursor {
   }
 
   Ledger& ledger_;
+  const DayOrder order_;  ///< that of the ledger
   Entry entry_;
   std::int64_t instant_ = 0;               ///< of `entry_`, unless that is the end
   std::int64_t instantBefore_ = kUnknown;  ///< of the entry in front of it, if it was asked for

@@ -5,6 +5,7 @@
 #include <map>
 
 #include "base/calendar.h"
+#include "ledger/day_order.h"
 
 // The ledger of daily energy: which days are worked out, and the figures over several days. Its
 // file is read and written in ledger_file.h. `today` is 00:00:00 local time everywhere here.
@@ -12,7 +13,7 @@ namespace Zq::Gantry::Server::Services::Wattleaf {
 
 /// Watt-hours by day. Each key is 00:00:00 local time. 0.0 means that nothing is booked yet; any
 /// other value is final, except today's.
-using PowerLedger = std::map<DateTime, float>;
+using PowerLedger = std::map<DateTime, float, DayOrder>;
 
 /// How far back the ledger reaches: 210 days.
 inline constexpr std::int64_t kRetentionSeconds = 18'144'000;

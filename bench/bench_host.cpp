@@ -144,6 +144,7 @@ double LongestWait(ServiceSession& service, int day, PlatformTime& platform) {
 void PrintPlatform(const std::string& pass, const PlatformTime& platform) {
   Print(pass + "-data-protection", platform.Seconds(PlatformPart::kDataProtection));
   Print(pass + "-files", platform.Seconds(PlatformPart::kFiles));
+  Print(pass + "-platform", platform.Seconds());
 }
 
 /// A first pass, with samples of all days. It reads each day as itself and as the day before
@@ -164,6 +165,45 @@ void MeasureDailyPasses(ServiceSession& service, PlatformTime& platform) {
     WriteOrdinaryDay(day);
     Print("daily-pass-wait", LongestWait(service, day, platform));
     PrintPlatform("daily-pass", platform);
+  }
+}
+
+// Commands.
+
+/// The processor's clock, because the system's counts in steps of 100 nanoseconds.
+double SecondsOfTick() {
+  const auto start = steady_clock::now();
+  const auto first = __rdtsc();
+  Sleep(200);
+  return SecondsSince(start) / static_cast<double>(__rdtsc() - first);
+}
+
+/// As a client: the text is given back.
+void CallAndFree(ZQService& service, unsigned int command) {
+  wchar_t input[] = L"";
+  wchar_t* output = nullptr;
+  const int status = service.ExecuteCommand(/*session=*/nullptr, command, input, &output,
+                                            /*callback=*/{}, /*configuration=*/nullptr);
+  if (status != 0) throw std::runtime_error("a command has no result");
+  service.FreeResult(output);
+}
+
+/// The time that 99 of 100 calls of a command do not exceed.
+void PrintCommand(const std::string& name, ServiceSession& session, unsigned int command) {
+  static const double tick = SecondsOfTick();
+  std::vector<unsigned long long> ticks(Sized(20'000, 100));
+  for (auto& length : ticks) {
+    const auto start = __rdtsc();
+    CallAndFree(session.Service(), command);
+    length = __rdtsc() - start;
+  }
+  std::ranges::sort(ticks);
+  Print(name, static_cast<double>(ticks[ticks.size() * 99 / 100]) * tick);
+}
+
+void MeasureCommands(ServiceSession& session) {
+  for (const unsigned int command : {5U, 6U, 7U, 8U, 10U}) {
+    PrintCommand("command-" + std::to_string(command), session, command);
   }
 }
 
@@ -217,45 +257,7 @@ void MeasureFutureDays(ServiceSession& service, PlatformTime& platform) {
   }
   Print("future-days-raw", SecondsSince(start));
   PrintOwnWait("future-days", LongestWait(service, kFutureDaysPass, platform), platform);
-  start = steady_clock::now();
-  static_cast<void>(service.Run(6));
-  Print("future-days-command-6", SecondsSince(start));
-}
-
-// Commands.
-
-/// The processor's clock, because the system's counts in steps of 100 nanoseconds.
-double SecondsOfTick() {
-  const auto start = steady_clock::now();
-  const auto first = __rdtsc();
-  Sleep(200);
-  return SecondsSince(start) / static_cast<double>(__rdtsc() - first);
-}
-
-/// As a client: the text is given back.
-void CallAndFree(ZQService& service, unsigned int command) {
-  wchar_t input[] = L"";
-  wchar_t* output = nullptr;
-  const int status = service.ExecuteCommand(/*session=*/nullptr, command, input, &output,
-                                            /*callback=*/{}, /*configuration=*/nullptr);
-  if (status != 0) throw std::runtime_error("a command has no result");
-  service.FreeResult(output);
-}
-
-void MeasureCommands(ServiceSession& session) {
-  ZQService& service = session.Service();
-  const double tick = SecondsOfTick();
-  for (const unsigned int command : {5U, 6U, 7U, 8U, 10U}) {
-    std::vector<unsigned long long> ticks(Sized(20'000, 100));
-    for (auto& length : ticks) {
-      const auto start = __rdtsc();
-      CallAndFree(service, command);
-      length = __rdtsc() - start;
-    }
-    std::ranges::sort(ticks);
-    Print("command-" + std::to_string(command),
-          static_cast<double>(ticks[ticks.size() * 99 / 100]) * tick);
-  }
+  PrintCommand("future-days-command-6", service, 6);
 }
 
 // Judges of rules.

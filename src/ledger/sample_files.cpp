@@ -1,5 +1,8 @@
 #include "ledger/sample_files.h"
 
+#include <algorithm>
+#include <cstddef>
+
 #include "base/date_text.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
@@ -31,10 +34,12 @@ std::wstring PlainCopyPath(const std::wstring& encryptedPath) {
 
 // Kept on purpose: as long as the blob, though the text fills half of it; the JSON parser ends at
 // the first zero byte (test PlainCopyContent.IsAsLongAsTheBlob).
-std::string PlainCopyContent(std::string_view decrypted) {
-  std::string content(decrypted.size(), '\0');
-  for (std::size_t i = 0; 2 * i < decrypted.size(); ++i) content[i] = decrypted[2 * i];
-  return content;
+std::string PlainCopyContent(std::string_view decrypted, std::string memory) {
+  memory.resize(decrypted.size());
+  const auto half = static_cast<std::ptrdiff_t>((decrypted.size() + 1) / 2);
+  for (std::size_t i = 0; 2 * i < decrypted.size(); ++i) memory[i] = decrypted[2 * i];
+  std::fill(memory.begin() + half, memory.end(), '\0');
+  return memory;
 }
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -21,7 +21,8 @@ namespace Zq::Gantry::Server::Services::Wattleaf {
 [[nodiscard]] std::wstring PlainCopyPath(const std::wstring& encryptedPath);
 
 /// The content of the plain copy for a decrypted blob, which is UTF-16LE text: the low byte of each
-/// character, then zero bytes up to the length of the blob.
-[[nodiscard]] std::string PlainCopyContent(std::string_view decrypted);
+/// character, then zero bytes up to the length of the blob. `memory` is used for it if it is large
+/// enough.
+[[nodiscard]] std::string PlainCopyContent(std::string_view decrypted, std::string memory = {});
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

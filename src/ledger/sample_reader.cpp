@@ -63,7 +63,8 @@ std::optional<std::string> TryDecrypt(const std::string& text) {
     return std::nullopt;
   }
   const Platform::UniqueLocalBlock owner(decrypted.pbData);
-  return PlainCopyContent({reinterpret_cast<const char*>(decrypted.pbData), decrypted.cbData});
+  return PlainCopyContent({reinterpret_cast<const char*>(decrypted.pbData), decrypted.cbData},
+                          std::move(*blob));
 }
 
 void WritePlainCopy(const std::wstring& path, const std::string& content) {

@@ -42,3 +42,10 @@ TEST(PlainCopyContent, KeepsATrailingOddByte) {
   EXPECT_EQ(PlainCopyContent("a\0b\0c"s), "abc\0\0"s);
   EXPECT_EQ(PlainCopyContent("a"), "a");
 }
+
+TEST(PlainCopyContent, IsTheSameInUsedMemory) {
+  for (const std::size_t length : {0U, 1U, 3U, 6U, 7U, 9U}) {
+    EXPECT_EQ(PlainCopyContent("a\0b\0c\0d"s, std::string(length, 'x')), "abcd\0\0\0"s) << length;
+  }
+  EXPECT_EQ(PlainCopyContent("", "xxx"), "");
+}

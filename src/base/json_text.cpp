@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
+#include <vector>
 
 #include "base/json_limits.h"
 #include "base/wide_file.h"
@@ -27,6 +28,14 @@ std::size_t ReadUpToZero(std::FILE* file, std::size_t mostBytes, char* bytes) {
     count += read;
   }
   return count;
+}
+
+/// The length of a file; empty if it is not open or larger.
+std::optional<std::size_t> TryLength(std::FILE* file, std::size_t largestBytes) {
+  if (file == nullptr) return std::nullopt;
+  const std::int64_t length = LengthBytes(file);
+  if (length < 0 || static_cast<std::uint64_t>(length) > largestBytes) return std::nullopt;
+  return static_cast<std::size_t>(length);
 }
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
@@ -119,16 +128,30 @@ class LimitCheck {
 
 std::optional<JsonText> JsonText::TryRead(const std::wstring& path, std::size_t largestBytes) {
   const UniqueFile file = OpenForReading(path);
-  if (!file) return std::nullopt;
-  const std::int64_t length = LengthBytes(file.get());
-  if (length < 0 || static_cast<std::uint64_t>(length) > largestBytes) return std::nullopt;
-
-  const auto most = static_cast<std::size_t>(length);
-  auto bytes = std::make_unique_for_overwrite<char[]>(most + kZerosAtEnd);
-  const std::size_t count = ReadUpToZero(file.get(), most, bytes.get());
+  const std::optional<std::size_t> most = TryLength(file.get(), largestBytes);
+  if (!most) return std::nullopt;
+  auto bytes = std::make_unique_for_overwrite<char[]>(*most + kZerosAtEnd);
+  const std::size_t count = ReadUpToZero(file.get(), *most, bytes.get());
   std::fill_n(bytes.get() + count, kZerosAtEnd, '\0');
   if (!KeepsJsonLimits({bytes.get(), count})) return std::nullopt;
   return JsonText(std::move(bytes), count);
+}
+
+bool JsonText::IsTextOf(const std::wstring& path, std::size_t largestBytes, std::string_view text) {
+  const UniqueFile file = OpenForReading(path);
+  const std::optional<std::size_t> most = TryLength(file.get(), largestBytes);
+  if (!most) return false;
+  std::vector<char> piece(kChunkBytes);
+  std::size_t rest = *most;
+  while (rest > 0) {
+    const std::size_t size = std::min(piece.size(), rest);
+    const std::size_t count = ReadUpToZero(file.get(), size, piece.data());
+    if (!IsSameText({piece.data(), count}, text.substr(0, count))) return false;
+    text.remove_prefix(count);
+    if (count < size) break;
+    rest -= count;
+  }
+  return text.empty();
 }
 
 // The quick checks cost a twentieth of the parser, following each character half as much as it.

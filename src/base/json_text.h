@@ -20,6 +20,11 @@ class JsonText {
   [[nodiscard]] static std::optional<JsonText> TryRead(const std::wstring& path,
                                                        std::size_t largestBytes);
 
+  /// Whether TryRead would read exactly this text, which it has read before. The file is compared
+  /// piece by piece and not kept.
+  [[nodiscard]] static bool IsTextOf(const std::wstring& path, std::size_t largestBytes,
+                                     std::string_view text);
+
   /// The first character. The parser may change the text.
   [[nodiscard]] char* Begin() { return bytes_.get(); }
   [[nodiscard]] std::string_view View() const { return {bytes_.get(), size_}; }

@@ -24,6 +24,10 @@ std::shared_ptr<const DaySummary> Parse(JsonText& text) {
 }  // namespace
 
 std::shared_ptr<const DaySummary> RecentDays::Read(const std::wstring& path) {
+  const auto before = std::ranges::find(days_, path, &Day::path);
+  if (before != days_.end() && JsonText::IsTextOf(path, kLargestDataFileBytes, before->text)) {
+    return before->summary;
+  }
   std::optional<JsonText> text = JsonText::TryRead(path, kLargestDataFileBytes);
   if (!text) return nullptr;
   const auto known = std::ranges::find_if(

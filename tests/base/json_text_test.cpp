@@ -67,6 +67,31 @@ TEST(JsonText, EndsAtTheFirstZeroByte) {
   }
 }
 
+TEST(JsonText, IsTextOfAFileFromWhichItWouldBeRead) {
+  const ScratchFolder folder;
+  const std::wstring path = folder.File("text.json").wstring();
+  // Around the size of the chunks in which a file is read, with and without zeros after the text.
+  for (const std::size_t length : {0U, 1U, 65535U, 65536U, 65537U, 131072U, 200000U}) {
+    for (const std::size_t zeros : {0U, 1U, 65536U}) {
+      SCOPED_TRACE(std::to_string(length) + " characters, zeros: " + std::to_string(zeros));
+      const std::string text(length, 'A');
+      TestSupport::WriteBytes(folder.File("text.json"), text + std::string(zeros, '\0'));
+      EXPECT_TRUE(JsonText::IsTextOf(path, length + zeros, text));
+      EXPECT_FALSE(JsonText::IsTextOf(path, length + zeros, text + "A"));
+      if (length > 0) {
+        EXPECT_FALSE(JsonText::IsTextOf(path, length + zeros - 1, text)) << "a larger file";
+        EXPECT_FALSE(JsonText::IsTextOf(path, length + zeros, text.substr(1)));
+        EXPECT_FALSE(JsonText::IsTextOf(path, length + zeros, text.substr(1) + "B"));
+        EXPECT_FALSE(JsonText::IsTextOf(path, length + zeros, "B" + text.substr(1)));
+      }
+    }
+  }
+  TestSupport::WriteBytes(folder.File("text.json"), std::string("A\0A", 3));
+  EXPECT_TRUE(JsonText::IsTextOf(path, kLargest, "A"));
+  EXPECT_FALSE(JsonText::IsTextOf(path, kLargest, std::string("A\0A", 3)));
+  EXPECT_FALSE(JsonText::IsTextOf(folder.File("missing.json").wstring(), kLargest, ""));
+}
+
 TEST(JsonText, IsMissingForAFileThatCannotBeOpened) {
   const ScratchFolder folder;
   EXPECT_FALSE(JsonText::TryRead(folder.File("missing.json").wstring(), kLargest));

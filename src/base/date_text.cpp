@@ -8,6 +8,7 @@
 #include <sstream>
 
 #include "base/local_calendar.h"
+#include "base/time_fields.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
@@ -83,22 +84,23 @@ std::string_view CopyInto(DateBuffer& buffer, const std::string& text) {
 
 /// The part of `text` that is read; the whole may be as long as a file. The stream skips leading
 /// blanks, and no format of this library reads more than `kMostCharsRead` characters after them.
-template <typename Char>
-std::basic_string<Char> TextToRead(const Char* text) {
+std::wstring TextToRead(const wchar_t* text) {
   const std::locale locale;
-  while (*text != Char() && std::isspace(*text, locale)) ++text;
+  while (*text != L'\0' && std::isspace(*text, locale)) ++text;
   std::size_t length = 0;
-  while (length < kMostCharsRead && text[length] != Char()) ++length;
+  while (length < kMostCharsRead && text[length] != L'\0') ++length;
   return {text, length};
 }
 
-template <typename Char>
-void ReadAndNormalise(DateTime& result, const Char* text, const Char* format) {
+/// What ReadTimeFields leaves to the C++ library.
+DateTime FieldsOfForeignText(const wchar_t* text) {
   std::tm fields{};
-  std::basic_istringstream<Char> stream{TextToRead(text)};
-  stream >> std::get_time(&fields, format);
-  result = FromTm(fields);
+  std::wistringstream stream{TextToRead(text)};
+  stream >> std::get_time(&fields, L"%Y-%m-%d:%T");
+  return FromTm(fields);
+}
 
+void Normalise(DateTime& result) {
   // Kept on purpose: the hour stays as it was read, so that a time in the last hour of a summer day
   // comes out one day later (test ParseDateTime.ReadsTheLastHourOfASummerDayOneDayLater).
   const std::int32_t hour = result.tm_hour;
@@ -144,14 +146,20 @@ std::string FormatLogTime(const DateTime& time) { return FormatDateTime(time, "%
 DateTime& ParseDateTime(DateTime& result, const char* text, const char* format) {
   result = {};
   if (text == nullptr || format == nullptr) return result;
-  ReadAndNormalise(result, text, format);
+  if (ReadTimeFields(text, SeparatorOf(format), result) != TimeFields::kNone) {
+    FillDayOfWeekAndYear(result);
+  }
+  Normalise(result);
   return result;
 }
 
 DateTime& ParseWideDateTime(DateTime& result, const wchar_t* text) {
   result = {};
   if (text == nullptr) return result;
-  ReadAndNormalise(result, text, L"%Y-%m-%d:%T");
+  const TimeFields found = ReadTimeFields(text, SeparatorOf(kTimeStampFormat), result);
+  if (found == TimeFields::kSome) FillDayOfWeekAndYear(result);
+  if (found == TimeFields::kForeign) result = FieldsOfForeignText(text);
+  Normalise(result);
   return result;
 }
 

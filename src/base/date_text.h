@@ -6,7 +6,7 @@
 
 #include "base/calendar.h"
 
-// Dates as text. The formats are those of the C library's strftime and of std::get_time.
+// Dates as text. The formats are those of the C library's strftime.
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
 /// "2024-03-01": names of sample files, keys of the ledger.
@@ -37,12 +37,14 @@ using DateBuffer = std::array<char, 20>;
 /// The time in the format "%T %d-%m-%Y"; empty for a field outside its range.
 [[nodiscard]] std::string FormatLogTime(const DateTime& time);
 
-/// Sets `result` to what std::get_time reads from `text`, normalised as `mktime` does except for
-/// the hour, which stays as read. Failure is not reported: fields that the text does not reach are
-/// zero, and so are all fields for a null argument. Returns `result`.
+/// Sets `result` to what ReadTimeFields reads from `text`, normalised as `mktime` does except for
+/// the hour, which stays as read. `format` is one of the three above. Failure is not reported:
+/// fields that the text does not reach are zero, and so are all fields for a null argument. Returns
+/// `result`.
 DateTime& ParseDateTime(DateTime& result, const char* text, const char* format);
 
-/// The same for wide text in the format "%Y-%m-%d:%T".
+/// The same for wide text in kTimeStampFormat. With characters beyond ASCII it is what
+/// std::get_time reads.
 DateTime& ParseWideDateTime(DateTime& result, const wchar_t* text);
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

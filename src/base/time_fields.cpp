@@ -1,7 +1,10 @@
 #include "base/time_fields.h"
 
+#include <chrono>
 #include <cstdint>
 #include <type_traits>
+
+#include "base/date_text.h"
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
@@ -16,8 +19,9 @@ class Place {
  public:
   explicit Place(const Char* text) : next_(text) {}
 
-  [[nodiscard]] bool IsAtAscii() const {
-    return static_cast<std::make_unsigned_t<Char>>(*next_) < 0x80;
+  /// At a character beyond ASCII, which in narrow text is no blank and no digit.
+  [[nodiscard]] bool IsAtForeign() const {
+    return !std::is_same_v<Char, char> && static_cast<std::make_unsigned_t<Char>>(*next_) >= 0x80;
   }
 
   void SkipBlanks() {
@@ -84,11 +88,17 @@ TimeFields Read(const Char* text, char separator, DateTime& fields) {
     fields.tm_year = year - kFirstYear;
     ReadAfterYear(place, separator, fields);
   }
-  if (!place.IsAtAscii()) return TimeFields::kForeign;
+  if (place.IsAtForeign()) return TimeFields::kForeign;
   return hasYear ? TimeFields::kSome : TimeFields::kNone;
 }
 
 }  // namespace
+
+char SeparatorOf(std::string_view format) {
+  if (format == kSampleTimeFormat) return 'T';
+  if (format == kTimeStampFormat) return ':';
+  return '\0';
+}
 
 TimeFields ReadTimeFields(const char* text, char separator, DateTime& fields) {
   return Read(text, separator, fields);
@@ -96,6 +106,19 @@ TimeFields ReadTimeFields(const char* text, char separator, DateTime& fields) {
 
 TimeFields ReadTimeFields(const wchar_t* text, char separator, DateTime& fields) {
   return Read(text, separator, fields);
+}
+
+void FillDayOfWeekAndYear(DateTime& fields) {
+  using namespace std::chrono;
+  const year inYear(fields.tm_year + kFirstYear);
+  const month inMonth(static_cast<unsigned>(fields.tm_mon + 1));
+  const sys_days day = sys_days(inYear / inMonth / 1) + days(fields.tm_mday - 1);
+  fields.tm_wday = static_cast<std::int32_t>(weekday(day).c_encoding());
+  fields.tm_yday = static_cast<std::int32_t>((day - sys_days(inYear / January / 1)).count());
+  // Kept on purpose: before March of the year 0, the day of the week is one too late
+  // (test TimeReader.ReadsTextsInOtherFormsLikeTheLiteralAlgorithm).
+  const bool isBeforeMarchOfYearZero = fields.tm_year == -kFirstYear && fields.tm_mon < 2;
+  if (isBeforeMarchOfYearZero) fields.tm_wday = (fields.tm_wday + 1) % 7;
 }
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

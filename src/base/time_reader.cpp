@@ -1,8 +1,6 @@
 #include "base/time_reader.h"
 
 #include <algorithm>
-#include <chrono>
-#include <string_view>
 
 #include "base/date_text.h"
 #include "base/local_calendar.h"
@@ -15,12 +13,6 @@ namespace {
 constexpr std::int32_t kSecondsPerHour = 3600;
 constexpr std::int32_t kLastSecondOfDay = 86399;
 
-char SeparatorOf(std::string_view format) {
-  if (format == kSampleTimeFormat) return 'T';
-  if (format == kTimeStampFormat) return ':';
-  return '\0';
-}
-
 std::int32_t SecondOfDay(const DateTime& time) {
   return time.tm_hour * kSecondsPerHour + time.tm_min * 60 + time.tm_sec;
 }
@@ -29,16 +21,9 @@ std::int32_t SecondOfDay(const DateTime& time) {
 /// or has a leap second.
 bool IsPlain(const DateTime& written) { return written.tm_mday > 0 && written.tm_sec < 60; }
 
-/// A time outside the calendar: the fields as read, with the day of the week and of the year that
-/// std::get_time adds, if need be from a day and a month that are 0. Not for the year 0, where its
-/// arithmetic is its own.
+/// A time outside the calendar: the fields as read.
 LocalTime OutsideCalendar(DateTime written) {
-  using namespace std::chrono;
-  const year inYear(written.tm_year + 1900);
-  const month inMonth(static_cast<unsigned>(written.tm_mon + 1));
-  const sys_days day = sys_days(inYear / inMonth / 1) + days(written.tm_mday - 1);
-  written.tm_wday = static_cast<std::int32_t>(weekday(day).c_encoding());
-  written.tm_yday = static_cast<std::int32_t>((day - sys_days(inYear / January / 1)).count());
+  FillDayOfWeekAndYear(written);
   return {written, -1};
 }
 
@@ -61,12 +46,11 @@ LocalTime Difference(LocalTime time, const DateTime& written) {
 
 }  // namespace
 
-TimeReader::TimeReader(const char* format) : format_(format), separator_(SeparatorOf(format)) {}
+TimeReader::TimeReader(const char* format) : separator_(SeparatorOf(format)) {}
 
 LocalTime TimeReader::Read(const char* text) {
   LocalTime time;
-  if (text == nullptr || TryRead(text, separator_, time)) return time;
-  time.instant = InstantOf(ParseDateTime(time.fields, text, format_));
+  if (text != nullptr) static_cast<void>(TryRead(text, separator_, time));
   return time;
 }
 
@@ -84,17 +68,17 @@ bool TimeReader::TryRead(const Char* text, char separator, LocalTime& time) {
     case TimeFields::kNone:
       return true;
     case TimeFields::kSome:
-      return TryConvert(written, time);
+      Convert(written, time);
+      return true;
     default:
       return false;
   }
 }
 
-bool TimeReader::TryConvert(const DateTime& written, LocalTime& time) {
-  if (IsPlain(written) ? TryConvertPlain(written, time) : TryNormalise(written, time)) return true;
-  if (written.tm_year <= -1900) return false;
-  time = OutsideCalendar(written);
-  return true;
+void TimeReader::Convert(const DateTime& written, LocalTime& time) {
+  const bool isInCalendar =
+      IsPlain(written) ? TryConvertPlain(written, time) : TryNormalise(written, time);
+  if (!isInCalendar) time = OutsideCalendar(written);
 }
 
 bool TimeReader::TryConvertPlain(const DateTime& written, LocalTime& time) {

@@ -16,7 +16,7 @@ namespace Zq::Gantry::Server::Services::Wattleaf {
 /// 24 KB large and asks the C library nothing before the first time.
 class TimeReader {
  public:
-  /// `format` is one of those of date_text.h and is borrowed.
+  /// `format` is one of those of date_text.h.
   explicit TimeReader(const char* format);
 
   [[nodiscard]] LocalTime Read(const char* text);
@@ -39,20 +39,18 @@ class TimeReader {
   static constexpr std::size_t kStretchesOfALength = 128;
   static constexpr std::array<std::int32_t, 3> kStretchSeconds{23 * 3600, 1800, 60};
 
-  /// Sets `time` to the time in `text`, which is not null. False if it is left
-  /// to std::get_time.
+  /// Sets `time` to the time in `text`, which is not null. False if it is left to std::get_time:
+  /// never for narrow text.
   template <typename Char>
   [[nodiscard]] bool TryRead(const Char* text, char separator, LocalTime& time);
-  /// Sets `time` to the time whose six fields of date and time of day are `written`. False for the
-  /// year 0.
-  [[nodiscard]] bool TryConvert(const DateTime& written, LocalTime& time);
+  /// Sets `time` to the time whose six fields of date and time of day are `written`.
+  void Convert(const DateTime& written, LocalTime& time);
   /// The same for plain fields, whose time of day is zero if the format has none. False outside the
   /// calendar.
   [[nodiscard]] bool TryConvertPlain(const DateTime& written, LocalTime& time);
   [[nodiscard]] bool TryAddToStretch(const DateTime& written, LocalTime& time);
   [[nodiscard]] static bool IsEven(const LocalTime& base, DateTime written, std::int32_t length);
 
-  const char* format_;
   char separator_;  // Between date and time of day; 0 for a date alone.
   std::array<std::array<Stretch, kStretchesOfALength>, kStretchSeconds.size()> stretches_;
   DateRun dates_;  // Of a format without a time of day.

@@ -4,6 +4,10 @@
 #include <bit>
 #include <cstdint>
 #include <cstdio>
+#include <ctime>
+#include <iomanip>
+#include <locale>
+#include <sstream>
 #include <string>
 
 #include "base/date_text.h"
@@ -11,21 +15,46 @@
 #include "base/local_calendar.h"
 #include "base/time_reader.h"
 
-// What TimeReader must return for each text: the functions whose results it promises.
+// What TimeReader and ParseDateTime must return for each text: what std::get_time of libstdc++
+// reads, normalised as they promise. Other libraries read some texts differently; there, TimeReader
+// is compared with ParseDateTime.
 namespace TestSupport {
 
 namespace Wattleaf = Zq::Gantry::Server::Services::Wattleaf;
 
+#ifdef __GLIBCXX__
+template <typename Char>
+[[nodiscard]] Wattleaf::DateTime LiteralFields(const Char* text, const Char* format) {
+  const std::locale locale;
+  while (*text != Char() && std::isspace(*text, locale)) ++text;
+  std::tm fields{};
+  std::basic_istringstream<Char> stream{std::basic_string<Char>(text)};
+  stream >> std::get_time(&fields, format);
+  Wattleaf::DateTime result = Wattleaf::FromTm(fields);
+  const std::int32_t hour = result.tm_hour;
+  Wattleaf::MakeInstant(result);
+  result.tm_hour = hour;
+  return result;
+}
+#else
+[[nodiscard]] inline Wattleaf::DateTime LiteralFields(const char* text, const char* format) {
+  Wattleaf::DateTime result;
+  return Wattleaf::ParseDateTime(result, text, format);
+}
+[[nodiscard]] inline Wattleaf::DateTime LiteralFields(const wchar_t* text, const wchar_t*) {
+  Wattleaf::DateTime result;
+  return Wattleaf::ParseWideDateTime(result, text);
+}
+#endif
+
 [[nodiscard]] inline Wattleaf::LocalTime LiteralTime(const char* text, const char* format) {
-  Wattleaf::LocalTime time;
-  time.instant = Wattleaf::InstantOf(Wattleaf::ParseDateTime(time.fields, text, format));
-  return time;
+  const Wattleaf::DateTime fields = LiteralFields(text, format);
+  return {fields, Wattleaf::InstantOf(fields)};
 }
 
 [[nodiscard]] inline Wattleaf::LocalTime LiteralTime(const wchar_t* text) {
-  Wattleaf::LocalTime time;
-  time.instant = Wattleaf::InstantOf(Wattleaf::ParseWideDateTime(time.fields, text));
-  return time;
+  const Wattleaf::DateTime fields = LiteralFields(text, L"%Y-%m-%d:%T");
+  return {fields, Wattleaf::InstantOf(fields)};
 }
 
 /// Whether all nine fields and the instants agree.

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdint>
+#include <utility>
 
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 
@@ -24,6 +25,12 @@ Outcome Read(const Char* text, char separator = 'T') {
   DateTime time;
   const TimeFields kind = ReadTimeFields(text, separator, time);
   return {kind, {time.tm_year, time.tm_mon, time.tm_mday, time.tm_hour, time.tm_min, time.tm_sec}};
+}
+
+/// The day of the week and of the year.
+std::pair<std::int32_t, std::int32_t> DaysOf(DateTime time) {
+  FillDayOfWeekAndYear(time);
+  return {time.tm_wday, time.tm_yday};
 }
 
 Outcome Some(const Fields& fields) { return {TimeFields::kSome, fields}; }
@@ -80,12 +87,33 @@ TEST(ReadTimeFields, ReadsNothingWithoutAYear) {
   }
 }
 
-TEST(ReadTimeFields, LeavesCharactersBeyondAsciiToTheLibrary) {
+TEST(ReadTimeFields, TakesNarrowCharactersBeyondAsciiForNeitherBlankNorDigit) {
   EXPECT_EQ(Read("\xA0"
-                 "2024-03-01T14:05:09")
-                .kind,
-            TimeFields::kForeign);
-  EXPECT_EQ(Read("2024-03\xB2").kind, TimeFields::kForeign);
+                 "2024-03-01T14:05:09"),
+            (Outcome{TimeFields::kNone, {}}));
+  EXPECT_EQ(Read("2024-03\xB2"), Some({124, 2, 0, 0, 0, 0}));
+  EXPECT_EQ(Read("2024-03-\xA0"
+                 "1T14:05:09"),
+            Some({124, 2, 0, 0, 0, 0}));
+}
+
+TEST(FillDayOfWeekAndYear, CountsFromTheFirstDayOfTheYear) {
+  // Thursday and Tuesday.
+  EXPECT_EQ(DaysOf({.tm_mday = 29, .tm_mon = 1, .tm_year = 124}), std::pair(4, 59));
+  EXPECT_EQ(DaysOf({.tm_mday = 31, .tm_mon = 11, .tm_year = 124}), std::pair(2, 365));
+  // The day before Monday the 1st of January.
+  EXPECT_EQ(DaysOf({.tm_mday = 0, .tm_mon = 0, .tm_year = 124}), std::pair(0, -1));
+}
+
+TEST(FillDayOfWeekAndYear, IsOneWeekdayTooLateBeforeMarchOfTheYearZero) {
+  // The 1st of March of the year 0 is a Wednesday, 306 days before the first Monday of the year 1.
+  EXPECT_EQ(DaysOf({.tm_mday = 1, .tm_mon = 2, .tm_year = -1900}), std::pair(3, 60));
+  EXPECT_EQ(DaysOf({.tm_mday = 29, .tm_mon = 1, .tm_year = -1900}), std::pair(3, 59));
+  EXPECT_EQ(DaysOf({.tm_mday = 1, .tm_mon = 0, .tm_year = -1900}), std::pair(0, 0));
+  EXPECT_EQ(DaysOf({.tm_mday = 1, .tm_mon = 0, .tm_year = -1899}), std::pair(1, 0));
+}
+
+TEST(ReadTimeFields, LeavesWideCharactersBeyondAsciiToTheLibrary) {
   EXPECT_EQ(Read(L"\x3000"
                  L"2024-03-01:14:05:09",
                  ':')

@@ -104,9 +104,10 @@ TEST(TimeReader, ReadsEachFieldAtTheEndsOfItsRangeLikeTheLiteralAlgorithm) {
       "2024-05-00T12:00:00", "2024-05-01T12:00:00", "2024-05-31T12:00:00", "2024-05-32T12:00:00",
       "2024-05-15T23:00:00", "2024-05-15T24:00:00", "2024-05-15T12:59:00", "2024-05-15T12:60:00",
       "2024-05-15T12:00:59", "2024-05-15T12:00:60", "2024-05-15T12:00:61", "2023-02-29T12:00:00",
-      "0000-01-01T00:00:00", "0001-01-01T00:00:00", "1900-01-01T00:00:00", "1969-12-31T23:59:59",
-      "1970-01-01T00:00:00", "1970-01-01T00:00:01", "3000-12-31T23:59:59", "3001-01-01T00:00:00",
-      "3001-01-31T00:00:00", "9999-12-31T23:59:59",
+      "0000-01-01T00:00:00", "0000-02-29T12:00:00", "0000-03-01T12:00:00", "0000-12-31T12:00:00",
+      "0001-01-01T00:00:00", "1900-01-01T00:00:00", "1969-12-31T23:59:59", "1970-01-01T00:00:00",
+      "1970-01-01T00:00:01", "3000-12-31T23:59:59", "3001-01-01T00:00:00", "3001-01-31T00:00:00",
+      "9999-12-31T23:59:59",
   };
   TimeReader reader(kSampleTimeFormat);
   for (int round = 0; round < 3; ++round) {
@@ -152,6 +153,12 @@ TEST(TimeReader, ReadsTextsInOtherFormsLikeTheLiteralAlgorithm) {
       "2024-03-01T14:05:9x",
       "2024-03-01T14:0:09",
       "\xB2\x30\x32\x34-03-01T14:05:09",
+      "\xA0"
+      "2024-03-01T14:05:09",
+      "2024-03-\xA0"
+      "1T14:05:09",
+      "0000",
+      "0000-02",
   };
   for (const char* format : {kSampleTimeFormat, kTimeStampFormat, kDateFormat}) {
     TimeReader reader(format);
@@ -168,7 +175,7 @@ TEST(TimeReader, ReadsNoTextAsNoTime) {
 TEST(TimeReader, ReadsRandomTextsLikeTheLiteralAlgorithm) {
   // A valid time with up to four characters replaced, removed or inserted.
   std::mt19937 random(1);
-  const std::string characters = "0123456789-:T t./x\t";
+  const std::string characters = "0123456789-:T t./x\t\x85\xA0\xB2\xFF";
   TimeReader reader(kSampleTimeFormat);
   for (int i = 0; i < 20'000; ++i) {
     std::string text = "2024-03-01T14:05:09";

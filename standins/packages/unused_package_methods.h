@@ -1,6 +1,7 @@
 #pragma once
 
 #include "abi/package_shapes.h"
+#include "parameter.h"
 
 // Part of the stand-in for the package manager: the methods that the library never calls. Each
 // returns E_NOTIMPL.
@@ -28,43 +29,88 @@ struct UnusedUriMethods : WinRt::IUriRuntimeClass {
 };
 
 struct UnusedFolderMethods : WinRt::IStorageFolder, WinRt::IStorageItem {
-  STDMETHODIMP CreateFileAsyncOverloadDefaultOptions(HSTRING, IInspectable**) override {
+  STDMETHODIMP CreateFileAsyncOverloadDefaultOptions(
+      HSTRING,
+      Parameter<&WinRt::IStorageFolder::CreateFileAsyncOverloadDefaultOptions, 1>) override {
     return E_NOTIMPL;
   }
-  STDMETHODIMP CreateFileAsync(HSTRING, INT32, IInspectable**) override { return E_NOTIMPL; }
-  STDMETHODIMP CreateFolderAsyncOverloadDefaultOptions(HSTRING, IInspectable**) override {
+  STDMETHODIMP CreateFileAsync(HSTRING, Parameter<&WinRt::IStorageFolder::CreateFileAsync, 1>,
+                               Parameter<&WinRt::IStorageFolder::CreateFileAsync, 2>) override {
     return E_NOTIMPL;
   }
-  STDMETHODIMP CreateFolderAsync(HSTRING, INT32, IInspectable**) override { return E_NOTIMPL; }
-  STDMETHODIMP GetFileAsync(HSTRING, IInspectable**) override { return E_NOTIMPL; }
-  STDMETHODIMP GetFolderAsync(HSTRING, IInspectable**) override { return E_NOTIMPL; }
-  STDMETHODIMP GetItemAsync(HSTRING, IInspectable**) override { return E_NOTIMPL; }
-  STDMETHODIMP GetFilesAsyncOverloadDefaultOptionsStartAndCount(IInspectable**) override {
+  STDMETHODIMP CreateFolderAsyncOverloadDefaultOptions(
+      HSTRING,
+      Parameter<&WinRt::IStorageFolder::CreateFolderAsyncOverloadDefaultOptions, 1>) override {
     return E_NOTIMPL;
   }
-  STDMETHODIMP GetFoldersAsyncOverloadDefaultOptionsStartAndCount(IInspectable**) override {
+  STDMETHODIMP CreateFolderAsync(HSTRING, Parameter<&WinRt::IStorageFolder::CreateFolderAsync, 1>,
+                                 Parameter<&WinRt::IStorageFolder::CreateFolderAsync, 2>) override {
     return E_NOTIMPL;
   }
-  STDMETHODIMP GetItemsAsyncOverloadDefaultStartAndCount(IInspectable**) override {
+  STDMETHODIMP GetFileAsync(HSTRING, Parameter<&WinRt::IStorageFolder::GetFileAsync, 1>) override {
+    return E_NOTIMPL;
+  }
+  STDMETHODIMP GetFolderAsync(HSTRING,
+                              Parameter<&WinRt::IStorageFolder::GetFolderAsync, 1>) override {
+    return E_NOTIMPL;
+  }
+  STDMETHODIMP GetItemAsync(HSTRING, Parameter<&WinRt::IStorageFolder::GetItemAsync, 1>) override {
+    return E_NOTIMPL;
+  }
+  STDMETHODIMP GetFilesAsyncOverloadDefaultOptionsStartAndCount(
+      Parameter<&WinRt::IStorageFolder::GetFilesAsyncOverloadDefaultOptionsStartAndCount>)
+      override {
+    return E_NOTIMPL;
+  }
+  STDMETHODIMP GetFoldersAsyncOverloadDefaultOptionsStartAndCount(
+      Parameter<&WinRt::IStorageFolder::GetFoldersAsyncOverloadDefaultOptionsStartAndCount>)
+      override {
+    return E_NOTIMPL;
+  }
+  STDMETHODIMP GetItemsAsyncOverloadDefaultStartAndCount(
+      Parameter<&WinRt::IStorageFolder::GetItemsAsyncOverloadDefaultStartAndCount>) override {
     return E_NOTIMPL;
   }
 
-  STDMETHODIMP RenameAsyncOverloadDefaultOptions(HSTRING, IInspectable**) override {
+  STDMETHODIMP RenameAsyncOverloadDefaultOptions(
+      HSTRING, Parameter<&WinRt::IStorageItem::RenameAsyncOverloadDefaultOptions, 1>) override {
     return E_NOTIMPL;
   }
-  STDMETHODIMP RenameAsync(HSTRING, INT32, IInspectable**) override { return E_NOTIMPL; }
-  STDMETHODIMP DeleteAsyncOverloadDefaultOptions(IInspectable**) override { return E_NOTIMPL; }
-  STDMETHODIMP DeleteAsync(INT32, IInspectable**) override { return E_NOTIMPL; }
-  STDMETHODIMP GetBasicPropertiesAsync(IInspectable**) override { return E_NOTIMPL; }
+  STDMETHODIMP RenameAsync(HSTRING, Parameter<&WinRt::IStorageItem::RenameAsync, 1>,
+                           Parameter<&WinRt::IStorageItem::RenameAsync, 2>) override {
+    return E_NOTIMPL;
+  }
+  STDMETHODIMP DeleteAsyncOverloadDefaultOptions(
+      Parameter<&WinRt::IStorageItem::DeleteAsyncOverloadDefaultOptions>) override {
+    return E_NOTIMPL;
+  }
+  STDMETHODIMP DeleteAsync(Parameter<&WinRt::IStorageItem::DeleteAsync>,
+                           Parameter<&WinRt::IStorageItem::DeleteAsync, 1>) override {
+    return E_NOTIMPL;
+  }
+  STDMETHODIMP GetBasicPropertiesAsync(
+      Parameter<&WinRt::IStorageItem::GetBasicPropertiesAsync>) override {
+    return E_NOTIMPL;
+  }
   STDMETHODIMP get_Name(HSTRING*) override { return E_NOTIMPL; }
-  STDMETHODIMP get_Attributes(UINT32*) override { return E_NOTIMPL; }
-  STDMETHODIMP get_DateCreated(WinRt::DateTime*) override { return E_NOTIMPL; }
-  STDMETHODIMP IsOfType(UINT32, boolean*) override { return E_NOTIMPL; }
+  STDMETHODIMP get_Attributes(Parameter<&WinRt::IStorageItem::get_Attributes>) override {
+    return E_NOTIMPL;
+  }
+  STDMETHODIMP get_DateCreated(Parameter<&WinRt::IStorageItem::get_DateCreated>) override {
+    return E_NOTIMPL;
+  }
+  STDMETHODIMP IsOfType(Parameter<&WinRt::IStorageItem::IsOfType>, boolean*) override {
+    return E_NOTIMPL;
+  }
 };
 
 struct UnusedPackageIdMethods : WinRt::IPackageId {
-  STDMETHODIMP get_Version(WinRt::PackageVersion*) override { return E_NOTIMPL; }
-  STDMETHODIMP get_Architecture(INT32*) override { return E_NOTIMPL; }
+  STDMETHODIMP get_Version(Parameter<&WinRt::IPackageId::get_Version>) override {
+    return E_NOTIMPL;
+  }
+  STDMETHODIMP get_Architecture(Parameter<&WinRt::IPackageId::get_Architecture>) override {
+    return E_NOTIMPL;
+  }
   STDMETHODIMP get_ResourceId(HSTRING*) override { return E_NOTIMPL; }
   STDMETHODIMP get_Publisher(HSTRING*) override { return E_NOTIMPL; }
   STDMETHODIMP get_PublisherId(HSTRING*) override { return E_NOTIMPL; }
@@ -73,14 +119,19 @@ struct UnusedPackageIdMethods : WinRt::IPackageId {
 };
 
 struct UnusedPackageMethods : WinRt::IPackage, WinRt::IPackage2, WinRt::IPackage4 {
-  STDMETHODIMP get_Dependencies(IInspectable**) override { return E_NOTIMPL; }
+  STDMETHODIMP get_Dependencies(Parameter<&WinRt::IPackage::get_Dependencies>) override {
+    return E_NOTIMPL;
+  }
   STDMETHODIMP get_PublisherDisplayName(HSTRING*) override { return E_NOTIMPL; }
   STDMETHODIMP get_Description(HSTRING*) override { return E_NOTIMPL; }
   STDMETHODIMP get_IsResourcePackage(boolean*) override { return E_NOTIMPL; }
   STDMETHODIMP get_IsBundle(boolean*) override { return E_NOTIMPL; }
   STDMETHODIMP get_IsDevelopmentMode(boolean*) override { return E_NOTIMPL; }
   STDMETHODIMP get_IsOptional(boolean*) override { return E_NOTIMPL; }
-  STDMETHODIMP VerifyContentIntegrityAsync(IInspectable**) override { return E_NOTIMPL; }
+  STDMETHODIMP VerifyContentIntegrityAsync(
+      Parameter<&WinRt::IPackage4::VerifyContentIntegrityAsync>) override {
+    return E_NOTIMPL;
+  }
 };
 
 struct UnusedIteratorMethods : WinRt::IPackageIterator {
@@ -88,20 +139,76 @@ struct UnusedIteratorMethods : WinRt::IPackageIterator {
 };
 
 struct UnusedManagerMethods : WinRt::IPackageManager {
-  STDMETHODIMP AddPackageAsync(WinRt::IUriRuntimeClass*, IInspectable*, UINT32,
-                               IInspectable**) override {
+  STDMETHODIMP AddPackageAsync(WinRt::IUriRuntimeClass*,
+                               Parameter<&WinRt::IPackageManager::AddPackageAsync, 1>,
+                               Parameter<&WinRt::IPackageManager::AddPackageAsync, 2>,
+                               Parameter<&WinRt::IPackageManager::AddPackageAsync, 3>) override {
     return E_NOTIMPL;
   }
-  STDMETHODIMP UpdatePackageAsync(WinRt::IUriRuntimeClass*, IInspectable*, UINT32,
-                                  IInspectable**) override {
+  STDMETHODIMP UpdatePackageAsync(
+      WinRt::IUriRuntimeClass*, Parameter<&WinRt::IPackageManager::UpdatePackageAsync, 1>,
+      Parameter<&WinRt::IPackageManager::UpdatePackageAsync, 2>,
+      Parameter<&WinRt::IPackageManager::UpdatePackageAsync, 3>) override {
     return E_NOTIMPL;
   }
-  STDMETHODIMP RemovePackageAsync(HSTRING, IInspectable**) override { return E_NOTIMPL; }
-  STDMETHODIMP StagePackageAsync(WinRt::IUriRuntimeClass*, IInspectable*, IInspectable**) override {
+  STDMETHODIMP RemovePackageAsync(
+      HSTRING, Parameter<&WinRt::IPackageManager::RemovePackageAsync, 1>) override {
     return E_NOTIMPL;
   }
-  STDMETHODIMP RegisterPackageAsync(WinRt::IUriRuntimeClass*, IInspectable*, UINT32,
-                                    IInspectable**) override {
+  STDMETHODIMP StagePackageAsync(
+      WinRt::IUriRuntimeClass*, Parameter<&WinRt::IPackageManager::StagePackageAsync, 1>,
+      Parameter<&WinRt::IPackageManager::StagePackageAsync, 2>) override {
+    return E_NOTIMPL;
+  }
+  STDMETHODIMP RegisterPackageAsync(
+      WinRt::IUriRuntimeClass*, Parameter<&WinRt::IPackageManager::RegisterPackageAsync, 1>,
+      Parameter<&WinRt::IPackageManager::RegisterPackageAsync, 2>,
+      Parameter<&WinRt::IPackageManager::RegisterPackageAsync, 3>) override {
+    return E_NOTIMPL;
+  }
+  STDMETHODIMP FindPackagesByUserSecurityId(
+      HSTRING, Parameter<&WinRt::IPackageManager::FindPackagesByUserSecurityId, 1>) override {
+    return E_NOTIMPL;
+  }
+  STDMETHODIMP FindPackagesByNamePublisher(
+      HSTRING, HSTRING,
+      Parameter<&WinRt::IPackageManager::FindPackagesByNamePublisher, 2>) override {
+    return E_NOTIMPL;
+  }
+  STDMETHODIMP FindPackagesByUserSecurityIdNamePublisher(
+      HSTRING, HSTRING, HSTRING,
+      Parameter<&WinRt::IPackageManager::FindPackagesByUserSecurityIdNamePublisher, 3>) override {
+    return E_NOTIMPL;
+  }
+  STDMETHODIMP FindUsers(HSTRING, Parameter<&WinRt::IPackageManager::FindUsers, 1>) override {
+    return E_NOTIMPL;
+  }
+  STDMETHODIMP SetPackageState(HSTRING,
+                               Parameter<&WinRt::IPackageManager::SetPackageState, 1>) override {
+    return E_NOTIMPL;
+  }
+  STDMETHODIMP FindPackageByPackageFullName(
+      HSTRING, Parameter<&WinRt::IPackageManager::FindPackageByPackageFullName, 1>) override {
+    return E_NOTIMPL;
+  }
+  STDMETHODIMP CleanupPackageForUserAsync(
+      HSTRING, HSTRING,
+      Parameter<&WinRt::IPackageManager::CleanupPackageForUserAsync, 2>) override {
+    return E_NOTIMPL;
+  }
+  STDMETHODIMP FindPackagesByPackageFamilyName(
+      HSTRING, Parameter<&WinRt::IPackageManager::FindPackagesByPackageFamilyName, 1>) override {
+    return E_NOTIMPL;
+  }
+  STDMETHODIMP FindPackagesByUserSecurityIdPackageFamilyName(
+      HSTRING, HSTRING,
+      Parameter<&WinRt::IPackageManager::FindPackagesByUserSecurityIdPackageFamilyName, 2>)
+      override {
+    return E_NOTIMPL;
+  }
+  STDMETHODIMP FindPackageByUserSecurityIdPackageFullName(
+      HSTRING, HSTRING,
+      Parameter<&WinRt::IPackageManager::FindPackageByUserSecurityIdPackageFullName, 2>) override {
     return E_NOTIMPL;
   }
 };

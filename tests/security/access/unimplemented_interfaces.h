@@ -4,12 +4,14 @@
 
 #include "abi/value_shapes.h"
 #include "abi/xml_shapes.h"
+#include "parameter.h"
 
 // Bases of fakes of XML documents, nodes and boxed values: the operations that the product does not
 // call return E_NOTIMPL.
 namespace TestSupport {
 
 using namespace Zq::Gantry::Platform::WinRt;
+using Standin::Parameter;
 
 struct UnimplementedNode : IXmlNode, IXmlNodeSerializer, IXmlAttribute {
   STDMETHODIMP get_NodeValue(IInspectable**) override { return E_NOTIMPL; }
@@ -52,26 +54,50 @@ struct UnimplementedNodeMap : IXmlNamedNodeMap {
 };
 
 struct UnimplementedDocument : IXmlDocument {
-  STDMETHODIMP get_Doctype(IXmlDocumentType**) override { return E_NOTIMPL; }
-  STDMETHODIMP get_Implementation(IXmlDomImplementation**) override { return E_NOTIMPL; }
-  STDMETHODIMP get_DocumentElement(IXmlElement**) override { return E_NOTIMPL; }
-  STDMETHODIMP CreateElement(HSTRING, IXmlElement**) override { return E_NOTIMPL; }
-  STDMETHODIMP CreateDocumentFragment(IXmlDocumentFragment**) override { return E_NOTIMPL; }
-  STDMETHODIMP CreateTextNode(HSTRING, IXmlText**) override { return E_NOTIMPL; }
-  STDMETHODIMP CreateComment(HSTRING, IXmlComment**) override { return E_NOTIMPL; }
-  STDMETHODIMP CreateProcessingInstruction(HSTRING, HSTRING, IXmlProcessingInstruction**) override {
+  STDMETHODIMP get_Doctype(Parameter<&IXmlDocument::get_Doctype>) override { return E_NOTIMPL; }
+  STDMETHODIMP get_Implementation(Parameter<&IXmlDocument::get_Implementation>) override {
+    return E_NOTIMPL;
+  }
+  STDMETHODIMP get_DocumentElement(Parameter<&IXmlDocument::get_DocumentElement>) override {
+    return E_NOTIMPL;
+  }
+  STDMETHODIMP CreateElement(HSTRING, Parameter<&IXmlDocument::CreateElement, 1>) override {
+    return E_NOTIMPL;
+  }
+  STDMETHODIMP CreateDocumentFragment(Parameter<&IXmlDocument::CreateDocumentFragment>) override {
+    return E_NOTIMPL;
+  }
+  STDMETHODIMP CreateTextNode(HSTRING, Parameter<&IXmlDocument::CreateTextNode, 1>) override {
+    return E_NOTIMPL;
+  }
+  STDMETHODIMP CreateComment(HSTRING, Parameter<&IXmlDocument::CreateComment, 1>) override {
+    return E_NOTIMPL;
+  }
+  STDMETHODIMP CreateProcessingInstruction(
+      HSTRING, HSTRING, Parameter<&IXmlDocument::CreateProcessingInstruction, 2>) override {
     return E_NOTIMPL;
   }
   STDMETHODIMP CreateAttribute(HSTRING, IXmlAttribute**) override { return E_NOTIMPL; }
-  STDMETHODIMP CreateEntityReference(HSTRING, IXmlEntityReference**) override { return E_NOTIMPL; }
+  STDMETHODIMP CreateEntityReference(HSTRING,
+                                     Parameter<&IXmlDocument::CreateEntityReference, 1>) override {
+    return E_NOTIMPL;
+  }
   STDMETHODIMP GetElementsByTagName(HSTRING, IXmlNodeList**) override { return E_NOTIMPL; }
-  STDMETHODIMP CreateCDataSection(HSTRING, IXmlCDataSection**) override { return E_NOTIMPL; }
+  STDMETHODIMP CreateCDataSection(HSTRING,
+                                  Parameter<&IXmlDocument::CreateCDataSection, 1>) override {
+    return E_NOTIMPL;
+  }
   STDMETHODIMP get_DocumentUri(HSTRING*) override { return E_NOTIMPL; }
   STDMETHODIMP CreateAttributeNS(IInspectable*, HSTRING, IXmlAttribute**) override {
     return E_NOTIMPL;
   }
-  STDMETHODIMP CreateElementNS(IInspectable*, HSTRING, IXmlElement**) override { return E_NOTIMPL; }
-  STDMETHODIMP GetElementById(HSTRING, IXmlElement**) override { return E_NOTIMPL; }
+  STDMETHODIMP CreateElementNS(IInspectable*, HSTRING,
+                               Parameter<&IXmlDocument::CreateElementNS, 2>) override {
+    return E_NOTIMPL;
+  }
+  STDMETHODIMP GetElementById(HSTRING, Parameter<&IXmlDocument::GetElementById, 1>) override {
+    return E_NOTIMPL;
+  }
   STDMETHODIMP ImportNode(IXmlNode*, boolean, IXmlNode**) override { return E_NOTIMPL; }
 };
 
@@ -90,11 +116,11 @@ struct UnimplementedValue : IPropertyValue {
   STDMETHODIMP GetBoolean(boolean*) override { return E_NOTIMPL; }
   STDMETHODIMP GetString(HSTRING*) override { return E_NOTIMPL; }
   STDMETHODIMP GetGuid(GUID*) override { return E_NOTIMPL; }
-  STDMETHODIMP GetDateTime(DateTime*) override { return E_NOTIMPL; }
-  STDMETHODIMP GetTimeSpan(TimeSpan*) override { return E_NOTIMPL; }
-  STDMETHODIMP GetPoint(Point*) override { return E_NOTIMPL; }
-  STDMETHODIMP GetSize(Size*) override { return E_NOTIMPL; }
-  STDMETHODIMP GetRect(Rect*) override { return E_NOTIMPL; }
+  STDMETHODIMP GetDateTime(Parameter<&IPropertyValue::GetDateTime>) override { return E_NOTIMPL; }
+  STDMETHODIMP GetTimeSpan(Parameter<&IPropertyValue::GetTimeSpan>) override { return E_NOTIMPL; }
+  STDMETHODIMP GetPoint(Parameter<&IPropertyValue::GetPoint>) override { return E_NOTIMPL; }
+  STDMETHODIMP GetSize(Parameter<&IPropertyValue::GetSize>) override { return E_NOTIMPL; }
+  STDMETHODIMP GetRect(Parameter<&IPropertyValue::GetRect>) override { return E_NOTIMPL; }
   STDMETHODIMP GetUInt8Array(UINT32*, BYTE**) override { return E_NOTIMPL; }
   STDMETHODIMP GetInt16Array(UINT32*, INT16**) override { return E_NOTIMPL; }
   STDMETHODIMP GetUInt16Array(UINT32*, UINT16**) override { return E_NOTIMPL; }
@@ -109,11 +135,21 @@ struct UnimplementedValue : IPropertyValue {
   STDMETHODIMP GetStringArray(UINT32*, HSTRING**) override { return E_NOTIMPL; }
   STDMETHODIMP GetInspectableArray(UINT32*, IInspectable***) override { return E_NOTIMPL; }
   STDMETHODIMP GetGuidArray(UINT32*, GUID**) override { return E_NOTIMPL; }
-  STDMETHODIMP GetDateTimeArray(UINT32*, DateTime**) override { return E_NOTIMPL; }
-  STDMETHODIMP GetTimeSpanArray(UINT32*, TimeSpan**) override { return E_NOTIMPL; }
-  STDMETHODIMP GetPointArray(UINT32*, Point**) override { return E_NOTIMPL; }
-  STDMETHODIMP GetSizeArray(UINT32*, Size**) override { return E_NOTIMPL; }
-  STDMETHODIMP GetRectArray(UINT32*, Rect**) override { return E_NOTIMPL; }
+  STDMETHODIMP GetDateTimeArray(UINT32*, Parameter<&IPropertyValue::GetDateTimeArray, 1>) override {
+    return E_NOTIMPL;
+  }
+  STDMETHODIMP GetTimeSpanArray(UINT32*, Parameter<&IPropertyValue::GetTimeSpanArray, 1>) override {
+    return E_NOTIMPL;
+  }
+  STDMETHODIMP GetPointArray(UINT32*, Parameter<&IPropertyValue::GetPointArray, 1>) override {
+    return E_NOTIMPL;
+  }
+  STDMETHODIMP GetSizeArray(UINT32*, Parameter<&IPropertyValue::GetSizeArray, 1>) override {
+    return E_NOTIMPL;
+  }
+  STDMETHODIMP GetRectArray(UINT32*, Parameter<&IPropertyValue::GetRectArray, 1>) override {
+    return E_NOTIMPL;
+  }
 };
 
 }  // namespace TestSupport

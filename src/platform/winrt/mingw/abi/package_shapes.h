@@ -9,9 +9,10 @@
 
 // The package manager's interfaces, which the headers of this toolchain lack, as Windows documents
 // them. Each operation is in the slot that it has in Windows, so that the order of the lines is the
-// contract; those after the last one that is called may be missing. The last parameter is the
-// result. A result that is an object or a text comes with a reference, which the caller owns.
-// Objects that are not used here are typed as IInspectable, which makes no difference to the call.
+// contract. All slots are declared, since stand-ins implement these interfaces. The last parameter
+// is the result. A result that is an object or a text comes with a reference, which the caller
+// owns. Objects that are not used here are typed as IInspectable, which makes no difference to the
+// call.
 namespace Zq::Gantry::Platform::WinRt {
 
 /// Windows.Foundation.IUriRuntimeClass: an address, such as that of a logo.
@@ -160,7 +161,25 @@ struct IPackageManager : IInspectable {
                                                          IInspectable** operation) = 0;
   /// The packages of all users; administrators only.
   virtual HRESULT STDMETHODCALLTYPE FindPackages(IPackageIterable** value) = 0;
-  // Ten further operations follow; none is called.
+  // None of the others is called.
+  virtual HRESULT STDMETHODCALLTYPE FindPackagesByUserSecurityId(HSTRING user,
+                                                                 IPackageIterable** value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE FindPackagesByNamePublisher(HSTRING name, HSTRING publisher,
+                                                                IPackageIterable** value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE FindPackagesByUserSecurityIdNamePublisher(
+      HSTRING user, HSTRING name, HSTRING publisher, IPackageIterable** value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE FindUsers(HSTRING fullName, IInspectable** value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE SetPackageState(HSTRING fullName, INT32 state) = 0;
+  virtual HRESULT STDMETHODCALLTYPE FindPackageByPackageFullName(HSTRING fullName,
+                                                                 IPackage** value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE CleanupPackageForUserAsync(HSTRING name, HSTRING user,
+                                                               IInspectable** operation) = 0;
+  virtual HRESULT STDMETHODCALLTYPE FindPackagesByPackageFamilyName(HSTRING familyName,
+                                                                    IPackageIterable** value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE FindPackagesByUserSecurityIdPackageFamilyName(
+      HSTRING user, HSTRING familyName, IPackageIterable** value) = 0;
+  virtual HRESULT STDMETHODCALLTYPE
+  FindPackageByUserSecurityIdPackageFullName(HSTRING user, HSTRING fullName, IPackage** value) = 0;
 };
 
 }  // namespace Zq::Gantry::Platform::WinRt

@@ -27,7 +27,7 @@ foreach(line IN LISTS lines)
     OBJECT_DEPENDS "${resources}/${number}.ico")
   set_target_properties(${program} PROPERTIES
     OUTPUT_NAME "${stem}" LINKER_LANGUAGE CXX
-    RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin/drive_c/${place}")
+    RUNTIME_OUTPUT_DIRECTORY "$<1:${CMAKE_BINARY_DIR}/bin/drive_c/${place}>")
   target_link_libraries(${program} PRIVATE desktop_program)
 endforeach()
 

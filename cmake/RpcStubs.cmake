@@ -3,8 +3,12 @@
 # the header <name>.h. A program that links one must define MIDL_user_allocate and MIDL_user_free.
 enable_language(C)
 
-if(MSVC)
-  find_program(WATTLEAF_MIDL midl REQUIRED)
+# MIDL is in the SDK's folder, which is on the search path in a developer prompt only.
+set(uses_midl OFF)
+if(MSVC AND CMAKE_HOST_WIN32)
+  set(uses_midl ON)
+  set(sdk "$ENV{ProgramFiles\(x86\)}/Windows Kits/10/bin/${CMAKE_VS_WINDOWS_TARGET_PLATFORM_VERSION}/x64")
+  find_program(WATTLEAF_MIDL midl HINTS "${sdk}" "$ENV{WindowsSdkVerBinPath}/x64" REQUIRED)
 else()
   find_program(WATTLEAF_WIDL x86_64-w64-mingw32-widl REQUIRED)
 endif()
@@ -14,8 +18,9 @@ function(wattleaf_rpc_stubs name idl)
   set(folder "${CMAKE_CURRENT_BINARY_DIR}/${name}")
   set(header "${folder}/${name}.h")
   file(MAKE_DIRECTORY "${folder}")
-  if(MSVC)
-    set(commands COMMAND "${WATTLEAF_MIDL}" /nologo /env x64 /out "${folder}" /h "${name}.h"
+  if(uses_midl)
+    # MIDL too would look for the compiler, which preprocesses the source, on the search path.
+    set(commands COMMAND "${WATTLEAF_MIDL}" /nologo /env x64 /cpp_cmd "${CMAKE_CXX_COMPILER}" /out "${folder}" /h "${name}.h"
       /cstub "${name}_client.c" /sstub "${name}_server.c" "${source}")
   else()
     # Interpreted stubs, because the others need headers of Wine.

@@ -2,7 +2,7 @@
 # includes each header folder through a link of its own, because /usr/include contains Linux headers.
 set(WATTLEAF_DEPS "${CMAKE_SOURCE_DIR}/build/deps" CACHE PATH "The folder of the sources that tools/setup downloads")
 
-if(MSVC)
+if(MSVC AND NOT WATTLEAF_MSVC_ABI)
   find_package(RapidJSON CONFIG REQUIRED)
   find_package(CLI11 CONFIG REQUIRED)
   find_package(pugixml CONFIG REQUIRED)
@@ -38,6 +38,9 @@ function(wattleaf_packaged_headers target folder)
 endfunction()
 
 wattleaf_packaged_headers(wattleaf_rapidjson rapidjson)
+if(WATTLEAF_MSVC_ABI)
+  include("${CMAKE_SOURCE_DIR}/tools/msvc-abi/rapidjson.cmake")
+endif()
 if(WIN32)
   wattleaf_packaged_headers(wattleaf_cli11 CLI)
 endif()

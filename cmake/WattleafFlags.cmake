@@ -9,6 +9,10 @@ set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 find_package(Threads REQUIRED)
 
+if(WATTLEAF_MSVC_ABI)
+  add_subdirectory("${CMAKE_SOURCE_DIR}/tools/msvc-abi" "${CMAKE_BINARY_DIR}/msvc-abi")
+  target_link_libraries(wattleaf_flags INTERFACE msvc_abi)
+endif()
 if(MSVC)
   # 4251, 4275: the contract requires exported classes with members and bases from the standard library.
   # /EHsc-: functions with C linkage may throw. Tests fake calls of Windows that do.

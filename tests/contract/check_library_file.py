@@ -32,9 +32,13 @@ WINDOWS_LIBRARIES = {
 HOST_LIBRARY = "LOGGING.DLL"
 # Shared with the host, so that an exception of the library leaves no state in the program that catches it.
 RUNTIME_LIBRARIES = {"LIBGCC_S_SEH-1.DLL", "LIBSTDC++-6.DLL", "LIBWINPTHREAD-1.DLL"}
+MSVC_RUNTIME_LIBRARIES = {"MSVCP140.DLL", "UCRTBASE.DLL", "VCRUNTIME140.DLL"}
+# Which of Wine's libraries the calls of Windows are imported from when it takes the place of the SDK (tools/msvc-abi).
+MSVC_ABI_LIBRARIES = {"COMBASE.DLL", "KERNELBASE.DLL", "VCRUNTIME140_1.DLL"}
 FACTORY = "ZQCreateService"
 # Apart from the factory, only members of this system's own classes are exported.
 OWN_MEMBER = re.compile(r"_Z(T[VIS])?NK?2Zq6Gantry")
+MSVC_OWN_MEMBER = re.compile(r"\?.*@Gantry@Zq@@")
 
 # The operations of WattleafHelper that others may call.
 HELPER_OPERATIONS = (
@@ -96,13 +100,19 @@ def mangled_member(owner, member):
     return f"{len(owner)}{owner}{member if special else f'{len(member)}{member}'}"
 
 
-def find_missing_shared(exports):
+def decorated_member(owner, member):
+    """The same of a name that is decorated for MSVC. Which of several constructors it is, is not looked at."""
+    special = re.match(r"(C1|D1|aS)E", member)
+    return {"C1": "??0", "D1": "??1", "aS": "??4"}[special[1]] + f"{owner}@" if special else f"?{member}@{owner}@"
+
+
+def find_missing_shared(exports, member_text):
     for owner, members in SHARED_MEMBERS.items():
         for member in members:
-            if not any(mangled_member(owner, member) in name for name in exports):
+            if not any(member_text(owner, member) in name for name in exports):
                 yield f"does not export {owner}: {member}"
     for constant in SHARED_CONSTANTS:
-        if not any(f"{len(constant)}{constant}" in name for name in exports):
+        if not any(re.search(rf"(?:{len(constant)}|\?){constant}", name) for name in exports):
             yield f"does not export {constant}"
 
 
@@ -114,23 +124,27 @@ def read_tables(objdump, library):
     return imports, exports
 
 
-def find_faults(imports, exports):
+def find_faults(imports, exports, is_msvc):
     names = {name.upper() for name in imports}
-    for name in sorted(names - WINDOWS_LIBRARIES - RUNTIME_LIBRARIES - {HOST_LIBRARY}):
+    runtime = MSVC_RUNTIME_LIBRARIES if is_msvc else RUNTIME_LIBRARIES
+    member_text = decorated_member if is_msvc else mangled_member
+    own_member = MSVC_OWN_MEMBER if is_msvc else OWN_MEMBER
+    allowed = WINDOWS_LIBRARIES | runtime | (MSVC_ABI_LIBRARIES if is_msvc else set())
+    for name in sorted(names - allowed - {HOST_LIBRARY}):
         yield f"needs {name}, which is neither a Windows library, Logging.dll nor the C++ runtime"
     if HOST_LIBRARY not in names:
         yield "does not import Logging.dll (or the import table could not be parsed)"
-    for name in sorted(RUNTIME_LIBRARIES - names):
+    for name in sorted(runtime - names):
         yield f"does not import {name}: it does not share the C++ runtime of its callers"
     if FACTORY not in exports:
         yield f"does not export {FACTORY} undecorated"
     for operation in HELPER_OPERATIONS:
-        mangled = f"14WattleafHelper{len(operation)}{operation}E"
-        if not any(mangled in name for name in exports):
+        text = member_text("WattleafHelper", operation) + ("" if is_msvc else "E")
+        if not any(text in name for name in exports):
             yield f"does not export WattleafHelper::{operation}"
-    yield from find_missing_shared(exports)
+    yield from find_missing_shared(exports, member_text)
     for name in sorted(exports - {FACTORY}):
-        if not OWN_MEMBER.match(name):
+        if not own_member.match(name):
             yield f"exports {name}, which is no member of this system's classes"
         if "_white_list" in name:
             yield f"exports {name}, of which only copies may leave the library"
@@ -139,10 +153,11 @@ def find_faults(imports, exports):
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("--objdump", required=True)
+    parser.add_argument("--msvc", action="store_true", help="the names are decorated for MSVC")
     parser.add_argument("library")
     arguments = parser.parse_args()
     imports, exports = read_tables(arguments.objdump, arguments.library)
-    faults = list(find_faults(imports, exports))
+    faults = list(find_faults(imports, exports, arguments.msvc))
     for fault in faults:
         print(f"{arguments.library}: {fault}")
     if faults:

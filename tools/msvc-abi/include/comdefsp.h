@@ -1,0 +1,2 @@
+// Smart pointers of the SDK, which nothing here uses.
+#pragma once

@@ -215,7 +215,7 @@ class SignedFiles(KeyTextTest):
         data = self.sign(an_executable(), "first", "signed.dll").read_bytes()
         self.assert_refused(self.save(data[:-8]), "its signature is cut off")
         self.assert_refused(self.save(data[:40]), "it is cut off")
-        self.assert_refused(self.save(data[:0x3C] + bytes(4) + data[0x40:]), "it begins like an executable, but is none")
+        self.assert_refused(self.save(data[:0x3C] + bytes(4) + data[0x40:]), "it begins like an executable, but is not one")
 
 
 class OtherFiles(KeyTextTest):
@@ -229,7 +229,7 @@ class OtherFiles(KeyTextTest):
             (der[:1], "it is cut off"),
             (bytes.fromhex("3003020101"), "it has another form than expected"),
             (bytes.fromhex("3000"), "it has another form than expected"),
-            (pem.replace(b"\nMII", b"\nMI*"), "its PEM text is damaged"),
+            (pem.replace(b"\nMII", b"\n*MII"), "its PEM text is damaged"),
             (pem.replace(b"END", b"AND"), "its PEM text has no certificate and no RSA key"),
             (b"-----BEGIN DH PARAMETERS-----\nMAA=\n-----END DH PARAMETERS-----\n",
              "its PEM text has no certificate and no RSA key"),

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "days/sample_file.h"
 #include "explain/ledger_comparison.h"
-#include "explain/sample_file.h"
 
 // What the subcommand doctor finds on a machine; Diagnose (diagnosis.h) says what it means. All
 // texts are UTF-8, all times ISO 8601.

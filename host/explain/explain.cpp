@@ -7,11 +7,11 @@
 #include "base/utf8_text.h"
 #include "command_line/console.h"
 #include "command_line/places.h"
+#include "days/sample_days.h"
+#include "days/stored_ledger.h"
 #include "explain/day_explanation.h"
 #include "explain/explanation_text.h"
 #include "explain/ledger_comparison.h"
-#include "explain/sample_days.h"
-#include "explain/stored_ledger.h"
 #include "files/data_copy.h"
 
 namespace WattleafHost {

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
+#include "days/sample_file.h"
 #include "explain/day_explanation.h"
 #include "explain/ledger_comparison.h"
-#include "explain/sample_file.h"
 
 namespace WattleafHost {
 

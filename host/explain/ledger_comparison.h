@@ -4,13 +4,10 @@
 #include <string>
 
 #include "base/calendar.h"
+#include "days/stored_ledger.h"
 #include "explain/day_explanation.h"
-#include "explain/sample_file.h"
 
 namespace WattleafHost {
-
-/// What the ledger's file is.
-enum class LedgerState { kAbsent, kLeftOut, kUnreadable, kRead };
 
 /// The state in words; empty for kRead.
 [[nodiscard]] const char* LedgerStateText(LedgerState state);

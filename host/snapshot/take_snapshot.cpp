@@ -2,22 +2,19 @@
 
 #include <windows.h>
 
-#include <array>
 #include <map>
 #include <utility>
 
 #include "base/byte_text.h"
-#include "base/json_rows.h"
 #include "base/local_calendar.h"
 #include "base/plain_file.h"
 #include "base/utf8_text.h"
 #include "catalogue/desktop_apps.h"
 #include "catalogue/icon_export.h"
+#include "days/sample_days.h"
+#include "days/stored_ledger.h"
 #include "files/data_copy.h"
 #include "ledger/day_energy.h"
-#include "ledger/ledger_file.h"
-#include "ledger/sample_energy.h"
-#include "ledger/sample_reader.h"
 #include "platform/wmi/platform_probes.h"
 #include "platform/wmi/support_decision.h"
 #include "reports/power_store.h"
@@ -32,41 +29,21 @@ namespace {
 namespace WMI = Zq::Gantry::Server::Shared::WMI;
 using namespace Zq::Gantry::Server::Services::Wattleaf;
 
-/// Receives rows without keeping them.
-class NoRows final : public JsonRowSink {
- public:
-  void Take(JsonRow) override {}
-};
-
 /// Copies the days of the ledger into `inputs`, or says why there are none.
 void ReadLedger(DataCopy& copy, const DateTime& today, SnapshotInputs& inputs) {
-  const std::wstring path = copy.File(kLedgerFileName);
-  if (!copy.Add(kLedgerFileName)) {
-    inputs.ledgerProblem = copy.FindLeftOut(kLedgerFileName) ? kLedgerUnreadable : kNoLedger;
-    return;
+  StoredLedger ledger = ReadStoredLedger(copy, OldestDay(today));
+  if (ledger.state == LedgerState::kRead) {
+    inputs.ledger = std::move(ledger.days);
+  } else {
+    inputs.ledgerProblem = ledger.state == LedgerState::kAbsent ? kNoLedger : kLedgerUnreadable;
   }
-  NoRows none;
-  if (ReadJsonRows(path, {}, none) != JsonRowsOutcome::kRows) {
-    inputs.ledgerProblem = kLedgerUnreadable;
-    return;
-  }
-  LoadLedger(path, OldestDay(today), inputs.ledger);
 }
 
 /// The energy by hour of one day, as command 4 works it out.
 std::map<int, float> ReadHours(DataCopy& copy, const DateTime& day) {
   copy.AddSamplesOf(day);
-  const auto decrypt = [](const std::wstring& path) {
-    static_cast<void>(DecryptSampleFile(path));  // The result is always false.
-  };
-  return HourlyEnergyWh(day, [&](const DateTime& wanted, JsonRowSink& samples) {
-    auto outcome = JsonRowsOutcome::kUnreadable;
-    const auto read = [&](const std::wstring& path) {
-      outcome = ReadJsonRows(path, kSampleMembers, samples);
-    };
-    return UseSamplesOfDay(copy.Folder(), wanted, decrypt, read) &&
-           outcome == JsonRowsOutcome::kRows;
-  });
+  SampleDays samples(copy);
+  return HourlyEnergyWh(day, samples.Reader());
 }
 
 /// Makes no icons.

@@ -1,4 +1,4 @@
-#include "explain/stored_ledger.h"
+#include "days/stored_ledger.h"
 
 #include <array>
 #include <string_view>
@@ -39,7 +39,9 @@ std::optional<float> StoredLedger::Find(const DateTime& day) const {
   return found->second;
 }
 
-StoredLedger ReadStoredLedger(DataCopy& copy) {
+StoredLedger ReadStoredLedger(DataCopy& copy) { return ReadStoredLedger(copy, EarliestDay()); }
+
+StoredLedger ReadStoredLedger(DataCopy& copy, const DateTime& oldest) {
   StoredLedger ledger;
   if (!copy.Add(kLedgerFileName)) {
     if (copy.FindLeftOut(kLedgerFileName)) ledger.state = LedgerState::kLeftOut;
@@ -47,7 +49,7 @@ StoredLedger ReadStoredLedger(DataCopy& copy) {
   }
   const std::wstring path = copy.File(kLedgerFileName);
   ledger.state = IsJsonList(path) ? LedgerState::kRead : LedgerState::kUnreadable;
-  LoadLedger(path, EarliestDay(), ledger.days);
+  LoadLedger(path, oldest, ledger.days);
   return ledger;
 }
 

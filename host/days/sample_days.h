@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "base/json_rows.h"
-#include "explain/sample_file.h"
+#include "days/sample_file.h"
 #include "files/data_copy.h"
 #include "ledger/day_energy.h"
 

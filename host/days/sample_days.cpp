@@ -1,4 +1,4 @@
-#include "explain/sample_days.h"
+#include "days/sample_days.h"
 
 #include <windows.h>
 

@@ -1,4 +1,4 @@
-#include "explain/sample_file.h"
+#include "days/sample_file.h"
 
 namespace WattleafHost {
 

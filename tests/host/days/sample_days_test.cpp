@@ -1,4 +1,4 @@
-#include "explain/sample_days.h"
+#include "days/sample_days.h"
 
 #include <windows.h>
 
@@ -8,8 +8,8 @@
 #include <gtest/gtest.h>
 
 #include "base/date_time_text.h"
+#include "days/stored_ledger.h"
 #include "explain/day_explanation.h"
-#include "explain/stored_ledger.h"
 #include "ledger/encrypted_samples.h"
 #include "support/temp_folder.h"
 

@@ -2,13 +2,15 @@
 
 #include <optional>
 
-#include "explain/ledger_comparison.h"
 #include "files/data_copy.h"
 #include "ledger/power_ledger.h"
 
 namespace WattleafHost {
 
-/// The ledger's file, with the days that a pass drops because they are too old.
+/// What the ledger's file is.
+enum class LedgerState { kAbsent, kLeftOut, kUnreadable, kRead };
+
+/// The ledger's file.
 struct StoredLedger {
   LedgerState state = LedgerState::kAbsent;
   Zq::Gantry::Server::Services::Wattleaf::PowerLedger days;
@@ -18,7 +20,11 @@ struct StoredLedger {
       const Zq::Gantry::Server::Services::Wattleaf::DateTime& day) const;
 };
 
-/// Adds the ledger to the copy and reads it there.
+/// Adds the ledger to the copy and reads it there, with the days that a pass drops because they are
+/// too old.
 [[nodiscard]] StoredLedger ReadStoredLedger(DataCopy& copy);
+/// The same with the days after `oldest` only.
+[[nodiscard]] StoredLedger ReadStoredLedger(
+    DataCopy& copy, const Zq::Gantry::Server::Services::Wattleaf::DateTime& oldest);
 
 }  // namespace WattleafHost

@@ -124,10 +124,11 @@ void Replace(const std::wstring& path, const std::string& before, const std::str
   WriteWholeFile(path, text.replace(position, before.size(), after));
 }
 
-class Doctoring : public testing::Test {
+class Doctoring : public TestSupport::OnNotebook {
  protected:
   void SetUp() override {
-    if (!TestSupport::HasNotebook()) GTEST_SKIP() << "no simulated notebook on this machine";
+    OnNotebook::SetUp();
+    if (IsSkipped()) return;
     fs::remove_all(kData);
   }
 

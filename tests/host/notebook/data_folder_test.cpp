@@ -14,13 +14,15 @@
 
 #include "answers/answer.h"
 #include "host/notebook/notebook.h"
-#include "host/notebook/notebook_days.h"
+#include "host/notebook/pass_answers.h"
 #include "platform/win32/owners.h"
 #include "support/scoped_variable.h"
 #include "support/temp_folder.h"
 
 using testing::HasSubstr;
 using testing::StartsWith;
+using TestSupport::AnswersAfterAPass;
+using TestSupport::AnswerText;
 using TestSupport::NotebookRun;
 using TestSupport::ReadWholeFile;
 using TestSupport::RunOnNotebook;
@@ -30,12 +32,7 @@ namespace {
 
 constexpr wchar_t kNotebookData[] = L"C:\\ProgramData\\ZQ\\TelemetryDataCollector\\PCMCollector";
 
-class HostDataFolder : public testing::Test {
- protected:
-  void SetUp() override {
-    if (!TestSupport::HasNotebook()) GTEST_SKIP() << "no simulated notebook on this machine";
-  }
-};
+class HostDataFolder : public TestSupport::OnNotebook {};
 
 /// Attributes, times of creation and last change, and bytes of each file, by name.
 using FilesState = std::map<std::wstring, std::tuple<DWORD, DWORD, DWORD, DWORD, std::string>>;
@@ -77,22 +74,6 @@ std::map<std::string, double> ValuesBy(const char* member, const std::string& ki
         row["value"].IsNull() ? -1.0 : row["value"].GetDouble();
   }
   return values;
-}
-
-std::string AnswerText(const rapidjson::Document& answers, unsigned int command) {
-  return answers["commands"][command - 1]["text"].GetString();
-}
-
-/// Runs a pass with a seed under which the last two days have energy; its answers as JSON.
-rapidjson::Document AnswersAfterAPass() {
-  const TestSupport::NotebookDays days;
-  const auto seed = days.SeedWhere(
-      [&days](std::uint64_t one) { return days.HasEnergy(one, 1) && days.HasEnergy(one, 2); });
-  const ScopedVariable chosen(L"WATTLEAF_COLLECTOR_SEED", std::to_wstring(seed));
-  rapidjson::Document answers;
-  const NotebookRun run = RunOnNotebook({L"serve-once", L"--json"});
-  EXPECT_FALSE(answers.Parse(run.host.output.c_str()).HasParseError()) << run.host.output;
-  return answers;
 }
 
 void ExpectSeries(const std::string& text, const std::map<std::string, double>& exported) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <string>
 #include <vector>
 
@@ -25,6 +27,14 @@ struct NotebookRun {
 
 /// False on a machine without the simulated notebook, where its tests are skipped.
 [[nodiscard]] bool HasNotebook(const std::wstring& host = InstalledHost());
+
+/// A test that is skipped on a machine without the simulated notebook.
+class OnNotebook : public testing::Test {
+ protected:
+  void SetUp() override {
+    if (!HasNotebook()) GTEST_SKIP() << "no simulated notebook on this machine";
+  }
+};
 
 /// Makes the simulated collector record its calls, in programs that are run while this object
 /// exists.

@@ -23,20 +23,15 @@ using testing::Contains;
 using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
-using TestSupport::HasNotebook;
 using TestSupport::NotebookRun;
+using TestSupport::OnNotebook;
 using TestSupport::RunOnNotebook;
 using TestSupport::ScopedVariable;
 using WattleafHost::TryReadRanking;
 
 namespace {
 
-class HostNotebook : public testing::Test {
- protected:
-  void SetUp() override {
-    if (!HasNotebook()) GTEST_SKIP() << "no simulated notebook on this machine";
-  }
-};
+class HostNotebook : public OnNotebook {};
 
 constexpr wchar_t kStore[] =
     L"C:\\ProgramData\\ZQ\\TelemetryDataCollector\\PCMCollector\\Powerlog.json";

@@ -19,13 +19,14 @@
 namespace TestSupport {
 
 /// Runs of the host on an empty data folder, with reports of chosen applications only.
-class UntidyApplications : public testing::Test {
+class UntidyApplications : public TestSupport::OnNotebook {
  protected:
   static constexpr wchar_t kData[] = L"C:\\ProgramData\\ZQ\\TelemetryDataCollector\\PCMCollector";
   static constexpr wchar_t kPackages[] = L"C:\\Program Files\\WindowsApps\\";
 
   void SetUp() override {
-    if (!TestSupport::HasNotebook()) GTEST_SKIP() << "no simulated notebook on this machine";
+    OnNotebook::SetUp();
+    if (IsSkipped()) return;
     std::filesystem::remove_all(kData);
   }
 

@@ -46,10 +46,11 @@ double Energy(std::int64_t seconds, double power) {
   return counts ? static_cast<double>(seconds) * power : 0.0;
 }
 
-class UntidySamples : public testing::Test {
+class UntidySamples : public TestSupport::OnNotebook {
  protected:
   void SetUp() override {
-    if (!TestSupport::HasNotebook()) GTEST_SKIP() << "no simulated notebook on this machine";
+    OnNotebook::SetUp();
+    if (IsSkipped()) return;
     if (days.ClocksChange()) GTEST_SKIP() << "the clocks change in these days";
     fs::remove_all(kData);
   }

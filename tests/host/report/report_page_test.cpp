@@ -5,73 +5,32 @@
 #include <map>
 #include <string>
 
+#include "host/report/sample_figures.h"
 #include "report/report_page.h"
 
 using namespace std::string_literals;
 using namespace WattleafHost;
 using testing::HasSubstr;
 using testing::Not;
+using TestSupport::Count;
+using TestSupport::Known;
+using TestSupport::SampleSnapshot;
+using TestSupport::Share;
+using TestSupport::Shares;
 
 namespace {
 
 constexpr std::size_t kMostPageBytes = 200 * 1000;
 const std::string kPng = "\x89PNG\r\n\x1A\n"s;
 
-EnergyPoint Known(const std::string& label, const std::string& begin, double energyWh) {
-  EnergyPoint point;
-  point.label = label;
-  point.begin = begin;
-  point.energyWh = energyWh;
-  point.hasData = true;
-  return point;
-}
-
-ApplicationShare Share(const std::string& name, double percent, const std::string& icon = "") {
-  ApplicationShare share;
-  share.name = name;
-  share.percent = percent;
-  share.icon = icon;
-  return share;
-}
-
-ApplicationShares Shares(const std::vector<ApplicationShare>& largest, double everythingElse) {
-  ApplicationShares shares;
-  shares.largest = largest;
-  shares.everythingElsePercent = everythingElse;
-  shares.days = 30;
-  return shares;
-}
-
-Snapshot Sample() {
-  Snapshot snapshot;
-  snapshot.hostVersion = "1.2.3";
-  snapshot.machine = "NB-0417";
-  snapshot.takenAt = "2026-11-22T18:59:01+01:00";
-  snapshot.supportState = 1;
-  snapshot.averageDayWh = 1000.0;
-  snapshot.trees = 3.65;
-  snapshot.bookedDaysOfAverage = 6;
-  snapshot.hours = {Known("14:00", "2026-11-22T14:00:00+01:00", 15.2)};
-  snapshot.days = {Known("Sat", "2026-11-21T00:00:00+01:00", 288.46)};
-  snapshot.months = {Known("Nov", "2026-11-01T00:00:00+01:00", 4564.96)};
-  snapshot.applications = Shares({Share("Finch Music", 30.0), Share("Otter Chat", 10.0)}, 60.0);
-  return snapshot;
-}
-
 std::string NoIcon(const std::string&) { return {}; }
 
 std::string Page(const Snapshot& snapshot) { return ReportPage(snapshot, &NoIcon); }
 
 std::string PageWith(const ApplicationShares& applications) {
-  Snapshot snapshot = Sample();
+  Snapshot snapshot = SampleSnapshot();
   snapshot.applications = applications;
   return Page(snapshot);
-}
-
-int Count(const std::string& text, const std::string& part) {
-  int count = 0;
-  for (auto at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++count;
-  return count;
 }
 
 /// The text from `begin` up to `end`, without both.
@@ -87,9 +46,9 @@ std::string PageOf(const std::string& text) {
   Snapshot snapshot;
   snapshot.hostVersion = snapshot.machine = snapshot.takenAt = text;
   snapshot.ledgerProblem = text;
-  snapshot.hours.assign(12, Known(text, text, -1.7e308));
-  snapshot.days.assign(7, Known(text, text, -1.7e308));
-  snapshot.months.assign(6, Known(text, text, -1.7e308));
+  snapshot.hours.assign(12, Known(text, -1.7e308, text));
+  snapshot.days.assign(7, Known(text, -1.7e308, text));
+  snapshot.months.assign(6, Known(text, -1.7e308, text));
   snapshot.applications = Shares(std::vector<ApplicationShare>(20, Share(text, 2.5, "icon")), 50.0);
   return Page(snapshot);
 }
@@ -97,7 +56,7 @@ std::string PageOf(const std::string& text) {
 }  // namespace
 
 TEST(HostReportPage, NamesTheMachineAndTheTime) {
-  const std::string page = Page(Sample());
+  const std::string page = Page(SampleSnapshot());
   EXPECT_THAT(page, HasSubstr("<title>Energy report of NB-0417</title>"));
   EXPECT_THAT(page, HasSubstr("<bdi>NB-0417</bdi>"));
   EXPECT_THAT(page, HasSubstr("<time datetime=\"2026-11-22T18:59:01+01:00\">"
@@ -106,7 +65,7 @@ TEST(HostReportPage, NamesTheMachineAndTheTime) {
 }
 
 TEST(HostReportPage, ForbidsEverythingButInlineStyleAndImagesAsData) {
-  const std::string page = Page(Sample());
+  const std::string page = Page(SampleSnapshot());
   EXPECT_EQ(Between(page, "http-equiv=\"Content-Security-Policy\" content=\"", "\""),
             "default-src 'none'; style-src 'unsafe-inline'; img-src data:; base-uri 'none'; "
             "form-action 'none'");
@@ -123,14 +82,14 @@ TEST(HostReportPage, NamesTheStateOfSupport) {
       {7, "state warn\">Unknown<"},
   };
   for (const auto& [state, text] : states) {
-    Snapshot snapshot = Sample();
+    Snapshot snapshot = SampleSnapshot();
     snapshot.supportState = state;
     EXPECT_THAT(Page(snapshot), HasSubstr("<span id=\"support\" class=\"" + text)) << state;
   }
 }
 
 TEST(HostReportPage, HasTheAverageAndTheTreesWithTheirFormula) {
-  const std::string page = Page(Sample());
+  const std::string page = Page(SampleSnapshot());
   EXPECT_THAT(page, HasSubstr("<span id=\"average\">1,000.00</span> <span class=\"unit\">Wh"));
   EXPECT_THAT(page, HasSubstr("Booked: 6 of 7 days."));
   EXPECT_THAT(page, HasSubstr("<span id=\"trees\">3.65</span></dd>"));
@@ -141,7 +100,7 @@ TEST(HostReportPage, HasTheAverageAndTheTreesWithTheirFormula) {
 }
 
 TEST(HostReportPage, DistinguishesAnAverageWithoutDataFromZero) {
-  Snapshot snapshot = Sample();
+  Snapshot snapshot = SampleSnapshot();
   snapshot.averageDayWh = snapshot.trees = 0.0;
   EXPECT_THAT(Page(snapshot), HasSubstr("<span id=\"average\">0.00</span>"));
   snapshot.bookedDaysOfAverage = 0;
@@ -150,14 +109,14 @@ TEST(HostReportPage, DistinguishesAnAverageWithoutDataFromZero) {
 }
 
 TEST(HostReportPage, SaysWhyThereAreNoBookedDays) {
-  EXPECT_THAT(Page(Sample()), Not(HasSubstr("No booked days")));
-  Snapshot snapshot = Sample();
+  EXPECT_THAT(Page(SampleSnapshot()), Not(HasSubstr("No booked days")));
+  Snapshot snapshot = SampleSnapshot();
   snapshot.ledgerProblem = "ledger not readable";
   EXPECT_THAT(Page(snapshot), HasSubstr("No booked days: ledger not readable."));
 }
 
 TEST(HostReportPage, HasAChartAndATableOfEachSeries) {
-  const std::string page = Page(Sample());
+  const std::string page = Page(SampleSnapshot());
   EXPECT_THAT(page, HasSubstr("<h2 id=\"hours\">Last 12 hours"));
   EXPECT_THAT(page, HasSubstr("<h2 id=\"days\">Last 7 days"));
   EXPECT_THAT(page, HasSubstr("<h2 id=\"months\">Last 6 months"));
@@ -172,14 +131,14 @@ TEST(HostReportPage, HasAChartAndATableOfEachSeries) {
 }
 
 TEST(HostReportPage, SaysNoDataInTheTables) {
-  Snapshot snapshot = Sample();
+  Snapshot snapshot = SampleSnapshot();
   snapshot.days[0].hasData = false;
   EXPECT_THAT(Between(Page(snapshot), "<table id=\"days-table\"", "</table>"),
               HasSubstr("<td>no data</td>"));
 }
 
 TEST(HostReportPage, HasARowForEachApplicationAndOneForEverythingElse) {
-  const std::string page = Page(Sample());
+  const std::string page = Page(SampleSnapshot());
   EXPECT_THAT(page, HasSubstr("Applications of the last 30 days"));
   const std::string rows = Between(page, "<tbody role=\"rowgroup\">\n", "</tbody>");
   EXPECT_EQ(Count(rows, "<tr "), 3);
@@ -196,7 +155,7 @@ TEST(HostReportPage, HasARowForEachApplicationAndOneForEverythingElse) {
 }
 
 TEST(HostReportPage, DrawsSharesInProportionToTheLargestRow) {
-  const std::string page = Page(Sample());
+  const std::string page = Page(SampleSnapshot());
   EXPECT_THAT(page, HasSubstr("width=\"50%\" height=\"10\""));
   EXPECT_THAT(page, HasSubstr("width=\"16.67%\" height=\"10\""));
   EXPECT_THAT(page, HasSubstr("width=\"100%\" height=\"10\" rx"));
@@ -228,7 +187,7 @@ TEST(HostReportPage, DrawsNoBarForNegativeSharesAndWhatIsNoNumber) {
 }
 
 TEST(HostReportPage, SaysWhyThereAreNoApplications) {
-  Snapshot snapshot = Sample();
+  Snapshot snapshot = SampleSnapshot();
   snapshot.applications.reset();
   snapshot.applicationsProblem = "store not readable";
   const std::string page = Page(snapshot);
@@ -237,7 +196,7 @@ TEST(HostReportPage, SaysWhyThereAreNoApplications) {
 }
 
 TEST(HostReportPage, HasIconsAsData) {
-  Snapshot snapshot = Sample();
+  Snapshot snapshot = SampleSnapshot();
   snapshot.applications = Shares(
       {Share("a", 50.0, "C:\\a.png"), Share("b", 20.0, "C:\\b.txt"), Share("c", 10.0)}, 20.0);
   std::vector<std::string> read;
@@ -279,7 +238,7 @@ TEST(HostReportPage, IsWholeWithoutAnyData) {
 }
 
 TEST(HostReportPage, PrintsNeitherNaNNorInfinity) {
-  Snapshot snapshot = Sample();
+  Snapshot snapshot = SampleSnapshot();
   snapshot.averageDayWh = std::numeric_limits<double>::quiet_NaN();
   snapshot.trees = std::numeric_limits<double>::infinity();
   snapshot.hours[0].energyWh = std::numeric_limits<double>::infinity();

@@ -13,12 +13,16 @@
 #include "answers/answer.h"
 #include "base/utf8_text.h"
 #include "host/notebook/notebook.h"
-#include "host/notebook/notebook_days.h"
+#include "host/notebook/pass_answers.h"
+#include "host/report/sample_figures.h"
 #include "platform/win32/owners.h"
 #include "support/scoped_variable.h"
 #include "support/temp_folder.h"
 
 using testing::HasSubstr;
+using TestSupport::AnswersAfterAPass;
+using TestSupport::AnswerText;
+using TestSupport::Count;
 using TestSupport::NotebookRun;
 using TestSupport::ReadWholeFile;
 using TestSupport::RunOnNotebook;
@@ -26,12 +30,7 @@ using TestSupport::ScopedVariable;
 
 namespace {
 
-class HostReport : public testing::Test {
- protected:
-  void SetUp() override {
-    if (!TestSupport::HasNotebook()) GTEST_SKIP() << "no simulated notebook on this machine";
-  }
-};
+class HostReport : public TestSupport::OnNotebook {};
 
 std::string TwoDigitText(double value) {
   char text[64];
@@ -39,32 +38,10 @@ std::string TwoDigitText(double value) {
   return text;
 }
 
-/// Runs a pass with a seed under which the last two days have energy; its answers as JSON.
-rapidjson::Document PassWithEnergy() {
-  const TestSupport::NotebookDays days;
-  const auto seed = days.SeedWhere(
-      [&days](std::uint64_t one) { return days.HasEnergy(one, 1) && days.HasEnergy(one, 2); });
-  const ScopedVariable chosen(L"WATTLEAF_COLLECTOR_SEED", std::to_wstring(seed));
-  rapidjson::Document answers;
-  const NotebookRun run = RunOnNotebook({L"serve-once", L"--json"});
-  EXPECT_FALSE(answers.Parse(run.host.output.c_str()).HasParseError()) << run.host.output;
-  return answers;
-}
-
-std::string TextOfCommand(const rapidjson::Document& answers, unsigned int command) {
-  return answers["commands"][command - 1]["text"].GetString();
-}
-
-int CountOf(const std::string& text, const std::string& part) {
-  int count = 0;
-  for (auto at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++count;
-  return count;
-}
-
 }  // namespace
 
 TEST_F(HostReport, HasTheFiguresOfTheCommandsAndTheIconsOfApplications) {
-  const rapidjson::Document answers = PassWithEnergy();
+  const rapidjson::Document answers = AnswersAfterAPass();
   const TestSupport::TempFolder folder;
   const NotebookRun run = RunOnNotebook({L"report", folder.File(L"page.html")});
   EXPECT_EQ(run.host.exitStatus, 0u);
@@ -73,21 +50,21 @@ TEST_F(HostReport, HasTheFiguresOfTheCommandsAndTheIconsOfApplications) {
   EXPECT_EQ(run.host.output, Zq::Gantry::Server::Services::Wattleaf::ToUtf8(path) + "\n");
   const std::string page = ReadWholeFile(path);
   EXPECT_THAT(page, HasSubstr("<span id=\"average\">" +
-                              TwoDigitText(std::stod(TextOfCommand(answers, 1))) + "</span>"));
+                              TwoDigitText(std::stod(AnswerText(answers, 1))) + "</span>"));
   EXPECT_THAT(page, HasSubstr("<span id=\"trees\">" +
-                              TwoDigitText(std::stod(TextOfCommand(answers, 3))) + "</span>"));
+                              TwoDigitText(std::stod(AnswerText(answers, 3))) + "</span>"));
   EXPECT_THAT(page, HasSubstr(">Supported</span>"));
-  const auto days = WattleafHost::TryReadSeries(TextOfCommand(answers, 5));
+  const auto days = WattleafHost::TryReadSeries(AnswerText(answers, 5));
   ASSERT_TRUE(days.has_value());
   for (const auto& day : days->entries) {
     if (day.value == 0.0) continue;
     EXPECT_THAT(page, HasSubstr("<title>" + day.label + ": " + TwoDigitText(day.value) + " Wh<"));
   }
-  const auto ranking = WattleafHost::TryReadRanking(TextOfCommand(answers, 2));
+  const auto ranking = WattleafHost::TryReadRanking(AnswerText(answers, 2));
   ASSERT_TRUE(ranking.has_value());
-  EXPECT_EQ(CountOf(page, "<tr role=\"row\" class=\"one\">"), static_cast<int>(ranking->size()));
+  EXPECT_EQ(Count(page, "<tr role=\"row\" class=\"one\">"), static_cast<int>(ranking->size()));
   // Of packaged programs and of desktop programs, whose icons come from a simulated call.
-  EXPECT_GE(CountOf(page, "src=\"data:image/png;base64,iVBORw0KGgo"), 10);
+  EXPECT_GE(Count(page, "src=\"data:image/png;base64,iVBORw0KGgo"), 10);
 }
 
 TEST_F(HostReport, DaysOptionLimitsTheApplications) {

@@ -5,36 +5,20 @@
 #include <string>
 #include <vector>
 
+#include "host/report/sample_figures.h"
 #include "report/svg_chart.h"
 
 using namespace WattleafHost;
 using testing::HasSubstr;
 using testing::Not;
+using TestSupport::Count;
+using TestSupport::Known;
+using TestSupport::Unknown;
 
 namespace {
 
-EnergyPoint Known(const std::string& label, double energyWh) {
-  EnergyPoint point;
-  point.label = label;
-  point.energyWh = energyWh;
-  point.hasData = true;
-  return point;
-}
-
-EnergyPoint Unknown(const std::string& label) {
-  EnergyPoint point;
-  point.label = label;
-  return point;
-}
-
 std::string Chart(const std::vector<EnergyPoint>& points) {
   return SvgChart("days", "Last days", points);
-}
-
-int Count(const std::string& text, const std::string& part) {
-  int count = 0;
-  for (auto at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++count;
-  return count;
 }
 
 }  // namespace

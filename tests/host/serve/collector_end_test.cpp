@@ -16,9 +16,9 @@
 
 using testing::ElementsAre;
 using TestSupport::CollectorCalls;
-using TestSupport::HasNotebook;
 using TestSupport::HostRun;
 using TestSupport::InstalledHost;
+using TestSupport::OnNotebook;
 using TestSupport::RunProgram;
 using TestSupport::ScopedVariable;
 
@@ -39,12 +39,8 @@ std::wstring InstallProbe() {
   return probe;
 }
 
-class HostEndWhileCollecting : public testing::Test {
+class HostEndWhileCollecting : public OnNotebook {
  protected:
-  void SetUp() override {
-    if (!HasNotebook()) GTEST_SKIP() << "no simulated notebook on this machine";
-  }
-
   void ExpectEndsSoon(const wchar_t* moment) {
     const std::wstring probe = InstallProbe();
     const auto start = std::chrono::steady_clock::now();

@@ -13,8 +13,8 @@
 
 using testing::ElementsAreArray;
 using TestSupport::CollectorCalls;
-using TestSupport::HasNotebook;
 using TestSupport::NotebookRun;
+using TestSupport::OnNotebook;
 using TestSupport::RunOnNotebook;
 using TestSupport::ScopedVariable;
 
@@ -49,12 +49,8 @@ std::vector<std::string> OwnLines(const std::vector<std::string>& log) {
   return own;
 }
 
-class HostCollectorStart : public testing::Test {
+class HostCollectorStart : public OnNotebook {
  protected:
-  void SetUp() override {
-    if (!HasNotebook()) GTEST_SKIP() << "no simulated notebook on this machine";
-  }
-
   /// Runs the host, which completes no pass, and compares the outcome.
   static void ExpectNoPassAnd(const Outcome& expected) {
     const CollectorCalls calls;

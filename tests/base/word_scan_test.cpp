@@ -44,12 +44,14 @@ TEST(IsSameText, IsFalseForATextAndItsBeginning) {
 }
 
 TEST(FindZeroByte, FindsTheFirstOfTwo) {
-  for (std::size_t length = 1; length < kLengths; ++length) {
-    for (std::size_t place = 0; place < length; ++place) {
-      std::string text(length, '\x01');
-      text.back() = '\0';
-      text[place] = '\0';
-      EXPECT_EQ(FindZeroByte(text), place) << length;
+  for (const char other : {'\x01', 'a', '\x80', '\xFF'}) {
+    for (std::size_t length = 1; length < kLengths; ++length) {
+      for (std::size_t place = 0; place < length; ++place) {
+        std::string text(length, other);
+        text.back() = '\0';
+        text[place] = '\0';
+        EXPECT_EQ(FindZeroByte(text), place) << length;
+      }
     }
   }
 }

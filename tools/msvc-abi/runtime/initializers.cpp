@@ -23,6 +23,8 @@ __declspec(allocate(".CRT$XPZ")) Function __xp_z[] = {nullptr};
 __declspec(allocate(".CRT$XTA")) Function __xt_a[] = {nullptr};
 __declspec(allocate(".CRT$XTZ")) Function __xt_z[] = {nullptr};
 
+// The object with the names of POSIX.
+#pragma comment(linker, "/include:wmemset")
 // Called as imports, so that the linker would not look for them in this archive.
 #pragma comment(linker, "/include:?__ExceptionPtrRethrow@@YAXPEBX@Z")
 #pragma comment(linker, "/include:?_Throw_Cpp_error@std@@YAXH@Z")

@@ -2,12 +2,12 @@
 
 #include <rapidjson/document.h>
 #include <rapidjson/filewritestream.h>
-#include <rapidjson/writer.h>
 
 #include <functional>
 #include <string>
 
 #include "base/json_limits.h"
+#include "base/json_memory.h"
 
 // JSON files of the data folder as documents. json_rows.h reads the same files without one.
 namespace Zq::Gantry::Server::Services::Wattleaf {
@@ -16,7 +16,7 @@ namespace Zq::Gantry::Server::Services::Wattleaf {
 using GenericDocument = rapidjson::GenericDocument<rapidjson::UTF8<char>>;
 
 /// RapidJSON's writer into a file: no white space, the shortest text of each number.
-using JsonWriter = rapidjson::Writer<rapidjson::FileWriteStream>;
+using JsonWriter = JsonWriterInto<rapidjson::FileWriteStream>;
 
 /// Reads a file into a new heap document, which the caller owns. Null if the file cannot be opened
 /// or parsed, or breaks a limit. A link is followed, so callers check the path first

@@ -1,11 +1,10 @@
 #pragma once
 
-#include <rapidjson/reader.h>
-
 #include <cstddef>
 #include <cstdint>
 
 #include "base/json_limits.h"
+#include "base/json_memory.h"
 
 // Parsing a JSON text within the limits, for the two readers of this folder: json_document.h keeps
 // everything, json_rows.h keeps what its caller asks for.
@@ -69,7 +68,7 @@ class GuardedJsonHandler {
 template <unsigned flags, typename Stream, typename Target>
 [[nodiscard]] bool ParseJson(Stream& stream, Target& target, std::size_t mostOpenValues) {
   GuardedJsonHandler<Target> handler(target, mostOpenValues);
-  rapidjson::Reader reader;
+  JsonReader reader;
   return !reader.Parse<flags>(stream, handler).IsError();
 }
 

@@ -17,7 +17,7 @@ std::filesystem::path NativePath(const std::wstring& path) {
 UniqueFile Open(const std::wstring& path, const char* mode) {
   try {
     return UniqueFile(std::fopen(NativePath(path).c_str(), mode));
-  } catch (const std::exception&) {
+  } catch (const std::filesystem::filesystem_error&) {
     return UniqueFile();
   }
 }
@@ -37,7 +37,7 @@ UniqueFile OpenSharedForReading(const std::wstring& path) { return OpenForReadin
 UniqueFile OpenForWriting(const std::wstring& path) {
   try {
     return MayBeWritten(path) ? Open(path, "wb") : UniqueFile();
-  } catch (const std::exception&) {
+  } catch (const std::filesystem::filesystem_error&) {
     return UniqueFile();
   }
 }

@@ -1,14 +1,12 @@
 #include "ledger/series.h"
 
-#include <rapidjson/stringbuffer.h>
-#include <rapidjson/writer.h>
-
 #include <array>
 #include <cstddef>
 
 #include "base/byte_text.h"
 #include "base/calendar.h"
 #include "base/date_text.h"
+#include "base/json_memory.h"
 #include "base/local_calendar.h"
 #include "ledger/sample_energy.h"
 
@@ -111,7 +109,7 @@ std::string MonthLabel(DateTime now, const Month& month) {
   return FormatDateTime(now, "%b");
 }
 
-using Writer = rapidjson::Writer<rapidjson::StringBuffer>;
+using Writer = JsonWriterInto<JsonBuffer>;
 
 double ShownEnergy(const SeriesEntry& entry) {
   return static_cast<double>(FiniteOrZero(entry.energyWh));
@@ -179,7 +177,7 @@ Series MonthSeries(const DateTime& today, const DateTime& now, const PowerLedger
 }
 
 std::wstring SeriesText(const Series& series, const char* labelKey) {
-  rapidjson::StringBuffer buffer;
+  JsonBuffer buffer;
   Writer writer(buffer);
   writer.StartObject();
   writer.Key("Range");

@@ -1,8 +1,5 @@
 #include "reports/power_store.h"
 
-#include <rapidjson/stringbuffer.h>
-#include <rapidjson/writer.h>
-
 #include <array>
 #include <charconv>
 #include <cstdio>
@@ -10,6 +7,7 @@
 #include <utility>
 
 #include "base/date_text.h"
+#include "base/json_memory.h"
 #include "base/json_rows.h"
 #include "base/wide_file.h"
 
@@ -51,8 +49,8 @@ class StoredRowCollector final : public JsonRowSink {
 };
 
 std::string InJson(std::string_view text) {
-  rapidjson::StringBuffer buffer;
-  rapidjson::Writer<rapidjson::StringBuffer> writer(buffer);
+  JsonBuffer buffer;
+  JsonWriterInto<JsonBuffer> writer(buffer);
   writer.String(text.data(), static_cast<rapidjson::SizeType>(text.size()));
   return {buffer.GetString(), buffer.GetSize()};
 }

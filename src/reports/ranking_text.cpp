@@ -1,10 +1,8 @@
 #include "reports/ranking_text.h"
 
-#include <rapidjson/stringbuffer.h>
-#include <rapidjson/writer.h>
-
 #include <string_view>
 
+#include "base/json_memory.h"
 #include "base/utf8_text.h"
 #include "reports/decimal_text.h"
 
@@ -12,7 +10,7 @@ namespace Zq::Gantry::Server::Services::Wattleaf {
 
 namespace {
 
-using Writer = rapidjson::Writer<rapidjson::StringBuffer>;
+using Writer = JsonWriterInto<JsonBuffer>;
 
 bool WriteText(Writer& writer, const std::string& text) {
   return writer.String(text.data(), static_cast<rapidjson::SizeType>(text.size()));
@@ -46,7 +44,7 @@ RankingRequest SplitRankingRequest(const std::wstring& input) {
 }
 
 std::wstring RankingText(const Ranking& ranking) {
-  rapidjson::StringBuffer buffer;
+  JsonBuffer buffer;
   Writer writer(buffer);
   static_cast<void>(WriteRanking(writer, ranking));
   return FromUtf8(std::string_view(buffer.GetString(), buffer.GetSize()));

@@ -6,6 +6,8 @@
 #include <functional>
 #include <span>
 
+#include "base/json_memory.h"
+
 // Whether the measuring service may run on this machine: the decision and the checks that it is
 // based on. The means to send a command, and the answers, are arguments; nothing here calls the
 // system.
@@ -38,7 +40,10 @@ using BiosCommandRunner = std::function<bool(const BiosCommand&)>;
 [[nodiscard]] bool ReadPlatformFlag(const BiosCommandRunner& run);
 
 /// RapidJSON's document over wide characters, for texts as WMI returns them.
-using WideDocument = rapidjson::GenericDocument<rapidjson::UTF16<wchar_t>>;
+using WideDocument =
+    rapidjson::GenericDocument<rapidjson::UTF16<wchar_t>,
+                               rapidjson::MemoryPoolAllocator<Services::Wattleaf::JsonMemory>,
+                               Services::Wattleaf::JsonMemory>;
 using WideValue = WideDocument::ValueType;
 
 /// Whether a text in the array "result" of `document`, an object, contains "CarbonSupport=1", in

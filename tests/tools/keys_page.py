@@ -65,7 +65,7 @@ def run_blocks(blocks, source, preface, environment):
     if run.returncode != 0:
         mistakes.append(f"status {run.returncode} in block {len(outputs)} of {len(blocks)}")
     if mistakes:
-        print(run.stdout)
+        print("\n".join(run.stdout.splitlines()[-60:]))
     return mistakes
 
 

@@ -21,8 +21,10 @@ foreach(name libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
   endif()
   set(file "${CMAKE_BINARY_DIR}/bin/${name}")
   list(APPEND WATTLEAF_RUNTIME_FILES "${file}")
-  if("${source}" IS_NEWER_THAN "${file}")
+  if("${source}" IS_NEWER_THAN "${file}" OR "${CMAKE_CURRENT_LIST_FILE}" IS_NEWER_THAN "${file}")
     file(MAKE_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
-    execute_process(COMMAND "${CMAKE_STRIP}" -o "${file}" "${source}" COMMAND_ERROR_IS_FATAL ANY)
+    # The program would write the current time into the header.
+    execute_process(COMMAND "${CMAKE_COMMAND}" -E env SOURCE_DATE_EPOCH=0 "${CMAKE_STRIP}" -o "${file}" "${source}"
+      COMMAND_ERROR_IS_FATAL ANY)
   endif()
 endforeach()

@@ -83,9 +83,6 @@ set(CPACK_ARCHIVE_PACKAGE_FILE_NAME "${CPACK_PACKAGE_FILE_NAME}")
 set(CPACK_ARCHIVE_SYMBOLS_FILE_NAME "${CPACK_PACKAGE_FILE_NAME}-symbols")
 # Only on request (tests/tools), because the tests must be built before.
 set(CPACK_ARCHIVE_TESTS_FILE_NAME "${CPACK_PACKAGE_FILE_NAME}-tests")
-# Files have permissions of their own; folders would have what the shell of the build allows.
-set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
-  OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 # CPack gives all files of a zip this time. A zip holds local time too.
 file(CONFIGURE OUTPUT "${CMAKE_BINARY_DIR}/package/CPackDate.cmake" @ONLY CONTENT [[
 include("@CMAKE_SOURCE_DIR@/cmake/SourceDate.cmake")

@@ -32,7 +32,7 @@ NO_SIGNATURE = 0x800B0100        # TRUST_E_NOSIGNATURE
 DISTRUSTED = 0x800B0111          # TRUST_E_EXPLICIT_DISTRUST: the machine's list of certificates that it rejects
 CERT_SIGNATURE = 0x80096004      # TRUST_E_CERT_SIGNATURE
 BAD_DIGEST = 0x80096010          # TRUST_E_BAD_DIGEST
-NO_AUTHORITY = 0x80096019        # TRUST_E_BASIC_CONSTRAINTS: the issuer's certificate is none of an authority
+NO_AUTHORITY = 0x80096019        # TRUST_E_BASIC_CONSTRAINTS: the issuer's certificate is not that of an authority
 BAD_SIGNATURE = 0x80090006       # NTE_BAD_SIGNATURE
 HASH_VALUE = 0x80091007          # CRYPT_E_HASH_VALUE
 

@@ -38,10 +38,12 @@ rem a program that ends in the middle may have status 0.
 set /a programs+=1, planned=0, passed=0, failed=0, skipped=0
 "bin\%2.exe" > "logs\%2.log" 2>&1
 set "status=%errorlevel%"
+rem A process that a test started may end later and hold the log open until then: a redirection could not read it.
+copy "logs\%2.log" "logs\%2.lines" > nul
 rem Only lines of GoogleTest itself: the text of a failure may have quotes that the comparisons below cannot hold.
-find "[==========] Running" < "logs\%2.log" > "logs\%2.counts"
-find "[  PASSED  ]" < "logs\%2.log" >> "logs\%2.counts"
-find "listed below:" < "logs\%2.log" >> "logs\%2.counts"
+find "[==========] Running" < "logs\%2.lines" > "logs\%2.counts"
+find "[  PASSED  ]" < "logs\%2.lines" >> "logs\%2.counts"
+find "listed below:" < "logs\%2.lines" >> "logs\%2.counts"
 for /f "usebackq tokens=1-5" %%a in ("logs\%2.counts") do (
   if "%%a %%b"=="[==========] Running" set "planned=%%c"
   if "%%a%%b%%c"=="[PASSED]" set "passed=%%d"
@@ -50,7 +52,7 @@ for /f "usebackq tokens=1-5" %%a in ("logs\%2.counts") do (
   if "%%a%%b%%c%%e"=="[SKIPPED]tests," set "skipped=%%d"
   if "%%a%%b%%c%%e"=="[SKIPPED]test," set "skipped=%%d"
 )
-del "logs\%2.counts"
+del "logs\%2.lines" "logs\%2.counts"
 set /a passed_%1+=passed, failed_%1+=failed, skipped_%1+=skipped, ended=passed+failed+skipped
 set "verdict=passed"
 if not "%failed%"=="0" set "verdict=FAILED"

@@ -113,6 +113,11 @@ class Script(unittest.TestCase):
         self.assertEqual(shown[9], "core: 11 passed, 4 failed, 0 skipped")
         self.assertEqual(shown[12:], [f"FAILED: core.{name}" for name, *_ in kinds] + ["FAILED: host.missing"])
 
+    def test_reads_the_log_while_a_process_that_a_test_left_has_it_open(self):
+        self.add("left_tests", [*GOOD, "leave a process"])
+        code, shown = self.run_all()
+        self.assertEqual((code, shown[0], shown[-1]), (0, "core.left_tests: passed", "all passed"))
+
     def test_says_that_its_list_is_missing(self):
         code, shown = run_script(self.folder, "core")
         self.assertEqual((code, shown), (2, ["tests.txt is missing: this script runs where it was unpacked, beside bin."]))

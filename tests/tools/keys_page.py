@@ -122,7 +122,9 @@ class Build:
         # seconds, so it is made only here.
         self.run("bin/wattleaf_host.exe", {
             "-o bin/wattleaf_host.exe": f"{self.keys_object} -o {self.own}/bin/wattleaf_host.exe",
-            "lib/libwattleaf_host.dll.a": self.own / "lib/libwattleaf_host.dll.a"})  # fmt: skip
+            "lib/libwattleaf_host.dll.a": self.own / "lib/libwattleaf_host.dll.a",
+            # After the link the debug symbols are split off.
+            self.build / "bin/wattleaf_host.exe": self.own / "bin/wattleaf_host.exe"})  # fmt: skip
         drive = Path(os.environ["PREFIX"]) / "drive_c"
         own = drive / OWN_INSTALLED
         shutil.rmtree(own, ignore_errors=True)

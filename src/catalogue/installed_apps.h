@@ -1,8 +1,8 @@
 #pragma once
 
-#include <atomic>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <utility>
 
@@ -28,11 +28,20 @@ template <typename Value>
 class Published {
  public:
   /// Never null; a default-constructed value before the first Replace.
-  [[nodiscard]] std::shared_ptr<const Value> Current() const { return current_.load(); }
-  void Replace(Value value) { current_.store(std::make_shared<const Value>(std::move(value))); }
+  [[nodiscard]] std::shared_ptr<const Value> Current() const {
+    const std::lock_guard guard(lock_);
+    return current_;
+  }
+  void Replace(Value value) {
+    auto other = std::make_shared<const Value>(std::move(value));
+    const std::lock_guard guard(lock_);
+    current_.swap(other);  // the old value is released after the lock
+  }
 
  private:
-  std::atomic<std::shared_ptr<const Value>> current_{std::make_shared<const Value>()};
+  // Not std::atomic<std::shared_ptr>: in libstdc++ 12 its load races with a store.
+  mutable std::mutex lock_;
+  std::shared_ptr<const Value> current_ = std::make_shared<const Value>();
 };
 
 }  // namespace Zq::Gantry::Server::Services::Wattleaf

@@ -1,5 +1,6 @@
 # Language level, warnings and platform definitions. Every target of this project links wattleaf_flags.
 option(WATTLEAF_SANITIZE "AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
+option(WATTLEAF_SANITIZE_THREADS "ThreadSanitizer" OFF)
 option(WATTLEAF_FUZZ "Instrumented portable core and its fuzz targets; needs clang" OFF)
 
 add_library(wattleaf_flags INTERFACE)
@@ -36,6 +37,10 @@ if(WATTLEAF_SANITIZE)
     -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer
     $<$<BOOL:${unchecked}>:-fno-sanitize=${unchecked}>)
   target_link_options(wattleaf_flags INTERFACE -fsanitize=address,undefined)
+endif()
+if(WATTLEAF_SANITIZE_THREADS)
+  target_compile_options(wattleaf_flags INTERFACE -fsanitize=thread -fno-omit-frame-pointer)
+  target_link_options(wattleaf_flags INTERFACE -fsanitize=thread)
 endif()
 if(WATTLEAF_FUZZ)
   # RapidJSON's empty stack adds an offset to a null pointer, but only compares the sum.

@@ -77,6 +77,15 @@ class RunCases(unittest.TestCase):
             "Day.IsShort failed", "Share/Day.Ends/0 failed",
             "failed, with GTEST_RANDOM_SEED=1; 1 cases passed"]))
 
+    def test_shows_the_figures_of_cases_that_pass(self):
+        status, lines = self.run_program("""
+            start(2)
+            begin("Day.IsCut"); print("noise"); print("figures: 7 lengths"); end("Day.IsCut", "OK ")
+            begin("Day.IsLong"); print("no figures: 8"); end("Day.IsLong", "OK ")
+            finish(2)
+            """)
+        self.assertEqual((status, lines), (0, ["figures: 7 lengths", "cases: 2 passed, 0 skipped"]))
+
     def test_fails_for_a_failed_case_even_with_status_0(self):
         status, lines = self.run_program("""
             start(1)

@@ -1,141 +1,61 @@
-// A host that ends in the middle of a first pass over 211 days, at a hundred moments from the first
-// file call to the last, and the pass of the next process. The samples are not encrypted: data
-// protection would take most of the time. The pass runs in ledger_pass_probe.
+// A host that is killed in the middle of a pass, at random calls from the first file call to the
+// last or from outside after random times, and the pass of the next process. The pass runs in
+// ledger_pass_probe. The samples are not encrypted: data protection would take most of the time.
 //
-// Each moment takes more than a second. Without WATTLEAF_ALL_MOMENTS in the environment, only every
-// tenth is tested.
+// Without WATTLEAF_ALL_MOMENTS in the environment, only a few moments are tested.
+// WATTLEAF_SEED=N chooses other ones.
 
 #include <windows.h>
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <iterator>
 #include <map>
-#include <memory>
-#include <optional>
+#include <random>
+#include <set>
 #include <string>
 #include <vector>
 
-#include "base/json_document.h"
-#include "collection/ledger_fixture.h"
-#include "ledger/encrypted_samples.h"
-#include "ledger/fake_days.h"
+#include "collection/notebook_folder.h"
+#include "collection/pass_model.h"
 #include "platform/win32/owners.h"
 
 using namespace TestSupport;
 using Zq::Gantry::Platform::UniqueHandle;
-using Zq::Gantry::Server::Services::Wattleaf::GenericDocument;
-using Zq::Gantry::Server::Services::Wattleaf::LoadJsonDocument;
 
 namespace {
 
-constexpr int kOldest = 210;
-constexpr int kMoments = 100;
-constexpr int kShares = 10;
+constexpr int kMoments = 200;
+constexpr int kQuickMoments = 5;
+constexpr int kTimes = 40;
+constexpr int kQuickTimes = 2;
+constexpr unsigned kSeed = 20240508;
 constexpr DWORD kInterrupted = 9;
 
-using Energies = std::map<std::string, float>;
+/// The booked days without samples, which a cut ledger loses.
+constexpr int kBookedDaysWithoutSamples = 187;
 
-std::wstring Wide(const std::string& ascii) { return {ascii.begin(), ascii.end()}; }
-
-std::string DateOfDay(int back) { return DateBefore(kToday, back); }
-
-// Three powers for each day, which differ between days less than 37 days apart.
-float EarlyWatts(int back) { return 20.0F + static_cast<float>(back % 37); }
-float NoonWatts(int back) { return 30.0F + static_cast<float>(back % 41); }
-float LateWatts(int back) { return 40.0F + static_cast<float>(back % 43); }
-
-std::string DaySamples(int back) {
-  const std::string date = DateOfDay(back);
-  const auto at = [&](const char* time, float watts) {
-    return Sample(date + "T" + time, std::to_string(static_cast<int>(watts)));
-  };
-  return List({at("00:02:00", EarlyWatts(back)), at("12:00:00", NoonWatts(back)),
-               at("12:05:00", 5000.0F), at("23:58:00", LateWatts(back))});
+FolderState FolderAfterThePass() {
+  DayEnergies memory;
+  return AfterPass(FolderBeforeThePass(), memory);
 }
 
-/// The booked energy: from the last sample of the day before to the first of this day, the five
-/// minutes at noon, and from the last sample to the first of the day after if that day still has
-/// samples.
-float DayEnergy(int back, bool hasDayBefore, bool hasDayAfter) {
-  float sumWh = 0.0F;
-  if (hasDayBefore) sumWh += 240.0F * LateWatts(back + 1) / 3600.0F;
-  sumWh += 300.0F * NoonWatts(back) / 3600.0F;
-  if (hasDayAfter) sumWh += 240.0F * EarlyWatts(back - 1) / 3600.0F;
-  return sumWh / 0.88F;
-}
-
-/// The ledger of an uninterrupted pass. Only today and yesterday keep their samples, so only
-/// yesterday and the day before it are linked to the day after.
-Energies UninterruptedLedger() {
-  Energies energies;
-  for (int back = 0; back <= kOldest; ++back) {
-    energies[DateOfDay(back)] = DayEnergy(back, back < kOldest, back == 1 || back == 2);
-  }
-  return energies;
-}
-
-/// A data folder with the samples of all days.
-class DataFolder {
- public:
-  DataFolder() {
-    for (int back = 0; back <= kOldest; ++back) {
-      WriteWholeFile(SamplePath(back), Base64(Utf16(DaySamples(back))));
-    }
-  }
-
-  std::wstring Path() const { return folder_.Path(); }
-
-  bool HasSamples(int back) const { return FileExists(SamplePath(back)); }
-
-  std::vector<int> DaysWithSamples() const {
-    std::vector<int> days;
-    for (int back = 0; back <= kOldest; ++back) {
-      if (HasSamples(back)) days.push_back(back);
-    }
-    return days;
-  }
-
-  int PlainCopies() const {
-    int count = 0;
-    WIN32_FIND_DATAW entry{};
-    const Zq::Gantry::Platform::UniqueFindHandle search(
-        FindFirstFileW(folder_.File(L"unencrypt-*").c_str(), &entry));
-    if (!search) return 0;
-    do ++count;
-    while (FindNextFileW(search.get(), &entry));
-    return count;
-  }
-
-  /// Empty if the file is missing or truncated.
-  std::optional<Energies> SavedLedger() const {
-    const std::unique_ptr<GenericDocument> document(
-        LoadJsonDocument(folder_.File(L"PowerConsumption.json")));
-    if (!document) return std::nullopt;
-    Energies energies;
-    for (const auto& element : document->GetArray()) {
-      energies[element["Key"].GetString()] = element["Value"].GetFloat();
-    }
-    return energies;
-  }
-
- private:
-  std::wstring SamplePath(int back) const {
-    return folder_.File(L"PcmSampleData_" + Wide(DateOfDay(back)) + L".json");
-  }
-
-  const TempFolder folder_;
-};
-
-/// Runs ledger_pass_probe, from the folder of this program, for one pass. Returns its exit status.
-DWORD RunPass(const DataFolder& data, const std::vector<std::wstring>& steps) {
+/// Runs ledger_pass_probe, from the folder of this program, for one pass, and kills it after
+/// `milliseconds`. Returns its exit status.
+DWORD RunPass(const NotebookFolder& data, const std::vector<std::wstring>& steps,
+              DWORD milliseconds = INFINITE) {
   std::array<wchar_t, MAX_PATH> path{};
   GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size() - 1));
   const std::wstring self = path.data();
+  const TempFolder tool;
+  WriteWholeFile(tool.File(L"report.xml"), ReportOfApplications());
   std::wstring line = L"\"" + self.substr(0, self.find_last_of(L'\\')) +
-                      L"\\ledger_pass_probe.exe\" \"" + data.Path() + L"\" unprotected";
+                      L"\\ledger_pass_probe.exe\" \"" + data.Path() + L"\" unprotected \"tool=" +
+                      tool.File(L"report.xml") + L"\"";
   for (const std::wstring& step : steps) line += L" \"" + step + L"\"";
   line += L" pass=2024-05-08T14:30:00";
 
@@ -149,7 +69,10 @@ DWORD RunPass(const DataFolder& data, const std::vector<std::wstring>& steps) {
   }
   const UniqueHandle thread(process.hThread);
   const UniqueHandle owner(process.hProcess);
-  WaitForSingleObject(process.hProcess, INFINITE);
+  if (WaitForSingleObject(process.hProcess, milliseconds) == WAIT_TIMEOUT) {
+    TerminateProcess(process.hProcess, kInterrupted);
+    WaitForSingleObject(process.hProcess, INFINITE);
+  }
   DWORD status = 0;
   GetExitCodeProcess(process.hProcess, &status);
   return status;
@@ -158,18 +81,24 @@ DWORD RunPass(const DataFolder& data, const std::vector<std::wstring>& steps) {
 /// The counted calls of an uninterrupted pass; call numbers begin at 1.
 struct PassCalls {
   int all = 0;
+  /// From the start of the process to its end.
+  DWORD milliseconds = 0;
   /// The number of the call that opens the ledger to save it; the next two write and close it.
-  int save = 0;
+  int ledger = 0;
+  /// The same for the store.
+  int store = 0;
 };
 
 PassCalls CountCallsOfAnUninterruptedPass() {
-  const DataFolder data;
+  const NotebookFolder data(FolderBeforeThePass());
   const TempFolder reports;
-  EXPECT_EQ(RunPass(data, {L"report=" + reports.File(L"report.txt")}), 0U);
-  EXPECT_EQ(data.SavedLedger(), UninterruptedLedger());
-  EXPECT_EQ(data.DaysWithSamples(), (std::vector<int>{0, 1}));
   PassCalls calls;
-  std::sscanf(ReadWholeFile(reports.File(L"report.txt")).c_str(), "%d %d", &calls.all, &calls.save);
+  const ULONGLONG begun = GetTickCount64();
+  EXPECT_EQ(RunPass(data, {L"report=" + reports.File(L"report.txt")}), 0U);
+  calls.milliseconds = static_cast<DWORD>(GetTickCount64() - begun);
+  EXPECT_EQ(Describe(data.State()), Describe(FolderAfterThePass()));
+  std::sscanf(ReadWholeFile(reports.File(L"report.txt")).c_str(), "%d %d %d", &calls.all,
+              &calls.ledger, &calls.store);
   return calls;
 }
 
@@ -178,61 +107,159 @@ const PassCalls& CallsOfAnUninterruptedPass() {
   return calls;
 }
 
-/// What the next pass writes for the oldest day, whose saved value is not loaded.
-float OldestEnergyAfter(const DataFolder& data) {
-  if (!data.HasSamples(kOldest)) return 0.0F;
-  return DayEnergy(kOldest, false, data.HasSamples(kOldest - 1));
-}
+/// What a killed process left, in the order of a pass.
+enum class Moment {
+  kReadingSamples,
+  kAfterTheOnlyCopy,
+  kSavingTheLedger,
+  kDeletingSamples,
+  kReport,
+  kSavingTheStore,
+  kAfterTheStore
+};
 
-/// Ends a pass at call number `call`, runs the next pass and checks the folder after each.
-void InterruptAt(int call, const PassCalls& calls) {
-  SCOPED_TRACE("ended at call " + std::to_string(call));
-  const DataFolder data;
-  ASSERT_EQ(RunPass(data, {L"end-at=" + std::to_wstring(call)}), kInterrupted);
-
-  const std::vector<int> left = data.DaysWithSamples();
-  Energies expected = UninterruptedLedger();
-  std::vector<int> expectedDays = {0, 1};
-  const bool isSaved = call > calls.save + 2;
-  if (isSaved) {
-    ASSERT_EQ(data.SavedLedger(), expected);
-    // Samples of booked days that were not deleted before the end stay.
-    expected[DateOfDay(kOldest)] = OldestEnergyAfter(data);
-    expectedDays = left;
-    if (data.HasSamples(kOldest)) expectedDays.pop_back();
-  } else {
-    EXPECT_EQ(left.size(), 211U);
-    EXPECT_EQ(data.SavedLedger(), std::nullopt);
+/// The moment that follows from the files. Fails the test for files that no moment leaves.
+Moment MomentOf(const FolderState& left) {
+  const FolderState before = FolderBeforeThePass();
+  const FolderState after = FolderAfterThePass();
+  if (left.ledger != after.ledger) {
+    EXPECT_EQ(left.samples, before.samples) << "deleted before the ledger is saved";
+    EXPECT_EQ(left.store, before.store);
+    EXPECT_TRUE(!left.ledger || left.ledger == before.ledger);
+    if (!left.ledger) return Moment::kSavingTheLedger;
+    return left.copies.count(kCopiedDay) != 0 ? Moment::kReadingSamples : Moment::kAfterTheOnlyCopy;
   }
-
-  ASSERT_EQ(RunPass(data, {}), 0U);
-  EXPECT_EQ(data.SavedLedger(), expected);
-  EXPECT_EQ(data.DaysWithSamples(), expectedDays);
-  EXPECT_EQ(data.PlainCopies(), 0);
+  // The samples of the newest days are deleted first.
+  std::set<int> deletable;
+  std::ranges::set_difference(before.samples, after.samples,
+                              std::inserter(deletable, deletable.end()));
+  for (const int back : deletable) {
+    const bool isDeleted = left.samples.count(back) == 0;
+    if (isDeleted) continue;
+    for (auto later = deletable.find(back); later != deletable.end(); ++later) {
+      EXPECT_EQ(left.samples.count(*later), 1U) << *later << " is deleted before " << back;
+    }
+    EXPECT_EQ(left.store, before.store);
+    return Moment::kDeletingSamples;
+  }
+  EXPECT_EQ(left.samples, after.samples);
+  if (left.store == before.store) return Moment::kReport;
+  if (!left.store) return Moment::kSavingTheStore;
+  EXPECT_EQ(left.store, after.store);
+  return Moment::kAfterTheStore;
 }
 
-/// The parameter chooses every tenth of the hundred moments.
-class InterruptedDailyPass : public testing::TestWithParam<int> {};
+/// The days that have energy after an uninterrupted pass but not in this folder.
+int LostDays(const FolderState& folder) {
+  const DayEnergies expected = *FolderAfterThePass().ledger;
+  return static_cast<int>(std::ranges::count_if(expected, [&](const auto& entry) {
+    return entry.second != 0.0F && folder.ledger->at(entry.first) == 0.0F;
+  }));
+}
 
-auto Shares() {
-  return testing::Range(std::getenv("WATTLEAF_ALL_MOMENTS") == nullptr ? kShares - 1 : 0, kShares);
+/// How many days a moment costs. The ledger is saved after the only copy of a day was read.
+int LostDaysOf(Moment moment) {
+  if (moment == Moment::kAfterTheOnlyCopy) return 1;
+  if (moment == Moment::kSavingTheLedger) return kBookedDaysWithoutSamples + 1;
+  return 0;
+}
+
+/// Runs the pass that follows a killed one, and checks the folder before and after it.
+Moment ExpectRepair(const NotebookFolder& data) {
+  const FolderState left = data.State();
+  const Moment moment = MomentOf(left);
+
+  DayEnergies memory;
+  const FolderState expected = AfterPass(left, memory);
+  EXPECT_EQ(LostDays(expected), LostDaysOf(moment));
+  const bool hasOlderRow = moment != Moment::kSavingTheStore;
+  EXPECT_EQ(expected.store->size(), hasOlderRow ? 3U : 2U);
+
+  EXPECT_EQ(RunPass(data, {}), 0U);
+  EXPECT_EQ(Describe(data.State()), Describe(expected));
+  EXPECT_TRUE(data.Names(L"unencrypt-*").empty());
+  EXPECT_TRUE(data.Names(L"Powerlog.xml").empty());
+  return moment;
+}
+
+/// Kills a pass at call number `call`, and runs the next one.
+Moment KillAt(int call, int writtenPercent) {
+  SCOPED_TRACE("killed at call " + std::to_string(call) + ", of a write " +
+               std::to_string(writtenPercent) + " percent");
+  const NotebookFolder data(FolderBeforeThePass());
+  EXPECT_EQ(RunPass(data, {L"end-at=" + std::to_wstring(call),
+                           L"written=" + std::to_wstring(writtenPercent)}),
+            kInterrupted);
+  return ExpectRepair(data);
+}
+
+using Counts = std::map<Moment, int>;
+
+void Print(const std::string& how, Counts& counts) {
+  std::printf(
+      "figures: killed at %s: samples read %d, only copy read %d, ledger cut %d, "
+      "samples deleted %d, report %d, store cut %d, store saved %d\n",
+      how.c_str(), counts[Moment::kReadingSamples], counts[Moment::kAfterTheOnlyCopy],
+      counts[Moment::kSavingTheLedger], counts[Moment::kDeletingSamples], counts[Moment::kReport],
+      counts[Moment::kSavingTheStore], counts[Moment::kAfterTheStore]);
+}
+
+unsigned Seed() {
+  const char* seed = std::getenv("WATTLEAF_SEED");
+  return seed != nullptr ? static_cast<unsigned>(std::stoul(seed)) : kSeed;
 }
 
 }  // namespace
 
-TEST_P(InterruptedDailyPass, IsRepairedByTheNextPass) {
+TEST(InterruptedDailyPass, IsRepairedByTheNextPass) {
   const PassCalls& calls = CallsOfAnUninterruptedPass();
-  ASSERT_GT(calls.save, 4000);
-  ASSERT_GT(calls.all, calls.save + 400);
-  for (int moment = GetParam(); moment < kMoments; moment += kShares) {
-    InterruptAt(1 + moment * (calls.all - 1) / (kMoments - 1), calls);
+  ASSERT_GT(calls.ledger, 500);
+  ASSERT_GT(calls.store, calls.ledger + 20);
+  std::mt19937 random(Seed());
+  const auto below = [&](int end) {
+    return static_cast<int>(random() % static_cast<unsigned>(end));
+  };
+  const int moments = AreAllMomentsWanted() ? kMoments : kQuickMoments;
+  Counts counts;
+  for (int i = 0; i < moments && !HasFailure(); ++i) {
+    const int call = 1 + below(calls.all);
+    ++counts[KillAt(call, below(101))];
   }
+  Print(std::to_string(moments) + " of " + std::to_string(calls.all) + " calls, seed " +
+            std::to_string(Seed()),
+        counts);
 }
 
-INSTANTIATE_TEST_SUITE_P(Share, InterruptedDailyPass, Shares());
+TEST(InterruptedDailyPass, IsRepairedByTheNextPassWhenKilledFromOutside) {
+  const DWORD milliseconds = CallsOfAnUninterruptedPass().milliseconds;
+  std::mt19937 random(Seed());
+  const int times = AreAllMomentsWanted() ? kTimes : kQuickTimes;
+  Counts counts;
+  int killed = 0;
+  for (int i = 0; i < 10 * times && killed < times && !HasFailure(); ++i) {
+    const auto time = static_cast<DWORD>(random() % (milliseconds + 1));
+    SCOPED_TRACE("killed after " + std::to_string(time) + " ms");
+    const NotebookFolder data(FolderBeforeThePass());
+    if (RunPass(data, {}, time) != kInterrupted) continue;
+    ++counts[ExpectRepair(data)];
+    ++killed;
+  }
+  EXPECT_EQ(killed, times);
+  Print(std::to_string(killed) + " times", counts);
+}
 
 TEST(InterruptedLedgerSave, KeepsAllSamplesUntilTheLedgerIsClosed) {
   const PassCalls& calls = CallsOfAnUninterruptedPass();
-  // Before the ledger is opened, halfway through its only write, before it is closed, and after.
-  for (int call = calls.save; call <= calls.save + 3; ++call) InterruptAt(call, calls);
+  // Before the ledger is opened, in the middle of its only write, before it is closed, and after.
+  EXPECT_EQ(KillAt(calls.ledger, 50), Moment::kAfterTheOnlyCopy);
+  EXPECT_EQ(KillAt(calls.ledger + 1, 50), Moment::kSavingTheLedger);
+  EXPECT_EQ(KillAt(calls.ledger + 2, 50), Moment::kSavingTheLedger);
+  EXPECT_EQ(KillAt(calls.ledger + 3, 50), Moment::kDeletingSamples);
+}
+
+TEST(InterruptedStoreSave, LosesOnlyRowsThatTheToolNoLongerReports) {
+  const PassCalls& calls = CallsOfAnUninterruptedPass();
+  EXPECT_EQ(KillAt(calls.store, 50), Moment::kReport);
+  EXPECT_EQ(KillAt(calls.store + 1, 50), Moment::kSavingTheStore);
+  EXPECT_EQ(KillAt(calls.store + 2, 50), Moment::kSavingTheStore);
 }

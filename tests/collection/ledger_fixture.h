@@ -35,6 +35,7 @@ class TestHelper : public Zq::Gantry::Server::Services::Wattleaf::WattleafHelper
   using WattleafHelper::GetDevicePath;
   using WattleafHelper::GetJsonFromDate;
   using WattleafHelper::GetPowerConsumption;
+  using WattleafHelper::OnGetTop20PowerApps;
 };
 
 /// Stops the program's clock. One at a time.

@@ -5,8 +5,11 @@
 //
 //   report=PATH        the file to which later passes append a report, see RunPass
 //   unprotected        later passes read samples without data protection, which is slow
+//   tool=PATH          later passes also make the report of applications; in place of the energy
+//                      tool, this file is copied
 //   end-at=N           the N-th counted call of the next pass ends the process with status 9
 //   end-after-save=N   the same, counted from the call that opens the ledger for saving
+//   written=PERCENT    how much reaches the file if the process ends in a write; 50 without it
 //
 //   pass=TIME          runs a daily pass at that local time, "2024-05-08T14:30:00"
 //
@@ -18,7 +21,6 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -26,6 +28,7 @@
 
 #include "base/wide_file.h"
 #include "collection/ledger_fixture.h"
+#include "collection/unprotected_samples.h"
 #include "import_patch.h"
 #include "support/log_capture.h"
 #include "support/pin_zone.h"
@@ -40,6 +43,8 @@ constexpr UINT kEnded = 9;
 int g_calls = 0;
 int g_endAt = 0;
 int g_saveCall = 0;
+int g_storeCall = 0;
+std::size_t g_writtenPercent = 50;
 std::optional<int> g_endAfterSave;
 
 [[noreturn]] void EndProcess() {
@@ -72,40 +77,47 @@ class Counted<name, Result(Arguments...)> {
 
 constexpr char kAttributes[] = "GetFileAttributesW";
 constexpr char kUnlink[] = "_wunlink";
+constexpr char kOpenShared[] = "_wfopen";
+constexpr char kRead[] = "fread";
 constexpr char kClose[] = "fclose";
 constexpr char kUnprotect[] = "CryptUnprotectData";
 
 errno_t (*g_open)(std::FILE**, const wchar_t*, const wchar_t*) = nullptr;
 
 errno_t CountedOpen(std::FILE** file, const wchar_t* path, const wchar_t* mode) {
-  const bool isSave = std::wstring_view(path).ends_with(L"PowerConsumption.json") && *mode == L'w';
+  const bool isWritten = *mode == L'w';
+  const bool isSave = isWritten && std::wstring_view(path).ends_with(L"PowerConsumption.json");
   if (isSave) g_saveCall = g_calls + 1;
+  if (isWritten && std::wstring_view(path).ends_with(L"Powerlog.json")) g_storeCall = g_calls + 1;
   if (isSave && g_endAfterSave) g_endAt = g_saveCall + *g_endAfterSave;
   Count();
   return g_open(file, path, mode);
 }
 
-BOOL WINAPI OpenUnprotected(DATA_BLOB* closed, LPWSTR*, DATA_BLOB*, PVOID,
-                            CRYPTPROTECT_PROMPTSTRUCT*, DWORD, DATA_BLOB* opened) {
-  opened->pbData = static_cast<BYTE*>(LocalAlloc(LMEM_FIXED, closed->cbData));
-  opened->cbData = closed->cbData;
-  std::memcpy(opened->pbData, closed->pbData, closed->cbData);
-  return TRUE;
-}
-
 std::size_t (*g_write)(const void*, std::size_t, std::size_t, std::FILE*) = nullptr;
 
-/// If the process ends in a write, half of the data reaches the file.
+/// If the process ends in a write, a part of the data reaches the file.
 std::size_t CountedWrite(const void* data, std::size_t size, std::size_t count, std::FILE* file) {
   if (++g_calls == g_endAt) {
-    g_write(data, 1, size * count / 2, file);
+    g_write(data, 1, size * count * g_writtenPercent / 100, file);
     std::fflush(file);
     EndProcess();
   }
   return g_write(data, size, count, file);
 }
 
-/// The counted calls of a pass: those that read or change the folder, and the decryption.
+std::wstring g_toolReport;
+std::wstring g_reportPath;
+
+/// The energy tool: its report is whole when it ends.
+int RunTool(const char*) {
+  Count();
+  CopyFileW(g_toolReport.c_str(), g_reportPath.c_str(), /*failIfExists=*/FALSE);
+  Count();
+  return 0;
+}
+
+/// The counted calls of a pass: those that read or change the folder, the decryption and the tool.
 struct CountedCalls {
   CountedCalls() {
     g_open = open.Original<decltype(CountedOpen)>();
@@ -115,7 +127,10 @@ struct CountedCalls {
   const Standin::ImportPatch open{"_wfopen_s", &CountedOpen};
   const Standin::ImportPatch write{"fwrite", &CountedWrite};
   const Counted<kAttributes, decltype(GetFileAttributesW)> attributes;
+  const Standin::ImportPatch tool{"system", &RunTool};
   const Counted<kUnlink, decltype(_wunlink)> unlink;
+  const Counted<kOpenShared, decltype(_wfopen)> openShared;
+  const Counted<kRead, decltype(std::fread)> read;
   const Counted<kClose, decltype(std::fclose)> close;
   const Counted<kUnprotect, decltype(CryptUnprotectData)> unprotect;
 };
@@ -126,9 +141,14 @@ class Probe {
 
   bool Run(const std::wstring& step) {
     if (step == L"unprotected") {
-      unprotected_.emplace("CryptUnprotectData", &OpenUnprotected);
+      unprotected_.emplace();
     } else if (const auto report = ValueOf(step, L"report=")) {
       reportPath_ = *report;
+    } else if (const auto tool = ValueOf(step, L"tool=")) {
+      g_toolReport = *tool;
+      g_reportPath = folder_ + L"\\Powerlog.xml";
+    } else if (const auto percent = ValueOf(step, L"written=")) {
+      g_writtenPercent = std::stoul(*percent);
     } else if (const auto number = ValueOf(step, L"end-at=")) {
       g_endAt = std::stoi(*number);
     } else if (const auto calls = ValueOf(step, L"end-after-save=")) {
@@ -149,18 +169,19 @@ class Probe {
     return step.substr(name.size());
   }
 
-  /// Runs a pass and reports the number of counted calls, which of them opened the ledger to save
-  /// it, then the log.
+  /// Runs a pass and reports the number of counted calls, which of them opened the ledger and the
+  /// store to save them, then the log.
   void RunPass(const std::string& localTime) {
     TestSupport::FakeClock::Set(localTime);
     g_calls = 0;
     {
       const CountedCalls counted;
       helper_.CalculateDailyPowerConsumption();
+      if (!g_toolReport.empty()) helper_.OnGetTop20PowerApps();
     }
     const UniqueFile report(_wfopen(reportPath_.c_str(), L"ab"));
     if (!report) return;
-    std::fprintf(report.get(), "%d %d\n", g_calls, g_saveCall);
+    std::fprintf(report.get(), "%d %d %d\n", g_calls, g_saveCall, g_storeCall);
     for (const TestSupport::LogRecord& record : log_.Records()) {
       std::fprintf(report.get(), "%ls\n", record.text.c_str());
     }
@@ -170,7 +191,7 @@ class Probe {
   const std::wstring folder_;
   std::wstring reportPath_;
   const TestSupport::FakeClock clock_;
-  std::optional<Standin::ImportPatch> unprotected_;
+  std::optional<TestSupport::UnprotectedSamples> unprotected_;
   TestSupport::LogCapture log_;
   TestHelper helper_{folder_.c_str()};
 };

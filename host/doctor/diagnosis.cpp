@@ -395,8 +395,10 @@ void JudgeLedger(const LedgerFacts& facts, Findings& findings) {
   } else if (facts.state == LedgerState::kUnreadable) {
     findings.push_back({Severity::kProblem, "ledger", "ledger-unreadable",
                         "PowerConsumption.json is not a JSON list",
-                        "the next pass starts a new ledger: days whose samples are gone are lost",
-                        "keep a copy of the file, and look for another program that writes it"});
+                        "a running service writes its ledger again at its next pass; the first "
+                        "pass of a new start makes a new one: days whose samples are gone are lost",
+                        "let a running service run, and see that the disk has room; before a new "
+                        "start, put back a copy of the file"});
   } else if (facts.state == LedgerState::kAbsent) {
     findings.push_back({Severity::kNote, "ledger", "ledger-missing", "no PowerConsumption.json",
                         "no pass has ended here", "none; a pass runs 90 seconds after the start"});

@@ -10,15 +10,9 @@
 
 #include "calendar_days.h"
 #include "collector_settings.h"
+#include "sample_file.h"
 
 namespace Standin {
-
-/// One sample, each member as in the file. `power` is empty if the sample has none.
-struct WrittenSample {
-  std::string type;
-  std::string time;
-  std::string power;
-};
 
 /// Writes the samples of the model as the files of the data folder. Throws std::runtime_error if a
 /// file cannot be written.

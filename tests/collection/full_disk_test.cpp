@@ -17,6 +17,7 @@
 
 #include "collection/notebook_folder.h"
 #include "collection/pass_model.h"
+#include "collection/ranking_fixture.h"
 #include "collection/whole_pass_fixture.h"
 
 using namespace TestSupport;
@@ -180,6 +181,8 @@ std::vector<int> NumbersOf(const Writes& writes, int step, IsWanted isWanted) {
   return numbers;
 }
 
+using FullDiskRankingTest = RankingFixture;
+
 }  // namespace
 
 TEST_F(FullDiskTest, CostsAtMostLinksAcrossMidnightWhenAPlainCopyDoesNotFit) {
@@ -206,4 +209,21 @@ TEST_F(FullDiskTest, CostsNoDayWhenReportOrStoreDoNotFit) {
   RunAll(writes, NumbersOf(writes, 1, isReport), "report and store");
   EXPECT_EQ(newProcess_.gone, 0);
   EXPECT_EQ(newProcess_.smaller, 0);
+}
+
+TEST_F(FullDiskRankingTest, HasNoIconUntilTheNextCommandWritesItAgain) {
+  InstallPackage();
+  WriteStore({StoreRow("Alder.App", "Meadow", "1")});
+  const std::wstring request = folder.Path() + L"?7";
+  const std::wstring icon = folder.File(L"Meadow.png");
+  for (const int quarters : {0, 2}) {
+    {
+      const FullDisk full(folder.Path(), [&](int) { return quarters; });
+      EXPECT_EQ(Rank(request), LR"([{"Name":"Meadow","Icon":"","Value":100.0}])");
+      EXPECT_EQ(FullDisk::Writes(), Writes{L"Meadow.png"});
+    }
+    EXPECT_EQ(Rank(request),
+              LR"([{"Name":"Meadow","Icon":")" + InJson(icon) + LR"(","Value":100.0}])");
+    EXPECT_EQ(ReadWholeFile(icon), "the logo");
+  }
 }

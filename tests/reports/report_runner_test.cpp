@@ -11,6 +11,7 @@
 #include "import_patch.h"
 #include "reports/real_tool.h"
 #include "reports/report_commands.h"
+#include "support/real_windows.h"
 #include "support/temp_folder.h"
 
 using namespace TestSupport;
@@ -50,9 +51,15 @@ std::optional<std::wstring> ExcludeVariable() {
   return value;
 }
 
-bool IsWine() {
-  return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
+/// A program that fails with the tool's arguments and writes no report.
+void CopyDecoy(const std::wstring& path) {
+  wchar_t system[MAX_PATH] = {};
+  GetSystemDirectoryW(system, MAX_PATH);
+  ASSERT_TRUE(CopyFileW((std::wstring(system) + L"\\where.exe").c_str(), path.c_str(),
+                        /*bFailIfExists=*/TRUE));
 }
+
+constexpr char kDecoyScript[] = "@echo started> started.txt\r\n@exit /b 7\r\n";
 
 int g_searchesCurrentDirectory = -1;
 
@@ -121,8 +128,22 @@ TEST_F(RunReportToolTest, RestoresThePreviousValueOfTheVariable) {
 
 TEST_F(RunReportToolTest, DoesNotStartAProgramOfTheToolsNameInTheFolder) {
   if (IsWine()) GTEST_SKIP() << "Wine's interpreter ignores the variable";
-  WriteWholeFile(File(L"POWERCFG.bat"), "@echo started> started.txt\r\n@exit /b 7\r\n");
+  CopyDecoy(File(L"POWERCFG.com"));
+  CopyDecoy(File(L"POWERCFG.exe"));
+  for (const wchar_t* name : {L"POWERCFG.bat", L"POWERCFG.cmd", L"POWERCFG"}) {
+    WriteWholeFile(File(name), kDecoyScript);
+  }
   EXPECT_EQ(Run(kPowerReportCommand), 0);
-  EXPECT_FALSE(FileExists(File(L"started.txt")));
   EXPECT_TRUE(FileExists(File(L"Powerlog.xml")));
+  EXPECT_EQ(Run(kEnergyReportCommand), 0);
+  EXPECT_TRUE(FileExists(File(L"EnergyReport.xml")));
+  EXPECT_FALSE(FileExists(File(L"started.txt")));
+}
+
+TEST_F(RunReportToolTest, StartsTheSystemsInterpreterDespiteADecoyInTheFolder) {
+  WriteWholeFile(File(L"cmd.bat"), kDecoyScript);
+  WriteWholeFile(File(L"cmd.exe"), "no program");
+  EXPECT_EQ(Run(kPowerReportCommand), 0);
+  EXPECT_TRUE(FileExists(File(L"Powerlog.xml")));
+  EXPECT_FALSE(FileExists(File(L"started.txt")));
 }

@@ -113,6 +113,15 @@ class CheckStructure(unittest.TestCase):
         self.assertEqual(self.findings({"tests/a.cpp": "void f() {\n  if (a) a->Release();\n  return b.Release();\n}\n"}),
                          ["tests/a.cpp:2: Release outside an owner", "tests/a.cpp:3: Release outside an owner"])
 
+    def test_names_a_delete_expression_outside_a_deleter(self):
+        self.assertEqual(self.findings({"tests/a.cpp": "void f() { delete a; }\nvoid g() { if (b) delete[] b; }\n"
+                                                       "void h() { delete (c); delete ::d; }\n"}),
+                         ["tests/a.cpp:1: delete outside an owner", "tests/a.cpp:2: delete outside an owner",
+                          "tests/a.cpp:3: delete outside an owner", "tests/a.cpp:3: delete outside an owner"])
+        kept = ("struct A {\n  A(const A&) = delete;\n  void End() { delete this; }\n"
+                "  void operator()(A* a) const { delete a; }\n};\nvoid operator delete(void* block);\n")
+        self.assertEqual(self.findings({"tests/a.cpp": kept}), [])
+
     def test_names_a_release_after_return_and_after_else(self):
         self.assertEqual(self.findings({"tests/a.cpp": "return CloseHandle(a);\nif (a) b(); else fclose(a);\n"}),
                          ["tests/a.cpp:1: CloseHandle outside an owner", "tests/a.cpp:2: fclose outside an owner"])

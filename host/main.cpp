@@ -52,6 +52,7 @@ int Run(const WattleafHost::Options& options) {
 
 }  // namespace
 
+// NOLINTNEXTLINE(bugprone-exception-escape): only without memory for its own arguments
 int main() {
   WattleafHost::UseSystemZone();
   WattleafHost::PrepareConsole();

@@ -373,7 +373,7 @@ void JudgeStore(const StoreFacts& facts, const LedgerFacts& ledger, Findings& fi
   }
   JudgeStoreRows(facts, findings);
   // A pass saves the ledger and then the store, minutes later at most.
-  constexpr std::int64_t kLongestPassSeconds = 6 * 3600;
+  constexpr std::int64_t kLongestPassSeconds = std::int64_t{6} * 3600;
   const bool isOld = facts.place.changedInstant != -1 &&
                      facts.place.changedInstant + kLongestPassSeconds < ledger.place.changedInstant;
   if (isOld) {

@@ -149,6 +149,7 @@ std::vector<DayFacts> ReadDays(DataCopy& copy, const DateTime& today, const Stor
     copy.AddSamplesOf(ShiftKeepingHour(today, -back * kSecondsPerDay));
   }
   std::vector<DayFacts> days;
+  days.reserve(kDays);
   for (int back = 0; back < kDays; ++back) {
     days.push_back(
         ReadDayFacts(ShiftKeepingHour(today, -back * kSecondsPerDay), today, ledger, copy));

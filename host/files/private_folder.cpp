@@ -91,7 +91,7 @@ void RemoveEntry(const std::wstring& path, DWORD attributes) {
 }
 
 bool IsNumber(std::wstring_view text) {
-  return !text.empty() && text.find_first_not_of(L"0123456789") == text.npos;
+  return !text.empty() && text.find_first_not_of(L"0123456789") == std::wstring_view::npos;
 }
 
 /// "wattleaf-host-<process>-<number>"
@@ -99,7 +99,7 @@ bool IsNameOfPrivateFolder(std::wstring_view name) {
   if (!name.starts_with(kNameBegin)) return false;
   name.remove_prefix(kNameBegin.size());
   const std::size_t hyphen = name.find(L'-');
-  return hyphen != name.npos && IsNumber(name.substr(0, hyphen)) &&
+  return hyphen != std::wstring_view::npos && IsNumber(name.substr(0, hyphen)) &&
          IsNumber(name.substr(hyphen + 1));
 }
 
@@ -165,7 +165,7 @@ std::wstring MakePrivateFolder() {
   // existing folder is never used.
   constexpr int kMostTries = 1000;
   for (int number = 0; number < kMostTries; ++number) {
-    const std::wstring folder = stem + L"-" + std::to_wstring(number);
+    std::wstring folder = stem + L"-" + std::to_wstring(number);
     if (CreateDirectoryW(folder.c_str(), &security)) return folder;
     const DWORD error = GetLastError();
     if (error != ERROR_ALREADY_EXISTS) ThrowNoFolder(place, error);

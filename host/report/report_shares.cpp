@@ -49,6 +49,7 @@ std::vector<double> BarWidths(const std::vector<double>& percents) {
   double largest = 0.0;
   for (const double percent : percents) largest = std::max(largest, size(percent));
   std::vector<double> widths;
+  widths.reserve(percents.size());
   for (const double percent : percents) {
     widths.push_back(largest > 0.0 ? size(percent) / largest * 100.0 : 0.0);
   }

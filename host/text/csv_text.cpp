@@ -17,7 +17,7 @@ constexpr std::string_view kQuotedCharacters = ",\"\r\n";
 std::string CsvField(const std::string& text) {
   const bool isFormula =
       !text.empty() && kFormulaStarts.find(text.front()) != std::string_view::npos;
-  const std::string harmless = isFormula ? "'" + text : text;
+  std::string harmless = isFormula ? "'" + text : text;
   if (harmless.find_first_of(kQuotedCharacters) == std::string::npos) return harmless;
   std::string quoted = "\"";
   for (const char character : harmless) {

@@ -26,7 +26,8 @@ std::size_t MonthOf(const std::string& iso) {
   for (std::size_t i = 0; i < kForm.size(); ++i) {
     if (!Fits(iso[i], kForm[i])) return 0;
   }
-  const auto month = static_cast<std::size_t>((iso[5] - '0') * 10 + (iso[6] - '0'));
+  const auto digit = [&iso](std::size_t i) { return static_cast<std::size_t>(iso[i] - '0'); };
+  const std::size_t month = digit(5) * 10 + digit(6);
   return month <= kMonths.size() ? month : 0;
 }
 

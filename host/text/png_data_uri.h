@@ -7,7 +7,7 @@
 namespace WattleafHost {
 
 /// The largest file that becomes part of a page.
-inline constexpr std::size_t kMostIconBytes = 256U * 1024U;
+inline constexpr std::size_t kMostIconBytes = std::size_t{256} * 1024;
 
 /// "data:image/png;base64,..."; empty if `bytes` do not begin as a PNG file does, or are more than
 /// kMostIconBytes.

@@ -25,6 +25,7 @@ bool AddUp(const std::vector<double>& percents) {
 std::optional<std::vector<std::int64_t>> TryRoundShares(const std::vector<double>& percents) {
   if (!AddUp(percents)) return std::nullopt;
   std::vector<std::int64_t> hundredths;
+  hundredths.reserve(percents.size());
   for (const double percent : percents) {
     hundredths.push_back(static_cast<std::int64_t>(std::floor(percent * 100.0)));
   }

@@ -15,6 +15,7 @@ namespace rapidjson {
 /// The same as the parser's own function, but eight spaces at a time: a file may consist of them.
 /// Only for texts with as many zeros at their end.
 template <>
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name): theirs is `is`
 inline void SkipWhitespace(InsituStringStream& stream) {
   constexpr std::string_view kSpaces = "        ";
   static_assert(kSpaces.size() <= Zq::Gantry::Server::Services::Wattleaf::JsonText::kZerosAtEnd);

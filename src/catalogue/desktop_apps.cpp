@@ -29,7 +29,9 @@ class ValueText {
     return RegQueryValueExW(key, name, /*reserved=*/nullptr, /*type=*/nullptr,
                             reinterpret_cast<BYTE*>(text_), &bytes) == ERROR_SUCCESS;
   }
-  std::wstring Get() const { return std::wstring(text_, wcsnlen(text_, std::size(text_))); }
+  [[nodiscard]] std::wstring Get() const {
+    return std::wstring(text_, wcsnlen(text_, std::size(text_)));
+  }
 
  private:
   wchar_t text_[kTextBytes / sizeof(wchar_t)] = {};

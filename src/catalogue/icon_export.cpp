@@ -88,7 +88,7 @@ std::string ExportAppIcon(std::string path, const std::string& directory,
   if (!icon) return std::string();
 
   const IconFile file{directory, displayName};
-  const std::string target = file.Path();
+  std::string target = file.Path();
   if (file.StaysInDirectory()) {
     // Kept on purpose: the path is returned even if the file could not be written (test
     // ExportAppIcon.ReturnsThePathEvenWhenTheSaveFails).

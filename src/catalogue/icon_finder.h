@@ -49,7 +49,7 @@ class IconFinder {
   [[nodiscard]] std::string Make(const std::string& appId, std::string_view displayName) const;
 
  private:
-  std::string CopyLogosOf(const std::string& appId, const IconFile& file) const;
+  [[nodiscard]] std::string CopyLogosOf(const std::string& appId, const IconFile& file) const;
 
   const PackagedApps& packagedApps_;
   const std::string_view directory_;

@@ -9,7 +9,7 @@
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
 /// A larger manifest counts as unreadable, since the maker of the package chooses its size.
-inline constexpr std::int64_t kLargestManifestBytes = 4 * 1024 * 1024;
+inline constexpr std::int64_t kLargestManifestBytes = std::int64_t{4} * 1024 * 1024;
 
 /// Reads the logo path from the manifest at this path; leaves `logo` unchanged if there is none.
 using ManifestReader = std::function<void(const std::wstring& manifestPath, std::wstring& logo)>;

@@ -33,7 +33,10 @@ bool DecodeGroup(const char* chars, char* bytes) {
   const auto value = [chars](std::size_t i) -> unsigned {
     return kValues[static_cast<unsigned char>(chars[i])];
   };
-  const unsigned a = value(0), b = value(1), c = value(2), d = value(3);
+  const unsigned a = value(0);
+  const unsigned b = value(1);
+  const unsigned c = value(2);
+  const unsigned d = value(3);
   bytes[0] = static_cast<char>(a << 2 | b >> 4);
   bytes[1] = static_cast<char>(b << 4 | c >> 2);
   bytes[2] = static_cast<char>(c << 6 | d);

@@ -63,7 +63,7 @@ class LedgerCursor {
         if (entry_ == ledger_.end() || instant_ > day.instant) return;
       } else {
         if (entry_ == ledger_.begin()) return;
-        const Entry previous = std::prev(entry_);
+        const auto previous = std::prev(entry_);
         if (instantBefore_ == kUnknown) instantBefore_ = InstantOfKey(previous, day);
         if (instantBefore_ < day.instant) return;
         entry_ = previous;

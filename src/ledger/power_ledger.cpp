@@ -30,7 +30,7 @@ class Walk {
   }
 
  private:
-  bool IsTodayOrNeighbour(const LocalTime& day) const {
+  [[nodiscard]] bool IsTodayOrNeighbour(const LocalTime& day) const {
     return day.instant == today_.instant || day.instant == dayBefore_.instant ||
            day.instant == dayAfter_.instant;
   }

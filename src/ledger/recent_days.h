@@ -17,7 +17,7 @@ class RecentDays {
  public:
   static constexpr std::size_t kMostDays = 3;
   /// Only one text that is longer is kept.
-  static constexpr std::size_t kLongTextBytes = 4U * 1024 * 1024;
+  static constexpr std::size_t kLongTextBytes = std::size_t{4} * 1024 * 1024;
 
   /// The summary of the samples in a file, whose path names its day; null if the file has no list
   /// that parses. The file is read each time, and parsed unless a text that is kept is the same.

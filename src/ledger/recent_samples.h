@@ -15,7 +15,7 @@ class RecentSamples {
   static constexpr std::size_t kMostFiles = 3;
   /// Only one text that is longer is kept. A day of one sample a minute has 0.3 MiB; this is one
   /// sample every five seconds. With the plain copies, at most 126 MiB are kept.
-  static constexpr std::size_t kLongTextBytes = 4U * 1024 * 1024;
+  static constexpr std::size_t kLongTextBytes = std::size_t{4} * 1024 * 1024;
 
   /// What Read finds.
   struct Samples {

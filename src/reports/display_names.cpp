@@ -10,7 +10,8 @@ namespace {
 
 /// The size of an entry without its texts: two strings, a node of the map, and the heap's overhead
 /// for three blocks.
-constexpr std::size_t kEntryBytes = 2 * sizeof(std::string) + 4 * sizeof(void*) + 3 * 16;
+constexpr std::size_t kEntryBytes =
+    2 * sizeof(std::string) + 4 * sizeof(void*) + std::size_t{3} * 16;
 
 }  // namespace
 

@@ -17,7 +17,7 @@ constexpr std::string_view kRowWithoutNames =
 // 32 KiB of which less than a hundredth is lost to headers and unused ends.
 constexpr std::uint64_t kNodeBytes = 8 * sizeof(void*);
 constexpr std::uint64_t kAttributeBytes = 5 * sizeof(void*);
-constexpr std::uint64_t kPageBytes = 32 * 1024;
+constexpr std::uint64_t kPageBytes = std::uint64_t{32} * 1024;
 constexpr std::uint64_t kPageLossDivisor = 100;
 
 /// The bytes that RapidJSON's writer needs for one byte of a string.

@@ -10,7 +10,7 @@
 // below 1 GiB; docs/decisions/reports.md, "Budget", has the arithmetic.
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
-inline constexpr std::size_t kBytesPerMebibyte = 1024U * 1024;
+inline constexpr std::size_t kBytesPerMebibyte = std::size_t{1024} * 1024;
 
 /// A larger store counts as unreadable, and none is written.
 inline constexpr std::size_t kLargestPowerStoreBytes = 128 * kBytesPerMebibyte;

@@ -73,10 +73,10 @@ class PowerLog {
   struct Row {
     static constexpr std::uint32_t kRemoved = 0xFFFFFFFF;
 
-    std::uint32_t name;  ///< a number of RowNames, or kRemoved
-    std::uint32_t displayName;
+    std::uint32_t name = kRemoved;  ///< a number of RowNames, or kRemoved
+    std::uint32_t displayName = 0;
     RowTime time;
-    std::int64_t energy;
+    std::int64_t energy = 0;
 
     [[nodiscard]] bool IsRemoved() const { return name == kRemoved; }
   };

@@ -98,7 +98,7 @@ class StoreWriter {
 
   void WriteRow(const PowerLogRecord& row) {
     DateBuffer timeStamp;
-    std::array<char, 20> energy;
+    std::array<char, 20> energy{};
     const auto [end, error] =
         std::to_chars(energy.data(), energy.data() + energy.size(), row.TotalEnergy);
     static_cast<void>(error);  // twenty characters hold every number

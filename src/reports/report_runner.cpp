@@ -46,6 +46,7 @@ class ScopedSafeSearch {
 int RunReportTool(const wchar_t* folder, const char* commandLine) {
   SetCurrentDirectoryW(folder);
   const ScopedSafeSearch safeSearch;
+  // NOLINTNEXTLINE(cert-env33-c,concurrency-mt-unsafe): the interpreter searches for the tool
   return std::system(commandLine);
 }
 

@@ -16,7 +16,7 @@ namespace Zq::Gantry::Server::Services::Wattleaf {
 class RowNames {
  public:
   /// The number of a name, which is in use once more.
-  [[nodiscard]] std::uint32_t Use(std::string_view name);
+  [[nodiscard]] std::uint32_t Use(std::string_view text);
 
   /// Ends one use. The number of a name without a use may become that of another one.
   void Release(std::uint32_t number);

@@ -75,6 +75,7 @@ using UniqueSafeArray = UniqueResource<SafeArrayPolicy>;
 /// content, so they are for a variant that is still empty.
 class ScopedVariant {
  public:
+  // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): the call writes all that counts
   ScopedVariant() { VariantInit(&value_); }
   ScopedVariant(const ScopedVariant&) = delete;
   ScopedVariant& operator=(const ScopedVariant&) = delete;

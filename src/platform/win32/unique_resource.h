@@ -6,8 +6,10 @@
 #if defined(_WIN32)
 // As <windows.h> declares them. This header does not include it, since programs that use the
 // library include this header.
+// NOLINTBEGIN(readability-redundant-declaration)
 extern "C" __declspec(dllimport) unsigned long __stdcall GetLastError();
 extern "C" __declspec(dllimport) void __stdcall SetLastError(unsigned long error);
+// NOLINTEND(readability-redundant-declaration)
 #endif
 
 // The generic owner of a resource. Each kind of resource is one policy (owners.h, com_owners.h,

@@ -134,7 +134,7 @@ HRESULT ZQBiosWmi::GetBiosMethodObjectPath(VARIANT* path) {
 HRESULT ZQBiosWmi::CallMethod(const VARIANT& path, BSTR methodName, IWbemClassObject* input,
                               UniqueInterface<IWbemClassObject>& methodResult) {
   // COM takes a null text for an empty one.
-  const BSTR objectPath = path.vt == VT_BSTR ? path.bstrVal : nullptr;
+  wchar_t* const objectPath = path.vt == VT_BSTR ? path.bstrVal : nullptr;
   HRESULT result = service_.get()->ExecMethod(objectPath, methodName, 0, /*context=*/nullptr, input,
                                               methodResult.out(), /*callResult=*/nullptr);
   result = RequireObject(result, methodResult.get());

@@ -1,7 +1,5 @@
 #include "security/access/exemption_white_lists.h"
 
-#include <utility>
-
 #include "security/access/white_list_rows.h"
 
 namespace Zq::Gantry::Security {
@@ -22,7 +20,7 @@ MatchingDescriptor::~MatchingDescriptor() = default;
 
 UwpMatchingDescriptor::UwpMatchingDescriptor(Server::Uwp::UwpInformation information,
                                              enum MatchingDescriptor::Operation operation)
-    : Information(std::move(information)) {
+    : Information(information) {
   Operation = operation;
 }
 UwpMatchingDescriptor::UwpMatchingDescriptor(const UwpMatchingDescriptor& other) = default;
@@ -32,7 +30,7 @@ UwpMatchingDescriptor::~UwpMatchingDescriptor() = default;
 
 Win32MatchingDescriptor::Win32MatchingDescriptor(Server::Win32::Win32Information information,
                                                  enum MatchingDescriptor::Operation operation)
-    : Information(std::move(information)) {
+    : Information(information) {
   Operation = operation;
 }
 Win32MatchingDescriptor::Win32MatchingDescriptor(const Win32MatchingDescriptor& other) = default;

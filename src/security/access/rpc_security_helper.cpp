@@ -67,7 +67,7 @@ std::wstring ReadFamilyName(HANDLE process) {
   const LONG status = GetPackageFamilyName(process, &chars, nullptr);
   if (status != ERROR_INSUFFICIENT_BUFFER) ThrowIfFailed(status, kNoName);
   std::wstring name(chars, L'\0');
-  if (GetPackageFamilyName(process, &chars, name.data()) != 0) throw kAccessDenied;
+  if (GetPackageFamilyName(process, &chars, name.data()) != 0) throw int{kAccessDenied};
   std::erase(name, L'\0');  // the length counts the terminator
   return name;
 }

@@ -68,7 +68,8 @@ bool HasPathShape(std::wstring_view text) {
 
 bool HasTraversal(std::wstring_view text) {
   const std::size_t points = text.find(L"..");
-  return points != text.npos && text.substr(0, points).find(L'\0') == text.npos;
+  return points != std::wstring_view::npos &&
+         text.substr(0, points).find(L'\0') == std::wstring_view::npos;
 }
 
 bool IsClimbingPath(std::wstring_view text) { return HasPathShape(text) && HasTraversal(text); }

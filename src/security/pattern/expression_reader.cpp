@@ -61,7 +61,8 @@ bool ExpressionReader::TryTake(std::u16string_view token) {
 }
 
 bool ExpressionReader::IsAtQuantifier() const {
-  return !rest_.empty() && std::u16string_view(u"*+?{").find(rest_.front()) != rest_.npos;
+  return !rest_.empty() &&
+         std::u16string_view(u"*+?{").find(rest_.front()) != std::u16string_view::npos;
 }
 
 std::optional<unsigned> ExpressionReader::ReadNumber() {
@@ -166,7 +167,7 @@ std::optional<Escape> ExpressionReader::ReadEscape() {
 std::optional<ExpressionReader::ClassPart> ExpressionReader::ReadBracketedName(char16_t kind,
                                                                                Ranges& ranges) {
   const std::size_t end = rest_.find(kind);
-  if (end == rest_.npos) return std::nullopt;
+  if (end == std::u16string_view::npos) return std::nullopt;
   const std::u16string_view name = rest_.substr(0, end);
   rest_.remove_prefix(end + 1);
   if (!TryTake(u"]")) return std::nullopt;

@@ -1,6 +1,6 @@
 #include "security/pattern/pattern.h"
 
-#define PCRE2_CODE_UNIT_WIDTH 16
+#define PCRE2_CODE_UNIT_WIDTH 16  // NOLINT(cppcoreguidelines-macro-usage): for the header below
 #include <pcre2.h>
 
 #include <algorithm>

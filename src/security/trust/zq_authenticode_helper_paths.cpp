@@ -74,7 +74,7 @@ class AccountLookup {
                       &domainChars_, &use);
   }
 
-  bool Is(std::wstring_view domain, std::wstring_view name) const {
+  [[nodiscard]] bool Is(std::wstring_view domain, std::wstring_view name) const {
     return domain == domain_.data() && name == name_.data();
   }
 

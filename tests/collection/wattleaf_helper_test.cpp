@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <cerrno>
+#include <cstdint>
 #include <future>
 #include <memory>
 #include <string>
@@ -36,6 +38,9 @@ std::wstring HostDirectoryFor(const wchar_t* path) {
   const ImportPatch patch("GetModuleFileNameW", &FakeModuleFileName);
   return OpenHelper().hostDirectory;
 }
+
+/// For pthread_join and pthread_detach.
+int __cdecl RefuseThread(std::uintptr_t) { return EINVAL; }
 
 }  // namespace
 
@@ -115,6 +120,26 @@ TEST(WattleafHelper, SurvivesDestructionWithAWorkerThatCannotBeJoined) {
   // Already joined: a second join fails, and so does the detach that follows.
   helper.worker = std::make_unique<std::thread>([] {});
   helper.worker->join();
+}
+
+TEST(WattleafHelper, KeepsTheObjectOfAWorkerThatCanBeNeitherJoinedNorDetached) {
+  const HMODULE caller = Standin::ModuleThatCalls("pthread_join");
+  if (Standin::FindImportSlot(caller, "pthread_join") == nullptr) {
+    GTEST_SKIP() << "this C++ library has other calls for its threads";
+  }
+  auto helper = std::make_unique<OpenHelper>();
+  std::promise<void> mayEnd;
+  std::promise<void> hasEnded;
+  helper->worker = std::make_unique<std::thread>([&] {
+    mayEnd.get_future().wait();
+    hasEnded.set_value();
+  });
+  const ImportPatch noJoin(caller, "pthread_join", &RefuseThread);
+  const ImportPatch noDetach(caller, "pthread_detach", &RefuseThread);
+  // Deleting the object, whose thread still runs, would end the process.
+  helper.reset();
+  mayEnd.set_value();
+  hasEnded.get_future().wait();
 }
 
 TEST(WattleafHelper, DetachesTheWorkerThatDestroysIt) {

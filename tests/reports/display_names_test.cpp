@@ -164,3 +164,17 @@ TEST_F(DisplayNamesTest, DescriptionsAreCachedUpToTheLimit) {
   EXPECT_GE(paths.size(), 14U);
   EXPECT_LT(paths.size(), 20U);
 }
+
+TEST_F(DisplayNamesTest, AnEntryCountsAsTwoStringsANodeAndThreeBlocksOfTheHeap) {
+  // A node has four pointers, and the heap takes 16 bytes for each block.
+  const std::string path = std::string(kPrefix) + "\\a";
+  const std::size_t bytes = path.size() + 5 + sizeof(std::string) + sizeof(std::string) +
+                            4 * sizeof(void*) + 16 + 16 + 16;
+  for (const std::size_t limit : {bytes, bytes - 1}) {
+    paths.clear();
+    DisplayNames names(kPrefix, packages, Describe("Finch"), limit);
+    static_cast<void>(names.Resolve(path));
+    static_cast<void>(names.Resolve(path));
+    EXPECT_EQ(paths.size(), limit == bytes ? 1U : 2U) << limit;
+  }
+}

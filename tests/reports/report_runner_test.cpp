@@ -119,6 +119,8 @@ TEST_F(RunReportToolTest, RestoresThePreviousValueOfTheVariable) {
   for (const std::wstring& before :
        {std::wstring(L"0"), std::wstring(), std::wstring(5000, L'v')}) {
     SetEnvironmentVariableW(kExcludeVariable, before.c_str());
+    // What an earlier call left says nothing about an empty value.
+    SetLastError(ERROR_ENVVAR_NOT_FOUND);
     Run("set NoDefaultCurrentDirectoryInExePath>seen.txt");
     EXPECT_THAT(ReadWholeFile(File(L"seen.txt")),
                 StartsWith("NoDefaultCurrentDirectoryInExePath=1\r\n"));

@@ -112,6 +112,17 @@ TEST_F(MostReportTreeBytesTest, CountsEachOfManyEqualSigns) {
   EXPECT_LT(none, each);
 }
 
+TEST_F(MostReportTreeBytesTest, CountsEndTagsAsElementsOnlyInATextWithZeroBytes) {
+  // An element is eight words, and one byte in a hundred is lost to pages.
+  constexpr std::uint64_t kElements = 100'000 * 8 * sizeof(void*);
+  const std::string text = Repeated("<a></a>", 100'000);
+  EXPECT_EQ(MostReportTreeBytes(text),
+            text.size() * sizeof(wchar_t) + kElements + kElements / 100 + 32 * 1024);
+  const std::string withZero = std::string(1, '\0') + text;
+  EXPECT_EQ(MostReportTreeBytes(withZero),
+            withZero.size() * sizeof(wchar_t) + 2 * kElements + 2 * kElements / 100 + 32 * 1024);
+}
+
 TEST_F(MostReportTreeBytesTest, OverestimatesARealReportByLessThanHalf) {
   const std::string text = Report(Repeated(
       Row("\\Device\\HarddiskVolume3\\Program Files\\Meadow\\meadow.exe", "02:10:46", Energy("17")),

@@ -121,6 +121,7 @@ TEST(NamesADevice, IsTrueForDevicesAndVolumes) {
       {"device of the root", L"\\\\?\\GLOBALROOT\\Device\\Null"},
       {"device prefix alone", L"\\\\.\\"},
       {"device prefix without separator", L"\\\\."},
+      {"NT prefix alone", L"\\??"},
   };
   for (const NamedPath& row : rows) EXPECT_TRUE(NamesADevice(row.path)) << row.label;
 }

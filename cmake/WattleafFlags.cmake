@@ -1,6 +1,7 @@
 # Language level, warnings and platform definitions. Every target of this project links wattleaf_flags.
 option(WATTLEAF_SANITIZE "AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
 option(WATTLEAF_SANITIZE_THREADS "ThreadSanitizer" OFF)
+option(WATTLEAF_COVERAGE "Count the lines and branches that tests reach, with gcov" OFF)
 option(WATTLEAF_FUZZ "Instrumented portable core and its fuzz targets; needs clang" OFF)
 
 add_library(wattleaf_flags INTERFACE)

@@ -195,8 +195,9 @@ class CheckStructure(unittest.TestCase):
         self.assertEqual(self.findings({".clang-tidy": None}), [".clang-tidy:1: is missing"])
 
     def test_names_a_check_that_is_off_without_a_reason_and_a_reason_without_its_check(self):
-        self.assertEqual(self.findings({".clang-tidy": "#   cert-a: why\nChecks: >\n  cert-*,\n  -cert-b\n"}),
-                         [".clang-tidy:4: cert-b is off without a reason",
+        self.assertEqual(self.findings({".clang-tidy": "#   cert-a: why\nChecks: >\n  -*,\n  cert-*,\n  -cert-b,\n  -misc-*\n"}),
+                         [".clang-tidy:5: cert-b is off without a reason",
+                          ".clang-tidy:6: misc-* is off without a reason",
                           ".clang-tidy:1: cert-a has a reason but is not off"])
 
     def test_names_a_test_of_a_document_or_comment_that_does_not_exist(self):

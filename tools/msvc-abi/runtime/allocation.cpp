@@ -1,9 +1,11 @@
-// operator new and delete over the C heap.
+// operator new and delete over the C heap. A program may replace each of them.
 
 #include <malloc.h>
 #include <stdlib.h>
 
 #include <new>
+
+#define REPLACEABLE __attribute__((weak))
 
 extern "C" __declspec(dllimport) int __cdecl _callnewh(size_t);
 
@@ -24,52 +26,62 @@ void* AllocateOrThrow(size_t size, Allocate allocate) {
 
 }  // namespace
 
-void* __cdecl operator new(size_t size) { return AllocateOrThrow(size, malloc); }
-void* __cdecl operator new[](size_t size) { return operator new(size); }
-void* __cdecl operator new(size_t size, const std::nothrow_t&) noexcept {
+REPLACEABLE void* __cdecl operator new(size_t size) { return AllocateOrThrow(size, malloc); }
+REPLACEABLE void* __cdecl operator new[](size_t size) { return operator new(size); }
+REPLACEABLE void* __cdecl operator new(size_t size, const std::nothrow_t&) noexcept {
   try {
     return operator new(size);
   } catch (...) {
     return nullptr;
   }
 }
-void* __cdecl operator new[](size_t size, const std::nothrow_t& mark) noexcept {
+REPLACEABLE void* __cdecl operator new[](size_t size, const std::nothrow_t& mark) noexcept {
   return operator new(size, mark);
 }
-void* __cdecl operator new(size_t size, std::align_val_t alignment) {
+REPLACEABLE void* __cdecl operator new(size_t size, std::align_val_t alignment) {
   return AllocateOrThrow(size, [alignment](size_t bytes) {
     return _aligned_malloc(bytes, static_cast<size_t>(alignment));
   });
 }
-void* __cdecl operator new[](size_t size, std::align_val_t alignment) {
+REPLACEABLE void* __cdecl operator new[](size_t size, std::align_val_t alignment) {
   return operator new(size, alignment);
 }
-void* __cdecl operator new(size_t size, std::align_val_t alignment,
-                           const std::nothrow_t&) noexcept {
+REPLACEABLE void* __cdecl operator new(size_t size, std::align_val_t alignment,
+                                       const std::nothrow_t&) noexcept {
   return _aligned_malloc(size, static_cast<size_t>(alignment));
 }
-void* __cdecl operator new[](size_t size, std::align_val_t alignment,
-                             const std::nothrow_t&) noexcept {
+REPLACEABLE void* __cdecl operator new[](size_t size, std::align_val_t alignment,
+                                         const std::nothrow_t&) noexcept {
   return _aligned_malloc(size, static_cast<size_t>(alignment));
 }
 
-void __cdecl operator delete(void* block) noexcept { free(block); }
-void __cdecl operator delete[](void* block) noexcept { free(block); }
-void __cdecl operator delete(void* block, size_t) noexcept { free(block); }
-void __cdecl operator delete[](void* block, size_t) noexcept { free(block); }
-void __cdecl operator delete(void* block, const std::nothrow_t&) noexcept { free(block); }
-void __cdecl operator delete[](void* block, const std::nothrow_t&) noexcept { free(block); }
-void __cdecl operator delete(void* block, std::align_val_t) noexcept { _aligned_free(block); }
-void __cdecl operator delete[](void* block, std::align_val_t) noexcept { _aligned_free(block); }
-void __cdecl operator delete(void* block, std::align_val_t, const std::nothrow_t&) noexcept {
+REPLACEABLE void __cdecl operator delete(void* block) noexcept { free(block); }
+REPLACEABLE void __cdecl operator delete[](void* block) noexcept { free(block); }
+REPLACEABLE void __cdecl operator delete(void* block, size_t) noexcept { free(block); }
+REPLACEABLE void __cdecl operator delete[](void* block, size_t) noexcept { free(block); }
+REPLACEABLE void __cdecl operator delete(void* block, const std::nothrow_t&) noexcept {
+  free(block);
+}
+REPLACEABLE void __cdecl operator delete[](void* block, const std::nothrow_t&) noexcept {
+  free(block);
+}
+REPLACEABLE void __cdecl operator delete(void* block, std::align_val_t) noexcept {
   _aligned_free(block);
 }
-void __cdecl operator delete[](void* block, std::align_val_t, const std::nothrow_t&) noexcept {
+REPLACEABLE void __cdecl operator delete[](void* block, std::align_val_t) noexcept {
   _aligned_free(block);
 }
-void __cdecl operator delete(void* block, size_t, std::align_val_t) noexcept {
+REPLACEABLE void __cdecl operator delete(void* block, std::align_val_t,
+                                         const std::nothrow_t&) noexcept {
   _aligned_free(block);
 }
-void __cdecl operator delete[](void* block, size_t, std::align_val_t) noexcept {
+REPLACEABLE void __cdecl operator delete[](void* block, std::align_val_t,
+                                           const std::nothrow_t&) noexcept {
+  _aligned_free(block);
+}
+REPLACEABLE void __cdecl operator delete(void* block, size_t, std::align_val_t) noexcept {
+  _aligned_free(block);
+}
+REPLACEABLE void __cdecl operator delete[](void* block, size_t, std::align_val_t) noexcept {
   _aligned_free(block);
 }

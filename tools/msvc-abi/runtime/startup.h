@@ -17,6 +17,9 @@ namespace MsvcAbi {
 bool RunInitializers();
 /// The terminators that the linker collected, and the names that type_info made.
 void RunTerminators();
+/// Runs a program from its initialisers to its end. `takeArguments` prepares what `callMain` passes
+/// on.
+[[noreturn]] void RunProgram(void (*takeArguments)(), int (*callMain)());
 /// The constructors of this thread's thread_local objects.
 void ConstructThreadLocals();
 /// Frees the texts of type_info::name().

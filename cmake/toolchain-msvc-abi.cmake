@@ -17,7 +17,7 @@ else()
   message(FATAL_ERROR "WATTLEAF_MSVC_STL must name a checkout of MSVC's standard library; see docs/msvc-abi.md.")
 endif()
 # Also for CMake's own small projects. These are compiled only: a program needs the runtime of this build.
-set(CMAKE_TRY_COMPILE_PLATFORM_VARIABLES WATTLEAF_MSVC_STL)
+set(CMAKE_TRY_COMPILE_PLATFORM_VARIABLES WATTLEAF_MSVC_STL WATTLEAF_MSVC_ABI_BUILD)
 set(CMAKE_TRY_COMPILE_TARGET_TYPE STATIC_LIBRARY)
 
 # clang chooses its command line by the name of its file.
@@ -46,11 +46,27 @@ list(APPEND flags -D_INC_COMDEFSP -D_UCRT -D_SSIZE_T_DEFINED -D_HAS_EXCEPTIONS=1
 list(JOIN flags " " flags)
 set(CMAKE_C_FLAGS_INIT "${flags}")
 set(CMAKE_CXX_FLAGS_INIT "${flags}")
-set(CMAKE_C_STANDARD_LIBRARIES "" CACHE STRING "")
-set(CMAKE_CXX_STANDARD_LIBRARIES "" CACHE STRING "")
-foreach(kind EXE SHARED MODULE)
-  set(CMAKE_${kind}_LINKER_FLAGS_INIT "/nodefaultlib /manifest:no")
-endforeach()
+
+# The libraries of Windows that CMake links with cl too. tools/msvc-abi/CMakeLists.txt makes them, and the runtimes.
+set(libraries kernel32 user32 gdi32 shell32 ole32 oleaut32 uuid advapi32)
+set(linker_flags "/nodefaultlib /manifest:no")
+set(program_part "")
+set(library_part "")
+# For a program outside of this build: a finished build, whose runtimes it links.
+if(WATTLEAF_MSVC_ABI_BUILD)
+  list(PREPEND libraries msvc_abi_runtime msvc_abi_stl msvcp140 vcruntime140 vcruntime140_1 ucrtbase kernelbase)
+  string(APPEND linker_flags " /libpath:${WATTLEAF_MSVC_ABI_BUILD}/import-libraries"
+    " /libpath:${WATTLEAF_MSVC_ABI_BUILD}/lib /ignore:4217")
+  set(program_part " msvc_abi_program.lib")
+  set(library_part " msvc_abi_library.lib")
+endif()
+list(TRANSFORM libraries APPEND .lib)
+list(JOIN libraries " " libraries)
+set(CMAKE_C_STANDARD_LIBRARIES "${libraries}" CACHE STRING "")
+set(CMAKE_CXX_STANDARD_LIBRARIES "${libraries}" CACHE STRING "")
+set(CMAKE_EXE_LINKER_FLAGS_INIT "${linker_flags}${program_part}")
+set(CMAKE_SHARED_LINKER_FLAGS_INIT "${linker_flags}${library_part}")
+set(CMAKE_MODULE_LINKER_FLAGS_INIT "${linker_flags}${library_part}")
 
 # Programs of the build run in a private Wine prefix in the build folder, never in the user's own.
 set(CMAKE_CROSSCOMPILING_EMULATOR "${CMAKE_CURRENT_LIST_DIR}/../tools/under-wine;${CMAKE_BINARY_DIR}/prefix")

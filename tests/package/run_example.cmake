@@ -1,5 +1,6 @@
 # Configures the examples of the installed PACKAGE against it, builds them, and runs the client of the security layer beside
-# the libraries of the package and the Logging.dll of the examples. Takes only the toolchain from this build.
+# the libraries of the package and the Logging.dll of the examples. Takes only the toolchain from this build, and
+# RUNTIME, an option for CMake, if the toolchain needs it.
 function(run what)
   execute_process(COMMAND ${ARGN} RESULT_VARIABLE status OUTPUT_VARIABLE output ERROR_VARIABLE errors)
   if(NOT status EQUAL 0)
@@ -11,7 +12,7 @@ endfunction()
 file(REMOVE_RECURSE "${WORK}")
 run("Configuring" "${CMAKE_COMMAND}" -S "${PACKAGE}/share/WattleafService/examples" -B "${WORK}" -G "${GENERATOR}"
   "-DCMAKE_TOOLCHAIN_FILE=${TOOLCHAIN}" "-DCMAKE_PREFIX_PATH=${PACKAGE}"
-  "-DCMAKE_CXX_FLAGS=-Wall -Wextra -Wpedantic -Werror" -DCMAKE_BUILD_TYPE=Release)
+  -DCMAKE_BUILD_TYPE=Release "-DCMAKE_CXX_FLAGS_RELEASE=${FLAGS}" ${RUNTIME})
 run("Building" "${CMAKE_COMMAND}" --build "${WORK}")
 set(folder "${WORK}/bin")
 file(GLOB libraries "${PACKAGE}/bin/*.dll")

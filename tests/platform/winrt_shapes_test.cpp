@@ -1,12 +1,14 @@
 #include <windows.h>
 
 #include <gtest/gtest.h>
+#include <inspectable.h>
 #include <objbase.h>
 
 #include <array>
-#include <cstdint>
-#include <cstring>
+#include <bit>
+#include <cstddef>
 #include <string>
+#include <utility>
 
 #include "abi/package_shapes.h"
 #include "abi/value_shapes.h"
@@ -24,13 +26,35 @@ std::string TextOfIid(const IID& iid) {
   return narrow;
 }
 
-/// The slot of a virtual operation, counted after the six of IInspectable. In this ABI a pointer to
-/// a virtual member begins with the offset in the table plus one.
+/// An object whose virtual operations return the numbers of their slots.
+class NumberedOperations {
+ public:
+  NumberedOperations() : NumberedOperations(std::make_index_sequence<64>()) {}
+  NumberedOperations(const NumberedOperations&) = delete;
+  NumberedOperations& operator=(const NumberedOperations&) = delete;
+
+ private:
+  template <int slot>
+  static int STDMETHODCALLTYPE Number(void*) {
+    return slot;
+  }
+  template <std::size_t... slots>
+  explicit NumberedOperations(std::index_sequence<slots...>)
+      : operations_{&Number<static_cast<int>(slots)>...} {}
+
+  using Operation = int(STDMETHODCALLTYPE*)(void*);
+  // Where a compiled call looks for the table.
+  const Operation* table_ = operations_.data();
+  std::array<Operation, 64> operations_;
+};
+
+/// The slot of a virtual operation, counted after the six of IInspectable.
 template <typename Call>
 int OwnSlot(Call call) {
-  std::uintptr_t word = 0;
-  std::memcpy(&word, &call, sizeof(word));
-  return static_cast<int>((word - 1) / sizeof(void*)) - 6;
+  NumberedOperations object;
+  // Of a class with virtual operations, since GCC takes members of others for plain functions.
+  const auto anyCall = std::bit_cast<int (STDMETHODCALLTYPE IInspectable::*)()>(call);
+  return (reinterpret_cast<IInspectable*>(&object)->*anyCall)() - 6;
 }
 
 }  // namespace

@@ -1,7 +1,5 @@
 #include "base/fake_attributes.h"
 
-#include <errno.h>
-
 namespace TestSupport {
 
 FakeReparsePoint* FakeReparsePoint::current_ = nullptr;
@@ -33,11 +31,6 @@ HANDLE WINAPI FakeReparsePoint::Find(const wchar_t* path, WIN32_FIND_DATAW* entr
   entry->dwFileAttributes |= current_->searchBit_;
   entry->dwReserved0 = current_->tag_;
   return search;
-}
-
-int FailingStatus::Fail(const wchar_t*, struct _stat64*) {
-  errno = EACCES;
-  return -1;
 }
 
 }  // namespace TestSupport

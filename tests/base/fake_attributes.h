@@ -2,8 +2,6 @@
 
 #include <windows.h>
 
-#include <sys/stat.h>
-
 #include <string>
 
 #include "import_patch.h"
@@ -35,14 +33,6 @@ class FakeReparsePoint {
   bool searchFails_ = false;
   Standin::ImportPatch attributes_;
   Standin::ImportPatch find_;
-};
-
-/// Every status query of the standard library fails with EACCES while this object exists.
-class FailingStatus {
- private:
-  static int Fail(const wchar_t* path, struct _stat64* status);
-
-  const Standin::ImportPatch patch_{"_wstat64", &FailingStatus::Fail};
 };
 
 }  // namespace TestSupport

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include "base/failing_status.h"
 #include "base/fake_attributes.h"
 #include "base/json_document.h"
 #include "import_patch.h"

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "base/failing_status.h"
 #include "base/fake_attributes.h"
 #include "collection/ledger_fixture.h"
 #include "ledger/fake_days.h"
@@ -93,7 +94,7 @@ TEST_F(CalculateDailyPowerConsumption, DoesNotOverwriteALedgerWhoseAttributesCan
 }
 
 TEST_F(CalculateDailyPowerConsumption, DoesNotOverwriteALedgerWhoseStatusCannotBeRead) {
-  ExpectNoSaveWhile([&] { return std::make_shared<FakeStatusFailure>(LedgerPath()); });
+  ExpectNoSaveWhile([&] { return std::make_shared<FailingStatus>(LedgerPath()); });
 }
 
 TEST_F(CalculateDailyPowerConsumption, DoesNotOverwriteALedgerWhoseReparseTagCannotBeRead) {
@@ -133,7 +134,7 @@ TEST_F(CalculateDailyPowerConsumption, ReadsAndSavesADeduplicatedLedger) {
 TEST_F(CalculateDailyPowerConsumption, KeepsTheLedgerInMemoryWhenItsStatusCannotBeRead) {
   WriteWholeFile(LedgerPath(), R"([{"Key":"2024-05-01","Value":12.5}])");
   Run();
-  const FakeStatusFailure failure(LedgerPath());
+  const FailingStatus failure(LedgerPath());
   Run();
   EXPECT_EQ(Booked("2024-05-01"), 12.5F);
 }
@@ -143,7 +144,7 @@ TEST_F(CalculateDailyPowerConsumption, LeavesADayAtZeroWhenItsStatusCannotBeRead
   WriteOneInterval("2024-05-03");
   WriteOneInterval("2024-05-01");
   {
-    const FakeStatusFailure failure(SamplePath("2024-05-03"));
+    const FailingStatus failure(SamplePath("2024-05-03"));
     Run();
   }
   EXPECT_EQ(Booked(kToday), kThreeWh);
@@ -163,7 +164,7 @@ TEST_F(CalculateDailyPowerConsumption, LeavesADayAtZeroWhenANeighboursStatusCann
   WriteOneInterval("2024-05-01");
   {
     // The first sample of the 3rd and the last one of the 1st need the 2nd.
-    const FakeStatusFailure failure(SamplePath("2024-05-02"));
+    const FailingStatus failure(SamplePath("2024-05-02"));
     Run();
   }
   for (const char* date : {"2024-05-03", "2024-05-02", "2024-05-01"}) {

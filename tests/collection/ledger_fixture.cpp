@@ -1,8 +1,5 @@
 #include "collection/ledger_fixture.h"
 
-#include <errno.h>
-#include <sys/stat.h>
-
 #include <chrono>
 #include <cstdio>
 #include <stdexcept>
@@ -26,14 +23,6 @@ __time64_t FakeTime(__time64_t* now) {
 }
 
 std::wstring g_failingPath;
-int (*g_realStatus)(const wchar_t*, struct _stat64*) = nullptr;
-
-int FailingStatus(const wchar_t* path, struct _stat64* status) {
-  if (g_failingPath != path) return g_realStatus(path, status);
-  errno = EACCES;
-  return -1;
-}
-
 DWORD g_attributesError = 0;
 DWORD(WINAPI* g_realAttributes)(const wchar_t*) = nullptr;
 
@@ -63,12 +52,6 @@ void FakeClock::Set(const std::string& localTime) {
 }
 
 void FakeClock::Break() { g_isBroken = true; }
-
-FakeStatusFailure::FakeStatusFailure(const std::wstring& path)
-    : patch_("_wstat64", &FailingStatus) {
-  g_failingPath = path;
-  g_realStatus = patch_.Original<int(const wchar_t*, struct _stat64*)>();
-}
 
 FakeAttributesFailure::FakeAttributesFailure(const std::wstring& path, DWORD error)
     : patch_("GetFileAttributesW", &FailingAttributes) {

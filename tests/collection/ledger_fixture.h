@@ -54,19 +54,7 @@ class FakeClock {
   Standin::ImportPatch patch_;
 };
 
-/// Makes the C library's status query fail for one path while it exists. One at a time.
-class FakeStatusFailure {
- public:
-  explicit FakeStatusFailure(const std::wstring& path);
-  FakeStatusFailure(const FakeStatusFailure&) = delete;
-  FakeStatusFailure& operator=(const FakeStatusFailure&) = delete;
-
- private:
-  Standin::ImportPatch patch_;
-};
-
-/// Makes GetFileAttributesW fail with `error` for one path while it exists. One at a time, and not
-/// together with a FakeStatusFailure.
+/// Makes GetFileAttributesW fail with `error` for one path while it exists. One at a time.
 class FakeAttributesFailure {
  public:
   FakeAttributesFailure(const std::wstring& path, DWORD error);

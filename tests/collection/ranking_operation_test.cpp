@@ -12,6 +12,7 @@
 #include <thread>
 #include <vector>
 
+#include "base/failing_status.h"
 #include "base/fake_attributes.h"
 #include "collection/ranking_fixture.h"
 #include "import_patch.h"
@@ -103,7 +104,7 @@ TEST_F(GetTop20PowerApps, LeavesTheResultWhenTheStoreIsALink) {
 
 TEST_F(GetTop20PowerApps, LeavesTheResultWhenTheStatusOfTheStoreCannotBeRead) {
   WriteStore({StoreRow("a", "A", "1")});
-  const FakeStatusFailure failure(StorePath());
+  const FailingStatus failure(StorePath());
   EXPECT_EQ(Rank(L"?7"), L"untouched");
 }
 

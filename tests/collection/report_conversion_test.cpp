@@ -18,6 +18,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/failing_status.h"
 #include "base/fake_attributes.h"
 #include "collection/report_conversion_fixture.h"
 #include "import_patch.h"
@@ -109,7 +110,7 @@ TEST_F(ConvertPowerLogXmltoJson, NeitherReadsNorDeletesAReportThatIsALink) {
 TEST_F(ConvertPowerLogXmltoJson, NeitherReadsNorDeletesAReportWhoseStatusCannotBeRead) {
   WriteReport(kReport);
   {
-    const FakeStatusFailure failure(reportPath);
+    const FailingStatus failure(reportPath);
     EXPECT_EQ(Convert(), kCompleted);
   }
   EXPECT_TRUE(FileExists(reportPath));
@@ -214,7 +215,7 @@ TEST_F(ConvertPowerLogXmltoJson, OverwritesAStoreWhoseStatusCannotBeRead) {
   WriteReport(kReport);
   WriteStore(Array(kOldRow));
   {
-    const FakeStatusFailure failure(storePath);
+    const FailingStatus failure(storePath);
     Convert();
   }
   EXPECT_EQ(StoreText(), Array(kNewRow));

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/failing_status.h"
 #include "collection/ledger_fixture.h"
 #include "ledger/fake_days.h"
 
@@ -228,7 +229,7 @@ TEST_F(GetMonthlyPowerConsumption, EndsWithTheCurrentMonth) {
 
 TEST_F(GetDailyPowerConsumption, LogsOneLineWhenAFileStatusCannotBeRead) {
   WriteOneInterval(kToday);
-  const FakeStatusFailure failure(SamplePath(kToday));
+  const FailingStatus failure(SamplePath(kToday));
   EXPECT_EQ(Hours(), L"before");
   EXPECT_EQ(log.Records(), std::vector<LogRecord>{Error(L"Exception in GetDailyPowerConsumption")});
   EXPECT_TRUE(IsUnlocked());

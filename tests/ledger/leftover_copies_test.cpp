@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include "base/failing_status.h"
 #include "base/fake_attributes.h"
 #include "ledger/encrypted_samples.h"
 #include "ledger/sample_folder.h"

@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include "base/date_time_text.h"
+#include "base/failing_status.h"
 #include "base/fake_attributes.h"
 #include "base/json_limits.h"
 #include "files/file_failure.h"

@@ -12,8 +12,9 @@ namespace TestSupport {
 
 namespace {
 
-constexpr std::string_view kUnwatchedLibraries[] = {"libgcc_s_seh-1.dll", "libstdc++-6.dll",
-                                                    "libwinpthread-1.dll", "Logging.dll"};
+constexpr std::string_view kUnwatchedLibraries[] = {
+    "libgcc_s_seh-1.dll", "libstdc++-6.dll",    "libwinpthread-1.dll", "msvcp140.dll",
+    "vcruntime140.dll",   "vcruntime140_1.dll", "Logging.dll"};
 
 // Grouped by purpose.
 constexpr std::string_view kUnwatchedFunctions[] = {

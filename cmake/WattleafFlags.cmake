@@ -30,12 +30,14 @@ if(WIN32)
   target_compile_definitions(wattleaf_flags INTERFACE
     UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0A00)
 endif()
+# RapidJSON's empty stack adds an offset to a null pointer, but only compares the sum.
+set(no_null_offsets $<$<CXX_COMPILER_ID:Clang>:-fno-sanitize=pointer-overflow>)
 if(WATTLEAF_SANITIZE)
   # WATTLEAF_UNCHECKED: checks that the targets of a folder leave out.
   define_property(TARGET PROPERTY WATTLEAF_UNCHECKED INITIALIZE_FROM_VARIABLE WATTLEAF_UNCHECKED)
   set(unchecked $<TARGET_PROPERTY:WATTLEAF_UNCHECKED>)
   target_compile_options(wattleaf_flags INTERFACE
-    -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer
+    -fsanitize=address,undefined ${no_null_offsets} -fno-sanitize-recover=all -fno-omit-frame-pointer
     $<$<BOOL:${unchecked}>:-fno-sanitize=${unchecked}>)
   target_link_options(wattleaf_flags INTERFACE -fsanitize=address,undefined)
 endif()
@@ -44,9 +46,7 @@ if(WATTLEAF_SANITIZE_THREADS)
   target_link_options(wattleaf_flags INTERFACE -fsanitize=thread)
 endif()
 if(WATTLEAF_FUZZ)
-  # RapidJSON's empty stack adds an offset to a null pointer, but only compares the sum.
-  set(fuzz_flags -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize=pointer-overflow
-    -fno-sanitize-recover=all)
+  set(fuzz_flags -fsanitize=fuzzer-no-link,address,undefined ${no_null_offsets} -fno-sanitize-recover=all)
   target_compile_options(wattleaf_flags INTERFACE ${fuzz_flags} -O1 -g1 -fno-omit-frame-pointer)
   target_link_options(wattleaf_flags INTERFACE ${fuzz_flags})
 endif()

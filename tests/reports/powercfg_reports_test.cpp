@@ -158,11 +158,8 @@ TEST(MakeReportRows, ContainsSystemRowsAndProgramsOfOtherPlaces) {
       "Otter.Chat_8.16.0.0_x64__m5t9yk3w7zc8n",
       "\\Device\\HarddiskVolume9\\Toolbox\\hammer.exe",
       "\\Device\\Mup\\attic\\Device\\HarddiskVolume3\\trunk.exe",
-      "\\Device\\HarddiskVolume3\\Program Files\\\xC3\x9C"
-      "berblick\\\xC3\xBC"
-      "berblick.exe",
-      "\xC4\x8C"
-      "apek.Robot_1.0.7.0_x64__n6s1d8k4q2v7h!App",
+      "\\Device\\HarddiskVolume3\\Program Files\\\303\234berblick\\\303\274berblick.exe",
+      "\304\214apek.Robot_1.0.7.0_x64__n6s1d8k4q2v7h!App",
   };
   for (const char* id : expected) EXPECT_TRUE(ids.contains(id)) << id;
 }

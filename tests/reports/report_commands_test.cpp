@@ -4,6 +4,7 @@
 
 #include <limits>
 #include <stdexcept>
+#include <tuple>
 
 namespace {
 
@@ -65,8 +66,10 @@ TEST(ToolFailureText, IsNeverLongerThanTheText) {
 
 TEST(ToolFailureText, ThrowsLengthErrorForANegativeStatus) {
   for (const int status : {-1, std::numeric_limits<int>::min()}) {
-    EXPECT_THROW(ToolFailureText(kPowerReportFailure, status), std::length_error) << status;
-    EXPECT_THROW(ToolFailureText(kEnergyReportFailure, status), std::length_error) << status;
+    EXPECT_THROW(std::ignore = ToolFailureText(kPowerReportFailure, status), std::length_error)
+        << status;
+    EXPECT_THROW(std::ignore = ToolFailureText(kEnergyReportFailure, status), std::length_error)
+        << status;
   }
 }
 

@@ -52,6 +52,6 @@ if(WATTLEAF_FUZZ)
 endif()
 
 # Precompiled, except in the presets that build what is shipped. Only to compile faster: each source includes what it
-# uses, which tools/check-clang checks for src/.
+# uses, which tools/check checks for src/.
 set(WATTLEAF_COMMON_HEADERS <algorithm> <array> <cstdint> <functional> <map> <memory> <optional> <span> <stdexcept>
   <string> <string_view> <system_error> <utility> <vector> <rapidjson/document.h>)

@@ -1,4 +1,4 @@
-"""What clang needs to read a source of a build as GCC does; for tools/check and tools/check-clang."""
+"""What clang needs to read a source of a build as GCC does; for tools/check and tools/mutate."""
 
 import pathlib
 import shlex

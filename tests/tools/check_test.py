@@ -43,10 +43,18 @@ class Check(unittest.TestCase):
         self.assertEqual(status, 1)
 
     def test_finds_nothing_in_a_good_tree(self):
-        for name in ("tidy", "cppcheck"):
+        for name, sources in (("alone", 1), ("tidy", 2), ("cppcheck", 2)):
             status, output = self.run_check(name, {})
-            self.assertRegex(output, rf"^{name}: 0 findings, 2 sources")
+            self.assertRegex(output, rf"^{name}: 0 findings, {sources} sources")
             self.assertEqual(status, 0)
+
+    def test_alone_finds_a_missing_include(self):
+        self.assert_finds("alone", {"src/windows.cpp": GOOD_WINDOWS + "std::size_t Size() { return 0; }\n"},
+                          "src/windows.cpp:4:1: error: use of undeclared identifier 'std'")
+
+    def test_alone_finds_a_warning(self):
+        self.assert_finds("alone", {"src/windows.cpp": GOOD_WINDOWS + "int Low(INT_PTR number) { return number; }\n"},
+                          "[-Werror,-Wshorten-64-to-32]")
 
     def test_tidy_reads_the_core_natively(self):
         self.assert_finds("tidy", {"src/core.cpp": "int* Nothing() { return 0; }\n"},

@@ -4,6 +4,7 @@ import argparse
 import os
 import shutil
 import subprocess
+import tempfile
 from pathlib import Path
 
 HOME = "Program Files/Wattleaf"
@@ -38,9 +39,15 @@ class Notebook:
             shutil.rmtree(folder, ignore_errors=True)
 
     def run(self, arguments, settings, seconds):
-        """Runs the program. Throws subprocess.TimeoutExpired after so many seconds."""
+        """Runs the program. Throws subprocess.TimeoutExpired after so many seconds. Its output goes to files: an
+        interpreter of the energy tool that outlives the program would keep a pipe open."""
         program = f"C:\\{HOME}\\{self._options.program.name}".replace("/", "\\")
-        return subprocess.run(
-            [*self._options.emulator, program, *map(str, arguments)], env={**os.environ, **settings},
-            stdin=subprocess.DEVNULL, capture_output=True, text=True, errors="replace", timeout=seconds,
-        )  # fmt: skip
+        with tempfile.TemporaryFile("w+", errors="replace") as output, tempfile.TemporaryFile("w+", errors="replace") as errors:
+            run = subprocess.run(
+                [*self._options.emulator, program, *map(str, arguments)], env={**os.environ, **settings},
+                stdin=subprocess.DEVNULL, stdout=output, stderr=errors, timeout=seconds,
+            )  # fmt: skip
+            for stream in (output, errors):
+                stream.seek(0)
+            run.stdout, run.stderr = output.read(), errors.read()
+        return run

@@ -41,6 +41,7 @@ constexpr std::array kCalls{
     Call{"FreeLibrary", Sign::kRelease, "FreeLibrary"},
     Call{"RegOpenKeyExW", Sign::kStatusZero, "RegCloseKey"},
     Call{"RegCloseKey", Sign::kRelease, "RegCloseKey"},
+    Call{"RoActivateInstance", Sign::kHresult, kActivations},
     Call{"SafeArrayAccessData", Sign::kHresult, "SafeArrayUnaccessData"},
     Call{"SafeArrayUnaccessData", Sign::kRelease, "SafeArrayUnaccessData"},
     Call{"pthread_mutex_lock", Sign::kStatusZero, "pthread_mutex_unlock"},

@@ -11,6 +11,10 @@ namespace Faults {
 /// from zero.
 void CountResources(FaultPoints& points);
 
+/// The name under which UnreleasedResources counts objects that were activated, which nothing here
+/// releases.
+inline constexpr const char* kActivations = "activations";
+
 /// What is acquired and not released, by the name of the function that releases it.
 [[nodiscard]] std::map<std::string, long> UnreleasedResources();
 

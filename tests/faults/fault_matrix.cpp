@@ -33,6 +33,7 @@
 #include "call_failures.h"
 #include "data_folder.h"
 #include "expected_outcomes.h"
+#include "keep_imports.h"
 #include "loaded_library.h"
 #include "observation.h"
 #include "platform/win32/owners.h"
@@ -94,6 +95,8 @@ class Matrix {
 
   /// Returns the number of findings.
   int Run() {
+    // Libraries of the system leave handles behind when they are freed with the tested one.
+    KeepImportsOf(kTestedLibrary);
     CompareWithShippedLibrary();
     for (const Scenario& scenario : AllScenarios()) {
       if (!IsWanted(scenario.name)) continue;

@@ -16,7 +16,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "keep_imports.h"
+#include "faults/keep_imports.h"
 #include "platform/win32/owners.h"
 #include "process_use.h"
 #include "serve/unique_result.h"
@@ -113,7 +113,7 @@ int main(int argc, char** argv) {
   try {
     for (int i = 2; i < argc; ++i) {
       if (std::string(argv[i]) == "keep") {
-        Soak::KeepImportsOf(kService);
+        Faults::KeepImportsOf(kService);
       } else {
         Measure(argv[i], std::atoi(argv[1]));
       }

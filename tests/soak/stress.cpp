@@ -25,8 +25,8 @@
 #include <vector>
 
 #include "collection/worker_plan.h"
+#include "faults/keep_imports.h"
 #include "faults/loaded_library.h"
-#include "keep_imports.h"
 #include "platform/win32/owners.h"
 #include "serve/unique_result.h"
 #include "service/command_table.h"
@@ -147,7 +147,7 @@ void ExpectNothingLoaded() {
 
 int FreeAgainAndAgain(int cycles, std::uint32_t seed) {
   // The system's libraries leave a handle for each load, which is not the service's.
-  Soak::KeepImportsOf(Faults::kTestedLibrary);
+  Faults::KeepImportsOf(Faults::kTestedLibrary);
   // Once without counting: the first use in a process makes what stays.
   std::mt19937 random(seed);
   LoadUseAndFree(random);

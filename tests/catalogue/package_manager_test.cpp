@@ -37,22 +37,25 @@ struct Property {
 
 const std::vector<Property>& Properties() {
   static const std::vector<Property> properties = {
-      {"IsFramework", [](auto& package) { package.IsFramework(); }, {"IsFramework"}, {}},
+      {"IsFramework",
+       [](auto& package) { static_cast<void>(package.IsFramework()); },
+       {"IsFramework"},
+       {}},
       {"SignatureKind",
-       [](auto& package) { package.SignatureKind(); },
+       [](auto& package) { static_cast<void>(package.SignatureKind()); },
        {"IPackage4", "SignatureKind"},
        {}},
-      {"Name", [](auto& package) { package.Name(); }, {"Id", "Name"}, {"Id"}},
+      {"Name", [](auto& package) { static_cast<void>(package.Name()); }, {"Id", "Name"}, {"Id"}},
       {"DisplayName",
-       [](auto& package) { package.DisplayName(); },
+       [](auto& package) { static_cast<void>(package.DisplayName()); },
        {"IPackage2", "DisplayName"},
        {}},
       {"InstalledPath",
-       [](auto& package) { package.InstalledPath(); },
+       [](auto& package) { static_cast<void>(package.InstalledPath()); },
        {"InstalledLocation", "IStorageItem", "Path"},
        {"InstalledLocation"}},
       {"LogoPath",
-       [](auto& package) { package.LogoPath(); },
+       [](auto& package) { static_cast<void>(package.LogoPath()); },
        {"IPackage2", "Logo", "LogoPath"},
        {"Logo"}},
   };
@@ -165,7 +168,7 @@ TEST_F(FindAllPackagesTest, LeavesAThreadOfAnotherApartmentUnchanged) {
 
 TEST_F(FindAllPackagesTest, LeavesTheApartmentWhenTheManagerFails) {
   EXPECT_TRUE(packages.script.Add("fail:FindPackages=80070005"));
-  EXPECT_THROW(FindAllPackages(), CallFailure);
+  EXPECT_THROW(static_cast<void>(FindAllPackages()), CallFailure);
   EXPECT_EQ(packages.calls, (Calls{"join 0", kMake, "leave 0"}));
 }
 
@@ -219,13 +222,14 @@ TEST_F(PackageWalkTest, ThrowsTheResultOfEachFailingStep) {
   packages.Add(L"a", "name=A\nscript=fail:MoveNext=80004005,fail:Current=80070005\n");
   EXPECT_TRUE(packages.script.Add("fail:HasCurrent=8000000E"));
   const auto walk = FindAllPackages();
-  EXPECT_EQ(ThrownResult([&] { walk->HasCurrent(); }), static_cast<HRESULT>(0x8000000EUL));
-  EXPECT_EQ(ThrownResult([&] { walk->Current(); }), E_ACCESSDENIED);
-  EXPECT_EQ(ThrownResult([&] { walk->MoveNext(); }), E_FAIL);
+  EXPECT_EQ(ThrownResult([&] { static_cast<void>(walk->HasCurrent()); }),
+            static_cast<HRESULT>(0x8000000EUL));
+  EXPECT_EQ(ThrownResult([&] { static_cast<void>(walk->Current()); }), E_ACCESSDENIED);
+  EXPECT_EQ(ThrownResult([&] { static_cast<void>(walk->MoveNext()); }), E_FAIL);
 }
 
 TEST_F(PackageWalkTest, ThrowsForAMissingCurrentPackage) {
   packages.Add(L"a", "name=A\nscript=null:Current\n");
   const auto walk = FindAllPackages();
-  EXPECT_EQ(ThrownResult([&] { walk->Current(); }), E_POINTER);
+  EXPECT_EQ(ThrownResult([&] { static_cast<void>(walk->Current()); }), E_POINTER);
 }

@@ -21,8 +21,8 @@ using StartCollection = CollectorFixture;
 }  // namespace
 
 TEST_F(StartCollection, LoadsAndLogsNothingOnAnUnsupportedPlatform) {
-  for (const int state : {0, -1}) {
-    helper->PlatformSupportState = state;
+  for (const int platform : {0, -1}) {
+    helper->PlatformSupportState = platform;
     EXPECT_FALSE(helper->StartCollection());
     EXPECT_FALSE(helper->collectionStarted);
   }

@@ -26,7 +26,7 @@ namespace {
 
 class LeftoverCopies : public testing::Test {
  protected:
-  const TestSupport::SampleFolder samples_;
+  const TestSupport::SampleFolder samples_{};
 };
 
 using UseLeftoverCopyOfDayTest = LeftoverCopies;

@@ -61,7 +61,7 @@ class UseSamplesOfDayTest : public testing::Test {
     return reported_ == std::vector<std::wstring>{samples_.encrypted};
   }
 
-  const TestSupport::SampleFolder samples_;
+  const TestSupport::SampleFolder samples_{};
   std::vector<std::wstring> reported_;
 };
 

@@ -1,5 +1,6 @@
 """The published JSON Schemas of answers, stores and the host's output (docs/schemas), and whether a text keeps them."""
 
+import functools
 import json
 from pathlib import Path
 
@@ -27,6 +28,8 @@ def read_schema(name):
     return json.loads((FOLDER / f"{name}.json").read_text(encoding="utf-8"))
 
 
+# Half of the texts of a scenario are equal to an earlier one.
+@functools.cache
 def violation(name, text):
     """The first violation of the schema by `text`, or None. Python's NaN and Infinity are not JSON."""
     try:

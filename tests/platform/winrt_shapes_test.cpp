@@ -40,11 +40,13 @@ class NumberedOperations {
   }
   template <std::size_t... slots>
   explicit NumberedOperations(std::index_sequence<slots...>)
-      : operations_{&Number<static_cast<int>(slots)>...} {}
+      : operations_{&Number<static_cast<int>(slots)>...} {
+    table_ = operations_.data();
+  }
 
   using Operation = int(STDMETHODCALLTYPE*)(void*);
   // Where a compiled call looks for the table.
-  const Operation* table_ = operations_.data();
+  [[maybe_unused]] const Operation* table_ = nullptr;
   std::array<Operation, 64> operations_;
 };
 

@@ -56,7 +56,7 @@ class HostEndWhileCollecting : public OnNotebook {
     EXPECT_THAT(calls.Lines(), ElementsAre("create", "load", "callback", "start"));
   }
 
-  const CollectorCalls calls;
+  const CollectorCalls calls{};
   const ScopedVariable days{L"WATTLEAF_COLLECTOR_DAYS", L"2"};
 };
 

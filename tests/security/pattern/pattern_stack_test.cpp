@@ -24,8 +24,8 @@ TEST(PatternStack, HostilePatternsEndInTimeOnHalfAMegabyteOfStack) {
     SCOPED_TRACE(label);
     bool isValid = false;
     const auto begin = Clock::now();
-    EXPECT_TRUE(FinishesOnASmallStack([&] {
-      const auto pattern = Pattern::TryCompile(expression);
+    EXPECT_TRUE(FinishesOnASmallStack([&, &hostile = expression] {
+      const auto pattern = Pattern::TryCompile(hostile);
       isValid = pattern.has_value();
       if (pattern) static_cast<void>(pattern->Matches(text));
     }));

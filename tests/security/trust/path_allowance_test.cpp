@@ -61,7 +61,7 @@ class IsPathAllowed : public testing::Test {
     EXPECT_EQ(ownershipChecks, 0);
   }
 
-  const TestSupport::FixedRoots roots_;
+  const TestSupport::FixedRoots roots_{};
   const TestSupport::FakeRpcQuery rpc_;
   LogCapture log_;
 
@@ -214,7 +214,7 @@ class IsPathAllowedForClient : public testing::Test {
     return TRUE;
   }
 
-  const TestSupport::FixedRoots roots_;
+  const TestSupport::FixedRoots roots_{};
   const TestSupport::FakeRpcQuery rpc_ =
       TestSupport::FakeRpcQuery::ServingClient(GetCurrentProcessId());
   const LogCapture log_;

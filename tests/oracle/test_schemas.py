@@ -163,6 +163,12 @@ class Schemas(unittest.TestCase):
             [changed(ROW, TimeStamp="2026-11-14T02:10:46")], [changed(ROW, Other=1)],
         )  # fmt: skip
 
+    def test_each_row_counts_also_after_others_that_were_valid_before(self):
+        self.accepts(STORE, [ROW], [ROW, ROW])
+        self.refuses(STORE, [ROW, changed(ROW, TotalEnergy="-5")], [ROW, changed(ROW, TotalEnergy=True), ROW])
+        self.refuses(STORE, [changed(ROW, TotalEnergy="-5")])
+        self.refuses(LEDGER, [ROW])
+
     def test_the_output_of_the_host_has_its_members(self):
         self.accepts(HOST_ANSWERS, OUTPUT, changed(OUTPUT, **{"pass": "completed", "later": 1}))
         for member in OUTPUT:

@@ -95,7 +95,7 @@ class Matrix {
 
   /// Returns the number of findings.
   int Run() {
-    // Libraries of the system leave handles behind when they are freed with the tested one.
+    // Libraries of the system keep handles open when they are freed with the tested one.
     KeepImportsOf(kTestedLibrary);
     CompareWithShippedLibrary();
     for (const Scenario& scenario : AllScenarios()) {

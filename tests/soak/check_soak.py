@@ -220,7 +220,7 @@ class Use:
     as many days takes in a program that has nothing else."""
 
     def __init__(self, path, ledger_output):
-        names = ("pass", "answers", "handles", "private", "used", "free")
+        names = ("pass", "answers", "handles", "private", "committed", "used", "free")
         self._rows = [dict(zip(names, map(int, line.split()))) for line in path.read_text().splitlines()]
         self.ledger = int(ledger_output.split()[0])
 
@@ -228,8 +228,8 @@ class Use:
         return self._rows[-1][name] - self._rows[min(SETTLED, len(self._rows)) - 1][name]
 
     def held(self):
-        """The growth of private bytes without that of the heaps' free blocks, which the next allocation can have."""
-        return self.growth("private") - max(0, self.growth("free"))
+        """The growth of committed bytes without that of the heaps' free blocks, which the next allocation can have."""
+        return self.growth("committed") - self.growth("free")
 
 
 def check_zone(notebook, build, zone, days):
@@ -242,7 +242,7 @@ def check_zone(notebook, build, zone, days):
     expected, found = Expected(zone, soaked.folder), Answers(soaked.folder / "answers.txt")
     check_answers(plan, expected, found, soaked.folder)
     use = Use(soaked.folder / "use.txt", soaked.grow_ledger(plan.days))
-    growth = (use.growth("private"), use.held(), use.growth("used"), use.ledger)
+    growth = (use.growth("private"), use.growth("committed"), use.held(), use.growth("used"), use.ledger)
     kibibytes = " | ".join(f"{number / 1024:.1f}" for number in growth)
     print(
         f"| {zone} | {len(plan.passes)} | {plan.days_without_pass} | {found.count} | {use.growth('handles'):+} | "
@@ -263,7 +263,7 @@ def main():
     options = options_of_the_command_line(__doc__)
     notebook = Notebook(options)
     days = os.environ.get("WATTLEAF_SOAK_DAYS")
-    print("| zone | passes | days without | answers | handles | private KiB | held | in use | ledger | seconds |")
+    print("| zone | passes | days without | answers | handles | private KiB | committed | held | in use | ledger | s |")
     failures = 0
     for zone in ZONES if days else ZONES[:1]:
         try:

@@ -25,6 +25,17 @@ void AddBlocks(HANDLE heap, ProcessUse& use) {
   HeapUnlock(heap);
 }
 
+long CommittedBytes() {
+  std::size_t bytes = 0;
+  const char* address = nullptr;
+  MEMORY_BASIC_INFORMATION region{};
+  while (VirtualQuery(address, &region, sizeof(region)) != 0) {
+    if (region.State == MEM_COMMIT && region.Type == MEM_PRIVATE) bytes += region.RegionSize;
+    address = static_cast<const char*>(region.BaseAddress) + region.RegionSize;
+  }
+  return static_cast<long>(bytes);
+}
+
 }  // namespace
 
 ProcessUse MeasureProcess() {
@@ -34,6 +45,7 @@ ProcessUse MeasureProcess() {
   PROCESS_MEMORY_COUNTERS memory{};
   GetProcessMemoryInfo(GetCurrentProcess(), &memory, sizeof(memory));
   use.privateBytes = static_cast<long>(memory.PagefileUsage);
+  use.committedBytes = CommittedBytes();
 
   std::array<HANDLE, 64> heaps{};
   const DWORD count = GetProcessHeaps(static_cast<DWORD>(heaps.size()), heaps.data());

@@ -11,9 +11,9 @@
 //            the ledger and the store
 // Each line of answers.txt is "<pass> <instant> <command> <number of answers> <text>"; the instant
 // is 0 while the pass runs. Each line of use.txt is
-// "<pass> <answers so far> <handles> <private bytes> <bytes in use> <free bytes>", the last two
-// of all heaps.
-// "ledger" prints the bytes in use of all heaps that were added after the tenth day.
+// "<pass> <answers so far> <handles> <private bytes> <committed bytes> <bytes in use> <free
+// bytes>", the last two of all heaps. "ledger" prints the bytes in use of all heaps that were added
+// after the tenth day.
 
 #include <windows.h>
 
@@ -159,7 +159,7 @@ class Run {
       }
       const Soak::ProcessUse use = Soak::MeasureProcess();
       use_ << i << " " << count_ << " " << use.handles << " " << use.privateBytes << " "
-           << use.heapBytes << " " << use.freeBytes << "\n";
+           << use.committedBytes << " " << use.heapBytes << " " << use.freeBytes << "\n";
     }
     if (!answers_.flush() || !use_.flush()) throw std::runtime_error("cannot write the answers");
   }

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 namespace Zq::Gantry::Server::Services::Wattleaf {
 
@@ -15,32 +17,46 @@ constexpr std::string_view kLineEnd = "\r\n";
 constexpr std::size_t kGroupChars = 4;
 constexpr std::size_t kGroupBytes = 3;
 
-/// Has a bit that no value has.
-constexpr std::uint8_t kNoValue = 0x80;
+/// The bytes of a group as one number, the first of them lowest. Both targets store numbers so.
+using Group = std::uint32_t;
+static_assert(std::endian::native == std::endian::little);
 
-/// The value of each character, or kNoValue.
-constexpr std::array<std::uint8_t, 256> kValues = [] {
-  std::array<std::uint8_t, 256> values{};
-  values.fill(kNoValue);
-  for (std::size_t i = 0; i < kAlphabet.size(); ++i) {
-    values[static_cast<unsigned char>(kAlphabet[i])] = static_cast<std::uint8_t>(i);
+/// A bit that no group has.
+constexpr Group kNoGroup = 0x80000000;
+
+/// By the place of a character in its group: the bits that each character adds to the group, or
+/// kNoGroup.
+constexpr std::array<std::array<Group, 256>, kGroupChars> kBits = [] {
+  std::array<std::array<Group, 256>, kGroupChars> bits{};
+  for (std::size_t place = 0; place < kGroupChars; ++place) {
+    bits[place].fill(kNoGroup);
+    for (std::size_t i = 0; i < kAlphabet.size(); ++i) {
+      const auto value = static_cast<Group>(i) << 6 * (kGroupChars - 1 - place);
+      bits[place][static_cast<unsigned char>(kAlphabet[i])] =
+          (value & 0xFF) << 16 | (value & 0xFF00) | value >> 16;
+    }
   }
-  return values;
+  return bits;
 }();
 
-/// Decodes four characters to three bytes. False if one is not of the alphabet.
-bool DecodeGroup(const char* chars, char* bytes) {
-  const auto value = [chars](std::size_t i) -> unsigned {
-    return kValues[static_cast<unsigned char>(chars[i])];
+Group GroupOf(const char* chars) {
+  const auto bits = [chars](std::size_t place) {
+    return kBits[place][static_cast<unsigned char>(chars[place])];
   };
-  const unsigned a = value(0);
-  const unsigned b = value(1);
-  const unsigned c = value(2);
-  const unsigned d = value(3);
-  bytes[0] = static_cast<char>(a << 2 | b >> 4);
-  bytes[1] = static_cast<char>(b << 4 | c >> 2);
-  bytes[2] = static_cast<char>(c << 6 | d);
-  return ((a | b | c | d) & kNoValue) == 0;
+  return bits(0) | bits(1) | bits(2) | bits(3);
+}
+
+/// Decodes the groups before the first one with a character that is not of the alphabet. Returns
+/// their number. Overwrites one byte after those of the last group.
+std::size_t DecodeGroups(std::string_view text, char* bytes) {
+  std::size_t count = 0;
+  for (; text.size() >= kGroupChars; text.remove_prefix(kGroupChars)) {
+    const Group group = GroupOf(text.data());
+    if ((group & kNoGroup) != 0) break;
+    std::memcpy(bytes + count * kGroupBytes, &group, sizeof(group));
+    ++count;
+  }
+  return count;
 }
 
 }  // namespace
@@ -51,12 +67,14 @@ std::optional<std::string> TryDecodeBase64(std::string_view text) {
   std::string last(text.substr(text.size() - kGroupChars));
   text.remove_suffix(kGroupChars);
 
+  // With room for the last group.
   std::string bytes(text.size() / kGroupChars * kGroupBytes + kGroupBytes, '\0');
   char* end = bytes.data();
   while (text.size() >= kGroupChars) {
-    if (!DecodeGroup(text.data(), end)) return std::nullopt;
-    end += kGroupBytes;
-    text.remove_prefix(kGroupChars);
+    const std::size_t groups = DecodeGroups(text, end);
+    if (groups == 0) return std::nullopt;
+    end += groups * kGroupBytes;
+    text.remove_prefix(groups * kGroupChars);
     if (text.starts_with(kLineEnd)) text.remove_prefix(kLineEnd.size());
   }
   if (!text.empty()) return std::nullopt;
@@ -65,7 +83,9 @@ std::optional<std::string> TryDecodeBase64(std::string_view text) {
   // zero, the character before the padding has bits that belong to no byte.
   const std::size_t padding = last.ends_with("==") ? 2 : last.ends_with('=') ? 1 : 0;
   std::fill(last.end() - static_cast<std::ptrdiff_t>(padding), last.end(), kAlphabet.front());
-  if (!DecodeGroup(last.data(), end)) return std::nullopt;
+  const Group group = GroupOf(last.data());
+  if ((group & kNoGroup) != 0) return std::nullopt;
+  std::memcpy(end, &group, kGroupBytes);
   end += kGroupBytes;
   if (!std::all_of(end - padding, end, [](char byte) { return byte == '\0'; })) return std::nullopt;
   bytes.resize(static_cast<std::size_t>(end - bytes.data()) - padding);

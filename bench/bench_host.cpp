@@ -51,6 +51,7 @@ constexpr int kToday = kDays - 1;
 /// Of the days after it.
 constexpr int kDailyPasses = 5;
 constexpr int kZeroDayPass = kToday + kDailyPasses + 1;
+constexpr double kPauseSeconds = 1e-4;
 constexpr int kFutureDaysPass = kZeroDayPass + 1;
 
 bool isSmall = false;
@@ -118,14 +119,8 @@ double LongestWait(ServiceSession& service, int day, PlatformTime& platform) {
   static bool isRunning = false;
   platform.Reset();
   WorkerGate::SetClock(NoonOf(day));
-  if (isRunning) {
-    WorkerGate::LetNextPassIn();
-  } else {
-    service.Start();
-  }
-  isRunning = true;
-
   double longest = 0;
+  // Asks from before the pass begins, and again so soon that no wait begins late.
   std::jthread asking([&](const std::stop_token& stop) {
     while (!stop.stop_requested()) {
       for (const unsigned int command : {1U, 3U, 5U, 6U}) {
@@ -133,9 +128,16 @@ double LongestWait(ServiceSession& service, int day, PlatformTime& platform) {
         static_cast<void>(service.Run(command));
         longest = std::max(longest, SecondsSince(start));
       }
-      Sleep(1);  // leaves the lock to the pass
+      const auto end = steady_clock::now();
+      while (SecondsSince(end) < kPauseSeconds) YieldProcessor();  // leaves the lock to the pass
     }
   });
+  if (isRunning) {
+    WorkerGate::LetNextPassIn();
+  } else {
+    service.Start();
+  }
+  isRunning = true;
   WorkerGate::WaitForPass();
   asking.request_stop();
   asking.join();
